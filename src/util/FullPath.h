@@ -1,0 +1,9 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+// The absolute, cleaned path of a file name, relative names taken from the current folder; empty for an empty name.
+QString FullPathName(const QString &sFile);

@@ -1,0 +1,77 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "util/Procedure.h"
+
+#include "util/RunTimeError.h"
+
+#include <cstdio>
+#include <new>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+ErrorReporter s_reporter = nullptr;
+int s_failureScopes = 0;
+
+ErrorReport describeCurrentException()
+{
+    try {
+        throw;
+    } catch (const RunTimeError &error) {
+        return {static_cast<qint32>(error.number()), error.description(), error.source()};
+    } catch (const std::bad_alloc &) {
+        const auto number = ErrorNumber::OutOfMemory;
+        return {static_cast<qint32>(number), errorDescription(number), u"Quillery"_s};
+    } catch (const std::exception &error) {
+        return {static_cast<qint32>(ErrorNumber::InvalidCall), QString::fromUtf8(error.what()), u"Quillery"_s};
+    } catch (...) {
+        const auto number = ErrorNumber::InvalidCall;
+        return {static_cast<qint32>(number), errorDescription(number), u"Quillery"_s};
+    }
+}
+
+} // namespace
+
+void setErrorReporter(ErrorReporter reporter)
+{
+    s_reporter = reporter;
+}
+
+FailureScope::FailureScope()
+{
+    ++s_failureScopes;
+}
+
+FailureScope::~FailureScope()
+{
+    --s_failureScopes;
+}
+
+void detail::enterProcedure(const char *name)
+{
+    g_sProcedure = QString::fromLatin1(name);
+}
+
+bool detail::failuresPropagate()
+{
+    return s_failureScopes > 0;
+}
+
+void detail::reportCurrentException(const char *name) noexcept
+{
+    try {
+        const ErrorReport report = describeCurrentException();
+        if (report.number == static_cast<qint32>(ErrorNumber::Cancelled))
+            return;
+        g_sProcedure = QString::fromLatin1(name);
+        if (s_reporter)
+            s_reporter(report);
+        else
+            std::fprintf(stderr, "Error %d - %s (%s)\n", report.number, qPrintable(report.description), name);
+    } catch (...) {
+        std::fputs("The error report itself failed.\n", stderr);
+    }
+}

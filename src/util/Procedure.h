@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+#include <type_traits>
+#include <utility>
+
+// The routine entered last, "module routine"; never cleared, so it outlives the routine.
+inline QString g_sProcedure;
+
+// What the shared error report tells of a failure: error number, description, source.
+struct ErrorReport {
+    qint32 number = 0;
+    QString description;
+    QString source;
+};
+
+// Receives every failure that a routine catches. Set by the program at start-up; without one, failures go to stderr.
+using ErrorReporter = void (*)(const ErrorReport &);
+void setErrorReporter(ErrorReporter reporter);
+
+// While one lives, a failing routine passes its error on instead of reporting it, so that the routine that opened the
+// scope ends as a whole and reports once.
+class FailureScope
+{
+public:
+    FailureScope();
+    ~FailureScope();
+    FailureScope(const FailureScope &) = delete;
+    FailureScope &operator=(const FailureScope &) = delete;
+};
+
+namespace detail
+{
+void enterProcedure(const char *name);
+bool failuresPropagate();
+// Reports the exception being handled in the name of the routine that caught it; a cancelled dialog is not reported.
+void reportCurrentException(const char *name) noexcept;
+} // namespace detail
+
+// Runs a routine's body under its name: records the name, and on any exception reports it once and returns the default
+// value of the body's result.
+template <typename Body>
+auto procedure(const char *name, Body &&body) -> std::invoke_result_t<Body>
+{
+    using Result = std::invoke_result_t<Body>;
+    detail::enterProcedure(name);
+    try {
+        return std::forward<Body>(body)();
+    } catch (...) {
+        if (detail::failuresPropagate())
+            throw;
+        detail::reportCurrentException(name);
+    }
+    if constexpr (!std::is_void_v<Result>)
+        return Result{};
+}
