@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "model/EntryTree.h"
+#include "model/clsFont.h"
+
+#include <QString>
+
+class DocumentWindow;
+class OutlinePane;
+class TextPane;
+
+// One open document: its outline, its file and fonts, and the panes and the window that show it. Owned by its window.
+class Document
+{
+public:
+    Document(OutlinePane &outlinePane, TextPane &textPane, DocumentWindow &documentWindow)
+        : trvOutline(outlinePane)
+        , txtRTF(textPane)
+        , window(documentWindow)
+    {
+    }
+
+    Document(const Document &) = delete;
+    Document &operator=(const Document &) = delete;
+
+    static constexpr qint16 nativeFormat = 1;
+    static constexpr qint16 plainTextFormat = -1;
+
+    // Whether the document has a file that the current user may not write. Asked of the file system at every call.
+    bool bReadOnly() const;
+
+    // Full path; empty for a document that was never saved.
+    QString m_sFile;
+    bool m_bDataChanged = false;
+    // 1 native, -1 plain text.
+    qint16 m_iFileFormatVersion = nativeFormat;
+    clsFont m_fntOutlineFont;
+    clsFont m_fntTextFont;
+
+    bool m_bOutlineHasFocus = false;
+    bool m_bTextHasFocus = false;
+    // The level that the whole outline was last expanded to; -1 all levels, 0 none in particular.
+    qint16 m_iExpansionLevel = 0;
+
+    EntryTree tree;
+    OutlinePane &trvOutline;
+    TextPane &txtRTF;
+    DocumentWindow &window;
+};

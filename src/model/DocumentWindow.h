@@ -1,0 +1,22 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+// The window of one document, as the core sees it.
+class DocumentWindow
+{
+public:
+    virtual ~DocumentWindow() = default;
+
+    virtual QString caption() const = 0;
+    virtual void setCaption(const QString &caption) = 0;
+    // Makes this window the active one.
+    virtual void activate() = 0;
+    // Closes the window as its close button does, asking about unsaved changes; false when it stays.
+    virtual bool close() = 0;
+    // Fits the split between the two panes, when the option says so.
+    virtual void autoFitSplit() = 0;
+};

@@ -1,0 +1,160 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "model/Entry.h"
+#include "model/EntryCollection.h"
+
+#include <QAbstractItemModel>
+
+#include <functional>
+#include <vector>
+
+class EntryRef;
+
+// Where an entry is inserted, seen from a relative entry.
+enum class Relationship { tvwFirst = 0, tvwLast = 1, tvwNext = 2, tvwPrevious = 3, tvwChild = 4 };
+
+// The outline of one document: a single-rooted, ordered tree of entries with the selected entry and the order of
+// insertion. It is the item model that the outline pane shows (one column; the label is the display and edit role).
+// At most 32767 entries: one more is run-time error 6. No operation recurses on the depth of the tree.
+class EntryTree final : public QAbstractItemModel
+{
+    Q_OBJECT
+
+public:
+    static constexpr int maximumCount = 32767;
+
+    // The item's image by name: "Folder" or "FolderTagged", and the same for the selected item.
+    enum Role { ImageRole = Qt::UserRole, SelectedImageRole };
+
+    explicit EntryTree(QObject *parent = nullptr);
+    ~EntryTree() override;
+
+    Entry *root() const { return m_root.get(); }
+
+    int entryCount() const { return m_collection.count(); }
+
+    const EntryCollection &collection() const { return m_collection; }
+
+    // Adds an empty entry; with no relative the tree must be empty and the entry becomes the root. Errors: 6 when the
+    // tree is full, 5 when the place does not exist (a sibling of the root).
+    Entry *insert(Relationship relationship, Entry *relative);
+    // Adds a copy of the source's subtree as it stands now, which may be of another tree: labels, stored texts and
+    // expansion, never tags. Errors as insert(); a refused copy changes nothing.
+    Entry *insertCopy(const EntryTree &sourceTree, const Entry *source, Relationship relationship, Entry *relative);
+    // Removes an entry with its subtree; a selection inside is dropped.
+    void remove(Entry *entry);
+    void clear();
+
+    // "KEY" + the path: "0" for the root, and the parent's path + "." + the 1-based place for any other entry. Always
+    // current, because it is derived from the entry's place.
+    QString key(const Entry *entry) const;
+    // The entry of that key; error 35601 when there is none.
+    Entry *itemByKey(const QString &key) const;
+
+    void setLabel(Entry *entry, const QString &label);
+    void setTagged(Entry *entry, bool tagged);
+    void setExpanded(Entry *entry, bool expanded);
+    // Expands or collapses an entry and every descendant.
+    void setExpandedAll(Entry *entry, bool expanded);
+    // Expands every ancestor of an entry.
+    void expandAncestors(Entry *entry);
+    // Expands the entry's subtree so that levels up to `level` are open, and closes the entries of that level; what
+    // lies below a closed entry keeps its state.
+    void expandToLevel(Entry *entry, int level);
+    // Sets the sorted state of an entry; setting it sorts the children once, by label.
+    void setSorted(Entry *entry, bool sorted);
+
+    // The entry's text in its stored form.
+    QByteArray storedText(const Entry *entry) const;
+    void setStoredText(Entry *entry, const QByteArray &storedText);
+    // Lets an entry's stored text be made when it is next read, from a source that must stay valid until then: the text
+    // pane stores every change at once, but compresses only what somebody reads. At most one entry is pending.
+    void setPendingText(Entry *entry, std::function<QByteArray()> source);
+    void resolvePendingText() const;
+
+    Entry *selected() const { return m_selected; }
+
+    void select(Entry *entry);
+
+    // The model index of an entry, and the entry of an index (null for an invalid one).
+    QModelIndex indexOf(const Entry *entry) const;
+    Entry *entryAt(const QModelIndex &index) const;
+
+    // Between these two, changes are not announced one by one; the end announces a reset. They nest.
+    void beginBulkChange();
+    void endBulkChange();
+
+    // What is wrong with the tree's structure, in words; empty when nothing is.
+    QString brokenInvariant() const;
+
+    QModelIndex index(int row, int column, const QModelIndex &parent = QModelIndex()) const override;
+    QModelIndex parent(const QModelIndex &child) const override;
+    using QObject::parent;
+    int rowCount(const QModelIndex &parent = QModelIndex()) const override;
+    int columnCount(const QModelIndex &parent = QModelIndex()) const override;
+    bool hasChildren(const QModelIndex &parent = QModelIndex()) const override;
+    QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
+    bool setData(const QModelIndex &index, const QVariant &value, int role = Qt::EditRole) override;
+    Qt::ItemFlags flags(const QModelIndex &index) const override;
+
+Q_SIGNALS:
+    void selectedChanged(Entry *entry);
+    void expandedChanged(Entry *entry, bool expanded);
+    // The expansion of many entries changed at once: whoever mirrors it reads it again as a whole.
+    void expansionReset();
+    void labelChanged(Entry *entry);
+
+private:
+    friend class EntryRef;
+
+    struct Place {
+        Entry *parent;
+        int row;
+    };
+
+    Place placeFor(Relationship relationship, Entry *relative) const;
+    Entry *attach(std::unique_ptr<Entry> subtree, const Place &place);
+    void requireRoomFor(int more) const;
+    void renumber(Entry *parent, int fromRow);
+    void dropReferencesInto(const Entry *subtree);
+    void sortChildren(Entry *entry);
+
+    bool announcing() const { return m_bulkDepth == 0; }
+
+    std::unique_ptr<Entry> m_root;
+    EntryCollection m_collection;
+    Entry *m_selected = nullptr;
+    std::vector<EntryRef *> m_references;
+    mutable Entry *m_pendingEntry = nullptr;
+    mutable std::function<QByteArray()> m_pendingSource;
+    int m_bulkDepth = 0;
+};
+
+// A reference to an entry that empties itself when the entry or its tree goes away.
+class EntryRef
+{
+public:
+    EntryRef() = default;
+
+    EntryRef(EntryTree *tree, Entry *entry) { set(tree, entry); }
+
+    ~EntryRef() { clear(); }
+
+    EntryRef(const EntryRef &) = delete;
+    EntryRef &operator=(const EntryRef &) = delete;
+
+    void set(EntryTree *tree, Entry *entry);
+    void clear();
+
+    Entry *entry() const { return m_entry; }
+
+    EntryTree *tree() const { return m_tree; }
+
+private:
+    friend class EntryTree;
+    EntryTree *m_tree = nullptr;
+    Entry *m_entry = nullptr;
+};

@@ -1,0 +1,33 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QFont>
+
+class Entry;
+
+// When a label can be edited in place: by a click on the selected entry's label too, or only by StartLabelEdit().
+enum class LabelEditMode { tvwAutomatic = 0, tvwManual = 1 };
+
+// The outline pane of a document window as the core sees it: it shows the document's entry tree.
+class OutlinePane
+{
+public:
+    virtual ~OutlinePane() = default;
+
+    virtual bool Visible() const = 0;
+    virtual void setVisible(bool visible) = 0;
+    virtual QFont Font() const = 0;
+    virtual void setFont(const QFont &font) = 0;
+    virtual LabelEditMode LabelEdit() const = 0;
+    virtual void setLabelEdit(LabelEditMode mode) = 0;
+    // Opens the in-place editor on the selected entry's label.
+    virtual void StartLabelEdit() = 0;
+    // Ends an open in-place editor, keeping what was typed.
+    virtual void EndLabelEdit() = 0;
+    // Scrolls until the entry's row shows; its ancestors are expanded already.
+    virtual void ScrollTo(const Entry *entry) = 0;
+    virtual void ClearDropHighlight() = 0;
+    virtual void setFocus() = 0;
+};

@@ -1,0 +1,160 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+#include <vector>
+
+class Document;
+class Entry;
+class QIODevice;
+
+// What the core asks of the program around it. The program registers an implementation of each port at start-up; tests
+// register scripted ones.
+
+// The open document windows.
+class DocumentWindows
+{
+public:
+    virtual ~DocumentWindows() = default;
+    // Opens a new, empty document window, which becomes the active one.
+    virtual Document &createDocument() = 0;
+    // The document of the active window, or null.
+    virtual Document *activeDocument() const = 0;
+    // Every open document, in the order in which the windows were opened.
+    virtual std::vector<Document *> documents() const = 0;
+    // Closes the main window, and with it every document window in turn.
+    virtual void closeMainWindow() = 0;
+};
+
+// Menus and status bar, which follow the state of the documents.
+class CommandSurface
+{
+public:
+    virtual ~CommandSurface() = default;
+    // Recomputes what depends on the number of open documents.
+    virtual void MenuEnable(int documentCount) = 0;
+    // Recomputes what depends on the active document, its selection and its focus.
+    virtual void MenuEnableDynamic() = 0;
+    // Shows an entry's label in the first status panel; nothing for no entry.
+    virtual void UpdateStatusBar(const Entry *entry) = 0;
+    virtual void UpdateStatusBarText(const QString &text) = 0;
+};
+
+enum class Answer { Yes, No, Cancel };
+
+// A pattern of a file dialog, such as "Text Files (*.txt)" and "*.txt".
+struct FileFilter {
+    QString description;
+    QString pattern;
+};
+
+struct FileDialogRequest {
+    std::vector<FileFilter> filters;
+    // Appended to a name typed without an extension; without the stop.
+    QString defaultExtension;
+    QString initialName;
+};
+
+// Message boxes and common dialogs. Message boxes are titled with the application's title.
+class Dialogs
+{
+public:
+    virtual ~Dialogs() = default;
+    // A question with Yes, No and Cancel and the question icon.
+    virtual Answer ask(const QString &question) = 0;
+    // A warning with an OK button and the exclamation icon.
+    virtual void warn(const QString &text) = 0;
+    // An existing file to read, or a file to write (asking before it overwrites one); nothing when cancelled.
+    virtual std::optional<QString> askOpenName(const FileDialogRequest &request) = 0;
+    virtual std::optional<QString> askSaveName(const FileDialogRequest &request) = 0;
+};
+
+// The screen's mouse pointer.
+class MousePointer
+{
+public:
+    virtual ~MousePointer() = default;
+    virtual void setHourglass(bool hourglass) = 0;
+};
+
+// The list of recent files.
+class RecentFiles
+{
+public:
+    virtual ~RecentFiles() = default;
+    // Moves a file to the top of the list, or removes it.
+    virtual void UpdateMRUFile(const QString &sFile, bool bRemove) = 0;
+    // The caption of the menu item of a 1-based place in the list, such as "&1 /home/me/notes.qly".
+    virtual QString itemCaption(int iIndex) const = 0;
+};
+
+// The clipboard's plain text.
+class TextClipboard
+{
+public:
+    virtual ~TextClipboard() = default;
+    virtual QString text() const = 0;
+    virtual void setText(const QString &text) = 0;
+};
+
+// What a load leaves to be applied once all entries exist, and what it met.
+struct LoadResult {
+    // The key of the entry to select; empty when the file names none.
+    QString selectedKey;
+    // By entry index from 1; element 0 is unused.
+    std::vector<bool> tagged;
+    std::vector<bool> visible;
+    // What of the file could not be read, in words; empty when all of it was.
+    QString damage;
+    // What was passed over by the format's own rules, in words; the load counts as whole all the same.
+    QString remark;
+};
+
+// The document formats, implemented above the core's document lifecycle.
+class DocumentFormats
+{
+public:
+    virtual ~DocumentFormats() = default;
+    // Builds the document's entries and fonts from a native file's bytes.
+    virtual LoadResult readNative(Document &document, const QByteArray &buffer) = 0;
+    // Builds one entry from a plain-text file's bytes.
+    virtual void readPlainText(Document &document, const QByteArray &buffer) = 0;
+    virtual void writeNative(const Document &document, QIODevice &device) = 0;
+    virtual void writePlainText(const Document &document, QIODevice &device) = 0;
+    virtual void importText(const QString &sFile) = 0;
+    virtual void importClipboard() = 0;
+    virtual void exportText(const QString &sFile) = 0;
+    virtual void exportClipboard() = 0;
+};
+
+struct Ports {
+    DocumentWindows *windows = nullptr;
+    CommandSurface *commands = nullptr;
+    Dialogs *dialogs = nullptr;
+    MousePointer *pointer = nullptr;
+    RecentFiles *recentFiles = nullptr;
+    TextClipboard *clipboard = nullptr;
+    DocumentFormats *formats = nullptr;
+};
+
+// The registered ports; every one must be set before the first document is opened.
+Ports &ports();
+
+// The active document, or null when no document window is active.
+Document *DocumentActive();
+
+// Shows the hourglass pointer while it lives.
+class HourglassPointer
+{
+public:
+    HourglassPointer();
+    ~HourglassPointer();
+    HourglassPointer(const HourglassPointer &) = delete;
+    HourglassPointer &operator=(const HourglassPointer &) = delete;
+};

@@ -1,0 +1,77 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QColor>
+#include <QFont>
+#include <QString>
+
+#include <optional>
+
+// The rich-text pane of a document window as the core sees it. Offsets count UTF-16 units of Text(), in which a
+// paragraph break is the two characters CR LF and a line break within a paragraph one, so that Text().mid(SelStart(),
+// SelLength()) == SelText() always holds. A selection property is empty when the selection mixes values.
+class TextPane
+{
+public:
+    enum FindOption { WholeWord = 2, MatchCase = 4, NoHighlight = 8 };
+
+    enum Alignment { Left = 0, Right = 1, Centre = 2 };
+
+    virtual ~TextPane() = default;
+
+    // The whole text as an RTF document (pure ASCII). Assigning bytes that are no RTF shows them as plain text (see
+    // AnsiCodec); assigning leaves no undo step and does not count as a change by the user.
+    virtual QByteArray TextRTF() const = 0;
+    virtual void setTextRTF(const QByteArray &rtf) = 0;
+    virtual QString Text() const = 0;
+
+    virtual QByteArray SelRTF() const = 0;
+    virtual void setSelRTF(const QByteArray &rtf) = 0;
+    virtual QString SelText() const = 0;
+    virtual void setSelText(const QString &text) = 0;
+    virtual int SelStart() const = 0;
+    virtual void setSelStart(int start) = 0;
+    virtual int SelLength() const = 0;
+    virtual void setSelLength(int length) = 0;
+
+    virtual std::optional<bool> SelBold() const = 0;
+    virtual void setSelBold(bool on) = 0;
+    virtual std::optional<bool> SelItalic() const = 0;
+    virtual void setSelItalic(bool on) = 0;
+    virtual std::optional<bool> SelUnderline() const = 0;
+    virtual void setSelUnderline(bool on) = 0;
+    virtual std::optional<bool> SelStrikeThru() const = 0;
+    virtual void setSelStrikeThru(bool on) = 0;
+    virtual std::optional<QString> SelFontName() const = 0;
+    virtual void setSelFontName(const QString &name) = 0;
+    // In points.
+    virtual std::optional<double> SelFontSize() const = 0;
+    virtual void setSelFontSize(double points) = 0;
+    // An invalid colour is the automatic one.
+    virtual std::optional<QColor> SelColor() const = 0;
+    virtual void setSelColor(const QColor &colour) = 0;
+    virtual std::optional<bool> SelBullet() const = 0;
+    virtual void setSelBullet(bool on) = 0;
+    // In twips.
+    virtual std::optional<int> SelIndent() const = 0;
+    virtual void setSelIndent(int twips) = 0;
+    virtual std::optional<Alignment> SelAlignment() const = 0;
+    virtual void setSelAlignment(Alignment alignment) = 0;
+
+    // The pane's base font: that of text which names none.
+    virtual QFont Font() const = 0;
+    virtual void setFont(const QFont &font) = 0;
+    // Locked text can be read and copied, not changed by the user.
+    virtual bool Locked() const = 0;
+    virtual void setLocked(bool locked) = 0;
+    virtual bool Visible() const = 0;
+    virtual void setVisible(bool visible) = 0;
+    virtual void setFocus() = 0;
+
+    // The offset of the first match at or after `start` that ends by `end` (-1: the end of the text), or -1; selects
+    // the match unless NoHighlight is among the options.
+    virtual int Find(const QString &expression, int start, int end, int options) = 0;
+};

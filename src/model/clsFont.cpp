@@ -1,0 +1,58 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "model/clsFont.h"
+
+#include "model/TextPane.h"
+
+#include <cmath>
+
+void clsFont::CopyTo(clsFont &fntTarget) const
+{
+    fntTarget.setBold(m_bBold);
+    fntTarget.setItalic(m_bItalic);
+    fntTarget.setName(m_sName);
+    fntTarget.setSize(m_cySize);
+    fntTarget.setStrikeThrough(m_bStrikeThrough);
+    fntTarget.setUnderline(m_bUnderline);
+}
+
+void clsFont::GetFont(const QFont &font)
+{
+    setBold(font.bold());
+    setItalic(font.italic());
+    setName(font.family());
+    setSize(font.pointSizeF() > 0 ? std::llround(font.pointSizeF() * point) : 0);
+    setStrikeThrough(font.strikeOut());
+    setUnderline(font.underline());
+}
+
+void clsFont::SetFont(QFont &font) const
+{
+    font.setBold(m_bBold);
+    font.setItalic(m_bItalic);
+    if (!m_sName.isEmpty())
+        font.setFamily(m_sName);
+    if (m_cySize > 0)
+        font.setPointSizeF(static_cast<double>(m_cySize) / point);
+    font.setStrikeOut(m_bStrikeThrough);
+    font.setUnderline(m_bUnderline);
+}
+
+void clsFont::SetRTFSelFont(TextPane &pane) const
+{
+    const int start = pane.SelStart();
+    const int length = pane.SelLength();
+    pane.setSelStart(0);
+    pane.setSelLength(static_cast<int>(pane.Text().size()));
+    pane.setSelBold(m_bBold);
+    pane.setSelItalic(m_bItalic);
+    if (!m_sName.isEmpty())
+        pane.setSelFontName(m_sName);
+    if (m_cySize > 0)
+        pane.setSelFontSize(static_cast<double>(m_cySize) / point);
+    pane.setSelStrikeThru(m_bStrikeThrough);
+    pane.setSelUnderline(m_bUnderline);
+    pane.setSelStart(start);
+    pane.setSelLength(length);
+}

@@ -1,0 +1,75 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "model/EntryTree.h"
+
+class Document;
+
+// The operations on a document's entries. Everything that works on the outline goes through them.
+namespace modNodes
+{
+
+// The entry most recently selected by NodeSelectFull: the one whose text the text pane shows.
+EntryRef &nodCurrent();
+
+// Adds an empty, untagged entry and returns it (null after a reported error, such as 6 for a full tree). The first
+// entry becomes the root; with no relative, or the root as relative, any later one becomes the root's last child.
+Entry *NodeInsert(Document &document, Relationship relationship, Entry *relative);
+
+// Makes a just-inserted entry ready for the user: selected, labelled "New Entry", its label open for editing.
+void NodeInitialise(Document &document, Entry *entry);
+
+// The root of the selected entry, or null when nothing is selected.
+Entry *NodeGetRoot(const Document &document);
+
+// Selects the next sibling, else the first child; for a last sibling the next sibling of the nearest ancestor with one.
+void NodeGoDown(Document &document);
+
+// Selects an entry: only marks it while the busy flag is set, else as NodeSelectFull. Nothing for no entry.
+void NodeSelect(Document &document, Entry *entry);
+// Selects an entry, shows its row and its text, and refreshes the command state.
+void NodeSelectFull(Document &document, Entry *entry);
+
+void NodeTagOn(Document &document, Entry *entry);
+void NodeTagOff(Document &document, Entry *entry);
+void NodeTagToggle(Document &document, Entry *entry);
+bool NodeTagged(const Entry *entry);
+// Whether any entry of the active document is tagged.
+bool NodesTaggedExist();
+
+// Copies a subtree, which may be another document's, to a place and selects the copy, which is untagged. Without a
+// relative only the root of an empty tree can be made (relationship first). Null when nothing was copied.
+Entry *NodeDuplicate(Document &document, const Document &sourceDocument, Entry *source, Entry *relative,
+                     Relationship relationship);
+
+// Pastes a copy of the source's subtree after the selected entry; before the root's first child when the root is
+// selected. With `removeSource` the source is removed and the reference emptied.
+void NodePaste(Document &document, Document &sourceDocument, EntryRef &source, bool removeSource);
+
+// Removes an entry with its subtree; a parent left without children is collapsed.
+void NodeDelete(Document &document, Entry *entry);
+
+void NodeExpandAll(Document &document, Entry *entry);
+void NodeCollapseAll(Document &document, Entry *entry);
+// Opens the subtree down to a level (1 is the root's) and closes it there; deeper states stay.
+void NodeExpandToLevel(Document &document, Entry *entry, int level);
+// Sets the sorted state of an entry and every descendant; True sorts their children by label.
+void NodeSortAll(Document &document, Entry *entry, bool sorted);
+// Applies a font description to the whole text of an entry and every descendant.
+void NodeSetFontAll(Document &document, Entry *entry, const clsFont &font);
+
+// Bracket a structural change: the panes are hidden from the first start to the last end, and the split is fitted then.
+void NodeActionStart();
+void NodeActionEnd();
+
+// Shows an entry's text in the document's pane; an empty pane for no entry.
+void NodeTextGet(Document &document, Entry *entry);
+// Stores the pane's text into an entry. Does nothing while NodeTextGet fills the pane.
+void NodeTextPut(Document &document, Entry *entry);
+// The same for the active document and its selected entry.
+void NodeTextGetSelected();
+void NodeTextPutSelected();
+
+} // namespace modNodes
