@@ -1,0 +1,88 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "rtf/PlainText.h"
+
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
+
+namespace rtf
+{
+
+namespace
+{
+
+// The text of the part [from, to) of one paragraph.
+void appendBlock(QString &text, const QTextBlock &block, int from, int to)
+{
+    const qsizetype begin = text.size();
+    text += QStringView(block.text()).mid(from, to - from);
+    for (qsizetype i = begin; i < text.size(); ++i) {
+        QChar &c = text[i];
+        if (c == QChar::LineSeparator) {
+            c = QLatin1Char('\n');
+        } else if (c == QChar::ObjectReplacementCharacter) {
+            c = QLatin1Char(' ');
+        }
+    }
+}
+
+QString plainRange(const QTextDocument &document, int from, int to)
+{
+    QString text;
+    text.reserve(to - from + 16);
+    for (QTextBlock block = document.findBlock(from); block.isValid() && block.position() <= to; block = block.next()) {
+        if (block.position() > from) {
+            text += QStringLiteral("\r\n");
+        }
+        const int last = block.position() + block.length() - 1;
+        appendBlock(text, block, qMax(from, block.position()) - block.position(), qMin(to, last) - block.position());
+    }
+    return text;
+}
+
+// The position behind the last character.
+int endOf(const QTextDocument &document)
+{
+    return document.characterCount() - 1;
+}
+
+} // namespace
+
+QString plainText(const QTextDocument &document)
+{
+    return plainRange(document, 0, endOf(document));
+}
+
+QString plainText(const QTextCursor &selection)
+{
+    if (!selection.hasSelection()) {
+        return {};
+    }
+    return plainRange(*selection.document(), selection.selectionStart(), selection.selectionEnd());
+}
+
+int textOffset(const QTextDocument &document, int position)
+{
+    const int place = qBound(0, position, endOf(document));
+    return place + document.findBlock(place).blockNumber();
+}
+
+int documentPosition(const QTextDocument &document, int offset)
+{
+    int low = 0;
+    int high = document.blockCount() - 1;
+    while (low < high) {
+        const int middle = (low + high + 1) / 2;
+        if (document.findBlockByNumber(middle).position() + middle <= offset) {
+            low = middle;
+        } else {
+            high = middle - 1;
+        }
+    }
+    const QTextBlock block = document.findBlockByNumber(low);
+    return qBound(block.position(), offset - low, block.position() + block.length() - 1);
+}
+
+} // namespace rtf

@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+#include <QString>
+
+class QTextCursor;
+class QTextDocument;
+
+// Rich Text Format 1.9.1 to and from text documents. Reading never fails: what cannot be understood is left out,
+// damaged input gives what could be read of it, and nothing that a text names (a file, an address) is ever opened.
+namespace rtf
+{
+
+// Whether the bytes begin with the opening of an RTF document, blanks and line ends before it allowed.
+bool isRtf(QByteArrayView bytes);
+
+// Replaces the whole content. The document has an empty undo history afterwards; its undo switch stays as it was. Every
+// run gets an explicit family and size. The empty paragraph that a final \par would open is not made.
+void read(QByteArrayView rtf, QTextDocument &document);
+
+// Replaces the cursor's selection by the RTF's content, as one step of undo, and leaves the cursor behind it. A single
+// paragraph keeps the paragraph format of its new surroundings.
+void insert(QByteArrayView rtf, QTextCursor &cursor);
+
+// The document as RTF: pure ASCII, the same bytes for the same content. What names no font has the default font.
+QByteArray write(const QTextDocument &document);
+
+// The selected part as RTF; empty when nothing is selected.
+QByteArray write(const QTextCursor &selection);
+
+// The text that plainText() gives for the document that read() would build, without building it.
+QString toPlainText(QByteArrayView rtf);
+
+} // namespace rtf
