@@ -1,0 +1,8 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "window/frmDocument.h"
+#include "util/Numbers.h"
+#include <QLabel>
