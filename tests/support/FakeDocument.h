@@ -1,0 +1,217 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "model/Document.h"
+#include "model/DocumentWindow.h"
+#include "model/Globals.h"
+#include "model/OutlinePane.h"
+#include "model/TextPane.h"
+
+#include <functional>
+
+// A document whose panes and window are plain memory: what the core sets can be read back, and what it asks for is
+// counted.
+
+class FakeOutlinePane final : public OutlinePane
+{
+public:
+    bool Visible() const override { return visible; }
+
+    void setVisible(bool on) override
+    {
+        visible = on;
+        if (!on)
+            ++timesHidden;
+    }
+
+    QFont Font() const override { return font; }
+
+    void setFont(const QFont &newFont) override { font = newFont; }
+
+    LabelEditMode LabelEdit() const override { return labelEdit; }
+
+    void setLabelEdit(LabelEditMode mode) override
+    {
+        labelEdit = mode;
+        labelEditHistory.push_back(mode);
+    }
+
+    void StartLabelEdit() override { editingLabel = true; }
+
+    void EndLabelEdit() override { editingLabel = false; }
+
+    void ScrollTo(const Entry *entry) override { scrolledTo = entry; }
+
+    void ClearDropHighlight() override { ++timesDropHighlightCleared; }
+
+    void setFocus() override { ++timesFocused; }
+
+    bool visible = true;
+    QFont font;
+    LabelEditMode labelEdit = LabelEditMode::tvwManual;
+    std::vector<LabelEditMode> labelEditHistory;
+    bool editingLabel = false;
+    const Entry *scrolledTo = nullptr;
+    int timesHidden = 0;
+    int timesDropHighlightCleared = 0;
+    int timesFocused = 0;
+};
+
+// Holds the bytes that it was given; its formatting is one value for the whole text.
+class FakeTextPane final : public TextPane
+{
+public:
+    QByteArray TextRTF() const override { return rtf; }
+
+    void setTextRTF(const QByteArray &newRtf) override
+    {
+        rtf = newRtf;
+        start = length = 0;
+        ++timesTextSet;
+        if (onTextSet)
+            onTextSet();
+    }
+
+    QString Text() const override { return QString::fromLatin1(rtf); }
+
+    QByteArray SelRTF() const override { return rtf.mid(start, length); }
+
+    void setSelRTF(const QByteArray &newRtf) override
+    {
+        rtf.replace(start, length, newRtf);
+        start += static_cast<int>(newRtf.size());
+        length = 0;
+    }
+
+    QString SelText() const override { return Text().mid(start, length); }
+
+    void setSelText(const QString &text) override { setSelRTF(text.toLatin1()); }
+
+    int SelStart() const override { return start; }
+
+    void setSelStart(int newStart) override
+    {
+        start = newStart;
+        length = 0;
+    }
+
+    int SelLength() const override { return length; }
+
+    void setSelLength(int newLength) override { length = newLength; }
+
+    std::optional<bool> SelBold() const override { return bold; }
+
+    void setSelBold(bool on) override { bold = on; }
+
+    std::optional<bool> SelItalic() const override { return italic; }
+
+    void setSelItalic(bool on) override { italic = on; }
+
+    std::optional<bool> SelUnderline() const override { return underline; }
+
+    void setSelUnderline(bool on) override { underline = on; }
+
+    std::optional<bool> SelStrikeThru() const override { return strikeThru; }
+
+    void setSelStrikeThru(bool on) override { strikeThru = on; }
+
+    std::optional<QString> SelFontName() const override { return fontName; }
+
+    void setSelFontName(const QString &name) override { fontName = name; }
+
+    std::optional<double> SelFontSize() const override { return fontSize; }
+
+    void setSelFontSize(double points) override { fontSize = points; }
+
+    std::optional<QColor> SelColor() const override { return colour; }
+
+    void setSelColor(const QColor &newColour) override { colour = newColour; }
+
+    std::optional<bool> SelBullet() const override { return bullet; }
+
+    void setSelBullet(bool on) override { bullet = on; }
+
+    std::optional<int> SelIndent() const override { return indent; }
+
+    void setSelIndent(int twips) override { indent = twips; }
+
+    std::optional<Alignment> SelAlignment() const override { return alignment; }
+
+    void setSelAlignment(Alignment newAlignment) override { alignment = newAlignment; }
+
+    QFont Font() const override { return font; }
+
+    void setFont(const QFont &newFont) override { font = newFont; }
+
+    bool Locked() const override { return locked; }
+
+    void setLocked(bool on) override { locked = on; }
+
+    bool Visible() const override { return visible; }
+
+    void setVisible(bool on) override { visible = on; }
+
+    void setFocus() override { ++timesFocused; }
+
+    int Find(const QString &expression, int from, int end, int) override
+    {
+        const qsizetype found = Text().left(end < 0 ? rtf.size() : end).indexOf(expression, from);
+        return static_cast<int>(found);
+    }
+
+    QByteArray rtf;
+    int start = 0;
+    int length = 0;
+    std::optional<bool> bold = false;
+    std::optional<bool> italic = false;
+    std::optional<bool> underline = false;
+    std::optional<bool> strikeThru = false;
+    std::optional<bool> bullet = false;
+    std::optional<QString> fontName = QString();
+    std::optional<double> fontSize = 10;
+    std::optional<QColor> colour = QColor();
+    std::optional<int> indent = 0;
+    std::optional<Alignment> alignment = Left;
+    QFont font;
+    bool locked = false;
+    bool visible = true;
+    int timesTextSet = 0;
+    int timesFocused = 0;
+    // Runs after setTextRTF, as a change notification of a real pane would.
+    std::function<void()> onTextSet;
+};
+
+class FakeDocumentWindow final : public DocumentWindow
+{
+public:
+    QString caption() const override { return text; }
+
+    void setCaption(const QString &newCaption) override { text = newCaption; }
+
+    void activate() override
+    {
+        ++timesActivated;
+        if (onActivate)
+            onActivate();
+    }
+
+    bool close() override { return onClose ? onClose() : false; }
+
+    void autoFitSplit() override { ++timesSplitFitted; }
+
+    QString text;
+    int timesActivated = 0;
+    int timesSplitFitted = 0;
+    std::function<void()> onActivate;
+    // Closes the window; false when it stays.
+    std::function<bool()> onClose;
+};
+
+struct FakeDocument {
+    FakeOutlinePane outline;
+    FakeTextPane text;
+    FakeDocumentWindow window;
+    Document document{outline, text, window};
+};

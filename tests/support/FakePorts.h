@@ -1,0 +1,321 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "model/Globals.h"
+#include "model/Ports.h"
+#include "support/FakeDocument.h"
+#include "util/RunTimeError.h"
+#include "util/SettingsStore.h"
+
+#include <QTest>
+
+#include <algorithm>
+#include <deque>
+#include <map>
+#include <memory>
+
+// Scripted ports: a test sets the answers beforehand and reads afterwards what was asked.
+
+class FakeDocumentWindows final : public DocumentWindows
+{
+public:
+    Document &createDocument() override
+    {
+        auto fake = std::make_unique<FakeDocument>();
+        FakeDocument *opened = fake.get();
+        opened->window.onActivate = [this, opened] { active = opened; };
+        opened->window.onClose = [this, opened] { return close(opened); };
+        open.push_back(std::move(fake));
+        active = opened;
+        ++iDocumentCount;
+        if (ports().commands)
+            ports().commands->MenuEnable(iDocumentCount);
+        return opened->document;
+    }
+
+    Document *activeDocument() const override { return active ? &active->document : nullptr; }
+
+    std::vector<Document *> documents() const override
+    {
+        std::vector<Document *> all;
+        for (const auto &fake : open)
+            all.push_back(&fake->document);
+        return all;
+    }
+
+    void closeMainWindow() override { ++timesMainWindowClosed; }
+
+    // The fake behind a document, for what only the fake knows (its panes' counters).
+    FakeDocument &fakeOf(const Document &document)
+    {
+        const auto found =
+            std::find_if(open.begin(), open.end(), [&](const auto &fake) { return &fake->document == &document; });
+        Q_ASSERT(found != open.end());
+        return **found;
+    }
+
+    std::vector<std::unique_ptr<FakeDocument>> open;
+    FakeDocument *active = nullptr;
+    int timesMainWindowClosed = 0;
+    // Whether a window that is asked to close does so.
+    bool closable = true;
+
+private:
+    bool close(FakeDocument *closing)
+    {
+        if (!closable)
+            return false;
+        if (active == closing)
+            active = nullptr;
+        open.erase(std::find_if(open.begin(), open.end(), [&](const auto &fake) { return fake.get() == closing; }));
+        if (!active && !open.empty())
+            active = open.back().get();
+        --iDocumentCount;
+        if (ports().commands)
+            ports().commands->MenuEnable(iDocumentCount);
+        return true;
+    }
+};
+
+class FakeCommandSurface final : public CommandSurface
+{
+public:
+    void MenuEnable(int documentCount) override { menuEnableCounts.push_back(documentCount); }
+
+    void MenuEnableDynamic() override { ++timesMenuEnableDynamic; }
+
+    void UpdateStatusBar(const Entry *entry) override
+    {
+        if (entry)
+            statusText = entry->label();
+    }
+
+    void UpdateStatusBarText(const QString &text) override { statusText = text; }
+
+    std::vector<int> menuEnableCounts;
+    int timesMenuEnableDynamic = 0;
+    QString statusText;
+};
+
+// Gives the scripted answers one after the other. A question that no answer was set for fails the test and is
+// cancelled.
+class FakeDialogs final : public Dialogs
+{
+public:
+    Answer ask(const QString &question) override
+    {
+        questions.append(question);
+        return take(answers, question, Answer::Cancel);
+    }
+
+    void warn(const QString &text) override { warnings.append(text); }
+
+    std::optional<QString> askOpenName(const FileDialogRequest &request) override
+    {
+        openRequests.push_back(request);
+        return take(openNames, QStringLiteral("open dialog"), std::optional<QString>());
+    }
+
+    std::optional<QString> askSaveName(const FileDialogRequest &request) override
+    {
+        saveRequests.push_back(request);
+        return take(saveNames, QStringLiteral("save dialog"), std::optional<QString>());
+    }
+
+    std::deque<Answer> answers;
+    std::deque<std::optional<QString>> openNames;
+    std::deque<std::optional<QString>> saveNames;
+    QStringList questions;
+    QStringList warnings;
+    std::vector<FileDialogRequest> openRequests;
+    std::vector<FileDialogRequest> saveRequests;
+
+private:
+    template <typename T>
+    static T take(std::deque<T> &scripted, const QString &asked, const T &otherwise)
+    {
+        if (scripted.empty()) {
+            QTest::qFail(qPrintable(QStringLiteral("No answer was set for: ") + asked), __FILE__, __LINE__);
+            return otherwise;
+        }
+        const T answer = scripted.front();
+        scripted.pop_front();
+        return answer;
+    }
+};
+
+class FakeMousePointer final : public MousePointer
+{
+public:
+    void setHourglass(bool on) override
+    {
+        hourglass = on;
+        if (on)
+            ++timesHourglass;
+    }
+
+    bool hourglass = false;
+    int timesHourglass = 0;
+};
+
+class FakeRecentFiles final : public RecentFiles
+{
+public:
+    struct Update {
+        QString file;
+        bool remove;
+    };
+
+    void UpdateMRUFile(const QString &sFile, bool bRemove) override { updates.push_back({sFile, bRemove}); }
+
+    QString itemCaption(int iIndex) const override { return captions.value(iIndex - 1); }
+
+    std::vector<Update> updates;
+    QStringList captions;
+};
+
+class FakeTextClipboard final : public TextClipboard
+{
+public:
+    QString text() const override { return held; }
+
+    void setText(const QString &text) override { held = text; }
+
+    QString held;
+};
+
+// Formats that do what the test's functions do, and nothing where there is none.
+class FakeDocumentFormats final : public DocumentFormats
+{
+public:
+    void readNative(Document &document, const QByteArray &buffer, LoadResult &result) override
+    {
+        if (onReadNative)
+            onReadNative(document, buffer, result);
+    }
+
+    void readPlainText(Document &document, const QByteArray &buffer) override
+    {
+        if (onReadPlainText)
+            onReadPlainText(document, buffer);
+    }
+
+    void writeNative(const Document &document, ByteSink &sink) override
+    {
+        if (onWriteNative)
+            onWriteNative(document, sink);
+    }
+
+    void writePlainText(const Document &document, ByteSink &sink) override
+    {
+        if (onWritePlainText)
+            onWritePlainText(document, sink);
+    }
+
+    void importText(const QString &sFile) override { importedFiles.append(sFile); }
+
+    void importClipboard() override { ++timesClipboardImported; }
+
+    void exportText(const QString &sFile) override { exportedFiles.append(sFile); }
+
+    void exportClipboard() override { ++timesClipboardExported; }
+
+    std::function<void(Document &, const QByteArray &, LoadResult &)> onReadNative;
+    std::function<void(Document &, const QByteArray &)> onReadPlainText;
+    std::function<void(const Document &, ByteSink &)> onWriteNative;
+    std::function<void(const Document &, ByteSink &)> onWritePlainText;
+    QStringList importedFiles;
+    QStringList exportedFiles;
+    int timesClipboardImported = 0;
+    int timesClipboardExported = 0;
+};
+
+// A settings store in memory. A section lists its decimal keys in numeric order, as the real one does.
+class FakeSettingsStore final : public SettingsStore
+{
+public:
+    std::optional<QString> value(const QString &section, const QString &key) const override
+    {
+        const auto found = values.find({section, key});
+        return found == values.end() ? std::nullopt : std::optional(found->second);
+    }
+
+    void setValue(const QString &section, const QString &key, const QString &value) override
+    {
+        if (failing)
+            throw RunTimeError(ErrorNumber::PathFileAccess);
+        values[{section, key}] = value;
+        written.append(section + u'/' + key);
+    }
+
+    Section section(const QString &section) const override
+    {
+        Section found;
+        for (const auto &[place, value] : values) {
+            if (place.first == section)
+                found.emplace_back(place.second, value);
+        }
+        std::stable_sort(found.begin(), found.end(),
+                         [](const auto &a, const auto &b) { return a.first.toLongLong() < b.first.toLongLong(); });
+        return found;
+    }
+
+    void removeValue(const QString &section, const QString &key) override { values.erase({section, key}); }
+
+    void flush() override
+    {
+        if (failing)
+            throw RunTimeError(ErrorNumber::PathFileAccess);
+        ++timesFlushed;
+    }
+
+    std::map<std::pair<QString, QString>, QString> values;
+    // "section/key" of each value written, in the order of writing.
+    QStringList written;
+    int timesFlushed = 0;
+    // Whether writing fails, as on a full disk.
+    bool failing = false;
+};
+
+// All ports as fakes, registered while it lives, with the core's global state as it is at the start of the program.
+struct FakePorts {
+    FakePorts()
+        : m_before(ports())
+    {
+        resetGlobals();
+        ports() = {&windows, &commands, &dialogs, &pointer, &recentFiles, &clipboard, &formats};
+    }
+
+    ~FakePorts()
+    {
+        windows.open.clear();
+        ports() = m_before;
+        resetGlobals();
+    }
+
+    FakePorts(const FakePorts &) = delete;
+    FakePorts &operator=(const FakePorts &) = delete;
+
+    FakeDocumentWindows windows;
+    FakeCommandSurface commands;
+    FakeDialogs dialogs;
+    FakeMousePointer pointer;
+    FakeRecentFiles recentFiles;
+    FakeTextClipboard clipboard;
+    FakeDocumentFormats formats;
+
+private:
+    static void resetGlobals()
+    {
+        g_options = Options();
+        g_fntDefaultOutlineFont = clsFont();
+        g_fntDefaultTextFont = clsFont();
+        bBusy = false;
+        iActionDepth = 0;
+        iDocumentCount = 0;
+    }
+
+    Ports m_before;
+};
