@@ -1,8 +1,8 @@
-# cmake -D HOUSE=<folder> [-D WIDGET_HEADERS=<folders>] -P house_includes.cmake
+# cmake -D HOUSE=<folder> -D WIDGET_HEADERS=<folder> -P house_includes.cmake
 #
 # Reads every C++ file below HOUSE and fails, naming file and line, when a room of src/ includes a room that it may not, when
 # a room of the core includes a widget's header, when an include is not written from src/, or when a file does not begin
-# with its two SPDX lines. WIDGET_HEADERS are Qt's folders of widget headers; they tell which short names are widgets.
+# with its two SPDX lines. WIDGET_HEADERS is the folder of Qt's widget headers; it tells which short names are widgets.
 cmake_minimum_required(VERSION 3.25)
 
 # What each room may include besides itself. Rooms that stand side by side (outline, text, search) do not know each other.
@@ -23,6 +23,9 @@ set(rooms util rtf model formats outline text search platform print window app)
 set(core util rtf model formats outline text search)
 set(widget_exceptions src/search/frmSearch.h src/search/frmSearch.cpp)
 
+if(NOT EXISTS "${WIDGET_HEADERS}/QWidget")
+  message(FATAL_ERROR "no widget headers in ${WIDGET_HEADERS}")
+endif()
 set(complaint_count 0)
 
 function(complain where what)
@@ -32,17 +35,12 @@ function(complain where what)
 endfunction()
 
 function(is_widget_header name result)
-  set(${result} FALSE PARENT_SCOPE)
-  if(name MATCHES "^(QtWidgets|QtPrintSupport)(/|$)" OR name MATCHES "^Q(Printer|PrintDialog|PrintPreview|PageSetupDialog)")
+  if(name MATCHES "^(QtWidgets|QtPrintSupport)(/|$)" OR name MATCHES "^Q(Printer|PrintDialog|PrintPreview|PageSetupDialog)"
+      OR EXISTS "${WIDGET_HEADERS}/${name}")
     set(${result} TRUE PARENT_SCOPE)
-    return()
+  else()
+    set(${result} FALSE PARENT_SCOPE)
   endif()
-  foreach(folder IN LISTS WIDGET_HEADERS)
-    if(folder MATCHES "/QtWidgets/?$" AND EXISTS "${folder}/${name}")
-      set(${result} TRUE PARENT_SCOPE)
-      return()
-    endif()
-  endforeach()
 endfunction()
 
 # check_include(FILE ROOM LINE NAME): one include of a file of a room.
