@@ -1,0 +1,14 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "model/Ports.h"
+
+// The desktop's clipboard. Text is read with CR LF line breaks, whichever the program that put it there used.
+class DesktopClipboard final : public TextClipboard
+{
+public:
+    QString text() const override;
+    void setText(const QString &text) override;
+};

@@ -1,0 +1,27 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "model/Ports.h"
+
+#include <QString>
+
+class QFileDialog;
+
+// Message boxes and file dialogs over the active window.
+class MessageDialogs final : public Dialogs
+{
+public:
+    Answer ask(const QString &question) override;
+    void warn(const QString &text) override;
+    std::optional<QString> askOpenName(const FileDialogRequest &request) override;
+    // A name without an extension gets that of the chosen filter, or else the default one.
+    std::optional<QString> askSaveName(const FileDialogRequest &request) override;
+
+private:
+    std::optional<QString> chosenName(QFileDialog &dialog);
+
+    // Where the last dialog ended; empty before the first.
+    QString m_folder;
+};

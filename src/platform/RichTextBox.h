@@ -1,0 +1,105 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "model/TextPane.h"
+#include "platform/PaneFocus.h"
+
+#include <QTextEdit>
+
+// The rich-text pane, on Qt's text editor. Nothing that is loaded, pasted or dropped makes it read a file or an
+// address that a text names.
+class RichTextBox final : public QTextEdit, public TextPane
+{
+    Q_OBJECT
+
+public:
+    explicit RichTextBox(QWidget *parent = nullptr);
+    ~RichTextBox() override;
+
+    QByteArray TextRTF() const override;
+    void setTextRTF(const QByteArray &rtf) override;
+    QString Text() const override;
+
+    QByteArray SelRTF() const override;
+    void setSelRTF(const QByteArray &rtf) override;
+    QString SelText() const override;
+    // CR LF (or CR) begins a new paragraph, a lone LF a new line within the paragraph, as in Text().
+    void setSelText(const QString &text) override;
+    int SelStart() const override;
+    // Collapses the selection. Offsets beyond the text are taken as its end.
+    void setSelStart(int start) override;
+    int SelLength() const override;
+    void setSelLength(int length) override;
+
+    std::optional<bool> SelBold() const override;
+    void setSelBold(bool on) override;
+    std::optional<bool> SelItalic() const override;
+    void setSelItalic(bool on) override;
+    std::optional<bool> SelUnderline() const override;
+    void setSelUnderline(bool on) override;
+    std::optional<bool> SelStrikeThru() const override;
+    void setSelStrikeThru(bool on) override;
+    std::optional<QString> SelFontName() const override;
+    void setSelFontName(const QString &name) override;
+    std::optional<double> SelFontSize() const override;
+    void setSelFontSize(double points) override;
+    std::optional<QColor> SelColor() const override;
+    void setSelColor(const QColor &colour) override;
+    std::optional<bool> SelBullet() const override;
+    void setSelBullet(bool on) override;
+    std::optional<int> SelIndent() const override;
+    void setSelIndent(int twips) override;
+    // Justified paragraphs count as left-aligned.
+    std::optional<Alignment> SelAlignment() const override;
+    void setSelAlignment(Alignment alignment) override;
+
+    QFont Font() const override;
+    void setFont(const QFont &font) override;
+    bool Locked() const override;
+    void setLocked(bool locked) override;
+    bool Visible() const override;
+    void setVisible(bool visible) override;
+    void setFocus() override;
+    using QWidget::setFocus;
+
+    // A word is a run of letters and digits.
+    int Find(const QString &expression, int start, int end, int options) override;
+
+    // Nothing, whatever the name.
+    QVariant loadResource(int type, const QUrl &name) override;
+
+Q_SIGNALS:
+    // The user or a Sel member changed the text or its format. Assigning TextRTF and setting the base font do not.
+    void changed();
+    // The selection or the caret moved, or the format at the caret changed.
+    void selectionMoved();
+    void gotFocus();
+
+protected:
+    bool event(QEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+    QMimeData *createMimeDataFromSelection() const override;
+    bool canInsertFromMimeData(const QMimeData *source) const override;
+    void insertFromMimeData(const QMimeData *source) override;
+
+private:
+    void showDocument(QTextDocument *document);
+    void noteChange();
+    void noteSelection();
+
+    QFont m_font;
+    PaneFocus m_paneFocus;
+    mutable QString m_text;
+    mutable bool m_textKnown = false;
+    int m_notedAnchor = 0;
+    int m_notedPosition = 0;
+    bool m_loading = false;
+};

@@ -1,0 +1,103 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "model/OutlinePane.h"
+#include "platform/PaneFocus.h"
+
+#include <QPersistentModelIndex>
+#include <QPointer>
+#include <QTreeView>
+
+class Entry;
+class EntryTree;
+class LabelDelegate;
+
+// The outline pane: shows an entry tree, follows every change of it, and turns what the user does into changes of the
+// tree and signals. Expansion and selection live in the entry tree; the view only mirrors them.
+class TreeView final : public QTreeView, public OutlinePane
+{
+    Q_OBJECT
+
+public:
+    // Entries below this level (1 is the root) are shown closed whatever the tree says: the view lays out an open
+    // branch recursively, and tens of thousands of nested levels would exhaust the stack.
+    static constexpr int deepestOpenLevel = 5000;
+
+    explicit TreeView(QWidget *parent = nullptr);
+    ~TreeView() override;
+
+    // The tree must outlive the view or be destroyed as a whole; null shows nothing.
+    void setEntryTree(EntryTree *tree);
+    EntryTree *entryTree() const;
+
+    // The entry whose row contains a point of the viewport, or null. A row reaches over the pane's whole width.
+    Entry *HitTest(const QPoint &point) const;
+
+    bool Visible() const override;
+    void setVisible(bool visible) override;
+    QFont Font() const override;
+    void setFont(const QFont &font) override;
+    LabelEditMode LabelEdit() const override;
+    void setLabelEdit(LabelEditMode mode) override;
+    // While the pane is hidden the editor waits until it is shown.
+    void StartLabelEdit() override;
+    void EndLabelEdit() override;
+    void ScrollTo(const Entry *entry) override;
+    void ClearDropHighlight() override;
+    void setFocus() override;
+    using QWidget::setFocus;
+
+    // Never opens a closed branch: a row hidden in one scrolls to the branch's head.
+    void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
+
+Q_SIGNALS:
+    // The user made this entry the selected one, or clicked on the selected one again. The entry tree already says so.
+    // Selecting by program raises nothing.
+    void nodeClicked(Entry *entry);
+    // The expanded state of one entry changed, whoever changed it. A change of many at once (the tree's
+    // expansionReset) raises nothing.
+    void entryExpanded(Entry *entry);
+    void entryCollapsed(Entry *entry);
+    // In-place editing ended with a label, which may be the old one; a cancelled edit raises nothing.
+    void labelEdited(Entry *entry);
+    void gotFocus();
+
+protected:
+    void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+    QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index, const QEvent *event) const override;
+    void closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint) override;
+    void focusInEvent(QFocusEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
+    void mousePressEvent(QMouseEvent *event) override;
+    void mouseMoveEvent(QMouseEvent *event) override;
+
+private:
+    class MirrorGuard;
+
+    void connectBeforeView();
+    void connectAfterView();
+    void finishRowChange();
+    void mirrorInsertedRows(const QModelIndex &parent, int first, int last);
+    void mirrorEverything();
+    void mirrorSelection();
+    void mirrorSubtree(const Entry *top);
+    void mirrorExpansion(const Entry *entry, int level);
+    void followExpansion(Entry *entry, bool expanded);
+    void userChangedExpansion(const QModelIndex &index, bool expanded);
+    void userMovedTo(Entry *entry);
+    QModelIndex nearestShown(const QModelIndex &index) const;
+    void applyLabelEdit(const QModelIndex &index, const QString &label);
+
+    friend class LabelDelegate;
+
+    QPointer<EntryTree> m_tree;
+    LabelDelegate *m_delegate;
+    PaneFocus m_paneFocus;
+    LabelEditMode m_labelEdit = LabelEditMode::tvwManual;
+    QPersistentModelIndex m_scrollWhenShown;
+    bool m_editWhenShown = false;
+    // Above 0 while the view follows the tree, so that the view's own signals are not taken for the user's doing.
+    int m_mirroring = 0;
+};
