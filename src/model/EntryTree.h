@@ -38,6 +38,8 @@ public:
 
     const EntryCollection &collection() const { return m_collection; }
 
+    int taggedCount() const { return m_taggedCount; }
+
     // Adds an empty entry; with no relative the tree must be empty and the entry becomes the root. Errors: 6 when the
     // tree is full, 5 when the place does not exist (a sibling of the root).
     Entry *insert(Relationship relationship, Entry *relative);
@@ -53,6 +55,8 @@ public:
     QString key(const Entry *entry) const;
     // The entry of that key; error 35601 when there is none.
     Entry *itemByKey(const QString &key) const;
+    // The same for a path, which is the key without its prefix.
+    Entry *itemByPath(QByteArrayView path) const;
 
     void setLabel(Entry *entry, const QString &label);
     void setTagged(Entry *entry, bool tagged);
@@ -130,6 +134,7 @@ private:
     std::vector<EntryRef *> m_references;
     mutable Entry *m_pendingEntry = nullptr;
     mutable std::function<QByteArray()> m_pendingSource;
+    int m_taggedCount = 0;
     int m_bulkDepth = 0;
 };
 

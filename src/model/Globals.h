@@ -54,5 +54,8 @@ private:
 // How deep NodeActionStart is nested.
 inline qint16 iActionDepth = 0;
 
+// True while NodeTextGet fills the text pane, so that the pane's change is not stored back.
+inline bool bTextLoading = false;
+
 // How many document windows are open.
 inline qint16 iDocumentCount = 0;

@@ -16,8 +16,9 @@ class OutlinePane
 public:
     virtual ~OutlinePane() = default;
 
-    virtual bool Visible() const = 0;
-    virtual void setVisible(bool visible) = 0;
+    // A hidden pane draws nothing of what happens to it; it keeps its place and the keyboard focus.
+    virtual bool PaneVisible() const = 0;
+    virtual void setPaneVisible(bool visible) = 0;
     virtual QFont Font() const = 0;
     virtual void setFont(const QFont &font) = 0;
     virtual LabelEditMode LabelEdit() const = 0;

@@ -12,7 +12,7 @@
 
 class Document;
 class Entry;
-class QIODevice;
+class ByteSink;
 
 // What the core asks of the program around it. The program registers an implementation of each port at start-up; tests
 // register scripted ones.
@@ -121,12 +121,13 @@ class DocumentFormats
 {
 public:
     virtual ~DocumentFormats() = default;
-    // Builds the document's entries and fonts from a native file's bytes.
-    virtual LoadResult readNative(Document &document, const QByteArray &buffer) = 0;
+    // Builds the document's entries and fonts from a native file's bytes; `result` holds what was read even when it
+    // throws.
+    virtual void readNative(Document &document, const QByteArray &buffer, LoadResult &result) = 0;
     // Builds one entry from a plain-text file's bytes.
     virtual void readPlainText(Document &document, const QByteArray &buffer) = 0;
-    virtual void writeNative(const Document &document, QIODevice &device) = 0;
-    virtual void writePlainText(const Document &document, QIODevice &device) = 0;
+    virtual void writeNative(const Document &document, ByteSink &sink) = 0;
+    virtual void writePlainText(const Document &document, ByteSink &sink) = 0;
     virtual void importText(const QString &sFile) = 0;
     virtual void importClipboard() = 0;
     virtual void exportText(const QString &sFile) = 0;

@@ -67,8 +67,9 @@ public:
     // Locked text can be read and copied, not changed by the user.
     virtual bool Locked() const = 0;
     virtual void setLocked(bool locked) = 0;
-    virtual bool Visible() const = 0;
-    virtual void setVisible(bool visible) = 0;
+    // A hidden pane draws nothing of what happens to it; it keeps its place and the keyboard focus.
+    virtual bool PaneVisible() const = 0;
+    virtual void setPaneVisible(bool visible) = 0;
     virtual void setFocus() = 0;
 
     // The offset of the first match at or after `start` that ends by `end` (-1: the end of the text), or -1; selects

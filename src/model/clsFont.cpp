@@ -5,7 +5,16 @@
 
 #include "model/TextPane.h"
 
+#include <algorithm>
 #include <cmath>
+
+namespace
+{
+
+// The largest size that word processors know; a description read from a file may claim any.
+constexpr qint64 maximumSize = 1638 * clsFont::point;
+
+} // namespace
 
 void clsFont::CopyTo(clsFont &fntTarget) const
 {
@@ -34,7 +43,7 @@ void clsFont::SetFont(QFont &font) const
     if (!m_sName.isEmpty())
         font.setFamily(m_sName);
     if (m_cySize > 0)
-        font.setPointSizeF(static_cast<double>(m_cySize) / point);
+        font.setPointSizeF(static_cast<double>(std::min(m_cySize, maximumSize)) / point);
     font.setStrikeOut(m_bStrikeThrough);
     font.setUnderline(m_bUnderline);
 }
@@ -50,7 +59,7 @@ void clsFont::SetRTFSelFont(TextPane &pane) const
     if (!m_sName.isEmpty())
         pane.setSelFontName(m_sName);
     if (m_cySize > 0)
-        pane.setSelFontSize(static_cast<double>(m_cySize) / point);
+        pane.setSelFontSize(static_cast<double>(std::min(m_cySize, maximumSize)) / point);
     pane.setSelStrikeThru(m_bStrikeThrough);
     pane.setSelUnderline(m_bUnderline);
     pane.setSelStart(start);

@@ -6,6 +6,7 @@
 #include "model/EntryTree.h"
 
 class Document;
+class clsFont;
 
 // The operations on a document's entries. Everything that works on the outline goes through them.
 namespace modNodes
@@ -63,6 +64,18 @@ void NodeSetFontAll(Document &document, Entry *entry, const clsFont &font);
 // Bracket a structural change: the panes are hidden from the first start to the last end, and the split is fitted then.
 void NodeActionStart();
 void NodeActionEnd();
+
+// The pair of them, so that an error cannot leave the panes hidden.
+class ActionScope
+{
+public:
+    ActionScope() { NodeActionStart(); }
+
+    ~ActionScope() { NodeActionEnd(); }
+
+    ActionScope(const ActionScope &) = delete;
+    ActionScope &operator=(const ActionScope &) = delete;
+};
 
 // Shows an entry's text in the document's pane; an empty pane for no entry.
 void NodeTextGet(Document &document, Entry *entry);

@@ -75,3 +75,12 @@ void detail::reportCurrentException(const char *name) noexcept
         std::fputs("The error report itself failed.\n", stderr);
     }
 }
+
+void reportError(const char *name, const RunTimeError &error)
+{
+    try {
+        throw error;
+    } catch (...) {
+        detail::reportCurrentException(name);
+    }
+}

@@ -58,3 +58,8 @@ auto procedure(const char *name, Body &&body) -> std::invoke_result_t<Body>
     if constexpr (!std::is_void_v<Result>)
         return Result{};
 }
+
+class RunTimeError;
+
+// Reports an error in the name of a routine that goes on after it, whatever failure scope is open.
+void reportError(const char *name, const RunTimeError &error);

@@ -1,0 +1,126 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "formats/modDocText.h"
+
+#include "formats/ImportScope.h"
+#include "formats/OutlineWalk.h"
+#include "formats/PlainText.h"
+
+#include "model/Document.h"
+#include "model/Ports.h"
+#include "model/SafeFile.h"
+#include "model/StoredText.h"
+#include "model/modNodes.h"
+
+#include "util/AnsiCodec.h"
+#include "util/Procedure.h"
+#include "util/RunTimeError.h"
+
+#include <QFile>
+#include <QStringDecoder>
+
+#include <cerrno>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+QString withoutTrailingLineEnds(QString text)
+{
+    while (text.endsWith("\r\n"_L1))
+        text.chop(2);
+    return text;
+}
+
+QString decodeFile(const QByteArray &buffer)
+{
+    const auto encoding = QStringConverter::encodingForData(buffer);
+    if (!encoding)
+        return AnsiCodec::toText(buffer);
+    QStringDecoder decoder(*encoding);
+    return decoder.decode(buffer);
+}
+
+} // namespace
+
+namespace modDocText
+{
+
+QString plainTextLayout(const Document &document)
+{
+    QString layout;
+    if (!document.tree.root())
+        return layout;
+    for (OutlineWalk walk(document.tree.root(), "0"); walk.entry(); walk.next()) {
+        const Entry *entry = walk.entry();
+        layout += QLatin1StringView(walk.path()) + u' ' + entry->label() + "\r\n"_L1;
+        const QString text = withoutTrailingLineEnds(plainTextOf(document.tree.storedText(entry)));
+        layout += text + "\r\n"_L1;
+        if (!text.isEmpty())
+            layout += "\r\n"_L1;
+    }
+    return layout;
+}
+
+void makeTextEntry(Document &document, const QString &text)
+{
+    Entry *entry = modNodes::NodeInsert(document, Relationship::tvwFirst, nullptr);
+    const QByteArray bytes = AnsiCodec::fromText(withLineEnds(text));
+    document.tree.setLabel(entry, u"Text"_s);
+    // Left as it stands, a text that begins with a number and a comma would be shown without that beginning.
+    document.tree.setStoredText(entry, readsAsCompressed(bytes) ? NodeTextCompressIfRequired(bytes) : bytes);
+    modNodes::NodeSelect(document, entry);
+}
+
+void DocSaveVersion(const Document &document, ByteSink &sink)
+{
+    procedure("modDocText DocSaveVersion", [&] { sink.write(AnsiCodec::fromText(plainTextLayout(document))); });
+}
+
+void DocLoadVersion(Document &document, const QByteArray &buffer)
+{
+    procedure("modDocText DocLoadVersion", [&] { makeTextEntry(document, decodeFile(buffer)); });
+}
+
+void DocImport(const QString &sFile)
+{
+    procedure("modDocText DocImport", [&] {
+        Document *document = DocumentActive();
+        if (!document)
+            return;
+        const ImportScope import(*document);
+        QFile file(sFile);
+        errno = 0;
+        if (!file.open(QIODevice::ReadOnly))
+            throw fileError(errno ? errno : EACCES, sFile);
+        const QByteArray buffer = file.readAll();
+        if (file.error() != QFileDevice::NoError)
+            throw fileError(errno ? errno : EIO, sFile);
+        const FailureScope failures;
+        DocLoadVersion(*document, buffer);
+    });
+}
+
+void DocExport(const QString &sFile)
+{
+    procedure("modDocText DocExport", [&] {
+        const Document *document = DocumentActive();
+        if (!document)
+            return;
+        const HourglassPointer hourglass;
+        try {
+            const FailureScope failures;
+            SafeFile file(sFile);
+            DocSaveVersion(*document, file);
+            file.flushToDisk();
+            file.replace();
+        } catch (...) {
+            ports().commands->UpdateStatusBarText(u"The file %1 could not be saved"_s.arg(sFile));
+            throw;
+        }
+    });
+}
+
+} // namespace modDocText

@@ -1,0 +1,395 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "model/EntryTree.h"
+
+#include "util/RunTimeError.h"
+
+#include <QCollator>
+
+#include <algorithm>
+#include <set>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+int subtreeSize(const Entry *top)
+{
+    int size = 0;
+    for (const Entry *entry = top; entry; entry = nextInOutline(entry, top))
+        ++size;
+    return size;
+}
+
+// The place that a component of a path names; 0 when it is not written as keys are, since keys are compared as texts
+// and "0.01" names nothing even where "0.1" exists.
+int placeNumber(QByteArrayView component)
+{
+    constexpr qsizetype maximumDigits = 5;
+    const bool plain = !component.isEmpty() && component.size() <= maximumDigits && component[0] != '0' &&
+                       std::all_of(component.begin(), component.end(), [](char c) { return c >= '0' && c <= '9'; });
+    return plain ? component.toInt() : 0;
+}
+
+constexpr auto rootKey = "KEY0"_L1;
+
+} // namespace
+
+EntryTree::EntryTree(QObject *parent)
+    : QAbstractItemModel(parent)
+{
+}
+
+EntryTree::~EntryTree()
+{
+    while (!m_references.empty())
+        m_references.back()->clear();
+}
+
+Entry *EntryTree::insert(Relationship relationship, Entry *relative)
+{
+    requireRoomFor(1);
+    const Place place = placeFor(relationship, relative);
+    return attach(std::unique_ptr<Entry>(new Entry), place);
+}
+
+Entry *EntryTree::insertCopy(const EntryTree &sourceTree, const Entry *source, Relationship relationship,
+                             Entry *relative)
+{
+    requireRoomFor(subtreeSize(source));
+    const Place place = placeFor(relationship, relative);
+    sourceTree.resolvePendingText();
+
+    // The copy is complete before it joins the tree, so a copy into the source's own subtree copies what was there
+    // before.
+    struct Pair {
+        const Entry *source;
+        Entry *copy;
+    };
+
+    std::unique_ptr<Entry> top(new Entry);
+    std::vector<Pair> pending = {{source, top.get()}};
+    while (!pending.empty()) {
+        const auto [from, to] = pending.back();
+        pending.pop_back();
+        to->m_label = from->m_label;
+        to->m_storedText = from->m_storedText;
+        to->m_expanded = from->m_expanded;
+        to->m_children.reserve(from->m_children.size());
+        for (const std::unique_ptr<Entry> &child : from->m_children) {
+            std::unique_ptr<Entry> copy(new Entry);
+            copy->m_parent = to;
+            copy->m_row = child->m_row;
+            pending.push_back({child.get(), copy.get()});
+            to->m_children.push_back(std::move(copy));
+        }
+    }
+    return attach(std::move(top), place);
+}
+
+EntryTree::Place EntryTree::placeFor(Relationship relationship, Entry *relative) const
+{
+    if (!relative) {
+        if (m_root)
+            throw RunTimeError(ErrorNumber::InvalidCall, u"An outline has only one root"_s);
+        return {nullptr, 0};
+    }
+    if (relationship == Relationship::tvwChild)
+        return {relative, relative->childCount()};
+    Entry *parent = relative->parent();
+    if (!parent)
+        throw RunTimeError(ErrorNumber::InvalidCall, u"The root has no siblings"_s);
+    switch (relationship) {
+    case Relationship::tvwFirst:
+        return {parent, 0};
+    case Relationship::tvwLast:
+        return {parent, parent->childCount()};
+    case Relationship::tvwPrevious:
+        return {parent, relative->row()};
+    default:
+        return {parent, relative->row() + 1};
+    }
+}
+
+Entry *EntryTree::attach(std::unique_ptr<Entry> subtree, const Place &place)
+{
+    Entry *top = subtree.get();
+    if (announcing())
+        beginInsertRows(indexOf(place.parent), place.row, place.row);
+    top->m_parent = place.parent;
+    if (place.parent) {
+        std::vector<std::unique_ptr<Entry>> &siblings = place.parent->m_children;
+        siblings.insert(siblings.begin() + place.row, std::move(subtree));
+        renumber(place.parent, place.row);
+    } else {
+        m_root = std::move(subtree);
+    }
+    bool expansion = false;
+    for (Entry *entry = top; entry; entry = nextInOutline(entry, top)) {
+        m_collection.append(entry);
+        expansion = expansion || entry->m_expanded;
+    }
+    if (announcing()) {
+        endInsertRows();
+        if (expansion)
+            Q_EMIT expansionReset();
+    }
+    return top;
+}
+
+void EntryTree::remove(Entry *entry)
+{
+    if (m_selected && (m_selected == entry || entry->isAncestorOf(m_selected)))
+        select(nullptr);
+    dropReferencesInto(entry);
+    Entry *parent = entry->m_parent;
+    const int row = entry->m_row;
+    if (announcing())
+        beginRemoveRows(indexOf(parent), row, row);
+    for (Entry *gone = entry; gone; gone = nextInOutline(gone, entry)) {
+        m_collection.remove(gone);
+        m_taggedCount -= gone->m_tagged ? 1 : 0;
+    }
+    std::unique_ptr<Entry> removed;
+    if (parent) {
+        std::vector<std::unique_ptr<Entry>> &siblings = parent->m_children;
+        removed = std::move(siblings[static_cast<size_t>(row)]);
+        siblings.erase(siblings.begin() + row);
+        renumber(parent, row);
+    } else {
+        removed = std::move(m_root);
+    }
+    if (announcing())
+        endRemoveRows();
+}
+
+void EntryTree::clear()
+{
+    beginBulkChange();
+    if (m_root)
+        remove(m_root.get());
+    endBulkChange();
+}
+
+QString EntryTree::key(const Entry *entry) const
+{
+    std::vector<int> places;
+    for (; entry->m_parent; entry = entry->m_parent)
+        places.push_back(entry->m_row + 1);
+    QString key = rootKey;
+    for (auto place = places.rbegin(); place != places.rend(); ++place)
+        key += u'.' + QString::number(*place);
+    return key;
+}
+
+Entry *EntryTree::itemByPath(QByteArrayView path) const
+{
+    Entry *entry = path.startsWith('0') ? m_root.get() : nullptr;
+    qsizetype at = 1;
+    while (entry && at < path.size() && path[at] == '.') {
+        qsizetype end = path.indexOf('.', at + 1);
+        if (end < 0)
+            end = path.size();
+        entry = entry->child(placeNumber(path.sliced(at + 1, end - at - 1)) - 1);
+        at = end;
+    }
+    if (!entry || at < path.size()) {
+        const QString shown = QString::fromLatin1(path.first(qMin(path.size(), qsizetype(80))));
+        throw RunTimeError(ErrorNumber::ElementNotFound, u"Element not found: no entry has the key KEY%1"_s.arg(shown));
+    }
+    return entry;
+}
+
+Entry *EntryTree::itemByKey(const QString &key) const
+{
+    const QByteArray bytes = key.toUtf8();
+    // A key without the prefix names nothing, and neither does the empty path.
+    return itemByPath(bytes.startsWith("KEY") ? QByteArrayView(bytes).sliced(3) : QByteArrayView());
+}
+
+void EntryTree::setExpandedAll(Entry *entry, bool expanded)
+{
+    for (Entry *each = entry; each; each = nextInOutline(each, entry))
+        each->m_expanded = expanded;
+    if (announcing())
+        Q_EMIT expansionReset();
+}
+
+void EntryTree::expandAncestors(Entry *entry)
+{
+    for (Entry *ancestor = entry->m_parent; ancestor; ancestor = ancestor->m_parent)
+        setExpanded(ancestor, true);
+}
+
+void EntryTree::expandToLevel(Entry *entry, int level)
+{
+    int depth = entry->level();
+    Entry *each = entry;
+    bool changed = false;
+    while (each) {
+        const bool open = depth < level;
+        if (each->childCount() > 0 && each->m_expanded != open) {
+            each->m_expanded = open;
+            changed = true;
+        }
+        // What lies below a closed entry is not visited: it keeps its state.
+        if (open && each->childCount() > 0) {
+            each = each->firstChild();
+            ++depth;
+            continue;
+        }
+        while (each != entry && !each->next()) {
+            each = each->m_parent;
+            --depth;
+        }
+        each = each == entry ? nullptr : each->next();
+    }
+    if (changed && announcing())
+        Q_EMIT expansionReset();
+}
+
+void EntryTree::setSorted(Entry *entry, bool sorted)
+{
+    entry->m_sorted = sorted;
+    if (sorted)
+        sortChildren(entry);
+}
+
+void EntryTree::sortChildren(Entry *entry)
+{
+    QCollator collator;
+    collator.setCaseSensitivity(Qt::CaseInsensitive);
+    const auto before = [&collator](const std::unique_ptr<Entry> &a, const std::unique_ptr<Entry> &b) {
+        return collator.compare(a->m_label, b->m_label) < 0;
+    };
+    std::vector<std::unique_ptr<Entry>> &children = entry->m_children;
+    if (std::is_sorted(children.begin(), children.end(), before))
+        return;
+    const QPersistentModelIndex parent(indexOf(entry));
+    if (announcing())
+        Q_EMIT layoutAboutToBeChanged({parent}, QAbstractItemModel::VerticalSortHint);
+    std::stable_sort(children.begin(), children.end(), before);
+    renumber(entry, 0);
+    if (announcing()) {
+        const QModelIndexList from = persistentIndexList();
+        QModelIndexList to;
+        to.reserve(from.size());
+        for (const QModelIndex &index : from)
+            to.push_back(indexOf(entryAt(index)));
+        changePersistentIndexList(from, to);
+        Q_EMIT layoutChanged({parent}, QAbstractItemModel::VerticalSortHint);
+    }
+}
+
+QByteArray EntryTree::storedText(const Entry *entry) const
+{
+    if (entry == m_pendingEntry)
+        resolvePendingText();
+    return entry->m_storedText;
+}
+
+void EntryTree::setStoredText(Entry *entry, const QByteArray &storedText)
+{
+    if (entry == m_pendingEntry) {
+        m_pendingEntry = nullptr;
+        m_pendingSource = nullptr;
+    }
+    entry->m_storedText = storedText;
+}
+
+void EntryTree::setPendingText(Entry *entry, std::function<QByteArray()> source)
+{
+    if (entry != m_pendingEntry)
+        resolvePendingText();
+    m_pendingEntry = entry;
+    m_pendingSource = std::move(source);
+}
+
+void EntryTree::resolvePendingText() const
+{
+    if (!m_pendingEntry)
+        return;
+    Entry *entry = m_pendingEntry;
+    const std::function<QByteArray()> source = std::move(m_pendingSource);
+    m_pendingEntry = nullptr;
+    m_pendingSource = nullptr;
+    entry->m_storedText = source();
+}
+
+void EntryTree::requireRoomFor(int more) const
+{
+    if (entryCount() + more > maximumCount)
+        throw RunTimeError(ErrorNumber::Overflow, u"Overflow: an outline holds at most %1 entries"_s.arg(maximumCount));
+}
+
+void EntryTree::renumber(Entry *parent, int fromRow)
+{
+    for (int row = fromRow; row < parent->childCount(); ++row)
+        parent->m_children[static_cast<size_t>(row)]->m_row = row;
+}
+
+void EntryTree::dropReferencesInto(const Entry *subtree)
+{
+    const auto inside = [subtree](const Entry *entry) { return entry == subtree || subtree->isAncestorOf(entry); };
+    const std::vector<EntryRef *> references = m_references;
+    for (EntryRef *reference : references) {
+        if (inside(reference->entry()))
+            reference->clear();
+    }
+    if (m_pendingEntry && inside(m_pendingEntry)) {
+        m_pendingEntry = nullptr;
+        m_pendingSource = nullptr;
+    }
+}
+
+QString EntryTree::brokenInvariant() const
+{
+    int count = 0;
+    int tagged = 0;
+    std::set<const Entry *> collected;
+    for (int index = 1; index <= m_collection.count(); ++index) {
+        const Entry *entry = m_collection.at(index);
+        if (!entry || m_collection.indexOf(entry) != index)
+            return u"the collection's index %1 does not lead back to itself"_s.arg(index);
+        collected.insert(entry);
+    }
+    bool selectedFound = !m_selected;
+    for (const Entry *entry = m_root.get(); entry; entry = nextInOutline(entry, m_root.get())) {
+        ++count;
+        tagged += entry->m_tagged ? 1 : 0;
+        selectedFound = selectedFound || entry == m_selected;
+        if (!collected.contains(entry))
+            return u"the entry %1 is not in the collection"_s.arg(key(entry));
+        for (int row = 0; row < entry->childCount(); ++row) {
+            if (entry->child(row)->m_row != row || entry->child(row)->m_parent != entry)
+                return u"child %1 of %2 does not know its place"_s.arg(row + 1).arg(key(entry));
+        }
+    }
+    if (count != m_collection.count())
+        return u"%1 entries in the tree, %2 in the collection"_s.arg(count).arg(m_collection.count());
+    if (tagged != m_taggedCount)
+        return u"%1 tagged entries, %2 counted"_s.arg(tagged).arg(m_taggedCount);
+    if (!selectedFound)
+        return u"the selected entry is not in the tree"_s;
+    return QString();
+}
+
+void EntryRef::set(EntryTree *tree, Entry *entry)
+{
+    clear();
+    if (!tree || !entry)
+        return;
+    m_tree = tree;
+    m_entry = entry;
+    tree->m_references.push_back(this);
+}
+
+void EntryRef::clear()
+{
+    if (m_tree)
+        std::erase(m_tree->m_references, this);
+    m_tree = nullptr;
+    m_entry = nullptr;
+}

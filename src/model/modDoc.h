@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+class Document;
+
+// How a save ended. A failed save has changed nothing on disk; a refused one has made the backup.
+enum class SaveOutcome { Failed, Saved, Refused };
+
+// The life of documents: creating, loading and saving them.
+namespace modDoc
+{
+
+// Creates a document window with its untitled caption.
+Document *DocInit();
+
+// A new, empty document with the default fonts. Its outline has no entry yet.
+void DocNew();
+
+// Opens a file in a new document window. False when it could not be read whole: the window then keeps what was read,
+// without a file name, and the failure is in the session log. A file that does not exist opens nothing.
+bool DocLoad(const QString &sFile);
+
+// Writes the active document to a file; the extension decides the format.
+SaveOutcome DocSave(const QString &sFile);
+
+// "1" for the extension "qly" in any case, "-1" for any other.
+QString DocDefaultVersionFromExt(const QString &sFile);
+
+// The value of the first record of that tag anywhere in a native file's bytes; empty when there is none.
+QByteArray DocLoadTag(const QByteArray &buffer, const QByteArray &tagName);
+
+// Whether a record of that tag stands exactly at a 1-based position; then the value up to the next brace and that
+// brace's 1-based position.
+bool DocLoadTagAtPosition(const QByteArray &buffer, const QByteArray &tagName, qsizetype position,
+                          qsizetype &endPosition, QByteArray &value);
+
+// What every record begins with.
+inline constexpr QByteArrayView recordOpener = "{\\qlf_";
+
+} // namespace modDoc

@@ -1,0 +1,221 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+// Reading a file into a new document window.
+
+#include "model/modDoc.h"
+
+#include "model/Document.h"
+#include "model/DocumentWindow.h"
+#include "model/Globals.h"
+#include "model/OutlinePane.h"
+#include "model/Ports.h"
+#include "model/TextPane.h"
+#include "model/modNodes.h"
+
+#include "util/Numbers.h"
+#include "util/Procedure.h"
+#include "util/RunTimeError.h"
+#include "util/modString.h"
+
+#include <QFile>
+
+#include <cerrno>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+constexpr auto routineName = "modDoc DocLoad";
+
+QByteArray readWhole(const QString &sFile)
+{
+    QFile file(sFile);
+    errno = 0;
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
+        throw fileError(errno ? errno : EACCES, sFile);
+    const QByteArray buffer = file.readAll();
+    if (file.error() != QFileDevice::NoError || buffer.size() < file.size())
+        throw fileError(errno ? errno : EIO, sFile);
+    return buffer;
+}
+
+qint16 fileFormatVersion(const QString &sFile, const QByteArray &buffer)
+{
+    const QString sDefault = modDoc::DocDefaultVersionFromExt(sFile);
+    const QString sStored = QString::fromLatin1(modDoc::DocLoadTag(buffer, "formatversion"));
+    return Numbers::toInt16(Numbers::toNumber(Numbers::isNumeric(sStored) ? sStored : sDefault));
+}
+
+// Announces the whole outline to the panes at once, however its building ends.
+class BulkChangeScope
+{
+public:
+    explicit BulkChangeScope(EntryTree &tree)
+        : m_tree(tree)
+    {
+        m_tree.beginBulkChange();
+    }
+
+    ~BulkChangeScope() { m_tree.endBulkChange(); }
+
+    BulkChangeScope(const BulkChangeScope &) = delete;
+    BulkChangeScope &operator=(const BulkChangeScope &) = delete;
+
+private:
+    EntryTree &m_tree;
+};
+
+void readOutline(Document &document, const QString &sFile, LoadResult &result)
+{
+    const QByteArray buffer = readWhole(sFile);
+    document.m_iFileFormatVersion = fileFormatVersion(sFile, buffer);
+    const BulkChangeScope bulk(document.tree);
+    if (document.m_iFileFormatVersion == Document::nativeFormat)
+        ports().formats->readNative(document, buffer, result);
+    else
+        ports().formats->readPlainText(document, buffer);
+}
+
+void applyFlags(Document &document, const LoadResult &result)
+{
+    const BulkChangeScope bulk(document.tree);
+    const auto flagged = [](const std::vector<bool> &flags, int index) {
+        return static_cast<size_t>(index) < flags.size() && flags[static_cast<size_t>(index)];
+    };
+    const EntryCollection &entries = document.tree.collection();
+    for (int index = 1; index <= entries.count(); ++index) {
+        Entry *entry = entries.at(index);
+        if (flagged(result.visible, index)) {
+            // An open ancestor was opened with all of its own, so there the climb may end.
+            for (Entry *ancestor = entry->parent(); ancestor && !ancestor->expanded(); ancestor = ancestor->parent())
+                document.tree.setExpanded(ancestor, true);
+        }
+        if (flagged(result.tagged, index))
+            modNodes::NodeTagOn(document, entry);
+    }
+}
+
+void markReadOnly(Document &document)
+{
+    document.window.setCaption(document.m_sFile + u" (read-only)"_s);
+    document.trvOutline.setLabelEdit(LabelEditMode::tvwManual);
+    document.txtRTF.setLocked(true);
+}
+
+LabelEditMode optionalLabelEdit()
+{
+    return g_options.AutoLabelEdit ? LabelEditMode::tvwAutomatic : LabelEditMode::tvwManual;
+}
+
+void showLoaded(Document &document, Entry *selected)
+{
+    document.trvOutline.setPaneVisible(true);
+    // After the read-only step on purpose: with the option on, a read-only document has automatic label editing again.
+    document.trvOutline.setLabelEdit(optionalLabelEdit());
+    modNodes::NodeSelectFull(document, selected);
+}
+
+// Leaves the window with what was read and without its file's name, so that a save cannot overwrite the file.
+void keepWhatWasRead(Document &document, const QString &sFile, const LoadResult &result)
+{
+    document.m_sFile.clear();
+    document.m_iFileFormatVersion = Document::nativeFormat;
+    applyFlags(document, result);
+    showLoaded(document, document.tree.root());
+    document.window.autoFitSplit();
+    ports().commands->MenuEnableDynamic();
+    ports().commands->UpdateStatusBarText(u"The file %1 could not be read whole"_s.arg(sFile));
+}
+
+void loadInto(Document &document, const QString &sFile, LoadResult &result)
+{
+    document.trvOutline.setPaneVisible(false);
+    document.m_sFile = sFile;
+    readOutline(document, sFile, result);
+    document.window.setCaption(document.m_sFile);
+    if (document.bReadOnly())
+        markReadOnly(document);
+    Entry *selected = document.tree.root();
+    if (!result.selectedKey.isEmpty())
+        selected = document.tree.itemByKey(result.selectedKey);
+    if (!result.damage.isEmpty())
+        throw RunTimeError(ErrorNumber::InvalidFileFormat,
+                           u"%1: %2: %3"_s.arg(errorDescription(ErrorNumber::InvalidFileFormat), sFile, result.damage));
+    applyFlags(document, result);
+    showLoaded(document, selected);
+}
+
+} // namespace
+
+namespace modDoc
+{
+
+bool DocLoad(const QString &sFile)
+{
+    return procedure(routineName, [&] {
+        if (!modString::FileExists(sFile)) {
+            ports().commands->MenuEnableDynamic();
+            return true;
+        }
+        const HourglassPointer hourglass;
+        ports().commands->UpdateStatusBarText(QString());
+        Document *document = DocInit();
+        if (!document)
+            return false;
+        LoadResult result;
+        {
+            const BusyScope busy;
+            try {
+                const FailureScope failures;
+                loadInto(*document, sFile, result);
+            } catch (...) {
+                keepWhatWasRead(*document, sFile, result);
+                throw;
+            }
+        }
+        if (!result.remark.isEmpty())
+            reportError(routineName,
+                        RunTimeError(ErrorNumber::InvalidFileFormat, u"%1: %2"_s.arg(sFile, result.remark)));
+        document->window.autoFitSplit();
+        ports().recentFiles->UpdateMRUFile(sFile, false);
+        ports().commands->MenuEnableDynamic();
+        return true;
+    });
+}
+
+QByteArray DocLoadTag(const QByteArray &buffer, const QByteArray &tagName)
+{
+    const QByteArray opener = recordOpener.toByteArray() + tagName + ' ';
+    const qsizetype found = buffer.indexOf(opener);
+    qsizetype end = 0;
+    QByteArray value;
+    if (found >= 0)
+        DocLoadTagAtPosition(buffer, tagName, found + 1, end, value);
+    return value;
+}
+
+bool DocLoadTagAtPosition(const QByteArray &buffer, const QByteArray &tagName, qsizetype position,
+                          qsizetype &endPosition, QByteArray &value)
+{
+    value.clear();
+    const QByteArrayView rest = QByteArrayView(buffer).sliced(qBound(qsizetype(0), position - 1, buffer.size()));
+    const qsizetype openerSize = recordOpener.size() + tagName.size() + 1;
+    const bool here = rest.startsWith(recordOpener) && rest.sliced(recordOpener.size()).startsWith(tagName) &&
+                      rest.size() >= openerSize && rest[openerSize - 1] == ' ';
+    if (!here)
+        return false;
+    const qsizetype brace = rest.indexOf('}');
+    if (brace < 0) {
+        // Cut off within the value: it ends where the bytes do.
+        endPosition = buffer.size() + 1;
+        value = rest.sliced(openerSize).toByteArray();
+        return true;
+    }
+    endPosition = position + brace;
+    value = brace >= openerSize ? rest.sliced(openerSize, brace - openerSize).toByteArray() : QByteArray();
+    return true;
+}
+
+} // namespace modDoc

@@ -1,0 +1,182 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "model/modFile.h"
+
+#include "model/Document.h"
+#include "model/DocumentWindow.h"
+#include "model/Ports.h"
+#include "model/modDoc.h"
+#include "model/modNodes.h"
+
+#include "util/Procedure.h"
+#include "util/modString.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+const FileFilter nativeFilter = {u"Quillery Files (*.qly)"_s, u"*.qly"_s};
+const FileFilter textFilter = {u"Text Files (*.txt)"_s, u"*.txt"_s};
+const FileFilter everyFilter = {u"All Files (*.*)"_s, u"*.*"_s};
+
+bool isOpen(const QString &sFile)
+{
+    const std::vector<Document *> documents = ports().windows->documents();
+    return std::any_of(documents.begin(), documents.end(),
+                       [&sFile](const Document *document) { return document->m_sFile == sFile; });
+}
+
+FileDialogRequest saveRequest(const Document &document, std::vector<FileFilter> filters, const QString &extension)
+{
+    return {std::move(filters), extension, modString::StringWithoutExtension(document.m_sFile)};
+}
+
+} // namespace
+
+namespace modFile
+{
+
+void FileNew()
+{
+    procedure("modFile FileNew", [] {
+        modDoc::DocNew();
+        Document *document = DocumentActive();
+        if (!document || document->tree.root())
+            return;
+        Entry *root = modNodes::NodeInsert(*document, Relationship::tvwFirst, nullptr);
+        modNodes::NodeInitialise(*document, root);
+    });
+}
+
+void FileOpen()
+{
+    procedure("modFile FileOpen", [] {
+        ports().commands->UpdateStatusBarText(QString());
+        const auto sFile = ports().dialogs->askOpenName({{nativeFilter, textFilter, everyFilter}, u"qly"_s, QString()});
+        if (sFile)
+            modDoc::DocLoad(*sFile);
+    });
+}
+
+void FileMRU(int iIndex)
+{
+    procedure("modFile FileMRU", [&] {
+        // The caption begins with an ampersand, a digit and a blank.
+        constexpr int prefixLength = 3;
+        const QString sFile = ports().recentFiles->itemCaption(iIndex).mid(prefixLength).trimmed();
+        if (isOpen(sFile)) {
+            ports().dialogs->warn(u"Warning - the file "_s + sFile +
+                                  u" is already loaded, so cannot be loaded again"_s);
+            return;
+        }
+        const bool bExists = modString::FileExists(sFile);
+        if (bExists)
+            modDoc::DocLoad(sFile);
+        else
+            ports().dialogs->warn(u"Warning - the file "_s + sFile + u" no longer exists, so cannot be loaded"_s);
+        ports().recentFiles->UpdateMRUFile(sFile, !bExists);
+    });
+}
+
+bool FileSave()
+{
+    return procedure("modFile FileSave", [] {
+        Document *document = DocumentActive();
+        if (!document)
+            return false;
+        const bool bChangedBefore = document->m_bDataChanged;
+        document->m_bDataChanged = false;
+        if (!document->m_sFile.isEmpty())
+            return modDoc::DocSave(document->m_sFile) == SaveOutcome::Saved;
+        const bool bSaved = FileSaveAs();
+        // A document without a file is nowhere but here: cancelling the dialog must not make it look saved.
+        if (!bSaved && document->m_sFile.isEmpty())
+            document->m_bDataChanged = bChangedBefore;
+        return bSaved;
+    });
+}
+
+bool FileSaveAs()
+{
+    return procedure("modFile FileSaveAs", [] {
+        Document *document = DocumentActive();
+        if (!document)
+            return false;
+        const auto sFile = ports().dialogs->askSaveName(saveRequest(*document, {nativeFilter, textFilter}, u"qly"_s));
+        if (!sFile || modDoc::DocSave(*sFile) != SaveOutcome::Saved)
+            return false;
+        document->m_bDataChanged = false;
+        return true;
+    });
+}
+
+void FileSaveAll()
+{
+    procedure("modFile FileSaveAll", [] {
+        for (Document *document : ports().windows->documents()) {
+            if (document->bReadOnly())
+                continue;
+            document->window.activate();
+            FileSave();
+        }
+    });
+}
+
+void FileClose()
+{
+    procedure("modFile FileClose", [] {
+        if (Document *document = DocumentActive())
+            document->window.close();
+        ports().commands->UpdateStatusBarText(QString());
+    });
+}
+
+void FileExit()
+{
+    procedure("modFile FileExit", [] { ports().windows->closeMainWindow(); });
+}
+
+void FileImportText()
+{
+    procedure("modFile FileImportText", [] {
+        const auto sFile = ports().dialogs->askOpenName({{textFilter}, u"txt"_s, QString()});
+        if (!sFile)
+            return;
+        modDoc::DocNew();
+        ports().formats->importText(*sFile);
+    });
+}
+
+void FileImportClipboard()
+{
+    procedure("modFile FileImportClipboard", [] {
+        modDoc::DocNew();
+        ports().formats->importClipboard();
+    });
+}
+
+void FileExportText()
+{
+    procedure("modFile FileExportText", [] {
+        const Document *document = DocumentActive();
+        if (!document)
+            return;
+        const auto sFile = ports().dialogs->askSaveName(saveRequest(*document, {textFilter}, u"txt"_s));
+        if (sFile)
+            ports().formats->exportText(*sFile);
+    });
+}
+
+void FileExportClipboard()
+{
+    procedure("modFile FileExportClipboard", [] {
+        if (DocumentActive())
+            ports().formats->exportClipboard();
+    });
+}
+
+} // namespace modFile

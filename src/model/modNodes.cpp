@@ -1,0 +1,293 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "model/modNodes.h"
+
+#include "model/Document.h"
+#include "model/DocumentWindow.h"
+#include "model/Globals.h"
+#include "model/OutlinePane.h"
+#include "model/Ports.h"
+#include "model/TextPane.h"
+
+#include "util/Procedure.h"
+#include "util/RunTimeError.h"
+
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+namespace modNodes
+{
+
+EntryRef &nodCurrent()
+{
+    static EntryRef current;
+    return current;
+}
+
+Entry *NodeInsert(Document &document, Relationship relationship, Entry *relative)
+{
+    return procedure("modNodes NodeInsert", [&] {
+        Entry *root = document.tree.root();
+        if (root && (!relative || relative == root)) {
+            relative = root;
+            relationship = Relationship::tvwChild;
+        }
+        return document.tree.insert(relationship, relative);
+    });
+}
+
+void NodeInitialise(Document &document, Entry *entry)
+{
+    procedure("modNodes NodeInitialise", [&] {
+        if (!entry)
+            return;
+        NodeSelect(document, entry);
+        document.tree.setLabel(entry, u"New Entry"_s);
+        document.m_bDataChanged = true;
+        document.trvOutline.StartLabelEdit();
+        QFont font = document.txtRTF.Font();
+        document.m_fntTextFont.SetFont(font);
+        document.txtRTF.setFont(font);
+    });
+}
+
+Entry *NodeGetRoot(const Document &document)
+{
+    return procedure("modNodes NodeGetRoot", [&]() -> Entry * {
+        const Entry *selected = document.tree.selected();
+        return selected ? selected->root() : nullptr;
+    });
+}
+
+void NodeGoDown(Document &document)
+{
+    procedure("modNodes NodeGoDown", [&] {
+        const Entry *selected = document.tree.selected();
+        if (!selected)
+            return;
+        Entry *target = selected->next();
+        for (const Entry *ancestor = selected->parent(); !target && ancestor; ancestor = ancestor->parent())
+            target = ancestor->next();
+        if (!target)
+            target = selected->firstChild();
+        NodeSelect(document, target);
+    });
+}
+
+void NodeSelect(Document &document, Entry *entry)
+{
+    procedure("modNodes NodeSelect", [&] {
+        if (!entry)
+            return;
+        if (bBusy)
+            document.tree.select(entry);
+        else
+            NodeSelectFull(document, entry);
+    });
+}
+
+void NodeSelectFull(Document &document, Entry *entry)
+{
+    procedure("modNodes NodeSelectFull", [&] {
+        if (entry) {
+            nodCurrent().set(&document.tree, entry);
+            document.tree.select(entry);
+            document.tree.expandAncestors(entry);
+            document.trvOutline.ScrollTo(entry);
+            NodeTextGet(document, entry);
+            document.trvOutline.ClearDropHighlight();
+            ports().commands->UpdateStatusBar(entry);
+        }
+        ports().commands->MenuEnableDynamic();
+    });
+}
+
+void NodeTagOn(Document &document, Entry *entry)
+{
+    procedure("modNodes NodeTagOn", [&] { document.tree.setTagged(entry, true); });
+}
+
+void NodeTagOff(Document &document, Entry *entry)
+{
+    procedure("modNodes NodeTagOff", [&] { document.tree.setTagged(entry, false); });
+}
+
+void NodeTagToggle(Document &document, Entry *entry)
+{
+    procedure("modNodes NodeTagToggle", [&] {
+        if (NodeTagged(entry))
+            NodeTagOff(document, entry);
+        else
+            NodeTagOn(document, entry);
+    });
+}
+
+bool NodeTagged(const Entry *entry)
+{
+    return procedure("modNodes NodeTagged", [&] { return entry->tagged(); });
+}
+
+bool NodesTaggedExist()
+{
+    return procedure("modNodes NodesTaggedExist", [] {
+        const Document *document = DocumentActive();
+        return document && document->tree.taggedCount() > 0;
+    });
+}
+
+Entry *NodeDuplicate(Document &document, const Document &sourceDocument, Entry *source, Entry *relative,
+                     Relationship relationship)
+{
+    return procedure("modNodes NodeDuplicate", [&]() -> Entry * {
+        if (!source || (!relative && relationship != Relationship::tvwFirst))
+            return nullptr;
+        const ActionScope action;
+        if (Entry *root = document.tree.root(); root && (!relative || relative == root)) {
+            relative = root;
+            relationship = Relationship::tvwChild;
+        }
+        Entry *copy = document.tree.insertCopy(sourceDocument.tree, source, relationship, relative);
+        NodeSelect(document, copy);
+        NodeTextGet(document, copy);
+        return copy;
+    });
+}
+
+namespace
+{
+
+struct PastePlace {
+    Entry *relative = nullptr;
+    Relationship relationship = Relationship::tvwFirst;
+};
+
+PastePlace placeForPaste(const Document &document, const Entry *source)
+{
+    Entry *selected = document.tree.selected();
+    if (!selected)
+        return {};
+    if (!selected->isRoot())
+        return {selected, Relationship::tvwNext};
+    Entry *first = selected->firstChild();
+    if (!first || first == source)
+        return {selected, Relationship::tvwChild};
+    return {first, Relationship::tvwPrevious};
+}
+
+} // namespace
+
+void NodePaste(Document &document, Document &sourceDocument, EntryRef &source, bool removeSource)
+{
+    procedure("modNodes NodePaste", [&] {
+        Entry *entry = source.entry();
+        if (!entry)
+            return;
+        const ActionScope action;
+        const PastePlace place = placeForPaste(document, entry);
+        // Moved below itself, an entry would be removed together with its only copy.
+        const bool insideSource =
+            place.relative && (place.relationship == Relationship::tvwChild
+                                   ? place.relative == entry || entry->isAncestorOf(place.relative)
+                                   : entry->isAncestorOf(place.relative));
+        if (removeSource && insideSource)
+            return;
+        Entry *copy = NodeDuplicate(document, sourceDocument, entry, place.relative, place.relationship);
+        if (removeSource && copy) {
+            sourceDocument.tree.remove(entry);
+            source.clear();
+        }
+        NodeSelect(document, copy);
+    });
+}
+
+void NodeDelete(Document &document, Entry *entry)
+{
+    procedure("modNodes NodeDelete", [&] {
+        if (!entry)
+            return;
+        const ActionScope action;
+        Entry *parent = entry->parent();
+        document.tree.remove(entry);
+        if (parent && parent->childCount() == 0)
+            document.tree.setExpanded(parent, false);
+    });
+}
+
+void NodeExpandAll(Document &document, Entry *entry)
+{
+    procedure("modNodes NodeExpandAll", [&] {
+        const ActionScope action;
+        document.tree.setExpandedAll(entry, true);
+    });
+}
+
+void NodeCollapseAll(Document &document, Entry *entry)
+{
+    procedure("modNodes NodeCollapseAll", [&] {
+        const ActionScope action;
+        document.tree.setExpandedAll(entry, false);
+    });
+}
+
+void NodeExpandToLevel(Document &document, Entry *entry, int level)
+{
+    procedure("modNodes NodeExpandToLevel", [&] {
+        const ActionScope action;
+        document.tree.expandToLevel(entry, level);
+    });
+}
+
+void NodeSortAll(Document &document, Entry *entry, bool sorted)
+{
+    procedure("modNodes NodeSortAll", [&] {
+        for (Entry *each = entry; each; each = nextInOutline(each, entry))
+            document.tree.setSorted(each, sorted);
+    });
+}
+
+void NodeSetFontAll(Document &document, Entry *entry, const clsFont &font)
+{
+    procedure("modNodes NodeSetFontAll", [&] {
+        document.txtRTF.setPaneVisible(false);
+        for (Entry *each = entry; each; each = nextInOutline(each, entry)) {
+            NodeTextGet(document, each);
+            QFont base = document.txtRTF.Font();
+            font.SetFont(base);
+            document.txtRTF.setFont(base);
+            font.SetRTFSelFont(document.txtRTF);
+            NodeTextPut(document, each);
+        }
+        document.tree.resolvePendingText();
+        document.txtRTF.setPaneVisible(true);
+    });
+}
+
+void NodeActionStart()
+{
+    procedure("modNodes NodeActionStart", [] {
+        Document *document = DocumentActive();
+        if (document && iActionDepth == 0) {
+            document->trvOutline.setPaneVisible(false);
+            document->txtRTF.setPaneVisible(false);
+        }
+        if (iActionDepth == std::numeric_limits<qint16>::max())
+            throw RunTimeError(ErrorNumber::Overflow);
+        ++iActionDepth;
+    });
+}
+
+void NodeActionEnd()
+{
+    procedure("modNodes NodeActionEnd", [] {
+        Document *document = DocumentActive();
+        if (--iActionDepth > 0 || !document)
+            return;
+        document->trvOutline.setPaneVisible(true);
+        document->txtRTF.setPaneVisible(true);
+        document->window.autoFitSplit();
+    });
+}
+
+} // namespace modNodes

@@ -1,0 +1,93 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+// Moving texts between the entries and the text pane.
+
+#include "model/modNodes.h"
+
+#include "model/Document.h"
+#include "model/Globals.h"
+#include "model/Ports.h"
+#include "model/StoredText.h"
+#include "model/TextPane.h"
+
+#include "util/Procedure.h"
+#include "util/RunTimeError.h"
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// Keeps the pane from drawing, and its change from being stored back, while it is filled.
+class TextLoadingScope
+{
+public:
+    explicit TextLoadingScope(TextPane &pane)
+        : m_pane(pane)
+        , m_wasVisible(pane.PaneVisible())
+    {
+        bTextLoading = true;
+        if (m_wasVisible)
+            m_pane.setPaneVisible(false);
+    }
+
+    ~TextLoadingScope()
+    {
+        if (m_wasVisible)
+            m_pane.setPaneVisible(true);
+        bTextLoading = false;
+    }
+
+    TextLoadingScope(const TextLoadingScope &) = delete;
+    TextLoadingScope &operator=(const TextLoadingScope &) = delete;
+
+private:
+    TextPane &m_pane;
+    bool m_wasVisible;
+};
+
+} // namespace
+
+namespace modNodes
+{
+
+void NodeTextGet(Document &document, Entry *entry)
+{
+    procedure("modNodes NodeTextGet", [&] {
+        // The pane's content is still the source of a text that was changed and not read since.
+        document.tree.resolvePendingText();
+        const QByteArray text = entry ? NodeTextDecompressIfRequired(document.tree.storedText(entry)) : QByteArray();
+        const TextLoadingScope loading(document.txtRTF);
+        document.txtRTF.setTextRTF(text);
+    });
+}
+
+void NodeTextPut(Document &document, Entry *entry)
+{
+    procedure("modNodes NodeTextPut", [&] {
+        if (bTextLoading || !entry)
+            return;
+        // Made when somebody reads it: compressing a long text at every key would make typing slow.
+        document.tree.setPendingText(entry,
+                                     [&pane = document.txtRTF] { return NodeTextCompressIfRequired(pane.TextRTF()); });
+    });
+}
+
+void NodeTextGetSelected()
+{
+    procedure("modNodes NodeTextGetSelected", [] {
+        if (Document *document = DocumentActive())
+            NodeTextGet(*document, document->tree.selected());
+    });
+}
+
+void NodeTextPutSelected()
+{
+    procedure("modNodes NodeTextPutSelected", [] {
+        if (Document *document = DocumentActive())
+            NodeTextPut(*document, document->tree.selected());
+    });
+}
+
+} // namespace modNodes
