@@ -17,9 +17,9 @@
 class FakeOutlinePane final : public OutlinePane
 {
 public:
-    bool Visible() const override { return visible; }
+    bool PaneVisible() const override { return visible; }
 
-    void setVisible(bool on) override
+    void setPaneVisible(bool on) override
     {
         visible = on;
         if (!on)
@@ -149,9 +149,9 @@ public:
 
     void setLocked(bool on) override { locked = on; }
 
-    bool Visible() const override { return visible; }
+    bool PaneVisible() const override { return visible; }
 
-    void setVisible(bool on) override { visible = on; }
+    void setPaneVisible(bool on) override { visible = on; }
 
     void setFocus() override { ++timesFocused; }
 

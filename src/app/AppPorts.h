@@ -1,0 +1,65 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QDateTime>
+#include <QString>
+
+class SessionLog;
+class SettingsStore;
+class modMRU;
+
+// What start-up and shutdown ask of the program around them, beside the core's ports.
+
+// A place on the desktop in twips (1440 to the logical inch).
+struct WindowPlace {
+    float left = 0;
+    float top = 0;
+    float width = 0;
+    float height = 0;
+
+    bool operator==(const WindowPlace &other) const = default;
+};
+
+class MainWindow
+{
+public:
+    virtual ~MainWindow() = default;
+    virtual bool minimised() const = 0;
+    virtual WindowPlace place() const = 0;
+    // Moves and sizes the window, onto a screen if the place lies on none.
+    virtual void setPlace(const WindowPlace &place) = 0;
+};
+
+// The recent-file items of the File menu. Items are numbered from 1, created when first shown, and then only hidden.
+class RecentFileItems
+{
+public:
+    virtual ~RecentFileItems() = default;
+    // Disables and hides every item.
+    virtual void hideAll() = 0;
+    // Enables an item and shows it with a caption such as "&1 /home/me/notes.qly".
+    virtual void showItem(int iItem, const QString &caption) = 0;
+    virtual void setSeparatorVisible(bool visible) = 0;
+};
+
+class Clock
+{
+public:
+    virtual ~Clock() = default;
+    virtual QDateTime now() const = 0;
+};
+
+struct AppPorts {
+    SettingsStore *settings = nullptr;
+    MainWindow *mainWindow = nullptr;
+    modMRU *recentFiles = nullptr;
+    const SessionLog *log = nullptr;
+    const Clock *clock = nullptr;
+    // The command line's argument text: file names separated by single blanks.
+    QString commandLine;
+};
+
+// The registered ports of the application; every one must be set before Initialise.
+AppPorts &appPorts();

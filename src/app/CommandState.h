@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/CommandTable.h"
+#include "model/Globals.h"
+
+#include <QString>
+
+#include <span>
+
+class Document;
+
+// What the menus depend on: facts about the open documents and the selected entry. Without an active document, or
+// without a selected entry in it, all of it but the number of documents and AnyWritable is false.
+struct CommandState {
+    int documentCount = 0;
+    // An active document may be written, whether or not an entry is selected.
+    bool ActiveWritable = false;
+    bool AnyWritable = false;
+
+    bool Selected = false;
+    bool Writable = false;
+    bool IsRoot = false;
+    bool HasChildren = false;
+    bool Expanded = false;
+    bool FirstSibling = false;
+    bool LastSibling = false;
+    bool HasPrevious = false;
+    bool ParentIsRoot = false;
+    bool Tagged = false;
+    bool TaggedExist = false;
+    bool OutlineFocus = false;
+    bool TextFocus = false;
+    // The entry copy buffer holds copied entries.
+    bool Copied = false;
+    // The entry or one of its ancestors has a sibling after it.
+    bool CanMoveDown = false;
+
+    bool Open() const { return documentCount > 0; }
+
+    bool Movable() const { return Selected && Writable && !IsRoot; }
+
+    bool CanMoveUp() const { return Movable() && !(ParentIsRoot && FirstSibling); }
+};
+
+// The state as the registered document windows have it now.
+CommandState currentCommandState();
+
+// An item and the condition under which it is enabled.
+struct EnableRule {
+    std::string_view item;
+    bool (*enabled)(const CommandState &);
+};
+
+// What MenuEnable sets: the items that depend on the open documents. The state's Writable plays no part.
+std::span<const EnableRule> menuEnableRules();
+// What MenuEnableDynamic sets: the items that depend on the selected entry and the focus.
+std::span<const EnableRule> menuEnableDynamicRules();
+
+// An item and the option that its check mark shows.
+struct CheckRule {
+    std::string_view item;
+    bool Options::*option;
+};
+
+std::span<const CheckRule> checkRules();
+
+// The caption of mnuOutlineTaggedEntry.
+QString taggedEntryCaption(bool tagged);

@@ -1,0 +1,54 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/AppPorts.h"
+
+#include <QStringList>
+
+// Fakes of the application's own ports.
+
+class FakeMainWindow final : public MainWindow
+{
+public:
+    bool minimised() const override { return isMinimised; }
+
+    WindowPlace place() const override { return current; }
+
+    void setPlace(const WindowPlace &place) override
+    {
+        current = place;
+        ++timesPlaced;
+    }
+
+    bool isMinimised = false;
+    WindowPlace current{15, 30, 4500, 3000};
+    int timesPlaced = 0;
+};
+
+class FakeRecentFileItems final : public RecentFileItems
+{
+public:
+    void hideAll() override { shown.clear(); }
+
+    void showItem(int iItem, const QString &caption) override
+    {
+        Q_ASSERT(iItem == shown.size() + 1);
+        shown.append(caption);
+    }
+
+    void setSeparatorVisible(bool visible) override { separator = visible; }
+
+    // The captions shown, from item 1.
+    QStringList shown;
+    bool separator = false;
+};
+
+class FakeClock final : public Clock
+{
+public:
+    QDateTime now() const override { return moment; }
+
+    QDateTime moment{QDate(2026, 3, 4), QTime(15, 6, 7)};
+};
