@@ -45,6 +45,9 @@ public:
     // The level that the whole outline was last expanded to; -1 all levels, 0 none in particular.
     qint16 m_iExpansionLevel = 0;
 
+    // What the status bar says of the document's file instead of the selected label, until the selection changes.
+    QString notice;
+
     EntryTree tree;
     OutlinePane &trvOutline;
     TextPane &txtRTF;

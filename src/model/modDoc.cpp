@@ -140,11 +140,13 @@ SaveOutcome DocSave(const QString &sFile)
             document->m_iFileFormatVersion = iOldVersion;
             document->m_bDataChanged = true;
             ports().commands->MenuEnableDynamic();
-            ports().commands->UpdateStatusBarText(u"The file %1 could not be saved"_s.arg(sFile));
+            document->notice = u"The file %1 could not be saved"_s.arg(sFile);
+            ports().commands->UpdateStatusBarText(document->notice);
             throw;
         }
         if (outcome != SaveOutcome::Saved)
             return outcome;
+        document->notice.clear();
         document->window.setCaption(document->m_sFile);
         ports().commands->MenuEnableDynamic();
         ports().recentFiles->UpdateMRUFile(document->m_sFile, false);

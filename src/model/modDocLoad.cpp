@@ -126,7 +126,8 @@ void keepWhatWasRead(Document &document, const QString &sFile, const LoadResult 
     showLoaded(document, document.tree.root());
     document.window.autoFitSplit();
     ports().commands->MenuEnableDynamic();
-    ports().commands->UpdateStatusBarText(u"The file %1 could not be read whole"_s.arg(sFile));
+    document.notice = u"The file %1 could not be read whole"_s.arg(sFile);
+    ports().commands->UpdateStatusBarText(document.notice);
 }
 
 void loadInto(Document &document, const QString &sFile, LoadResult &result)

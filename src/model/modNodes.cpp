@@ -98,6 +98,7 @@ void NodeSelectFull(Document &document, Entry *entry)
             document.trvOutline.ScrollTo(entry);
             NodeTextGet(document, entry);
             document.trvOutline.ClearDropHighlight();
+            document.notice.clear();
             ports().commands->UpdateStatusBar(entry);
         }
         ports().commands->MenuEnableDynamic();

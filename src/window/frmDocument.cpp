@@ -1,0 +1,309 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "window/frmDocument.h"
+
+#include "window/SplitterBar.h"
+#include "window/modSplit.h"
+
+#include "platform/RichTextBox.h"
+#include "platform/TreeView.h"
+
+#include "outline/modOutline.h"
+
+#include "model/Globals.h"
+#include "model/Ports.h"
+#include "model/modFile.h"
+#include "model/modNodes.h"
+
+#include "util/Procedure.h"
+#include "util/Twips.h"
+
+#include <QCloseEvent>
+#include <QKeyEvent>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// What the frame of a window takes of its width, in twips: the text pane ends where the frame begins.
+constexpr float frameWidth = modSplit::rightHandAllowance - modSplit::gap;
+
+QMdiSubWindow *subWindowOf(const QWidget &form)
+{
+    return qobject_cast<QMdiSubWindow *>(form.parentWidget());
+}
+
+} // namespace
+
+frmDocument::frmDocument(QWidget *parent)
+    : QWidget(parent)
+    , treeView(new TreeView(this))
+    , textBox(new RichTextBox(this))
+    , imgSplitter(new SplitterBar(this))
+    , picSplitter(new GhostBar(this))
+    , m_document(std::make_unique<Document>(*treeView, *textBox, *this))
+    , m_lastPane(treeView)
+{
+    setObjectName(u"frmDocument"_s);
+    setFocusProxy(treeView);
+    treeView->setEntryTree(&m_document->tree);
+    treeView->installEventFilter(this);
+    textBox->installEventFilter(this);
+    setTabOrder(treeView, textBox);
+    connectOutline();
+    connectText();
+    connectSplit();
+    ++iDocumentCount;
+    ports().commands->MenuEnable(iDocumentCount);
+}
+
+frmDocument::~frmDocument()
+{
+    // The panes outlive the document otherwise, and would ask it while they are taken apart.
+    treeView->disconnect(this);
+    textBox->disconnect(this);
+    treeView->setEntryTree(nullptr);
+    if (m_counted)
+        --iDocumentCount;
+}
+
+QString frmDocument::caption() const
+{
+    return windowTitle();
+}
+
+void frmDocument::setCaption(const QString &caption)
+{
+    setWindowTitle(caption);
+}
+
+void frmDocument::activate()
+{
+    if (QMdiSubWindow *subWindow = subWindowOf(*this); subWindow && subWindow->mdiArea())
+        subWindow->mdiArea()->setActiveSubWindow(subWindow);
+    else
+        activateWindow();
+}
+
+bool frmDocument::close()
+{
+    if (QMdiSubWindow *subWindow = subWindowOf(*this))
+        return subWindow->close();
+    return QWidget::close();
+}
+
+void frmDocument::autoFitSplit()
+{
+    modSplit::SplitSizeControls(*this, m_fTreeWidth);
+}
+
+void frmDocument::Form_Activate()
+{
+    procedure("frmDocument Form_Activate", [this] {
+        if (bBusy)
+            return;
+        if (m_document->notice.isEmpty())
+            ports().commands->UpdateStatusBar(m_document->tree.selected());
+        else
+            ports().commands->UpdateStatusBarText(m_document->notice);
+        autoFitSplit();
+    });
+}
+
+float frmDocument::Width() const
+{
+    return toTwips(width()) + frameWidth;
+}
+
+int frmDocument::toPixels(float twips) const
+{
+    return Twips::toPixels(twips, logicalDpiX());
+}
+
+float frmDocument::toTwips(int pixels) const
+{
+    return static_cast<float>(Twips::fromPixels(pixels, logicalDpiX()));
+}
+
+void frmDocument::notePaneFocus()
+{
+    if (treeView->hasFocus())
+        m_lastPane = treeView;
+    else if (textBox->hasFocus())
+        m_lastPane = textBox;
+}
+
+void frmDocument::restorePaneFocus()
+{
+    if (m_lastPane && isActiveWindow())
+        m_lastPane->setFocus();
+}
+
+void frmDocument::connectOutline()
+{
+    connect(treeView, &TreeView::gotFocus, this, [this] { paneGotFocus(true); });
+    connect(treeView, &TreeView::nodeClicked, this, &frmDocument::trvOutline_NodeClick);
+    connect(treeView, &TreeView::entryExpanded, this, &frmDocument::trvOutline_Expand);
+    connect(treeView, &TreeView::entryCollapsed, this, &frmDocument::trvOutline_Collapse);
+    connect(treeView, &TreeView::labelEdited, this, [this](Entry *entry) {
+        autoFitSplit();
+        if (entry == m_document->tree.selected())
+            ports().commands->UpdateStatusBar(entry);
+    });
+}
+
+void frmDocument::connectText()
+{
+    connect(textBox, &RichTextBox::gotFocus, this, [this] { paneGotFocus(false); });
+    connect(textBox, &RichTextBox::changed, this, &frmDocument::txtRTF_Change);
+}
+
+void frmDocument::connectSplit()
+{
+    connect(imgSplitter, &SplitterBar::grabbed, this, [this] { modSplit::SplitMoveStart(*this); });
+    connect(imgSplitter, &SplitterBar::dragged, this, [this](int left) { modSplit::SplitMove(*this, toTwips(left)); });
+    connect(imgSplitter, &SplitterBar::released, this, [this] { modSplit::SplitMoveEnd(*this); });
+    connect(picSplitter, &GhostBar::stepped, this, [this](int direction) {
+        modSplit::SplitMove(*this, m_fGhostPosition + static_cast<float>(direction) * modSplit::keyboardStep);
+    });
+    connect(picSplitter, &GhostBar::accepted, this, [this] { modSplit::SplitMoveEnd(*this); });
+    connect(picSplitter, &GhostBar::cancelled, this, [this] { modSplit::SplitMoveCancel(*this); });
+}
+
+void frmDocument::closeEvent(QCloseEvent *event)
+{
+    const bool bMayClose = procedure("frmDocument Form_QueryUnload", [this] { return Form_QueryUnload(); });
+    if (!bMayClose) {
+        event->ignore();
+        return;
+    }
+    event->accept();
+    if (m_counted) {
+        m_counted = false;
+        --iDocumentCount;
+        ports().commands->MenuEnable(iDocumentCount);
+    }
+}
+
+// Whether the window may close: unsaved changes are asked about, and when they are to be saved the save must succeed.
+bool frmDocument::Form_QueryUnload()
+{
+    treeView->EndLabelEdit();
+    if (m_document->bReadOnly() || !m_document->m_bDataChanged)
+        return true;
+    activate();
+    switch (ports().dialogs->ask(u"Do you want to save the file "_s + m_document->m_sFile + u"?"_s)) {
+    case Answer::No:
+        return true;
+    case Answer::Cancel:
+        return false;
+    case Answer::Yes:
+        break;
+    }
+    if (modFile::FileSave())
+        return true;
+    // The window stays with what was not saved, and closing it again must ask again.
+    m_document->m_bDataChanged = true;
+    return false;
+}
+
+void frmDocument::resizeEvent(QResizeEvent *event)
+{
+    QWidget::resizeEvent(event);
+    modSplit::SplitSizeControls(*this, m_fTreeWidth);
+}
+
+void frmDocument::showEvent(QShowEvent *event)
+{
+    QWidget::showEvent(event);
+    // Until the window has a size of its own there is nothing to divide: a third of both panes' width is the outline's.
+    if (m_fTreeWidth <= 0)
+        modSplit::SplitSizeControls(*this, (Width() - modSplit::rightHandAllowance) / 3);
+}
+
+void frmDocument::changeEvent(QEvent *event)
+{
+    QWidget::changeEvent(event);
+    if (event->type() == QEvent::LayoutDirectionChange)
+        modSplit::SplitSizeControls(*this, m_fTreeWidth);
+}
+
+bool frmDocument::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::KeyPress) {
+        const auto *key = static_cast<QKeyEvent *>(event);
+        if (key->key() == Qt::Key_F2 && !m_document->bReadOnly() && m_document->tree.selected()) {
+            modOutline::OutlineRename();
+            return true;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void frmDocument::paneGotFocus(bool outline)
+{
+    procedure(outline ? "frmDocument trvOutline_GotFocus" : "frmDocument txtRTF_GotFocus", [&] {
+        m_document->m_bOutlineHasFocus = outline;
+        m_document->m_bTextHasFocus = !outline;
+        notePaneFocus();
+        if (DocumentActive() && iActionDepth == 0)
+            ports().commands->MenuEnableDynamic();
+    });
+}
+
+void frmDocument::trvOutline_NodeClick(Entry *entry)
+{
+    procedure("frmDocument trvOutline_NodeClick", [&] {
+        if (bBusy)
+            return;
+        m_document->m_bDataChanged = true;
+        modNodes::NodeSelect(*m_document, entry);
+        autoFitSplit();
+    });
+}
+
+void frmDocument::trvOutline_Expand()
+{
+    procedure("frmDocument trvOutline_Expand", [&] {
+        if (bBusy || !DocumentActive())
+            return;
+        m_document->m_bDataChanged = true;
+        m_document->m_iExpansionLevel = 0;
+        refreshAfterExpansion();
+    });
+}
+
+void frmDocument::trvOutline_Collapse(Entry *entry)
+{
+    procedure("frmDocument trvOutline_Collapse", [&] {
+        if (bBusy || !DocumentActive())
+            return;
+        m_document->m_bDataChanged = true;
+        if (modNodes::nodCurrent().entry() != entry)
+            modNodes::NodeSelect(*m_document, entry);
+        m_document->m_iExpansionLevel = entry->isRoot() ? 1 : 0;
+        refreshAfterExpansion();
+    });
+}
+
+void frmDocument::txtRTF_Change()
+{
+    procedure("frmDocument txtRTF_Change", [this] {
+        if (bBusy)
+            return;
+        m_document->m_bDataChanged = true;
+        modNodes::NodeTextPut(*m_document, m_document->tree.selected());
+    });
+}
+
+void frmDocument::refreshAfterExpansion()
+{
+    if (iActionDepth > 0)
+        return;
+    ports().commands->MenuEnableDynamic();
+    autoFitSplit();
+}

@@ -1,0 +1,83 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "model/Document.h"
+#include "model/DocumentWindow.h"
+
+#include <QPointer>
+#include <QWidget>
+
+#include <memory>
+
+class GhostBar;
+class RichTextBox;
+class SplitterBar;
+class TreeView;
+
+// The window of one document: the outline on the left, the selected entry's text on the right, a movable split between
+// them. It owns the document. Placed in a QMdiSubWindow by the main window, or a window of its own.
+class frmDocument final : public QWidget, public DocumentWindow
+{
+    Q_OBJECT
+
+public:
+    explicit frmDocument(QWidget *parent = nullptr);
+    ~frmDocument() override;
+
+    Document &document() { return *m_document; }
+
+    QString caption() const override;
+    void setCaption(const QString &caption) override;
+    void activate() override;
+    bool close() override;
+    void autoFitSplit() override;
+
+    // To be called when the window becomes the active one.
+    void Form_Activate();
+
+    // The window's width in twips, its frame included, and conversions at the window's resolution.
+    float Width() const;
+    int toPixels(float twips) const;
+    float toTwips(int pixels) const;
+
+    // Remembers which pane has the keyboard focus, and gives it back to that pane.
+    void notePaneFocus();
+    void restorePaneFocus();
+
+    TreeView *const treeView;
+    RichTextBox *const textBox;
+    SplitterBar *const imgSplitter;
+    GhostBar *const picSplitter;
+
+    // Whether a move of the split is in progress, where it started and where the ghost bar is, in twips.
+    bool m_bMovingSplit = false;
+    float m_fSplitPosition = 0;
+    float m_fGhostPosition = 0;
+    // The outline's width, which is the split position.
+    float m_fTreeWidth = 0;
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+    void showEvent(QShowEvent *event) override;
+    void changeEvent(QEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+private:
+    void connectOutline();
+    void connectText();
+    void connectSplit();
+    bool Form_QueryUnload();
+    void paneGotFocus(bool outline);
+    void trvOutline_NodeClick(Entry *entry);
+    void trvOutline_Expand();
+    void trvOutline_Collapse(Entry *entry);
+    void txtRTF_Change();
+    void refreshAfterExpansion();
+
+    std::unique_ptr<Document> m_document;
+    QPointer<QWidget> m_lastPane;
+    bool m_counted = true;
+};

@@ -1,0 +1,107 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "window/modSplit.h"
+
+#include "window/SplitterBar.h"
+#include "window/frmDocument.h"
+
+#include "platform/RichTextBox.h"
+#include "platform/TreeView.h"
+
+#include "util/Procedure.h"
+
+#include <algorithm>
+
+namespace
+{
+
+// Thin as the gap is, the bar must be wide enough for the pointer to find.
+constexpr int minimumBarWidth = 5;
+
+void hideGhostBar(frmDocument &form)
+{
+    // Cleared first: hiding the bar takes its focus, which ends the move once more otherwise.
+    form.m_bMovingSplit = false;
+    form.picSplitter->hide();
+    form.restorePaneFocus();
+}
+
+} // namespace
+
+namespace modSplit
+{
+
+void SplitCheckPosition(const frmDocument &form, float &fPosition)
+{
+    fPosition = std::max(fPosition, minimumPaneWidth);
+    fPosition = std::min(fPosition, form.Width() - minimumPaneWidth);
+}
+
+void SplitSizeControls(frmDocument &form, float fPosition)
+{
+    procedure("modSplit SplitSizeControls", [&] {
+        SplitCheckPosition(form, fPosition);
+        form.m_fTreeWidth = fPosition;
+        const int height = form.height();
+        const int treeWidth = std::max(form.toPixels(fPosition), 0);
+        const float fTextLeft = fPosition + gap;
+        const float fTextWidth = form.Width() - (fPosition + rightHandAllowance);
+        const int textLeft = form.toPixels(fTextLeft);
+        const int textWidth = form.toPixels(fTextLeft + fTextWidth) - textLeft;
+        form.treeView->setGeometry(0, 0, treeWidth, height);
+        form.textBox->setGeometry(textLeft, 0, std::max(textWidth, 0), height);
+        const int barWidth = std::max(textLeft - treeWidth, minimumBarWidth);
+        form.imgSplitter->setGeometry(treeWidth, 0, barWidth, height);
+        form.imgSplitter->raise();
+    });
+}
+
+void SplitMoveStart(frmDocument &form)
+{
+    procedure("modSplit SplitMoveStart", [&] {
+        form.m_fSplitPosition = form.m_fTreeWidth;
+        form.m_fGhostPosition = form.m_fTreeWidth;
+        form.notePaneFocus();
+        const QRect bar = form.imgSplitter->geometry();
+        const int width = std::max(bar.width() / 2, 1);
+        form.picSplitter->setGeometry(bar.left(), bar.top(), width, bar.height() - form.toPixels(20));
+        form.picSplitter->raise();
+        form.picSplitter->show();
+        form.m_bMovingSplit = true;
+        form.picSplitter->setFocus();
+    });
+}
+
+void SplitMove(frmDocument &form, float fPosition)
+{
+    procedure("modSplit SplitMove", [&] {
+        if (!form.m_bMovingSplit)
+            return;
+        SplitCheckPosition(form, fPosition);
+        form.m_fGhostPosition = fPosition;
+        form.picSplitter->move(form.toPixels(fPosition), form.picSplitter->y());
+    });
+}
+
+void SplitMoveEnd(frmDocument &form)
+{
+    procedure("modSplit SplitMoveEnd", [&] {
+        if (!form.m_bMovingSplit)
+            return;
+        SplitSizeControls(form, form.m_fGhostPosition);
+        hideGhostBar(form);
+    });
+}
+
+void SplitMoveCancel(frmDocument &form)
+{
+    procedure("modSplit SplitMoveCancel", [&] {
+        if (!form.m_bMovingSplit)
+            return;
+        form.m_fGhostPosition = form.m_fSplitPosition;
+        hideGhostBar(form);
+    });
+}
+
+} // namespace modSplit
