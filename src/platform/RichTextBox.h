@@ -4,7 +4,6 @@
 #pragma once
 
 #include "model/TextPane.h"
-#include "platform/PaneFocus.h"
 
 #include <QTextEdit>
 
@@ -59,8 +58,8 @@ public:
     void setFont(const QFont &font) override;
     bool Locked() const override;
     void setLocked(bool locked) override;
-    bool Visible() const override;
-    void setVisible(bool visible) override;
+    bool PaneVisible() const override;
+    void setPaneVisible(bool visible) override;
     void setFocus() override;
     using QWidget::setFocus;
 
@@ -96,7 +95,7 @@ private:
     void noteSelection();
 
     QFont m_font;
-    PaneFocus m_paneFocus;
+    bool m_paneVisible = true;
     mutable QString m_text;
     mutable bool m_textKnown = false;
     int m_notedAnchor = 0;

@@ -3,14 +3,15 @@
 
 #pragma once
 
+#include "model/Entry.h"
 #include "model/OutlinePane.h"
-#include "platform/PaneFocus.h"
 
 #include <QPersistentModelIndex>
 #include <QPointer>
 #include <QTreeView>
 
-class Entry;
+#include <memory>
+
 class EntryTree;
 class LabelDelegate;
 
@@ -35,8 +36,8 @@ public:
     // The entry whose row contains a point of the viewport, or null. A row reaches over the pane's whole width.
     Entry *HitTest(const QPoint &point) const;
 
-    bool Visible() const override;
-    void setVisible(bool visible) override;
+    bool PaneVisible() const override;
+    void setPaneVisible(bool visible) override;
     QFont Font() const override;
     void setFont(const QFont &font) override;
     LabelEditMode LabelEdit() const override;
@@ -67,34 +68,38 @@ Q_SIGNALS:
 protected:
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index, const QEvent *event) const override;
+    bool edit(const QModelIndex &index, EditTrigger trigger, QEvent *event) override;
+    using QTreeView::edit;
     void closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint) override;
     void focusInEvent(QFocusEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
+    void updateGeometries() override;
 
 private:
     class MirrorGuard;
 
-    void connectBeforeView();
-    void connectAfterView();
-    void finishRowChange();
-    void mirrorInsertedRows(const QModelIndex &parent, int first, int last);
+    void connectBeforeView(EntryTree &tree);
+    void connectAfterView(EntryTree &tree);
     void mirrorEverything();
     void mirrorSelection();
-    void mirrorSubtree(const Entry *top);
     void mirrorExpansion(const Entry *entry, int level);
     void followExpansion(Entry *entry, bool expanded);
     void userChangedExpansion(const QModelIndex &index, bool expanded);
     void userMovedTo(Entry *entry);
+    void openWaitingEditor();
+    void fitColumn(int atLeast);
     QModelIndex nearestShown(const QModelIndex &index) const;
     void applyLabelEdit(const QModelIndex &index, const QString &label);
 
     friend class LabelDelegate;
 
     QPointer<EntryTree> m_tree;
+    // Carries the connections to the tree.
+    std::unique_ptr<QObject> m_link;
     LabelDelegate *m_delegate;
-    PaneFocus m_paneFocus;
+    bool m_paneVisible = true;
     LabelEditMode m_labelEdit = LabelEditMode::tvwManual;
     QPersistentModelIndex m_scrollWhenShown;
     bool m_editWhenShown = false;

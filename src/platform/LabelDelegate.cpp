@@ -1,0 +1,90 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "platform/LabelDelegate.h"
+
+#include "model/EntryTree.h"
+#include "platform/TreeView.h"
+
+#include <QLineEdit>
+
+#include <limits>
+
+using namespace Qt::StringLiterals;
+
+// A static library's resources are linked only where something asks for them by name, outside every namespace.
+static void linkImages()
+{
+    Q_INIT_RESOURCE(quillery_platform);
+}
+
+namespace
+{
+
+QString onOneLine(QString text)
+{
+    text.replace("\r\n"_L1, " "_L1);
+    for (const char16_t lineBreak : {u'\n', u'\r', u'\v', u'\f', u'\u0085', u'\u2028', u'\u2029'})
+        text.replace(QChar(lineBreak), u' ');
+    return text;
+}
+
+} // namespace
+
+LabelDelegate::LabelDelegate(TreeView *view)
+    : QStyledItemDelegate(view)
+    , m_view(view)
+{
+    linkImages();
+}
+
+QString LabelDelegate::displayText(const QVariant &value, const QLocale &) const
+{
+    return onOneLine(value.toString());
+}
+
+QWidget *LabelDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &option,
+                                     const QModelIndex &index) const
+{
+    m_editor = QStyledItemDelegate::createEditor(parent, option, index);
+    m_editor->setObjectName("labelEditor"_L1);
+    m_editor->setAccessibleName(u"Label"_s);
+    // The line editor's own limit would cut a longer label even when nothing is typed.
+    if (QLineEdit *line = qobject_cast<QLineEdit *>(m_editor))
+        line->setMaxLength(std::numeric_limits<int>::max());
+    return m_editor;
+}
+
+void LabelDelegate::destroyEditor(QWidget *editor, const QModelIndex &index) const
+{
+    if (editor == m_editor)
+        m_editor = nullptr;
+    QStyledItemDelegate::destroyEditor(editor, index);
+}
+
+void LabelDelegate::setModelData(QWidget *editor, QAbstractItemModel *, const QModelIndex &index) const
+{
+    const QLineEdit *line = qobject_cast<QLineEdit *>(editor);
+    if (line)
+        m_view->applyLabelEdit(index, onOneLine(line->text()));
+}
+
+void LabelDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const
+{
+    QStyledItemDelegate::initStyleOption(option, index);
+    const bool selected = option->state.testFlag(QStyle::State_Selected);
+    option->icon = image(index.data(selected ? EntryTree::SelectedImageRole : EntryTree::ImageRole).toString());
+    option->features.setFlag(QStyleOptionViewItem::HasDecoration, !option->icon.isNull());
+}
+
+QIcon LabelDelegate::image(const QString &name) const
+{
+    const auto known = m_images.constFind(name);
+    if (known != m_images.cend())
+        return *known;
+    QIcon icon(u":/quillery/icons/%1.svg"_s.arg(name));
+    // Without the desktop's SVG support the rows go without an image.
+    if (icon.pixmap(16, 16).isNull())
+        icon = QIcon();
+    return *m_images.insert(name, icon);
+}

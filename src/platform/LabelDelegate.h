@@ -1,0 +1,39 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QHash>
+#include <QIcon>
+#include <QPointer>
+#include <QStyledItemDelegate>
+
+class TreeView;
+
+// Draws an entry's row (its image and its label on one line) and edits the label in place. What was pasted into the
+// editor with line breaks becomes one line.
+class LabelDelegate final : public QStyledItemDelegate
+{
+    Q_OBJECT
+
+public:
+    explicit LabelDelegate(TreeView *view);
+
+    // The open editor, or null.
+    QWidget *openEditor() const { return m_editor; }
+
+    QString displayText(const QVariant &value, const QLocale &locale) const override;
+    QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
+    void destroyEditor(QWidget *editor, const QModelIndex &index) const override;
+    void setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const override;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
+
+private:
+    QIcon image(const QString &name) const;
+
+    TreeView *m_view;
+    mutable QPointer<QWidget> m_editor;
+    mutable QHash<QString, QIcon> m_images;
+};

@@ -1,0 +1,406 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "platform/TreeView.h"
+
+#include "model/EntryTree.h"
+#include "platform/LabelDelegate.h"
+
+#include <QFocusEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QScrollBar>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// How many rows beyond the visible ones count for the width that the pane scrolls over.
+constexpr int rowsMeasured = 200;
+
+} // namespace
+
+// While it lives the view follows the tree.
+class TreeView::MirrorGuard
+{
+public:
+    explicit MirrorGuard(TreeView &view)
+        : m_view(view)
+    {
+        ++m_view.m_mirroring;
+    }
+
+    ~MirrorGuard() { --m_view.m_mirroring; }
+
+    MirrorGuard(const MirrorGuard &) = delete;
+    MirrorGuard &operator=(const MirrorGuard &) = delete;
+
+private:
+    TreeView &m_view;
+};
+
+TreeView::TreeView(QWidget *parent)
+    : QTreeView(parent)
+    , m_delegate(new LabelDelegate(this))
+{
+    setObjectName("trvOutline"_L1);
+    setAccessibleName(u"Outline"_s);
+    setHeaderHidden(true);
+    setRootIsDecorated(true);
+    setUniformRowHeights(true);
+    setSelectionMode(SingleSelection);
+    setTextElideMode(Qt::ElideNone);
+    setEditTriggers(NoEditTriggers);
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    setItemDelegate(m_delegate);
+    header()->setStretchLastSection(false);
+    header()->setMinimumSectionSize(0);
+    header()->setResizeContentsPrecision(rowsMeasured);
+    connect(this, &QTreeView::expanded, this, [this](const QModelIndex &index) { userChangedExpansion(index, true); });
+    connect(this, &QTreeView::collapsed, this,
+            [this](const QModelIndex &index) { userChangedExpansion(index, false); });
+    connect(verticalScrollBar(), &QScrollBar::valueChanged, this, [this] { fitColumn(header()->sectionSize(0)); });
+}
+
+TreeView::~TreeView() = default;
+
+void TreeView::setEntryTree(EntryTree *tree)
+{
+    const MirrorGuard guard(*this);
+    m_link = std::make_unique<QObject>();
+    m_tree = tree;
+    // The order of the connections is the order of the calls: the view's own lie between ours.
+    if (tree)
+        connectBeforeView(*tree);
+    const std::unique_ptr<QItemSelectionModel> oldSelection(selectionModel());
+    setModel(tree);
+    if (!tree)
+        return;
+    connectAfterView(*tree);
+    mirrorEverything();
+    mirrorSelection();
+}
+
+EntryTree *TreeView::entryTree() const
+{
+    return m_tree;
+}
+
+// Qt moves the current row of its own accord while rows change; nothing of that is the user's doing.
+void TreeView::connectBeforeView(EntryTree &tree)
+{
+    const auto begin = [this] { ++m_mirroring; };
+    connect(&tree, &EntryTree::modelAboutToBeReset, m_link.get(), begin);
+    connect(&tree, &EntryTree::rowsAboutToBeInserted, m_link.get(), begin);
+    connect(&tree, &EntryTree::rowsAboutToBeRemoved, m_link.get(), begin);
+    connect(&tree, &EntryTree::layoutAboutToBeChanged, m_link.get(), begin);
+}
+
+void TreeView::connectAfterView(EntryTree &tree)
+{
+    const auto end = [this] {
+        mirrorSelection();
+        --m_mirroring;
+    };
+    connect(&tree, &EntryTree::modelReset, m_link.get(), [this, end] {
+        mirrorEverything();
+        end();
+        openWaitingEditor();
+    });
+    // An entry may be open before it has children and after it has lost them; the view shows it as open in between.
+    const auto endRows = [this, end](const QModelIndex &parent) {
+        if (const Entry *entry = m_tree->entryAt(parent))
+            mirrorExpansion(entry, entry->level());
+        end();
+    };
+    connect(&tree, &EntryTree::rowsInserted, m_link.get(), endRows);
+    connect(&tree, &EntryTree::rowsRemoved, m_link.get(), endRows);
+    connect(&tree, &EntryTree::layoutChanged, m_link.get(), end);
+    connect(&tree, &EntryTree::expansionReset, m_link.get(), [this] { mirrorEverything(); });
+    connect(&tree, &EntryTree::expandedChanged, m_link.get(),
+            [this](Entry *entry, bool expanded) { followExpansion(entry, expanded); });
+    connect(&tree, &EntryTree::selectedChanged, m_link.get(), [this] { mirrorSelection(); });
+    connect(&tree, &EntryTree::labelChanged, m_link.get(), [this] { fitColumn(header()->sectionSize(0)); });
+}
+
+void TreeView::mirrorEverything()
+{
+    const MirrorGuard guard(*this);
+    // While a layout is due, opening a branch only notes it.
+    scheduleDelayedItemsLayout();
+    int level = 1;
+    const Entry *entry = m_tree->root();
+    while (entry) {
+        mirrorExpansion(entry, level);
+        if (const Entry *child = entry->firstChild()) {
+            entry = child;
+            ++level;
+            continue;
+        }
+        while (entry && !entry->next()) {
+            entry = entry->parent();
+            --level;
+        }
+        entry = entry ? entry->next() : nullptr;
+    }
+}
+
+void TreeView::mirrorExpansion(const Entry *entry, int level)
+{
+    const MirrorGuard guard(*this);
+    const QModelIndex index = m_tree->indexOf(entry);
+    const bool open = entry->expanded() && entry->childCount() > 0 && level <= deepestOpenLevel;
+    if (isExpanded(index) != open)
+        setExpanded(index, open);
+}
+
+void TreeView::mirrorSelection()
+{
+    const MirrorGuard guard(*this);
+    const QModelIndex index = m_tree->indexOf(m_tree->selected());
+    if (!index.isValid()) {
+        selectionModel()->clear();
+        viewport()->update();
+        return;
+    }
+    if (currentIndex() != index || !selectionModel()->isSelected(index))
+        selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
+}
+
+void TreeView::followExpansion(Entry *entry, bool expanded)
+{
+    mirrorExpansion(entry, entry->level());
+    if (expanded)
+        Q_EMIT entryExpanded(entry);
+    else
+        Q_EMIT entryCollapsed(entry);
+}
+
+void TreeView::userChangedExpansion(const QModelIndex &index, bool expanded)
+{
+    if (m_mirroring > 0 || !m_tree)
+        return;
+    Entry *entry = m_tree->entryAt(index);
+    if (expanded && (entry->childCount() == 0 || entry->level() > deepestOpenLevel)) {
+        const MirrorGuard guard(*this);
+        collapse(index);
+        return;
+    }
+    m_tree->setExpanded(entry, expanded);
+}
+
+void TreeView::userMovedTo(Entry *entry)
+{
+    m_tree->select(entry);
+    Q_EMIT nodeClicked(entry);
+}
+
+Entry *TreeView::HitTest(const QPoint &point) const
+{
+    return m_tree ? m_tree->entryAt(indexAt(point)) : nullptr;
+}
+
+bool TreeView::PaneVisible() const
+{
+    return m_paneVisible;
+}
+
+void TreeView::setPaneVisible(bool visible)
+{
+    m_paneVisible = visible;
+    setUpdatesEnabled(visible);
+    if (!visible)
+        return;
+    if (m_scrollWhenShown.isValid())
+        scrollTo(m_scrollWhenShown);
+    m_scrollWhenShown = QPersistentModelIndex();
+    openWaitingEditor();
+}
+
+QFont TreeView::Font() const
+{
+    return font();
+}
+
+void TreeView::setFont(const QFont &font)
+{
+    QTreeView::setFont(font);
+    scheduleDelayedItemsLayout();
+}
+
+LabelEditMode TreeView::LabelEdit() const
+{
+    return m_labelEdit;
+}
+
+void TreeView::setLabelEdit(LabelEditMode mode)
+{
+    m_labelEdit = mode;
+    setEditTriggers(mode == LabelEditMode::tvwAutomatic ? SelectedClicked : NoEditTriggers);
+}
+
+void TreeView::StartLabelEdit()
+{
+    m_editWhenShown = true;
+    openWaitingEditor();
+}
+
+void TreeView::openWaitingEditor()
+{
+    if (!m_editWhenShown || !m_paneVisible || m_mirroring > 0)
+        return;
+    m_editWhenShown = false;
+    const QModelIndex index = m_tree ? m_tree->indexOf(m_tree->selected()) : QModelIndex();
+    if (!index.isValid() || nearestShown(index) != index)
+        return;
+    EndLabelEdit();
+    scrollTo(index);
+    edit(index);
+}
+
+void TreeView::EndLabelEdit()
+{
+    if (QWidget *editor = m_delegate->openEditor()) {
+        commitData(editor);
+        QTreeView::closeEditor(editor, QAbstractItemDelegate::NoHint);
+    }
+}
+
+void TreeView::ScrollTo(const Entry *entry)
+{
+    // In the middle of a bulk change the view has no rows to scroll to; the selected one is scrolled to at its end.
+    if (!m_tree || !entry || m_mirroring > 0)
+        return;
+    if (!m_paneVisible)
+        m_scrollWhenShown = m_tree->indexOf(entry);
+    else
+        scrollTo(m_tree->indexOf(entry));
+}
+
+// The pane highlights no drop target.
+void TreeView::ClearDropHighlight() {}
+
+void TreeView::setFocus()
+{
+    QTreeView::setFocus(Qt::OtherFocusReason);
+}
+
+void TreeView::scrollTo(const QModelIndex &index, ScrollHint hint)
+{
+    QTreeView::scrollTo(nearestShown(index), hint);
+}
+
+// The row itself, or the head of the outermost closed branch around it.
+QModelIndex TreeView::nearestShown(const QModelIndex &index) const
+{
+    QModelIndex shown = index;
+    for (QModelIndex ancestor = index.parent(); ancestor.isValid(); ancestor = ancestor.parent()) {
+        if (!isExpanded(ancestor))
+            shown = ancestor;
+    }
+    return shown;
+}
+
+void TreeView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
+{
+    QTreeView::currentChanged(current, previous);
+    if (m_mirroring == 0 && m_tree && current.isValid())
+        userMovedTo(m_tree->entryAt(current));
+}
+
+// The selected row is always the current one, whatever modifier is held.
+QItemSelectionModel::SelectionFlags TreeView::selectionCommand(const QModelIndex &index, const QEvent *) const
+{
+    return index.isValid() ? QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows
+                           : QItemSelectionModel::SelectionFlags(QItemSelectionModel::NoUpdate);
+}
+
+bool TreeView::edit(const QModelIndex &index, EditTrigger trigger, QEvent *event)
+{
+    // A row reaches over the pane's whole width; only a click on its image or label asks for the editor.
+    if (trigger == SelectedClicked && event->type() == QEvent::MouseButtonRelease) {
+        const int x = static_cast<QMouseEvent *>(event)->position().toPoint().x();
+        const int left = visualRect(index).left();
+        if (x < left || x >= left + sizeHintForIndex(index).width())
+            return false;
+    }
+    return QTreeView::edit(index, trigger, event);
+}
+
+void TreeView::closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint)
+{
+    const bool next = hint == QAbstractItemDelegate::EditNextItem;
+    if (!next && hint != QAbstractItemDelegate::EditPreviousItem) {
+        QTreeView::closeEditor(editor, hint);
+        return;
+    }
+    // Tab leads to the next pane, not to the next row.
+    QTreeView::closeEditor(editor, QAbstractItemDelegate::NoHint);
+    focusNextPrevChild(next);
+}
+
+void TreeView::applyLabelEdit(const QModelIndex &index, const QString &label)
+{
+    if (!m_tree || !index.isValid())
+        return;
+    m_tree->setData(index, label);
+    Q_EMIT labelEdited(m_tree->entryAt(index));
+}
+
+void TreeView::focusInEvent(QFocusEvent *event)
+{
+    {
+        // Qt makes the first row the current one where there is none.
+        const MirrorGuard guard(*this);
+        QTreeView::focusInEvent(event);
+        if (m_tree)
+            mirrorSelection();
+    }
+    Q_EMIT gotFocus();
+}
+
+void TreeView::keyPressEvent(QKeyEvent *event)
+{
+    Entry *entry = m_tree ? m_tree->selected() : nullptr;
+    // One change instead of one for each descendant.
+    if (event->key() == Qt::Key_Asterisk && entry) {
+        m_tree->setExpandedAll(entry, true);
+        Q_EMIT entryExpanded(entry);
+        return;
+    }
+    QTreeView::keyPressEvent(event);
+}
+
+void TreeView::mousePressEvent(QMouseEvent *event)
+{
+    const QModelIndex index = indexAt(event->position().toPoint());
+    const bool onRow = index.isValid() && visualRect(index).contains(event->position().toPoint());
+    Entry *clicked = m_tree && onRow ? m_tree->entryAt(index) : nullptr;
+    const bool again = clicked && clicked == m_tree->selected();
+    QTreeView::mousePressEvent(event);
+    if (again)
+        Q_EMIT nodeClicked(clicked);
+}
+
+void TreeView::mouseMoveEvent(QMouseEvent *event)
+{
+    // A press with a move is the beginning of a drag; it does not drag the selection along.
+    if (event->buttons() == Qt::NoButton)
+        QTreeView::mouseMoveEvent(event);
+}
+
+void TreeView::updateGeometries()
+{
+    fitColumn(0);
+    QTreeView::updateGeometries();
+}
+
+// Makes the column at least as wide as the rows around the visible ones, the pane and the given width.
+void TreeView::fitColumn(int atLeast)
+{
+    header()->resizeSection(0, std::max({atLeast, viewport()->width(), sizeHintForColumn(0)}));
+}

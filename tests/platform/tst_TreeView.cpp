@@ -1,0 +1,829 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "platform/TreeView.h"
+
+#include "model/EntryTree.h"
+
+#include <QAbstractItemModelTester>
+#include <QApplication>
+#include <QClipboard>
+#include <QLineEdit>
+#include <QMimeData>
+#include <QScrollBar>
+#include <QSignalSpy>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// An outline from indented lines: two blanks a level, "+" before the label of an open entry.
+void build(EntryTree &tree, const char *outline)
+{
+    std::vector<Entry *> path;
+    for (const QString &line : QString::fromUtf8(outline).split(u'\n')) {
+        qsizetype indent = 0;
+        while (line[indent] == u' ')
+            ++indent;
+        const bool open = line[indent] == u'+';
+        path.resize(static_cast<size_t>(indent / 2));
+        Entry *entry = tree.insert(Relationship::tvwChild, path.empty() ? nullptr : path.back());
+        tree.setLabel(entry, line.sliced(indent + (open ? 1 : 0)));
+        tree.setExpanded(entry, open);
+        path.push_back(entry);
+    }
+}
+
+constexpr auto garden = "+Garden\n  +Trees\n    Oak\n    +Fruit\n      Apple\n      Pear\n  Tools\n    Spade\n  Soil";
+
+} // namespace
+
+class tst_TreeView : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+
+    void init()
+    {
+        m_tree = std::make_unique<EntryTree>();
+        m_window = std::make_unique<QWidget>();
+        m_window->resize(400, 300);
+        m_view = new TreeView(m_window.get());
+        m_view->resize(250, 300);
+        m_other = new QLineEdit(m_window.get());
+        m_other->move(260, 0);
+        QWidget::setTabOrder(m_view, m_other);
+        m_view->setEntryTree(m_tree.get());
+        m_window->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
+    }
+
+    void cleanup()
+    {
+        m_window.reset();
+        m_tree.reset();
+    }
+
+    void hasTheNamesByWhichItIsFound();
+    void showsOpenBranchesAsTheTreeSays();
+    void followsExpansionByProgram();
+    void followsABulkChange();
+    void showsAnEntryOpenedBeforeItHadChildren();
+    void keepsClosedWhatTheTreeHasClosedWhenEntriesCome();
+    void clickOnTheBranchExpandsTheEntry();
+    void arrowKeysExpandAndCollapse();
+    void asteriskOpensTheWholeBranch();
+    void aLeafIsNotExpandedByTheUser();
+    void selectionByProgramIsShownAndSilent();
+    void selectingWithinAClosedBranchDoesNotOpenIt();
+    void arrowKeysSelect();
+    void aClickSelects();
+    void aClickOnTheSelectedRowIsAClickAgain();
+    void controlClickDoesNotDeselect();
+    void aRightClickSelectsToo();
+    void aClickBelowTheRowsChangesNothing();
+    void draggingDoesNotMoveTheSelection();
+    void focusAloneSelectsNothing();
+    void removingTheSelectedEntrySelectsNothing();
+    void removalAndInsertionRaiseNoClick();
+    void sortingKeepsTheSelection();
+    void startLabelEditEditsTheSelectedEntry();
+    void escapeKeepsTheOldLabel();
+    void anEmptyLabelIsAccepted();
+    void aPastedLineBreakBecomesABlank();
+    void endLabelEditKeepsWhatWasTyped();
+    void tabInTheEditorCommitsAndLeavesThePane();
+    void leavingTheEditorCommits();
+    void aHiddenPaneEditsOnceItIsShown();
+    void manualLabelEditIgnoresClicksAndF2();
+    void automaticLabelEditOpensOnASecondClick();
+    void aSecondClickBesideTheLabelDoesNotEdit();
+    void aVeryLongLabelIsNotCut();
+    void tabLeavesThePane();
+    void aHiddenPaneKeepsFocusAndScrollsWhenShown();
+    void scrollToShowsTheRow();
+    void theFontIsThatOfTheRows();
+    void hitTestFindsTheEntryOfARow();
+    void filesDroppedAreLeftToTheWindow();
+    void imagesFollowTagAndSelection();
+    void longLabelsCanBeScrolledTo();
+    void aVeryDeepOutlineIsShownClosedAtItsEnd();
+    void anotherTreeReplacesTheFirst();
+    void theTreeMayGoFirst();
+    void randomChangesKeepViewAndTreeAlike();
+
+private:
+    Entry *entry(const QString &label) const
+    {
+        for (Entry *each = m_tree->root(); each; each = nextInOutline(each, m_tree->root())) {
+            if (each->label() == label)
+                return each;
+        }
+        return nullptr;
+    }
+
+    QModelIndex indexOf(const QString &label) const { return m_tree->indexOf(entry(label)); }
+
+    // The labels of the rows on display, from the top.
+    QStringList rows() const
+    {
+        QStringList labels;
+        for (QModelIndex index = m_tree->index(0, 0); index.isValid(); index = m_view->indexBelow(index))
+            labels.append(index.data().toString());
+        return labels;
+    }
+
+    QPoint labelPoint(const QString &label) const
+    {
+        const QRect rect = m_view->visualRect(indexOf(label));
+        return {rect.left() + 24, rect.center().y()};
+    }
+
+    QPoint branchPoint(const QString &label) const
+    {
+        const QRect rect = m_view->visualRect(indexOf(label));
+        return {rect.left() - m_view->indentation() / 2, rect.center().y()};
+    }
+
+    void click(const QPoint &point, Qt::MouseButton button = Qt::LeftButton,
+               Qt::KeyboardModifiers modifiers = Qt::NoModifier) const
+    {
+        QTest::mouseClick(m_view->viewport(), button, modifiers, point);
+    }
+
+    void press(Qt::Key key) const { QTest::keyClick(m_view, key); }
+
+    QLineEdit *editor() const { return m_view->findChild<QLineEdit *>(u"labelEditor"_s); }
+
+    // Whether the view shows what the tree says.
+    QString difference() const
+    {
+        for (Entry *each = m_tree->root(); each; each = nextInOutline(each, m_tree->root())) {
+            const bool open = each->expanded() && each->childCount() > 0;
+            if (m_view->isExpanded(m_tree->indexOf(each)) != open)
+                return u"the expansion of "_s + m_tree->key(each);
+        }
+        if (m_view->currentIndex() != m_tree->indexOf(m_tree->selected()))
+            return u"the current row"_s;
+        const QModelIndexList selected = m_view->selectionModel()->selectedIndexes();
+        if (selected.size() != (m_tree->selected() ? 1 : 0) || selected.value(0) != m_view->currentIndex())
+            return u"the selected row"_s;
+        return QString();
+    }
+
+    std::unique_ptr<EntryTree> m_tree;
+    std::unique_ptr<QWidget> m_window;
+    TreeView *m_view = nullptr;
+    QLineEdit *m_other = nullptr;
+};
+
+void tst_TreeView::hasTheNamesByWhichItIsFound()
+{
+    QCOMPARE(m_view->objectName(), u"trvOutline"_s);
+    QCOMPARE(m_view->accessibleName(), u"Outline"_s);
+    QVERIFY(m_view->isHeaderHidden());
+}
+
+void tst_TreeView::showsOpenBranchesAsTheTreeSays()
+{
+    build(*m_tree, garden);
+    QCOMPARE(rows(), QStringList({u"Garden"_s, u"Trees"_s, u"Oak"_s, u"Fruit"_s, u"Apple"_s, u"Pear"_s, u"Tools"_s,
+                                  u"Soil"_s}));
+    QCOMPARE(difference(), QString());
+    TreeView late;
+    late.setEntryTree(m_tree.get());
+    QVERIFY(late.isExpanded(indexOf(u"Fruit"_s)));
+    QVERIFY(!late.isExpanded(indexOf(u"Tools"_s)));
+}
+
+void tst_TreeView::followsExpansionByProgram()
+{
+    build(*m_tree, garden);
+    QSignalSpy expanded(m_view, &TreeView::entryExpanded);
+    QSignalSpy collapsed(m_view, &TreeView::entryCollapsed);
+    m_tree->setExpanded(entry(u"Tools"_s), true);
+    QCOMPARE(expanded.size(), 1);
+    QCOMPARE(expanded[0][0].value<Entry *>(), entry(u"Tools"_s));
+    m_tree->setExpanded(entry(u"Garden"_s), false);
+    QCOMPARE(collapsed.size(), 1);
+    QCOMPARE(rows(), QStringList({u"Garden"_s}));
+    m_tree->setExpandedAll(m_tree->root(), true);
+    QCOMPARE(rows().size(), m_tree->entryCount());
+    m_tree->expandToLevel(m_tree->root(), 2);
+    QCOMPARE(rows(), QStringList({u"Garden"_s, u"Trees"_s, u"Tools"_s, u"Soil"_s}));
+    m_tree->expandAncestors(entry(u"Pear"_s));
+    QVERIFY(rows().contains(u"Pear"_s));
+    QCOMPARE(difference(), QString());
+}
+
+void tst_TreeView::followsABulkChange()
+{
+    build(*m_tree, garden);
+    m_tree->select(entry(u"Oak"_s));
+    m_tree->beginBulkChange();
+    m_tree->remove(entry(u"Trees"_s));
+    m_tree->setExpanded(entry(u"Tools"_s), true);
+    Entry *saw = m_tree->insert(Relationship::tvwChild, entry(u"Tools"_s));
+    m_tree->setLabel(saw, u"Saw"_s);
+    m_tree->select(saw);
+    m_view->ScrollTo(saw);
+    m_tree->endBulkChange();
+    QCOMPARE(rows(), QStringList({u"Garden"_s, u"Tools"_s, u"Spade"_s, u"Saw"_s, u"Soil"_s}));
+    QCOMPARE(difference(), QString());
+}
+
+void tst_TreeView::showsAnEntryOpenedBeforeItHadChildren()
+{
+    build(*m_tree, "+Garden");
+    Entry *child = m_tree->insert(Relationship::tvwChild, m_tree->root());
+    m_tree->setLabel(child, u"Trees"_s);
+    QCOMPARE(rows(), QStringList({u"Garden"_s, u"Trees"_s}));
+}
+
+void tst_TreeView::keepsClosedWhatTheTreeHasClosedWhenEntriesCome()
+{
+    build(*m_tree, garden);
+    m_tree->insert(Relationship::tvwChild, entry(u"Tools"_s));
+    QVERIFY(!rows().contains(u"Spade"_s));
+    m_tree->insertCopy(*m_tree, entry(u"Trees"_s), Relationship::tvwChild, m_tree->root());
+    QCOMPARE(difference(), QString());
+    QCOMPARE(rows().count(u"Pear"_s), 2);
+}
+
+void tst_TreeView::clickOnTheBranchExpandsTheEntry()
+{
+    build(*m_tree, garden);
+    m_tree->select(entry(u"Soil"_s));
+    QSignalSpy expanded(m_view, &TreeView::entryExpanded);
+    QSignalSpy collapsed(m_view, &TreeView::entryCollapsed);
+    QSignalSpy clicked(m_view, &TreeView::nodeClicked);
+    click(branchPoint(u"Tools"_s));
+    QVERIFY(entry(u"Tools"_s)->expanded());
+    QCOMPARE(expanded.size(), 1);
+    click(branchPoint(u"Tools"_s));
+    QVERIFY(!entry(u"Tools"_s)->expanded());
+    QCOMPARE(collapsed.size(), 1);
+    QCOMPARE(clicked.size(), 0);
+    QCOMPARE(difference(), QString());
+}
+
+void tst_TreeView::arrowKeysExpandAndCollapse()
+{
+    build(*m_tree, garden);
+    m_tree->select(entry(u"Tools"_s));
+    m_view->setFocus();
+    press(Qt::Key_Right);
+    QVERIFY(entry(u"Tools"_s)->expanded());
+    press(Qt::Key_Left);
+    QVERIFY(!entry(u"Tools"_s)->expanded());
+    press(Qt::Key_Left);
+    QCOMPARE(m_tree->selected(), m_tree->root());
+    QCOMPARE(difference(), QString());
+}
+
+void tst_TreeView::asteriskOpensTheWholeBranch()
+{
+    build(*m_tree, "+Garden\n  Trees\n    Fruit\n      Apple\n  Tools\n    Spade");
+    m_tree->select(entry(u"Trees"_s));
+    m_view->setFocus();
+    QSignalSpy expanded(m_view, &TreeView::entryExpanded);
+    press(Qt::Key_Asterisk);
+    QVERIFY(rows().contains(u"Apple"_s));
+    QVERIFY(!rows().contains(u"Spade"_s));
+    QCOMPARE(expanded.size(), 1);
+}
+
+void tst_TreeView::aLeafIsNotExpandedByTheUser()
+{
+    build(*m_tree, garden);
+    m_tree->select(entry(u"Soil"_s));
+    m_view->setFocus();
+    QSignalSpy expanded(m_view, &TreeView::entryExpanded);
+    press(Qt::Key_Right);
+    press(Qt::Key_Plus);
+    QVERIFY(!entry(u"Soil"_s)->expanded());
+    QCOMPARE(expanded.size(), 0);
+}
+
+void tst_TreeView::selectionByProgramIsShownAndSilent()
+{
+    build(*m_tree, garden);
+    QSignalSpy clicked(m_view, &TreeView::nodeClicked);
+    m_tree->select(entry(u"Pear"_s));
+    QCOMPARE(m_view->currentIndex(), indexOf(u"Pear"_s));
+    QCOMPARE(difference(), QString());
+    m_tree->select(nullptr);
+    QVERIFY(!m_view->currentIndex().isValid());
+    QCOMPARE(difference(), QString());
+    QCOMPARE(clicked.size(), 0);
+}
+
+void tst_TreeView::selectingWithinAClosedBranchDoesNotOpenIt()
+{
+    build(*m_tree, garden);
+    m_tree->select(entry(u"Spade"_s));
+    m_view->ScrollTo(entry(u"Spade"_s));
+    QVERIFY(!entry(u"Tools"_s)->expanded());
+    QCOMPARE(difference(), QString());
+}
+
+void tst_TreeView::arrowKeysSelect()
+{
+    build(*m_tree, garden);
+    m_tree->select(m_tree->root());
+    m_view->setFocus();
+    QSignalSpy clicked(m_view, &TreeView::nodeClicked);
+    press(Qt::Key_Down);
+    QCOMPARE(clicked.size(), 1);
+    QCOMPARE(clicked[0][0].value<Entry *>(), entry(u"Trees"_s));
+    QCOMPARE(m_tree->selected(), entry(u"Trees"_s));
+    press(Qt::Key_End);
+    QCOMPARE(m_tree->selected(), entry(u"Soil"_s));
+    press(Qt::Key_Up);
+    QCOMPARE(m_tree->selected(), entry(u"Tools"_s));
+    press(Qt::Key_Home);
+    QCOMPARE(m_tree->selected(), m_tree->root());
+    QCOMPARE(clicked.size(), 4);
+    QCOMPARE(difference(), QString());
+}
+
+void tst_TreeView::aClickSelects()
+{
+    build(*m_tree, garden);
+    QSignalSpy clicked(m_view, &TreeView::nodeClicked);
+    click(labelPoint(u"Tools"_s));
+    QCOMPARE(clicked.size(), 1);
+    QCOMPARE(clicked[0][0].value<Entry *>(), entry(u"Tools"_s));
+    QCOMPARE(m_tree->selected(), entry(u"Tools"_s));
+    QCOMPARE(difference(), QString());
+}
+
+void tst_TreeView::aClickOnTheSelectedRowIsAClickAgain()
+{
+    build(*m_tree, garden);
+    m_tree->select(entry(u"Tools"_s));
+    QSignalSpy clicked(m_view, &TreeView::nodeClicked);
+    click(labelPoint(u"Tools"_s));
+    QCOMPARE(clicked.size(), 1);
+    QCOMPARE(m_tree->selected(), entry(u"Tools"_s));
+}
+
+void tst_TreeView::controlClickDoesNotDeselect()
+{
+    build(*m_tree, garden);
+    click(labelPoint(u"Tools"_s));
+    click(labelPoint(u"Tools"_s), Qt::LeftButton, Qt::ControlModifier);
+    QCOMPARE(m_tree->selected(), entry(u"Tools"_s));
+    QCOMPARE(difference(), QString());
+    QTest::keyClick(m_view, Qt::Key_Space, Qt::ControlModifier);
+    QCOMPARE(difference(), QString());
+    QTest::keyClick(m_view, Qt::Key_Up, Qt::ControlModifier);
+    QCOMPARE(difference(), QString());
+}
+
+void tst_TreeView::aRightClickSelectsToo()
+{
+    build(*m_tree, garden);
+    QSignalSpy clicked(m_view, &TreeView::nodeClicked);
+    click(labelPoint(u"Oak"_s), Qt::RightButton);
+    QCOMPARE(m_tree->selected(), entry(u"Oak"_s));
+    QCOMPARE(clicked.size(), 1);
+}
+
+void tst_TreeView::aClickBelowTheRowsChangesNothing()
+{
+    build(*m_tree, garden);
+    m_tree->select(entry(u"Oak"_s));
+    QSignalSpy clicked(m_view, &TreeView::nodeClicked);
+    click({50, m_view->viewport()->height() - 3});
+    QCOMPARE(m_tree->selected(), entry(u"Oak"_s));
+    QCOMPARE(clicked.size(), 0);
+    QCOMPARE(difference(), QString());
+}
+
+void tst_TreeView::draggingDoesNotMoveTheSelection()
+{
+    build(*m_tree, garden);
+    QTest::mousePress(m_view->viewport(), Qt::LeftButton, Qt::NoModifier, labelPoint(u"Oak"_s));
+    QMouseEvent move(QEvent::MouseMove, labelPoint(u"Tools"_s), m_view->viewport()->mapToGlobal(labelPoint(u"Tools"_s)),
+                     Qt::NoButton, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(m_view->viewport(), &move);
+    QTest::mouseRelease(m_view->viewport(), Qt::LeftButton, Qt::NoModifier, labelPoint(u"Tools"_s));
+    QCOMPARE(m_tree->selected(), entry(u"Oak"_s));
+    QCOMPARE(difference(), QString());
+}
+
+void tst_TreeView::focusAloneSelectsNothing()
+{
+    build(*m_tree, garden);
+    m_other->setFocus();
+    QSignalSpy clicked(m_view, &TreeView::nodeClicked);
+    QSignalSpy focused(m_view, &TreeView::gotFocus);
+    m_view->setFocus();
+    QCOMPARE(focused.size(), 1);
+    QCOMPARE(clicked.size(), 0);
+    QCOMPARE(m_tree->selected(), nullptr);
+    QCOMPARE(difference(), QString());
+    click(labelPoint(u"Garden"_s));
+    QCOMPARE(clicked.size(), 1);
+    QCOMPARE(m_tree->selected(), m_tree->root());
+}
+
+void tst_TreeView::removingTheSelectedEntrySelectsNothing()
+{
+    build(*m_tree, garden);
+    m_tree->select(entry(u"Apple"_s));
+    QSignalSpy clicked(m_view, &TreeView::nodeClicked);
+    m_tree->remove(entry(u"Trees"_s));
+    QCOMPARE(clicked.size(), 0);
+    QCOMPARE(m_tree->selected(), nullptr);
+    QCOMPARE(difference(), QString());
+    m_tree->clear();
+    QCOMPARE(rows(), QStringList());
+}
+
+void tst_TreeView::removalAndInsertionRaiseNoClick()
+{
+    build(*m_tree, garden);
+    m_tree->select(entry(u"Soil"_s));
+    QSignalSpy clicked(m_view, &TreeView::nodeClicked);
+    m_tree->remove(entry(u"Tools"_s));
+    m_tree->insert(Relationship::tvwFirst, entry(u"Soil"_s));
+    QCOMPARE(clicked.size(), 0);
+    QCOMPARE(m_tree->selected(), entry(u"Soil"_s));
+    QCOMPARE(difference(), QString());
+}
+
+void tst_TreeView::sortingKeepsTheSelection()
+{
+    build(*m_tree, garden);
+    m_tree->select(entry(u"Trees"_s));
+    QSignalSpy clicked(m_view, &TreeView::nodeClicked);
+    m_tree->setSorted(m_tree->root(), true);
+    QCOMPARE(rows().mid(0, 4), QStringList({u"Garden"_s, u"Soil"_s, u"Tools"_s, u"Trees"_s}));
+    QCOMPARE(clicked.size(), 0);
+    QCOMPARE(difference(), QString());
+}
+
+void tst_TreeView::startLabelEditEditsTheSelectedEntry()
+{
+    build(*m_tree, garden);
+    m_view->StartLabelEdit();
+    QVERIFY(!editor());
+    m_tree->select(entry(u"Oak"_s));
+    QSignalSpy edited(m_view, &TreeView::labelEdited);
+    QSignalSpy clicked(m_view, &TreeView::nodeClicked);
+    m_view->StartLabelEdit();
+    QVERIFY(editor());
+    QVERIFY(editor()->hasFocus());
+    QCOMPARE(editor()->selectedText(), u"Oak"_s);
+    QTest::keyClicks(editor(), u"Ash tree"_s);
+    QTest::keyClick(editor(), Qt::Key_Return);
+    QTRY_COMPARE(edited.size(), 1);
+    QCOMPARE(edited[0][0].value<Entry *>(), m_tree->selected());
+    QCOMPARE(m_tree->selected()->label(), u"Ash tree"_s);
+    QTRY_VERIFY(!editor());
+    QVERIFY(m_view->hasFocus());
+    QCOMPARE(clicked.size(), 0);
+}
+
+void tst_TreeView::escapeKeepsTheOldLabel()
+{
+    build(*m_tree, garden);
+    m_tree->select(entry(u"Oak"_s));
+    QSignalSpy edited(m_view, &TreeView::labelEdited);
+    m_view->StartLabelEdit();
+    QTest::keyClicks(editor(), u"Ash"_s);
+    QTest::keyClick(editor(), Qt::Key_Escape);
+    QTRY_VERIFY(!editor());
+    QVERIFY(entry(u"Oak"_s));
+    QCOMPARE(edited.size(), 0);
+}
+
+void tst_TreeView::anEmptyLabelIsAccepted()
+{
+    build(*m_tree, garden);
+    m_tree->select(entry(u"Oak"_s));
+    m_view->StartLabelEdit();
+    QTest::keyClick(editor(), Qt::Key_Backspace);
+    QTest::keyClick(editor(), Qt::Key_Return);
+    QTRY_COMPARE(m_tree->selected()->label(), QString());
+}
+
+void tst_TreeView::aPastedLineBreakBecomesABlank()
+{
+    build(*m_tree, garden);
+    m_tree->select(entry(u"Oak"_s));
+    QApplication::clipboard()->setText(u"one\r\ntwo\nthree"_s + QChar(0x2028) + u"four"_s);
+    m_view->StartLabelEdit();
+    editor()->paste();
+    QTest::keyClick(editor(), Qt::Key_Return);
+    QTRY_COMPARE(m_tree->selected()->label(), u"one two three four"_s);
+}
+
+void tst_TreeView::endLabelEditKeepsWhatWasTyped()
+{
+    build(*m_tree, garden);
+    m_tree->select(entry(u"Oak"_s));
+    QSignalSpy edited(m_view, &TreeView::labelEdited);
+    m_view->EndLabelEdit();
+    QCOMPARE(edited.size(), 0);
+    m_view->StartLabelEdit();
+    QTest::keyClicks(editor(), u"Ash"_s);
+    m_view->EndLabelEdit();
+    QCOMPARE(m_tree->selected()->label(), u"Ash"_s);
+    QCOMPARE(edited.size(), 1);
+    QTRY_VERIFY(!editor());
+    QCOMPARE(edited.size(), 1);
+}
+
+void tst_TreeView::tabInTheEditorCommitsAndLeavesThePane()
+{
+    build(*m_tree, garden);
+    m_tree->select(entry(u"Oak"_s));
+    m_view->StartLabelEdit();
+    QTest::keyClicks(editor(), u"Ash"_s);
+    QTest::keyClick(editor(), Qt::Key_Tab);
+    QTRY_VERIFY(!editor());
+    QCOMPARE(m_tree->selected()->label(), u"Ash"_s);
+    QVERIFY(m_other->hasFocus());
+}
+
+void tst_TreeView::leavingTheEditorCommits()
+{
+    build(*m_tree, garden);
+    m_tree->select(entry(u"Oak"_s));
+    m_view->StartLabelEdit();
+    QTest::keyClicks(editor(), u"Ash"_s);
+    click(labelPoint(u"Tools"_s));
+    QVERIFY(entry(u"Ash"_s));
+    QCOMPARE(m_tree->selected(), entry(u"Tools"_s));
+}
+
+void tst_TreeView::aHiddenPaneEditsOnceItIsShown()
+{
+    build(*m_tree, garden);
+    m_view->setPaneVisible(false);
+    m_tree->select(entry(u"Oak"_s));
+    m_view->StartLabelEdit();
+    QVERIFY(!editor());
+    m_view->setPaneVisible(true);
+    QVERIFY(editor());
+    QVERIFY(editor()->hasFocus());
+    m_view->EndLabelEdit();
+}
+
+void tst_TreeView::manualLabelEditIgnoresClicksAndF2()
+{
+    build(*m_tree, garden);
+    m_view->setLabelEdit(LabelEditMode::tvwManual);
+    QCOMPARE(m_view->LabelEdit(), LabelEditMode::tvwManual);
+    click(labelPoint(u"Oak"_s));
+    QTest::qWait(QApplication::doubleClickInterval() + 1);
+    click(labelPoint(u"Oak"_s));
+    press(Qt::Key_F2);
+    QTest::qWait(QApplication::doubleClickInterval() * 2);
+    QVERIFY(!editor());
+}
+
+void tst_TreeView::automaticLabelEditOpensOnASecondClick()
+{
+    build(*m_tree, garden);
+    m_view->setLabelEdit(LabelEditMode::tvwAutomatic);
+    QCOMPARE(m_view->LabelEdit(), LabelEditMode::tvwAutomatic);
+    m_view->setFocus();
+    click(labelPoint(u"Oak"_s));
+    QTest::qWait(QApplication::doubleClickInterval() + 1);
+    QVERIFY(!editor());
+    click(labelPoint(u"Oak"_s));
+    QTRY_VERIFY(editor());
+    QCOMPARE(editor()->text(), u"Oak"_s);
+}
+
+void tst_TreeView::aSecondClickBesideTheLabelDoesNotEdit()
+{
+    build(*m_tree, garden);
+    m_view->setLabelEdit(LabelEditMode::tvwAutomatic);
+    m_view->setFocus();
+    m_tree->select(entry(u"Oak"_s));
+    click({m_view->viewport()->width() - 4, labelPoint(u"Oak"_s).y()});
+    QTest::qWait(QApplication::doubleClickInterval() * 2);
+    QVERIFY(!editor());
+}
+
+void tst_TreeView::aVeryLongLabelIsNotCut()
+{
+    build(*m_tree, garden);
+    const QString label(70'000, u'x');
+    m_tree->setLabel(m_tree->root(), label);
+    m_tree->select(m_tree->root());
+    m_view->StartLabelEdit();
+    m_view->EndLabelEdit();
+    QCOMPARE(m_tree->root()->label(), label);
+}
+
+void tst_TreeView::tabLeavesThePane()
+{
+    build(*m_tree, garden);
+    m_tree->select(entry(u"Oak"_s));
+    m_view->setFocus();
+    press(Qt::Key_Tab);
+    QVERIFY(m_other->hasFocus());
+    QCOMPARE(m_tree->selected(), entry(u"Oak"_s));
+}
+
+void tst_TreeView::aHiddenPaneKeepsFocusAndScrollsWhenShown()
+{
+    build(*m_tree, garden);
+    for (int i = 0; i < 100; ++i)
+        m_tree->insert(Relationship::tvwChild, m_tree->root());
+    m_view->setFocus();
+    QVERIFY(m_view->PaneVisible());
+    m_view->setPaneVisible(false);
+    QVERIFY(!m_view->PaneVisible());
+    m_view->ScrollTo(m_tree->root()->child(101));
+    QCOMPARE(m_view->verticalScrollBar()->value(), 0);
+    m_view->setPaneVisible(true);
+    QVERIFY(m_view->verticalScrollBar()->value() > 0);
+    QVERIFY(m_view->hasFocus());
+}
+
+void tst_TreeView::scrollToShowsTheRow()
+{
+    build(*m_tree, garden);
+    for (int i = 0; i < 100; ++i)
+        m_tree->insert(Relationship::tvwChild, m_tree->root());
+    const Entry *last = m_tree->root()->child(102);
+    QVERIFY(!m_view->viewport()->rect().intersects(m_view->visualRect(m_tree->indexOf(last))));
+    m_view->ScrollTo(last);
+    QVERIFY(m_view->viewport()->rect().intersects(m_view->visualRect(m_tree->indexOf(last))));
+    m_view->ScrollTo(nullptr);
+}
+
+void tst_TreeView::theFontIsThatOfTheRows()
+{
+    build(*m_tree, garden);
+    const int before = m_view->visualRect(indexOf(u"Oak"_s)).height();
+    QFont font = m_view->Font();
+    font.setPointSize(40);
+    m_view->setFont(font);
+    QCOMPARE(m_view->Font().pointSize(), 40);
+    QVERIFY(m_view->visualRect(indexOf(u"Oak"_s)).height() > before);
+}
+
+void tst_TreeView::hitTestFindsTheEntryOfARow()
+{
+    build(*m_tree, garden);
+    QCOMPARE(m_view->HitTest(labelPoint(u"Oak"_s)), entry(u"Oak"_s));
+    QCOMPARE(m_view->HitTest({5, 290}), nullptr);
+    m_view->setEntryTree(nullptr);
+    QCOMPARE(m_view->HitTest({5, 5}), nullptr);
+}
+
+void tst_TreeView::filesDroppedAreLeftToTheWindow()
+{
+    QMimeData files;
+    files.setUrls({QUrl::fromLocalFile(u"/a.qly"_s)});
+    QDragEnterEvent enter({5, 5}, Qt::CopyAction, &files, Qt::LeftButton, Qt::NoModifier);
+    QApplication::sendEvent(m_view->viewport(), &enter);
+    QVERIFY(!m_view->acceptDrops() && !m_view->viewport()->acceptDrops());
+}
+
+void tst_TreeView::imagesFollowTagAndSelection()
+{
+    build(*m_tree, garden);
+    const auto picture = [this] {
+        return m_view->grab(m_view->visualRect(indexOf(u"Oak"_s)).adjusted(0, 0, 0, -1)).toImage();
+    };
+    const QImage plain = picture();
+    m_tree->setTagged(entry(u"Oak"_s), true);
+    const QImage tagged = picture();
+    QVERIFY(plain != tagged);
+    m_tree->setTagged(entry(u"Oak"_s), false);
+    QCOMPARE(picture(), plain);
+    for (const char *name : {"Folder", "FolderSelected", "FolderTagged", "FolderTaggedSelected"})
+        QVERIFY(QFile::exists(u":/quillery/icons/%1.svg"_s.arg(QLatin1StringView(name))));
+}
+
+void tst_TreeView::longLabelsCanBeScrolledTo()
+{
+    build(*m_tree, garden);
+    QCOMPARE(m_view->horizontalScrollBar()->maximum(), 0);
+    m_tree->setLabel(entry(u"Oak"_s), QString(200, u'W'));
+    QTRY_VERIFY(m_view->horizontalScrollBar()->maximum() > 0);
+}
+
+void tst_TreeView::aVeryDeepOutlineIsShownClosedAtItsEnd()
+{
+    m_tree->beginBulkChange();
+    Entry *bottom = nullptr;
+    for (int level = 1; level <= EntryTree::maximumCount; ++level) {
+        bottom = m_tree->insert(Relationship::tvwChild, bottom);
+        m_tree->setExpanded(bottom, true);
+    }
+    m_tree->select(bottom);
+    m_tree->endBulkChange();
+    m_view->ScrollTo(bottom);
+    m_window->repaint();
+    Entry *deepest = m_tree->root();
+    while (deepest->level() < TreeView::deepestOpenLevel)
+        deepest = deepest->firstChild();
+    QVERIFY(m_view->isExpanded(m_tree->indexOf(deepest)));
+    QVERIFY(!m_view->isExpanded(m_tree->indexOf(deepest->firstChild())));
+    QVERIFY(deepest->firstChild()->expanded());
+    // The user cannot open what lies beyond either.
+    m_view->expand(m_tree->indexOf(deepest->firstChild()));
+    QVERIFY(!m_view->isExpanded(m_tree->indexOf(deepest->firstChild())));
+    m_tree->setExpandedAll(m_tree->root(), false);
+    QCOMPARE(m_view->indexBelow(m_tree->index(0, 0)), QModelIndex());
+    m_tree->setExpandedAll(m_tree->root(), true);
+    QVERIFY(m_view->isExpanded(m_tree->indexOf(deepest)));
+}
+
+void tst_TreeView::anotherTreeReplacesTheFirst()
+{
+    build(*m_tree, garden);
+    EntryTree other;
+    build(other, "+A\n  B");
+    other.select(other.root()->firstChild());
+    QSignalSpy expanded(m_view, &TreeView::entryExpanded);
+    QSignalSpy clicked(m_view, &TreeView::nodeClicked);
+    m_view->setEntryTree(&other);
+    QCOMPARE(m_view->entryTree(), &other);
+    QCOMPARE(m_view->currentIndex(), other.indexOf(other.root()->firstChild()));
+    QVERIFY(m_view->isExpanded(other.indexOf(other.root())));
+    m_tree->setExpanded(entry(u"Tools"_s), true);
+    m_tree->select(m_tree->root());
+    QCOMPARE(expanded.size(), 0);
+    QCOMPARE(clicked.size(), 0);
+    m_view->setEntryTree(m_tree.get());
+    QCOMPARE(difference(), QString());
+}
+
+void tst_TreeView::theTreeMayGoFirst()
+{
+    build(*m_tree, garden);
+    m_tree->select(m_tree->root());
+    m_tree.reset();
+    m_window->repaint();
+    m_view->setFocus();
+    press(Qt::Key_Down);
+    m_view->StartLabelEdit();
+    m_view->ScrollTo(nullptr);
+    QCOMPARE(m_view->entryTree(), nullptr);
+    m_tree = std::make_unique<EntryTree>();
+}
+
+void tst_TreeView::randomChangesKeepViewAndTreeAlike()
+{
+    const QAbstractItemModelTester tester(m_tree.get(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+    build(*m_tree, garden);
+    quint32 state = 4711;
+    const auto random = [&state](int below) {
+        state = state * 1664525u + 1013904223u;
+        return static_cast<int>((state >> 8) % static_cast<quint32>(below));
+    };
+    QSignalSpy clicked(m_view, &TreeView::nodeClicked);
+    for (int step = 0; step < 600; ++step) {
+        Entry *any = m_tree->collection().at(1 + random(m_tree->entryCount()));
+        switch (random(9)) {
+        case 0:
+        case 1:
+            m_tree->insert(Relationship::tvwChild, any);
+            break;
+        case 2:
+            if (any != m_tree->root())
+                m_tree->insertCopy(*m_tree, any, Relationship::tvwNext, any);
+            break;
+        case 3:
+            if (any != m_tree->root())
+                m_tree->remove(any);
+            break;
+        case 4:
+        case 5:
+            m_tree->setExpanded(any, random(4) > 0);
+            break;
+        case 6:
+            m_tree->select(random(5) == 0 ? nullptr : any);
+            break;
+        case 7:
+            m_tree->setLabel(any, QString::number(random(100)));
+            m_tree->setSorted(any, true);
+            break;
+        default:
+            m_tree->setExpandedAll(any, random(2) == 0);
+            break;
+        }
+        QCOMPARE(difference(), QString());
+        if (m_tree->entryCount() > 400)
+            m_tree->remove(m_tree->root()->firstChild());
+    }
+    QCOMPARE(clicked.size(), 0);
+    m_window->repaint();
+}
+
+QTEST_MAIN(tst_TreeView)
+#include "tst_TreeView.moc"
