@@ -1,0 +1,160 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "app/modMain.h"
+
+#include "app/AppPorts.h"
+#include "app/Blanks.h"
+#include "app/SessionLog.h"
+#include "app/modMRU.h"
+#include "model/Document.h"
+#include "model/Globals.h"
+#include "model/Ports.h"
+#include "model/modDoc.h"
+#include "model/modFile.h"
+#include "util/FullPath.h"
+#include "util/Procedure.h"
+#include "util/SettingsStore.h"
+#include "util/modString.h"
+
+#include <QLocale>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+constexpr QLatin1StringView lineEnd("\r\n");
+
+// The base of the error numbers that components define for themselves.
+constexpr qint32 objectErrorBase = -2147221504;
+
+const QString workspaceSection = u"Workspace"_s;
+
+QString dateAndTime()
+{
+    const QDateTime now = appPorts().clock->now();
+    const QLocale locale = QLocale::system();
+    return locale.toString(now.date(), QLocale::ShortFormat) + u' ' + locale.toString(now.time(), QLocale::ShortFormat);
+}
+
+QString errorRecord(const ErrorReport &report)
+{
+    QString record = u"Error "_s;
+    qint32 number = report.number;
+    // Only the base itself counts as a component's error, not the numbers above it.
+    if (number == objectErrorBase) {
+        record += u"returned by VB object "_s;
+        number -= objectErrorBase;
+    }
+    return record + QString::number(number) + u" - "_s + report.description + lineEnd + report.source + u' ' +
+           g_sProcedure;
+}
+
+} // namespace
+
+namespace modMain
+{
+
+void Initialise()
+{
+    procedure("modMain Initialise", [] {
+        WriteLog(u"Session started at "_s + dateAndTime());
+        InitialiseGlobals();
+        LoadSettings();
+        appPorts().recentFiles->LoadMRUFiles();
+        LoadInitialFiles();
+        ports().commands->MenuEnable(iDocumentCount);
+        ports().commands->MenuEnableDynamic();
+    });
+}
+
+void Finalise()
+{
+    procedure("modMain Finalise", [] {
+        SaveSettings();
+        appPorts().recentFiles->SaveMRUFiles();
+        SaveWorkingFiles();
+        WriteLog(u"Session ended at "_s + dateAndTime());
+    });
+}
+
+QStringList GetCommandLineFiles(const QString &arguments)
+{
+    return procedure("modMain GetCommandLineFiles", [&] {
+        QStringList files;
+        const QString text = withoutOuterBlanks(arguments);
+        for (const QString &name : text.split(u' ', Qt::SkipEmptyParts)) {
+            const QString sFile = FullPathName(name);
+            if (modString::FileExists(sFile))
+                files.append(sFile);
+        }
+        return files.isEmpty() ? QStringList(QString()) : files;
+    });
+}
+
+void LoadInitialFiles()
+{
+    procedure("modMain LoadInitialFiles", [] {
+        bool bFileGiven = false;
+        for (const QString &name : GetCommandLineFiles(appPorts().commandLine)) {
+            const QString sFile = FullPathName(name);
+            if (!modString::FileExists(sFile))
+                continue;
+            bFileGiven = true;
+            if (!modDoc::DocLoad(sFile))
+                return;
+        }
+        if (bFileGiven)
+            return;
+        if (g_options.StartWithLatestDocuments)
+            LoadWorkingFiles();
+        if (g_options.StartWithNewDocument)
+            modFile::FileNew();
+    });
+}
+
+void LoadWorkingFiles()
+{
+    procedure("modMain LoadWorkingFiles", [] {
+        for (const auto &[key, name] : appPorts().settings->section(workspaceSection)) {
+            const QString sFile = FullPathName(name);
+            // One damaged document is no reason to lose sight of the others.
+            if (modString::FileExists(sFile))
+                modDoc::DocLoad(sFile);
+        }
+    });
+}
+
+void SaveWorkingFiles()
+{
+    procedure("modMain SaveWorkingFiles", [] {
+        SettingsStore &settings = *appPorts().settings;
+        for (const auto &[key, name] : settings.section(workspaceSection))
+            settings.removeValue(workspaceSection, key);
+        int counter = 0;
+        for (const Document *document : ports().windows->documents())
+            settings.setValue(workspaceSection, QString::number(++counter), document->m_sFile);
+        settings.flush();
+    });
+}
+
+void WriteLog(const QString &record)
+{
+    try {
+        g_sProcedure = u"modMain WriteLog"_s;
+        if (appPorts().log)
+            appPorts().log->append(record);
+    } catch (...) {
+        // A report of this failure would have to be written to the very same log.
+    }
+}
+
+void ReportError(const ErrorReport &report)
+{
+    WriteLog(errorRecord(report));
+    if (ports().pointer)
+        ports().pointer->setHourglass(false);
+}
+
+} // namespace modMain
