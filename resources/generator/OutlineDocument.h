@@ -1,0 +1,17 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "OutlineSource.h"
+
+#include <QByteArray>
+
+class Document;
+
+// Fills an empty document from a source: fonts, entries with their texts in stored form, tags, the open levels, and the
+// root as the selected entry.
+void buildDocument(const OutlineSource &source, Document &document);
+
+// The bytes of a native file made from a source. Throws SourceError for a mistake in the source.
+QByteArray makeNativeFile(QStringView source);

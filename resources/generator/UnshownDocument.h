@@ -1,0 +1,143 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "model/Document.h"
+#include "model/DocumentWindow.h"
+#include "model/OutlinePane.h"
+#include "model/TextPane.h"
+
+// Panes and a window that show nothing, for documents that only exist to be written to a file.
+
+class UnshownOutlinePane final : public OutlinePane
+{
+public:
+    bool PaneVisible() const override { return false; }
+
+    void setPaneVisible(bool) override {}
+
+    QFont Font() const override { return {}; }
+
+    void setFont(const QFont &) override {}
+
+    LabelEditMode LabelEdit() const override { return LabelEditMode::tvwManual; }
+
+    void setLabelEdit(LabelEditMode) override {}
+
+    void StartLabelEdit() override {}
+
+    void EndLabelEdit() override {}
+
+    void ScrollTo(const Entry *) override {}
+
+    void ClearDropHighlight() override {}
+
+    void setFocus() override {}
+};
+
+class UnshownTextPane final : public TextPane
+{
+public:
+    QByteArray TextRTF() const override { return {}; }
+
+    void setTextRTF(const QByteArray &) override {}
+
+    QString Text() const override { return {}; }
+
+    QByteArray SelRTF() const override { return {}; }
+
+    void setSelRTF(const QByteArray &) override {}
+
+    QString SelText() const override { return {}; }
+
+    void setSelText(const QString &) override {}
+
+    int SelStart() const override { return 0; }
+
+    void setSelStart(int) override {}
+
+    int SelLength() const override { return 0; }
+
+    void setSelLength(int) override {}
+
+    std::optional<bool> SelBold() const override { return {}; }
+
+    void setSelBold(bool) override {}
+
+    std::optional<bool> SelItalic() const override { return {}; }
+
+    void setSelItalic(bool) override {}
+
+    std::optional<bool> SelUnderline() const override { return {}; }
+
+    void setSelUnderline(bool) override {}
+
+    std::optional<bool> SelStrikeThru() const override { return {}; }
+
+    void setSelStrikeThru(bool) override {}
+
+    std::optional<QString> SelFontName() const override { return {}; }
+
+    void setSelFontName(const QString &) override {}
+
+    std::optional<double> SelFontSize() const override { return {}; }
+
+    void setSelFontSize(double) override {}
+
+    std::optional<QColor> SelColor() const override { return {}; }
+
+    void setSelColor(const QColor &) override {}
+
+    std::optional<bool> SelBullet() const override { return {}; }
+
+    void setSelBullet(bool) override {}
+
+    std::optional<int> SelIndent() const override { return {}; }
+
+    void setSelIndent(int) override {}
+
+    std::optional<Alignment> SelAlignment() const override { return {}; }
+
+    void setSelAlignment(Alignment) override {}
+
+    QFont Font() const override { return {}; }
+
+    void setFont(const QFont &) override {}
+
+    bool Locked() const override { return true; }
+
+    void setLocked(bool) override {}
+
+    bool PaneVisible() const override { return false; }
+
+    void setPaneVisible(bool) override {}
+
+    void setFocus() override {}
+
+    int Find(const QString &, int, int, int) override { return -1; }
+};
+
+class UnshownWindow final : public DocumentWindow
+{
+public:
+    QString caption() const override { return {}; }
+
+    void setCaption(const QString &) override {}
+
+    void activate() override {}
+
+    bool close() override { return true; }
+
+    void autoFitSplit() override {}
+};
+
+class UnshownDocument
+{
+    UnshownOutlinePane m_outlinePane;
+    UnshownTextPane m_textPane;
+    UnshownWindow m_window;
+
+public:
+    Document document{m_outlinePane, m_textPane, m_window};
+};
