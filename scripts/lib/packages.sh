@@ -47,11 +47,11 @@ need_packages() {
         return
     fi
 
-    say "Installing ${missing[*]}"
     # Old package lists name files that the mirror no longer has, so they are renewed; when that fails, the lists that
     # are there may still do.
     local -a apt=(env DEBIAN_FRONTEND=noninteractive apt-get -q -o Acquire::Retries=3 -o DPkg::Lock::Timeout=300)
     if as_root true; then
+        say "Installing ${missing[*]}"
         as_root "${apt[@]}" update </dev/null >&2 || say "The package lists could not be renewed; trying with those there are"
         if as_root "${apt[@]}" install -y --no-install-recommends "${missing[@]}" </dev/null >&2; then
             return
