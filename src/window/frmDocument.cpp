@@ -5,7 +5,9 @@
 
 #include "window/SplitterBar.h"
 #include "window/modSplit.h"
+#include "window/modView.h"
 
+#include "platform/OutlineWidth.h"
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 
@@ -51,6 +53,7 @@ frmDocument::frmDocument(QWidget *parent)
     setObjectName(u"frmDocument"_s);
     setFocusProxy(treeView);
     treeView->setEntryTree(&m_document->tree);
+    outlineWidth = new OutlineWidth(*treeView);
     treeView->installEventFilter(this);
     textBox->installEventFilter(this);
     setTabOrder(treeView, textBox);
@@ -167,6 +170,7 @@ void frmDocument::connectSplit()
     connect(imgSplitter, &SplitterBar::grabbed, this, [this] { modSplit::SplitMoveStart(*this); });
     connect(imgSplitter, &SplitterBar::dragged, this, [this](int left) { modSplit::SplitMove(*this, toTwips(left)); });
     connect(imgSplitter, &SplitterBar::released, this, [this] { modSplit::SplitMoveEnd(*this); });
+    connect(imgSplitter, &SplitterBar::doubleClicked, this, [] { modView::ViewFitSplit(); });
     connect(picSplitter, &GhostBar::stepped, this, [this](int direction) {
         modSplit::SplitMove(*this, m_fGhostPosition + static_cast<float>(direction) * modSplit::keyboardStep);
     });
@@ -222,7 +226,7 @@ void frmDocument::showEvent(QShowEvent *event)
     QWidget::showEvent(event);
     // Until the window has a size of its own there is nothing to divide: a third of both panes' width is the outline's.
     if (m_fTreeWidth <= 0)
-        modSplit::SplitSizeControls(*this, (Width() - modSplit::rightHandAllowance) / 3);
+        modView::ViewInitialise(*this);
 }
 
 void frmDocument::changeEvent(QEvent *event)

@@ -12,6 +12,7 @@
 #include <memory>
 
 class GhostBar;
+class OutlineWidth;
 class RichTextBox;
 class SplitterBar;
 class TreeView;
@@ -48,6 +49,7 @@ public:
 
     TreeView *const treeView;
     RichTextBox *const textBox;
+    OutlineWidth *outlineWidth = nullptr;
     SplitterBar *const imgSplitter;
     GhostBar *const picSplitter;
 

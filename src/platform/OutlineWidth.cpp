@@ -1,0 +1,138 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "platform/OutlineWidth.h"
+
+#include "model/EntryTree.h"
+#include "platform/TreeView.h"
+
+#include <QEvent>
+
+#include <algorithm>
+
+namespace
+{
+
+// How much wider than the sum of its characters a shaped label may become, in percent.
+constexpr int shapingAllowance = 10;
+
+struct Candidate {
+    const Entry *entry;
+    int atMost;
+};
+
+} // namespace
+
+OutlineWidth::OutlineWidth(TreeView &view)
+    : QObject(&view)
+    , m_view(view)
+    , m_metrics(view.font())
+{
+    forgetFont();
+    view.installEventFilter(this);
+    EntryTree *tree = view.entryTree();
+    const auto forget = [this] { m_known = false; };
+    connect(tree, &EntryTree::rowsInserted, this, forget);
+    connect(tree, &EntryTree::rowsRemoved, this, forget);
+    connect(tree, &EntryTree::modelReset, this, forget);
+    connect(tree, &EntryTree::labelChanged, this, forget);
+    connect(tree, &EntryTree::expandedChanged, this, forget);
+    connect(tree, &EntryTree::expansionReset, this, forget);
+}
+
+bool OutlineWidth::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::FontChange || event->type() == QEvent::StyleChange)
+        forgetFont();
+    return QObject::eventFilter(watched, event);
+}
+
+void OutlineWidth::forgetFont()
+{
+    m_metrics = QFontMetrics(m_view.font());
+    m_latin.fill(-1);
+    m_others.clear();
+    m_known = false;
+}
+
+int OutlineWidth::widestRow()
+{
+    measure();
+    return m_widest;
+}
+
+int OutlineWidth::visibleRows()
+{
+    measure();
+    return m_rows;
+}
+
+// Adding up the widths of characters bounds a row's width; only the rows whose bound exceeds the widest found so far
+// are measured as they are drawn.
+void OutlineWidth::measure()
+{
+    const EntryTree *tree = m_view.entryTree();
+    if (m_known || !tree)
+        return;
+    m_known = true;
+    m_widest = 0;
+    m_rows = 0;
+    std::vector<Candidate> candidates;
+    int level = 1;
+    const Entry *entry = tree->root();
+    while (entry) {
+        ++m_rows;
+        candidates.push_back({entry, level * m_view.indentation() + estimate(entry->label())});
+        if (entry->expanded() && entry->childCount() > 0 && level <= TreeView::deepestOpenLevel) {
+            entry = entry->firstChild();
+            ++level;
+            continue;
+        }
+        while (entry && !entry->next()) {
+            entry = entry->parent();
+            --level;
+        }
+        entry = entry ? entry->next() : nullptr;
+    }
+    const auto narrower = [](const Candidate &a, const Candidate &b) { return a.atMost < b.atMost; };
+    std::make_heap(candidates.begin(), candidates.end(), narrower);
+    while (!candidates.empty() && candidates.front().atMost > m_widest) {
+        const Entry *widest = candidates.front().entry;
+        std::pop_heap(candidates.begin(), candidates.end(), narrower);
+        candidates.pop_back();
+        m_widest = std::max(m_widest, widest->level() * m_view.indentation() + exactWidth(widest));
+    }
+}
+
+int OutlineWidth::estimate(QStringView label)
+{
+    int width = 0;
+    for (const QChar character : label)
+        width += estimate(character);
+    // The image and the margins around it and the label.
+    const int frame = m_view.iconSize().width() + 6 * m_metrics.averageCharWidth();
+    return width + width * shapingAllowance / 100 + frame;
+}
+
+int OutlineWidth::estimate(QChar character)
+{
+    // Half a character beyond the basic plane; the whole is as wide as it is high.
+    if (character.isSurrogate())
+        return m_metrics.height();
+    const char16_t code = character.unicode();
+    if (code < m_latin.size()) {
+        qint16 &width = m_latin[code];
+        if (width < 0)
+            width = static_cast<qint16>(m_metrics.horizontalAdvance(character));
+        return width;
+    }
+    auto found = m_others.find(code);
+    if (found == m_others.end())
+        found = m_others.insert(code, static_cast<qint16>(m_metrics.horizontalAdvance(character)));
+    return *found;
+}
+
+int OutlineWidth::exactWidth(const Entry *entry) const
+{
+    return m_view.sizeHintForIndex(m_view.entryTree()->indexOf(entry)).width();
+}

@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "support/FakePorts.h"
+
+#include "formats/Formats.h"
+#include "model/modNodes.h"
+#include "platform/RichTextBox.h"
+#include "platform/TreeView.h"
+#include "window/frmDocument.h"
+
+#include <QMainWindow>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QTemporaryDir>
+
+// Real document windows in a real multiple-document area, with scripted dialogs and command surface around them.
+class WindowFixture final : public DocumentWindows
+{
+public:
+    WindowFixture()
+    {
+        fakes.windows.open.clear();
+        ports().windows = this;
+        ports().formats = &formats;
+        area = new QMdiArea(&main);
+        main.setCentralWidget(area);
+        main.resize(1000, 700);
+        main.show();
+        QObject::connect(area, &QMdiArea::subWindowActivated, area, [](QMdiSubWindow *subWindow) {
+            if (subWindow)
+                static_cast<frmDocument *>(subWindow->widget())->Form_Activate();
+        });
+    }
+
+    Document &createDocument() override
+    {
+        auto *form = new frmDocument;
+        QMdiSubWindow *subWindow = area->addSubWindow(form);
+        subWindow->resize(800, 500);
+        form->show();
+        area->setActiveSubWindow(subWindow);
+        return form->document();
+    }
+
+    Document *activeDocument() const override
+    {
+        QMdiSubWindow *subWindow = area->currentSubWindow();
+        return subWindow ? &static_cast<frmDocument *>(subWindow->widget())->document() : nullptr;
+    }
+
+    std::vector<Document *> documents() const override
+    {
+        std::vector<Document *> all;
+        for (QMdiSubWindow *subWindow : area->subWindowList(QMdiArea::CreationOrder))
+            all.push_back(&static_cast<frmDocument *>(subWindow->widget())->document());
+        return all;
+    }
+
+    void closeMainWindow() override { main.close(); }
+
+    frmDocument &form() const { return *static_cast<frmDocument *>(area->currentSubWindow()->widget()); }
+
+    FakePorts fakes;
+    Formats formats;
+    QMainWindow main;
+    QMdiArea *area = nullptr;
+    QTemporaryDir folder;
+};

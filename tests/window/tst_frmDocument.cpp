@@ -1,0 +1,342 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "window/WindowFixture.h"
+
+#include "model/StoredText.h"
+#include "model/modDoc.h"
+#include "model/modFile.h"
+#include "rtf/Rtf.h"
+
+#include <QLineEdit>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class tst_frmDocument : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void aNewWindowIsCountedAndAnnounced();
+    void typingIsStoredWhenAnotherEntryIsClicked();
+    void typingMarksTheDocumentChanged();
+    void selectingWithTheArrowKeysShowsTheEntrysText();
+    void focusFlagsFollowThePanes();
+    void tabMovesBetweenThePanes();
+    void f2EditsTheLabelInPlace();
+    void f2LeavesALabelOfAReadOnlyDocumentAlone();
+    void aReadOnlyDocumentRefusesTyping();
+    void collapsingTheBranchOfTheSelectionSelectsItsHead();
+    void collapsingTheRootSetsLevelOne();
+    void eventsAreSilentWhileBusy();
+    void closingAnUnchangedDocumentAsksNothing();
+    void closingAChangedReadOnlyDocumentAsksNothing();
+    void cancelKeepsTheWindowAndTheCount();
+    void noClosesWithoutSaving();
+    void yesSavesAndCloses();
+    void yesWithACancelledSaveDialogKeepsTheWindow();
+    void yesWithAFailedSaveKeepsTheWindowAndAsksAgain();
+    void aFailedLoadKeepsItsNoticeUntilTheSelectionMoves();
+
+private:
+    Document &openThreeEntries();
+
+    frmDocument &form() { return m_fixture->form(); }
+
+    Document &document() { return form().document(); }
+
+    QString textOf(const Entry *entry);
+    void clickOn(const Entry *entry);
+
+    std::unique_ptr<WindowFixture> m_fixture;
+};
+
+void tst_frmDocument::init()
+{
+    m_fixture = std::make_unique<WindowFixture>();
+    QVERIFY(QTest::qWaitForWindowActive(&m_fixture->main));
+}
+
+void tst_frmDocument::cleanup()
+{
+    m_fixture.reset();
+}
+
+Document &tst_frmDocument::openThreeEntries()
+{
+    modDoc::DocNew();
+    Document &opened = *DocumentActive();
+    Entry *root = modNodes::NodeInsert(opened, Relationship::tvwFirst, nullptr);
+    opened.tree.setLabel(root, u"Root"_s);
+    for (const QString &label : {u"First"_s, u"Second"_s}) {
+        Entry *child = modNodes::NodeInsert(opened, Relationship::tvwChild, root);
+        opened.tree.setLabel(child, label);
+        opened.tree.setStoredText(child, "Text of " + label.toLatin1());
+    }
+    opened.tree.setExpanded(root, true);
+    modNodes::NodeSelect(opened, root);
+    opened.m_bDataChanged = false;
+    return opened;
+}
+
+QString tst_frmDocument::textOf(const Entry *entry)
+{
+    return rtf::toPlainText(NodeTextDecompressIfRequired(document().tree.storedText(entry)));
+}
+
+void tst_frmDocument::clickOn(const Entry *entry)
+{
+    const QRect row = form().treeView->visualRect(document().tree.indexOf(entry));
+    QTest::mouseClick(form().treeView->viewport(), Qt::LeftButton, {}, row.center());
+}
+
+void tst_frmDocument::aNewWindowIsCountedAndAnnounced()
+{
+    openThreeEntries();
+    QCOMPARE(iDocumentCount, qint16(1));
+    QCOMPARE(m_fixture->fakes.commands.menuEnableCounts.back(), 1);
+    QCOMPARE(form().caption(), u"Document 1"_s);
+}
+
+void tst_frmDocument::typingIsStoredWhenAnotherEntryIsClicked()
+{
+    Document &opened = openThreeEntries();
+    Entry *first = opened.tree.root()->child(0);
+    clickOn(first);
+    QCOMPARE(opened.txtRTF.Text(), u"Text of First"_s);
+    form().textBox->setFocus();
+    QTest::keyClick(form().textBox, Qt::Key_End);
+    QTest::keyClicks(form().textBox, u" grows"_s);
+    clickOn(opened.tree.root()->child(1));
+    QCOMPARE(opened.txtRTF.Text(), u"Text of Second"_s);
+    QCOMPARE(textOf(first), u"Text of First grows"_s);
+    clickOn(first);
+    QCOMPARE(opened.txtRTF.Text(), u"Text of First grows"_s);
+}
+
+void tst_frmDocument::typingMarksTheDocumentChanged()
+{
+    Document &opened = openThreeEntries();
+    QVERIFY(!opened.m_bDataChanged);
+    form().textBox->setFocus();
+    QTest::keyClicks(form().textBox, u"x"_s);
+    QVERIFY(opened.m_bDataChanged);
+    QCOMPARE(textOf(opened.tree.root()), u"x"_s);
+}
+
+void tst_frmDocument::selectingWithTheArrowKeysShowsTheEntrysText()
+{
+    Document &opened = openThreeEntries();
+    form().treeView->setFocus();
+    QTest::keyClick(form().treeView, Qt::Key_Down);
+    QCOMPARE(opened.tree.selected(), opened.tree.root()->child(0));
+    QCOMPARE(opened.txtRTF.Text(), u"Text of First"_s);
+    QTest::keyClick(form().treeView, Qt::Key_Down);
+    QCOMPARE(opened.txtRTF.Text(), u"Text of Second"_s);
+    QCOMPARE(m_fixture->fakes.commands.statusText, u"Second"_s);
+}
+
+void tst_frmDocument::focusFlagsFollowThePanes()
+{
+    Document &opened = openThreeEntries();
+    form().treeView->setFocus();
+    QVERIFY(opened.m_bOutlineHasFocus);
+    QVERIFY(!opened.m_bTextHasFocus);
+    const int refreshed = m_fixture->fakes.commands.timesMenuEnableDynamic;
+    form().textBox->setFocus();
+    QVERIFY(!opened.m_bOutlineHasFocus);
+    QVERIFY(opened.m_bTextHasFocus);
+    QVERIFY(m_fixture->fakes.commands.timesMenuEnableDynamic > refreshed);
+}
+
+void tst_frmDocument::tabMovesBetweenThePanes()
+{
+    openThreeEntries();
+    form().treeView->setFocus();
+    QTest::keyClick(form().treeView, Qt::Key_Tab);
+    QVERIFY(form().textBox->hasFocus());
+    QTest::keyClick(form().textBox, Qt::Key_Tab, Qt::ShiftModifier);
+    QVERIFY(form().treeView->hasFocus());
+}
+
+void tst_frmDocument::f2EditsTheLabelInPlace()
+{
+    Document &opened = openThreeEntries();
+    form().treeView->setFocus();
+    QTest::keyClick(form().treeView, Qt::Key_F2);
+    auto *editor = form().treeView->findChild<QLineEdit *>();
+    QVERIFY(editor);
+    editor->selectAll();
+    QTest::keyClicks(editor, u"Renamed"_s);
+    QTest::keyClick(editor, Qt::Key_Return);
+    QCOMPARE(opened.tree.root()->label(), u"Renamed"_s);
+    QVERIFY(opened.m_bDataChanged);
+    QCOMPARE(m_fixture->fakes.commands.statusText, u"Renamed"_s);
+}
+
+void tst_frmDocument::f2LeavesALabelOfAReadOnlyDocumentAlone()
+{
+    const QString file = m_fixture->folder.filePath(u"fixed.qly"_s);
+    openThreeEntries();
+    QCOMPARE(modDoc::DocSave(file), SaveOutcome::Saved);
+    QVERIFY(QFile::setPermissions(file, QFileDevice::ReadOwner | QFileDevice::ReadUser));
+    QVERIFY(modDoc::DocLoad(file));
+    QVERIFY(form().caption().endsWith(u"fixed.qly (read-only)"_s));
+    form().treeView->setFocus();
+    QTest::keyClick(form().treeView, Qt::Key_F2);
+    QVERIFY(!form().treeView->findChild<QLineEdit *>());
+}
+
+void tst_frmDocument::aReadOnlyDocumentRefusesTyping()
+{
+    const QString file = m_fixture->folder.filePath(u"fixed.qly"_s);
+    openThreeEntries();
+    QCOMPARE(modDoc::DocSave(file), SaveOutcome::Saved);
+    QVERIFY(QFile::setPermissions(file, QFileDevice::ReadOwner | QFileDevice::ReadUser));
+    QVERIFY(modDoc::DocLoad(file));
+    form().textBox->setFocus();
+    QTest::keyClicks(form().textBox, u"x"_s);
+    QCOMPARE(document().txtRTF.Text(), QString());
+}
+
+void tst_frmDocument::collapsingTheBranchOfTheSelectionSelectsItsHead()
+{
+    Document &opened = openThreeEntries();
+    clickOn(opened.tree.root()->child(1));
+    form().treeView->setFocus();
+    opened.tree.setExpanded(opened.tree.root(), false);
+    QCOMPARE(opened.tree.selected(), opened.tree.root());
+    QVERIFY(opened.m_bDataChanged);
+}
+
+void tst_frmDocument::collapsingTheRootSetsLevelOne()
+{
+    Document &opened = openThreeEntries();
+    opened.m_iExpansionLevel = 3;
+    form().treeView->setFocus();
+    QTest::keyClick(form().treeView, Qt::Key_Left);
+    QVERIFY(!opened.tree.root()->expanded());
+    QCOMPARE(opened.m_iExpansionLevel, qint16(1));
+    QTest::keyClick(form().treeView, Qt::Key_Right);
+    QVERIFY(opened.tree.root()->expanded());
+    QCOMPARE(opened.m_iExpansionLevel, qint16(0));
+}
+
+void tst_frmDocument::eventsAreSilentWhileBusy()
+{
+    Document &opened = openThreeEntries();
+    const BusyScope busy;
+    clickOn(opened.tree.root()->child(1));
+    opened.tree.setExpanded(opened.tree.root(), false);
+    QVERIFY(!opened.m_bDataChanged);
+    QCOMPARE(opened.txtRTF.Text(), QString());
+}
+
+void tst_frmDocument::closingAnUnchangedDocumentAsksNothing()
+{
+    openThreeEntries();
+    QVERIFY(document().window.close());
+    QCOMPARE(iDocumentCount, qint16(0));
+    QVERIFY(m_fixture->fakes.dialogs.questions.isEmpty());
+}
+
+void tst_frmDocument::closingAChangedReadOnlyDocumentAsksNothing()
+{
+    const QString file = m_fixture->folder.filePath(u"fixed.qly"_s);
+    openThreeEntries();
+    QCOMPARE(modDoc::DocSave(file), SaveOutcome::Saved);
+    QVERIFY(QFile::setPermissions(file, QFileDevice::ReadOwner | QFileDevice::ReadUser));
+    document().m_bDataChanged = true;
+    QVERIFY(document().window.close());
+    QVERIFY(m_fixture->fakes.dialogs.questions.isEmpty());
+}
+
+void tst_frmDocument::cancelKeepsTheWindowAndTheCount()
+{
+    openThreeEntries();
+    document().m_bDataChanged = true;
+    m_fixture->fakes.dialogs.answers = {Answer::Cancel};
+    QVERIFY(!document().window.close());
+    QCOMPARE(iDocumentCount, qint16(1));
+    QCOMPARE(m_fixture->documents().size(), size_t(1));
+    QVERIFY(document().m_bDataChanged);
+    QCOMPARE(m_fixture->fakes.dialogs.questions, QStringList{u"Do you want to save the file ?"_s});
+}
+
+void tst_frmDocument::noClosesWithoutSaving()
+{
+    const QString file = m_fixture->folder.filePath(u"kept.qly"_s);
+    openThreeEntries();
+    document().m_sFile = file;
+    document().m_bDataChanged = true;
+    m_fixture->fakes.dialogs.answers = {Answer::No};
+    QVERIFY(document().window.close());
+    QVERIFY(!QFile::exists(file));
+    QCOMPARE(iDocumentCount, qint16(0));
+    QCOMPARE(m_fixture->fakes.commands.menuEnableCounts.back(), 0);
+    QCOMPARE(m_fixture->fakes.dialogs.questions, QStringList{u"Do you want to save the file "_s + file + u"?"_s});
+}
+
+void tst_frmDocument::yesSavesAndCloses()
+{
+    const QString file = m_fixture->folder.filePath(u"kept.qly"_s);
+    openThreeEntries();
+    document().m_bDataChanged = true;
+    m_fixture->fakes.dialogs.answers = {Answer::Yes};
+    m_fixture->fakes.dialogs.saveNames = {file};
+    QVERIFY(document().window.close());
+    QVERIFY(QFile::exists(file));
+    QCOMPARE(iDocumentCount, qint16(0));
+}
+
+void tst_frmDocument::yesWithACancelledSaveDialogKeepsTheWindow()
+{
+    openThreeEntries();
+    document().m_bDataChanged = true;
+    m_fixture->fakes.dialogs.answers = {Answer::Yes};
+    m_fixture->fakes.dialogs.saveNames = {std::nullopt};
+    QVERIFY(!document().window.close());
+    QVERIFY(document().m_bDataChanged);
+    QCOMPARE(iDocumentCount, qint16(1));
+}
+
+void tst_frmDocument::yesWithAFailedSaveKeepsTheWindowAndAsksAgain()
+{
+    openThreeEntries();
+    const QString file = m_fixture->folder.filePath(u"no such folder/kept.qly"_s);
+    document().m_sFile = file;
+    document().m_bDataChanged = true;
+    m_fixture->fakes.dialogs.answers = {Answer::Yes, Answer::No};
+    QVERIFY(!document().window.close());
+    QCOMPARE(m_fixture->fakes.commands.statusText, u"The file %1 could not be saved"_s.arg(file));
+    QVERIFY(document().window.close());
+    QCOMPARE(m_fixture->fakes.dialogs.questions.size(), 2);
+}
+
+void tst_frmDocument::aFailedLoadKeepsItsNoticeUntilTheSelectionMoves()
+{
+    const QString file = m_fixture->folder.filePath(u"cut.qly"_s);
+    openThreeEntries();
+    QCOMPARE(modDoc::DocSave(file), SaveOutcome::Saved);
+    QFile cut(file);
+    QVERIFY(cut.open(QIODevice::ReadWrite));
+    QVERIFY(cut.resize(cut.size() - 1));
+    cut.close();
+    QVERIFY(!modDoc::DocLoad(file));
+    const QString notice = u"The file %1 could not be read whole"_s.arg(file);
+    QCOMPARE(m_fixture->fakes.commands.statusText, notice);
+    QVERIFY(document().m_sFile.isEmpty());
+    QCOMPARE(document().tree.entryCount(), 3);
+    form().Form_Activate();
+    QCOMPARE(m_fixture->fakes.commands.statusText, notice);
+    form().treeView->setFocus();
+    QTest::keyClick(form().treeView, Qt::Key_Down);
+    QCOMPARE(m_fixture->fakes.commands.statusText, u"First"_s);
+}
+
+QTEST_MAIN(tst_frmDocument)
+#include "tst_frmDocument.moc"
