@@ -139,6 +139,42 @@ Entry *EntryTree::attach(std::unique_ptr<Entry> subtree, const Place &place)
     return top;
 }
 
+void EntryTree::move(Entry *entry, Relationship relationship, Entry *relative)
+{
+    const Place place = placeFor(relationship, relative);
+    if (!entry->m_parent || !place.parent || place.parent == entry || entry->isAncestorOf(place.parent))
+        throw RunTimeError(ErrorNumber::InvalidCall, u"An entry cannot be moved into itself"_s);
+    Entry *from = entry->m_parent;
+    const int row = entry->m_row;
+    const bool inPlace = from == place.parent && (place.row == row || place.row == row + 1);
+    if (!inPlace) {
+        if (announcing())
+            beginMoveRows(indexOf(from), row, row, indexOf(place.parent), place.row);
+        std::vector<std::unique_ptr<Entry>> &old = from->m_children;
+        std::unique_ptr<Entry> moving = std::move(old[static_cast<size_t>(row)]);
+        old.erase(old.begin() + row);
+        // The place was counted with the entry still among its siblings.
+        const int newRow = place.row - (from == place.parent && place.row > row ? 1 : 0);
+        entry->m_parent = place.parent;
+        std::vector<std::unique_ptr<Entry>> &siblings = place.parent->m_children;
+        siblings.insert(siblings.begin() + newRow, std::move(moving));
+        renumber(from, from == place.parent ? std::min(row, newRow) : row);
+        if (from != place.parent)
+            renumber(place.parent, newRow);
+        if (announcing())
+            endMoveRows();
+    }
+    renewInsertion(entry);
+}
+
+void EntryTree::renewInsertion(Entry *entry)
+{
+    for (Entry *each = entry; each; each = nextInOutline(each, entry)) {
+        m_collection.remove(each);
+        m_collection.append(each);
+    }
+}
+
 void EntryTree::remove(Entry *entry)
 {
     if (m_selected && (m_selected == entry || entry->isAncestorOf(m_selected)))

@@ -46,6 +46,11 @@ public:
     // Adds a copy of the source's subtree as it stands now, which may be of another tree: labels, stored texts and
     // expansion, never tags. Errors as insert(); a refused copy changes nothing.
     Entry *insertCopy(const EntryTree &sourceTree, const Entry *source, Relationship relationship, Entry *relative);
+    // Puts an entry with its subtree, as it is, at another place of this tree; it goes to the end of the order of
+    // insertion. Error 5 when the place lies inside the subtree or does not exist.
+    void move(Entry *entry, Relationship relationship, Entry *relative);
+    // Moves an entry's subtree to the end of the order of insertion.
+    void renewInsertion(Entry *entry);
     // Removes an entry with its subtree; a selection inside is dropped.
     void remove(Entry *entry);
     void clear();
@@ -136,6 +141,25 @@ private:
     mutable std::function<QByteArray()> m_pendingSource;
     int m_taggedCount = 0;
     int m_bulkDepth = 0;
+};
+
+// Announces what happens to a tree while it lives as one reset, so that the pane is laid out once.
+class BulkChange
+{
+public:
+    explicit BulkChange(EntryTree &tree)
+        : m_tree(tree)
+    {
+        m_tree.beginBulkChange();
+    }
+
+    ~BulkChange() { m_tree.endBulkChange(); }
+
+    BulkChange(const BulkChange &) = delete;
+    BulkChange &operator=(const BulkChange &) = delete;
+
+private:
+    EntryTree &m_tree;
 };
 
 // A reference to an entry that empties itself when the entry or its tree goes away.

@@ -48,30 +48,11 @@ qint16 fileFormatVersion(const QString &sFile, const QByteArray &buffer)
     return Numbers::toInt16(Numbers::toNumber(Numbers::isNumeric(sStored) ? sStored : sDefault));
 }
 
-// Announces the whole outline to the panes at once, however its building ends.
-class BulkChangeScope
-{
-public:
-    explicit BulkChangeScope(EntryTree &tree)
-        : m_tree(tree)
-    {
-        m_tree.beginBulkChange();
-    }
-
-    ~BulkChangeScope() { m_tree.endBulkChange(); }
-
-    BulkChangeScope(const BulkChangeScope &) = delete;
-    BulkChangeScope &operator=(const BulkChangeScope &) = delete;
-
-private:
-    EntryTree &m_tree;
-};
-
 void readOutline(Document &document, const QString &sFile, LoadResult &result)
 {
     const QByteArray buffer = readWhole(sFile);
     document.m_iFileFormatVersion = fileFormatVersion(sFile, buffer);
-    const BulkChangeScope bulk(document.tree);
+    const BulkChange bulk(document.tree);
     if (document.m_iFileFormatVersion == Document::nativeFormat)
         ports().formats->readNative(document, buffer, result);
     else
@@ -80,7 +61,7 @@ void readOutline(Document &document, const QString &sFile, LoadResult &result)
 
 void applyFlags(Document &document, const LoadResult &result)
 {
-    const BulkChangeScope bulk(document.tree);
+    const BulkChange bulk(document.tree);
     const auto flagged = [](const std::vector<bool> &flags, int index) {
         return static_cast<size_t>(index) < flags.size() && flags[static_cast<size_t>(index)];
     };

@@ -138,7 +138,7 @@ bool NodesTaggedExist()
     });
 }
 
-Entry *NodeDuplicate(Document &document, const Document &sourceDocument, Entry *source, Entry *relative,
+Entry *NodeDuplicate(Document &document, const EntryTree &sourceTree, Entry *source, Entry *relative,
                      Relationship relationship)
 {
     return procedure("modNodes NodeDuplicate", [&]() -> Entry * {
@@ -149,20 +149,12 @@ Entry *NodeDuplicate(Document &document, const Document &sourceDocument, Entry *
             relative = root;
             relationship = Relationship::tvwChild;
         }
-        Entry *copy = document.tree.insertCopy(sourceDocument.tree, source, relationship, relative);
+        Entry *copy = document.tree.insertCopy(sourceTree, source, relationship, relative);
         NodeSelect(document, copy);
         NodeTextGet(document, copy);
         return copy;
     });
 }
-
-namespace
-{
-
-struct PastePlace {
-    Entry *relative = nullptr;
-    Relationship relationship = Relationship::tvwFirst;
-};
 
 PastePlace placeForPaste(const Document &document, const Entry *source)
 {
@@ -177,9 +169,7 @@ PastePlace placeForPaste(const Document &document, const Entry *source)
     return {first, Relationship::tvwPrevious};
 }
 
-} // namespace
-
-void NodePaste(Document &document, Document &sourceDocument, EntryRef &source, bool removeSource)
+void NodePaste(Document &document, EntryRef &source, bool removeSource)
 {
     procedure("modNodes NodePaste", [&] {
         Entry *entry = source.entry();
@@ -194,9 +184,9 @@ void NodePaste(Document &document, Document &sourceDocument, EntryRef &source, b
                                    : entry->isAncestorOf(place.relative));
         if (removeSource && insideSource)
             return;
-        Entry *copy = NodeDuplicate(document, sourceDocument, entry, place.relative, place.relationship);
+        Entry *copy = NodeDuplicate(document, *source.tree(), entry, place.relative, place.relationship);
         if (removeSource && copy) {
-            sourceDocument.tree.remove(entry);
+            source.tree()->remove(entry);
             source.clear();
         }
         NodeSelect(document, copy);
@@ -243,6 +233,7 @@ void NodeExpandToLevel(Document &document, Entry *entry, int level)
 void NodeSortAll(Document &document, Entry *entry, bool sorted)
 {
     procedure("modNodes NodeSortAll", [&] {
+        const BulkChange bulk(document.tree);
         for (Entry *each = entry; each; each = nextInOutline(each, entry))
             document.tree.setSorted(each, sorted);
     });

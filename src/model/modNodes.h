@@ -42,12 +42,20 @@ bool NodesTaggedExist();
 
 // Copies a subtree, which may be another document's, to a place and selects the copy, which is untagged. Without a
 // relative only the root of an empty tree can be made (relationship first). Null when nothing was copied.
-Entry *NodeDuplicate(Document &document, const Document &sourceDocument, Entry *source, Entry *relative,
+Entry *NodeDuplicate(Document &document, const EntryTree &sourceTree, Entry *source, Entry *relative,
                      Relationship relationship);
 
 // Pastes a copy of the source's subtree after the selected entry; before the root's first child when the root is
 // selected. With `removeSource` the source is removed and the reference emptied.
-void NodePaste(Document &document, Document &sourceDocument, EntryRef &source, bool removeSource);
+void NodePaste(Document &document, EntryRef &source, bool removeSource);
+
+// Where a paste puts a copy of an entry, seen from the selected entry.
+struct PastePlace {
+    Entry *relative = nullptr;
+    Relationship relationship = Relationship::tvwFirst;
+};
+
+PastePlace placeForPaste(const Document &document, const Entry *source);
 
 // Removes an entry with its subtree; a parent left without children is collapsed.
 void NodeDelete(Document &document, Entry *entry);

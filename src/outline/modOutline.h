@@ -3,11 +3,57 @@
 
 #pragma once
 
-// The commands of the Outline menu. Each works on the active document and does nothing without one.
+class EntryRef;
+
+// The commands of the Outline menu. Each works on the active document and does nothing without one. A command that
+// changes the outline marks the document changed before it looks whether there is anything to do.
 namespace modOutline
 {
 
-// Opens the in-place editor on the selected entry's label; marks the document changed.
+// Insert a new entry directly above or below the selected one, or as its last child, with its label open for editing.
+void OutlineInsertAbove();
+void OutlineInsertBelow();
+void OutlineInsertChild();
+
+// Move the selected entry with its subtree, tags and expansion included; it stays selected. The root never moves.
+// Indent: to the last child of the previous sibling. Unindent: directly behind the parent, unless that is the root.
+void OutlineIndent();
+void OutlineUnindent();
+// Up: before the previous sibling, or for a first child to the last child of the parent's previous sibling.
+void OutlineMoveUp();
+// Down: behind the next sibling, or for a last child to the first child of the parent's next sibling.
+void OutlineMoveDown();
+void OutlineMoveFirst();
+void OutlineMoveLast();
+
+// The entry that a paste copies: a reference that all documents share and that empties itself when the entry goes.
+EntryRef &copiedEntry();
+// Makes the selected entry the copied one.
+void OutlineCopy();
+// Paste a copy of the copied entry after the selected one; PasteAndDelete removes the copied entry then.
+void OutlinePaste();
+void OutlinePasteAndDelete();
+// Asks, then deletes the selected entry with its subtree.
+void OutlineDelete();
+
+// Toggles the selected entry's tag; the root is never tagged.
+void OutlineTaggedEntry();
+// Paste copies of the tagged entries after the selected one, in their order of insertion; what lies inside another
+// tagged entry comes along with it only.
+void OutlinePasteTaggedEntries();
+// Asks, then deletes every tagged entry with its subtree.
+void OutlineDeleteTaggedEntries();
+
+void OutlineExpand();
+void OutlineCollapse();
+void OutlineExpandAll();
+void OutlineCollapseAll();
+// Opens the outline down to a level (1 is the root's) and closes it there.
+void OutlineExpandToLevel(int iLevel);
+// Sorts the selected entry's children, or those of every entry, by label.
+void OutlineSortCurrent();
+void OutlineSortAll();
+// Opens the in-place editor on the selected entry's label.
 void OutlineRename();
 
 } // namespace modOutline

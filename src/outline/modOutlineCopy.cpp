@@ -1,0 +1,160 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+// Copying, pasting and deleting entries, and the tagged entries.
+
+#include "outline/OutlineCommand.h"
+#include "outline/modOutline.h"
+
+#include "model/modNodes.h"
+
+#include <unordered_set>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// The tagged entries in their order of insertion, without the root and without those that lie inside another one.
+std::vector<Entry *> gatherTagged(const EntryTree &tree)
+{
+    std::unordered_set<const Entry *> inside;
+    const Entry *root = tree.root();
+    for (const Entry *entry = root; entry; entry = nextInOutline(entry, root)) {
+        const Entry *parent = entry->parent();
+        if (parent && ((parent->tagged() && !parent->isRoot()) || inside.contains(parent)))
+            inside.insert(entry);
+    }
+    std::vector<Entry *> gathered;
+    const EntryCollection &entries = tree.collection();
+    for (int index = 1; index <= entries.count(); ++index) {
+        Entry *entry = entries.at(index);
+        if (entry->tagged() && !entry->isRoot() && !inside.contains(entry))
+            gathered.push_back(entry);
+    }
+    return gathered;
+}
+
+// Where the selection goes when an entry is deleted.
+Entry *survivorOf(const Entry &entry)
+{
+    if (Entry *previous = entry.previous())
+        return previous;
+    if (Entry *next = entry.next())
+        return next;
+    return entry.parent();
+}
+
+bool liesWithin(const Entry *entry, const std::vector<Entry *> &subtrees)
+{
+    const std::unordered_set<const Entry *> tops(subtrees.begin(), subtrees.end());
+    for (; entry; entry = entry->parent()) {
+        if (tops.contains(entry))
+            return true;
+    }
+    return false;
+}
+
+void select(Document &document, Entry *entry)
+{
+    modNodes::NodeSelect(document, entry);
+    modNodes::NodeTextGet(document, entry);
+}
+
+} // namespace
+
+namespace modOutline
+{
+
+EntryRef &copiedEntry()
+{
+    static EntryRef copied;
+    return copied;
+}
+
+void OutlineCopy()
+{
+    onActiveDocument("modOutline OutlineCopy", [](Document &document) {
+        copiedEntry().set(&document.tree, document.tree.selected());
+        ports().commands->MenuEnableDynamic();
+    });
+}
+
+void OutlinePaste()
+{
+    changeActiveDocument("modOutline OutlinePaste",
+                         [](Document &document) { modNodes::NodePaste(document, copiedEntry(), false); });
+}
+
+void OutlinePasteAndDelete()
+{
+    changeActiveDocument("modOutline OutlinePasteAndDelete",
+                         [](Document &document) { modNodes::NodePaste(document, copiedEntry(), true); });
+}
+
+void OutlineDelete()
+{
+    changeActiveDocument("modOutline OutlineDelete", [](Document &document) {
+        Entry *entry = document.tree.selected();
+        if (!entry)
+            return;
+        const QString question = u"Do you really want to delete the entry '"_s + entry->label() + u"'?"_s;
+        if (ports().dialogs->ask(question) != Answer::Yes)
+            return;
+        Entry *survivor = survivorOf(*entry);
+        modNodes::NodeDelete(document, entry);
+        select(document, survivor);
+    });
+}
+
+void OutlineTaggedEntry()
+{
+    changeActiveDocument("modOutline OutlineTaggedEntry", [](Document &document) {
+        Entry *entry = document.tree.selected();
+        if (!entry || entry->isRoot())
+            return;
+        modNodes::NodeTagToggle(document, entry);
+        ports().commands->MenuEnableDynamic();
+    });
+}
+
+void OutlinePasteTaggedEntries()
+{
+    changeActiveDocument("modOutline OutlinePasteTaggedEntries", [](Document &document) {
+        const std::vector<Entry *> tagged = gatherTagged(document.tree);
+        if (tagged.empty())
+            return;
+        const modNodes::ActionScope action;
+        {
+            const BulkChange bulk(document.tree);
+            // Each copy is the place of the next, so the copies stand in the order of their sources.
+            for (const Entry *source : tagged) {
+                const modNodes::PastePlace place = modNodes::placeForPaste(document, source);
+                document.tree.select(
+                    document.tree.insertCopy(document.tree, source, place.relationship, place.relative));
+            }
+        }
+        modNodes::NodeSelect(document, document.tree.selected());
+    });
+}
+
+void OutlineDeleteTaggedEntries()
+{
+    changeActiveDocument("modOutline OutlineDeleteTaggedEntries", [](Document &document) {
+        Entry *selected = document.tree.selected();
+        const bool confirmed = selected && ports().dialogs->ask(u"Do you really want to delete the tagged entries, "
+                                                                "including any children?"_s) == Answer::Yes;
+        if (confirmed) {
+            const std::vector<Entry *> tagged = gatherTagged(document.tree);
+            if (liesWithin(selected, tagged))
+                selected = document.tree.root();
+            const modNodes::ActionScope action;
+            const BulkChange bulk(document.tree);
+            for (Entry *entry : tagged)
+                modNodes::NodeDelete(document, entry);
+        }
+        select(document, selected);
+    });
+}
+
+} // namespace modOutline

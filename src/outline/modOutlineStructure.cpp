@@ -1,0 +1,130 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+// Inserting, indenting and moving entries.
+
+#include "outline/OutlineCommand.h"
+#include "outline/modOutline.h"
+
+#include "model/modNodes.h"
+
+#include <vector>
+
+namespace
+{
+
+void insertEntry(const char *name, Relationship relationship)
+{
+    changeActiveDocument(name, [&](Document &document) {
+        Entry *entry = modNodes::NodeInsert(document, relationship, document.tree.selected());
+        modNodes::NodeInitialise(document, entry);
+    });
+}
+
+// Where a move puts the entry; nowhere when there is no such place.
+struct Target {
+    Relationship relationship = Relationship::tvwNext;
+    Entry *relative = nullptr;
+};
+
+// Moves the selected entry to where a rule says. The root has no siblings, so no rule finds a place for it.
+template <typename Rule>
+void moveEntry(const char *name, Rule &&rule)
+{
+    changeActiveDocument(name, [&](Document &document) {
+        const HiddenOutline hidden(document);
+        Entry *entry = document.tree.selected();
+        const Target target = entry ? rule(*entry) : Target();
+        if (!target.relative)
+            return;
+        document.tree.move(entry, target.relationship, target.relative);
+        modNodes::NodeSelect(document, entry);
+    });
+}
+
+} // namespace
+
+namespace modOutline
+{
+
+void OutlineInsertAbove()
+{
+    insertEntry("modOutline OutlineInsertAbove", Relationship::tvwPrevious);
+}
+
+void OutlineInsertBelow()
+{
+    insertEntry("modOutline OutlineInsertBelow", Relationship::tvwNext);
+}
+
+void OutlineInsertChild()
+{
+    insertEntry("modOutline OutlineInsertChild", Relationship::tvwChild);
+}
+
+void OutlineIndent()
+{
+    moveEntry("modOutline OutlineIndent", [](const Entry &entry) {
+        return Target{Relationship::tvwChild, entry.previous()};
+    });
+}
+
+void OutlineUnindent()
+{
+    moveEntry("modOutline OutlineUnindent", [](const Entry &entry) {
+        Entry *parent = entry.parent();
+        return Target{Relationship::tvwNext, parent && !parent->isRoot() ? parent : nullptr};
+    });
+}
+
+void OutlineMoveUp()
+{
+    moveEntry("modOutline OutlineMoveUp", [](const Entry &entry) {
+        if (Entry *previous = entry.previous())
+            return Target{Relationship::tvwPrevious, previous};
+        return Target{Relationship::tvwChild, entry.parent() ? entry.parent()->previous() : nullptr};
+    });
+}
+
+void OutlineMoveDown()
+{
+    changeActiveDocument("modOutline OutlineMoveDown", [](Document &document) {
+        const HiddenOutline hidden(document);
+        Entry *entry = document.tree.selected();
+        if (!entry || entry->isRoot())
+            return;
+        Entry *beyond = entry->parent()->next();
+        if (Entry *next = entry->next()) {
+            document.tree.move(entry, Relationship::tvwNext, next);
+        } else if (beyond && beyond->childCount() > 0) {
+            Entry *first = beyond->firstChild();
+            document.tree.move(entry, Relationship::tvwPrevious, first);
+            // The children make room and come back behind the entry, so they count as inserted after it.
+            for (Entry *child = first; child; child = child->next())
+                document.tree.renewInsertion(child);
+        } else if (beyond) {
+            document.tree.move(entry, Relationship::tvwChild, beyond);
+        } else {
+            return;
+        }
+        modNodes::NodeSelect(document, entry);
+    });
+}
+
+void OutlineMoveFirst()
+{
+    moveEntry("modOutline OutlineMoveFirst", [](const Entry &entry) {
+        Entry *first = entry.firstSibling();
+        return Target{Relationship::tvwPrevious, first != &entry ? first : nullptr};
+    });
+}
+
+void OutlineMoveLast()
+{
+    moveEntry("modOutline OutlineMoveLast", [](const Entry &entry) {
+        Entry *last = entry.lastSibling();
+        return Target{Relationship::tvwNext, last != &entry ? last : nullptr};
+    });
+}
+
+} // namespace modOutline

@@ -1,0 +1,108 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+// Expanding, collapsing, sorting and renaming.
+
+#include "outline/OutlineCommand.h"
+#include "outline/modOutline.h"
+
+#include "model/DocumentWindow.h"
+#include "model/modNodes.h"
+
+namespace
+{
+
+void refresh(Document &document)
+{
+    ports().commands->MenuEnableDynamic();
+    document.window.autoFitSplit();
+}
+
+} // namespace
+
+namespace modOutline
+{
+
+void OutlineExpand()
+{
+    changeActiveDocument("modOutline OutlineExpand", [](Document &document) {
+        Entry *entry = document.tree.selected();
+        if (entry && entry->childCount() > 0)
+            document.tree.setExpanded(entry, true);
+    });
+}
+
+void OutlineCollapse()
+{
+    changeActiveDocument("modOutline OutlineCollapse", [](Document &document) {
+        if (Entry *entry = document.tree.selected())
+            document.tree.setExpanded(entry, false);
+    });
+}
+
+void OutlineExpandAll()
+{
+    changeActiveDocument("modOutline OutlineExpandAll", [](Document &document) {
+        Entry *root = modNodes::NodeGetRoot(document);
+        if (!root)
+            return;
+        modNodes::NodeExpandAll(document, root);
+        document.m_iExpansionLevel = -1;
+        refresh(document);
+    });
+}
+
+void OutlineCollapseAll()
+{
+    changeActiveDocument("modOutline OutlineCollapseAll", [](Document &document) {
+        Entry *root = modNodes::NodeGetRoot(document);
+        modNodes::NodeSelect(document, root);
+        if (!root)
+            return;
+        modNodes::NodeCollapseAll(document, root);
+        modNodes::NodeTextGet(document, root);
+        document.m_iExpansionLevel = 1;
+        refresh(document);
+    });
+}
+
+void OutlineExpandToLevel(int iLevel)
+{
+    changeActiveDocument("modOutline OutlineExpandToLevel", [&](Document &document) {
+        if (Entry *root = modNodes::NodeGetRoot(document)) {
+            modNodes::NodeExpandToLevel(document, root, iLevel);
+            document.m_iExpansionLevel = static_cast<qint16>(iLevel);
+        }
+        refresh(document);
+    });
+}
+
+void OutlineSortCurrent()
+{
+    changeActiveDocument("modOutline OutlineSortCurrent", [](Document &document) {
+        Entry *entry = document.tree.selected();
+        if (!entry)
+            return;
+        // Set and taken back at once: the children are sorted now, and later insertions stay where they are put.
+        document.tree.setSorted(entry, true);
+        document.tree.setSorted(entry, false);
+    });
+}
+
+void OutlineSortAll()
+{
+    changeActiveDocument("modOutline OutlineSortAll", [](Document &document) {
+        if (Entry *root = modNodes::NodeGetRoot(document))
+            modNodes::NodeSortAll(document, root, true);
+    });
+}
+
+void OutlineRename()
+{
+    changeActiveDocument("modOutline OutlineRename", [](Document &document) {
+        if (document.tree.selected())
+            document.trvOutline.StartLabelEdit();
+    });
+}
+
+} // namespace modOutline
