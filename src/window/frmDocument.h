@@ -37,6 +37,8 @@ public:
 
     // To be called when the window becomes the active one.
     void Form_Activate();
+    // Whether the window may close: asks about unsaved changes and saves them. Closes nothing itself.
+    bool Form_QueryUnload();
 
     // The window's width in twips, its frame included, and conversions at the window's resolution.
     float Width() const;
@@ -71,7 +73,6 @@ private:
     void connectOutline();
     void connectText();
     void connectSplit();
-    bool Form_QueryUnload();
     void paneGotFocus(bool outline);
     void trvOutline_NodeClick(Entry *entry);
     void trvOutline_Expand();
