@@ -6,6 +6,7 @@
 #include "model/Document.h"
 #include "model/Ports.h"
 #include "model/modNodes.h"
+#include "outline/modOutline.h"
 
 #include <algorithm>
 
@@ -186,6 +187,7 @@ CommandState currentCommandState()
     state.Selected = true;
     state.Writable = state.ActiveWritable;
     state.TaggedExist = modNodes::NodesTaggedExist();
+    state.Copied = modOutline::copiedEntry().entry() != nullptr;
     state.OutlineFocus = active->m_bOutlineHasFocus;
     state.TextFocus = active->m_bTextHasFocus;
     describeEntry(*entry, state);

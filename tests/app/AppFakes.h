@@ -22,7 +22,10 @@ public:
         ++timesPlaced;
     }
 
+    void setStatusBarVisible(bool visible) override { statusBar = visible; }
+
     bool isMinimised = false;
+    bool statusBar = true;
     WindowPlace current{15, 30, 4500, 3000};
     int timesPlaced = 0;
 };

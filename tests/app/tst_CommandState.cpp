@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/CommandState.h"
+#include "outline/modOutline.h"
 #include "support/FakePorts.h"
 
 #include <QTemporaryDir>
@@ -76,6 +77,7 @@ private Q_SLOTS:
     void checkMarksShowTheOptions();
     void theStateDescribesTheSelectedEntry();
     void withoutASelectedEntryOnlyTheDocumentsCount();
+    void aCopiedEntryCanBePastedAsLongAsItExists();
     void saveAllNeedsAnyDocumentThatMayBeWritten();
 };
 
@@ -316,6 +318,20 @@ void tst_CommandState::withoutASelectedEntryOnlyTheDocumentsCount()
     state = currentCommandState();
     QVERIFY(state.Open() && state.AnyWritable && state.ActiveWritable);
     QVERIFY(!state.Selected && !state.Writable && !state.OutlineFocus && !state.IsRoot);
+}
+
+void tst_CommandState::aCopiedEntryCanBePastedAsLongAsItExists()
+{
+    const FakePorts fakes;
+    EntryTree &tree = ports().windows->createDocument().tree;
+    Entry *root = tree.insert(Relationship::tvwFirst, nullptr);
+    Entry *child = tree.insert(Relationship::tvwChild, root);
+    tree.select(root);
+    QVERIFY(!currentCommandState().Copied);
+    modOutline::copiedEntry().set(&tree, child);
+    QVERIFY(currentCommandState().Copied);
+    tree.remove(child);
+    QVERIFY(!currentCommandState().Copied);
 }
 
 void tst_CommandState::saveAllNeedsAnyDocumentThatMayBeWritten()

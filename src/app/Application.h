@@ -1,0 +1,47 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/AppPorts.h"
+#include "app/SessionLog.h"
+#include "app/frmMain.h"
+#include "app/modMRU.h"
+#include "formats/Formats.h"
+#include "platform/DesktopClipboard.h"
+#include "platform/IniSettingsStore.h"
+#include "platform/MessageDialogs.h"
+#include "platform/ScreenPointer.h"
+
+// The program's parts put together, with every port registered as long as it lives. It needs a QApplication.
+class Application
+{
+public:
+    // The argument text of the command line: file names separated by single blanks.
+    explicit Application(const QString &commandLine);
+    ~Application();
+    Application(const Application &) = delete;
+    Application &operator=(const Application &) = delete;
+
+    // Loads the main window and shows it.
+    void Main();
+
+    frmMain &mainWindow() { return m_mainWindow; }
+
+private:
+    class SystemClock final : public Clock
+    {
+    public:
+        QDateTime now() const override;
+    };
+
+    SessionLog m_log;
+    SystemClock m_clock;
+    IniSettingsStore m_settings;
+    MessageDialogs m_dialogs;
+    ScreenPointer m_pointer;
+    DesktopClipboard m_clipboard;
+    Formats m_formats;
+    frmMain m_mainWindow;
+    modMRU m_recentFiles;
+};

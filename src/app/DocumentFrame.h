@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QMdiSubWindow>
+
+class frmDocument;
+
+// The frame of a document window inside the main window; tells when the document has been closed for good.
+class DocumentFrame final : public QMdiSubWindow
+{
+    Q_OBJECT
+
+public:
+    // Takes the form over.
+    explicit DocumentFrame(frmDocument *form, QWidget *parent = nullptr);
+
+    frmDocument *form() const { return m_form; }
+
+Q_SIGNALS:
+    void closed(DocumentFrame *frame);
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+
+private:
+    frmDocument *const m_form;
+};

@@ -1,0 +1,60 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "app/frmAbout.h"
+
+#include <QGuiApplication>
+#include <QIcon>
+#include <QLabel>
+#include <QPushButton>
+#include <QSysInfo>
+#include <QVBoxLayout>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+QLabel *addLabel(QVBoxLayout &layout, const QString &name, const QString &text, double sizeFactor)
+{
+    auto *label = new QLabel(text);
+    label->setObjectName(name);
+    label->setTextFormat(Qt::PlainText);
+    label->setAlignment(Qt::AlignCenter);
+    QFont font = label->font();
+    font.setPointSizeF(font.pointSizeF() * sizeFactor);
+    font.setBold(sizeFactor > 1);
+    label->setFont(font);
+    layout.addWidget(label);
+    return label;
+}
+
+} // namespace
+
+frmAbout::frmAbout(QWidget *parent)
+    : QDialog(parent)
+{
+    setObjectName(u"frmAbout"_s);
+    setWindowTitle(u"About Quillery"_s);
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(36, 24, 36, 24);
+    layout->setSpacing(12);
+
+    constexpr int iconSize = 64;
+    auto *picture = new QLabel;
+    picture->setObjectName(u"imgIcon"_s);
+    picture->setAlignment(Qt::AlignCenter);
+    picture->setPixmap(QGuiApplication::windowIcon().pixmap(iconSize));
+    layout->addWidget(picture);
+
+    addLabel(*layout, u"lblTitle"_s, u"Quillery"_s, 2);
+    addLabel(*layout, u"lblSubtitle"_s, u"The Outliner"_s, 1);
+    addLabel(*layout, u"lblPlatform"_s, QSysInfo::prettyProductName(), 1);
+    addLabel(*layout, u"lblVersion"_s, u"Version "_s + QGuiApplication::applicationVersion(), 1);
+
+    auto *cmdOK = new QPushButton(u"OK"_s);
+    cmdOK->setObjectName(u"cmdOK"_s);
+    cmdOK->setDefault(true);
+    connect(cmdOK, &QPushButton::clicked, this, &QDialog::accept);
+    layout->addWidget(cmdOK, 0, Qt::AlignHCenter);
+}

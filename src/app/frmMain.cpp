@@ -1,0 +1,302 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "app/frmMain.h"
+
+#include "app/CommandBindings.h"
+#include "app/CommandMenus.h"
+#include "app/CommandState.h"
+#include "app/DocumentFrame.h"
+#include "app/DroppedFiles.h"
+#include "app/ScreenPlacement.h"
+#include "app/modMain.h"
+#include "model/Globals.h"
+#include "model/modDoc.h"
+#include "util/FullPath.h"
+#include "util/Procedure.h"
+#include "window/frmDocument.h"
+
+#include <QApplication>
+#include <QCloseEvent>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMenuBar>
+#include <QScreen>
+#include <QStatusBar>
+#include <QTimer>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+constexpr int timerInterval = 250;
+
+// More than a status bar shows; laying out a text of a megabyte would only take time.
+constexpr qsizetype statusLengthShown = 500;
+
+// A label on one line, whatever it holds.
+QString onOneLine(const QString &text)
+{
+    QString line = text.left(statusLengthShown);
+    for (QChar &character : line) {
+        if (character.category() == QChar::Other_Control || character == QChar::LineSeparator ||
+            character == QChar::ParagraphSeparator)
+            character = u' ';
+    }
+    return line;
+}
+
+QList<QRect> freeScreenAreas()
+{
+    QList<QRect> areas;
+    for (const QScreen *screen : QGuiApplication::screens())
+        areas.append(screen->availableGeometry());
+    return areas;
+}
+
+} // namespace
+
+frmMain::frmMain(QWidget *parent)
+    : QMainWindow(parent)
+    , m_area(new QMdiArea)
+    , m_statusText(new QLabel)
+    , m_timer(new QTimer(this))
+{
+    setObjectName(u"frmMain"_s);
+    setWindowTitle(u"Quillery"_s);
+    setAcceptDrops(true);
+
+    m_area->setObjectName(u"mdiArea"_s);
+    m_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    m_area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    setCentralWidget(m_area);
+    connect(m_area, &QMdiArea::subWindowActivated, this,
+            [this](QMdiSubWindow *window) { frameActivated(qobject_cast<DocumentFrame *>(window)); });
+
+    menuBar()->setObjectName(u"menuBar"_s);
+    m_menus = new CommandMenus(*menuBar(), boundRoutines(*this, *m_area));
+
+    statusBar()->setObjectName(u"sbStatusBar"_s);
+    m_statusText->setObjectName(u"sbStatusBarText"_s);
+    m_statusText->setTextFormat(Qt::PlainText);
+    // A long label must not widen the window.
+    m_statusText->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    statusBar()->addWidget(m_statusText, 1);
+
+    m_timer->setObjectName(u"Timer1"_s);
+    m_timer->setInterval(timerInterval);
+    connect(m_timer, &QTimer::timeout, this, &frmMain::Timer1_Timer);
+}
+
+frmMain::~frmMain()
+{
+    // The documents' windows may still call this one while they go.
+    m_area->disconnect(this);
+    for (DocumentFrame *frame : std::exchange(m_frames, {})) {
+        frame->disconnect(this);
+        delete frame;
+    }
+}
+
+void frmMain::MDIForm_Load()
+{
+    procedure("frmMain MDIForm_Load", [this] {
+        modMain::Initialise();
+        setStatusBarVisible(g_options.ViewStatusbar);
+        m_timer->start();
+    });
+}
+
+RecentFileItems &frmMain::recentFileItems()
+{
+    return *m_menus;
+}
+
+bool frmMain::isCommandEnabled(std::string_view item) const
+{
+    return m_menus->isEnabled(item);
+}
+
+Document &frmMain::createDocument()
+{
+    auto *form = new frmDocument;
+    auto *frame = new DocumentFrame(form);
+    connect(frame, &DocumentFrame::closed, this, &frmMain::frameClosed);
+    m_area->addSubWindow(frame);
+    m_frames.push_back(frame);
+    // Before the main window shows, the area activates nothing by itself.
+    m_active = frame;
+    frame->show();
+    m_area->setActiveSubWindow(frame);
+    MenuEnable(iDocumentCount);
+    return form->document();
+}
+
+Document *frmMain::activeDocument() const
+{
+    return m_active ? &m_active->form()->document() : nullptr;
+}
+
+std::vector<Document *> frmMain::documents() const
+{
+    std::vector<Document *> open;
+    for (const DocumentFrame *frame : m_frames)
+        open.push_back(&frame->form()->document());
+    return open;
+}
+
+void frmMain::closeMainWindow()
+{
+    close();
+}
+
+void frmMain::MenuEnable(int documentCount)
+{
+    procedure("modMain MenuEnable", [&] {
+        CommandState state = currentCommandState();
+        state.documentCount = documentCount;
+        m_menus->applyRules(menuEnableRules(), state);
+    });
+}
+
+void frmMain::MenuEnableDynamic()
+{
+    procedure("modMain MenuEnableDynamic", [this] {
+        const CommandState state = currentCommandState();
+        m_menus->applyRules(menuEnableDynamicRules(), state);
+        m_menus->applyCheckMarks(g_options);
+        m_menus->setCaption("mnuOutlineTaggedEntry", taggedEntryCaption(state.Tagged));
+    });
+}
+
+void frmMain::UpdateStatusBar(const Entry *entry)
+{
+    procedure("modMain UpdateStatusBar", [&] {
+        if (entry)
+            UpdateStatusBarText(entry->label());
+    });
+}
+
+void frmMain::UpdateStatusBarText(const QString &text)
+{
+    procedure("modMain UpdateStatusBarText", [&] { m_statusText->setText(onOneLine(text)); });
+}
+
+bool frmMain::minimised() const
+{
+    return isMinimized();
+}
+
+WindowPlace frmMain::place() const
+{
+    return placeFromPixels(QRect(pos(), size()), logicalDpiX());
+}
+
+void frmMain::setPlace(const WindowPlace &place)
+{
+    const QRect placed = placedOnScreens(pixelsFromPlace(place, logicalDpiX()), freeScreenAreas());
+    resize(placed.size());
+    move(placed.topLeft());
+}
+
+void frmMain::setStatusBarVisible(bool visible)
+{
+    statusBar()->setVisible(visible);
+}
+
+void frmMain::closeEvent(QCloseEvent *event)
+{
+    event->setAccepted(MDIForm_QueryUnload());
+}
+
+// Whether the program ends. The documents' questions come first, and all of them before the first window goes, so that
+// a Cancel leaves everything open; the list of open documents is stored when the end is certain, with all of them open.
+bool frmMain::MDIForm_QueryUnload()
+{
+    const bool bStay = procedure("frmMain MDIForm_QueryUnload", [this] {
+        if (m_frames.empty())
+            return false;
+        if (ports().dialogs->ask(u"Do you really want to exit the application?"_s) != Answer::Yes)
+            return true;
+        const std::vector<DocumentFrame *> frames = m_frames;
+        return !std::all_of(frames.begin(), frames.end(),
+                            [](const DocumentFrame *frame) { return frame->form()->Form_QueryUnload(); });
+    });
+    if (bStay)
+        return false;
+    m_timer->stop();
+    modMain::Finalise();
+    const std::vector<DocumentFrame *> frames = m_frames;
+    for (const DocumentFrame *frame : frames) {
+        // What was not saved was given up in the answers above; it is not asked about again.
+        frame->form()->document().m_bDataChanged = false;
+        frame->form()->close();
+    }
+    return true;
+}
+
+void frmMain::dragEnterEvent(QDragEnterEvent *event)
+{
+    MDIForm_OLEDragOver(*event);
+}
+
+void frmMain::dragMoveEvent(QDragMoveEvent *event)
+{
+    MDIForm_OLEDragOver(*event);
+}
+
+void frmMain::dropEvent(QDropEvent *event)
+{
+    MDIForm_OLEDragOver(*event);
+    MDIForm_OLEDragDrop(*event);
+}
+
+void frmMain::MDIForm_OLEDragOver(QDropEvent &event)
+{
+    event.setDropAction(Qt::CopyAction);
+    event.accept();
+}
+
+void frmMain::MDIForm_OLEDragDrop(QDropEvent &event)
+{
+    procedure("frmMain MDIForm_OLEDragDrop", [&] {
+        if (bBusy)
+            return;
+        for (const QString &sFile : droppedFiles(*event.mimeData()))
+            modDoc::DocLoad(FullPathName(sFile));
+    });
+}
+
+// Keeps typing going to the document when the main window itself, and none of its controls, has the keyboard focus.
+void frmMain::Timer1_Timer()
+{
+    const QWidget *focus = QApplication::focusWidget();
+    const bool bFocusIsLost = !focus || focus == this || focus == m_area || focus == m_area->viewport() ||
+                              qobject_cast<const DocumentFrame *>(focus);
+    if (bBusy || !m_active || !bFocusIsLost || !isActiveWindow() || QApplication::activePopupWidget())
+        return;
+    m_active->form()->restorePaneFocus();
+}
+
+void frmMain::frameActivated(DocumentFrame *frame)
+{
+    // No frame is active while another program is; the document commands work on stays.
+    if (!frame || std::find(m_frames.begin(), m_frames.end(), frame) == m_frames.end())
+        return;
+    m_active = frame;
+    frame->form()->Form_Activate();
+    MenuEnable(iDocumentCount);
+    MenuEnableDynamic();
+}
+
+void frmMain::frameClosed(DocumentFrame *frame)
+{
+    std::erase(m_frames, frame);
+    if (m_active == frame)
+        m_active = m_frames.empty() ? nullptr : m_frames.back();
+    MenuEnable(iDocumentCount);
+    MenuEnableDynamic();
+}

@@ -1,0 +1,74 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/AppPorts.h"
+#include "model/Ports.h"
+
+#include <QMainWindow>
+#include <QPointer>
+
+#include <string_view>
+
+class CommandMenus;
+class DocumentFrame;
+class QLabel;
+class QMdiArea;
+class QTimer;
+class frmDocument;
+
+// The main window: menu bar, document windows and status bar.
+class frmMain final : public QMainWindow, public DocumentWindows, public CommandSurface, public MainWindow
+{
+    Q_OBJECT
+
+public:
+    explicit frmMain(QWidget *parent = nullptr);
+    ~frmMain() override;
+
+    // Everything that precedes the first appearance, the opening of the initial documents included. All ports must be
+    // registered.
+    void MDIForm_Load();
+
+    RecentFileItems &recentFileItems();
+    // Whether a menu item can be chosen now, by its name; the document windows' keys obey it.
+    bool isCommandEnabled(std::string_view item) const;
+
+    Document &createDocument() override;
+    Document *activeDocument() const override;
+    std::vector<Document *> documents() const override;
+    void closeMainWindow() override;
+
+    void MenuEnable(int documentCount) override;
+    void MenuEnableDynamic() override;
+    void UpdateStatusBar(const Entry *entry) override;
+    void UpdateStatusBarText(const QString &text) override;
+
+    bool minimised() const override;
+    WindowPlace place() const override;
+    void setPlace(const WindowPlace &place) override;
+    void setStatusBarVisible(bool visible) override;
+
+protected:
+    void closeEvent(QCloseEvent *event) override;
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+
+private:
+    bool MDIForm_QueryUnload();
+    void MDIForm_OLEDragOver(QDropEvent &event);
+    void MDIForm_OLEDragDrop(QDropEvent &event);
+    void Timer1_Timer();
+    void frameActivated(DocumentFrame *frame);
+    void frameClosed(DocumentFrame *frame);
+
+    QMdiArea *const m_area;
+    CommandMenus *m_menus = nullptr;
+    QLabel *const m_statusText;
+    QTimer *const m_timer;
+    // In the order in which the windows were opened.
+    std::vector<DocumentFrame *> m_frames;
+    DocumentFrame *m_active = nullptr;
+};

@@ -1,0 +1,23 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "app/modViewBars.h"
+
+#include "app/AppPorts.h"
+#include "model/Globals.h"
+#include "model/Ports.h"
+#include "util/Procedure.h"
+
+namespace modView
+{
+
+void ViewStatusBar()
+{
+    procedure("modView ViewStatusBar", [] {
+        g_options.ViewStatusbar = !g_options.ViewStatusbar;
+        appPorts().mainWindow->setStatusBarVisible(g_options.ViewStatusbar);
+        ports().commands->MenuEnableDynamic();
+    });
+}
+
+} // namespace modView
