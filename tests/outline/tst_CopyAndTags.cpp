@@ -1,0 +1,274 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "outline/OutlineFixture.h"
+
+#include "outline/modOutline.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class tst_CopyAndTags : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+
+    void cleanup() { modOutline::copiedEntry().clear(); }
+
+    void copyWithNothingSelectedEmptiesTheCopiedEntry();
+    void pasteCopiesTheEntryAsItIsThen();
+    void pasteBetweenDocuments();
+    void pasteWithTheRootSelectedComesFirst();
+    void pasteIntoTheCopiedSubtreeTerminates();
+    void pasteAndDeleteMovesOnce();
+    void pasteAndDeleteIntoItselfLosesNothing();
+    void theCopiedEntryDiesWithItsEntry();
+    void theCopiedEntryDiesWithItsDocument();
+    void deleteSelectsASurvivor_data();
+    void deleteSelectsASurvivor();
+    void deleteOfTheRootEmptiesTheOutline();
+    void aDeclinedDeleteMarksTheDocumentChanged();
+    void theRootIsNeverTagged();
+    void tagTogglesAndRefreshes();
+    void taggedEntriesPasteInOrderOfInsertion();
+    void aTaggedEntryInsideATaggedOnePastesOnce();
+    void deleteTaggedSelectsTheRootWhenTheSelectionGoes_data();
+    void deleteTaggedSelectsTheRootWhenTheSelectionGoes();
+    void aDeclinedDeleteOfTaggedEntriesKeepsThem();
+    void tenThousandTaggedEntries();
+};
+
+void tst_CopyAndTags::copyWithNothingSelectedEmptiesTheCopiedEntry()
+{
+    OutlineFixture fixture({u"Root +"_s, u" A"_s});
+    fixture.select(u"A"_s);
+    modOutline::OutlineCopy();
+    QCOMPARE(modOutline::copiedEntry().entry(), fixture.entry(u"A"_s));
+    QVERIFY(!fixture.document().m_bDataChanged);
+    fixture.document().tree.select(nullptr);
+    modOutline::OutlineCopy();
+    QVERIFY(!modOutline::copiedEntry().entry());
+    modOutline::OutlinePaste();
+    QCOMPARE(fixture.dump(), QStringList({u"Root +"_s, u" A"_s}));
+}
+
+void tst_CopyAndTags::pasteCopiesTheEntryAsItIsThen()
+{
+    OutlineFixture fixture({u"Root +"_s, u" A +*"_s, u"  A1"_s, u" B"_s});
+    fixture.select(u"A"_s);
+    modOutline::OutlineCopy();
+    fixture.document().tree.setLabel(fixture.entry(u"A1"_s), u"changed"_s);
+    fixture.select(u"B"_s);
+    modOutline::OutlinePaste();
+    QCOMPARE(fixture.dump(),
+             QStringList({u"Root +"_s, u" A +*"_s, u"  changed"_s, u" B"_s, u" A +<"_s, u"  changed"_s}));
+    QVERIFY(fixture.document().m_bDataChanged);
+}
+
+void tst_CopyAndTags::pasteBetweenDocuments()
+{
+    OutlineFixture fixture({u"Root +"_s, u" A"_s});
+    fixture.document().tree.setStoredText(fixture.entry(u"A"_s), "words");
+    fixture.select(u"A"_s);
+    modOutline::OutlineCopy();
+    modDoc::DocNew();
+    plantOutline(fixture.document().tree, {u"Other <"_s});
+    modOutline::OutlinePaste();
+    QCOMPARE(fixture.dump(), QStringList({u"Other +"_s, u" A <"_s}));
+    QCOMPARE(fixture.document().tree.storedText(fixture.entry(u"A"_s)), QByteArray("words"));
+}
+
+void tst_CopyAndTags::pasteWithTheRootSelectedComesFirst()
+{
+    OutlineFixture fixture({u"Root +"_s, u" A"_s, u" B"_s});
+    fixture.select(u"B"_s);
+    modOutline::OutlineCopy();
+    fixture.select(u"Root"_s);
+    modOutline::OutlinePaste();
+    QCOMPARE(fixture.dump(), QStringList({u"Root +"_s, u" B <"_s, u" A"_s, u" B"_s}));
+}
+
+void tst_CopyAndTags::pasteIntoTheCopiedSubtreeTerminates()
+{
+    OutlineFixture fixture({u"Root +"_s, u" A +"_s, u"  A1"_s});
+    fixture.select(u"A"_s);
+    modOutline::OutlineCopy();
+    fixture.select(u"A1"_s);
+    modOutline::OutlinePaste();
+    QCOMPARE(fixture.dump(), QStringList({u"Root +"_s, u" A +"_s, u"  A1"_s, u"  A +<"_s, u"   A1"_s}));
+}
+
+void tst_CopyAndTags::pasteAndDeleteMovesOnce()
+{
+    OutlineFixture fixture({u"Root +"_s, u" A +"_s, u"  A1"_s, u" B"_s});
+    fixture.select(u"A"_s);
+    modOutline::OutlineCopy();
+    fixture.select(u"B"_s);
+    modOutline::OutlinePasteAndDelete();
+    const QStringList moved = {u"Root +"_s, u" B"_s, u" A +<"_s, u"  A1"_s};
+    QCOMPARE(fixture.dump(), moved);
+    modOutline::OutlinePasteAndDelete();
+    QCOMPARE(fixture.dump(), moved);
+}
+
+void tst_CopyAndTags::pasteAndDeleteIntoItselfLosesNothing()
+{
+    const QStringList outline = {u"Root +"_s, u" A +"_s, u"  A1 +"_s, u"   A11 <"_s};
+    OutlineFixture fixture(outline);
+    modOutline::copiedEntry().set(&fixture.document().tree, fixture.entry(u"A"_s));
+    modOutline::OutlinePasteAndDelete();
+    QCOMPARE(fixture.dump(), outline);
+}
+
+void tst_CopyAndTags::theCopiedEntryDiesWithItsEntry()
+{
+    OutlineFixture fixture({u"Root +"_s, u" A +"_s, u"  A1"_s});
+    fixture.select(u"A1"_s);
+    modOutline::OutlineCopy();
+    modNodes::NodeDelete(fixture.document(), fixture.entry(u"A"_s));
+    QVERIFY(!modOutline::copiedEntry().entry());
+}
+
+void tst_CopyAndTags::theCopiedEntryDiesWithItsDocument()
+{
+    OutlineFixture fixture({u"Root +"_s, u" A"_s});
+    fixture.select(u"A"_s);
+    modOutline::OutlineCopy();
+    QVERIFY(fixture.document().window.close());
+    QVERIFY(!modOutline::copiedEntry().entry());
+}
+
+void tst_CopyAndTags::deleteSelectsASurvivor_data()
+{
+    QTest::addColumn<QString>("deleted");
+    QTest::addColumn<QString>("survivor");
+    QTest::newRow("the previous sibling") << u"B"_s << u"A"_s;
+    QTest::newRow("the next sibling of a first child") << u"A"_s << u"B"_s;
+    QTest::newRow("the parent of an only child") << u"B1"_s << u"B"_s;
+}
+
+void tst_CopyAndTags::deleteSelectsASurvivor()
+{
+    QFETCH(QString, deleted);
+    QFETCH(QString, survivor);
+    OutlineFixture fixture({u"Root +"_s, u" A"_s, u" B +"_s, u"  B1"_s});
+    fixture.select(deleted);
+    fixture.fakes.dialogs.answers = {Answer::Yes};
+    modOutline::OutlineDelete();
+    QCOMPARE(fixture.fakes.dialogs.questions,
+             QStringList{u"Do you really want to delete the entry '"_s + deleted + u"'?"_s});
+    QVERIFY(!fixture.entry(deleted));
+    QCOMPARE(fixture.document().tree.selected(), fixture.entry(survivor));
+}
+
+void tst_CopyAndTags::deleteOfTheRootEmptiesTheOutline()
+{
+    OutlineFixture fixture({u"Root +"_s, u" A"_s});
+    fixture.select(u"Root"_s);
+    fixture.fakes.dialogs.answers = {Answer::Yes};
+    modOutline::OutlineDelete();
+    QCOMPARE(fixture.dump(), QStringList());
+    QCOMPARE(fixture.fake().text.rtf, QByteArray());
+}
+
+void tst_CopyAndTags::aDeclinedDeleteMarksTheDocumentChanged()
+{
+    OutlineFixture fixture({u"Root +"_s, u" A <"_s});
+    fixture.fakes.dialogs.answers = {Answer::Cancel, Answer::No};
+    modOutline::OutlineDelete();
+    modOutline::OutlineDelete();
+    QCOMPARE(fixture.dump(), QStringList({u"Root +"_s, u" A <"_s}));
+    QVERIFY(fixture.document().m_bDataChanged);
+}
+
+void tst_CopyAndTags::theRootIsNeverTagged()
+{
+    OutlineFixture fixture({u"Root <"_s});
+    modOutline::OutlineTaggedEntry();
+    QCOMPARE(fixture.dump(), QStringList{u"Root <"_s});
+    QVERIFY(fixture.document().m_bDataChanged);
+}
+
+void tst_CopyAndTags::tagTogglesAndRefreshes()
+{
+    OutlineFixture fixture({u"Root +"_s, u" A <"_s});
+    const int refreshed = fixture.fakes.commands.timesMenuEnableDynamic;
+    modOutline::OutlineTaggedEntry();
+    QVERIFY(fixture.entry(u"A"_s)->tagged());
+    QVERIFY(fixture.fakes.commands.timesMenuEnableDynamic > refreshed);
+    modOutline::OutlineTaggedEntry();
+    QVERIFY(!fixture.entry(u"A"_s)->tagged());
+}
+
+void tst_CopyAndTags::taggedEntriesPasteInOrderOfInsertion()
+{
+    OutlineFixture fixture({u"Root +"_s, u" A"_s, u" B *"_s, u" C"_s});
+    Entry *late = modNodes::NodeInsert(fixture.document(), Relationship::tvwPrevious, fixture.entry(u"A"_s));
+    fixture.document().tree.setLabel(late, u"late"_s);
+    modNodes::NodeTagOn(fixture.document(), late);
+    fixture.select(u"C"_s);
+    modOutline::OutlinePasteTaggedEntries();
+    QCOMPARE(fixture.dump(),
+             QStringList({u"Root +"_s, u" late *"_s, u" A"_s, u" B *"_s, u" C"_s, u" B"_s, u" late <"_s}));
+}
+
+void tst_CopyAndTags::aTaggedEntryInsideATaggedOnePastesOnce()
+{
+    OutlineFixture fixture({u"Root +"_s, u" A +*"_s, u"  A1 +"_s, u"   A11 *"_s, u" B <"_s});
+    modOutline::OutlinePasteTaggedEntries();
+    QCOMPARE(fixture.dump(), QStringList({u"Root +"_s, u" A +*"_s, u"  A1 +"_s, u"   A11 *"_s, u" B"_s, u" A +<"_s,
+                                          u"  A1 +"_s, u"   A11"_s}));
+}
+
+void tst_CopyAndTags::deleteTaggedSelectsTheRootWhenTheSelectionGoes_data()
+{
+    QTest::addColumn<QString>("selected");
+    QTest::addColumn<QString>("afterwards");
+    QTest::newRow("a tagged entry") << u"A"_s << u"Root"_s;
+    QTest::newRow("an untagged entry inside a tagged one") << u"A1"_s << u"Root"_s;
+    QTest::newRow("an entry that stays") << u"B"_s << u"B"_s;
+}
+
+void tst_CopyAndTags::deleteTaggedSelectsTheRootWhenTheSelectionGoes()
+{
+    QFETCH(QString, selected);
+    QFETCH(QString, afterwards);
+    OutlineFixture fixture({u"Root +"_s, u" A +*"_s, u"  A1"_s, u" B +"_s, u"  B1 *"_s});
+    fixture.select(selected);
+    fixture.fakes.dialogs.answers = {Answer::Yes};
+    modOutline::OutlineDeleteTaggedEntries();
+    QCOMPARE(fixture.fakes.dialogs.questions,
+             QStringList{u"Do you really want to delete the tagged entries, including any children?"_s});
+    QVERIFY(!fixture.entry(u"A"_s));
+    QVERIFY(!fixture.entry(u"B1"_s));
+    QVERIFY(!fixture.entry(u"B"_s)->expanded());
+    QCOMPARE(fixture.document().tree.selected(), fixture.entry(afterwards));
+}
+
+void tst_CopyAndTags::aDeclinedDeleteOfTaggedEntriesKeepsThem()
+{
+    OutlineFixture fixture({u"Root +"_s, u" A *<"_s});
+    fixture.fakes.dialogs.answers = {Answer::No};
+    modOutline::OutlineDeleteTaggedEntries();
+    QCOMPARE(fixture.dump(), QStringList({u"Root +"_s, u" A *<"_s}));
+    QVERIFY(fixture.document().m_bDataChanged);
+}
+
+void tst_CopyAndTags::tenThousandTaggedEntries()
+{
+    QStringList outline = {u"Root +<"_s};
+    for (int i = 0; i < 10000; ++i)
+        outline.append(u" entry *"_s);
+    OutlineFixture fixture(outline);
+    modOutline::OutlinePasteTaggedEntries();
+    QCOMPARE(fixture.document().tree.entryCount(), 20001);
+    fixture.fakes.dialogs.answers = {Answer::Yes};
+    modOutline::OutlineDeleteTaggedEntries();
+    QCOMPARE(fixture.document().tree.entryCount(), 10001);
+    QCOMPARE(fixture.document().tree.brokenInvariant(), QString());
+}
+
+QTEST_GUILESS_MAIN(tst_CopyAndTags)
+#include "tst_CopyAndTags.moc"
