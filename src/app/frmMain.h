@@ -32,8 +32,7 @@ public:
     void MDIForm_Load();
 
     RecentFileItems &recentFileItems();
-    // Whether a menu item can be chosen now, by its name; the document windows' keys obey it.
-    bool isCommandEnabled(std::string_view item) const;
+    bool isCommandEnabled(std::string_view item) const override;
 
     Document &createDocument() override;
     Document *activeDocument() const override;

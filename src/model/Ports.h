@@ -8,6 +8,7 @@
 #include <QStringList>
 
 #include <optional>
+#include <string_view>
 #include <vector>
 
 class Document;
@@ -41,6 +42,8 @@ public:
     virtual void MenuEnable(int documentCount) = 0;
     // Recomputes what depends on the active document, its selection and its focus.
     virtual void MenuEnableDynamic() = 0;
+    // Whether a menu item can be chosen now, by its name such as "mnuOutlineIndent".
+    virtual bool isCommandEnabled(std::string_view item) const = 0;
     // Shows an entry's label in the first status panel; nothing for no entry.
     virtual void UpdateStatusBar(const Entry *entry) = 0;
     virtual void UpdateStatusBarText(const QString &text) = 0;

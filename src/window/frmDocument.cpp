@@ -3,6 +3,7 @@
 
 #include "window/frmDocument.h"
 
+#include "window/KeyMap.h"
 #include "window/SplitterBar.h"
 #include "window/modSplit.h"
 #include "window/modView.h"
@@ -10,8 +11,6 @@
 #include "platform/OutlineWidth.h"
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
-
-#include "outline/modOutline.h"
 
 #include "model/Globals.h"
 #include "model/Ports.h"
@@ -25,6 +24,8 @@
 #include <QKeyEvent>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -236,16 +237,47 @@ void frmDocument::changeEvent(QEvent *event)
         modSplit::SplitSizeControls(*this, m_fTreeWidth);
 }
 
+// The panes' keys come here first. A shortcut override claims a key before the menus take it for an access key; the
+// press that follows runs the command.
 bool frmDocument::eventFilter(QObject *watched, QEvent *event)
 {
-    if (event->type() == QEvent::KeyPress) {
-        const auto *key = static_cast<QKeyEvent *>(event);
-        if (key->key() == Qt::Key_F2 && !m_document->bReadOnly() && m_document->tree.selected()) {
-            modOutline::OutlineRename();
-            return true;
-        }
+    const bool claims = event->type() == QEvent::ShortcutOverride;
+    if (!claims && event->type() != QEvent::KeyPress)
+        return QWidget::eventFilter(watched, event);
+    const auto &key = *static_cast<QKeyEvent *>(event);
+    const KeyBinding *binding = bindingOf(key);
+    if (binding && ports().commands->isCommandEnabled(binding->item)) {
+        event->accept();
+        if (!claims)
+            runKey(*binding);
+        return true;
     }
-    return QWidget::eventFilter(watched, event);
+    if (key.key() == Qt::Key_F6 && key.modifiers() == Qt::ControlModifier) {
+        event->accept();
+        if (!claims)
+            activateNextDocument();
+        return true;
+    }
+    return !claims && isAltCharacter(key);
+}
+
+void frmDocument::runKey(const KeyBinding &binding)
+{
+    procedure("frmDocument Form_KeyDown", [&] {
+        treeView->EndLabelEdit();
+        binding.command();
+    });
+}
+
+// The document window opened after this one, and after the last one the first.
+void frmDocument::activateNextDocument()
+{
+    procedure("frmDocument Form_KeyDown", [this] {
+        const std::vector<Document *> documents = ports().windows->documents();
+        auto next = std::find(documents.begin(), documents.end(), m_document.get());
+        if (next != documents.end() && documents.size() > 1)
+            (++next == documents.end() ? documents.front() : *next)->window.activate();
+    });
 }
 
 void frmDocument::paneGotFocus(bool outline)

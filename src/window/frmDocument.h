@@ -16,6 +16,7 @@ class OutlineWidth;
 class RichTextBox;
 class SplitterBar;
 class TreeView;
+struct KeyBinding;
 
 // The window of one document: the outline on the left, the selected entry's text on the right, a movable split between
 // them. It owns the document. Placed in a QMdiSubWindow by the main window, or a window of its own.
@@ -73,6 +74,8 @@ private:
     void connectOutline();
     void connectText();
     void connectSplit();
+    void runKey(const KeyBinding &binding);
+    void activateNextDocument();
     void paneGotFocus(bool outline);
     void trvOutline_NodeClick(Entry *entry);
     void trvOutline_Expand();

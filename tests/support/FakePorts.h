@@ -15,6 +15,8 @@
 #include <deque>
 #include <map>
 #include <memory>
+#include <set>
+#include <string_view>
 
 // Scripted ports: a test sets the answers beforehand and reads afterwards what was asked.
 
@@ -86,6 +88,8 @@ public:
 
     void MenuEnableDynamic() override { ++timesMenuEnableDynamic; }
 
+    bool isCommandEnabled(std::string_view item) const override { return !disabled.contains(item); }
+
     void UpdateStatusBar(const Entry *entry) override
     {
         if (entry)
@@ -94,6 +98,8 @@ public:
 
     void UpdateStatusBarText(const QString &text) override { statusText = text; }
 
+    // The menu items that cannot be chosen.
+    std::set<std::string_view> disabled;
     std::vector<int> menuEnableCounts;
     int timesMenuEnableDynamic = 0;
     QString statusText;

@@ -3,6 +3,8 @@
 
 #include "window/WindowFixture.h"
 
+#include "support/OutlineText.h"
+
 #include "model/StoredText.h"
 #include "model/modDoc.h"
 #include "model/modFile.h"
@@ -28,7 +30,10 @@ private Q_SLOTS:
     void focusFlagsFollowThePanes();
     void tabMovesBetweenThePanes();
     void f2EditsTheLabelInPlace();
-    void f2LeavesALabelOfAReadOnlyDocumentAlone();
+    void aKeyActsOnlyWhileItsMenuItemIsEnabled();
+    void everyOutlineKeyWorksFromBothPanes_data();
+    void everyOutlineKeyWorksFromBothPanes();
+    void ctrlF6GoesRoundTheWindowsInOrder();
     void aReadOnlyDocumentRefusesTyping();
     void collapsingTheBranchOfTheSelectionSelectsItsHead();
     void collapsingTheRootSetsLevelOne();
@@ -178,17 +183,75 @@ void tst_frmDocument::f2EditsTheLabelInPlace()
     QCOMPARE(m_fixture->fakes.commands.statusText, u"Renamed"_s);
 }
 
-void tst_frmDocument::f2LeavesALabelOfAReadOnlyDocumentAlone()
+void tst_frmDocument::aKeyActsOnlyWhileItsMenuItemIsEnabled()
 {
-    const QString file = m_fixture->folder.filePath(u"fixed.qly"_s);
-    openThreeEntries();
-    QCOMPARE(modDoc::DocSave(file), SaveOutcome::Saved);
-    QVERIFY(QFile::setPermissions(file, QFileDevice::ReadOwner | QFileDevice::ReadUser));
-    QVERIFY(modDoc::DocLoad(file));
-    QVERIFY(form().caption().endsWith(u"fixed.qly (read-only)"_s));
-    form().treeView->setFocus();
-    QTest::keyClick(form().treeView, Qt::Key_F2);
+    Document &opened = openThreeEntries();
+    clickOn(opened.tree.root()->child(1));
+    m_fixture->fakes.commands.disabled = {"mnuOutlineMoveUp", "mnuOutlineRename"};
+    for (QWidget *pane : {static_cast<QWidget *>(form().treeView), static_cast<QWidget *>(form().textBox)}) {
+        pane->setFocus();
+        QTest::keyClick(pane, Qt::Key_Home, Qt::AltModifier);
+        QTest::keyClick(pane, Qt::Key_Up, Qt::AltModifier);
+        QTest::keyClick(pane, Qt::Key_F2);
+    }
     QVERIFY(!form().treeView->findChild<QLineEdit *>());
+    QCOMPARE(opened.tree.root()->child(1)->label(), u"Second"_s);
+    m_fixture->fakes.commands.disabled.clear();
+    QTest::keyClick(form().textBox, Qt::Key_Up, Qt::AltModifier);
+    QCOMPARE(opened.tree.root()->child(0)->label(), u"Second"_s);
+}
+
+void tst_frmDocument::everyOutlineKeyWorksFromBothPanes_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<int>("modifiers");
+    QTest::addColumn<QStringList>("outline");
+    const auto row = [](const char *name, Qt::Key key, int modifiers, const QStringList &outline) {
+        QTest::newRow(name) << int(key) << modifiers << outline;
+    };
+    row("Alt+A", Qt::Key_A, Qt::AltModifier, {u"Root +"_s, u" A"_s, u" New Entry <"_s, u" B +"_s, u"  B1"_s, u" C"_s});
+    row("Alt+B", Qt::Key_B, Qt::AltModifier, {u"Root +"_s, u" A"_s, u" B +"_s, u"  B1"_s, u" New Entry <"_s, u" C"_s});
+    row("Alt+I", Qt::Key_I, Qt::AltModifier, {u"Root +"_s, u" A"_s, u" B +"_s, u"  B1"_s, u"  New Entry <"_s, u" C"_s});
+    row("Alt+T", Qt::Key_T, Qt::AltModifier, {u"Root +"_s, u" A"_s, u" B +*<"_s, u"  B1"_s, u" C"_s});
+    row("Alt+Right", Qt::Key_Right, Qt::AltModifier, {u"Root +"_s, u" A +"_s, u"  B +<"_s, u"   B1"_s, u" C"_s});
+    row("Alt+Left", Qt::Key_Left, Qt::AltModifier, {u"Root +"_s, u" A"_s, u" B +<"_s, u"  B1"_s, u" C"_s});
+    row("Alt+Up", Qt::Key_Up, Qt::AltModifier, {u"Root +"_s, u" B +<"_s, u"  B1"_s, u" A"_s, u" C"_s});
+    row("Alt+Down", Qt::Key_Down, Qt::AltModifier, {u"Root +"_s, u" A"_s, u" C"_s, u" B +<"_s, u"  B1"_s});
+    row("Alt+Home", Qt::Key_Home, Qt::AltModifier, {u"Root +"_s, u" B +<"_s, u"  B1"_s, u" A"_s, u" C"_s});
+    row("Alt+End", Qt::Key_End, Qt::AltModifier, {u"Root +"_s, u" A"_s, u" C"_s, u" B +<"_s, u"  B1"_s});
+    row("Alt+Delete", Qt::Key_Delete, Qt::AltModifier, {u"Root +"_s, u" A <"_s, u" C"_s});
+    row("numeric keypad minus", Qt::Key_Minus, Qt::KeypadModifier,
+        {u"Root +"_s, u" A"_s, u" B <"_s, u"  B1"_s, u" C"_s});
+    row("an unused Alt+letter", Qt::Key_Z, Qt::AltModifier, {u"Root +"_s, u" A"_s, u" B +<"_s, u"  B1"_s, u" C"_s});
+}
+
+void tst_frmDocument::everyOutlineKeyWorksFromBothPanes()
+{
+    QFETCH(int, key);
+    QFETCH(int, modifiers);
+    QFETCH(QStringList, outline);
+    for (const bool fromText : {false, true}) {
+        modDoc::DocNew();
+        plantOutline(document().tree, {u"Root +"_s, u" A"_s, u" B +"_s, u"  B1"_s, u" C"_s});
+        modNodes::NodeSelect(document(), entryLabelled(document().tree, u"B"_s));
+        m_fixture->fakes.dialogs.answers = {Answer::Yes};
+        QWidget *pane = fromText ? static_cast<QWidget *>(form().textBox) : form().treeView;
+        pane->setFocus();
+        QTest::keyClick(pane, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
+        QCOMPARE(dumpOutline(document().tree), outline);
+        QCOMPARE(document().txtRTF.Text(), QString());
+    }
+}
+
+void tst_frmDocument::ctrlF6GoesRoundTheWindowsInOrder()
+{
+    std::vector<Document *> opened;
+    for (int i = 0; i < 3; ++i)
+        opened.push_back(&openThreeEntries());
+    for (size_t i = 0; i < 4; ++i) {
+        QTest::keyClick(form().treeView, Qt::Key_F6, Qt::ControlModifier);
+        QCOMPARE(DocumentActive(), opened[i % 3]);
+    }
 }
 
 void tst_frmDocument::aReadOnlyDocumentRefusesTyping()

@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QtGlobal>
+
+#include <span>
+#include <string_view>
+
+class QKeyEvent;
+
+// The keys of a document window that run commands, from either pane. A key acts only while its menu item is enabled.
+
+// One key: which modifiers it needs, the menu item that must be enabled, and the command.
+struct KeyBinding {
+    enum Modifiers {
+        // Whatever modifiers are held.
+        Any,
+        // The key of the numeric keypad, whatever modifiers are held.
+        Keypad,
+        // Alt and no other modifier.
+        Alt,
+    };
+
+    Modifiers modifiers;
+    int key;
+    std::string_view item;
+    void (*command)();
+};
+
+std::span<const KeyBinding> keyMap();
+
+// The binding of a key press, enabled or not; null when the key has none.
+const KeyBinding *bindingOf(const QKeyEvent &event);
+
+// Whether a key press is Alt with a character, which an editor would type though it is no text.
+bool isAltCharacter(const QKeyEvent &event);
