@@ -15,8 +15,9 @@ QByteArray NodeTextCompressIfRequired(const QByteArray &text)
 {
     QByteArray storedText = text;
     procedure("modNodes NodeTextCompressIfRequired", [&] {
+        // A length of 0 would not be read as one: an empty text stays empty.
         QByteArray compressed;
-        if (bCompressText && modCompress::CompressString(text, compressed) == 0)
+        if (bCompressText && !text.isEmpty() && modCompress::CompressString(text, compressed) == 0)
             storedText = QByteArray::number(text.size()) + ',' + compressed;
     });
     return storedText;
