@@ -67,6 +67,13 @@ private Q_SLOTS:
     void aCopyIntoAnotherTree();
     void aCopyOfAnExpandedEntryTellsThePane();
 
+    void movingPlaces_data();
+    void movingPlaces();
+    void aMoveTakesEverythingAlong();
+    void aMoveGoesToTheEndOfTheCollection();
+    void impossibleMovesAreRefused_data();
+    void impossibleMovesAreRefused();
+
     void removalTakesTheSubtree();
     void removalOfTheSelectionDropsIt_data();
     void removalOfTheSelectionDropsIt();
@@ -284,6 +291,111 @@ void tst_EntryTree::aCopyOfAnExpandedEntryTellsThePane()
     QCOMPARE(reset.count(), 0);
     watched.tree.insertCopy(watched.tree, watched[u"A"_s], Relationship::tvwNext, watched[u"C"_s]);
     QCOMPARE(reset.count(), 1);
+}
+
+void tst_EntryTree::movingPlaces_data()
+{
+    QTest::addColumn<QString>("moved");
+    QTest::addColumn<Relationship>("relationship");
+    QTest::addColumn<QString>("relative");
+    QTest::addColumn<QStringList>("outline");
+
+    const auto standard = WatchedTree::standardOutline();
+    QTest::newRow("up among its siblings")
+        << u"C"_s << Relationship::tvwPrevious << u"A"_s
+        << QStringList{u"Root +"_s, u" C <"_s, u" A +"_s, u"  A1 *"_s, u"  A2"_s, u" B"_s, u"  B1"_s};
+    QTest::newRow("down among its siblings")
+        << u"A"_s << Relationship::tvwNext << u"B"_s
+        << QStringList{u"Root +"_s, u" B"_s, u"  B1"_s, u" A +"_s, u"  A1 *"_s, u"  A2"_s, u" C <"_s};
+    QTest::newRow("to the end among its siblings")
+        << u"A"_s << Relationship::tvwLast << u"B"_s
+        << QStringList{u"Root +"_s, u" B"_s, u"  B1"_s, u" C <"_s, u" A +"_s, u"  A1 *"_s, u"  A2"_s};
+    QTest::newRow("below a later sibling")
+        << u"A"_s << Relationship::tvwChild << u"B"_s
+        << QStringList{u"Root +"_s, u" B"_s, u"  B1"_s, u"  A +"_s, u"   A1 *"_s, u"   A2"_s, u" C <"_s};
+    QTest::newRow("below an earlier sibling's child")
+        << u"B"_s << Relationship::tvwChild << u"A1"_s
+        << QStringList{u"Root +"_s, u" A +"_s, u"  A1 *"_s, u"   B"_s, u"    B1"_s, u"  A2"_s, u" C <"_s};
+    QTest::newRow("out to its parent's level")
+        << u"A1"_s << Relationship::tvwNext << u"A"_s
+        << QStringList{u"Root +"_s, u" A +"_s, u"  A2"_s, u" A1 *"_s, u" B"_s, u"  B1"_s, u" C <"_s};
+    QTest::newRow("behind itself: stays") << u"B"_s << Relationship::tvwNext << u"B"_s << standard;
+    QTest::newRow("before itself: stays") << u"B"_s << Relationship::tvwPrevious << u"B"_s << standard;
+    QTest::newRow("behind the one before: stays") << u"B"_s << Relationship::tvwNext << u"A"_s << standard;
+    QTest::newRow("before the one behind: stays") << u"B"_s << Relationship::tvwPrevious << u"C"_s << standard;
+    QTest::newRow("the last child to be its parent's child: stays")
+        << u"C"_s << Relationship::tvwChild << u"Root"_s << standard;
+}
+
+void tst_EntryTree::movingPlaces()
+{
+    QFETCH(const QString, moved);
+    QFETCH(const Relationship, relationship);
+    QFETCH(const QString, relative);
+    QFETCH(const QStringList, outline);
+    WatchedTree watched;
+    watched.tree.move(watched[moved], relationship, watched[relative]);
+    QCOMPARE(dumpOutline(watched.tree), outline);
+    QCOMPARE(watched.tree.brokenInvariant(), QString());
+}
+
+void tst_EntryTree::aMoveTakesEverythingAlong()
+{
+    WatchedTree watched;
+    watched.tree.setStoredText(watched[u"A2"_s], "of A2");
+    watched.tree.setPendingText(watched[u"A1"_s], [] { return QByteArray("of A1"); });
+    watched.tree.select(watched[u"A1"_s]);
+    const EntryRef reference(&watched.tree, watched[u"A1"_s]);
+    const QPersistentModelIndex index = watched.tree.indexOf(watched[u"A1"_s]);
+    const Entry *a1 = watched[u"A1"_s];
+    QSignalSpy moved(&watched.tree, &QAbstractItemModel::rowsMoved);
+    QSignalSpy selected(&watched.tree, &EntryTree::selectedChanged);
+    watched.tree.move(watched[u"A"_s], Relationship::tvwChild, watched[u"B1"_s]);
+    QCOMPARE(moved.count(), 1);
+    QCOMPARE(selected.count(), 0);
+    QCOMPARE(watched[u"A1"_s], a1);
+    QCOMPARE(reference.entry(), a1);
+    QCOMPARE(watched.tree.entryAt(index), a1);
+    QCOMPARE(watched.tree.selected(), a1);
+    QCOMPARE(watched.tree.taggedCount(), 1);
+    QCOMPARE(watched.tree.storedText(a1), QByteArray("of A1"));
+    QCOMPARE(watched.tree.storedText(watched[u"A2"_s]), QByteArray("of A2"));
+}
+
+void tst_EntryTree::aMoveGoesToTheEndOfTheCollection()
+{
+    WatchedTree watched;
+    watched.tree.move(watched[u"A"_s], Relationship::tvwNext, watched[u"C"_s]);
+    const QStringList order{u"Root"_s, u"B"_s, u"B1"_s, u"C"_s, u"A"_s, u"A1"_s, u"A2"_s};
+    QCOMPARE(collectedLabels(watched.tree), order);
+    watched.tree.renewInsertion(watched[u"B"_s]);
+    QCOMPARE(collectedLabels(watched.tree),
+             QStringList({u"Root"_s, u"C"_s, u"A"_s, u"A1"_s, u"A2"_s, u"B"_s, u"B1"_s}));
+    QCOMPARE(watched.tree.brokenInvariant(), QString());
+}
+
+void tst_EntryTree::impossibleMovesAreRefused_data()
+{
+    QTest::addColumn<QString>("moved");
+    QTest::addColumn<Relationship>("relationship");
+    QTest::addColumn<QString>("relative");
+
+    QTest::newRow("below itself") << u"A"_s << Relationship::tvwChild << u"A"_s;
+    QTest::newRow("below its child") << u"A"_s << Relationship::tvwChild << u"A1"_s;
+    QTest::newRow("beside its child") << u"A"_s << Relationship::tvwNext << u"A1"_s;
+    QTest::newRow("the root") << u"Root"_s << Relationship::tvwChild << u"C"_s;
+    QTest::newRow("beside the root") << u"C"_s << Relationship::tvwNext << u"Root"_s;
+}
+
+void tst_EntryTree::impossibleMovesAreRefused()
+{
+    QFETCH(const QString, moved);
+    QFETCH(const Relationship, relationship);
+    QFETCH(const QString, relative);
+    WatchedTree watched;
+    QCOMPARE(errorNumberOf([&] { watched.tree.move(watched[moved], relationship, watched[relative]); }), invalidCall);
+    QCOMPARE(dumpOutline(watched.tree), WatchedTree::standardOutline());
+    QCOMPARE(watched.tree.brokenInvariant(), QString());
 }
 
 void tst_EntryTree::removalTakesTheSubtree()

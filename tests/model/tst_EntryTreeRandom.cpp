@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "model/EntryTree.h"
+#include "util/RunTimeError.h"
 
 #include <QAbstractItemModelTester>
 #include <QRandomGenerator>
@@ -96,6 +97,27 @@ public:
             copy->children.back()->parent = copy.get();
         }
         return copy;
+    }
+
+    void move(Node *node, Relationship relationship, Node *relative)
+    {
+        // A stand-in keeps the place while the node is taken out, so that the place cannot shift.
+        std::unique_ptr<Node> standIn = std::make_unique<Node>();
+        const Node *marker = add(std::move(standIn), relationship, relative);
+        collection.pop_back();
+        auto &old = node->parent->children;
+        const auto from = old.begin() + placeOf(node);
+        std::unique_ptr<Node> moving = std::move(*from);
+        old.erase(from);
+        Node *parent = marker->parent;
+        moving->parent = parent;
+        parent->children[static_cast<size_t>(placeOf(marker))] = std::move(moving);
+        std::vector<Node *> moved;
+        gather(node, moved);
+        for (Node *each : moved) {
+            std::erase(collection, each);
+            collection.push_back(each);
+        }
     }
 
     void remove(Node *node)
@@ -275,6 +297,7 @@ public:
             pair.watch(m_node);
             return u"watch"_s;
         case 11:
+        case 12:
             return move(pair);
         default:
             return change(pair);
@@ -283,6 +306,8 @@ public:
 
     QString difference() const
     {
+        if (!m_failure.isEmpty())
+            return m_failure;
         const QString first = m_pairs[0].difference();
         return first.isEmpty() ? m_pairs[1].difference() : first;
     }
@@ -330,21 +355,25 @@ private:
         return u"remove"_s;
     }
 
-    // As the outline commands move: a copy at the new place, then the removal of the original.
     QString move(Pair &pair)
     {
         const std::vector<Node *> nodes = pair.slow.inOutlineOrder();
-        Node *source = nodes[m_random.bounded(static_cast<quint32>(nodes.size()))];
-        for (const Node *up = m_node; up; up = up->parent) {
-            if (up == source)
-                return u"no move below itself"_s;
-        }
+        Node *moving = nodes[m_random.bounded(static_cast<quint32>(nodes.size()))];
         const Relationship relationship = place();
-        Entry *original = pair.entryOf(source);
-        pair.tree.insertCopy(pair.tree, original, relationship, pair.entryOf(m_node));
-        pair.tree.remove(original);
-        pair.slow.add(SlowTree::copyOf(source), relationship, m_node);
-        pair.slow.remove(source);
+        const Node *newParent = relationship == Relationship::tvwChild ? m_node : m_node->parent;
+        bool possible = moving->parent;
+        for (const Node *up = newParent; up; up = up->parent)
+            possible = possible && up != moving;
+        try {
+            pair.tree.move(pair.entryOf(moving), relationship, pair.entryOf(m_node));
+            if (!possible)
+                m_failure = u"an entry was moved into itself"_s;
+        } catch (const RunTimeError &) {
+            if (possible)
+                m_failure = u"a possible move was refused"_s;
+            return u"a refused move"_s;
+        }
+        pair.slow.move(moving, relationship, m_node);
         return u"move"_s;
     }
 
@@ -405,6 +434,7 @@ private:
     mutable QRandomGenerator m_random;
     Pair m_pairs[2];
     Node *m_node = nullptr;
+    QString m_failure;
 };
 
 } // namespace
