@@ -116,15 +116,17 @@ void loadInto(Document &document, const QString &sFile, LoadResult &result)
     document.trvOutline.setPaneVisible(false);
     document.m_sFile = sFile;
     readOutline(document, sFile, result);
-    document.window.setCaption(document.m_sFile);
-    if (document.bReadOnly())
-        markReadOnly(document);
+    // All that may fail comes before the window takes on the file's name and its lock: a window that keeps only what
+    // could be read has neither.
     Entry *selected = document.tree.root();
     if (!result.selectedKey.isEmpty())
         selected = document.tree.itemByKey(result.selectedKey);
     if (!result.damage.isEmpty())
         throw RunTimeError(ErrorNumber::InvalidFileFormat,
                            u"%1: %2: %3"_s.arg(errorDescription(ErrorNumber::InvalidFileFormat), sFile, result.damage));
+    document.window.setCaption(document.m_sFile);
+    if (document.bReadOnly())
+        markReadOnly(document);
     applyFlags(document, result);
     showLoaded(document, selected);
 }
