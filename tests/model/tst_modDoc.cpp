@@ -1,0 +1,785 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "model/modDoc.h"
+#include "model/modNodes.h"
+#include "support/ErrorRecorder.h"
+#include "support/FakePorts.h"
+#include "support/Obstacles.h"
+#include "support/OutlineText.h"
+#include "util/ByteSink.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+// The life of documents with scripted formats: what is read and written is the test's own.
+class tst_modDoc : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void untitledCaptionsCountTheOpenWindows();
+    void aNewDocument();
+    void aNewDocumentsLabelEditingFollowsTheOption();
+
+    void readOnlyIsAskedOfTheFile();
+    void readOnlyForAnotherUser();
+
+    void loadingAFileThatDoesNotExistOpensNothing_data();
+    void loadingAFileThatDoesNotExistOpensNothing();
+    void theFormatOfAFile_data();
+    void theFormatOfAFile();
+    void aLoadedDocument();
+    void whatIsSetWhileLoading();
+    void theFlagsOfALoadedDocument();
+    void theSelectionOfALoadedDocument_data();
+    void theSelectionOfALoadedDocument();
+    void aReadOnlyDocument_data();
+    void aReadOnlyDocument();
+    void aRemarkIsReportedAndTheLoadCountsAsWhole();
+    void aFailedLoadKeepsWhatWasReadWithoutTheFilesName_data();
+    void aFailedLoadKeepsWhatWasReadWithoutTheFilesName();
+    void aFailedLoadOfAReadOnlyFileLeavesAnUnlockedWindow();
+    void aFileThatMayNotBeRead();
+
+    void savingWithoutADocument();
+    void savingWritesTheFormatOfTheExtension_data();
+    void savingWritesTheFormatOfTheExtension();
+    void aSavedDocument();
+    void theBackupHoldsTheOldContent();
+    void noBackup_data();
+    void noBackup();
+    void theBackupLiesBesideALinksTarget();
+    void oneEntryAsTextIsNotAskedAbout();
+    void severalEntriesAsTextAreAskedAbout();
+    void aRefusedTextWarningLeavesTheBackupAndNoFile_data();
+    void aRefusedTextWarningLeavesTheBackupAndNoFile();
+    void aFailedSaveChangesNothing_data();
+    void aFailedSaveChangesNothing();
+    void aFailedSaveUnderAnotherNameKeepsTheOldOne();
+    void aFullDiskAtAnyByteLosesNothing();
+
+    void defaultVersions_data();
+    void defaultVersions();
+    void tags_data();
+    void tags();
+    void tagsAtAPosition_data();
+    void tagsAtAPosition();
+
+private:
+    Document &active() { return m_fake->windows.active->document; }
+
+    // An active document with a root and one entry more for each number.
+    Document &plant(int entries)
+    {
+        Document &document = m_fake->windows.createDocument();
+        plantOutline(document.tree, {u"Root"_s});
+        for (int i = 1; i < entries; ++i)
+            document.tree.insert(Relationship::tvwChild, document.tree.root());
+        return document;
+    }
+
+    void expectIdle()
+    {
+        QVERIFY(!bBusy);
+        QVERIFY(!m_fake->pointer.hourglass);
+        QCOMPARE(iActionDepth, 0);
+        if (m_fake->windows.active) {
+            QVERIFY(m_fake->windows.active->outline.visible);
+            QVERIFY(m_fake->windows.active->text.visible);
+        }
+    }
+
+    std::unique_ptr<FakePorts> m_fake;
+    std::unique_ptr<ErrorRecorder> m_errors;
+    std::unique_ptr<TestFolder> m_folder;
+};
+
+void tst_modDoc::init()
+{
+    m_fake = std::make_unique<FakePorts>();
+    m_errors = std::make_unique<ErrorRecorder>();
+    m_folder = std::make_unique<TestFolder>();
+    m_fake->formats.onReadNative = [](Document &document, const QByteArray &, LoadResult &) {
+        plantOutline(document.tree, {u"Root"_s, u" A"_s, u"  A1"_s, u" B"_s});
+    };
+    m_fake->formats.onReadPlainText = [](Document &document, const QByteArray &) {
+        plantOutline(document.tree, {u"Text"_s});
+    };
+    m_fake->formats.onWriteNative = [](const Document &, ByteSink &sink) { sink.write("native"); };
+    m_fake->formats.onWritePlainText = [](const Document &, ByteSink &sink) { sink.write("text"); };
+}
+
+void tst_modDoc::cleanup()
+{
+    expectIdle();
+    m_errors.reset();
+    m_fake.reset();
+    m_folder.reset();
+}
+
+void tst_modDoc::untitledCaptionsCountTheOpenWindows()
+{
+    modDoc::DocNew();
+    FakeDocument *first = m_fake->windows.active;
+    QCOMPARE(first->window.text, u"Document 1"_s);
+    modDoc::DocNew();
+    QCOMPARE(m_fake->windows.active->window.text, u"Document 2"_s);
+    first->window.close();
+    modDoc::DocNew();
+    QCOMPARE(m_fake->windows.active->window.text, u"Document 2"_s);
+    m_folder->write(u"a.qly"_s, "x");
+    modDoc::DocLoad((*m_folder)(u"a.qly"_s));
+    modDoc::DocNew();
+    QCOMPARE(m_fake->windows.active->window.text, u"Document 4"_s);
+}
+
+void tst_modDoc::aNewDocument()
+{
+    g_fntDefaultOutlineFont.setName(u"Serif"_s);
+    g_fntDefaultOutlineFont.setSize(9 * clsFont::point);
+    g_fntDefaultTextFont.setName(u"Courier 10 Pitch"_s);
+    g_fntDefaultTextFont.setBold(true);
+    m_fake->commands.statusText = u"before"_s;
+    modDoc::DocNew();
+    const FakeDocument &fake = *m_fake->windows.active;
+    QVERIFY(!fake.document.tree.root());
+    QVERIFY(fake.document.m_sFile.isEmpty());
+    QVERIFY(fake.document.m_bDataChanged);
+    QVERIFY(!fake.document.bReadOnly());
+    QCOMPARE(fake.document.m_iFileFormatVersion, 1);
+    QVERIFY(fake.document.m_fntOutlineFont == g_fntDefaultOutlineFont);
+    QVERIFY(fake.document.m_fntTextFont == g_fntDefaultTextFont);
+    QCOMPARE(fake.outline.font.family(), u"Serif"_s);
+    QCOMPARE(fake.outline.font.pointSize(), 9);
+    QCOMPARE(fake.text.font.family(), u"Courier 10 Pitch"_s);
+    QVERIFY(fake.text.font.bold());
+    QCOMPARE(m_fake->commands.statusText, QString());
+    QVERIFY(fake.outline.timesHidden > 0);
+    QVERIFY(m_fake->commands.timesMenuEnableDynamic > 0);
+}
+
+void tst_modDoc::aNewDocumentsLabelEditingFollowsTheOption()
+{
+    for (const bool automatic : {true, false}) {
+        g_options.AutoLabelEdit = automatic;
+        modDoc::DocNew();
+        QCOMPARE(m_fake->windows.active->outline.labelEdit,
+                 automatic ? LabelEditMode::tvwAutomatic : LabelEditMode::tvwManual);
+    }
+}
+
+void tst_modDoc::readOnlyIsAskedOfTheFile()
+{
+    Document &document = plant(1);
+    QVERIFY(!document.bReadOnly());
+    document.m_sFile = u"   "_s;
+    QVERIFY(!document.bReadOnly());
+    document.m_sFile = (*m_folder)(u"a.qly"_s);
+    QVERIFY2(!document.bReadOnly(), "a file that does not exist");
+    m_folder->write(u"a.qly"_s, "x", 0444);
+    QVERIFY(document.bReadOnly());
+    m_folder->setMode(u"a.qly"_s, 0644);
+    QVERIFY(!document.bReadOnly());
+}
+
+void tst_modDoc::readOnlyForAnotherUser()
+{
+    if (geteuid() != 0)
+        QSKIP("Only the superuser can make another user's file");
+    Document &document = plant(1);
+    m_folder->write(u"a.qly"_s, "x", 0644);
+    document.m_sFile = (*m_folder)(u"a.qly"_s);
+    const OrdinaryUser user;
+    QVERIFY(document.bReadOnly());
+}
+
+void tst_modDoc::loadingAFileThatDoesNotExistOpensNothing_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::newRow("no such file") << u"gone.qly"_s;
+    QTest::newRow("no name") << QString();
+    QTest::newRow("a folder") << u"."_s;
+}
+
+void tst_modDoc::loadingAFileThatDoesNotExistOpensNothing()
+{
+    QFETCH(const QString, name);
+    modDoc::DocLoad(name.isEmpty() ? name : (*m_folder)(name));
+    QVERIFY(m_fake->windows.open.empty());
+    QCOMPARE(m_fake->commands.timesMenuEnableDynamic, 1);
+    QCOMPARE(m_fake->dialogs.warnings, QStringList());
+    QVERIFY(m_fake->recentFiles.updates.empty());
+    QCOMPARE(m_errors->count(), 0);
+}
+
+void tst_modDoc::theFormatOfAFile_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<int>("version");
+
+    QTest::newRow("qly without a version") << u"a.qly"_s << QByteArray("text") << 1;
+    QTest::newRow("qly in capitals") << u"a.QLY"_s << QByteArray("text") << 1;
+    QTest::newRow("qly of version 1") << u"a.qly"_s << QByteArray("{\\qlf_formatversion 1}\r\n") << 1;
+    QTest::newRow("qly of version 2 is text") << u"a.qly"_s << QByteArray("{\\qlf_formatversion 2}\r\n") << 2;
+    QTest::newRow("qly of version -1 is text") << u"a.qly"_s << QByteArray("{\\qlf_formatversion -1}\r\n") << -1;
+    QTest::newRow("qly of no numeric version") << u"a.qly"_s << QByteArray("{\\qlf_formatversion one}\r\n") << 1;
+    QTest::newRow("qly of an empty version") << u"a.qly"_s << QByteArray("{\\qlf_formatversion }\r\n") << 1;
+    QTest::newRow("txt without a version") << u"notes.txt"_s << QByteArray("text") << -1;
+    QTest::newRow("txt of version 1 is native") << u"notes.txt"_s << QByteArray("{\\qlf_formatversion 1}\r\n") << 1;
+    QTest::newRow("no extension") << u"notes"_s << QByteArray("text") << -1;
+    QTest::newRow("a version far into the file")
+        << u"notes.txt"_s << QByteArray(5000, ' ') + "{\\qlf_formatversion 1}\r\n"
+        << 1;
+}
+
+void tst_modDoc::theFormatOfAFile()
+{
+    QFETCH(const QString, name);
+    QFETCH(const QByteArray, content);
+    QFETCH(const int, version);
+    int native = 0;
+    int text = 0;
+    QByteArray given;
+    m_fake->formats.onReadNative = [&](Document &document, const QByteArray &buffer, LoadResult &) {
+        ++native;
+        given = buffer;
+        plantOutline(document.tree, {u"Root"_s});
+    };
+    m_fake->formats.onReadPlainText = [&](Document &document, const QByteArray &buffer) {
+        ++text;
+        given = buffer;
+        plantOutline(document.tree, {u"Root"_s});
+    };
+    m_folder->write(name, content);
+    QVERIFY(modDoc::DocLoad((*m_folder)(name)));
+    QCOMPARE(active().m_iFileFormatVersion, version);
+    QCOMPARE(native, version == 1 ? 1 : 0);
+    QCOMPARE(text, version == 1 ? 0 : 1);
+    QCOMPARE(given, content);
+}
+
+void tst_modDoc::aLoadedDocument()
+{
+    m_folder->write(u"a.qly"_s, "x");
+    const QString sFile = (*m_folder)(u"a.qly"_s);
+    m_fake->commands.statusText = u"before"_s;
+    QVERIFY(modDoc::DocLoad(sFile));
+    const FakeDocument &fake = *m_fake->windows.active;
+    QCOMPARE(fake.document.m_sFile, sFile);
+    QCOMPARE(fake.window.text, sFile);
+    QVERIFY(!fake.document.m_bDataChanged);
+    QVERIFY(!fake.text.locked);
+    QCOMPARE(fake.window.timesSplitFitted, 1);
+    QCOMPARE(m_fake->recentFiles.updates.size(), size_t(1));
+    QCOMPARE(m_fake->recentFiles.updates[0].file, sFile);
+    QVERIFY(!m_fake->recentFiles.updates[0].remove);
+    QCOMPARE(m_fake->pointer.timesHourglass, 1);
+    QCOMPARE(m_errors->count(), 0);
+}
+
+void tst_modDoc::whatIsSetWhileLoading()
+{
+    m_folder->write(u"a.qly"_s, "x");
+    bool looked = false;
+    m_fake->formats.onReadNative = [&](Document &document, const QByteArray &, LoadResult &) {
+        looked = true;
+        QVERIFY(bBusy);
+        QVERIFY(m_fake->pointer.hourglass);
+        QVERIFY(!m_fake->windows.active->outline.visible);
+        QCOMPARE(m_fake->commands.statusText, QString());
+        QCOMPARE(document.m_sFile, (*m_folder)(u"a.qly"_s));
+        plantOutline(document.tree, {u"Root"_s});
+    };
+    modDoc::DocLoad((*m_folder)(u"a.qly"_s));
+    QVERIFY(looked);
+}
+
+void tst_modDoc::theFlagsOfALoadedDocument()
+{
+    m_folder->write(u"a.qly"_s, "x");
+    m_fake->formats.onReadNative = [](Document &document, const QByteArray &, LoadResult &result) {
+        plantOutline(document.tree, {u"Root"_s, u" A"_s, u"  A1"_s, u"   A11"_s, u" B"_s, u"  B1"_s});
+        // Fewer flags than entries: the last ones have none.
+        result.tagged = {false, true, false, true};
+        result.visible = {false, true, true, true, false, true};
+    };
+    modDoc::DocLoad((*m_folder)(u"a.qly"_s));
+    QCOMPARE(dumpOutline(active().tree),
+             QStringList({u"Root +*<"_s, u" A +"_s, u"  A1 *"_s, u"   A11"_s, u" B"_s, u"  B1"_s}));
+    QCOMPARE(active().tree.taggedCount(), 2);
+}
+
+void tst_modDoc::theSelectionOfALoadedDocument_data()
+{
+    QTest::addColumn<QString>("key");
+    QTest::addColumn<QString>("selected");
+    QTest::newRow("a key") << u"KEY0.1.1"_s << u"A1"_s;
+    QTest::newRow("the root's key") << u"KEY0"_s << u"Root"_s;
+    QTest::newRow("none: the first entry") << QString() << u"Root"_s;
+}
+
+void tst_modDoc::theSelectionOfALoadedDocument()
+{
+    QFETCH(const QString, key);
+    QFETCH(const QString, selected);
+    m_folder->write(u"a.qly"_s, "x");
+    m_fake->formats.onReadNative = [&](Document &document, const QByteArray &, LoadResult &result) {
+        plantOutline(document.tree, {u"Root"_s, u" A"_s, u"  A1"_s, u" B"_s});
+        document.tree.setStoredText(entryLabelled(document.tree, selected), "{\\rtf1 shown}");
+        result.selectedKey = key;
+    };
+    QVERIFY(modDoc::DocLoad((*m_folder)(u"a.qly"_s)));
+    const FakeDocument &fake = *m_fake->windows.active;
+    QCOMPARE(fake.document.tree.selected()->label(), selected);
+    QCOMPARE(modNodes::nodCurrent().entry(), fake.document.tree.selected());
+    QCOMPARE(fake.text.rtf, QByteArray("{\\rtf1 shown}"));
+    QVERIFY2(fake.document.tree.selected()->visible(), "the selected entry must have a row");
+}
+
+void tst_modDoc::aReadOnlyDocument_data()
+{
+    QTest::addColumn<bool>("automatic");
+    QTest::newRow("with manual label editing") << false;
+    // The option is applied behind the read-only step, by design.
+    QTest::newRow("with automatic label editing") << true;
+}
+
+void tst_modDoc::aReadOnlyDocument()
+{
+    QFETCH(const bool, automatic);
+    g_options.AutoLabelEdit = automatic;
+    m_folder->write(u"a.qly"_s, "x", 0444);
+    const QString sFile = (*m_folder)(u"a.qly"_s);
+    QVERIFY(modDoc::DocLoad(sFile));
+    const FakeDocument &fake = *m_fake->windows.active;
+    QVERIFY(fake.document.bReadOnly());
+    QCOMPARE(fake.window.text, sFile + u" (read-only)"_s);
+    QVERIFY(fake.text.locked);
+    const LabelEditMode last = automatic ? LabelEditMode::tvwAutomatic : LabelEditMode::tvwManual;
+    QCOMPARE(fake.outline.labelEditHistory, std::vector<LabelEditMode>({LabelEditMode::tvwManual, last}));
+    QCOMPARE(fake.document.m_sFile, sFile);
+}
+
+void tst_modDoc::aRemarkIsReportedAndTheLoadCountsAsWhole()
+{
+    m_folder->write(u"a.qly"_s, "x");
+    m_fake->formats.onReadNative = [](Document &document, const QByteArray &, LoadResult &result) {
+        plantOutline(document.tree, {u"Root"_s});
+        result.remark = u"a label was cut"_s;
+    };
+    QVERIFY(modDoc::DocLoad((*m_folder)(u"a.qly"_s)));
+    QCOMPARE(m_errors->summary(), QStringList(u"321 modDoc DocLoad"_s));
+    QVERIFY(m_errors->records()[0].report.description.contains(u"a label was cut"_s));
+    QCOMPARE(active().m_sFile, (*m_folder)(u"a.qly"_s));
+    QCOMPARE(m_fake->recentFiles.updates.size(), size_t(1));
+}
+
+void tst_modDoc::aFailedLoadKeepsWhatWasReadWithoutTheFilesName_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("report");
+    QTest::newRow("the reader raises an error") << 0 << u"13 modDoc DocLoad"_s;
+    QTest::newRow("a routine below the reader raises one") << 1 << u"35601 modDoc DocLoad"_s;
+    QTest::newRow("the reader met damage") << 2 << u"321 modDoc DocLoad"_s;
+    QTest::newRow("the selected entry does not exist") << 3 << u"35601 modDoc DocLoad"_s;
+    QTest::newRow("the version is no 16-bit number") << 4 << u"6 modDoc DocLoad"_s;
+}
+
+void tst_modDoc::aFailedLoadKeepsWhatWasReadWithoutTheFilesName()
+{
+    QFETCH(const int, kind);
+    QFETCH(const QString, report);
+    const QByteArray content = kind == 4 ? "{\\qlf_formatversion 40000}\r\n" : "x";
+    m_folder->write(u"a.qly"_s, content);
+    const QString sFile = (*m_folder)(u"a.qly"_s);
+    m_fake->formats.onReadNative = [&](Document &document, const QByteArray &, LoadResult &result) {
+        plantOutline(document.tree, {u"Root"_s, u" A"_s, u"  A1"_s});
+        result.tagged = {false, false, true};
+        result.visible = {false, true, true, true};
+        if (kind == 0)
+            throw RunTimeError(ErrorNumber::TypeMismatch);
+        if (kind == 1)
+            procedure("modNodes NodeInsert", [] { throw RunTimeError(ErrorNumber::ElementNotFound); });
+        if (kind == 2)
+            result.damage = u"bytes between two records"_s;
+        if (kind == 3)
+            result.selectedKey = u"KEY0.9"_s;
+    };
+    QVERIFY(!modDoc::DocLoad(sFile));
+    QCOMPARE(m_errors->summary(), QStringList(report));
+    const FakeDocument &fake = *m_fake->windows.active;
+    QVERIFY(fake.document.m_sFile.isEmpty());
+    QCOMPARE(fake.document.m_iFileFormatVersion, 1);
+    QCOMPARE(fake.window.text, u"Document 1"_s);
+    QVERIFY(m_fake->commands.statusText.contains(sFile));
+    QCOMPARE(fake.document.notice, m_fake->commands.statusText);
+    QVERIFY(m_fake->recentFiles.updates.empty());
+    QVERIFY(!fake.text.locked);
+    if (kind == 4)
+        QVERIFY(!fake.document.tree.root());
+    else
+        QCOMPARE(dumpOutline(fake.document.tree), QStringList({u"Root +<"_s, u" A +*"_s, u"  A1"_s}));
+    QCOMPARE(m_folder->read(u"a.qly"_s), content);
+}
+
+void tst_modDoc::aFailedLoadOfAReadOnlyFileLeavesAnUnlockedWindow()
+{
+    m_folder->write(u"a.qly"_s, "x", 0444);
+    m_fake->formats.onReadNative = [](Document &document, const QByteArray &, LoadResult &result) {
+        plantOutline(document.tree, {u"Root"_s});
+        result.damage = u"bytes between two records"_s;
+    };
+    QVERIFY(!modDoc::DocLoad((*m_folder)(u"a.qly"_s)));
+    QVERIFY(!m_fake->windows.active->text.locked);
+    QCOMPARE(m_fake->windows.active->window.text, u"Document 1"_s);
+}
+
+void tst_modDoc::aFileThatMayNotBeRead()
+{
+    m_folder->write(u"a.qly"_s, "x", 0);
+    bool loaded = true;
+    {
+        const OrdinaryUser user;
+        loaded = modDoc::DocLoad((*m_folder)(u"a.qly"_s));
+    }
+    QVERIFY(!loaded);
+    QCOMPARE(m_errors->summary(), QStringList(u"70 modDoc DocLoad"_s));
+    QVERIFY(active().m_sFile.isEmpty());
+    QVERIFY(!active().tree.root());
+}
+
+void tst_modDoc::savingWithoutADocument()
+{
+    QCOMPARE(modDoc::DocSave((*m_folder)(u"a.qly"_s)), SaveOutcome::Failed);
+    QCOMPARE(m_folder->names(), QStringList());
+    QCOMPARE(m_errors->count(), 0);
+}
+
+void tst_modDoc::savingWritesTheFormatOfTheExtension_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+    QTest::newRow("qly") << u"a.qly"_s << QByteArray("native");
+    QTest::newRow("QLY") << u"a.QLY"_s << QByteArray("native");
+    QTest::newRow("txt") << u"a.txt"_s << QByteArray("text");
+    QTest::newRow("none") << u"a"_s << QByteArray("text");
+    QTest::newRow("another") << u"a.doc"_s << QByteArray("text");
+}
+
+void tst_modDoc::savingWritesTheFormatOfTheExtension()
+{
+    QFETCH(const QString, name);
+    QFETCH(const QByteArray, content);
+    const Document &document = plant(1);
+    QCOMPARE(modDoc::DocSave((*m_folder)(name)), SaveOutcome::Saved);
+    QCOMPARE(m_folder->read(name), content);
+    QCOMPARE(document.m_iFileFormatVersion, content == "native" ? 1 : -1);
+}
+
+void tst_modDoc::aSavedDocument()
+{
+    Document &document = plant(3);
+    document.notice = u"The file could not be saved"_s;
+    const QString sFile = (*m_folder)(u"a.qly"_s);
+    m_fake->formats.onWriteNative = [&](const Document &, ByteSink &sink) {
+        QVERIFY(bBusy);
+        QVERIFY(m_fake->pointer.hourglass);
+        sink.write("native");
+    };
+    QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Saved);
+    QCOMPARE(document.m_sFile, sFile);
+    QCOMPARE(document.window.caption(), sFile);
+    QVERIFY(document.notice.isEmpty());
+    QCOMPARE(m_fake->recentFiles.updates.size(), size_t(1));
+    QCOMPARE(m_fake->recentFiles.updates[0].file, sFile);
+    QCOMPARE(m_folder->names(), QStringList(u"a.qly"_s));
+    QCOMPARE(m_errors->count(), 0);
+}
+
+void tst_modDoc::theBackupHoldsTheOldContent()
+{
+    plant(1);
+    const QString sFile = (*m_folder)(u"a.qly"_s);
+    m_folder->write(u"a.qly"_s, "first");
+    QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Saved);
+    QCOMPARE(m_folder->read(u"a.bak"_s), QByteArray("first"));
+    m_fake->formats.onWriteNative = [](const Document &, ByteSink &sink) { sink.write("third"); };
+    QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Saved);
+    QCOMPARE(m_folder->read(u"a.bak"_s), QByteArray("native"));
+    QCOMPARE(m_folder->read(u"a.qly"_s), QByteArray("third"));
+    QCOMPARE(m_folder->names(), QStringList({u"a.bak"_s, u"a.qly"_s}));
+}
+
+void tst_modDoc::noBackup_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QStringList>("names");
+    QTest::newRow("the option is off") << 0 << u"a.qly"_s << QStringList{u"a.qly"_s};
+    QTest::newRow("there is no old file") << 1 << u"a.qly"_s << QStringList{u"a.qly"_s};
+    QTest::newRow("the backup is read-only") << 2 << u"a.qly"_s << QStringList{u"a.bak"_s, u"a.qly"_s};
+    QTest::newRow("the backup is a folder") << 3 << u"a.qly"_s << QStringList{u"a.bak"_s, u"a.qly"_s};
+    QTest::newRow("the file itself is named as backups are") << 4 << u"a.bak"_s << QStringList{u"a.bak"_s};
+}
+
+void tst_modDoc::noBackup()
+{
+    QFETCH(const int, kind);
+    QFETCH(const QString, name);
+    QFETCH(const QStringList, names);
+    plant(1);
+    g_options.Backup = kind != 0;
+    if (kind != 1)
+        m_folder->write(name, "old");
+    if (kind == 2)
+        m_folder->write(u"a.bak"_s, "protected", 0444);
+    if (kind == 3)
+        QVERIFY(QDir(m_folder->path()).mkdir(u"a.bak"_s));
+    QCOMPARE(modDoc::DocSave((*m_folder)(name)), SaveOutcome::Saved);
+    QCOMPARE(m_folder->read(name), QByteArray(name.endsWith(u".qly"_s) ? "native" : "text"));
+    QCOMPARE(m_folder->names(), names);
+    if (kind == 2)
+        QCOMPARE(m_folder->read(u"a.bak"_s), QByteArray("protected"));
+    QCOMPARE(m_errors->count(), 0);
+}
+
+void tst_modDoc::theBackupLiesBesideALinksTarget()
+{
+    plant(1);
+    QVERIFY(QDir(m_folder->path()).mkdir(u"deep"_s));
+    m_folder->write(u"deep/real.qly"_s, "old");
+    QVERIFY(QFile::link((*m_folder)(u"deep/real.qly"_s), (*m_folder)(u"link.qly"_s)));
+    QCOMPARE(modDoc::DocSave((*m_folder)(u"link.qly"_s)), SaveOutcome::Saved);
+    QCOMPARE(m_folder->read(u"deep/real.qly"_s), QByteArray("native"));
+    QCOMPARE(m_folder->read(u"deep/real.bak"_s), QByteArray("old"));
+    QVERIFY(QFileInfo((*m_folder)(u"link.qly"_s)).isSymLink());
+    QCOMPARE(active().m_sFile, (*m_folder)(u"link.qly"_s));
+}
+
+void tst_modDoc::oneEntryAsTextIsNotAskedAbout()
+{
+    plant(1);
+    QCOMPARE(modDoc::DocSave((*m_folder)(u"a.txt"_s)), SaveOutcome::Saved);
+    QCOMPARE(m_fake->dialogs.questions, QStringList());
+    QCOMPARE(m_folder->read(u"a.txt"_s), QByteArray("text"));
+}
+
+void tst_modDoc::severalEntriesAsTextAreAskedAbout()
+{
+    plant(2);
+    m_fake->dialogs.answers = {Answer::Yes};
+    QCOMPARE(modDoc::DocSave((*m_folder)(u"a.txt"_s)), SaveOutcome::Saved);
+    QCOMPARE(m_fake->dialogs.questions,
+             QStringList(u"Warning - you are saving this document in text format.  Although the text itself will be "
+                         "retained, any rich text formatting and organisation into entries will be lost if the file is "
+                         "reloaded.  Normally you should save the file as text only if you wish to load it into "
+                         "another application that does not recognise the native formatting.  Do you want to "
+                         "continue?"_s));
+    QCOMPARE(m_folder->read(u"a.txt"_s), QByteArray("text"));
+    QCOMPARE(modDoc::DocSave((*m_folder)(u"a.qly"_s)), SaveOutcome::Saved);
+    QCOMPARE(m_fake->dialogs.questions.size(), 1);
+}
+
+void tst_modDoc::aRefusedTextWarningLeavesTheBackupAndNoFile_data()
+{
+    QTest::addColumn<Answer>("answer");
+    QTest::addColumn<bool>("existed");
+    QTest::newRow("No, over an old file") << Answer::No << true;
+    QTest::newRow("Cancel, over an old file") << Answer::Cancel << true;
+    QTest::newRow("No, for a new file") << Answer::No << false;
+}
+
+void tst_modDoc::aRefusedTextWarningLeavesTheBackupAndNoFile()
+{
+    QFETCH(const Answer, answer);
+    QFETCH(const bool, existed);
+    plant(2);
+    if (existed)
+        m_folder->write(u"a.txt"_s, "old");
+    m_fake->dialogs.answers = {answer};
+    QCOMPARE(modDoc::DocSave((*m_folder)(u"a.txt"_s)), SaveOutcome::Refused);
+    QCOMPARE(m_folder->names(), existed ? QStringList(u"a.bak"_s) : QStringList());
+    if (existed)
+        QCOMPARE(m_folder->read(u"a.bak"_s), QByteArray("old"));
+    QVERIFY(m_fake->recentFiles.updates.empty());
+    QCOMPARE(m_errors->count(), 0);
+}
+
+void tst_modDoc::aFailedSaveChangesNothing_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<QString>("report");
+    QTest::newRow("the folder may not be written") << 0 << u"70 modDoc DocSave"_s;
+    QTest::newRow("the disk is full") << 1 << u"61 modDoc DocSave"_s;
+    QTest::newRow("the writer raises an error") << 2 << u"5 modDoc DocSave"_s;
+    QTest::newRow("a routine below the writer raises one") << 3 << u"6 modDoc DocSave"_s;
+    QTest::newRow("the file became read-only") << 4 << u"70 modDoc DocSave"_s;
+}
+
+void tst_modDoc::aFailedSaveChangesNothing()
+{
+    QFETCH(const int, kind);
+    QFETCH(const QString, report);
+    m_folder->write(u"a.qly"_s, "old", kind == 4 ? 0444 : 0666);
+    m_folder->write(u"a.bak"_s, "older");
+    const QString sFile = (*m_folder)(u"a.qly"_s);
+    Document &document = plant(2);
+    document.m_sFile = sFile;
+    document.window.setCaption(sFile);
+    document.m_bDataChanged = false;
+    m_fake->formats.onWriteNative = [kind](const Document &, ByteSink &sink) {
+        sink.write("native");
+        if (kind == 2)
+            throw RunTimeError(ErrorNumber::InvalidCall);
+        if (kind == 3)
+            procedure("modDocV1 DocSaveVersion", [] { throw RunTimeError(ErrorNumber::Overflow); });
+    };
+    SaveOutcome outcome = SaveOutcome::Saved;
+    if (kind == 0) {
+        m_folder->setMode(QString(), 0555);
+        const OrdinaryUser user;
+        outcome = modDoc::DocSave(sFile);
+    } else if (kind == 1) {
+        const FullDisk disk(3);
+        outcome = modDoc::DocSave(sFile);
+    } else {
+        outcome = modDoc::DocSave(sFile);
+    }
+    QCOMPARE(outcome, SaveOutcome::Failed);
+    QCOMPARE(m_errors->summary(), QStringList(report));
+    QCOMPARE(m_folder->read(u"a.qly"_s), QByteArray("old"));
+    QCOMPARE(m_folder->read(u"a.bak"_s), QByteArray("older"));
+    QCOMPARE(m_folder->names(), QStringList({u"a.bak"_s, u"a.qly"_s}));
+    QCOMPARE(document.m_sFile, sFile);
+    QVERIFY2(document.m_bDataChanged, "what is not saved still counts as changed");
+    QVERIFY(m_fake->commands.statusText.contains(sFile));
+    QCOMPARE(document.notice, m_fake->commands.statusText);
+    QVERIFY(m_fake->recentFiles.updates.empty());
+}
+
+void tst_modDoc::aFailedSaveUnderAnotherNameKeepsTheOldOne()
+{
+    Document &document = plant(1);
+    document.m_sFile = (*m_folder)(u"a.qly"_s);
+    document.window.setCaption(document.m_sFile);
+    QCOMPARE(modDoc::DocSave((*m_folder)(u"gone/b.txt"_s)), SaveOutcome::Failed);
+    QCOMPARE(m_errors->summary(), QStringList(u"76 modDoc DocSave"_s));
+    QCOMPARE(document.m_sFile, (*m_folder)(u"a.qly"_s));
+    QCOMPARE(document.window.caption(), (*m_folder)(u"a.qly"_s));
+    QCOMPARE(document.m_iFileFormatVersion, 1);
+}
+
+void tst_modDoc::aFullDiskAtAnyByteLosesNothing()
+{
+    const QByteArray content(200, 'n');
+    m_fake->formats.onWriteNative = [&](const Document &, ByteSink &sink) {
+        for (const char byte : content)
+            sink.write(QByteArrayView(&byte, 1));
+    };
+    m_folder->write(u"a.qly"_s, "old");
+    m_folder->write(u"a.bak"_s, "older");
+    const Document &document = plant(1);
+    for (qsizetype room = 0; room < content.size(); room += 7) {
+        SaveOutcome outcome = SaveOutcome::Saved;
+        {
+            const FullDisk disk(static_cast<rlim_t>(room));
+            outcome = modDoc::DocSave((*m_folder)(u"a.qly"_s));
+        }
+        QCOMPARE(outcome, SaveOutcome::Failed);
+        QCOMPARE(m_folder->read(u"a.qly"_s), QByteArray("old"));
+        QCOMPARE(m_folder->read(u"a.bak"_s), QByteArray("older"));
+        QCOMPARE(m_folder->names().size(), 2);
+    }
+    QVERIFY(document.m_bDataChanged);
+    QCOMPARE(modDoc::DocSave((*m_folder)(u"a.qly"_s)), SaveOutcome::Saved);
+    QCOMPARE(m_folder->read(u"a.qly"_s), content);
+    QCOMPARE(m_folder->read(u"a.bak"_s), QByteArray("old"));
+}
+
+void tst_modDoc::defaultVersions_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("version");
+    QTest::newRow("qly") << u"/a/b.qly"_s << u"1"_s;
+    QTest::newRow("in any case") << u"/a/b.QlY"_s << u"1"_s;
+    QTest::newRow("txt") << u"/a/b.txt"_s << u"-1"_s;
+    QTest::newRow("none") << u"/a/b"_s << u"-1"_s;
+    QTest::newRow("only as the name") << u"/a/qly"_s << u"-1"_s;
+    QTest::newRow("of the folder") << u"/a.qly/b"_s << u"-1"_s;
+    QTest::newRow("not the last") << u"/a/b.qly.bak"_s << u"-1"_s;
+    QTest::newRow("empty") << QString() << u"-1"_s;
+}
+
+void tst_modDoc::defaultVersions()
+{
+    QFETCH(const QString, file);
+    QFETCH(const QString, version);
+    QCOMPARE(modDoc::DocDefaultVersionFromExt(file), version);
+}
+
+void tst_modDoc::tags_data()
+{
+    QTest::addColumn<QByteArray>("buffer");
+    QTest::addColumn<QByteArray>("tag");
+    QTest::addColumn<QByteArray>("value");
+
+    QTest::newRow("a record") << QByteArray("{\\qlf_a 1}\r\n{\\qlf_b 2}\r\n") << QByteArray("b") << QByteArray("2");
+    QTest::newRow("the first of two") << QByteArray("{\\qlf_a 1}{\\qlf_a 2}") << QByteArray("a") << QByteArray("1");
+    QTest::newRow("none") << QByteArray("{\\qlf_a 1}") << QByteArray("b") << QByteArray();
+    QTest::newRow("an empty buffer") << QByteArray() << QByteArray("a") << QByteArray();
+    QTest::newRow("a longer name is another") << QByteArray("{\\qlf_ab 1}") << QByteArray("a") << QByteArray();
+    QTest::newRow("an empty value") << QByteArray("{\\qlf_a }") << QByteArray("a") << QByteArray();
+    QTest::newRow("without the blank") << QByteArray("{\\qlf_a}") << QByteArray("a") << QByteArray();
+    QTest::newRow("a value with blanks") << QByteArray("{\\qlf_a  x y }") << QByteArray("a") << QByteArray(" x y ");
+    QTest::newRow("a value over lines") << QByteArray("{\\qlf_a x\r\ny}") << QByteArray("a") << QByteArray("x\r\ny");
+    QTest::newRow("without a brace") << QByteArray("{\\qlf_a cut o") << QByteArray("a") << QByteArray("cut o");
+    QTest::newRow("in the midst of other bytes") << QByteArray("xx{\\qlf_a 1}") << QByteArray("a") << QByteArray("1");
+}
+
+void tst_modDoc::tags()
+{
+    QFETCH(const QByteArray, buffer);
+    QFETCH(const QByteArray, tag);
+    QFETCH(const QByteArray, value);
+    QCOMPARE(modDoc::DocLoadTag(buffer, tag), value);
+}
+
+void tst_modDoc::tagsAtAPosition_data()
+{
+    QTest::addColumn<int>("position");
+    QTest::addColumn<QByteArray>("tag");
+    QTest::addColumn<bool>("found");
+    QTest::addColumn<QByteArray>("value");
+    QTest::addColumn<int>("end");
+
+    // {\qlf_a one}{\qlf_bb two
+    QTest::newRow("at the first record") << 1 << QByteArray("a") << true << QByteArray("one") << 12;
+    QTest::newRow("one behind it") << 2 << QByteArray("a") << false << QByteArray() << 0;
+    QTest::newRow("another tag") << 1 << QByteArray("bb") << false << QByteArray() << 0;
+    QTest::newRow("a shorter tag of the same beginning") << 13 << QByteArray("b") << false << QByteArray() << 0;
+    QTest::newRow("cut off within the value") << 13 << QByteArray("bb") << true << QByteArray("two") << 25;
+    QTest::newRow("behind the end") << 1000 << QByteArray("a") << false << QByteArray() << 0;
+}
+
+void tst_modDoc::tagsAtAPosition()
+{
+    QFETCH(const int, position);
+    QFETCH(const QByteArray, tag);
+    QFETCH(const bool, found);
+    QFETCH(const QByteArray, value);
+    QFETCH(const int, end);
+    qsizetype endPosition = 0;
+    QByteArray read = "before";
+    QCOMPARE(modDoc::DocLoadTagAtPosition("{\\qlf_a one}{\\qlf_bb two", tag, position, endPosition, read), found);
+    QCOMPARE(read, value);
+    QCOMPARE(endPosition, end);
+}
+
+QTEST_MAIN(tst_modDoc)
+#include "tst_modDoc.moc"

@@ -1,0 +1,399 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "model/modFile.h"
+#include "support/ErrorRecorder.h"
+#include "support/FakePorts.h"
+#include "support/Obstacles.h"
+#include "support/OutlineText.h"
+#include "util/ByteSink.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class tst_modFile : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void newGivesOneEntryInLabelEditing();
+    void openAsksAndLoads();
+    void openCancelled();
+    void openDoesNotCheckWhatIsOpen();
+
+    void aRecentFileIsLoaded();
+    void aRecentFileThatIsOpenIsRefused();
+    void aRecentFileThatIsGoneIsToldAndRemoved();
+
+    void saveWritesToTheDocumentsFile();
+    void saveOnANewDocumentAsksForAName();
+    void saveCancelledKeepsANewDocumentChanged();
+    void saveRefusedMarksTheDocumentUnchanged();
+    void saveThatFailsKeepsTheDocumentChanged();
+    void saveAsAsksForAName_data();
+    void saveAsAsksForAName();
+    void saveAsCancelled();
+    void saveAllSkipsReadOnlyDocumentsAndAsksForNames();
+    void saveAllGoesOnAfterACancelledDialog();
+
+    void closeClosesTheActiveWindow();
+    void closeThatIsRefused();
+    void exitClosesTheMainWindow();
+
+    void importTextMakesADocumentOfTheFile();
+    void importTextCancelledOpensNothing();
+    void importClipboardMakesADocument();
+    void exportTextAsksForAName();
+    void exportTextCancelled();
+    void exportClipboard();
+    void withoutADocumentNothingHappens();
+
+private:
+    FakeDocument &openDocument(const QString &sFile = QString())
+    {
+        Document &document = m_fake->windows.createDocument();
+        plantOutline(document.tree, {u"Root"_s});
+        document.m_sFile = sFile;
+        document.m_bDataChanged = true;
+        return m_fake->windows.fakeOf(document);
+    }
+
+    QString path(const QString &name) const { return (*m_folder)(name); }
+
+    std::unique_ptr<FakePorts> m_fake;
+    std::unique_ptr<ErrorRecorder> m_errors;
+    std::unique_ptr<TestFolder> m_folder;
+};
+
+namespace
+{
+
+const QString qlyFilter = u"Quillery Files (*.qly)|*.qly"_s;
+const QString txtFilter = u"Text Files (*.txt)|*.txt"_s;
+const QString allFilter = u"All Files (*.*)|*.*"_s;
+
+QString joined(const std::vector<FileFilter> &filters)
+{
+    QStringList parts;
+    for (const FileFilter &filter : filters)
+        parts.append(filter.description + u'|' + filter.pattern);
+    return parts.join(u'|');
+}
+
+} // namespace
+
+void tst_modFile::init()
+{
+    m_fake = std::make_unique<FakePorts>();
+    m_errors = std::make_unique<ErrorRecorder>();
+    m_folder = std::make_unique<TestFolder>();
+    m_fake->formats.onReadNative = [](Document &document, const QByteArray &, LoadResult &) {
+        plantOutline(document.tree, {u"Loaded"_s});
+    };
+    m_fake->formats.onWriteNative = [](const Document &, ByteSink &sink) { sink.write("native"); };
+    m_fake->formats.onWritePlainText = [](const Document &, ByteSink &sink) { sink.write("text"); };
+}
+
+void tst_modFile::cleanup()
+{
+    QVERIFY(!bBusy);
+    QVERIFY(m_fake->dialogs.answers.empty() && m_fake->dialogs.openNames.empty() && m_fake->dialogs.saveNames.empty());
+    m_errors.reset();
+    m_fake.reset();
+    m_folder.reset();
+}
+
+void tst_modFile::newGivesOneEntryInLabelEditing()
+{
+    modFile::FileNew();
+    const FakeDocument &fake = *m_fake->windows.active;
+    QCOMPARE(dumpOutline(fake.document.tree), QStringList(u"New Entry <"_s));
+    QVERIFY(fake.outline.editingLabel);
+    QVERIFY(fake.document.m_bDataChanged);
+    QVERIFY(fake.document.m_sFile.isEmpty());
+    QCOMPARE(fake.window.text, u"Document 1"_s);
+    modFile::FileNew();
+    QCOMPARE(m_fake->windows.open.size(), size_t(2));
+}
+
+void tst_modFile::openAsksAndLoads()
+{
+    m_folder->write(u"a.qly"_s, "x");
+    m_fake->commands.statusText = u"before"_s;
+    m_fake->dialogs.openNames = {path(u"a.qly"_s)};
+    modFile::FileOpen();
+    QCOMPARE(m_fake->dialogs.openRequests.size(), size_t(1));
+    const FileDialogRequest &request = m_fake->dialogs.openRequests[0];
+    QCOMPARE(joined(request.filters), qlyFilter + u'|' + txtFilter + u'|' + allFilter);
+    QCOMPARE(request.defaultExtension, u"qly"_s);
+    QCOMPARE(request.initialName, QString());
+    QCOMPARE(m_fake->windows.active->document.m_sFile, path(u"a.qly"_s));
+    QVERIFY(m_fake->commands.statusText != u"before"_s);
+}
+
+void tst_modFile::openCancelled()
+{
+    m_fake->dialogs.openNames = {std::nullopt};
+    modFile::FileOpen();
+    QVERIFY(m_fake->windows.open.empty());
+    QCOMPARE(m_errors->count(), 0);
+}
+
+void tst_modFile::openDoesNotCheckWhatIsOpen()
+{
+    m_folder->write(u"a.qly"_s, "x");
+    m_fake->dialogs.openNames = {path(u"a.qly"_s), path(u"a.qly"_s)};
+    modFile::FileOpen();
+    modFile::FileOpen();
+    QCOMPARE(m_fake->windows.open.size(), size_t(2));
+    QCOMPARE(m_fake->dialogs.warnings, QStringList());
+}
+
+void tst_modFile::aRecentFileIsLoaded()
+{
+    m_folder->write(u"two words.qly"_s, "x");
+    const QString sFile = path(u"two words.qly"_s);
+    m_fake->recentFiles.captions = {u"&1 /elsewhere/b.qly"_s, u"&2 "_s + sFile};
+    modFile::FileMRU(2);
+    QCOMPARE(m_fake->windows.active->document.m_sFile, sFile);
+    QCOMPARE(m_fake->dialogs.warnings, QStringList());
+    QVERIFY(!m_fake->recentFiles.updates.empty());
+    for (const FakeRecentFiles::Update &update : m_fake->recentFiles.updates) {
+        QCOMPARE(update.file, sFile);
+        QVERIFY(!update.remove);
+    }
+}
+
+void tst_modFile::aRecentFileThatIsOpenIsRefused()
+{
+    m_folder->write(u"a.qly"_s, "x");
+    openDocument(path(u"a.qly"_s));
+    openDocument();
+    m_fake->recentFiles.captions = {u"&1 "_s + path(u"a.qly"_s)};
+    modFile::FileMRU(1);
+    QCOMPARE(m_fake->dialogs.warnings, QStringList(u"Warning - the file "_s + path(u"a.qly"_s) +
+                                                   u" is already loaded, so cannot be loaded again"_s));
+    QCOMPARE(m_fake->windows.open.size(), size_t(2));
+    QVERIFY(m_fake->recentFiles.updates.empty());
+}
+
+void tst_modFile::aRecentFileThatIsGoneIsToldAndRemoved()
+{
+    m_fake->recentFiles.captions = {u"&1 "_s + path(u"gone.qly"_s)};
+    modFile::FileMRU(1);
+    QCOMPARE(m_fake->dialogs.warnings,
+             QStringList(u"Warning - the file "_s + path(u"gone.qly"_s) + u" no longer exists, so cannot be loaded"_s));
+    QVERIFY(m_fake->windows.open.empty());
+    QCOMPARE(m_fake->recentFiles.updates.size(), size_t(1));
+    QCOMPARE(m_fake->recentFiles.updates[0].file, path(u"gone.qly"_s));
+    QVERIFY(m_fake->recentFiles.updates[0].remove);
+}
+
+void tst_modFile::saveWritesToTheDocumentsFile()
+{
+    const FakeDocument &fake = openDocument(path(u"a.qly"_s));
+    QVERIFY(modFile::FileSave());
+    QCOMPARE(m_folder->read(u"a.qly"_s), QByteArray("native"));
+    QVERIFY(!fake.document.m_bDataChanged);
+    QVERIFY(m_fake->dialogs.saveRequests.empty());
+}
+
+void tst_modFile::saveOnANewDocumentAsksForAName()
+{
+    const FakeDocument &fake = openDocument();
+    m_fake->dialogs.saveNames = {path(u"new.qly"_s)};
+    QVERIFY(modFile::FileSave());
+    QCOMPARE(m_folder->read(u"new.qly"_s), QByteArray("native"));
+    QCOMPARE(fake.document.m_sFile, path(u"new.qly"_s));
+    QVERIFY(!fake.document.m_bDataChanged);
+    QCOMPARE(m_fake->dialogs.saveRequests[0].initialName, QString());
+}
+
+void tst_modFile::saveCancelledKeepsANewDocumentChanged()
+{
+    const FakeDocument &fake = openDocument();
+    m_fake->dialogs.saveNames = {std::nullopt};
+    QVERIFY(!modFile::FileSave());
+    QVERIFY(fake.document.m_bDataChanged);
+    QVERIFY(fake.document.m_sFile.isEmpty());
+    QCOMPARE(m_errors->count(), 0);
+}
+
+void tst_modFile::saveRefusedMarksTheDocumentUnchanged()
+{
+    FakeDocument &fake = openDocument(path(u"a.txt"_s));
+    fake.document.tree.insert(Relationship::tvwChild, fake.document.tree.root());
+    m_fake->dialogs.answers = {Answer::No};
+    QVERIFY(!modFile::FileSave());
+    QVERIFY2(!fake.document.m_bDataChanged, "the flag is cleared before the question, by design");
+    QVERIFY(m_folder->names().isEmpty());
+}
+
+void tst_modFile::saveThatFailsKeepsTheDocumentChanged()
+{
+    const FakeDocument &fake = openDocument(path(u"gone/a.qly"_s));
+    QVERIFY(!modFile::FileSave());
+    QVERIFY(fake.document.m_bDataChanged);
+    QCOMPARE(m_errors->summary(), QStringList(u"76 modDoc DocSave"_s));
+}
+
+void tst_modFile::saveAsAsksForAName_data()
+{
+    QTest::addColumn<QString>("file");
+    QTest::addColumn<QString>("initialName");
+    QTest::newRow("a document with a file") << u"/a.d/notes.qly"_s << u"/a.d/notes"_s;
+    QTest::newRow("a file without an extension") << u"/a.d/notes"_s << u"/a.d/notes"_s;
+    QTest::newRow("a new document") << QString() << QString();
+}
+
+void tst_modFile::saveAsAsksForAName()
+{
+    QFETCH(const QString, file);
+    QFETCH(const QString, initialName);
+    const FakeDocument &fake = openDocument(file);
+    m_fake->dialogs.saveNames = {path(u"b.txt"_s)};
+    QVERIFY(modFile::FileSaveAs());
+    const FileDialogRequest &request = m_fake->dialogs.saveRequests[0];
+    QCOMPARE(joined(request.filters), qlyFilter + u'|' + txtFilter);
+    QCOMPARE(request.defaultExtension, u"qly"_s);
+    QCOMPARE(request.initialName, initialName);
+    QCOMPARE(m_folder->read(u"b.txt"_s), QByteArray("text"));
+    QCOMPARE(fake.document.m_sFile, path(u"b.txt"_s));
+    QVERIFY(!fake.document.m_bDataChanged);
+}
+
+void tst_modFile::saveAsCancelled()
+{
+    const FakeDocument &fake = openDocument(path(u"a.qly"_s));
+    m_fake->dialogs.saveNames = {std::nullopt};
+    QVERIFY(!modFile::FileSaveAs());
+    QVERIFY(fake.document.m_bDataChanged);
+    QCOMPARE(fake.document.m_sFile, path(u"a.qly"_s));
+    QVERIFY(m_folder->names().isEmpty());
+    QCOMPARE(m_errors->count(), 0);
+}
+
+void tst_modFile::saveAllSkipsReadOnlyDocumentsAndAsksForNames()
+{
+    m_folder->write(u"locked.qly"_s, "old", 0444);
+    const FakeDocument &first = openDocument(path(u"a.qly"_s));
+    const FakeDocument &locked = openDocument(path(u"locked.qly"_s));
+    const FakeDocument &untitled = openDocument();
+    m_fake->dialogs.saveNames = {path(u"named.qly"_s)};
+    modFile::FileSaveAll();
+    QCOMPARE(m_folder->names(), QStringList({u"a.qly"_s, u"locked.qly"_s, u"named.qly"_s}));
+    QCOMPARE(m_folder->read(u"locked.qly"_s), QByteArray("old"));
+    QCOMPARE(first.window.timesActivated, 1);
+    QCOMPARE(locked.window.timesActivated, 0);
+    QCOMPARE(untitled.window.timesActivated, 1);
+    QVERIFY(!first.document.m_bDataChanged && !untitled.document.m_bDataChanged && locked.document.m_bDataChanged);
+    QCOMPARE(m_errors->count(), 0);
+}
+
+void tst_modFile::saveAllGoesOnAfterACancelledDialog()
+{
+    openDocument();
+    openDocument(path(u"b.qly"_s));
+    m_fake->dialogs.saveNames = {std::nullopt};
+    modFile::FileSaveAll();
+    QCOMPARE(m_folder->names(), QStringList(u"b.qly"_s));
+}
+
+void tst_modFile::closeClosesTheActiveWindow()
+{
+    openDocument();
+    openDocument(path(u"a.qly"_s));
+    m_fake->commands.statusText = u"before"_s;
+    modFile::FileClose();
+    QCOMPARE(m_fake->windows.open.size(), size_t(1));
+    QVERIFY(m_fake->windows.active->document.m_sFile.isEmpty());
+    QCOMPARE(m_fake->commands.statusText, QString());
+}
+
+void tst_modFile::closeThatIsRefused()
+{
+    openDocument();
+    m_fake->windows.closable = false;
+    modFile::FileClose();
+    QCOMPARE(m_fake->windows.open.size(), size_t(1));
+    QCOMPARE(m_errors->count(), 0);
+}
+
+void tst_modFile::exitClosesTheMainWindow()
+{
+    modFile::FileExit();
+    QCOMPARE(m_fake->windows.timesMainWindowClosed, 1);
+}
+
+void tst_modFile::importTextMakesADocumentOfTheFile()
+{
+    m_fake->dialogs.openNames = {path(u"a.txt"_s)};
+    modFile::FileImportText();
+    QCOMPARE(joined(m_fake->dialogs.openRequests[0].filters), txtFilter);
+    QCOMPARE(m_fake->formats.importedFiles, QStringList(path(u"a.txt"_s)));
+    QCOMPARE(m_fake->windows.open.size(), size_t(1));
+    QVERIFY(m_fake->windows.active->document.m_sFile.isEmpty());
+    QVERIFY(m_fake->windows.active->document.m_bDataChanged);
+}
+
+void tst_modFile::importTextCancelledOpensNothing()
+{
+    m_fake->dialogs.openNames = {std::nullopt};
+    modFile::FileImportText();
+    QVERIFY(m_fake->windows.open.empty());
+    QCOMPARE(m_fake->formats.importedFiles, QStringList());
+}
+
+void tst_modFile::importClipboardMakesADocument()
+{
+    modFile::FileImportClipboard();
+    QCOMPARE(m_fake->windows.open.size(), size_t(1));
+    QCOMPARE(m_fake->formats.timesClipboardImported, 1);
+}
+
+void tst_modFile::exportTextAsksForAName()
+{
+    openDocument(u"/a/notes.qly"_s);
+    m_fake->dialogs.saveNames = {path(u"b.txt"_s)};
+    modFile::FileExportText();
+    const FileDialogRequest &request = m_fake->dialogs.saveRequests[0];
+    QCOMPARE(joined(request.filters), txtFilter);
+    QCOMPARE(request.initialName, u"/a/notes"_s);
+    QCOMPARE(m_fake->formats.exportedFiles, QStringList(path(u"b.txt"_s)));
+    QCOMPARE(m_fake->windows.active->document.m_sFile, u"/a/notes.qly"_s);
+}
+
+void tst_modFile::exportTextCancelled()
+{
+    openDocument();
+    m_fake->dialogs.saveNames = {std::nullopt};
+    modFile::FileExportText();
+    QCOMPARE(m_fake->formats.exportedFiles, QStringList());
+}
+
+void tst_modFile::exportClipboard()
+{
+    openDocument();
+    modFile::FileExportClipboard();
+    QCOMPARE(m_fake->formats.timesClipboardExported, 1);
+}
+
+void tst_modFile::withoutADocumentNothingHappens()
+{
+    QVERIFY(!modFile::FileSave());
+    QVERIFY(!modFile::FileSaveAs());
+    modFile::FileSaveAll();
+    modFile::FileClose();
+    modFile::FileExportText();
+    modFile::FileExportClipboard();
+    QVERIFY(m_fake->dialogs.saveRequests.empty());
+    QCOMPARE(m_fake->formats.timesClipboardExported, 0);
+    QCOMPARE(m_errors->count(), 0);
+}
+
+QTEST_MAIN(tst_modFile)
+#include "tst_modFile.moc"
