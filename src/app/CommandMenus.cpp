@@ -102,6 +102,14 @@ void CommandMenus::setCaption(std::string_view item, const QString &caption)
     m_actions[commandRow(item)]->setText(caption);
 }
 
+void CommandMenus::popUp(std::string_view item, const QPoint &place)
+{
+    const std::size_t row = commandRow(item);
+    QMenu *menu = row == noRow ? nullptr : m_actions[row]->menu();
+    if (menu && isEnabled(item))
+        menu->exec(place);
+}
+
 bool CommandMenus::isEnabled(std::string_view item) const
 {
     for (std::size_t row = commandRow(item); row != noRow; row = commandRow(commandTable[row].parent)) {

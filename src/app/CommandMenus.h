@@ -16,6 +16,7 @@
 class QAction;
 class QMenu;
 class QMenuBar;
+class QPoint;
 
 // What routines do; the argument is that of the item's row, or the number of an indexed item.
 using BoundRoutines = std::map<Routine, std::function<void(int)>>;
@@ -35,6 +36,8 @@ public:
 
     // Whether an item can be chosen: it and every menu that it is in are enabled.
     bool isEnabled(std::string_view item) const;
+    // Shows a submenu or top-level menu as a context menu, unless it is disabled, and returns when it has closed.
+    void popUp(std::string_view item, const QPoint &place);
 
     void hideAll() override;
     void showItem(int iItem, const QString &caption) override;

@@ -120,6 +120,11 @@ bool frmMain::isCommandEnabled(std::string_view item) const
     return m_menus->isEnabled(item);
 }
 
+void frmMain::popUpMenu(std::string_view menu, const QPoint &place)
+{
+    procedure("frmMain popUpMenu", [&] { m_menus->popUp(menu, place); });
+}
+
 Document &frmMain::createDocument()
 {
     auto *form = new frmDocument;

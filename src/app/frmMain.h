@@ -33,6 +33,7 @@ public:
 
     RecentFileItems &recentFileItems();
     bool isCommandEnabled(std::string_view item) const override;
+    void popUpMenu(std::string_view menu, const QPoint &place) override;
 
     Document &createDocument() override;
     Document *activeDocument() const override;

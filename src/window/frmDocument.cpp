@@ -4,6 +4,7 @@
 #include "window/frmDocument.h"
 
 #include "window/KeyMap.h"
+#include "window/OutlineDragger.h"
 #include "window/SplitterBar.h"
 #include "window/modSplit.h"
 #include "window/modView.h"
@@ -55,6 +56,7 @@ frmDocument::frmDocument(QWidget *parent)
     setFocusProxy(treeView);
     treeView->setEntryTree(&m_document->tree);
     outlineWidth = new OutlineWidth(*treeView);
+    m_dragger = new OutlineDragger(*this);
     treeView->installEventFilter(this);
     textBox->installEventFilter(this);
     setTabOrder(treeView, textBox);
@@ -219,15 +221,19 @@ bool frmDocument::Form_QueryUnload()
 void frmDocument::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    modSplit::SplitSizeControls(*this, m_fTreeWidth);
+    if (m_laidOut)
+        modSplit::SplitSizeControls(*this, m_fTreeWidth);
 }
 
 void frmDocument::showEvent(QShowEvent *event)
 {
     QWidget::showEvent(event);
-    // Until the window has a size of its own there is nothing to divide: a third of both panes' width is the outline's.
-    if (m_fTreeWidth <= 0)
-        modView::ViewInitialise(*this);
+    // Only now has the window its size; what was laid out before, when there was nothing to divide, is forgotten.
+    if (event->spontaneous() || m_laidOut)
+        return;
+    m_laidOut = true;
+    modView::ViewInitialise(*this);
+    autoFitSplit();
 }
 
 void frmDocument::changeEvent(QEvent *event)
@@ -245,10 +251,23 @@ bool frmDocument::eventFilter(QObject *watched, QEvent *event)
     if (!claims && event->type() != QEvent::KeyPress)
         return QWidget::eventFilter(watched, event);
     const auto &key = *static_cast<QKeyEvent *>(event);
-    const KeyBinding *binding = bindingOf(key);
-    if (binding && ports().commands->isCommandEnabled(binding->item)) {
+    if (m_dragger->active() && key.key() == Qt::Key_Escape) {
+        event->accept();
+        m_dragger->cancel();
+        return true;
+    }
+    if (key.key() == Qt::Key_Menu && watched == treeView) {
         event->accept();
         if (!claims)
+            popUpOutlineMenu();
+        return true;
+    }
+    const KeyBinding *binding = bindingOf(key);
+    const bool enabled = binding && ports().commands->isCommandEnabled(binding->item);
+    // A disabled Alt key does nothing; the outline would take it for the bare key.
+    if (enabled || (binding && binding->modifiers == KeyBinding::Alt)) {
+        event->accept();
+        if (enabled && !claims)
             runKey(*binding);
         return true;
     }
@@ -267,6 +286,14 @@ void frmDocument::runKey(const KeyBinding &binding)
         treeView->EndLabelEdit();
         binding.command();
     });
+}
+
+// The context-menu key's menu belongs to the selected row.
+void frmDocument::popUpOutlineMenu()
+{
+    const QRect row = treeView->visualRect(treeView->currentIndex());
+    const QPoint place = treeView->viewport()->mapToGlobal(row.bottomLeft());
+    ports().commands->popUpMenu("mnuoutline", place);
 }
 
 // The document window opened after this one, and after the last one the first.

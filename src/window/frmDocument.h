@@ -12,6 +12,7 @@
 #include <memory>
 
 class GhostBar;
+class OutlineDragger;
 class OutlineWidth;
 class RichTextBox;
 class SplitterBar;
@@ -75,6 +76,7 @@ private:
     void connectText();
     void connectSplit();
     void runKey(const KeyBinding &binding);
+    void popUpOutlineMenu();
     void activateNextDocument();
     void paneGotFocus(bool outline);
     void trvOutline_NodeClick(Entry *entry);
@@ -84,6 +86,9 @@ private:
     void refreshAfterExpansion();
 
     std::unique_ptr<Document> m_document;
+    OutlineDragger *m_dragger = nullptr;
     QPointer<QWidget> m_lastPane;
     bool m_counted = true;
+    // Whether the window was shown, and its split laid out, once.
+    bool m_laidOut = false;
 };

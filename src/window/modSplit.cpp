@@ -21,10 +21,10 @@ constexpr int minimumBarWidth = 5;
 
 void hideGhostBar(frmDocument &form)
 {
-    // Cleared first: hiding the bar takes its focus, which ends the move once more otherwise.
+    // Cleared first: the bar's losing the focus would end the move once more.
     form.m_bMovingSplit = false;
-    form.picSplitter->hide();
     form.restorePaneFocus();
+    form.picSplitter->hide();
 }
 
 } // namespace

@@ -98,6 +98,9 @@ public:
 
     void UpdateStatusBarText(const QString &text) override { statusText = text; }
 
+    void popUpMenu(std::string_view menu, const QPoint &) override { poppedUp.append(QLatin1StringView(menu)); }
+
+    QStringList poppedUp;
     // The menu items that cannot be chosen.
     std::set<std::string_view> disabled;
     std::vector<int> menuEnableCounts;

@@ -178,7 +178,7 @@ void tst_frmDocument::f2EditsTheLabelInPlace()
     editor->selectAll();
     QTest::keyClicks(editor, u"Renamed"_s);
     QTest::keyClick(editor, Qt::Key_Return);
-    QCOMPARE(opened.tree.root()->label(), u"Renamed"_s);
+    QTRY_COMPARE(opened.tree.root()->label(), u"Renamed"_s);
     QVERIFY(opened.m_bDataChanged);
     QCOMPARE(m_fixture->fakes.commands.statusText, u"Renamed"_s);
 }
@@ -196,6 +196,7 @@ void tst_frmDocument::aKeyActsOnlyWhileItsMenuItemIsEnabled()
     }
     QVERIFY(!form().treeView->findChild<QLineEdit *>());
     QCOMPARE(opened.tree.root()->child(1)->label(), u"Second"_s);
+    QCOMPARE(opened.tree.selected()->label(), u"Second"_s);
     m_fixture->fakes.commands.disabled.clear();
     QTest::keyClick(form().textBox, Qt::Key_Up, Qt::AltModifier);
     QCOMPARE(opened.tree.root()->child(0)->label(), u"Second"_s);

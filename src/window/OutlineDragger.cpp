@@ -1,0 +1,248 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "window/OutlineDragger.h"
+
+#include "window/ConfirmMenus.h"
+#include "window/DragIcon.h"
+#include "window/frmDocument.h"
+
+#include "outline/EntryDrag.h"
+#include "outline/modOutline.h"
+
+#include "platform/TreeView.h"
+
+#include "model/Globals.h"
+#include "model/Ports.h"
+#include "model/modNodes.h"
+
+#include "util/Procedure.h"
+
+#include <QMouseEvent>
+#include <QScrollBar>
+#include <QTimerEvent>
+
+namespace
+{
+
+constexpr int scrollInterval = 50;
+constexpr int scrollMargin = 16;
+constexpr int openDelay = 700;
+
+DragButton dragButton(Qt::MouseButton button)
+{
+    switch (button) {
+    case Qt::LeftButton:
+        return DragButton::Left;
+    case Qt::RightButton:
+        return DragButton::Right;
+    default:
+        return DragButton::None;
+    }
+}
+
+} // namespace
+
+OutlineDragger::OutlineDragger(frmDocument &form)
+    : QObject(&form)
+    , m_form(form)
+{
+    form.treeView->viewport()->installEventFilter(this);
+}
+
+bool OutlineDragger::eventFilter(QObject *watched, QEvent *event)
+{
+    if (m_form.document().tree.root() == nullptr || bBusy)
+        return QObject::eventFilter(watched, event);
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+        mouseDown(*static_cast<QMouseEvent *>(event));
+        return m_active;
+    case QEvent::MouseMove:
+        mouseMove(*static_cast<QMouseEvent *>(event));
+        return m_active;
+    case QEvent::MouseButtonRelease:
+        return mouseUp(*static_cast<QMouseEvent *>(event));
+    default:
+        return QObject::eventFilter(watched, event);
+    }
+}
+
+void OutlineDragger::mouseDown(const QMouseEvent &event)
+{
+    procedure("frmDocument trvOutline_MouseDown", [&] {
+        const DragButton button = dragButton(event.button());
+        if (button == DragButton::None || m_active)
+            return;
+        m_remembered = event.position();
+        dragState().entry.set(&m_form.document().tree, m_form.treeView->HitTest(event.position().toPoint()));
+    });
+}
+
+void OutlineDragger::mouseMove(const QMouseEvent &event)
+{
+    procedure("frmDocument trvOutline_MouseMove", [&] {
+        if (!(event.buttons() & (Qt::LeftButton | Qt::RightButton)) || !dragState().entry.entry())
+            return;
+        dragState().dragging = true;
+        m_pointer = event.position();
+        Entry *hovered = m_form.treeView->HitTest(event.position().toPoint());
+        const QPointF moved = event.position() - m_remembered;
+        const double limit = threshold * m_form.logicalDpiX() / 1440.0;
+        if (qAbs(moved.x()) > limit || qAbs(moved.y()) > limit)
+            acceptMove(event, hovered);
+        // Ctrl may be pressed and let go of during the drag.
+        if (m_active && hovered && hovered != dragState().entry.entry())
+            dragState().copy = event.modifiers().testFlag(Qt::ControlModifier);
+        if (m_active)
+            dragOver(hovered);
+    });
+}
+
+void OutlineDragger::acceptMove(const QMouseEvent &event, const Entry *hovered)
+{
+    DragState &state = dragState();
+    if (hovered && hovered == state.entry.entry())
+        state.indent = event.position().x() > m_remembered.x();
+    m_remembered = event.position();
+    if (m_active)
+        return;
+    state.button = event.buttons().testFlag(Qt::RightButton) ? DragButton::Right : DragButton::Left;
+    m_active = true;
+    m_scrollTimer.start(scrollInterval, this);
+    showIcon(true);
+}
+
+void OutlineDragger::dragOver(const Entry *hovered)
+{
+    if (hovered != m_hovered) {
+        m_hovered = hovered;
+        m_openTimer.start(openDelay, this);
+    }
+    // Away from every entry a drop does nothing, so what was shown last may stay.
+    const bool allowed =
+        hovered ? dropAllowed(*dragState().entry.entry(), *hovered, dragState().indent) : m_iconAllowed;
+    showIcon(allowed);
+}
+
+bool OutlineDragger::mouseUp(const QMouseEvent &event)
+{
+    const bool wasActive = m_active;
+    procedure("frmDocument trvOutline_MouseUp", [&] {
+        if (wasActive) {
+            Entry *target = m_form.treeView->HitTest(event.position().toPoint());
+            m_active = false;
+            drop(target);
+        } else if (event.button() == Qt::RightButton) {
+            ResetDraggingFlags();
+            ports().commands->popUpMenu("mnuoutline", event.globalPosition().toPoint());
+        }
+    });
+    end();
+    return wasActive;
+}
+
+void OutlineDragger::drop(Entry *target)
+{
+    procedure("frmDocument trvOutline_DragDrop", [&] {
+        const Entry *dragged = dragState().entry.entry();
+        if (!target || !dragged || !dragState().dragging)
+            return;
+        m_form.treeView->viewport()->unsetCursor();
+        if (target == dragged)
+            dropOnItself();
+        else
+            dropOn(*target);
+    });
+}
+
+void OutlineDragger::dropOn(Entry &target)
+{
+    DragState &state = dragState();
+    const DropPlacements placements = dropPlacements(*state.entry.entry(), target);
+    if (!placements.any())
+        return;
+    EntryRef targetReference(&m_form.document().tree, &target);
+    if (state.button == DragButton::Right) {
+        state.dragging = false;
+        confirmDrop(placements);
+        if (!state.dragging || !state.entry.entry() || !targetReference.entry())
+            return;
+    } else {
+        state.relationship = plainRelationship(placements);
+    }
+    dropEntry(m_form.document(), target);
+}
+
+void OutlineDragger::dropOnItself()
+{
+    DragState &state = dragState();
+    if (state.button == DragButton::Right) {
+        state.dragging = false;
+        confirmIndent();
+        if (!state.dragging)
+            return;
+    }
+    if (state.indent)
+        modOutline::OutlineIndent();
+    else
+        modOutline::OutlineUnindent();
+}
+
+void OutlineDragger::cancel()
+{
+    end();
+}
+
+void OutlineDragger::end()
+{
+    m_active = false;
+    m_hovered = nullptr;
+    m_iconShown = false;
+    m_scrollTimer.stop();
+    m_openTimer.stop();
+    m_form.treeView->viewport()->unsetCursor();
+    ResetDraggingFlags();
+}
+
+void OutlineDragger::showIcon(bool allowed)
+{
+    const bool copy = dragState().copy;
+    if (m_iconShown && m_iconAllowed == allowed && m_iconCopy == copy)
+        return;
+    m_iconShown = true;
+    m_iconAllowed = allowed;
+    m_iconCopy = copy;
+    ChangeDragIcon(*m_form.treeView->viewport(), allowed);
+}
+
+void OutlineDragger::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() == m_scrollTimer.timerId())
+        scrollNearEdge();
+    else if (event->timerId() == m_openTimer.timerId())
+        openUnderPointer();
+    else
+        QObject::timerEvent(event);
+}
+
+void OutlineDragger::scrollNearEdge()
+{
+    QScrollBar *bar = m_form.treeView->verticalScrollBar();
+    const int height = m_form.treeView->viewport()->height();
+    if (m_pointer.y() < scrollMargin)
+        bar->triggerAction(QAbstractSlider::SliderSingleStepSub);
+    else if (m_pointer.y() > height - scrollMargin)
+        bar->triggerAction(QAbstractSlider::SliderSingleStepAdd);
+    else
+        return;
+    dragOver(m_form.treeView->HitTest(m_pointer.toPoint()));
+}
+
+void OutlineDragger::openUnderPointer()
+{
+    m_openTimer.stop();
+    Entry *hovered = m_form.treeView->HitTest(m_pointer.toPoint());
+    if (hovered && hovered == m_hovered && hovered->childCount() > 0 && !hovered->expanded())
+        m_form.document().tree.setExpanded(hovered, true);
+}

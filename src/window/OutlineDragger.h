@@ -1,0 +1,62 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QBasicTimer>
+#include <QObject>
+#include <QPointF>
+
+class Entry;
+class QMouseEvent;
+class frmDocument;
+
+// Turns what the mouse does in an outline into dragging entries: the left button moves, or copies with Ctrl; the right
+// button asks at the drop. The pane scrolls when the pointer nears its edge, and a closed entry under a resting pointer
+// opens.
+class OutlineDragger final : public QObject
+{
+    Q_OBJECT
+
+public:
+    // How far the pointer must move, along either axis, for a drag to begin, in twips.
+    static constexpr double threshold = 100;
+
+    explicit OutlineDragger(frmDocument &form);
+
+    bool active() const { return m_active; }
+
+    // Ends a drag without a drop.
+    void cancel();
+
+    bool eventFilter(QObject *watched, QEvent *event) override;
+
+protected:
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    void mouseDown(const QMouseEvent &event);
+    void mouseMove(const QMouseEvent &event);
+    bool mouseUp(const QMouseEvent &event);
+    void acceptMove(const QMouseEvent &event, const Entry *hovered);
+    void dragOver(const Entry *hovered);
+    void drop(Entry *target);
+    void dropOn(Entry &target);
+    void dropOnItself();
+    void showIcon(bool allowed);
+    void scrollNearEdge();
+    void openUnderPointer();
+    void end();
+
+    frmDocument &m_form;
+    bool m_active = false;
+    // Where the button went down, or the last move that counted, in the viewport's pixels.
+    QPointF m_remembered;
+    QPointF m_pointer;
+    const Entry *m_hovered = nullptr;
+    bool m_iconShown = false;
+    bool m_iconAllowed = false;
+    bool m_iconCopy = false;
+    QBasicTimer m_scrollTimer;
+    QBasicTimer m_openTimer;
+};
