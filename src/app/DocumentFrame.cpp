@@ -7,6 +7,7 @@
 
 #include <QAction>
 #include <QCloseEvent>
+#include <QMdiArea>
 #include <QMenu>
 
 DocumentFrame::DocumentFrame(frmDocument *form, QWidget *parent)
@@ -18,6 +19,13 @@ DocumentFrame::DocumentFrame(frmDocument *form, QWidget *parent)
     // The frame's own menu would keep keys such as Ctrl+W from every other use.
     for (QAction *action : systemMenu()->actions())
         action->setShortcuts(QList<QKeySequence>());
+}
+
+QSize DocumentFrame::sizeHint() const
+{
+    constexpr int quarters = 3;
+    const QSize room = mdiArea() ? mdiArea()->viewport()->size() : QSize(600, 400);
+    return (room * quarters / 4).expandedTo(minimumSizeHint());
 }
 
 void DocumentFrame::closeEvent(QCloseEvent *event)

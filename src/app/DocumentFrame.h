@@ -18,6 +18,9 @@ public:
 
     frmDocument *form() const { return m_form; }
 
+    // What a new window takes of the main window: most of it, so that others show behind it.
+    QSize sizeHint() const override;
+
 Q_SIGNALS:
     void closed(DocumentFrame *frame);
 

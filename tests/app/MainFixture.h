@@ -1,0 +1,59 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "app/AppFixture.h"
+#include "app/frmMain.h"
+#include "formats/Formats.h"
+
+#include <QAction>
+#include <QMenu>
+
+// The real main window with real document windows and formats; dialogs, pointer, clipboard and settings are scripted.
+class MainFixture
+{
+public:
+    MainFixture()
+    {
+        ports().windows = &main;
+        ports().commands = &main;
+        ports().recentFiles = &recentFiles;
+        ports().formats = &formats;
+        appPorts().mainWindow = &main;
+        appPorts().recentFiles = &recentFiles;
+    }
+
+    // Loads and shows the main window as the program's start does.
+    void start()
+    {
+        main.MDIForm_Load();
+        main.show();
+    }
+
+    // The item of a name in the menu bar.
+    QAction *action(const QString &name) const
+    {
+        if (auto *found = main.findChild<QAction *>(name))
+            return found;
+        auto *menu = main.findChild<QMenu *>(name);
+        return menu ? menu->menuAction() : nullptr;
+    }
+
+    // Chooses a menu item; the test fails when that is not possible.
+    void choose(const char *name) const
+    {
+        QAction *item = action(QString::fromLatin1(name));
+        if (!item || !main.isCommandEnabled(name))
+            QTest::qFail(name, __FILE__, __LINE__);
+        else
+            item->trigger();
+    }
+
+    bool enabled(const char *name) const { return main.isCommandEnabled(name); }
+
+    AppFixture app;
+    Formats formats;
+    frmMain main;
+    modMRU recentFiles{app.settings, main.recentFileItems()};
+};
