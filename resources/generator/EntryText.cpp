@@ -57,6 +57,8 @@ void addBullet(QTextCursor &cursor, const SourceParagraph &paragraph)
 void buildEntryText(const SourceEntry &entry, const clsFont &textFont, QTextDocument &document)
 {
     const QTextCharFormat base = baseFormat(textFont);
+    // Otherwise the document would name the font of the machine that it is made on.
+    document.setDefaultFont(base.font());
     QTextCursor cursor(&document);
     cursor.beginEditBlock();
     bool first = true;
