@@ -73,3 +73,8 @@ QByteArray NodeTextDecompressIfRequired(const QByteArray &storedText)
     QByteArray text;
     return modCompress::DecompressString(compressed, part.length, text) == 0 ? text : compressed;
 }
+
+bool isUninflated(const QByteArray &text, const QByteArray &storedText)
+{
+    return readsAsCompressed(storedText) && text == QByteArrayView(storedText).sliced(storedText.indexOf(',') + 1);
+}

@@ -21,3 +21,6 @@ QByteArray NodeTextDecompressIfRequired(const QByteArray &storedText);
 
 // Whether a text, stored as it stands, would be taken for a compressed one: it begins with a number and a comma.
 bool readsAsCompressed(const QByteArray &text);
+
+// Whether a text, got from a stored form, is its compressed bytes because these could not be inflated.
+bool isUninflated(const QByteArray &text, const QByteArray &storedText);

@@ -47,6 +47,20 @@ private:
     bool m_wasVisible;
 };
 
+constexpr auto textGetName = "modNodes NodeTextGet";
+
+// An entry's text; the damaged bytes of one that cannot be inflated, which leaves a record but shows no message.
+QByteArray textOf(const EntryTree &tree, const Entry *entry)
+{
+    const QByteArray storedText = tree.storedText(entry);
+    const QByteArray text = NodeTextDecompressIfRequired(storedText);
+    if (isUninflated(text, storedText))
+        reportError(textGetName, RunTimeError(ErrorNumber::InvalidFileFormat,
+                                              u"%1: the text of the entry %2 is damaged"_s.arg(
+                                                  errorDescription(ErrorNumber::InvalidFileFormat), tree.key(entry))));
+    return text;
+}
+
 } // namespace
 
 namespace modNodes
@@ -54,10 +68,10 @@ namespace modNodes
 
 void NodeTextGet(Document &document, Entry *entry)
 {
-    procedure("modNodes NodeTextGet", [&] {
+    procedure(textGetName, [&] {
         // The pane's content is still the source of a text that was changed and not read since.
         document.tree.resolvePendingText();
-        const QByteArray text = entry ? NodeTextDecompressIfRequired(document.tree.storedText(entry)) : QByteArray();
+        const QByteArray text = entry ? textOf(document.tree, entry) : QByteArray();
         const TextLoadingScope loading(document.txtRTF);
         document.txtRTF.setTextRTF(text);
     });
