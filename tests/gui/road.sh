@@ -1,0 +1,129 @@
+# SPDX-FileCopyrightText: 2026 The Quillery developers
+# SPDX-License-Identifier: MIT
+# shellcheck shell=bash
+# What the scripts that drive the real program under X have in common. Sourced after common.sh and display.sh.
+
+program=''
+native_dump=''
+sample=''
+work=''
+process=''
+
+fail() {
+    [[ -z $process ]] || import -silent -window root "png:${QUILLERY_ROAD_PICTURE:-/dev/null}" || true
+    printf 'FAIL: %s\n' "$1" >&2
+    exit 1
+}
+
+# begin_road PROGRAM NATIVE_DUMP SAMPLE: a display, and a folder with a copy of the program in it, so that its session log
+# and its settings are the test's own.
+begin_road() {
+    program=$1 native_dump=$2 sample=$3
+    work=$(mktemp -d)
+    trap 'stop_display; rm -rf -- "$work"' EXIT
+    mkdir -p "$work/bin" "$work/home/config"
+    cp "$program" "$work/bin/quillery"
+    export HOME=$work/home XDG_CONFIG_HOME=$work/home/config XDG_STATE_HOME=$work/home/state
+    unset QT_QPA_PLATFORM
+    start_display
+}
+
+end_road() {
+    stop_display
+    printf 'The road was gone to its end.\n'
+}
+
+# start_program [FILE...]: starts it and waits until its window has the keyboard.
+start_program() {
+    local try window=''
+    "$work/bin/quillery" "$@" &
+    process=$!
+    for ((try = 0; try < 300; try++)); do
+        kill -0 "$process" 2>/dev/null || fail "the program ended by itself"
+        window=$(main_window "$process")
+        [[ -z $window ]] || break
+        sleep 0.1
+    done
+    [[ -n $window ]] || fail "the program showed no window"
+    xdotool windowactivate --sync "$window"
+    sleep 0.5
+}
+
+# quit_program: Alt+F4, and yes to the question.
+quit_program() {
+    local try
+    key alt+F4
+    for ((try = 0; try < 100; try++)); do
+        kill -0 "$process" 2>/dev/null || break
+        # The question's Yes; sent again when the dialog was not there yet.
+        xdotool key --clearmodifiers alt+y
+        sleep 0.3
+    done
+    wait "$process" || fail "the program ended with status $?"
+    process=''
+}
+
+key() {
+    xdotool key --clearmodifiers "$1"
+    sleep 0.15
+}
+
+text() {
+    xdotool type --clearmodifiers --delay 15 "$1"
+    sleep 0.15
+}
+
+# expect_dump FILE LINE: waits until the file keeps the format's rules and its dump has the line.
+expect_dump() {
+    local try
+    for ((try = 0; try < 50; try++)); do
+        "$native_dump" "$1" | grep -qxF -- "$2" && return
+        sleep 0.1
+    done
+    fail "$1 does not come to hold \"$2\" but:
+$("$native_dump" "$1")"
+}
+
+# expect_same FILE OTHER: waits until both have the same bytes.
+expect_same() {
+    local try
+    for ((try = 0; try < 50; try++)); do
+        cmp -s "$1" "$2" && return
+        sleep 0.1
+    done
+    fail "$1 and $2 differ:
+$(diff <("$native_dump" "$1") <("$native_dump" "$2"))"
+}
+
+# write_small_document FILE: a root with two children, the first tagged and selected, the second closed over a child.
+write_small_document() {
+    {
+        record formatversion 1
+        record selecteditemkey KEY0.1
+        local pane
+        for pane in outline text; do
+            record "${pane}fontname" 'DejaVu Sans'
+            record "${pane}fontsize" 10
+            record "${pane}fontbold" False
+            record "${pane}fontitalic" False
+            record "${pane}fontstrikethrough" False
+            record "${pane}fontunderline" False
+        done
+        entry 0 Notes False True 'Root text'
+        entry 0.1 First True True 'First text'
+        entry 0.2 Second False True 'Second text'
+        entry 0.2.1 Deep False False 'Deep text'
+    } >"$1"
+}
+
+record() {
+    printf '{\\qlf_%s %s}\r\n' "$1" "$2"
+}
+
+entry() {
+    record nodekey "$1"
+    record nodelabel "$2"
+    record nodetagged "$3"
+    record nodevisible "$4"
+    record nodetext "{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs20 $5}"
+}
