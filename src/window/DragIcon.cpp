@@ -39,7 +39,9 @@ void ChangeDragIcon(QWidget &control, bool allowed)
     procedure("modMain ChangeDragIcon", [&] {
         const QString name = iconName(allowed);
         const QPixmap icon(programFile(name));
-        control.setCursor(icon.isNull() ? QCursor(standIn(allowed)) : QCursor(icon, 0, 0));
+        // The folders hang on an arrow, whose tip points; the sign that forbids is centred on the place.
+        const QPoint hotSpot = allowed ? QPoint(0, 0) : icon.rect().center();
+        control.setCursor(icon.isNull() ? QCursor(standIn(allowed)) : QCursor(icon, hotSpot.x(), hotSpot.y()));
         if (icon.isNull())
             throw RunTimeError(ErrorNumber::FileNotFound,
                                u"%1: %2"_s.arg(errorDescription(ErrorNumber::FileNotFound), name));
