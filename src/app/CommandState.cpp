@@ -22,7 +22,7 @@ bool always(State)
     return true;
 }
 
-bool open(State s)
+bool documentOpen(State s)
 {
     return s.Open();
 }
@@ -71,11 +71,11 @@ constexpr EnableRule staticRules[] = {
     {"mnuHelp", always},
     {"mnuView", always},
     {"mnuWindow", always},
-    {"mnuFileClose", open},
-    {"mnuFilePrint", open},
-    {"mnuFilePrintPreview", open},
-    {"mnuFileExport", open},
-    {"mnuoutline", open},
+    {"mnuFileClose", documentOpen},
+    {"mnuFilePrint", documentOpen},
+    {"mnuFilePrintPreview", documentOpen},
+    {"mnuFileExport", documentOpen},
+    {"mnuoutline", documentOpen},
     {"mnuFileSave", activeWritable},
     {"mnuFileSaveAll", activeWritable},
     {"mnuFileSaveAs", activeWritable},
@@ -87,7 +87,7 @@ constexpr EnableRule dynamicRules[] = {
     {"mnuFileSaveAs", writable},
     {"mnuFileSaveAll", [](State s) { return s.AnyWritable; }},
     // Whatever the entry, but not without a document: the start of the program leaves the menu greyed.
-    {"mnuoutline", open},
+    {"mnuoutline", documentOpen},
     {"mnuOutlineDelete", writableAndSelected},
     {"mnuOutlineInsertAbove", [](State s) { return s.Writable && !s.IsRoot; }},
     {"mnuOutlineInsertBelow", writable},

@@ -10,7 +10,8 @@
 // The menu bar as a table: one row an item, in menu order. A row's routine says what the item runs; what a routine is
 // bound to, and whether it is bound at all, is decided where the menu bar is made.
 
-// The routines that menu items run, by the names of their modules' routines.
+// The routines that menu items run, by the names of their modules' routines, in the order in which the menu bar first
+// names them.
 enum class Routine {
     None,
     FileNew,

@@ -221,16 +221,16 @@ void frmMain::closeEvent(QCloseEvent *event)
 // a Cancel leaves everything open; the list of open documents is stored when the end is certain, with all of them open.
 bool frmMain::MDIForm_QueryUnload()
 {
-    const bool bStay = procedure("frmMain MDIForm_QueryUnload", [this] {
+    const bool bMayEnd = procedure("frmMain MDIForm_QueryUnload", [this] {
         if (m_frames.empty())
-            return false;
-        if (ports().dialogs->ask(u"Do you really want to exit the application?"_s) != Answer::Yes)
             return true;
+        if (ports().dialogs->ask(u"Do you really want to exit the application?"_s) != Answer::Yes)
+            return false;
         const std::vector<DocumentFrame *> frames = m_frames;
-        return !std::all_of(frames.begin(), frames.end(),
-                            [](const DocumentFrame *frame) { return frame->form()->Form_QueryUnload(); });
+        return std::all_of(frames.begin(), frames.end(),
+                           [](const DocumentFrame *frame) { return frame->form()->Form_QueryUnload(); });
     });
-    if (bStay)
+    if (!bMayEnd)
         return false;
     m_timer->stop();
     modMain::Finalise();

@@ -24,7 +24,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-constexpr QLatin1StringView lineEnd("\r\n");
+constexpr QLatin1StringView recordLineEnd("\r\n");
 
 // The base of the error numbers that components define for themselves.
 constexpr qint32 objectErrorBase = -2147221504;
@@ -47,7 +47,7 @@ QString errorRecord(const ErrorReport &report)
         record += u"returned by VB object "_s;
         number -= objectErrorBase;
     }
-    return record + QString::number(number) + u" - "_s + report.description + lineEnd + report.source + u' ' +
+    return record + QString::number(number) + u" - "_s + report.description + recordLineEnd + report.source + u' ' +
            g_sProcedure;
 }
 

@@ -22,7 +22,6 @@ public:
     AppFixture()
         : m_before(appPorts())
     {
-        core.recentFiles.updates.clear();
         ports().recentFiles = &recentFiles;
         appPorts() = {&settings, &mainWindow, &recentFiles, &log, &clock, QString()};
         setErrorReporter(modMain::ReportError);

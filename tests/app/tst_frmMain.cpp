@@ -51,6 +51,7 @@ private Q_SLOTS:
     void aDroppedTextIsTakenAsAFileName();
     void droppingOffersACopy();
     void recentFilesReopenFromTheMenu();
+    void saveAllSavesEachDocumentToItsOwnFile();
     void theStatusBarShowsTheSelectedEntry();
     void aLabelOfManyLinesStaysOneLineOfPlainText();
     void viewOptionsFlipTheirOptionsAndMarks_data();
@@ -363,6 +364,25 @@ void tst_frmMain::recentFilesReopenFromTheMenu()
     QVERIFY(m_main->action(u"mnuFileBarMRU"_s)->isVisible());
     item->trigger();
     QCOMPARE(DocumentActive()->m_sFile, file);
+}
+
+void tst_frmMain::saveAllSavesEachDocumentToItsOwnFile()
+{
+    // The main window is not even shown: what a command works on must not depend on the desktop's focus.
+    const QStringList files{makeFile(u"a.txt"_s), makeFile(u"b.txt"_s), makeFile(u"c.txt"_s)};
+    appPorts().commandLine = files.join(u' ');
+    m_main->main.MDIForm_Load();
+    for (Document *document : m_main->main.documents()) {
+        const QByteArray text = QFileInfo(document->m_sFile).baseName().toLatin1();
+        document->tree.setStoredText(document->tree.root(), text);
+        document->m_bDataChanged = true;
+    }
+    m_main->choose("mnuFileSaveAll");
+    for (const QString &path : files) {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QVERIFY2(file.readAll().contains(QFileInfo(path).baseName().toLatin1()), qPrintable(path));
+    }
 }
 
 void tst_frmMain::theStatusBarShowsTheSelectedEntry()
