@@ -118,12 +118,12 @@ void loadInto(Document &document, const QString &sFile, LoadResult &result)
     readOutline(document, sFile, result);
     // All that may fail comes before the window takes on the file's name and its lock: a window that keeps only what
     // could be read has neither.
-    Entry *selected = document.tree.root();
-    if (!result.selectedKey.isEmpty())
-        selected = document.tree.itemByKey(result.selectedKey);
     if (!result.damage.isEmpty())
         throw RunTimeError(ErrorNumber::InvalidFileFormat,
                            u"%1: %2: %3"_s.arg(errorDescription(ErrorNumber::InvalidFileFormat), sFile, result.damage));
+    Entry *selected = document.tree.root();
+    if (!result.selectedKey.isEmpty())
+        selected = document.tree.itemByKey(result.selectedKey);
     document.window.setCaption(document.m_sFile);
     if (document.bReadOnly())
         markReadOnly(document);
