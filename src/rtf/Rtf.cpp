@@ -3,42 +3,69 @@
 
 #include "rtf/Rtf.h"
 
-#include "rtf/PlainText.h"
+#include "rtf/DocumentSink.h"
+#include "rtf/Interpreter.h"
+#include "rtf/PlainTextSink.h"
+#include "rtf/Units.h"
+#include "rtf/Writer.h"
 
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextOption>
 
 namespace rtf
 {
 
 bool isRtf(QByteArrayView bytes)
 {
-    return bytes.trimmed().startsWith("{\\rtf");
+    constexpr QByteArrayView opening("{\\rtf");
+    const auto *begin =
+        std::find_if_not(bytes.begin(), bytes.end(), [](char c) { return c == ' ' || c == '\r' || c == '\n'; });
+    return bytes.sliced(begin - bytes.begin()).startsWith(opening);
 }
 
 void read(QByteArrayView rtf, QTextDocument &document)
 {
-    document.setPlainText(toPlainText(rtf));
+    const bool keepsUndo = document.isUndoRedoEnabled();
+    document.setUndoRedoEnabled(false);
+    document.clear();
+    QTextCursor cursor(&document);
+    cursor.beginEditBlock();
+    DocumentSink sink(cursor, BlockPlacer::Start::EmptyDocument);
+    Interpreter interpreter(rtf, sink);
+    interpreter.run();
+    cursor.endEditBlock();
+    QTextOption option = document.defaultTextOption();
+    option.setTabStopDistance(pixelsFromTwips(interpreter.defaultTab()));
+    document.setDefaultTextOption(option);
+    document.setUndoRedoEnabled(keepsUndo);
+    document.setModified(false);
 }
 
 void insert(QByteArrayView rtf, QTextCursor &cursor)
 {
-    cursor.insertText(toPlainText(rtf));
+    cursor.beginEditBlock();
+    cursor.removeSelectedText();
+    DocumentSink sink(cursor, BlockPlacer::Start::InText);
+    Interpreter(rtf, sink).run();
+    cursor.endEditBlock();
 }
 
 QByteArray write(const QTextDocument &document)
 {
-    return "{\\rtf1 " + plainText(document).toLatin1() + "}";
+    return Writer(document).write();
 }
 
 QByteArray write(const QTextCursor &selection)
 {
-    return "{\\rtf1 " + plainText(selection).toLatin1() + "}";
+    return selection.hasSelection() ? Writer(*selection.document(), selection).write() : QByteArray();
 }
 
 QString toPlainText(QByteArrayView rtf)
 {
-    return QString::fromLatin1(rtf.sliced(qMin(rtf.size(), qsizetype(7))).chopped(rtf.size() > 7 ? 1 : 0));
+    PlainTextSink sink;
+    Interpreter(rtf, sink, Interpreter::Pictures::CountOnly).run();
+    return sink.takeText();
 }
 
 } // namespace rtf

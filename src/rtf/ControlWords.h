@@ -1,0 +1,128 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "rtf/State.h"
+#include "rtf/Tables.h"
+
+#include <QByteArrayView>
+
+#include <string_view>
+
+// The control words of RTF 1.9.1 that the reader understands, and what each of them does. A word that is not here is
+// passed over; its text is not.
+namespace rtf
+{
+
+// What a control word does with its number; the kind of argument stands behind each.
+enum class Action : quint8 {
+    Character,     // a UTF-16 unit
+    CharFlag,      // CharFlag, off with the number 0
+    CharNumber,    // CharNumber, set to the number or, without one, to the value
+    CharSet,       // CharNumber, set to the value; 0 with the number 0
+    Underline,     // UnderlineKind, none with the number 0
+    Alignment,     // ParaAlignment
+    ParaNumber,    // ParaNumber, set to the number or, without one, to the value
+    ParaFlag,      // ParaFlag, set when the value is not 0; off with the number 0
+    Destination,   // Destination
+    CodePage,      // Windows number of the document's code page
+    BorderKind,    // BorderStyle
+    CellBorder,    // Side
+    ParaBorder,    // Side
+    CellFlag,      // CellFlag
+    CellAlignment, // 0 top, 1 centre, 2 bottom
+    RowAlignment,  // ParaAlignment
+    TabKind,       // TabKind
+    TabLeader,     // TabLeader
+    ColorPart,     // 0 red, 1 green, 2 blue
+    LegacyKind,    // NumberKind
+    PictureKind,   // PictureKind
+    PictureNumber, // PictureNumber
+    Special,       // Special
+};
+
+// What the text of a group is.
+enum class Destination : quint8 {
+    Content,   // the text itself
+    Container, // nothing, but groups in it may be text
+    Skip,      // nothing, and nothing in it is anything
+    FontTable,
+    ColorTable,
+    StyleSheet,
+    ListTable,
+    List,
+    ListLevel,
+    LevelText,
+    OverrideTable,
+    Override,
+    OverrideLevel,
+    LegacyList,
+    LegacyBefore,
+    LegacyAfter,
+    Picture,
+    Field,
+    FieldInstruction,
+    FieldResult,
+    ShapeText,
+    NestedRow,
+};
+
+// Words that are like no other.
+enum class Special : quint8 {
+    AnsiCodePage,
+    BarTab,
+    BasedOn,
+    BorderColor,
+    BorderWidth,
+    Cell,
+    CellEdge,
+    CellShade,
+    CharDefaults,
+    CharStyle,
+    DefaultFont,
+    DefaultTab,
+    Expand,
+    FallbackLength,
+    Font,
+    FontCharset,
+    FontCodePage,
+    LegacyContinue,
+    LegacyFont,
+    LegacyIndent,
+    LegacyStart,
+    LevelKind,
+    LevelStart,
+    ListId,
+    Lower,
+    NestedCell,
+    NestedRow,
+    OtherBorder,
+    OtherStyle,
+    OverrideStart,
+    Page,
+    Paragraph,
+    ParagraphBox,
+    ParagraphDefaults,
+    Row,
+    RowDefaults,
+    RowGap,
+    RowHeader,
+    RowLeft,
+    Section,
+    Style,
+    Tab,
+    Unicode,
+};
+
+struct ControlWord {
+    std::string_view name;
+    Action action;
+    quint32 argument;
+    qint32 value;
+};
+
+// The word of that name; null when the reader does not know it.
+const ControlWord *findControlWord(QByteArrayView name);
+
+} // namespace rtf

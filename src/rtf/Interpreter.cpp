@@ -1,0 +1,348 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "rtf/Interpreter.h"
+
+namespace rtf
+{
+
+CharState CharState::plain()
+{
+    CharState state;
+    state[CharNumber::Size] = 24;
+    state[CharNumber::Foreground] = -1;
+    state[CharNumber::Background] = -1;
+    state[CharNumber::Pattern] = -1;
+    state[CharNumber::Highlight] = -1;
+    state[CharNumber::UnderlineColor] = -1;
+    state[CharNumber::Scale] = 100;
+    return state;
+}
+
+ParaState ParaState::plain()
+{
+    ParaState state;
+    state[ParaNumber::OutlineLevel] = 9;
+    state[ParaNumber::Shade] = -1;
+    return state;
+}
+
+Interpreter::Interpreter(QByteArrayView rtf, Sink &sink, Pictures pictures)
+    : m_tokens(rtf)
+    , m_sink(sink)
+    , m_pictures(pictures)
+{
+    m_tables.fonts.emplace_back();
+    m_state.chars = CharState::plain();
+    m_state.para = ParaState::plain();
+}
+
+void Interpreter::run()
+{
+    m_sink.begin(m_tables);
+    while (handle(m_tokens.next())) {
+    }
+    finish();
+    m_sink.end();
+}
+
+// Whether the text goes on behind the token.
+bool Interpreter::handle(const Token &token)
+{
+    const bool isInDocument = !m_stack.empty();
+    switch (token.kind) {
+    case Token::Kind::End:
+        return false;
+    case Token::Kind::GroupOpen:
+        openGroup();
+        return true;
+    case Token::Kind::GroupClose:
+        if (m_stack.size() + m_unstacked <= 1) {
+            return !isInDocument;
+        }
+        closeGroup();
+        return true;
+    default:
+        break;
+    }
+    if (!isInDocument) {
+        return true;
+    }
+    const bool wasIgnorable = m_isIgnorable;
+    switch (token.kind) {
+    case Token::Kind::Word:
+        onWord(token);
+        break;
+    case Token::Kind::Symbol:
+        onSymbol(token.byte);
+        break;
+    case Token::Kind::Text:
+        onText(token.bytes);
+        break;
+    case Token::Kind::Byte:
+        onByte(token.byte);
+        break;
+    default:
+        onBinary(token.bytes);
+    }
+    m_isIgnorable = m_isIgnorable && !wasIgnorable;
+    return true;
+}
+
+void Interpreter::openGroup()
+{
+    m_fallback = 0;
+    if (m_stack.size() >= deepestGroup) {
+        ++m_unstacked;
+        return;
+    }
+    m_stack.push_back(m_state);
+}
+
+void Interpreter::closeGroup()
+{
+    m_fallback = 0;
+    if (m_unstacked > 0) {
+        --m_unstacked;
+        return;
+    }
+    const Group &outer = m_stack.back();
+    const Destination destination = m_state.destination;
+    if (destination != Destination::Content || outer.destination != destination || outer.chars != m_state.chars) {
+        flush();
+    }
+    leaveDestination(destination, outer.destination);
+    const qint32 legacyList = m_state.para[ParaNumber::LegacyList];
+    m_state = m_stack.back();
+    m_stack.pop_back();
+    if (destination == Destination::LegacyList && m_state.destination != destination) {
+        m_state.para[ParaNumber::LegacyList] = legacyList;
+    }
+    if (!m_openFields.empty() && m_stack.size() < m_openFields.back().depth) {
+        finishField();
+    }
+}
+
+// What the end of a group completes.
+void Interpreter::leaveDestination(Destination destination, Destination outer)
+{
+    if (destination == Destination::StyleSheet && m_stack.size() == m_styleDepth + 1) {
+        finishStyle();
+    }
+    if (destination == outer) {
+        return;
+    }
+    switch (destination) {
+    case Destination::FontTable:
+        finishFont();
+        resolveDefaultFont();
+        break;
+    case Destination::ListLevel:
+        finishListLevel();
+        break;
+    case Destination::Override:
+        finishOverride();
+        break;
+    case Destination::LegacyList:
+        setPara(ParaNumber::LegacyList, m_legacyIsContinued ? 0 : internLegacyList());
+        break;
+    case Destination::Picture:
+        finishPicture();
+        break;
+    case Destination::ShapeText:
+        endContentParagraph();
+        break;
+    default:
+        break;
+    }
+}
+
+bool Interpreter::isContent() const
+{
+    return m_state.destination == Destination::Content || m_state.destination == Destination::ShapeText;
+}
+
+// Whether characters mean anything where the text stands.
+bool Interpreter::collectsText() const
+{
+    switch (m_state.destination) {
+    case Destination::Content:
+    case Destination::ShapeText:
+    case Destination::FontTable:
+    case Destination::ColorTable:
+    case Destination::StyleSheet:
+    case Destination::LevelText:
+    case Destination::LegacyBefore:
+    case Destination::LegacyAfter:
+    case Destination::FieldInstruction:
+        return true;
+    default:
+        return false;
+    }
+}
+
+void Interpreter::onText(QByteArrayView bytes)
+{
+    if (m_state.destination == Destination::Picture) {
+        addPictureText(bytes);
+        return;
+    }
+    if (m_fallback > 0) {
+        const qsizetype passed = std::min<qsizetype>(m_fallback, bytes.size());
+        m_fallback -= static_cast<int>(passed);
+        bytes = bytes.sliced(passed);
+    }
+    if (!bytes.isEmpty() && collectsText()) {
+        choosePage();
+        m_characters.appendPlain(bytes);
+    }
+}
+
+void Interpreter::onByte(quint8 byte)
+{
+    if (m_fallback > 0) {
+        --m_fallback;
+        return;
+    }
+    if (m_state.destination == Destination::LevelText && byte < 0x20) {
+        m_characters.appendRaw(byte);
+    } else if (collectsText()) {
+        choosePage();
+        m_characters.appendByte(byte);
+    }
+}
+
+void Interpreter::onSymbol(quint8 symbol)
+{
+    switch (symbol) {
+    case '*':
+        m_isIgnorable = true;
+        break;
+    case '\r':
+    case '\n':
+        if (isContent()) {
+            endParagraph(tableDepth());
+        }
+        break;
+    case '~':
+        appendCharacter(QChar::Nbsp);
+        break;
+    case '-':
+        appendCharacter(QChar::SoftHyphen);
+        break;
+    case '_':
+        appendCharacter(0x2011);
+        break;
+    case '\t':
+        appendCharacter('\t');
+        break;
+    case '\\':
+    case '{':
+    case '}': {
+        const char byte = static_cast<char>(symbol);
+        onText(QByteArrayView(&byte, 1));
+        break;
+    }
+    default:
+        // \| \: and the like mark index entries and formulas; they show nothing.
+        break;
+    }
+}
+
+void Interpreter::onWord(const Token &token)
+{
+    const ControlWord *word = findControlWord(token.bytes);
+    if (m_isIgnorable && m_stack.size() > 1 && (word == nullptr || word->action != Action::Destination) &&
+        m_state.destination != Destination::StyleSheet) {
+        enter(Destination::Skip);
+        return;
+    }
+    if (word != nullptr) {
+        apply(*word, token.number, token.hasNumber);
+    }
+}
+
+void Interpreter::onBinary(QByteArrayView bytes)
+{
+    if (m_state.destination == Destination::Picture && m_pictures == Pictures::Read) {
+        m_picture.data.append(bytes);
+    }
+}
+
+void Interpreter::appendCharacter(char16_t unit)
+{
+    if (m_fallback > 0) {
+        --m_fallback;
+    } else if (collectsText()) {
+        choosePage();
+        m_characters.appendRaw(unit);
+    }
+}
+
+// Lets the characters be decoded as the font in force says, or the font that is being named.
+void Interpreter::choosePage()
+{
+    const bool isFontName = m_state.destination == Destination::FontTable;
+    const int place = isFontName ? qMax(m_openFont, 0) : m_state.chars[CharNumber::Font];
+    if (place == m_pageFont && !isFontName) {
+        return;
+    }
+    m_pageFont = isFontName ? -1 : place;
+    const Font &font = m_tables.fonts[std::size_t(place)];
+    const int number = font.codePage != 0 ? font.codePage : m_documentPage;
+    const bool hasGlyphs = font.symbol && isContent();
+    const bool isSymbol = font.family.startsWith(QLatin1StringView("Symbol"), Qt::CaseInsensitive);
+    m_characters.setPage(codePage(number), !hasGlyphs ? Characters::Glyphs::None
+                                           : isSymbol ? Characters::Glyphs::Symbol
+                                                      : Characters::Glyphs::Other);
+}
+
+// Hands the characters so far to whom they belong, before something changes.
+void Interpreter::flush()
+{
+    if (m_characters.isEmpty()) {
+        return;
+    }
+    takeText(m_characters.text());
+    m_characters.clear();
+}
+
+void Interpreter::takeText(QStringView text)
+{
+    switch (m_state.destination) {
+    case Destination::Content:
+    case Destination::ShapeText:
+        if (!text.isEmpty()) {
+            m_sink.text(text, m_state.chars);
+            m_hasContent = true;
+        }
+        break;
+    case Destination::FontTable:
+        addFontName(text);
+        break;
+    case Destination::ColorTable:
+        addColorText(text);
+        break;
+    case Destination::StyleSheet:
+        addStyleName(text);
+        break;
+    case Destination::LevelText:
+        m_tables.lists.back().levels.back().text += text;
+        break;
+    case Destination::LegacyBefore:
+        m_legacyList.before += text;
+        break;
+    case Destination::LegacyAfter:
+        m_legacyList.after += text;
+        break;
+    case Destination::FieldInstruction:
+        if (!m_openFields.empty()) {
+            m_openFields.back().instruction += text;
+        }
+        break;
+    default:
+        break;
+    }
+}
+
+} // namespace rtf

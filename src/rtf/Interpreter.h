@@ -1,0 +1,215 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "rtf/Characters.h"
+#include "rtf/ControlWords.h"
+#include "rtf/Sink.h"
+#include "rtf/State.h"
+#include "rtf/Tables.h"
+#include "rtf/Tokenizer.h"
+
+#include <QByteArrayView>
+#include <QHash>
+
+#include <map>
+#include <vector>
+
+namespace rtf
+{
+
+// Groups nested deeper than this keep their text, but share the formatting of the group at this depth.
+constexpr std::size_t deepestGroup = 2000;
+
+// A table inside more tables than this becomes part of the one at this depth.
+constexpr int deepestTable = 8;
+
+// Cells of one row; the text of further ones joins the last.
+constexpr std::size_t mostCells = 255;
+
+// Tab stops of one paragraph; further ones are passed over.
+constexpr int mostTabs = 64;
+
+// Tells a sink what an RTF text says: reads tokens, keeps the stack of formatting, fills the tables, and turns notation
+// (escapes, fallbacks, merged or repeated definitions, sloppy table rows) into plain events.
+class Interpreter
+{
+public:
+    enum class Pictures : quint8 { Read, CountOnly };
+
+    // With CountOnly, the pictures that the sink gets carry no data.
+    Interpreter(QByteArrayView rtf, Sink &sink, Pictures pictures = Pictures::Read);
+
+    void run();
+
+    // The distance of the stops that no paragraph sets (\deftab), known once the text is read.
+    int defaultTab() const { return m_tables.defaultTab; }
+
+private:
+    struct Group {
+        CharState chars;
+        ParaState para;
+        Destination destination = Destination::Content;
+        quint16 fallbackLength = 1; // \uc
+    };
+
+    struct OpenField {
+        std::size_t depth = 0; // of its group
+        QString instruction;
+        bool hasResult = false;
+    };
+
+    struct StyleWord {
+        const ControlWord *word;
+        qint32 number;
+        bool hasNumber;
+    };
+
+    struct Style {
+        int basedOn = -1;
+        bool isCharStyle = false;
+        std::vector<StyleWord> words;
+    };
+
+    // Character styles are numbered apart from paragraph styles.
+    static int charStyleKey(int number) { return -1 - qMax(0, number); }
+
+    struct ResolvedStyle {
+        CharState chars;
+        ParaState para;
+    };
+
+    // What a row of a table has so far.
+    struct OpenRow {
+        std::size_t cells = 0;
+        bool cellIsOpen = false;
+    };
+
+    // Groups and text (Interpreter.cpp)
+    bool handle(const Token &token);
+    void openGroup();
+    void closeGroup();
+    void leaveDestination(Destination destination, Destination outer);
+    void onText(QByteArrayView bytes);
+    void onByte(quint8 byte);
+    void onSymbol(quint8 symbol);
+    void onWord(const Token &token);
+    void onBinary(QByteArrayView bytes);
+    void appendCharacter(char16_t unit);
+    bool collectsText() const;
+    bool isContent() const;
+    void choosePage();
+    void flush();
+    void takeText(QStringView text);
+
+    // Control words (InterpreterWords.cpp)
+    void apply(const ControlWord &word, qint32 number, bool hasNumber);
+    void applySpecial(Special word, qint32 number, bool hasNumber);
+    void applyTableSpecial(Special word, qint32 number, bool hasNumber);
+    void applyStyleable(const ControlWord &word, qint32 number, bool isOn);
+    void applyStyleNumber(Special kind, int number);
+    void applyStyle(int key);
+    void applyCharDefaults();
+    void setChar(CharNumber number, qint32 value);
+    void setCharFlag(CharFlag flag, bool on);
+    void setPara(ParaNumber number, qint32 value);
+    void setParaFlag(ParaFlag flag, bool on);
+    void addTab(qint32 position);
+    void changeBorders(qint16 Border::*part, qint32 value);
+    ResolvedStyle resolveStyle(int key);
+
+    // Destinations and what stands in the tables (InterpreterTables.cpp)
+    void enter(Destination destination);
+    void defineFont(int number);
+    void setFontPage(Special kind, int number);
+    void applyListSpecial(Special word, qint32 number);
+    void addFontName(QStringView text);
+    void finishFont();
+    int fontPlace(int number);
+    void resolveDefaultFont();
+    void addColorText(QStringView text);
+    void addStyleName(QStringView text);
+    void finishStyle();
+    void finishListLevel();
+    void finishOverride();
+    int internLegacyList();
+    int internField(const QString &instruction);
+    void addPictureText(QByteArrayView bytes);
+    void finishPicture();
+    void finishField();
+
+    // Paragraphs and tables (InterpreterParagraphs.cpp)
+    int tableDepth() const;
+    void endParagraph(int depth);
+    void endContentParagraph();
+    void endCell(int depth);
+    void endRow(int depth, const RowState &row);
+    void closeRowsBelow(int depth);
+    void finish();
+
+    RowState &currentRow();
+
+    Tokenizer m_tokens;
+    Sink &m_sink;
+    Pictures m_pictures;
+    Tables m_tables;
+    Characters m_characters;
+
+    Group m_state;
+    std::vector<Group> m_stack;
+    std::size_t m_unstacked = 0; // open groups deeper than the stack goes
+    bool m_isIgnorable = false;  // the last token was \*
+    int m_fallback = 0;          // characters still to pass over after \u
+    int m_pageFont = -1;         // the font that m_characters decodes for
+
+    int m_documentPage = windowsLatin;
+    int m_defaultFont = 0;
+    QHash<int, int> m_fontPlaces;
+    int m_lastFontNumber = -1;
+    int m_lastFontPlace = 0;
+    int m_openFont = -1; // place of the font being defined
+    QString m_fontName;
+
+    Color m_color;
+    std::size_t m_styleDepth = 0;
+    int m_styleNumber = 0;
+    Style m_style;
+    QString m_styleName;
+    bool m_isParagraphStyle = true;
+    bool m_isCharStyle = false;
+    QHash<int, Style> m_styles; // by number, or by charStyleKey() of the number
+    QHash<int, ResolvedStyle> m_resolvedStyles;
+
+    TabKind m_tabKind = TabKind::Left;
+    TabLeader m_tabLeader = TabLeader::None;
+    std::map<std::array<qint32, 4>, qint32> m_tabPlaces;
+
+    enum class BorderTarget : quint8 { None, Cell, Paragraph };
+
+    BorderTarget m_borderTarget = BorderTarget::None;
+    quint32 m_borderSides = 0;
+    std::map<Borders, qint32> m_borderPlaces;
+
+    ListOverride m_override;
+    int m_overrideNumber = 0;
+    int m_overrideLevel = -1;
+    LegacyList m_legacyList;
+    bool m_legacyIsContinued = false;
+
+    std::vector<OpenField> m_openFields;
+    QHash<QString, int> m_fieldPlaces;
+
+    Picture m_picture;
+    int m_nibble = -1;
+
+    RowState m_row;
+    RowState m_nestedRow;
+    CellState m_cell;
+    std::vector<OpenRow> m_openRows;
+    bool m_hasContent = false;   // text or a picture since the last paragraph
+    bool m_hasParagraph = false; // any paragraph so far
+    bool m_pageBreak = false;    // \page before the paragraph that comes
+};
+
+} // namespace rtf

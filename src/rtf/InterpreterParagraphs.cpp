@@ -1,0 +1,112 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "rtf/Interpreter.h"
+
+// Where paragraphs, cells and rows end. Word processors set the table words with varying care; the sink sees whole
+// tables.
+namespace rtf
+{
+
+int Interpreter::tableDepth() const
+{
+    const qint32 depth = m_state.para[ParaNumber::TableDepth];
+    return depth > 0 ? depth : m_state.para.has(InTable) ? 1 : 0;
+}
+
+void Interpreter::endParagraph(int depth)
+{
+    flush();
+    closeRowsBelow(depth);
+    while (m_openRows.size() < std::size_t(depth)) {
+        m_openRows.emplace_back();
+    }
+    for (OpenRow &row : m_openRows) {
+        row.cellIsOpen = true;
+    }
+    ParaState para = m_state.para;
+    if (std::exchange(m_pageBreak, false)) {
+        para.flags |= PageBreakBefore;
+    }
+    m_sink.endParagraph(para, m_state.chars, depth);
+    m_hasContent = false;
+    m_hasParagraph = true;
+}
+
+void Interpreter::endContentParagraph()
+{
+    flush();
+    if (m_hasContent) {
+        endParagraph(tableDepth());
+    }
+}
+
+void Interpreter::endCell(int depth)
+{
+    if (!isContent()) {
+        return;
+    }
+    endParagraph(depth);
+    OpenRow &row = m_openRows.back();
+    if (row.cells + 1 < mostCells) {
+        row.cellIsOpen = false;
+        ++row.cells;
+        m_sink.endCell(depth);
+    }
+}
+
+// Ends the row at this depth and all inside it. A row without cells is none.
+void Interpreter::endRow(int depth, const RowState &row)
+{
+    endContentParagraph();
+    closeRowsBelow(depth);
+    if (m_openRows.size() < std::size_t(depth)) {
+        return;
+    }
+    OpenRow &open = m_openRows.back();
+    if (open.cellIsOpen) {
+        m_sink.endCell(depth);
+        ++open.cells;
+    }
+    if (open.cells > 0) {
+        m_sink.endRow(row, depth);
+    }
+    open = {};
+    if (depth == 1) {
+        m_openRows.clear();
+    }
+}
+
+// Ends the rows that are deeper than the paragraph that comes.
+void Interpreter::closeRowsBelow(int depth)
+{
+    while (m_openRows.size() > std::size_t(depth)) {
+        const int last = static_cast<int>(m_openRows.size());
+        OpenRow &open = m_openRows.back();
+        if (open.cellIsOpen) {
+            m_sink.endCell(last);
+            ++open.cells;
+        }
+        if (open.cells > 0) {
+            m_sink.endRow(last == 1 ? m_row : m_nestedRow, last);
+        }
+        m_openRows.pop_back();
+    }
+}
+
+// The last paragraph may lack its \par; a text without any is one empty paragraph.
+void Interpreter::finish()
+{
+    flush();
+    if (m_hasContent || !m_hasParagraph) {
+        endParagraph(tableDepth());
+    }
+    closeRowsBelow(0);
+}
+
+RowState &Interpreter::currentRow()
+{
+    return m_state.destination == Destination::NestedRow ? m_nestedRow : m_row;
+}
+
+} // namespace rtf

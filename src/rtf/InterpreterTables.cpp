@@ -1,0 +1,327 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "rtf/Interpreter.h"
+
+#include "rtf/FieldInstruction.h"
+
+#include <algorithm>
+
+// The destinations: what may stand where, and what their text puts into the tables.
+namespace rtf
+{
+
+namespace
+{
+
+// Fonts that a text may define; a font beyond them is the default one.
+constexpr std::size_t mostFonts = 32000;
+constexpr std::size_t mostListLevels = 9;
+constexpr qsizetype longestFieldInstruction = 32768;
+
+struct Nesting {
+    Destination inner;
+    Destination outer;
+};
+
+// Groups that mean something only inside another kind.
+constexpr Nesting nestings[] = {
+    {Destination::List, Destination::ListTable},         {Destination::ListLevel, Destination::List},
+    {Destination::LevelText, Destination::ListLevel},    {Destination::Override, Destination::OverrideTable},
+    {Destination::OverrideLevel, Destination::Override}, {Destination::LegacyBefore, Destination::LegacyList},
+    {Destination::LegacyAfter, Destination::LegacyList}, {Destination::FieldInstruction, Destination::Field},
+    {Destination::FieldResult, Destination::Field},
+};
+
+// Whether text, and so pictures, fields and the tables, may come in such a group.
+bool mayHoldText(Destination destination)
+{
+    return destination == Destination::Content || destination == Destination::Container ||
+           destination == Destination::ShapeText || destination == Destination::Field;
+}
+
+bool mayNest(Destination inner, Destination outer)
+{
+    const auto *row = std::ranges::find(nestings, inner, &Nesting::inner);
+    if (row != std::ranges::end(nestings)) {
+        return row->outer == outer;
+    }
+    return mayHoldText(outer);
+}
+
+} // namespace
+
+// Makes the current group one of that kind, or skips it where that kind means nothing. The outermost group stays text.
+void Interpreter::enter(Destination destination)
+{
+    if (m_stack.size() <= 1 || m_unstacked > 0) {
+        return;
+    }
+    const Destination outer = m_state.destination;
+    if (outer == Destination::FieldInstruction) {
+        if (destination == Destination::Skip || destination == Destination::Picture) {
+            m_tokens.skipGroup();
+        }
+        return;
+    }
+    if (destination == Destination::Skip || !mayNest(destination, outer)) {
+        flush();
+        m_tokens.skipGroup();
+        return;
+    }
+    flush();
+    m_state.destination = destination;
+    switch (destination) {
+    case Destination::Content:
+        m_state.destination = outer == Destination::ShapeText ? outer : Destination::Content;
+        break;
+    case Destination::ShapeText:
+        endContentParagraph();
+        break;
+    case Destination::StyleSheet:
+        m_styleDepth = m_stack.size();
+        break;
+    case Destination::List:
+        m_tables.lists.emplace_back();
+        break;
+    case Destination::ListLevel:
+        m_state.chars = CharState::plain();
+        m_state.para = ParaState::plain();
+        if (m_tables.lists.back().levels.size() < mostListLevels) {
+            m_tables.lists.back().levels.emplace_back();
+        }
+        break;
+    case Destination::Override:
+        m_override = {};
+        m_overrideNumber = 0;
+        m_overrideLevel = -1;
+        break;
+    case Destination::OverrideLevel:
+        ++m_overrideLevel;
+        break;
+    case Destination::LegacyList:
+        m_legacyList = {};
+        m_legacyIsContinued = false;
+        break;
+    case Destination::Picture:
+        m_picture = {};
+        m_nibble = -1;
+        break;
+    case Destination::Field:
+        m_openFields.push_back({m_stack.size(), {}, false});
+        break;
+    case Destination::FieldResult:
+        m_state.destination = Destination::Content;
+        if (!m_openFields.empty()) {
+            m_openFields.back().hasResult = true;
+            m_state.chars[CharNumber::Link] = internField(m_openFields.back().instruction);
+        }
+        break;
+    default:
+        break;
+    }
+}
+
+void Interpreter::defineFont(int number)
+{
+    flush();
+    finishFont();
+    if (m_tables.fonts.size() >= mostFonts) {
+        return;
+    }
+    m_openFont = static_cast<int>(m_tables.fonts.size());
+    m_tables.fonts.emplace_back();
+    m_fontPlaces.insert(number, m_openFont);
+    m_lastFontNumber = -1;
+}
+
+void Interpreter::setFontPage(Special kind, int number)
+{
+    if (m_openFont < 0 || m_state.destination != Destination::FontTable) {
+        return;
+    }
+    Font &font = m_tables.fonts[std::size_t(m_openFont)];
+    font.codePage = kind == Special::FontCodePage ? number : codePageOfCharset(number);
+    font.symbol = font.symbol || (kind == Special::FontCharset && number == 2);
+}
+
+// A name ends with a semicolon; what follows it belongs to no font.
+void Interpreter::addFontName(QStringView text)
+{
+    if (m_openFont < 0) {
+        return;
+    }
+    const qsizetype end = text.indexOf(QLatin1Char(';'));
+    m_fontName += end < 0 ? text : text.first(end);
+    if (end >= 0) {
+        finishFont();
+    }
+}
+
+void Interpreter::finishFont()
+{
+    if (m_openFont < 0) {
+        return;
+    }
+    m_tables.fonts[std::size_t(m_openFont)].family = m_fontName.trimmed();
+    m_fontName.clear();
+    m_openFont = -1;
+}
+
+int Interpreter::fontPlace(int number)
+{
+    if (number != m_lastFontNumber) {
+        m_lastFontNumber = number;
+        m_lastFontPlace = m_fontPlaces.value(number, 0);
+    }
+    return m_lastFontPlace;
+}
+
+// Place 0 becomes a copy of the font that \deff names, or of the first one.
+void Interpreter::resolveDefaultFont()
+{
+    if (m_tables.fonts.size() > 1) {
+        m_tables.fonts[0] = m_tables.fonts[std::size_t(m_fontPlaces.value(m_defaultFont, 1))];
+    }
+    m_pageFont = -1;
+}
+
+void Interpreter::addColorText(QStringView text)
+{
+    for (const QChar c : text) {
+        if (c == QLatin1Char(';')) {
+            m_tables.colors.push_back(m_color);
+            m_color = {};
+        }
+    }
+}
+
+void Interpreter::addStyleName(QStringView text)
+{
+    if (m_stack.size() == m_styleDepth + 1) {
+        m_styleName += text;
+    }
+}
+
+void Interpreter::finishStyle()
+{
+    if (m_isParagraphStyle) {
+        const QString name = m_styleName.section(QLatin1Char(';'), 0, 0).trimmed();
+        m_tables.styleNames.insert(m_styleNumber, name);
+        m_styles.insert(qMax(0, m_styleNumber), m_style);
+    } else if (m_isCharStyle) {
+        m_style.isCharStyle = true;
+        m_styles.insert(charStyleKey(m_styleNumber), m_style);
+    }
+    m_style = {};
+    m_styleName.clear();
+    m_styleNumber = 0;
+    m_isParagraphStyle = true;
+    m_isCharStyle = false;
+}
+
+void Interpreter::applyListSpecial(Special word, qint32 number)
+{
+    const Destination destination = m_state.destination;
+    if (word == Special::ListId && destination == Destination::List) {
+        m_tables.lists.back().id = number;
+    } else if (word == Special::ListId && destination == Destination::Override) {
+        const auto list = std::ranges::find(m_tables.lists, number, &List::id);
+        m_override.list = list == m_tables.lists.end() ? -1 : qint32(list - m_tables.lists.begin());
+    } else if (destination == Destination::OverrideLevel && word == Special::LevelStart) {
+        m_override.starts.insert(m_overrideLevel, std::clamp(number, 0, 32767));
+    } else if (destination == Destination::ListLevel && word == Special::LevelStart) {
+        m_tables.lists.back().levels.back().start = std::clamp(number, 0, 32767);
+    } else if (destination == Destination::ListLevel && word == Special::LevelKind) {
+        m_tables.lists.back().levels.back().kind = static_cast<NumberKind>(std::clamp(number, 0, 255));
+    }
+}
+
+void Interpreter::finishListLevel()
+{
+    ListLevel &level = m_tables.lists.back().levels.back();
+    level.left = m_state.para[ParaNumber::Left];
+    level.firstLine = m_state.para[ParaNumber::FirstLine];
+    level.font = m_state.chars[CharNumber::Font];
+    // The first character counts those that follow; the last one is a semicolon.
+    level.text = level.text.mid(1);
+    if (level.text.endsWith(QLatin1Char(';'))) {
+        level.text.chop(1);
+    }
+}
+
+void Interpreter::finishOverride()
+{
+    if (m_overrideNumber > 0) {
+        m_tables.listOverrides.insert(m_overrideNumber, m_override);
+    }
+}
+
+int Interpreter::internLegacyList()
+{
+    const auto known = std::ranges::find(m_tables.legacyLists, m_legacyList);
+    if (known != m_tables.legacyLists.end() && known != m_tables.legacyLists.begin()) {
+        return static_cast<int>(known - m_tables.legacyLists.begin());
+    }
+    m_tables.legacyLists.push_back(m_legacyList);
+    return static_cast<int>(m_tables.legacyLists.size()) - 1;
+}
+
+int Interpreter::internField(const QString &text)
+{
+    const QString instruction = text.left(longestFieldInstruction).simplified();
+    if (instruction.isEmpty()) {
+        return 0;
+    }
+    int &place = m_fieldPlaces[instruction];
+    if (place == 0) {
+        place = static_cast<int>(m_tables.fields.size());
+        m_tables.fields.push_back({instruction, hyperlinkTarget(instruction)});
+    }
+    return place;
+}
+
+void Interpreter::addPictureText(QByteArrayView bytes)
+{
+    if (m_pictures == Pictures::CountOnly) {
+        return;
+    }
+    for (const char c : bytes) {
+        const int digit = c >= '0' && c <= '9'                     ? c - '0'
+                          : (c | 0x20) >= 'a' && (c | 0x20) <= 'f' ? (c | 0x20) - 'a' + 10
+                                                                   : -1;
+        if (digit < 0) {
+            continue;
+        }
+        if (m_nibble < 0) {
+            m_nibble = digit;
+        } else {
+            m_picture.data.append(static_cast<char>(m_nibble * 16 + digit));
+            m_nibble = -1;
+        }
+    }
+}
+
+void Interpreter::finishPicture()
+{
+    m_sink.picture(m_picture, m_state.chars);
+    m_hasContent = true;
+    m_picture = {};
+}
+
+// A field without a result shows nothing, except a SYMBOL field, which names its character.
+void Interpreter::finishField()
+{
+    const OpenField field = m_openFields.back();
+    m_openFields.pop_back();
+    if (field.hasResult || !isContent()) {
+        return;
+    }
+    if (const char16_t symbol = fieldSymbol(field.instruction); symbol != 0) {
+        flush();
+        choosePage();
+        m_characters.appendUnicode(symbol);
+    }
+}
+
+} // namespace rtf

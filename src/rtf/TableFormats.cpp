@@ -1,0 +1,185 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "rtf/TableFormats.h"
+
+#include "rtf/Units.h"
+
+#include <QTextTable>
+
+#include <algorithm>
+
+namespace rtf
+{
+
+namespace
+{
+
+constexpr Qt::Alignment tableAlignments[] = {Qt::AlignLeft, Qt::AlignRight, Qt::AlignHCenter};
+
+struct BorderRow {
+    BorderStyle style;
+    QTextFrameFormat::BorderStyle shown;
+};
+
+// How each border is shown; the first row of a shown style is what that style is written as.
+constexpr BorderRow borderRows[] = {
+    {BorderStyle::None, QTextFrameFormat::BorderStyle_None},
+    {BorderStyle::Single, QTextFrameFormat::BorderStyle_Solid},
+    {BorderStyle::Thick, QTextFrameFormat::BorderStyle_Solid},
+    {BorderStyle::Wavy, QTextFrameFormat::BorderStyle_Solid},
+    {BorderStyle::Double, QTextFrameFormat::BorderStyle_Double},
+    {BorderStyle::Dotted, QTextFrameFormat::BorderStyle_Dotted},
+    {BorderStyle::Dashed, QTextFrameFormat::BorderStyle_Dashed},
+    {BorderStyle::DashDot, QTextFrameFormat::BorderStyle_DotDash},
+    {BorderStyle::DashDotDot, QTextFrameFormat::BorderStyle_DotDotDash},
+    {BorderStyle::Inset, QTextFrameFormat::BorderStyle_Inset},
+    {BorderStyle::Outset, QTextFrameFormat::BorderStyle_Outset},
+    {BorderStyle::Emboss, QTextFrameFormat::BorderStyle_Ridge},
+    {BorderStyle::Engrave, QTextFrameFormat::BorderStyle_Groove},
+};
+
+QTextFrameFormat::BorderStyle shownStyle(BorderStyle style)
+{
+    return std::ranges::find(borderRows, style, &BorderRow::style)->shown;
+}
+
+BorderStyle writtenStyle(QTextFrameFormat::BorderStyle shown)
+{
+    const auto *row = std::ranges::find(borderRows, shown, &BorderRow::shown);
+    return row == std::ranges::end(borderRows) ? BorderStyle::Single : row->style;
+}
+
+struct CellSide {
+    Side side;
+    QTextFormat::Property width;
+    QTextFormat::Property style;
+    QTextFormat::Property brush;
+};
+
+constexpr CellSide cellSides[] = {
+    {Side::Top, QTextFormat::TableCellTopBorder, QTextFormat::TableCellTopBorderStyle,
+     QTextFormat::TableCellTopBorderBrush},
+    {Side::Left, QTextFormat::TableCellLeftBorder, QTextFormat::TableCellLeftBorderStyle,
+     QTextFormat::TableCellLeftBorderBrush},
+    {Side::Bottom, QTextFormat::TableCellBottomBorder, QTextFormat::TableCellBottomBorderStyle,
+     QTextFormat::TableCellBottomBorderBrush},
+    {Side::Right, QTextFormat::TableCellRightBorder, QTextFormat::TableCellRightBorderStyle,
+     QTextFormat::TableCellRightBorderBrush},
+};
+
+int borderWidth(qreal pixels)
+{
+    return std::clamp(twipsFromPixels(pixels), 1, 255);
+}
+
+} // namespace
+
+QTextTableFormat tableFormat(const Table &table, const Tables &tables)
+{
+    Q_UNUSED(tables)
+    QTextTableFormat format;
+    const RowState &row = table.rows.front().state;
+    const std::vector<qint32> &edges = table.shape.edges();
+    QList<QTextLength> widths;
+    for (std::size_t i = 1; i < edges.size(); ++i) {
+        widths << QTextLength(QTextLength::FixedLength, pixelsFromTwips(edges[i] - edges[i - 1]));
+    }
+    format.setColumnWidthConstraints(widths);
+    format.setCellSpacing(0);
+    format.setCellPadding(pixelsFromTwips(row.gap));
+    format.setBorder(0);
+    format.setBorderCollapse(true);
+    format.setAlignment(tableAlignments[row.alignment % 3]);
+    if (edges.front() != 0) {
+        format.setLeftMargin(pixelsFromTwips(edges.front()));
+    }
+    int headers = 0;
+    for (const Row &candidate : table.rows) {
+        if (!candidate.state.header) {
+            break;
+        }
+        ++headers;
+    }
+    if (headers > 0) {
+        format.setHeaderRowCount(headers);
+    }
+    return format;
+}
+
+QTextTableCellFormat cellFormat(const CellState &cell, const Tables &tables)
+{
+    QTextTableCellFormat format;
+    if (cell.shade > 0 && std::size_t(cell.shade) < tables.colors.size() &&
+        tables.colors[std::size_t(cell.shade)].isSet) {
+        const auto &parts = tables.colors[std::size_t(cell.shade)].parts;
+        format.setBackground(QColor(parts[0], parts[1], parts[2]));
+    }
+    if (cell.verticalAlign > 0) {
+        format.setVerticalAlignment(cell.verticalAlign == 1 ? QTextCharFormat::AlignMiddle
+                                                            : QTextCharFormat::AlignBottom);
+    }
+    for (const CellSide &side : cellSides) {
+        const BorderLook look = borderLook(cell.borders[std::size_t(side.side)], tables);
+        if (look.style != BorderStyle::None) {
+            format.setProperty(side.width, pixelsFromTwips(look.width));
+            format.setProperty(side.style, int(shownStyle(look.style)));
+            format.setProperty(side.brush, QBrush(QColor(look.color)));
+        }
+    }
+    return format;
+}
+
+QTextCharFormat cellMark(QTextCharFormat mark)
+{
+    mark.clearBackground();
+    mark.clearProperty(QTextFormat::TextVerticalAlignment);
+    return mark;
+}
+
+CellLook cellLook(const QTextTableCellFormat &cell, const QTextTableFormat &table)
+{
+    CellLook look;
+    if (const QBrush brush = cell.background(); brush.style() != Qt::NoBrush) {
+        look.shade = brush.color().rgb() | 0xFF000000;
+    }
+    if (cell.verticalAlignment() == QTextCharFormat::AlignMiddle) {
+        look.verticalAlign = 1;
+    } else if (cell.verticalAlignment() == QTextCharFormat::AlignBottom) {
+        look.verticalAlign = 2;
+    }
+    bool hasOwn = false;
+    for (const CellSide &side : cellSides) {
+        const auto shown = static_cast<QTextFrameFormat::BorderStyle>(cell.intProperty(side.style));
+        if (!cell.hasProperty(side.width) || shown == QTextFrameFormat::BorderStyle_None) {
+            continue;
+        }
+        hasOwn = true;
+        const QBrush brush = cell.brushProperty(side.brush);
+        const QRgb color = brush.style() == Qt::NoBrush ? qRgb(0, 0, 0) : brush.color().rgb() | 0xFF000000;
+        look.borders[std::size_t(side.side)] = {borderWidth(cell.doubleProperty(side.width)), writtenStyle(shown),
+                                                color};
+    }
+    if (!hasOwn && table.border() > 0) {
+        look.borders.fill({borderWidth(table.border()), BorderStyle::Single, qRgb(0, 0, 0)});
+    }
+    return look;
+}
+
+void mergeCells(const TableShape &shape, QTextTable &table)
+{
+    for (std::size_t row = 0; row < shape.rows().size(); ++row) {
+        for (const TableShape::Cell &cell : shape.rows()[row]) {
+            if (cell.joined != TableShape::Joined::No) {
+                continue;
+            }
+            const int column = shape.column(cell.left);
+            const int span = shape.column(cell.right) - column;
+            if (span > 1 || cell.rows > 1) {
+                table.mergeCells(static_cast<int>(row), column, cell.rows, span);
+            }
+        }
+    }
+}
+
+} // namespace rtf

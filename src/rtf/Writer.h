@@ -1,0 +1,86 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "rtf/Looks.h"
+#include "rtf/Output.h"
+#include "rtf/WriterTables.h"
+
+#include <QHash>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextFrame>
+
+#include <vector>
+
+class QTextDocument;
+class QTextTable;
+class QTextTableCell;
+
+namespace rtf
+{
+
+// Writes a text document, or the part that a cursor selects, as RTF.
+class Writer
+{
+public:
+    explicit Writer(const QTextDocument &document);
+    Writer(const QTextDocument &document, const QTextCursor &selection);
+
+    QByteArray write();
+
+private:
+    // The character formatting in words: what each word of the writer's table is set to.
+    struct CharWords {
+        std::vector<int> values; // as charWords says
+        QString target;
+        QString instruction;
+        bool isPictureFont = false;
+    };
+
+    // Where paragraphs are being written.
+    struct Paragraphs {
+        int depth = 0;
+        bool isOpen = false; // one is written but not ended
+    };
+
+    void writeFrame(QTextFrame::iterator begin, QTextFrame::iterator end, Paragraphs &place);
+    void writeTable(const QTextTable &table, int depth);
+    void writeRowDefinition(const QTextTable &table, int row);
+    void writeCellDefinition(const QTextTable &table, const QTextTableCell &cell, int row);
+    void writeEmptyCell(int depth);
+    void writeBorder(Output &output, const BorderLook &border);
+    void endParagraph(const Paragraphs &place);
+    void writeParagraph(const QTextBlock &block, int depth, bool isFirstOfCell);
+    void writeParagraphFormat(const QTextBlock &block, int depth);
+    void writeParaLook(Output &output, const ParaLook &look, bool isInList);
+    void writeRuns(const QTextBlock &block, int from, int to);
+    void openField(const CharWords &words);
+    void closeField();
+    void setChars(const CharWords &words);
+    void writePicture(const QTextFormat &format);
+    const CharWords &charWords(int formatIndex);
+    const CharWords &markWords(const QTextBlock &block, bool isFirstOfCell);
+    CharWords wordsOf(const QTextCharFormat &format);
+
+    bool isSelected(int from, int to) const { return to >= m_from && from <= m_to; }
+
+    const QTextDocument &m_document;
+    const QList<QTextFormat> m_formats;
+    int m_from = 0;
+    int m_to = 0;
+    bool m_isWhole = true;
+    WriterTables m_tables;
+    Output m_body;
+    QHash<int, CharWords> m_charWords;
+    QHash<int, CharWords> m_cellMarkWords;
+    std::vector<int> m_chars;      // in force
+    std::vector<int> m_outerChars; // in force around the field that is open
+    QString m_target;
+    QString m_instruction;
+    bool m_isInField = false;
+    QByteArray m_paragraphWords; // in force; empty before the first paragraph
+};
+
+} // namespace rtf

@@ -1,0 +1,137 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "rtf/Writer.h"
+
+#include "rtf/TableFormats.h"
+#include "rtf/Units.h"
+
+#include <QTextTable>
+
+#include <algorithm>
+
+// Tables of a text document as rows of cells.
+namespace rtf
+{
+
+namespace
+{
+
+constexpr int textWidth = 9000; // twips between the margins of a page; for columns that have no width of their own
+
+// The edges of the columns in twips, one more than there are columns.
+std::vector<int> columnEdges(const QTextTable &table)
+{
+    const QTextTableFormat format = table.format();
+    const QList<QTextLength> widths = format.columnWidthConstraints();
+    const int columns = table.columns();
+    std::vector<int> edges{twipsFromPixels(format.leftMargin())};
+    for (int column = 0; column < columns; ++column) {
+        const QTextLength width = widths.value(column);
+        int twips = std::max(textWidth / columns, 60);
+        if (width.type() == QTextLength::FixedLength) {
+            twips = twipsFromPixels(width.rawValue());
+        } else if (width.type() == QTextLength::PercentageLength) {
+            twips = qRound(textWidth * std::clamp(width.rawValue(), 0.0, 100.0) / 100);
+        }
+        edges.push_back(edges.back() + std::max(1, twips));
+    }
+    return edges;
+}
+
+} // namespace
+
+void Writer::writeTable(const QTextTable &table, int depth)
+{
+    for (int row = 0; row < table.rows(); ++row) {
+        const QTextTableCell first = table.cellAt(row, 0);
+        const QTextTableCell last = table.cellAt(row, table.columns() - 1);
+        if (!isSelected(first.firstPosition() - 1, last.lastPosition())) {
+            continue;
+        }
+        if (depth == 1) {
+            writeRowDefinition(table, row);
+        }
+        for (int column = 0; column < table.columns();) {
+            const QTextTableCell cell = table.cellAt(row, column);
+            if (cell.row() == row) {
+                Paragraphs place{depth, false};
+                writeFrame(cell.begin(), cell.end(), place);
+            } else {
+                writeEmptyCell(depth);
+            }
+            m_body.word(depth == 1 ? "\\cell" : "\\nestcell");
+            column = std::max(column + 1, cell.column() + cell.columnSpan());
+        }
+        if (depth > 1) {
+            m_body.raw("{\\*\\nesttableprops");
+            writeRowDefinition(table, row);
+            m_body.word("\\nestrow");
+            m_body.raw("}");
+        } else {
+            m_body.word("\\row");
+        }
+        m_body.lineEnd();
+    }
+}
+
+// A cell that only goes on with the one above it.
+void Writer::writeEmptyCell(int depth)
+{
+    Output words;
+    words.word("\\pard");
+    words.word("\\intbl");
+    if (depth > 1) {
+        words.word("\\itap", depth);
+    }
+    if (words.bytes() != m_paragraphWords) {
+        m_body.append(words);
+        m_paragraphWords = words.bytes();
+    }
+}
+
+void Writer::writeRowDefinition(const QTextTable &table, int row)
+{
+    const QTextTableFormat format = table.format();
+    const std::vector<int> edges = columnEdges(table);
+    m_body.word("\\trowd");
+    m_body.word("\\trgaph", std::max(0, twipsFromPixels(format.cellPadding())));
+    m_body.word("\\trleft", edges.front());
+    if (format.alignment() & Qt::AlignHCenter) {
+        m_body.word("\\trqc");
+    } else if (format.alignment() & Qt::AlignRight) {
+        m_body.word("\\trqr");
+    }
+    if (row < format.headerRowCount()) {
+        m_body.word("\\trhdr");
+    }
+    for (int column = 0; column < table.columns();) {
+        const QTextTableCell cell = table.cellAt(row, column);
+        column = std::max(column + 1, cell.column() + cell.columnSpan());
+        writeCellDefinition(table, cell, row);
+        m_body.word("\\cellx", edges[std::size_t(column)]);
+    }
+}
+
+void Writer::writeCellDefinition(const QTextTable &table, const QTextTableCell &cell, int row)
+{
+    if (cell.rowSpan() > 1) {
+        m_body.word(cell.row() == row ? "\\clvmgf" : "\\clvmrg");
+    }
+    constexpr const char *borderWords[] = {"\\clbrdrt", "\\clbrdrl", "\\clbrdrb", "\\clbrdrr"};
+    const CellLook look = cellLook(cell.format().toTableCellFormat(), table.format());
+    if (look.verticalAlign != 0) {
+        m_body.word(look.verticalAlign == 1 ? "\\clvertalc" : "\\clvertalb");
+    }
+    for (std::size_t side = 0; side < look.borders.size(); ++side) {
+        if (look.borders[side].style != BorderStyle::None) {
+            m_body.word(borderWords[side]);
+            writeBorder(m_body, look.borders[side]);
+        }
+    }
+    if (look.shade) {
+        m_body.word("\\clcbpat", m_tables.color(look.shade));
+    }
+}
+
+} // namespace rtf

@@ -1,0 +1,135 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "RtfSupport.h"
+
+using rtftest::blockOf;
+using rtftest::documentOf;
+using rtftest::formatAt;
+
+// What the reader makes of RTF, seen in the document.
+class TestRtfRead : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void recognisesRtf();
+    void characters_data();
+    void characters();
+    void characterFormats();
+    void paragraphFormats();
+    void readingLeavesNoUndo();
+    void insertReplacesTheSelection();
+};
+
+void TestRtfRead::recognisesRtf()
+{
+    QVERIFY(rtf::isRtf("{\\rtf1 x}"));
+    QVERIFY(rtf::isRtf(" \r\n{\\rtf"));
+    QVERIFY(!rtf::isRtf("{\\rt"));
+    QVERIFY(!rtf::isRtf("x{\\rtf1}"));
+    QVERIFY(!rtf::isRtf(""));
+}
+
+void TestRtfRead::characters_data()
+{
+    QTest::addColumn<QByteArray>("rtf");
+    QTest::addColumn<QString>("text");
+    const auto row = [](const char *name, const QByteArray &rtf, const QString &text) {
+        QTest::newRow(name) << "{\\rtf1" + rtf + "}" << text;
+    };
+    row("escapes", "\\ansi a\\{b\\}c\\\\", QStringLiteral("a{b}c\\"));
+    row("Windows-1252", "\\ansi\\ansicpg1252 \\'80\\'e4", QStringLiteral("\u20ac\u00e4"));
+    row("document code page", "\\ansi\\ansicpg1251 \\'cf\\'f0", QStringLiteral("\u041f\u0440"));
+    row("font code page", "\\ansi{\\fonttbl{\\f0\\fcharset204 A;}{\\f1\\fcharset161 B;}}\\f0\\'cf\\f1\\'c1",
+        QStringLiteral("\u041f\u0391"));
+    row("double bytes", "\\ansi{\\fonttbl{\\f0\\fcharset128 A;}}\\f0\\'93\\'fa\\'96\\'7b",
+        QStringLiteral("\u65e5\u672c"));
+    row("double byte with a plain second byte", "\\ansi{\\fonttbl{\\f0\\fcharset128 A;}}\\f0\\'83A\\'83\\'42",
+        QStringLiteral("\u30a2\u30a3"));
+    row("Unicode with a fallback", "\\uc1\\u8364?x\\u-10179?\\u-8704?", QStringLiteral("\u20acx\U0001F600"));
+    row("Unicode with a longer fallback", "\\uc2\\u8364EUx{\\uc0\\u8364 y}\\u8364 E\\'55z",
+        QStringLiteral("\u20acx\u20acy\u20acz"));
+    row("named characters", "\\lquote\\rquote\\ldblquote\\rdblquote\\bullet\\endash\\emdash\\~\\_",
+        QStringLiteral("\u2018\u2019\u201c\u201d\u2022\u2013\u2014\u00a0\u2011"));
+    row("breaks", "a\\par b\\line c\\tab d\\\ne", QStringLiteral("a\r\nb\nc\td\r\ne"));
+    row("the last paragraph end makes none", "a\\par b\\par", QStringLiteral("a\r\nb"));
+    row("line ends are no text", "a\r\nb", QStringLiteral("ab"));
+    row("unknown destinations", "a{\\*\\unheard of {this}}b{\\info{\\title T}}c", QStringLiteral("abc"));
+    row("headers and footnotes", "{\\header H}a{\\footnote F}b", QStringLiteral("ab"));
+    row("Symbol font", "{\\fonttbl{\\f0 A;}{\\f1\\fcharset2 Symbol;}}\\f1 abc\\f0 abc",
+        QStringLiteral("\u03b1\u03b2\u03c7abc"));
+}
+
+void TestRtfRead::characters()
+{
+    QFETCH(const QByteArray, rtf);
+    QFETCH(const QString, text);
+    QCOMPARE(rtf::toPlainText(rtf), text);
+    QCOMPARE(rtf::plainText(*documentOf(rtf)), text);
+}
+
+void TestRtfRead::characterFormats()
+{
+    const auto document =
+        documentOf("{\\rtf1{\\fonttbl{\\f0 Arial;}{\\f5 Courier New;}}{\\colortbl;\\red1\\green2\\blue3;}"
+                   "\\f0\\fs21 one{\\b\\i two}\\ul three\\ulnone\\strike four\\strike0\\f5\\cf1 five\\cf0 six}");
+    const QTextCharFormat one = formatAt(*document, QStringLiteral("one"));
+    QCOMPARE(one.fontFamilies().toStringList(), QStringList{QStringLiteral("Arial")});
+    QCOMPARE(one.fontPointSize(), 10.5);
+    QVERIFY(one.fontWeight() == QFont::Normal && !one.fontItalic() && !one.fontStrikeOut() && !one.fontUnderline());
+    QVERIFY(!one.hasProperty(QTextFormat::ForegroundBrush));
+    const QTextCharFormat two = formatAt(*document, QStringLiteral("two"));
+    QVERIFY(two.fontWeight() == QFont::Bold && two.fontItalic());
+    QVERIFY(formatAt(*document, QStringLiteral("three")).fontUnderline());
+    QVERIFY(formatAt(*document, QStringLiteral("four")).fontStrikeOut());
+    const QTextCharFormat five = formatAt(*document, QStringLiteral("five"));
+    QCOMPARE(five.foreground().color(), QColor(1, 2, 3));
+    QCOMPARE(five.fontFamilies().toStringList(), QStringList{QStringLiteral("Courier New")});
+    QVERIFY(!formatAt(*document, QStringLiteral("six")).hasProperty(QTextFormat::ForegroundBrush));
+}
+
+void TestRtfRead::paragraphFormats()
+{
+    const auto document = documentOf("{\\rtf1 \\qc\\li720\\ri150\\fi300 one\\par\\pard "
+                                     "two\\par{\\*\\pn\\pnlvlblt{\\pntxtb\\'B7}}\\fi-360\\li720 three\\par}");
+    const QTextBlockFormat one = blockOf(*document, QStringLiteral("one")).blockFormat();
+    QCOMPARE(one.alignment(), Qt::AlignHCenter);
+    QCOMPARE(one.leftMargin(), 48.0);
+    QCOMPARE(one.rightMargin(), 10.0);
+    QCOMPARE(one.textIndent(), 20.0);
+    const QTextBlockFormat two = blockOf(*document, QStringLiteral("two")).blockFormat();
+    QCOMPARE(two.alignment(), Qt::AlignLeft);
+    QCOMPARE(two.leftMargin(), 0.0);
+    const QTextBlock three = blockOf(*document, QStringLiteral("three"));
+    QVERIFY(three.textList() != nullptr);
+    QCOMPARE(three.textList()->format().style(), QTextListFormat::ListDisc);
+    QCOMPARE(three.blockFormat().leftMargin(), 48.0);
+}
+
+void TestRtfRead::readingLeavesNoUndo()
+{
+    QTextDocument document(QStringLiteral("old"));
+    rtf::read("{\\rtf1 new}", document);
+    QCOMPARE(document.toPlainText(), QStringLiteral("new"));
+    QVERIFY(document.isUndoRedoEnabled());
+    QVERIFY(!document.isUndoAvailable());
+    QVERIFY(!document.isModified());
+}
+
+void TestRtfRead::insertReplacesTheSelection()
+{
+    QTextDocument document(QStringLiteral("one two three"));
+    QTextCursor cursor = document.find(QStringLiteral("two"));
+    rtf::insert("{\\rtf1 a\\b b\\par}", cursor);
+    QCOMPARE(document.toPlainText(), QStringLiteral("one ab three"));
+    QCOMPARE(cursor.position(), 6);
+    document.undo();
+    QCOMPARE(document.toPlainText(), QStringLiteral("one two three"));
+    cursor.setPosition(3);
+    rtf::insert("{\\rtf1\\qc X\\par Y\\par}", cursor);
+    QCOMPARE(document.toPlainText(), QStringLiteral("oneX\nY two three"));
+}
+
+QTEST_MAIN(TestRtfRead)
+#include "tst_rtf_read.moc"
