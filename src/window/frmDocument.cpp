@@ -73,6 +73,7 @@ frmDocument::~frmDocument()
     treeView->disconnect(this);
     textBox->disconnect(this);
     treeView->setEntryTree(nullptr);
+    delete m_dragger;
     if (m_counted)
         --iDocumentCount;
 }
