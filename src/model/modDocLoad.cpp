@@ -13,6 +13,7 @@
 #include "model/TextPane.h"
 #include "model/modNodes.h"
 
+#include "util/ByteSink.h"
 #include "util/Numbers.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
@@ -48,15 +49,55 @@ qint16 fileFormatVersion(const QString &sFile, const QByteArray &buffer)
     return Numbers::toInt16(Numbers::toNumber(Numbers::isNumeric(sStored) ? sStored : sDefault));
 }
 
-void readOutline(Document &document, const QString &sFile, LoadResult &result)
+void readOutline(Document &document, const QString &sFile, const QByteArray &buffer, LoadResult &result)
 {
-    const QByteArray buffer = readWhole(sFile);
     document.m_iFileFormatVersion = fileFormatVersion(sFile, buffer);
     const BulkChange bulk(document.tree);
     if (document.m_iFileFormatVersion == Document::nativeFormat)
         ports().formats->readNative(document, buffer, result);
     else
         ports().formats->readPlainText(document, buffer);
+}
+
+// Compares what is written with bytes at hand.
+class ComparingSink final : public ByteSink
+{
+public:
+    explicit ComparingSink(QByteArrayView expected)
+        : m_rest(expected)
+    {
+    }
+
+    void write(QByteArrayView bytes) override
+    {
+        m_same = m_same && m_rest.startsWith(bytes);
+        if (m_same)
+            m_rest = m_rest.sliced(bytes.size());
+    }
+
+    bool same() const { return m_same && m_rest.isEmpty(); }
+
+private:
+    QByteArrayView m_rest;
+    bool m_same = true;
+};
+
+// A native file that was read whole would be saved as the same bytes. One that would not was made by another hand or
+// has come to harm in a way that still reads as a document: the log then says so.
+void remarkOnOddities(const Document &document, const QString &sFile, const QByteArray &buffer, LoadResult &result)
+{
+    if (!result.remark.isEmpty())
+        return;
+    if (document.m_iFileFormatVersion != Document::nativeFormat) {
+        if (modString::StringExtension(sFile) == u"qly")
+            result.remark =
+                u"read as plain text, because its format version is %1"_s.arg(document.m_iFileFormatVersion);
+        return;
+    }
+    ComparingSink sink(buffer);
+    ports().formats->writeNative(document, sink);
+    if (!sink.same())
+        result.remark = u"the file differs from what saving it unchanged would write"_s;
 }
 
 void applyFlags(Document &document, const LoadResult &result)
@@ -115,7 +156,8 @@ void loadInto(Document &document, const QString &sFile, LoadResult &result)
 {
     document.trvOutline.setPaneVisible(false);
     document.m_sFile = sFile;
-    readOutline(document, sFile, result);
+    const QByteArray buffer = readWhole(sFile);
+    readOutline(document, sFile, buffer, result);
     // All that may fail comes before the window takes on the file's name and its lock: a window that keeps only what
     // could be read has neither.
     if (!result.damage.isEmpty())
@@ -129,6 +171,7 @@ void loadInto(Document &document, const QString &sFile, LoadResult &result)
         markReadOnly(document);
     applyFlags(document, result);
     showLoaded(document, selected);
+    remarkOnOddities(document, sFile, buffer, result);
 }
 
 } // namespace
