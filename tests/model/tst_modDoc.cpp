@@ -41,6 +41,8 @@ private Q_SLOTS:
     void aReadOnlyDocument_data();
     void aReadOnlyDocument();
     void aRemarkIsReportedAndTheLoadCountsAsWhole();
+    void whatWouldBeSavedOtherwiseIsRemarkedOn_data();
+    void whatWouldBeSavedOtherwiseIsRemarkedOn();
     void aFailedLoadKeepsWhatWasReadWithoutTheFilesName_data();
     void aFailedLoadKeepsWhatWasReadWithoutTheFilesName();
     void aFailedLoadOfAReadOnlyFileLeavesAnUnlockedWindow();
@@ -266,7 +268,7 @@ void tst_modDoc::theFormatOfAFile()
 
 void tst_modDoc::aLoadedDocument()
 {
-    m_folder->write(u"a.qly"_s, "x");
+    m_folder->write(u"a.qly"_s, "native");
     const QString sFile = (*m_folder)(u"a.qly"_s);
     m_fake->commands.statusText = u"before"_s;
     QVERIFY(modDoc::DocLoad(sFile));
@@ -378,6 +380,30 @@ void tst_modDoc::aRemarkIsReportedAndTheLoadCountsAsWhole()
     QVERIFY(m_errors->records()[0].report.description.contains(u"a label was cut"_s));
     QCOMPARE(active().m_sFile, (*m_folder)(u"a.qly"_s));
     QCOMPARE(m_fake->recentFiles.updates.size(), size_t(1));
+}
+
+void tst_modDoc::whatWouldBeSavedOtherwiseIsRemarkedOn_data()
+{
+    QTest::addColumn<QString>("name");
+    QTest::addColumn<QByteArray>("content");
+    QTest::addColumn<bool>("remarked");
+    QTest::newRow("the same") << u"a.qly"_s << QByteArray("native") << false;
+    QTest::newRow("other bytes") << u"a.qly"_s << QByteArray("nature") << true;
+    QTest::newRow("bytes less") << u"a.qly"_s << QByteArray("nativ") << true;
+    QTest::newRow("bytes more") << u"a.qly"_s << QByteArray("native ") << true;
+    QTest::newRow("text is never the same") << u"a.txt"_s << QByteArray("one") << false;
+    QTest::newRow("text in a native file's clothes") << u"a.qly"_s << QByteArray("{\\qlf_formatversion 2}\r\n") << true;
+}
+
+void tst_modDoc::whatWouldBeSavedOtherwiseIsRemarkedOn()
+{
+    QFETCH(const QString, name);
+    QFETCH(const QByteArray, content);
+    QFETCH(const bool, remarked);
+    m_folder->write(name, content);
+    QVERIFY(modDoc::DocLoad((*m_folder)(name)));
+    QCOMPARE(m_errors->summary(), remarked ? QStringList(u"321 modDoc DocLoad"_s) : QStringList());
+    QCOMPARE(active().m_sFile, (*m_folder)(name));
 }
 
 void tst_modDoc::aFailedLoadKeepsWhatWasReadWithoutTheFilesName_data()

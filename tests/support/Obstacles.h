@@ -95,6 +95,8 @@ public:
     void write(const QString &name, const QByteArray &content, mode_t mode = 0666) const
     {
         QFile file((*this)(name));
+        // A file system may flush one that is overwritten to disk at once, which takes its time.
+        file.remove();
         if (!file.open(QIODevice::WriteOnly) || file.write(content) != content.size())
             qFatal("The test cannot write %s", qPrintable(file.fileName()));
         file.close();
