@@ -82,7 +82,10 @@ QIcon LabelDelegate::image(const QString &name) const
     const auto known = m_images.constFind(name);
     if (known != m_images.cend())
         return *known;
-    QIcon icon(u":/quillery/icons/%1.svg"_s.arg(name));
+    const QString file = u":/quillery/icons/%1.svg"_s.arg(name);
+    QIcon icon(file);
+    // Selected rows have images of their own; the style is not to tint them.
+    icon.addFile(file, QSize(), QIcon::Selected);
     // Without the desktop's SVG support the rows go without an image.
     if (icon.pixmap(16, 16).isNull())
         icon = QIcon();

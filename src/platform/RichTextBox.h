@@ -6,6 +6,9 @@
 #include "model/TextPane.h"
 
 #include <QTextEdit>
+#include <QTextFormat>
+
+#include <optional>
 
 // The rich-text pane, on Qt's text editor. Nothing that is loaded, pasted or dropped makes it read a file or an
 // address that a text names.
@@ -66,9 +69,6 @@ public:
     // A word is a run of letters and digits.
     int Find(const QString &expression, int start, int end, int options) override;
 
-    // Nothing, whatever the name.
-    QVariant loadResource(int type, const QUrl &name) override;
-
 Q_SIGNALS:
     // The user or a Sel member changed the text or its format. Assigning TextRTF and setting the base font do not.
     void changed();
@@ -83,14 +83,24 @@ protected:
     void focusInEvent(QFocusEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
-    void dragMoveEvent(QDragMoveEvent *event) override;
-    void dropEvent(QDropEvent *event) override;
     QMimeData *createMimeDataFromSelection() const override;
     bool canInsertFromMimeData(const QMimeData *source) const override;
     void insertFromMimeData(const QMimeData *source) override;
 
 private:
-    void showDocument(QTextDocument *document);
+    // What selectionMoved() told last.
+    struct Noted {
+        int anchor;
+        int position;
+        QTextCharFormat charFormat;
+        QTextBlockFormat blockFormat;
+        bool operator==(const Noted &) const = default;
+    };
+
+    QTextDocument *freshDocument();
+    void showDocument(QTextDocument *fresh);
+    void insertPlain(const QString &text);
+    void insertHtmlFragment(const QString &html);
     void noteChange();
     void noteSelection();
 
@@ -98,7 +108,6 @@ private:
     bool m_paneVisible = true;
     mutable QString m_text;
     mutable bool m_textKnown = false;
-    int m_notedAnchor = 0;
-    int m_notedPosition = 0;
+    std::optional<Noted> m_noted;
     bool m_loading = false;
 };

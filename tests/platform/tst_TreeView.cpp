@@ -36,6 +36,28 @@ void build(EntryTree &tree, const char *outline)
     }
 }
 
+// Whether an image is part of another one: every pixel that it covers wholly.
+bool contains(const QImage &whole, const QImage &part)
+{
+    const auto isAt = [&whole, &part](int left, int top) {
+        for (int y = 0; y < part.height(); ++y) {
+            for (int x = 0; x < part.width(); ++x) {
+                const QColor pixel = part.pixelColor(x, y);
+                if (pixel.alpha() == 255 && whole.pixelColor(left + x, top + y) != pixel)
+                    return false;
+            }
+        }
+        return true;
+    };
+    for (int top = 0; top + part.height() <= whole.height(); ++top) {
+        for (int left = 0; left + part.width() <= whole.width(); ++left) {
+            if (isAt(left, top))
+                return true;
+        }
+    }
+    return false;
+}
+
 constexpr auto garden = "+Garden\n  +Trees\n    Oak\n    +Fruit\n      Apple\n      Pear\n  Tools\n    Spade\n  Soil";
 
 } // namespace
@@ -704,8 +726,18 @@ void tst_TreeView::imagesFollowTagAndSelection()
     QVERIFY(plain != tagged);
     m_tree->setTagged(entry(u"Oak"_s), false);
     QCOMPARE(picture(), plain);
-    for (const char *name : {"Folder", "FolderSelected", "FolderTagged", "FolderTaggedSelected"})
-        QVERIFY(QFile::exists(u":/quillery/icons/%1.svg"_s.arg(QLatin1StringView(name))));
+    const auto shows = [this](const char *name) {
+        const QString file = u":/quillery/icons/%1.svg"_s.arg(QLatin1StringView(name));
+        return contains(m_view->grab(m_view->visualRect(indexOf(u"Oak"_s))).toImage(),
+                        QIcon(file).pixmap(16, 16).toImage());
+    };
+    QVERIFY(shows("Folder") && !shows("FolderSelected"));
+    m_tree->select(entry(u"Oak"_s));
+    QVERIFY(shows("FolderSelected") && !shows("Folder"));
+    m_tree->setTagged(entry(u"Oak"_s), true);
+    QVERIFY(shows("FolderTaggedSelected"));
+    m_tree->select(m_tree->root());
+    QVERIFY(shows("FolderTagged"));
 }
 
 void tst_TreeView::longLabelsCanBeScrolledTo()
@@ -713,6 +745,10 @@ void tst_TreeView::longLabelsCanBeScrolledTo()
     build(*m_tree, garden);
     QCOMPARE(m_view->horizontalScrollBar()->maximum(), 0);
     m_tree->setLabel(entry(u"Oak"_s), QString(200, u'W'));
+    QTRY_VERIFY(m_view->horizontalScrollBar()->maximum() > 0);
+    m_tree->setExpanded(m_tree->root(), false);
+    QTRY_COMPARE(m_view->horizontalScrollBar()->maximum(), 0);
+    m_tree->setExpanded(m_tree->root(), true);
     QTRY_VERIFY(m_view->horizontalScrollBar()->maximum() > 0);
 }
 

@@ -1,0 +1,160 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "platform/MessageDialogs.h"
+
+#include <QApplication>
+#include <QFileDialog>
+#include <QFileInfo>
+#include <QMessageBox>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// While it lives an hourglass pointer gives way to the arrow, for a dialog in the middle of a command.
+class ArrowWhileAsking
+{
+public:
+    ArrowWhileAsking()
+        : m_needed(QApplication::overrideCursor() != nullptr)
+    {
+        if (m_needed)
+            QApplication::setOverrideCursor(Qt::ArrowCursor);
+    }
+
+    ~ArrowWhileAsking()
+    {
+        if (m_needed)
+            QApplication::restoreOverrideCursor();
+    }
+
+    ArrowWhileAsking(const ArrowWhileAsking &) = delete;
+    ArrowWhileAsking &operator=(const ArrowWhileAsking &) = delete;
+
+private:
+    bool m_needed;
+};
+
+QString title()
+{
+    return u"Quillery"_s;
+}
+
+int showBox(QMessageBox::Icon icon, const QString &text, QMessageBox::StandardButtons buttons,
+            QMessageBox::StandardButton preset)
+{
+    const ArrowWhileAsking arrow;
+    QMessageBox box(icon, title(), text, buttons, QApplication::activeWindow());
+    // A file name is never markup.
+    box.setTextFormat(Qt::PlainText);
+    box.setDefaultButton(preset);
+    return box.exec();
+}
+
+// The filter as the file dialog wants it: the description, which is what it shows, and the patterns in parentheses.
+QString nameFilter(const FileFilter &filter)
+{
+    QStringList patterns = filter.pattern.split(u';');
+    // Here a name need not have a stop.
+    patterns.replaceInStrings(u"*.*"_s, u"*"_s);
+    return u"%1 (%2)"_s.arg(filter.description, patterns.join(u' '));
+}
+
+void prepare(QFileDialog &dialog, const FileDialogRequest &request)
+{
+    QStringList filters;
+    for (const FileFilter &filter : request.filters)
+        filters.append(nameFilter(filter));
+    dialog.setOption(QFileDialog::HideNameFilterDetails);
+    if (!filters.isEmpty())
+        dialog.setNameFilters(filters);
+    if (request.initialName.isEmpty())
+        return;
+    const QFileInfo initial(request.initialName);
+    if (initial.isAbsolute())
+        dialog.setDirectory(initial.absolutePath());
+    dialog.selectFile(initial.isAbsolute() ? initial.fileName() : request.initialName);
+}
+
+// What a pattern such as "*.txt" makes of a name: "txt"; nothing for "*.*".
+QString extensionOf(const QString &pattern)
+{
+    const QString first = pattern.section(u';', 0, 0).trimmed();
+    const QString extension = first.section(u'.', -1);
+    return first.contains(u'.') && !extension.contains(u'*') && !extension.contains(u'?') ? extension : QString();
+}
+
+QString withExtension(QString name, const QString &chosenFilter, const FileDialogRequest &request)
+{
+    if (!QFileInfo(name).suffix().isEmpty())
+        return name;
+    const auto chosen =
+        std::find_if(request.filters.cbegin(), request.filters.cend(),
+                     [&chosenFilter](const FileFilter &filter) { return chosenFilter.startsWith(filter.description); });
+    QString extension = chosen == request.filters.cend() ? QString() : extensionOf(chosen->pattern);
+    if (extension.isEmpty())
+        extension = request.defaultExtension;
+    if (name.endsWith(u'.'))
+        name.chop(1);
+    return extension.isEmpty() ? name : name + u'.' + extension;
+}
+
+} // namespace
+
+Answer MessageDialogs::ask(const QString &question)
+{
+    switch (showBox(QMessageBox::Question, question, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel,
+                    QMessageBox::Yes)) {
+    case QMessageBox::Yes:
+        return Answer::Yes;
+    case QMessageBox::No:
+        return Answer::No;
+    default:
+        return Answer::Cancel;
+    }
+}
+
+void MessageDialogs::warn(const QString &text)
+{
+    showBox(QMessageBox::Warning, text, QMessageBox::Ok, QMessageBox::Ok);
+}
+
+std::optional<QString> MessageDialogs::askOpenName(const FileDialogRequest &request)
+{
+    QFileDialog dialog(QApplication::activeWindow(), u"Open"_s, m_folder);
+    dialog.setFileMode(QFileDialog::ExistingFile);
+    prepare(dialog, request);
+    return chosenName(dialog);
+}
+
+std::optional<QString> MessageDialogs::askSaveName(const FileDialogRequest &request)
+{
+    QFileDialog dialog(QApplication::activeWindow(), u"Save As"_s, m_folder);
+    dialog.setFileMode(QFileDialog::AnyFile);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    // The dialog would ask about the name as typed; the file that is at stake is the one with the extension.
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    prepare(dialog, request);
+    while (const std::optional<QString> typed = chosenName(dialog)) {
+        const QString name = withExtension(*typed, dialog.selectedNameFilter(), request);
+        const QString question = u"%1 already exists.\nDo you want to replace it?"_s.arg(name);
+        if (!QFileInfo::exists(name) || showBox(QMessageBox::Warning, question, QMessageBox::Yes | QMessageBox::No,
+                                                QMessageBox::No) == QMessageBox::Yes)
+            return name;
+    }
+    return std::nullopt;
+}
+
+std::optional<QString> MessageDialogs::chosenName(QFileDialog &dialog)
+{
+    const ArrowWhileAsking arrow;
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+        return std::nullopt;
+    const QString name = dialog.selectedFiles().first();
+    m_folder = QFileInfo(name).absolutePath();
+    return name;
+}

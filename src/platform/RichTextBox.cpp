@@ -1,0 +1,434 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "platform/RichTextBox.h"
+
+#include "platform/SealedDocument.h"
+#include "rtf/PlainText.h"
+#include "rtf/Rtf.h"
+#include "util/AnsiCodec.h"
+
+#include <QDropEvent>
+#include <QFocusEvent>
+#include <QKeyEvent>
+#include <QMimeData>
+#include <QTextBlock>
+#include <QTextDocumentFragment>
+#include <QWheelEvent>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// The clipboard's names for rich text: the first is written, all are read.
+constexpr QLatin1StringView richTextTypes[] = {"text/rtf"_L1, "application/rtf"_L1, "text/richtext"_L1};
+
+// A program's text with its CR LF, CR and LF as the document's own breaks; a lone LF stays in its paragraph.
+QString withDocumentBreaks(QString text)
+{
+    return text.replace("\r\n"_L1, "\r"_L1)
+        .replace(u'\r', QChar::ParagraphSeparator)
+        .replace(u'\n', QChar::LineSeparator);
+}
+
+// A text from elsewhere, in which every kind of line break ends a paragraph.
+QString withParagraphs(QString text)
+{
+    return withDocumentBreaks(text.replace("\r\n"_L1, "\n"_L1).replace(u'\n', u'\r'));
+}
+
+// Takes out the pictures of a stretch of the document. HTML only names where its pictures are to be had.
+void removePictures(QTextDocument &document, int from, int to)
+{
+    std::vector<std::pair<int, int>> pictures;
+    for (QTextBlock block = document.findBlock(from); block.isValid() && block.position() < to; block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            if (fragment.charFormat().isImageFormat() && fragment.position() >= from && fragment.position() < to)
+                pictures.emplace_back(fragment.position(), fragment.position() + fragment.length());
+        }
+    }
+    QTextCursor cursor(&document);
+    for (auto picture = pictures.crbegin(); picture != pictures.crend(); ++picture) {
+        cursor.setPosition(picture->first);
+        cursor.setPosition(picture->second, QTextCursor::KeepAnchor);
+        cursor.removeSelectedText();
+    }
+}
+
+bool hasRichText(const QMimeData &source)
+{
+    return std::any_of(std::cbegin(richTextTypes), std::cend(richTextTypes),
+                       [&source](QLatin1StringView type) { return source.hasFormat(type); });
+}
+
+QByteArray richTextOf(const QMimeData &source)
+{
+    for (const QLatin1StringView type : richTextTypes) {
+        const QByteArray data = source.data(type);
+        if (rtf::isRtf(data))
+            return data;
+    }
+    return QByteArray();
+}
+
+// Keys of the desktop's text fields that would surprise here: they delete or jump by single letters that are, or may
+// become, commands of the menus.
+bool isForeignKey(const QKeyEvent &event)
+{
+    switch (event.key()) {
+    case Qt::Key_D:
+    case Qt::Key_E:
+    case Qt::Key_K:
+    case Qt::Key_U:
+        return event.modifiers() == Qt::ControlModifier;
+    default:
+        return false;
+    }
+}
+
+bool isRedoKey(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_Y && event.modifiers() == Qt::ControlModifier;
+}
+
+bool isWordCharacter(const QString &text, qsizetype at)
+{
+    if (at < 0 || at >= text.size())
+        return false;
+    const QChar c = text[at];
+    if (c.isLowSurrogate() && at > 0 && text[at - 1].isHighSurrogate())
+        return QChar::isLetterOrNumber(QChar::surrogateToUcs4(text[at - 1], c));
+    if (c.isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate())
+        return QChar::isLetterOrNumber(QChar::surrogateToUcs4(c, text[at + 1]));
+    return c.isLetterOrNumber();
+}
+
+} // namespace
+
+RichTextBox::RichTextBox(QWidget *parent)
+    : QTextEdit(parent)
+    , m_font(font())
+{
+    setObjectName("txtRTF"_L1);
+    setAccessibleName(u"Entry text"_s);
+    setTabChangesFocus(true);
+    setContextMenuPolicy(Qt::CustomContextMenu);
+    connect(this, &QTextEdit::cursorPositionChanged, this, &RichTextBox::noteSelection);
+    connect(this, &QTextEdit::selectionChanged, this, &RichTextBox::noteSelection);
+    connect(this, &QTextEdit::currentCharFormatChanged, this, &RichTextBox::noteSelection);
+    showDocument(freshDocument());
+}
+
+RichTextBox::~RichTextBox() = default;
+
+QByteArray RichTextBox::TextRTF() const
+{
+    return rtf::write(*document());
+}
+
+QTextDocument *RichTextBox::freshDocument()
+{
+    auto *fresh = new SealedDocument(this);
+    fresh->setDefaultFont(m_font);
+    return fresh;
+}
+
+void RichTextBox::setTextRTF(const QByteArray &rtf)
+{
+    // Built before it is shown: no layout runs meanwhile, and its undo history begins behind the text.
+    QTextDocument *fresh = freshDocument();
+    fresh->setUndoRedoEnabled(false);
+    if (rtf::isRtf(rtf))
+        rtf::read(rtf, *fresh);
+    else if (!rtf.isEmpty())
+        fresh->setPlainText(AnsiCodec::toText(rtf));
+    fresh->setUndoRedoEnabled(true);
+    showDocument(fresh);
+}
+
+void RichTextBox::showDocument(QTextDocument *fresh)
+{
+    QTextDocument *old = document();
+    const bool own = old->parent() == this;
+    m_loading = true;
+    setDocument(fresh);
+    if (own)
+        delete old;
+    m_loading = false;
+    m_textKnown = false;
+    connect(fresh, &QTextDocument::contentsChanged, this, &RichTextBox::noteChange);
+    m_noted.reset();
+    noteSelection();
+}
+
+void RichTextBox::noteChange()
+{
+    m_textKnown = false;
+    if (!m_loading)
+        Q_EMIT changed();
+    noteSelection();
+}
+
+// One step of the caret or one change of format is announced once, though the editor reports it in several ways.
+void RichTextBox::noteSelection()
+{
+    if (m_loading)
+        return;
+    const QTextCursor cursor = textCursor();
+    const Noted now = {cursor.anchor(), cursor.position(), cursor.charFormat(), cursor.blockFormat()};
+    if (m_noted && *m_noted == now)
+        return;
+    m_noted = now;
+    Q_EMIT selectionMoved();
+}
+
+QString RichTextBox::Text() const
+{
+    if (!m_textKnown) {
+        m_text = rtf::plainText(*document());
+        m_textKnown = true;
+    }
+    return m_text;
+}
+
+QByteArray RichTextBox::SelRTF() const
+{
+    return rtf::write(textCursor());
+}
+
+void RichTextBox::setSelRTF(const QByteArray &rtf)
+{
+    if (!rtf::isRtf(rtf)) {
+        insertPlain(withParagraphs(AnsiCodec::toText(rtf)));
+        return;
+    }
+    QTextCursor cursor = textCursor();
+    rtf::insert(rtf, cursor);
+    setTextCursor(cursor);
+}
+
+QString RichTextBox::SelText() const
+{
+    return rtf::plainText(textCursor());
+}
+
+void RichTextBox::setSelText(const QString &text)
+{
+    insertPlain(withDocumentBreaks(text));
+}
+
+void RichTextBox::insertPlain(const QString &text)
+{
+    QTextCursor cursor = textCursor();
+    QTextCharFormat format = currentCharFormat();
+    if (cursor.hasSelection()) {
+        // The new text looks like the beginning of what it replaces.
+        QTextCursor first(document());
+        first.setPosition(cursor.selectionStart() + 1);
+        format = first.charFormat();
+    }
+    format.clearProperty(QTextFormat::ObjectType);
+    cursor.beginEditBlock();
+    cursor.removeSelectedText();
+    cursor.insertText(text, format);
+    cursor.endEditBlock();
+    setTextCursor(cursor);
+}
+
+int RichTextBox::SelStart() const
+{
+    return rtf::textOffset(*document(), textCursor().selectionStart());
+}
+
+void RichTextBox::setSelStart(int start)
+{
+    QTextCursor cursor = textCursor();
+    cursor.setPosition(rtf::documentPosition(*document(), std::max(start, 0)));
+    setTextCursor(cursor);
+}
+
+int RichTextBox::SelLength() const
+{
+    return rtf::textOffset(*document(), textCursor().selectionEnd()) - SelStart();
+}
+
+void RichTextBox::setSelLength(int length)
+{
+    const qint64 end = qint64(SelStart()) + std::max(length, 0);
+    QTextCursor cursor = textCursor();
+    cursor.setPosition(cursor.selectionStart());
+    cursor.setPosition(
+        rtf::documentPosition(*document(), static_cast<int>(std::min<qint64>(end, std::numeric_limits<int>::max()))),
+        QTextCursor::KeepAnchor);
+    setTextCursor(cursor);
+}
+
+QFont RichTextBox::Font() const
+{
+    return m_font;
+}
+
+void RichTextBox::setFont(const QFont &font)
+{
+    m_font = font;
+    QTextEdit::setFont(font);
+    document()->setDefaultFont(font);
+}
+
+bool RichTextBox::Locked() const
+{
+    return isReadOnly();
+}
+
+void RichTextBox::setLocked(bool locked)
+{
+    setTextInteractionFlags(locked ? Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard
+                                   : Qt::TextEditorInteraction);
+    // The editor shows the caret of a locked text only once it gets the focus.
+    if (hasFocus()) {
+        QFocusEvent focus(QEvent::FocusIn, Qt::OtherFocusReason);
+        QTextEdit::focusInEvent(&focus);
+    }
+}
+
+bool RichTextBox::PaneVisible() const
+{
+    return m_paneVisible;
+}
+
+void RichTextBox::setPaneVisible(bool visible)
+{
+    m_paneVisible = visible;
+    setUpdatesEnabled(visible);
+}
+
+void RichTextBox::setFocus()
+{
+    QTextEdit::setFocus(Qt::OtherFocusReason);
+}
+
+int RichTextBox::Find(const QString &expression, int start, int end, int options)
+{
+    const QString text = Text();
+    const qsizetype length = expression.size();
+    const qsizetype limit = end < 0 ? text.size() : std::min<qsizetype>(end, text.size());
+    const Qt::CaseSensitivity sensitivity = options & MatchCase ? Qt::CaseSensitive : Qt::CaseInsensitive;
+    if (length == 0)
+        return -1;
+    for (qsizetype at = std::max(start, 0); at + length <= limit; ++at) {
+        at = QStringView(text).first(limit).indexOf(expression, at, sensitivity);
+        if (at < 0)
+            return -1;
+        if ((options & WholeWord) && (isWordCharacter(text, at - 1) || isWordCharacter(text, at + length)))
+            continue;
+        const int found = static_cast<int>(at);
+        if (!(options & NoHighlight)) {
+            setSelStart(found);
+            setSelLength(static_cast<int>(length));
+        }
+        return found;
+    }
+    return -1;
+}
+
+bool RichTextBox::event(QEvent *event)
+{
+    if (event->type() == QEvent::ShortcutOverride) {
+        const auto &key = *static_cast<QKeyEvent *>(event);
+        if (isForeignKey(key) || isRedoKey(key)) {
+            event->setAccepted(isRedoKey(key) && !Locked());
+            return true;
+        }
+    }
+    return QTextEdit::event(event);
+}
+
+void RichTextBox::changeEvent(QEvent *event)
+{
+    QTextEdit::changeEvent(event);
+    if (event->type() == QEvent::FontChange)
+        document()->setDefaultFont(m_font);
+}
+
+void RichTextBox::keyPressEvent(QKeyEvent *event)
+{
+    // Alt with a letter is a command that somebody else knows, or nothing; the editor would type the letter.
+    constexpr Qt::KeyboardModifiers modifiers = Qt::AltModifier | Qt::ControlModifier | Qt::MetaModifier;
+    const bool altLetter = (event->modifiers() & modifiers) == Qt::AltModifier && !event->text().isEmpty() &&
+                           event->text().at(0).isPrint();
+    if (altLetter || isForeignKey(*event))
+        event->ignore();
+    else if (isRedoKey(*event) && !Locked())
+        redo();
+    else
+        QTextEdit::keyPressEvent(event);
+}
+
+void RichTextBox::focusInEvent(QFocusEvent *event)
+{
+    QTextEdit::focusInEvent(event);
+    Q_EMIT gotFocus();
+}
+
+void RichTextBox::wheelEvent(QWheelEvent *event)
+{
+    // With Ctrl the editor would change the base font of a locked text.
+    if (event->modifiers() & Qt::ControlModifier)
+        event->ignore();
+    else
+        QTextEdit::wheelEvent(event);
+}
+
+// Files and addresses are for the window behind, which opens them; what is refused here is never dropped here.
+void RichTextBox::dragEnterEvent(QDragEnterEvent *event)
+{
+    if (event->mimeData()->hasUrls())
+        event->ignore();
+    else
+        QTextEdit::dragEnterEvent(event);
+}
+
+QMimeData *RichTextBox::createMimeDataFromSelection() const
+{
+    const QTextCursor cursor = textCursor();
+    auto *mimeData = new QMimeData;
+    mimeData->setData(richTextTypes[0], rtf::write(cursor));
+    mimeData->setHtml(cursor.selection().toHtml());
+    mimeData->setText(rtf::plainText(cursor).replace("\r\n"_L1, "\n"_L1));
+    return mimeData;
+}
+
+bool RichTextBox::canInsertFromMimeData(const QMimeData *source) const
+{
+    return !Locked() && (hasRichText(*source) || source->hasHtml() || source->hasText());
+}
+
+void RichTextBox::insertFromMimeData(const QMimeData *source)
+{
+    if (!source || !canInsertFromMimeData(source))
+        return;
+    const QByteArray richText = richTextOf(*source);
+    if (!richText.isEmpty())
+        setSelRTF(richText);
+    else if (source->hasHtml())
+        insertHtmlFragment(source->html());
+    else if (source->hasText())
+        insertPlain(withParagraphs(source->text()));
+    ensureCursorVisible();
+}
+
+void RichTextBox::insertHtmlFragment(const QString &html)
+{
+    QTextCursor cursor = textCursor();
+    cursor.beginEditBlock();
+    cursor.removeSelectedText();
+    const int from = cursor.position();
+    cursor.insertFragment(QTextDocumentFragment::fromHtml(html, document()));
+    removePictures(*document(), from, cursor.position());
+    cursor.endEditBlock();
+    setTextCursor(cursor);
+}

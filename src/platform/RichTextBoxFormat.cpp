@@ -1,0 +1,380 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+// The formatting of the selection: reading it, and changing it.
+
+#include "platform/RichTextBox.h"
+
+#include "rtf/Properties.h"
+#include "rtf/Units.h"
+
+#include <QTextBlock>
+#include <QTextDocument>
+#include <QTextList>
+
+#include <algorithm>
+#include <iterator>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+constexpr double smallestFontSize = 1;
+constexpr double largestFontSize = 1638;
+
+// HTML's relative font sizes, from two steps below the standard size to four above.
+constexpr double sizeSteps[] = {0.7, 0.8, 1.0, 1.2, 1.5, 2.0, 2.4};
+constexpr int standardStep = 2;
+constexpr double pointsPerPixel = 0.75;
+
+// How far a bullet hangs to the left of its paragraph, in twips.
+constexpr int bulletHang = 360;
+
+// Texts are kept with their sizes in half points.
+double toHalfPoints(double points)
+{
+    return qRound(std::clamp(points, smallestFontSize, largestFontSize) * 2) / 2.0;
+}
+
+// The part of the selection that a paragraph property concerns: without a last paragraph of which only the beginning
+// is touched.
+QTextCursor paragraphsOf(QTextCursor cursor)
+{
+    const int start = cursor.selectionStart();
+    const int end = cursor.selectionEnd();
+    cursor.setPosition(start);
+    cursor.setPosition(std::max(start, end - 1), QTextCursor::KeepAnchor);
+    return cursor;
+}
+
+// Calls visit(fragment) for every stretch of one format that the selection touches, until it answers false.
+template <class Visit>
+void visitFragments(const QTextCursor &cursor, Visit visit)
+{
+    const int start = cursor.selectionStart();
+    const int end = cursor.selectionEnd();
+    for (QTextBlock block = cursor.document()->findBlock(start); block.isValid() && block.position() < end;
+         block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            const bool touched = fragment.position() < end && fragment.position() + fragment.length() > start;
+            if (touched && !visit(fragment))
+                return;
+        }
+    }
+}
+
+// The value of a property that all characters of the selection share; at a caret, that of the next one typed.
+template <class Property>
+auto commonToCharacters(const QTextEdit &box, Property property) -> std::optional<decltype(property(QTextCharFormat()))>
+{
+    std::optional<decltype(property(QTextCharFormat()))> common;
+    bool mixed = false;
+    int known = -1;
+    const QTextCursor cursor = box.textCursor();
+    visitFragments(cursor, [&](const QTextFragment &fragment) {
+        if (fragment.charFormatIndex() == known)
+            return true;
+        known = fragment.charFormatIndex();
+        const auto value = property(fragment.charFormat());
+        mixed = common && *common != value;
+        common = value;
+        return !mixed;
+    });
+    if (mixed)
+        return std::nullopt;
+    return common ? common : property(box.currentCharFormat());
+}
+
+// The value of a property that all paragraphs of the selection share.
+template <class Property>
+auto commonToParagraphs(const QTextEdit &box, Property property) -> std::optional<decltype(property(QTextBlock()))>
+{
+    const QTextCursor cursor = paragraphsOf(box.textCursor());
+    QTextBlock block = cursor.document()->findBlock(cursor.selectionStart());
+    const auto common = property(block);
+    for (block = block.next(); block.isValid() && block.position() <= cursor.selectionEnd(); block = block.next()) {
+        if (property(block) != common)
+            return std::nullopt;
+    }
+    return common;
+}
+
+// Merges a format into the selection after taking properties away that would override it or have no neutral value.
+void changeFormat(QTextEdit &box, const QTextCharFormat &change, std::initializer_list<int> obsolete = {})
+{
+    const auto withoutObsolete = [&obsolete](QTextCharFormat format) {
+        for (const int property : obsolete)
+            format.clearProperty(property);
+        return format;
+    };
+    QTextCursor cursor = box.textCursor();
+    if (!cursor.hasSelection()) {
+        QTextCharFormat format = withoutObsolete(box.currentCharFormat());
+        format.merge(change);
+        box.setCurrentCharFormat(format);
+        return;
+    }
+
+    struct Stretch {
+        int from;
+        int to;
+        QTextCharFormat format;
+    };
+
+    std::vector<Stretch> stretches;
+    visitFragments(cursor, [&](const QTextFragment &fragment) {
+        const QTextCharFormat format = fragment.charFormat();
+        if (std::any_of(obsolete.begin(), obsolete.end(), [&format](int id) { return format.hasProperty(id); })) {
+            stretches.push_back({std::max(fragment.position(), cursor.selectionStart()),
+                                 std::min(fragment.position() + fragment.length(), cursor.selectionEnd()),
+                                 withoutObsolete(format)});
+        }
+        return true;
+    });
+    cursor.beginEditBlock();
+    QTextCursor part(cursor);
+    for (const Stretch &stretch : stretches) {
+        part.setPosition(stretch.from);
+        part.setPosition(stretch.to, QTextCursor::KeepAnchor);
+        part.setCharFormat(stretch.format);
+    }
+    box.mergeCurrentCharFormat(change);
+    cursor.endEditBlock();
+}
+
+bool isBulleted(const QTextBlock &block)
+{
+    const QTextList *list = block.textList();
+    if (!list)
+        return false;
+    const QTextListFormat::Style style = list->format().style();
+    return style == QTextListFormat::ListDisc || style == QTextListFormat::ListCircle ||
+           style == QTextListFormat::ListSquare;
+}
+
+// What a paragraph's list and block indent add to its margin, in pixels.
+double indentSteps(const QTextBlock &block)
+{
+    const int steps = block.blockFormat().indent() + (block.textList() ? block.textList()->format().indent() : 0);
+    return steps * block.document()->indentWidth();
+}
+
+// How far the first line, or the bullet, hangs to the left of the other lines, in twips.
+int hangOf(const QTextBlock &block)
+{
+    const QTextBlockFormat format = block.blockFormat();
+    if (block.textList() && format.hasProperty(rtf::HangProperty))
+        return std::max(0, -format.intProperty(rtf::HangProperty));
+    if (block.textList() && format.textIndent() == 0)
+        return std::min(bulletHang, rtf::twipsFromPixels(indentSteps(block)));
+    return std::max(0, -rtf::twipsFromPixels(format.textIndent()));
+}
+
+// Where a paragraph begins at its left, counted with what hangs out; twips.
+int leftOf(const QTextBlock &block)
+{
+    return rtf::twipsFromPixels(block.blockFormat().leftMargin() + indentSteps(block)) - hangOf(block);
+}
+
+// Calls change(block) for every paragraph that the selection touches, as one step of undo.
+template <class Change>
+void changeParagraphs(const QTextEdit &box, Change change)
+{
+    QTextCursor cursor = paragraphsOf(box.textCursor());
+    const int end = cursor.selectionEnd();
+    cursor.beginEditBlock();
+    for (QTextBlock block = box.document()->findBlock(cursor.selectionStart());
+         block.isValid() && block.position() <= end; block = block.next())
+        change(block);
+    cursor.endEditBlock();
+}
+
+} // namespace
+
+std::optional<bool> RichTextBox::SelBold() const
+{
+    return commonToCharacters(*this, [this](const QTextCharFormat &format) {
+        return (format.hasProperty(QTextFormat::FontWeight) ? format.fontWeight() : m_font.weight()) > QFont::Medium;
+    });
+}
+
+void RichTextBox::setSelBold(bool on)
+{
+    QTextCharFormat change;
+    change.setFontWeight(on ? QFont::Bold : QFont::Normal);
+    changeFormat(*this, change);
+}
+
+std::optional<bool> RichTextBox::SelItalic() const
+{
+    return commonToCharacters(*this, [this](const QTextCharFormat &format) {
+        return format.hasProperty(QTextFormat::FontItalic) ? format.fontItalic() : m_font.italic();
+    });
+}
+
+void RichTextBox::setSelItalic(bool on)
+{
+    QTextCharFormat change;
+    change.setFontItalic(on);
+    changeFormat(*this, change);
+}
+
+std::optional<bool> RichTextBox::SelUnderline() const
+{
+    return commonToCharacters(*this, [this](const QTextCharFormat &format) {
+        return format.hasProperty(QTextFormat::TextUnderlineStyle)
+                   ? format.underlineStyle() != QTextCharFormat::NoUnderline
+                   : m_font.underline();
+    });
+}
+
+void RichTextBox::setSelUnderline(bool on)
+{
+    QTextCharFormat change;
+    change.setFontUnderline(on);
+    changeFormat(*this, change, {rtf::UnderlineKindProperty});
+}
+
+std::optional<bool> RichTextBox::SelStrikeThru() const
+{
+    return commonToCharacters(*this, [this](const QTextCharFormat &format) {
+        return format.hasProperty(QTextFormat::FontStrikeOut) ? format.fontStrikeOut() : m_font.strikeOut();
+    });
+}
+
+void RichTextBox::setSelStrikeThru(bool on)
+{
+    QTextCharFormat change;
+    change.setFontStrikeOut(on);
+    changeFormat(*this, change);
+}
+
+std::optional<QString> RichTextBox::SelFontName() const
+{
+    return commonToCharacters(*this, [this](const QTextCharFormat &format) {
+        const QStringList families = format.fontFamilies().toStringList();
+        return families.isEmpty() ? m_font.family() : families.first();
+    });
+}
+
+void RichTextBox::setSelFontName(const QString &name)
+{
+    QTextCharFormat change;
+    change.setFontFamilies({name});
+    changeFormat(*this, change);
+}
+
+std::optional<double> RichTextBox::SelFontSize() const
+{
+    const double base = m_font.pointSizeF() > 0 ? m_font.pointSizeF() : m_font.pixelSize() * pointsPerPixel;
+    return commonToCharacters(*this, [base](const QTextCharFormat &format) {
+        double points = base;
+        if (format.hasProperty(QTextFormat::FontPointSize))
+            points = format.fontPointSize();
+        else if (format.hasProperty(QTextFormat::FontPixelSize))
+            points = format.intProperty(QTextFormat::FontPixelSize) * pointsPerPixel;
+        const int step = standardStep + format.intProperty(QTextFormat::FontSizeAdjustment);
+        return toHalfPoints(points * sizeSteps[std::clamp(step, 0, static_cast<int>(std::size(sizeSteps)) - 1)]);
+    });
+}
+
+void RichTextBox::setSelFontSize(double points)
+{
+    QTextCharFormat change;
+    change.setFontPointSize(toHalfPoints(points));
+    changeFormat(*this, change, {QTextFormat::FontPixelSize, QTextFormat::FontSizeAdjustment});
+}
+
+std::optional<QColor> RichTextBox::SelColor() const
+{
+    return commonToCharacters(*this, [](const QTextCharFormat &format) {
+        const QBrush foreground = format.foreground();
+        return foreground.style() == Qt::NoBrush ? QColor() : foreground.color();
+    });
+}
+
+void RichTextBox::setSelColor(const QColor &colour)
+{
+    QTextCharFormat change;
+    if (colour.isValid())
+        change.setForeground(colour);
+    changeFormat(*this, change, {QTextFormat::ForegroundBrush});
+}
+
+std::optional<bool> RichTextBox::SelBullet() const
+{
+    return commonToParagraphs(*this, isBulleted);
+}
+
+void RichTextBox::setSelBullet(bool on)
+{
+    QTextList *list = nullptr;
+    changeParagraphs(*this, [&list, on](const QTextBlock &block) {
+        const int left = leftOf(block);
+        QTextBlockFormat format = block.blockFormat();
+        format.setIndent(0);
+        format.clearProperty(rtf::HangProperty);
+        if (on) {
+            format.setProperty(rtf::HangProperty, -bulletHang);
+            format.setTextIndent(0);
+        } else {
+            format.setObjectIndex(-1);
+        }
+        format.setLeftMargin(rtf::pixelsFromTwips(left + (on ? bulletHang : 0)));
+        QTextCursor(block).setBlockFormat(format);
+        if (!on)
+            return;
+        if (list) {
+            list->add(block);
+            return;
+        }
+        // The margin carries the whole indent, as everywhere in texts that are kept.
+        QTextListFormat bullets;
+        bullets.setStyle(QTextListFormat::ListDisc);
+        bullets.setIndent(0);
+        list = QTextCursor(block).createList(bullets);
+    });
+}
+
+std::optional<int> RichTextBox::SelIndent() const
+{
+    return commonToParagraphs(*this, leftOf);
+}
+
+void RichTextBox::setSelIndent(int twips)
+{
+    changeParagraphs(*this, [twips](const QTextBlock &block) {
+        const int left = leftOf(block);
+        QTextBlockFormat format = block.blockFormat();
+        format.setLeftMargin(format.leftMargin() + rtf::pixelsFromTwips(std::max(twips, 0) - left));
+        QTextCursor(block).setBlockFormat(format);
+    });
+}
+
+std::optional<TextPane::Alignment> RichTextBox::SelAlignment() const
+{
+    return commonToParagraphs(*this, [](const QTextBlock &block) {
+        const QTextBlockFormat format = block.blockFormat();
+        const Qt::Alignment alignment = format.alignment();
+        // Without AlignAbsolute the sides are mirrored in a paragraph that runs from right to left.
+        const bool mirrored = format.layoutDirection() == Qt::RightToLeft && !(alignment & Qt::AlignAbsolute);
+        if (alignment & Qt::AlignHCenter)
+            return Centre;
+        return bool(alignment & Qt::AlignRight) != (mirrored && !(alignment & Qt::AlignJustify)) ? Right : Left;
+    });
+}
+
+void RichTextBox::setSelAlignment(Alignment alignment)
+{
+    const Qt::AlignmentFlag side = alignment == Right    ? Qt::AlignRight
+                                   : alignment == Centre ? Qt::AlignHCenter
+                                                         : Qt::AlignLeft;
+    changeParagraphs(*this, [side](const QTextBlock &block) {
+        QTextBlockFormat change;
+        const bool rightToLeft = block.blockFormat().layoutDirection() == Qt::RightToLeft;
+        change.setAlignment(rightToLeft ? side | Qt::AlignAbsolute : Qt::Alignment(side));
+        QTextCursor(block).mergeBlockFormat(change);
+    });
+}

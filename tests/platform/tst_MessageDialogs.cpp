@@ -1,0 +1,336 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "platform/DesktopClipboard.h"
+#include "platform/MessageDialogs.h"
+#include "platform/ScreenPointer.h"
+
+#include <QAbstractButton>
+#include <QApplication>
+#include <QClipboard>
+#include <QComboBox>
+#include <QFileDialog>
+#include <QFileSystemModel>
+#include <QLineEdit>
+#include <QMessageBox>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <deque>
+#include <functional>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+const FileFilter outlines = {u"Quillery Files (*.qly)"_s, u"*.qly"_s};
+const FileFilter texts = {u"Text Files (*.txt)"_s, u"*.txt;*.text"_s};
+const FileFilter everything = {u"All Files (*.*)"_s, u"*.*"_s};
+
+} // namespace
+
+class tst_MessageDialogs : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        QVERIFY(m_folder->isValid());
+        m_steps.clear();
+    }
+
+    void cleanup() { QVERIFY(m_steps.empty()); }
+
+    void aQuestionOffersYesNoAndCancel()
+    {
+        MessageDialogs dialogs;
+        next([](QWidget *dialog) {
+            auto *box = qobject_cast<QMessageBox *>(dialog);
+            QVERIFY(box);
+            QCOMPARE(box->windowTitle(), u"Quillery"_s);
+            QCOMPARE(box->text(), u"Do you want to save the file <b>?"_s);
+            QCOMPARE(box->textFormat(), Qt::PlainText);
+            QCOMPARE(box->icon(), QMessageBox::Question);
+            QCOMPARE(box->standardButtons(), QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel);
+            QTest::mouseClick(box->button(QMessageBox::No), Qt::LeftButton);
+        });
+        QCOMPARE(dialogs.ask(u"Do you want to save the file <b>?"_s), Answer::No);
+    }
+
+    void yesIsTheButtonOfEnter()
+    {
+        MessageDialogs dialogs;
+        next([](QWidget *dialog) { QTest::keyClick(dialog, Qt::Key_Return); });
+        QCOMPARE(dialogs.ask(u"?"_s), Answer::Yes);
+    }
+
+    void escapeCancelsAQuestion()
+    {
+        MessageDialogs dialogs;
+        next([](QWidget *dialog) { QTest::keyClick(dialog, Qt::Key_Escape); });
+        QCOMPARE(dialogs.ask(u"?"_s), Answer::Cancel);
+        next([](QWidget *dialog) { dialog->close(); });
+        QCOMPARE(dialogs.ask(u"?"_s), Answer::Cancel);
+    }
+
+    void aWarningHasOneButton()
+    {
+        MessageDialogs dialogs;
+        bool seen = false;
+        next([&seen](QWidget *dialog) {
+            auto *box = qobject_cast<QMessageBox *>(dialog);
+            QVERIFY(box);
+            seen = true;
+            QCOMPARE(box->windowTitle(), u"Quillery"_s);
+            QCOMPARE(box->text(), u"No such file"_s);
+            QCOMPARE(box->icon(), QMessageBox::Warning);
+            QCOMPARE(box->standardButtons(), QMessageBox::Ok);
+            QTest::mouseClick(box->button(QMessageBox::Ok), Qt::LeftButton);
+        });
+        dialogs.warn(u"No such file"_s);
+        QVERIFY(seen);
+    }
+
+    void boxesBelongToTheActiveWindow()
+    {
+        QWidget window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        MessageDialogs dialogs;
+        next([&window](QWidget *dialog) {
+            QCOMPARE(dialog->parentWidget(), &window);
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        });
+        dialogs.ask(u"?"_s);
+    }
+
+    void anExistingFileIsChosen()
+    {
+        create(u"a.qly"_s);
+        MessageDialogs dialogs;
+        next([this](QWidget *dialog) {
+            QCOMPARE(shownFilters(dialog), QStringList({outlines.description, texts.description}));
+            accept(dialog, path(u"a.qly"_s));
+        });
+        QCOMPARE(dialogs.askOpenName({{outlines, texts}, u"qly"_s, QString()}), std::optional(path(u"a.qly"_s)));
+    }
+
+    void allFilesAreThoseWithoutAStopToo()
+    {
+        MessageDialogs dialogs;
+        next([](QWidget *dialog) {
+            QCOMPARE(shownFilters(dialog), QStringList({everything.description, texts.description}));
+            const auto *files = dialog->findChild<QFileSystemModel *>();
+            QCOMPARE(files->nameFilters(), QStringList({u"*"_s}));
+            choose(dialog, 1);
+            QCOMPARE(files->nameFilters(), QStringList({u"*.txt"_s, u"*.text"_s}));
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        });
+        QCOMPARE(dialogs.askOpenName({{everything, texts}, u"qly"_s, QString()}), std::nullopt);
+    }
+
+    void aMissingFileIsNotOpened()
+    {
+        MessageDialogs dialogs;
+        next([this](QWidget *dialog) { accept(dialog, path(u"none.qly"_s)); });
+        next([](QWidget *dialog) { QTest::keyClick(dialog, Qt::Key_Return); });
+        next([](QWidget *dialog) { qobject_cast<QFileDialog *>(dialog)->reject(); });
+        QCOMPARE(dialogs.askOpenName({{outlines}, u"qly"_s, QString()}), std::nullopt);
+    }
+
+    void cancellingChoosesNothing()
+    {
+        MessageDialogs dialogs;
+        next([](QWidget *dialog) { QTest::keyClick(dialog, Qt::Key_Escape); });
+        QCOMPARE(dialogs.askSaveName({{outlines}, u"qly"_s, u"New"_s}), std::nullopt);
+    }
+
+    void theInitialNameIsOffered()
+    {
+        MessageDialogs dialogs;
+        next([this](QWidget *dialog) {
+            auto *files = qobject_cast<QFileDialog *>(dialog);
+            QCOMPARE(files->directory().absolutePath(), m_folder->path());
+            QCOMPARE(nameField(dialog)->text(), u"a.qly"_s);
+            QTest::keyClick(nameField(dialog), Qt::Key_Return);
+        });
+        QCOMPARE(dialogs.askSaveName({{outlines}, u"qly"_s, path(u"a.qly"_s)}), std::optional(path(u"a.qly"_s)));
+    }
+
+    void aNameWithoutExtensionGetsOne_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("filter");
+        QTest::addColumn<QString>("saved");
+        QTest::newRow("first filter") << u"a"_s << 0 << u"a.qly"_s;
+        QTest::newRow("the chosen filter's") << u"a"_s << 1 << u"a.txt"_s;
+        QTest::newRow("all files: the default one") << u"a"_s << 2 << u"a.qly"_s;
+        QTest::newRow("an extension of its own") << u"a.xyz"_s << 1 << u"a.xyz"_s;
+        QTest::newRow("a stop at the end") << u"a."_s << 0 << u"a.qly"_s;
+        QTest::newRow("a stop in the middle") << u"a.b.c"_s << 0 << u"a.b.c"_s;
+        QTest::newRow("blanks") << u"my notes"_s << 0 << u"my notes.qly"_s;
+    }
+
+    void aNameWithoutExtensionGetsOne()
+    {
+        QFETCH(QString, typed);
+        QFETCH(int, filter);
+        QFETCH(QString, saved);
+        MessageDialogs dialogs;
+        next([this, typed, filter](QWidget *dialog) {
+            choose(dialog, filter);
+            accept(dialog, path(typed));
+        });
+        QCOMPARE(dialogs.askSaveName({{outlines, texts, everything}, u"qly"_s, QString()}).value_or(QString()),
+                 path(saved));
+    }
+
+    void anExistingFileIsReplacedOnlyAfterAQuestion()
+    {
+        create(u"a.qly"_s);
+        MessageDialogs dialogs;
+        next([this](QWidget *dialog) { accept(dialog, path(u"a"_s)); });
+        next([this](QWidget *dialog) {
+            auto *box = qobject_cast<QMessageBox *>(dialog);
+            QVERIFY(box);
+            QVERIFY(box->text().startsWith(path(u"a.qly"_s)));
+            // The careful answer is the one of Enter.
+            QTest::keyClick(box, Qt::Key_Return);
+        });
+        next([this](QWidget *dialog) { accept(dialog, path(u"a.qly"_s)); });
+        next([](QWidget *dialog) {
+            QTest::mouseClick(qobject_cast<QMessageBox *>(dialog)->button(QMessageBox::Yes), Qt::LeftButton);
+        });
+        QCOMPARE(dialogs.askSaveName({{outlines}, u"qly"_s, QString()}), std::optional(path(u"a.qly"_s)));
+    }
+
+    void theNextDialogBeginsWhereTheLastEnded()
+    {
+        create(u"a.qly"_s);
+        MessageDialogs dialogs;
+        next([this](QWidget *dialog) { accept(dialog, path(u"a.qly"_s)); });
+        QVERIFY(dialogs.askOpenName({{outlines}, u"qly"_s, QString()}));
+        next([this](QWidget *dialog) {
+            QCOMPARE(qobject_cast<QFileDialog *>(dialog)->directory().absolutePath(), m_folder->path());
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        });
+        QVERIFY(!dialogs.askSaveName({{outlines}, u"qly"_s, QString()}));
+    }
+
+    void hourglassIsOneStepHoweverOftenItIsShown()
+    {
+        ScreenPointer pointer;
+        QVERIFY(!QApplication::overrideCursor());
+        pointer.setHourglass(true);
+        pointer.setHourglass(true);
+        QVERIFY(QApplication::overrideCursor());
+        QCOMPARE(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+        pointer.setHourglass(false);
+        QVERIFY(!QApplication::overrideCursor());
+        pointer.setHourglass(false);
+        {
+            ScreenPointer passing;
+            passing.setHourglass(true);
+        }
+        QVERIFY(!QApplication::overrideCursor());
+    }
+
+    void dialogsShowTheArrowWithinACommand()
+    {
+        ScreenPointer pointer;
+        pointer.setHourglass(true);
+        MessageDialogs dialogs;
+        next([](QWidget *dialog) {
+            QCOMPARE(QApplication::overrideCursor()->shape(), Qt::ArrowCursor);
+            QTest::keyClick(dialog, Qt::Key_Escape);
+        });
+        dialogs.ask(u"?"_s);
+        QCOMPARE(QApplication::overrideCursor()->shape(), Qt::WaitCursor);
+    }
+
+    void clipboardTextComesWithCarriageReturns()
+    {
+        DesktopClipboard clipboard;
+        QApplication::clipboard()->setText(u"one\ntwo\r\nthree\rfour"_s);
+        QCOMPARE(clipboard.text(), u"one\r\ntwo\r\nthree\r\nfour"_s);
+        clipboard.setText(u"a\r\nb"_s);
+        QCOMPARE(QApplication::clipboard()->text(), u"a\r\nb"_s);
+        QCOMPARE(clipboard.text(), u"a\r\nb"_s);
+        QApplication::clipboard()->clear();
+        QCOMPARE(clipboard.text(), QString());
+    }
+
+private:
+    using Step = std::function<void(QWidget *)>;
+
+    // What to do with the next dialog that opens, once it is shown.
+    void next(const Step &step)
+    {
+        m_steps.push_back(step);
+        if (m_steps.size() == 1)
+            QMetaObject::invokeMethod(this, &tst_MessageDialogs::work, Qt::QueuedConnection);
+    }
+
+    void work()
+    {
+        QWidget *dialog = QApplication::activeModalWidget();
+        if (!dialog) {
+            // The next dialog is not up yet.
+            QMetaObject::invokeMethod(this, &tst_MessageDialogs::work, Qt::QueuedConnection);
+            return;
+        }
+        const Step step = m_steps.front();
+        m_steps.pop_front();
+        if (!m_steps.empty())
+            QMetaObject::invokeMethod(this, &tst_MessageDialogs::work, Qt::QueuedConnection);
+        step(dialog);
+        // A step that failed must not leave the test waiting for an answer.
+        if (QTest::currentTestFailed())
+            dialog->close();
+    }
+
+    static QLineEdit *nameField(QWidget *dialog) { return dialog->findChild<QLineEdit *>(u"fileNameEdit"_s); }
+
+    static void accept(QWidget *dialog, const QString &name)
+    {
+        nameField(dialog)->setText(name);
+        QTest::keyClick(nameField(dialog), Qt::Key_Return);
+    }
+
+    static void choose(QWidget *dialog, int filter)
+    {
+        auto *filters = dialog->findChild<QComboBox *>(u"fileTypeCombo"_s);
+        filters->setFocus();
+        QTest::keyClick(filters, Qt::Key_Home);
+        for (int i = 0; i < filter; ++i)
+            QTest::keyClick(filters, Qt::Key_Down);
+        QCOMPARE(filters->currentIndex(), filter);
+    }
+
+    static QStringList shownFilters(QWidget *dialog)
+    {
+        const auto *combo = dialog->findChild<QComboBox *>(u"fileTypeCombo"_s);
+        QStringList filters;
+        for (int i = 0; i < combo->count(); ++i)
+            filters.append(combo->itemText(i));
+        return filters;
+    }
+
+    QString path(const QString &name) const { return m_folder->filePath(name); }
+
+    void create(const QString &name) const
+    {
+        QFile file(path(name));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::deque<Step> m_steps;
+};
+
+QTEST_MAIN(tst_MessageDialogs)
+#include "tst_MessageDialogs.moc"
