@@ -23,21 +23,21 @@ struct Candidate {
 
 } // namespace
 
-OutlineWidth::OutlineWidth(TreeView &view)
+OutlineWidth::OutlineWidth(TreeView &view, const EntryTree &tree)
     : QObject(&view)
     , m_view(view)
+    , m_tree(tree)
     , m_metrics(view.font())
 {
     forgetFont();
     view.installEventFilter(this);
-    EntryTree *tree = view.entryTree();
     const auto forget = [this] { m_known = false; };
-    connect(tree, &EntryTree::rowsInserted, this, forget);
-    connect(tree, &EntryTree::rowsRemoved, this, forget);
-    connect(tree, &EntryTree::modelReset, this, forget);
-    connect(tree, &EntryTree::labelChanged, this, forget);
-    connect(tree, &EntryTree::expandedChanged, this, forget);
-    connect(tree, &EntryTree::expansionReset, this, forget);
+    connect(&tree, &EntryTree::rowsInserted, this, forget);
+    connect(&tree, &EntryTree::rowsRemoved, this, forget);
+    connect(&tree, &EntryTree::modelReset, this, forget);
+    connect(&tree, &EntryTree::labelChanged, this, forget);
+    connect(&tree, &EntryTree::expandedChanged, this, forget);
+    connect(&tree, &EntryTree::expansionReset, this, forget);
 }
 
 bool OutlineWidth::eventFilter(QObject *watched, QEvent *event)
@@ -71,15 +71,14 @@ int OutlineWidth::visibleRows()
 // are measured as they are drawn.
 void OutlineWidth::measure()
 {
-    const EntryTree *tree = m_view.entryTree();
-    if (m_known || !tree)
+    if (m_known)
         return;
     m_known = true;
     m_widest = 0;
     m_rows = 0;
     std::vector<Candidate> candidates;
     int level = 1;
-    const Entry *entry = tree->root();
+    const Entry *entry = m_tree.root();
     while (entry) {
         ++m_rows;
         candidates.push_back({entry, level * m_view.indentation() + estimate(entry->label())});
@@ -134,5 +133,5 @@ int OutlineWidth::estimate(QChar character)
 
 int OutlineWidth::exactWidth(const Entry *entry) const
 {
-    return m_view.sizeHintForIndex(m_view.entryTree()->indexOf(entry)).width();
+    return m_view.sizeHintForIndex(m_tree.indexOf(entry)).width();
 }

@@ -21,8 +21,9 @@ class OutlineWidth final : public QObject
     Q_OBJECT
 
 public:
-    // The view must show its entry tree already, and keep it.
-    explicit OutlineWidth(TreeView &view);
+    // To be made before the view is given the tree: what is known must be forgotten before anybody who follows the view
+    // asks again.
+    OutlineWidth(TreeView &view, const EntryTree &tree);
 
     // The widest visible row in pixels, indentation and image included; 0 for an empty outline.
     int widestRow();
@@ -39,6 +40,7 @@ private:
     int exactWidth(const Entry *entry) const;
 
     TreeView &m_view;
+    const EntryTree &m_tree;
     QFontMetrics m_metrics;
     std::array<qint16, 256> m_latin = {};
     QHash<char16_t, qint16> m_others;

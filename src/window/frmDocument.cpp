@@ -54,8 +54,8 @@ frmDocument::frmDocument(QWidget *parent)
 {
     setObjectName(u"frmDocument"_s);
     setFocusProxy(treeView);
+    outlineWidth = new OutlineWidth(*treeView, m_document->tree);
     treeView->setEntryTree(&m_document->tree);
-    outlineWidth = new OutlineWidth(*treeView);
     m_dragger = new OutlineDragger(*this);
     treeView->installEventFilter(this);
     textBox->installEventFilter(this);
@@ -105,7 +105,7 @@ bool frmDocument::close()
 
 void frmDocument::autoFitSplit()
 {
-    modSplit::SplitSizeControls(*this, m_fTreeWidth);
+    modView::ViewAutoFitSplit(*this);
 }
 
 void frmDocument::Form_Activate()
@@ -167,6 +167,7 @@ void frmDocument::connectText()
 {
     connect(textBox, &RichTextBox::gotFocus, this, [this] { paneGotFocus(false); });
     connect(textBox, &RichTextBox::changed, this, &frmDocument::txtRTF_Change);
+    connect(textBox, &RichTextBox::selectionMoved, this, &frmDocument::txtRTF_SelChange);
 }
 
 void frmDocument::connectSplit()
@@ -222,8 +223,9 @@ bool frmDocument::Form_QueryUnload()
 void frmDocument::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
+    // A window that grows again gives the outline back the width that it had to give up when it shrank.
     if (m_laidOut)
-        modSplit::SplitSizeControls(*this, m_fTreeWidth);
+        modSplit::SplitSizeControls(*this, m_fWantedWidth);
 }
 
 void frmDocument::showEvent(QShowEvent *event)
@@ -241,7 +243,7 @@ void frmDocument::changeEvent(QEvent *event)
 {
     QWidget::changeEvent(event);
     if (event->type() == QEvent::LayoutDirectionChange)
-        modSplit::SplitSizeControls(*this, m_fTreeWidth);
+        modSplit::SplitSizeControls(*this, m_fWantedWidth);
 }
 
 // The panes' keys come here first. A shortcut override claims a key before the menus take it for an access key; the
@@ -361,6 +363,14 @@ void frmDocument::txtRTF_Change()
             return;
         m_document->m_bDataChanged = true;
         modNodes::NodeTextPut(*m_document, m_document->tree.selected());
+    });
+}
+
+void frmDocument::txtRTF_SelChange()
+{
+    procedure("frmDocument txtRTF_SelChange", [this] {
+        if (!bBusy && DocumentActive() == m_document.get())
+            ports().commands->UpdateToolbarStatus();
     });
 }
 

@@ -61,8 +61,9 @@ public:
     bool m_bMovingSplit = false;
     float m_fSplitPosition = 0;
     float m_fGhostPosition = 0;
-    // The outline's width, which is the split position.
+    // The outline's width, which is the split position, and the width that it was to have before it was clamped.
     float m_fTreeWidth = 0;
+    float m_fWantedWidth = 0;
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -83,6 +84,7 @@ private:
     void trvOutline_Expand();
     void trvOutline_Collapse(Entry *entry);
     void txtRTF_Change();
+    void txtRTF_SelChange();
     void refreshAfterExpansion();
 
     std::unique_ptr<Document> m_document;

@@ -41,6 +41,7 @@ void SplitCheckPosition(const frmDocument &form, float &fPosition)
 void SplitSizeControls(frmDocument &form, float fPosition)
 {
     procedure("modSplit SplitSizeControls", [&] {
+        form.m_fWantedWidth = fPosition;
         SplitCheckPosition(form, fPosition);
         form.m_fTreeWidth = fPosition;
         const int height = form.height();

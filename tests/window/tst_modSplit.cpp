@@ -3,11 +3,17 @@
 
 #include "window/WindowFixture.h"
 
+#include "support/OutlineText.h"
+
 #include "model/modDoc.h"
 #include "window/SplitterBar.h"
 #include "window/modSplit.h"
+#include "window/modView.h"
 
+#include <QScrollBar>
 #include <QTest>
+
+using namespace Qt::StringLiterals;
 
 class tst_modSplit : public QObject
 {
@@ -26,6 +32,12 @@ private Q_SLOTS:
     void arrowKeysStepAndAnyOtherKeyAccepts();
     void losingTheFocusAcceptsAMove();
     void resizingKeepsTheOutlinesWidth();
+    void fittingShowsTheWidestLabelWhole_data();
+    void fittingShowsTheWidestLabelWhole();
+    void fittingShortLabelsGivesTheMinimum();
+    void aHiddenLabelDoesNotCount();
+    void maximiseLeftThenEqualise();
+    void theOptionDecidesWhetherSelectingFits();
 
 private:
     frmDocument &form() { return m_fixture->form(); }
@@ -153,7 +165,85 @@ void tst_modSplit::resizingKeepsTheOutlinesWidth()
     modSplit::SplitSizeControls(form(), 3000);
     makeWidth(8000);
     QCOMPARE(form().m_fTreeWidth, 3000.F);
+    makeWidth(4000);
+    QVERIFY(form().m_fTreeWidth < 3000);
+    makeWidth(9000);
+    QCOMPARE(form().m_fTreeWidth, 3000.F);
     QVERIFY(qAbs(form().textBox->geometry().right() + 1 - form().width()) <= 1);
+}
+
+void tst_modSplit::fittingShowsTheWidestLabelWhole_data()
+{
+    QTest::addColumn<QString>("label");
+    QTest::newRow("Latin") << u"An entry whose label is a good deal wider than the others"_s;
+    QTest::newRow("capitals") << u"WWWWWWWWWWWWWWWWWWWWWWWW"_s;
+    QTest::newRow("Chinese")
+        << u"\u8fd9\u662f\u4e00\u4e2a\u6bd4\u8f83\u957f\u7684\u6761\u76ee\u6807\u9898\u6587\u5b57"_s;
+    QTest::newRow("Arabic")
+        << u"\u0647\u0630\u0627 \u0639\u0646\u0648\u0627\u0646 \u0637\u0648\u064a\u0644 \u0644\u0644\u062a\u062c\u0631\u0628\u0629"_s;
+}
+
+void tst_modSplit::fittingShowsTheWidestLabelWhole()
+{
+    QFETCH(QString, label);
+    makeWidth(14000);
+    plantOutline(form().document().tree, {u"Root +"_s, u" Short"_s, u" B +"_s, u"  "_s + label, u" C"_s});
+    modSplit::SplitSizeControls(form(), 0);
+    modView::ViewFitSplit();
+    QApplication::processEvents();
+    QVERIFY(!form().treeView->horizontalScrollBar()->isVisible());
+    const int width = form().treeView->width();
+    QCOMPARE(qRound(form().m_fTreeWidth - 1500) % 100, 0);
+    // A hundred twips less would not do.
+    form().treeView->resize(width - form().toPixels(100) - 1, form().treeView->height());
+    QApplication::processEvents();
+    QVERIFY(form().treeView->horizontalScrollBar()->isVisible());
+}
+
+void tst_modSplit::fittingShortLabelsGivesTheMinimum()
+{
+    makeWidth(10000);
+    plantOutline(form().document().tree, {u"R +"_s, u" A"_s});
+    modSplit::SplitSizeControls(form(), 4000);
+    modView::ViewFitSplit();
+    QCOMPARE(form().m_fTreeWidth, 1500.F);
+    QVERIFY(form().treeView->hasFocus());
+}
+
+void tst_modSplit::aHiddenLabelDoesNotCount()
+{
+    makeWidth(10000);
+    plantOutline(form().document().tree,
+                 {u"R +"_s, u" A"_s, u"  A label that is wide but hidden in a closed branch"_s});
+    modView::ViewFitSplit();
+    QCOMPARE(form().m_fTreeWidth, 1500.F);
+    form().document().tree.setExpanded(form().document().tree.root()->child(0), true);
+    QVERIFY(form().m_fTreeWidth > 3000);
+}
+
+void tst_modSplit::maximiseLeftThenEqualise()
+{
+    makeWidth(10000);
+    modView::ViewMaximiseLeft();
+    QCOMPARE(form().m_fTreeWidth, form().Width() - modSplit::minimumPaneWidth);
+    modView::ViewEqualiseLeftAndRight();
+    QVERIFY(qAbs(form().treeView->width() - form().textBox->width()) <= 1);
+    modView::ViewMaximiseRight();
+    QCOMPARE(form().m_fTreeWidth, modSplit::minimumPaneWidth);
+}
+
+void tst_modSplit::theOptionDecidesWhetherSelectingFits()
+{
+    makeWidth(10000);
+    Document &document = form().document();
+    plantOutline(document.tree, {u"R +"_s, u" A"_s});
+    g_options.AutoSplit = false;
+    modSplit::SplitSizeControls(form(), 4000);
+    modView::ViewAutoFitSplit(form());
+    QCOMPARE(form().m_fTreeWidth, 4000.F);
+    modView::ViewOptionsAutoFitSplit();
+    QVERIFY(g_options.AutoSplit);
+    QCOMPARE(form().m_fTreeWidth, 1500.F);
 }
 
 QTEST_MAIN(tst_modSplit)
