@@ -41,8 +41,8 @@ void BlockPlacer::place(const Paragraph &paragraph, Place &place)
     if (list != nullptr) {
         block.setObjectIndex(list->objectIndex());
     }
-    const bool beginsWithText = !paragraph.runs.empty() && !paragraph.runs.front().isPicture;
-    const QTextCharFormat &mark = m_formats.at(beginsWithText ? paragraph.runs.front().format : paragraph.mark);
+    // The formatting of a paragraph as such shows in its list label; it is that of its first character.
+    const QTextCharFormat &mark = m_formats.at(paragraph.runs.empty() ? paragraph.mark : paragraph.runs.front().around);
 
     bool isFormatted = true;
     if (!place.hasBlock && m_isInText && &place == &m_place) {

@@ -19,6 +19,7 @@ struct Run {
     qsizetype length = 0;
     int format = 0; // place in FormatCache
     bool isPicture = false;
+    int around = 0; // place in FormatCache of the text format where a picture stands
 };
 
 struct Paragraph {

@@ -29,16 +29,16 @@ void DocumentSink::text(QStringView text, const CharState &state)
     if (!m_paragraph.runs.empty() && m_paragraph.runs.back().format == format) {
         m_paragraph.runs.back().length += text.size();
     } else {
-        m_paragraph.runs.push_back({text.size(), format, false});
+        m_paragraph.runs.push_back({text.size(), format, false, format});
     }
 }
 
 void DocumentSink::picture(const Picture &picture, const CharState &state)
 {
-    const QTextCharFormat around = m_formats.at(m_formats.charFormat(state));
-    const int format = m_formats.add(addPicture(m_document, picture, around));
+    const int around = m_formats.charFormat(state);
+    const int format = m_formats.add(addPicture(m_document, picture, m_formats.at(around)));
     m_paragraph.text += QChar(QChar::ObjectReplacementCharacter);
-    m_paragraph.runs.push_back({1, format, true});
+    m_paragraph.runs.push_back({1, format, true, around});
 }
 
 void DocumentSink::endParagraph(const ParaState &state, const CharState &mark, int depth)
@@ -46,7 +46,10 @@ void DocumentSink::endParagraph(const ParaState &state, const CharState &mark, i
     closeTables(std::size_t(depth));
     m_open.resize(std::size_t(depth));
     m_paragraph.para = state;
-    m_paragraph.mark = m_formats.charFormat(mark);
+    // The mark itself is never part of a field.
+    CharState unlinked = mark;
+    unlinked[CharNumber::Link] = 0;
+    m_paragraph.mark = m_formats.charFormat(unlinked);
     if (depth == 0) {
         m_placer.place(m_paragraph);
         m_paragraph.text.resize(0);

@@ -84,21 +84,20 @@ QString hyperlinkInstruction(const QString &target)
     return QLatin1StringView("HYPERLINK \"") + quoted + QLatin1Char('"');
 }
 
-char16_t fieldSymbol(const QString &instruction)
+QString fieldText(const QString &instruction)
 {
     const QStringList parts = splitInstruction(instruction);
-    if (!isNamed(parts, QLatin1StringView("SYMBOL"))) {
-        return 0;
+    if (isNamed(parts, QLatin1StringView("GOTOBUTTON")) || isNamed(parts, QLatin1StringView("MACROBUTTON"))) {
+        return parts.mid(2).join(QLatin1Char(' '));
     }
     const uint number = parts.value(1).toUInt(nullptr, 0);
-    const qsizetype font = parts.indexOf(QLatin1StringView("\\f"));
-    const bool isSymbolFont =
-        font >= 0 && parts.value(font + 1).startsWith(QLatin1StringView("Symbol"), Qt::CaseInsensitive);
-    if (number < 0x20 || number > 0xFFFD) {
-        return 0;
+    if (!isNamed(parts, QLatin1StringView("SYMBOL")) || number < 0x20 || number > 0xFFFD) {
+        return {};
     }
-    return number < 0x100 && isSymbolFont ? symbolCharacter(static_cast<quint8>(number))
-                                          : static_cast<char16_t>(number);
+    const qsizetype font = parts.indexOf(QLatin1StringView("\\f"));
+    const QString family = font >= 0 ? parts.value(font + 1) : QString();
+    const bool isSymbol = number < 0x100 && family.startsWith(QLatin1StringView("Symbol"), Qt::CaseInsensitive);
+    return QChar(isSymbol ? symbolCharacter(static_cast<quint8>(number)) : static_cast<char16_t>(number));
 }
 
 } // namespace rtf

@@ -15,7 +15,7 @@ QString hyperlinkTarget(const QString &instruction);
 // The HYPERLINK instruction for an address.
 QString hyperlinkInstruction(const QString &target);
 
-// The character that a SYMBOL instruction shows; 0 for every other instruction.
-char16_t fieldSymbol(const QString &instruction);
+// What a field without a result shows: the character of a SYMBOL instruction, the label of a button; else nothing.
+QString fieldText(const QString &instruction);
 
 } // namespace rtf

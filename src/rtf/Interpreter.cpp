@@ -68,10 +68,11 @@ bool Interpreter::handle(const Token &token)
     if (!isInDocument) {
         return true;
     }
-    const bool wasIgnorable = m_isIgnorable;
+    const bool wasFresh = std::exchange(m_groupIsFresh, false);
+    const bool wasIgnorable = std::exchange(m_isIgnorable, false);
     switch (token.kind) {
     case Token::Kind::Word:
-        onWord(token);
+        onWord(token, wasIgnorable);
         break;
     case Token::Kind::Symbol:
         onSymbol(token.byte);
@@ -85,12 +86,14 @@ bool Interpreter::handle(const Token &token)
     default:
         onBinary(token.bytes);
     }
-    m_isIgnorable = m_isIgnorable && !wasIgnorable;
+    // Only the first thing in a group can make all of it ignorable.
+    m_isIgnorable = wasFresh && token.kind == Token::Kind::Symbol && token.byte == '*';
     return true;
 }
 
 void Interpreter::openGroup()
 {
+    m_groupIsFresh = true;
     m_fallback = 0;
     if (m_stack.size() >= deepestGroup) {
         ++m_unstacked;
@@ -101,6 +104,7 @@ void Interpreter::openGroup()
 
 void Interpreter::closeGroup()
 {
+    m_groupIsFresh = false;
     m_fallback = 0;
     if (m_unstacked > 0) {
         --m_unstacked;
@@ -215,9 +219,6 @@ void Interpreter::onByte(quint8 byte)
 void Interpreter::onSymbol(quint8 symbol)
 {
     switch (symbol) {
-    case '*':
-        m_isIgnorable = true;
-        break;
     case '\r':
     case '\n':
         if (isContent()) {
@@ -249,16 +250,13 @@ void Interpreter::onSymbol(quint8 symbol)
     }
 }
 
-void Interpreter::onWord(const Token &token)
+void Interpreter::onWord(const Token &token, bool isIgnorable)
 {
     const ControlWord *word = findControlWord(token.bytes);
-    if (m_isIgnorable && m_stack.size() > 1 && (word == nullptr || word->action != Action::Destination) &&
-        m_state.destination != Destination::StyleSheet) {
-        enter(Destination::Skip);
-        return;
-    }
     if (word != nullptr) {
         apply(*word, token.number, token.hasNumber);
+    } else if (isIgnorable) {
+        enter(Destination::Skip);
     }
 }
 

@@ -94,7 +94,7 @@ private:
     void onText(QByteArrayView bytes);
     void onByte(quint8 byte);
     void onSymbol(quint8 symbol);
-    void onWord(const Token &token);
+    void onWord(const Token &token, bool isIgnorable);
     void onBinary(QByteArrayView bytes);
     void appendCharacter(char16_t unit);
     bool collectsText() const;
@@ -159,7 +159,8 @@ private:
     Group m_state;
     std::vector<Group> m_stack;
     std::size_t m_unstacked = 0; // open groups deeper than the stack goes
-    bool m_isIgnorable = false;  // the last token was \*
+    bool m_groupIsFresh = false; // nothing has come since the last {
+    bool m_isIgnorable = false;  // the last token was the \* of a group
     int m_fallback = 0;          // characters still to pass over after \u
     int m_pageFont = -1;         // the font that m_characters decodes for
 

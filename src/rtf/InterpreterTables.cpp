@@ -59,7 +59,9 @@ void Interpreter::enter(Destination destination)
     }
     const Destination outer = m_state.destination;
     if (outer == Destination::FieldInstruction) {
-        if (destination == Destination::Skip || destination == Destination::Picture) {
+        // Of a field inside an instruction, its result is part of the instruction.
+        if (destination == Destination::Skip || destination == Destination::Picture ||
+            destination == Destination::FieldInstruction) {
             m_tokens.skipGroup();
         }
         return;
@@ -309,7 +311,7 @@ void Interpreter::finishPicture()
     m_picture = {};
 }
 
-// A field without a result shows nothing, except a SYMBOL field, which names its character.
+// Some fields have no result but say in their instruction what they show.
 void Interpreter::finishField()
 {
     const OpenField field = m_openFields.back();
@@ -317,10 +319,10 @@ void Interpreter::finishField()
     if (field.hasResult || !isContent()) {
         return;
     }
-    if (const char16_t symbol = fieldSymbol(field.instruction); symbol != 0) {
-        flush();
-        choosePage();
-        m_characters.appendUnicode(symbol);
+    flush();
+    choosePage();
+    for (const QChar c : fieldText(field.instruction)) {
+        m_characters.appendUnicode(c.unicode());
     }
 }
 

@@ -206,9 +206,9 @@ void Interpreter::applySpecial(Special word, qint32 number, bool hasNumber)
         }
         break;
     case Special::Page:
-        if (isContent()) {
+        if (isContent() && tableDepth() == 0) {
             endContentParagraph();
-            m_pageBreak = tableDepth() == 0;
+            m_pageBreak = true;
         }
         break;
     case Special::Cell:

@@ -13,6 +13,7 @@
 #include <QTextList>
 #include <QTextTable>
 
+#include <algorithm>
 #include <memory>
 
 // Helpers that the tests of the rich-text room share.
@@ -68,6 +69,20 @@ inline QString dump(const QTextDocument &document)
         }
     }
     return text;
+}
+
+// The first line in which two documents differ; empty when they are the same.
+inline QString difference(const QTextDocument &one, const QTextDocument &other)
+{
+    const QStringList lines = dump(one).split(QLatin1Char('\n'));
+    const QStringList otherLines = dump(other).split(QLatin1Char('\n'));
+    for (qsizetype i = 0; i < std::max(lines.size(), otherLines.size()); ++i) {
+        if (lines.value(i) != otherLines.value(i)) {
+            return QStringLiteral("line %1\n").arg(i) + lines.value(i) + QStringLiteral("\nagainst\n") +
+                   otherLines.value(i);
+        }
+    }
+    return {};
 }
 
 // The character format at the first character of some text.
