@@ -30,6 +30,7 @@ public:
     virtual WindowPlace place() const = 0;
     // Moves and sizes the window, onto a screen if the place lies on none.
     virtual void setPlace(const WindowPlace &place) = 0;
+    virtual void setToolbarVisible(bool visible) = 0;
     virtual void setStatusBarVisible(bool visible) = 0;
 };
 

@@ -61,6 +61,7 @@ BoundRoutines boundRoutines(QWidget &mainWindow, QMdiArea &area)
         {Routine::OutlineTaggedEntry, plain(modOutline::OutlineTaggedEntry)},
         {Routine::OutlinePasteTaggedEntries, plain(modOutline::OutlinePasteTaggedEntries)},
         {Routine::OutlineDeleteTaggedEntries, plain(modOutline::OutlineDeleteTaggedEntries)},
+        {Routine::ViewToolbar, plain(modView::ViewToolbar)},
         {Routine::ViewStatusBar, plain(modView::ViewStatusBar)},
         {Routine::ViewGoToOutline, plain(modView::ViewGoToOutline)},
         {Routine::ViewGoToText, plain(modView::ViewGoToText)},

@@ -3,6 +3,8 @@
 
 #include "app/CommandMenus.h"
 
+#include "app/TableText.h"
+
 #include <QAction>
 #include <QMenu>
 #include <QMenuBar>
@@ -13,11 +15,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-
-QString toText(std::string_view text)
-{
-    return QString::fromLatin1(text.data(), static_cast<qsizetype>(text.size()));
-}
 
 // A recent file's caption as a menu shows it: the access key in front is meant, an "&" in the name is not.
 QString shownCaption(const QString &caption)

@@ -190,6 +190,7 @@ CommandState currentCommandState()
     state.Copied = modOutline::copiedEntry().entry() != nullptr;
     state.OutlineFocus = active->m_bOutlineHasFocus;
     state.TextFocus = active->m_bTextHasFocus;
+    state.ExpansionLevel = active->m_iExpansionLevel;
     describeEntry(*entry, state);
     return state;
 }

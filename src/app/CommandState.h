@@ -12,8 +12,8 @@
 
 class Document;
 
-// What the menus depend on: facts about the open documents and the selected entry. Without an active document, or
-// without a selected entry in it, all of it but the number of documents and AnyWritable is false.
+// What menus and toolbar depend on: facts about the open documents and the selected entry. Without an active document, or
+// without a selected entry in it, all of it but the number of documents, ActiveWritable and AnyWritable is false.
 struct CommandState {
     int documentCount = 0;
     // An active document may be written, whether or not an entry is selected.
@@ -37,6 +37,8 @@ struct CommandState {
     bool Copied = false;
     // The entry or one of its ancestors has a sibling after it.
     bool CanMoveDown = false;
+    // The level that the outline was last expanded to: -1 all levels, 0 none in particular.
+    int ExpansionLevel = 0;
 
     bool Open() const { return documentCount > 0; }
 

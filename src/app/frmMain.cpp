@@ -9,6 +9,7 @@
 #include "app/DocumentFrame.h"
 #include "app/DroppedFiles.h"
 #include "app/ScreenPlacement.h"
+#include "app/Toolbar.h"
 #include "app/modMain.h"
 #include "model/Globals.h"
 #include "model/modDoc.h"
@@ -77,7 +78,12 @@ frmMain::frmMain(QWidget *parent)
             [this](QMdiSubWindow *window) { frameActivated(qobject_cast<DocumentFrame *>(window)); });
 
     menuBar()->setObjectName(u"menuBar"_s);
-    m_menus = new CommandMenus(*menuBar(), boundRoutines(*this, *m_area));
+    const BoundRoutines routines = boundRoutines(*this, *m_area);
+    m_menus = new CommandMenus(*menuBar(), routines);
+    m_toolbar = new Toolbar(routines);
+    addToolBar(m_toolbar);
+    // The menu that Qt offers by itself would show and hide the bar behind the option's back.
+    setContextMenuPolicy(Qt::NoContextMenu);
 
     statusBar()->setObjectName(u"sbStatusBar"_s);
     m_statusText->setObjectName(u"sbStatusBarText"_s);
@@ -105,6 +111,7 @@ void frmMain::MDIForm_Load()
 {
     procedure("frmMain MDIForm_Load", [this] {
         modMain::Initialise();
+        setToolbarVisible(g_options.ViewToolbar);
         setStatusBarVisible(g_options.ViewStatusbar);
         m_timer->start();
     });
@@ -164,6 +171,7 @@ void frmMain::MenuEnable(int documentCount)
         CommandState state = currentCommandState();
         state.documentCount = documentCount;
         m_menus->applyRules(menuEnableRules(), state);
+        m_toolbar->applyMenuEnable(state);
     });
 }
 
@@ -174,6 +182,20 @@ void frmMain::MenuEnableDynamic()
         m_menus->applyRules(menuEnableDynamicRules(), state);
         m_menus->applyCheckMarks(g_options);
         m_menus->setCaption("mnuOutlineTaggedEntry", taggedEntryCaption(state.Tagged));
+        m_toolbar->applyMenuEnableDynamic(state);
+        m_toolbar->setButtonToolTip("Tag Entry", tagEntryToolTip(state.Tagged));
+        m_toolbar->setPressed(pressedExpansion(state.ExpansionLevel));
+    });
+}
+
+void frmMain::UpdateToolbarStatus()
+{
+    procedure("modMain UpdateToolbarStatus", [this] {
+        const Document *document = activeDocument();
+        if (!document)
+            return;
+        m_toolbar->setPressed(pressedFormats(document->txtRTF));
+        m_toolbar->setPressed(pressedExpansion(document->m_iExpansionLevel));
     });
 }
 
@@ -205,6 +227,11 @@ void frmMain::setPlace(const WindowPlace &place)
     const QRect placed = placedOnScreens(pixelsFromPlace(place, logicalDpiX()), freeScreenAreas());
     resize(placed.size());
     move(placed.topLeft());
+}
+
+void frmMain::setToolbarVisible(bool visible)
+{
+    m_toolbar->setVisible(visible);
 }
 
 void frmMain::setStatusBarVisible(bool visible)

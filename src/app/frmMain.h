@@ -16,9 +16,10 @@ class DocumentFrame;
 class QLabel;
 class QMdiArea;
 class QTimer;
+class Toolbar;
 class frmDocument;
 
-// The main window: menu bar, document windows and status bar.
+// The main window: menu bar, toolbar, document windows and status bar.
 class frmMain final : public QMainWindow, public DocumentWindows, public CommandSurface, public MainWindow
 {
     Q_OBJECT
@@ -42,12 +43,14 @@ public:
 
     void MenuEnable(int documentCount) override;
     void MenuEnableDynamic() override;
+    void UpdateToolbarStatus() override;
     void UpdateStatusBar(const Entry *entry) override;
     void UpdateStatusBarText(const QString &text) override;
 
     bool minimised() const override;
     WindowPlace place() const override;
     void setPlace(const WindowPlace &place) override;
+    void setToolbarVisible(bool visible) override;
     void setStatusBarVisible(bool visible) override;
 
 protected:
@@ -66,6 +69,7 @@ private:
 
     QMdiArea *const m_area;
     CommandMenus *m_menus = nullptr;
+    Toolbar *m_toolbar = nullptr;
     QLabel *const m_statusText;
     QTimer *const m_timer;
     // In the order in which the windows were opened.

@@ -11,6 +11,15 @@
 namespace modView
 {
 
+void ViewToolbar()
+{
+    procedure("modView ViewToolbar", [] {
+        g_options.ViewToolbar = !g_options.ViewToolbar;
+        appPorts().mainWindow->setToolbarVisible(g_options.ViewToolbar);
+        ports().commands->MenuEnableDynamic();
+    });
+}
+
 void ViewStatusBar()
 {
     procedure("modView ViewStatusBar", [] {

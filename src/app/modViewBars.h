@@ -6,7 +6,8 @@
 namespace modView
 {
 
-// Flips the option and shows or hides the main window's status bar.
+// Each flips its option and shows or hides the main window's bar.
+void ViewToolbar();
 void ViewStatusBar();
 
 } // namespace modView

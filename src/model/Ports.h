@@ -34,7 +34,7 @@ public:
     virtual void closeMainWindow() = 0;
 };
 
-// Menus and status bar, which follow the state of the documents.
+// Menus, toolbar and status bar, which follow the state of the documents.
 class CommandSurface
 {
 public:
@@ -43,6 +43,8 @@ public:
     virtual void MenuEnable(int documentCount) = 0;
     // Recomputes what depends on the active document, its selection and its focus.
     virtual void MenuEnableDynamic() = 0;
+    // Shows the formats at the text's selection and the expansion level as pressed toolbar buttons.
+    virtual void UpdateToolbarStatus() = 0;
     // Whether a menu item can be chosen now, by its name such as "mnuOutlineIndent".
     virtual bool isCommandEnabled(std::string_view item) const = 0;
     // Shows a menu of the menu bar, by its name such as "mnuoutline", as a context menu at a place on the screen.

@@ -22,9 +22,12 @@ public:
         ++timesPlaced;
     }
 
+    void setToolbarVisible(bool visible) override { toolbar = visible; }
+
     void setStatusBarVisible(bool visible) override { statusBar = visible; }
 
     bool isMinimised = false;
+    bool toolbar = true;
     bool statusBar = true;
     WindowPlace current{15, 30, 4500, 3000};
     int timesPlaced = 0;

@@ -88,6 +88,8 @@ public:
 
     void MenuEnableDynamic() override { ++timesMenuEnableDynamic; }
 
+    void UpdateToolbarStatus() override { ++timesToolbarUpdated; }
+
     bool isCommandEnabled(std::string_view item) const override { return !disabled.contains(item); }
 
     void UpdateStatusBar(const Entry *entry) override
@@ -105,6 +107,7 @@ public:
     std::set<std::string_view> disabled;
     std::vector<int> menuEnableCounts;
     int timesMenuEnableDynamic = 0;
+    int timesToolbarUpdated = 0;
     QString statusText;
 };
 

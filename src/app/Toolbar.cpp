@@ -1,0 +1,178 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "app/Toolbar.h"
+
+#include "app/TableText.h"
+#include "app/ToolbarIcon.h"
+#include "model/Document.h"
+#include "model/OutlinePane.h"
+#include "model/Ports.h"
+#include "util/Procedure.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QStyleOption>
+#include <QToolButton>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// In device-independent pixels.
+constexpr int iconExtent = 20;
+
+class SeparatorLine final : public QWidget
+{
+public:
+    QSize sizeHint() const override { return {style()->pixelMetric(QStyle::PM_ToolBarSeparatorExtent), 0}; }
+
+protected:
+    void paintEvent(QPaintEvent *) override
+    {
+        QPainter painter(this);
+        QStyleOption option;
+        option.initFrom(this);
+        option.state |= QStyle::State_Horizontal;
+        style()->drawPrimitive(QStyle::PE_IndicatorToolBarSeparator, &option, &painter, this);
+    }
+};
+
+std::size_t groupOf(std::size_t row)
+{
+    return static_cast<std::size_t>(toolbarTable[row].group);
+}
+
+} // namespace
+
+Toolbar::Toolbar(BoundRoutines routines, QWidget *parent)
+    : QToolBar(u"Toolbar"_s, parent)
+    , m_routines(std::move(routines))
+{
+    setObjectName(u"tbToolBar"_s);
+    setMovable(false);
+    setIconSize({iconExtent, iconExtent});
+    for (std::size_t row = 0; row < toolbarTable.size(); ++row) {
+        if (row > 0 && groupOf(row) != groupOf(row - 1))
+            m_lines[groupOf(row)] = addPlace(new SeparatorLine);
+        m_buttons[row] = addPlace(makeButton(row));
+    }
+    drawIcons();
+    arrange(CommandState());
+}
+
+Toolbar::Place Toolbar::addPlace(QWidget *content)
+{
+    auto *room = new QWidget(this);
+    auto *layout = new QHBoxLayout(room);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(content);
+    QSizePolicy policy = content->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    content->setSizePolicy(policy);
+    return {addWidget(room), content};
+}
+
+QToolButton *Toolbar::makeButton(std::size_t row)
+{
+    const QString key = toText(toolbarTable[row].key);
+    auto *made = new QToolButton;
+    made->setObjectName(u"tb"_s + toText(toolbarTable[row].icon));
+    made->setText(key);
+    made->setToolTip(key);
+    made->setAccessibleName(key);
+    made->setAccessibleDescription(key);
+    made->setCheckable(toolbarTable[row].kind == ButtonKind::Toggle);
+    made->setAutoRaise(true);
+    made->setFocusPolicy(Qt::NoFocus);
+    made->setIconSize(iconSize());
+    made->setToolButtonStyle(canShowToolbarIcons() ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextOnly);
+    connect(made, &QToolButton::clicked, this, [this, row] { tbToolBar_ButtonClick(row); });
+    return made;
+}
+
+QToolButton *Toolbar::button(std::string_view key) const
+{
+    return static_cast<QToolButton *>(m_buttons[toolbarRow(key)].content);
+}
+
+void Toolbar::applyMenuEnable(const CommandState &state)
+{
+    m_shown.fill(false);
+    applyRules(menuEnableButtons(), state);
+    arrange(CommandState());
+}
+
+void Toolbar::applyMenuEnableDynamic(const CommandState &state)
+{
+    applyRules(menuEnableDynamicButtons(), state);
+    arrange(state);
+}
+
+void Toolbar::applyRules(std::span<const ButtonRule> rules, const CommandState &state)
+{
+    for (const ButtonRule &rule : rules) {
+        const std::size_t row = toolbarRow(rule.button);
+        m_shown[row] = rule.shown(state) && m_routines.contains(toolbarTable[row].routine);
+    }
+}
+
+void Toolbar::arrange(const CommandState &state)
+{
+    std::array<bool, groupCount> shown{};
+    std::array<bool, groupCount> placed{};
+    for (std::size_t row = 0; row < toolbarTable.size(); ++row) {
+        const ToolbarRow &entry = toolbarTable[row];
+        const bool keepsPlace = keepsPlaces(entry.group, state) && m_routines.contains(entry.routine);
+        shown[groupOf(row)] |= m_shown[row];
+        placed[groupOf(row)] |= m_shown[row] || keepsPlace;
+        m_buttons[row].room->setVisible(m_shown[row] || keepsPlace);
+        m_buttons[row].content->setVisible(m_shown[row]);
+    }
+    bool anyBefore = shown[0];
+    for (std::size_t group = 1; group < groupCount; ++group) {
+        m_lines[group].room->setVisible(placed[group]);
+        m_lines[group].content->setVisible(shown[group] && anyBefore);
+        anyBefore = anyBefore || shown[group];
+    }
+}
+
+void Toolbar::setPressed(std::span<const PressedButton> buttons)
+{
+    for (const PressedButton &each : buttons)
+        button(each.button)->setChecked(each.pressed);
+}
+
+void Toolbar::setButtonToolTip(std::string_view key, const QString &toolTip)
+{
+    button(key)->setToolTip(toolTip);
+}
+
+void Toolbar::changeEvent(QEvent *event)
+{
+    QToolBar::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        drawIcons();
+}
+
+void Toolbar::drawIcons()
+{
+    const QColor colour = palette().color(QPalette::ButtonText);
+    for (const ToolbarRow &row : toolbarTable)
+        button(row.key)->setIcon(toolbarIcon(toText(row.icon), colour));
+}
+
+void Toolbar::tbToolBar_ButtonClick(std::size_t row)
+{
+    procedure("frmMain tbToolBar_ButtonClick", [&] {
+        // Clicking takes no focus away, so a label being edited would otherwise stay open over the changed outline.
+        if (Document *document = DocumentActive())
+            document->trvOutline.EndLabelEdit();
+        const auto routine = m_routines.find(toolbarTable[row].routine);
+        if (routine != m_routines.end())
+            routine->second(toolbarTable[row].argument);
+        ports().commands->UpdateToolbarStatus();
+    });
+}
