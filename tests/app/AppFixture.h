@@ -46,7 +46,7 @@ public:
     }
 
     // Makes a file in the fixture's folder and returns its path.
-    QString makeFile(const QString &name, const QByteArray &contents = "text") const
+    QString makeFile(const QString &name, const QByteArray &contents = QByteArray()) const
     {
         const QString path = folder.filePath(name);
         QFile file(path);
