@@ -14,6 +14,8 @@
 #include "util/Numbers.h"
 #include "util/Procedure.h"
 
+#include <cstring>
+
 namespace
 {
 
@@ -33,14 +35,20 @@ void saveFont(ByteSink &sink, const QByteArray &prefix, const clsFont &font)
     DocSaveNodeTag(sink, prefix + "fontunderline", booleanText(font.Underline()));
 }
 
+bool holdsOpener(const QByteArray &text)
+{
+    return memmem(text.constData(), static_cast<size_t>(text.size()), modDoc::recordOpener.data(),
+                  static_cast<size_t>(modDoc::recordOpener.size()));
+}
+
 // A text may run to the next record's opener, so the opener must not stand within it. Compressed bytes can hold it by
 // chance and an imported text on purpose; the other stored form of the same text then does not.
 QByteArray withoutOpener(const QByteArray &storedText)
 {
-    if (!storedText.contains(modDoc::recordOpener))
+    if (!holdsOpener(storedText))
         return storedText;
     const QByteArray text = NodeTextDecompressIfRequired(storedText);
-    if (text != storedText && !readsAsCompressed(text) && !text.contains(modDoc::recordOpener))
+    if (text != storedText && !readsAsCompressed(text) && !holdsOpener(text))
         return text;
     return NodeTextCompressIfRequired(text);
 }

@@ -14,7 +14,11 @@ namespace
 {
 
 // How much wider than the sum of its characters a shaped label may become, in percent.
-constexpr int shapingAllowance = 10;
+constexpr int shapingAllowance = 3;
+
+// How many rows are measured as they are drawn before the bound on the next one is taken for its width. Labels of one
+// pattern are all about as wide, and measuring thousands of them would tell nothing more.
+constexpr int maximumMeasured = 32;
 
 struct Candidate {
     const Entry *entry;
@@ -95,11 +99,15 @@ void OutlineWidth::measure()
     }
     const auto narrower = [](const Candidate &a, const Candidate &b) { return a.atMost < b.atMost; };
     std::make_heap(candidates.begin(), candidates.end(), narrower);
-    while (!candidates.empty() && candidates.front().atMost > m_widest) {
-        const Entry *widest = candidates.front().entry;
+    for (int measured = 0; !candidates.empty() && candidates.front().atMost > m_widest; ++measured) {
+        const Candidate widest = candidates.front();
+        if (measured == maximumMeasured) {
+            m_widest = widest.atMost;
+            return;
+        }
         std::pop_heap(candidates.begin(), candidates.end(), narrower);
         candidates.pop_back();
-        m_widest = std::max(m_widest, widest->level() * m_view.indentation() + exactWidth(widest));
+        m_widest = std::max(m_widest, widest.entry->level() * m_view.indentation() + exactWidth(widest.entry));
     }
 }
 
