@@ -15,7 +15,6 @@
 #include "util/RunTimeError.h"
 
 #include <array>
-#include <cstring>
 
 using namespace Qt::StringLiterals;
 
@@ -270,10 +269,12 @@ qsizetype EntryReader::nextBrace(qsizetype from)
 
 qsizetype EntryReader::nextOpener(qsizetype from) const
 {
-    const QByteArrayView rest = QByteArrayView(m_buffer).sliced(qMin(from, m_buffer.size()));
-    const void *found = memmem(rest.data(), static_cast<size_t>(rest.size()), modDoc::recordOpener.data(),
-                               static_cast<size_t>(modDoc::recordOpener.size()));
-    return found ? static_cast<const char *>(found) - m_buffer.constData() : m_buffer.size();
+    const QByteArrayView bytes(m_buffer);
+    for (qsizetype at = bytes.indexOf('{', from); at >= 0; at = bytes.indexOf('{', at + 1)) {
+        if (bytes.sliced(at).startsWith(modDoc::recordOpener))
+            return at;
+    }
+    return bytes.size();
 }
 
 void EntryReader::noteDamage(const QString &what, qsizetype at)
