@@ -18,7 +18,7 @@ constexpr ControlWord row(std::string_view name, Action action, Argument argumen
     return {name, action, static_cast<quint32>(argument), value};
 }
 
-constexpr std::array controlWords{
+constexpr ControlWord controlWords[] = {
     row("aftncn", Action::Destination, Destination::Skip),
     row("aftnsep", Action::Destination, Destination::Skip),
     row("aftnsepc", Action::Destination, Destination::Skip),
@@ -433,12 +433,12 @@ constexpr std::array controlWords{
 };
 
 static_assert(std::ranges::is_sorted(controlWords, {}, &ControlWord::name), "a row is out of order");
-static_assert(std::ranges::adjacent_find(controlWords, {}, &ControlWord::name) == controlWords.end(),
+static_assert(std::ranges::adjacent_find(controlWords, {}, &ControlWord::name) == std::ranges::end(controlWords),
               "a row is double");
 
 // Places in the table by hash of the name, 0xFFFF where there is none; the next place is taken on a clash.
 constexpr std::size_t slotCount = 2048;
-static_assert(controlWords.size() * 4 < slotCount);
+static_assert(std::size(controlWords) * 4 < slotCount);
 
 constexpr quint16 noWord = 0xFFFF;
 
@@ -454,7 +454,7 @@ constexpr std::size_t slotOf(const char *name, std::size_t size)
 constexpr std::array<quint16, slotCount> places = [] {
     std::array<quint16, slotCount> table{};
     table.fill(noWord);
-    for (std::size_t i = 0; i < controlWords.size(); ++i) {
+    for (std::size_t i = 0; i < std::size(controlWords); ++i) {
         std::size_t slot = slotOf(controlWords[i].name.data(), controlWords[i].name.size());
         while (table[slot] != noWord) {
             slot = (slot + 1) % slotCount;

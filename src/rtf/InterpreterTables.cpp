@@ -247,6 +247,7 @@ void Interpreter::finishListLevel()
     level.font = m_state.chars[CharNumber::Font];
     // The first character counts those that follow; the last one is a semicolon.
     level.text = level.text.mid(1);
+    level.text.removeIf([](QChar c) { return c.unicode() > 8 && c.unicode() < 0x20 && c != QLatin1Char('\t'); });
     if (level.text.endsWith(QLatin1Char(';'))) {
         level.text.chop(1);
     }

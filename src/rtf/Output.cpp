@@ -60,6 +60,9 @@ char *putEscaped(char *at, char16_t c, bool onlyUnicode)
     case '\\':
     case '{':
     case '}':
+        if (onlyUnicode) {
+            break;
+        }
         *at++ = '\\';
         *at++ = static_cast<char>(c);
         return at;

@@ -105,6 +105,9 @@ WriterTables::ListPlace WriterTables::list(const QTextList &list, const ParaLook
     Level &level = levels[std::size_t(look.level)];
     if (!level.isUsed) {
         level = {look, paragraph, nullptr, true};
+        if (!look.font.isEmpty()) {
+            font(look.font);
+        }
     }
     level.list = &list;
     for (std::size_t deeper = std::size_t(look.level) + 1; deeper < levels.size(); ++deeper) {

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "RtfSupport.h"
+#include "rtf/RtfSupport.h"
 
 // Texts do not change by being stored: what the writer makes of a document, the reader reads as the same document.
 class TestRtfFixedPoint : public QObject

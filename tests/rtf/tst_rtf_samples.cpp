@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "RtfSupport.h"
+#include "rtf/RtfSupport.h"
 
 #include <QDir>
 #include <QFile>
