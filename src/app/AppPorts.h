@@ -6,6 +6,7 @@
 #include <QDateTime>
 #include <QString>
 
+class LockKeys;
 class SessionLog;
 class SettingsStore;
 class modMRU;
@@ -61,7 +62,9 @@ struct AppPorts {
     const Clock *clock = nullptr;
     // The command line's argument text: file names separated by single blanks.
     QString commandLine;
+    // Null where there is no keyboard to ask.
+    LockKeys *lockKeys = nullptr;
 };
 
-// The registered ports of the application; every one must be set before Initialise.
+// The registered ports of the application; every one but lockKeys must be set before Initialise.
 AppPorts &appPorts();

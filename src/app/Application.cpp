@@ -13,7 +13,7 @@ Application::Application(const QString &commandLine)
     , m_recentFiles(m_settings, m_mainWindow.recentFileItems())
 {
     ports() = {&m_mainWindow, &m_mainWindow, &m_dialogs, &m_pointer, &m_recentFiles, &m_clipboard, &m_formats};
-    appPorts() = {&m_settings, &m_mainWindow, &m_recentFiles, &m_log, &m_clock, commandLine};
+    appPorts() = {&m_settings, &m_mainWindow, &m_recentFiles, &m_log, &m_clock, commandLine, &m_lockKeys};
     setErrorReporter(modMain::ReportError);
 }
 

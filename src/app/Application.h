@@ -10,6 +10,7 @@
 #include "formats/Formats.h"
 #include "platform/DesktopClipboard.h"
 #include "platform/IniSettingsStore.h"
+#include "platform/LockKeys.h"
 #include "platform/MessageDialogs.h"
 #include "platform/ScreenPointer.h"
 
@@ -41,6 +42,7 @@ private:
     MessageDialogs m_dialogs;
     ScreenPointer m_pointer;
     DesktopClipboard m_clipboard;
+    DesktopLockKeys m_lockKeys;
     Formats m_formats;
     frmMain m_mainWindow;
     modMRU m_recentFiles;

@@ -9,6 +9,7 @@
 #include "app/DocumentFrame.h"
 #include "app/DroppedFiles.h"
 #include "app/ScreenPlacement.h"
+#include "app/StatusBar.h"
 #include "app/Toolbar.h"
 #include "app/modMain.h"
 #include "model/Globals.h"
@@ -19,11 +20,9 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QLabel>
 #include <QMdiArea>
 #include <QMenuBar>
 #include <QScreen>
-#include <QStatusBar>
 #include <QTimer>
 
 #include <algorithm>
@@ -34,21 +33,6 @@ namespace
 {
 
 constexpr int timerInterval = 250;
-
-// More than a status bar shows; laying out a text of a megabyte would only take time.
-constexpr qsizetype statusLengthShown = 500;
-
-// A label on one line, whatever it holds.
-QString onOneLine(const QString &text)
-{
-    QString line = text.left(statusLengthShown);
-    for (QChar &character : line) {
-        if (character.category() == QChar::Other_Control || character == QChar::LineSeparator ||
-            character == QChar::ParagraphSeparator)
-            character = u' ';
-    }
-    return line;
-}
 
 QList<QRect> freeScreenAreas()
 {
@@ -63,7 +47,7 @@ QList<QRect> freeScreenAreas()
 frmMain::frmMain(QWidget *parent)
     : QMainWindow(parent)
     , m_area(new QMdiArea)
-    , m_statusText(new QLabel)
+    , m_statusBar(new StatusBar)
     , m_timer(new QTimer(this))
 {
     setObjectName(u"frmMain"_s);
@@ -85,12 +69,11 @@ frmMain::frmMain(QWidget *parent)
     // The menu that Qt offers by itself would show and hide the bar behind the option's back.
     setContextMenuPolicy(Qt::NoContextMenu);
 
-    statusBar()->setObjectName(u"sbStatusBar"_s);
-    m_statusText->setObjectName(u"sbStatusBarText"_s);
-    m_statusText->setTextFormat(Qt::PlainText);
-    // A long label must not widen the window.
-    m_statusText->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-    statusBar()->addWidget(m_statusText, 1);
+    setStatusBar(m_statusBar);
+    connect(m_statusBar, &StatusBar::insertClicked, this, [this] {
+        if (m_active)
+            m_active->form()->toggleOverwriting();
+    });
 
     m_timer->setObjectName(u"Timer1"_s);
     m_timer->setInterval(timerInterval);
@@ -113,6 +96,7 @@ void frmMain::MDIForm_Load()
         modMain::Initialise();
         setToolbarVisible(g_options.ViewToolbar);
         setStatusBarVisible(g_options.ViewStatusbar);
+        m_statusBar->start();
         m_timer->start();
     });
 }
@@ -185,18 +169,25 @@ void frmMain::MenuEnableDynamic()
         m_toolbar->applyMenuEnableDynamic(state);
         m_toolbar->setButtonToolTip("Tag Entry", tagEntryToolTip(state.Tagged));
         m_toolbar->setPressed(pressedExpansion(state.ExpansionLevel));
+        showOverwriting();
     });
 }
 
 void frmMain::UpdateToolbarStatus()
 {
     procedure("modMain UpdateToolbarStatus", [this] {
+        showOverwriting();
         const Document *document = activeDocument();
         if (!document)
             return;
         m_toolbar->setPressed(pressedFormats(document->txtRTF));
         m_toolbar->setPressed(pressedExpansion(document->m_iExpansionLevel));
     });
+}
+
+void frmMain::showOverwriting()
+{
+    m_statusBar->setOverwriting(m_active ? std::optional(m_active->form()->overwriting()) : std::nullopt);
 }
 
 void frmMain::UpdateStatusBar(const Entry *entry)
@@ -209,7 +200,7 @@ void frmMain::UpdateStatusBar(const Entry *entry)
 
 void frmMain::UpdateStatusBarText(const QString &text)
 {
-    procedure("modMain UpdateStatusBarText", [&] { m_statusText->setText(onOneLine(text)); });
+    procedure("modMain UpdateStatusBarText", [&] { m_statusBar->setText(text); });
 }
 
 bool frmMain::minimised() const
@@ -236,7 +227,7 @@ void frmMain::setToolbarVisible(bool visible)
 
 void frmMain::setStatusBarVisible(bool visible)
 {
-    statusBar()->setVisible(visible);
+    m_statusBar->setVisible(visible);
 }
 
 void frmMain::closeEvent(QCloseEvent *event)

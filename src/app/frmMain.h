@@ -13,9 +13,9 @@
 
 class CommandMenus;
 class DocumentFrame;
-class QLabel;
 class QMdiArea;
 class QTimer;
+class StatusBar;
 class Toolbar;
 class frmDocument;
 
@@ -64,13 +64,14 @@ private:
     void MDIForm_OLEDragOver(QDropEvent &event);
     void MDIForm_OLEDragDrop(QDropEvent &event);
     void Timer1_Timer();
+    void showOverwriting();
     void frameActivated(DocumentFrame *frame);
     void frameClosed(DocumentFrame *frame);
 
     QMdiArea *const m_area;
     CommandMenus *m_menus = nullptr;
     Toolbar *m_toolbar = nullptr;
-    QLabel *const m_statusText;
+    StatusBar *const m_statusBar;
     QTimer *const m_timer;
     // In the order in which the windows were opened.
     std::vector<DocumentFrame *> m_frames;

@@ -43,7 +43,8 @@ public:
     virtual void MenuEnable(int documentCount) = 0;
     // Recomputes what depends on the active document, its selection and its focus.
     virtual void MenuEnableDynamic() = 0;
-    // Shows the formats at the text's selection and the expansion level as pressed toolbar buttons.
+    // Shows the formats at the text's selection and the expansion level as pressed toolbar buttons, and whether typing
+    // overwrites.
     virtual void UpdateToolbarStatus() = 0;
     // Whether a menu item can be chosen now, by its name such as "mnuOutlineIndent".
     virtual bool isCommandEnabled(std::string_view item) const = 0;

@@ -41,6 +41,11 @@ QMdiSubWindow *subWindowOf(const QWidget &form)
     return qobject_cast<QMdiSubWindow *>(form.parentWidget());
 }
 
+bool isBareInsert(const QKeyEvent &key)
+{
+    return key.key() == Qt::Key_Insert && (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+}
+
 } // namespace
 
 frmDocument::frmDocument(QWidget *parent)
@@ -148,6 +153,19 @@ void frmDocument::restorePaneFocus()
 {
     if (m_lastPane && isActiveWindow())
         m_lastPane->setFocus();
+}
+
+bool frmDocument::overwriting() const
+{
+    return textBox->overwriteMode();
+}
+
+void frmDocument::toggleOverwriting()
+{
+    procedure("frmDocument toggleOverwriting", [this] {
+        textBox->setOverwriteMode(!textBox->overwriteMode());
+        ports().commands->UpdateToolbarStatus();
+    });
 }
 
 void frmDocument::connectOutline()
@@ -278,6 +296,12 @@ bool frmDocument::eventFilter(QObject *watched, QEvent *event)
         event->accept();
         if (!claims)
             activateNextDocument();
+        return true;
+    }
+    if (watched == textBox && isBareInsert(key)) {
+        event->accept();
+        if (!claims)
+            toggleOverwriting();
         return true;
     }
     return !claims && isAltCharacter(key);

@@ -51,6 +51,10 @@ public:
     void notePaneFocus();
     void restorePaneFocus();
 
+    // Whether typing in the text pane overwrites what is there.
+    bool overwriting() const;
+    void toggleOverwriting();
+
     TreeView *const treeView;
     RichTextBox *const textBox;
     OutlineWidth *outlineWidth = nullptr;
