@@ -114,7 +114,9 @@ QStringView Characters::text()
 void Characters::clear()
 {
     m_text.resize(0);
-    m_bytes.resize(0);
+    if (!m_bytes.isEmpty()) {
+        m_bytes.resize(0);
+    }
     m_leadPending = false;
     m_highSurrogate = 0;
 }

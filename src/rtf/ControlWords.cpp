@@ -472,7 +472,7 @@ const ControlWord *findControlWord(QByteArrayView name)
     for (std::size_t slot = slotOf(wanted.data(), wanted.size()); places[slot] != noWord;
          slot = (slot + 1) % slotCount) {
         const ControlWord &word = controlWords[places[slot]];
-        if (word.name == wanted) {
+        if (word.name.size() == wanted.size() && std::equal(wanted.begin(), wanted.end(), word.name.begin())) {
             return &word;
         }
     }

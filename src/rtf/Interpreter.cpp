@@ -282,17 +282,21 @@ void Interpreter::choosePage()
 {
     const bool isFontName = m_state.destination == Destination::FontTable;
     const int place = isFontName ? qMax(m_openFont, 0) : m_state.chars[CharNumber::Font];
-    if (place == m_pageFont && !isFontName) {
+    if (place == m_pageFont && isContent()) {
         return;
     }
-    m_pageFont = isFontName ? -1 : place;
+    m_pageFont = isContent() ? place : -1;
     const Font &font = m_tables.fonts[std::size_t(place)];
     const int number = font.codePage != 0 ? font.codePage : m_documentPage;
     const bool hasGlyphs = font.symbol && isContent();
     const bool isSymbol = font.family.startsWith(QLatin1StringView("Symbol"), Qt::CaseInsensitive);
-    m_characters.setPage(codePage(number), !hasGlyphs ? Characters::Glyphs::None
-                                           : isSymbol ? Characters::Glyphs::Symbol
-                                                      : Characters::Glyphs::Other);
+    if (number != m_pageNumber) {
+        m_pageNumber = number;
+        m_page = &codePage(number);
+    }
+    m_characters.setPage(*m_page, !hasGlyphs ? Characters::Glyphs::None
+                                  : isSymbol ? Characters::Glyphs::Symbol
+                                             : Characters::Glyphs::Other);
 }
 
 // Hands the characters so far to whom they belong, before something changes.

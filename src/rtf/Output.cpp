@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <array>
+#include <charconv>
 #include <cstring>
 
 namespace rtf
@@ -43,7 +44,7 @@ char *put(char *at, QByteArrayView bytes)
 char *putUnicode(char *at, char16_t c)
 {
     at = put(at, "\\u");
-    at = put(at, QByteArray::number(static_cast<qint16>(c)));
+    at = std::to_chars(at, at + 6, static_cast<qint16>(c)).ptr;
     *at++ = '?';
     return at;
 }
@@ -101,8 +102,10 @@ void Output::word(QByteArrayView name)
 
 void Output::word(QByteArrayView name, int number)
 {
+    char digits[16];
+    const auto end = std::to_chars(std::begin(digits), std::end(digits), number).ptr;
     m_bytes.append(name);
-    m_bytes.append(QByteArray::number(number));
+    m_bytes.append(QByteArrayView(digits, end));
     m_endsInWord = true;
 }
 

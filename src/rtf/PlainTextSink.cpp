@@ -3,8 +3,6 @@
 
 #include "rtf/PlainTextSink.h"
 
-#include <algorithm>
-
 namespace rtf
 {
 
@@ -24,11 +22,7 @@ void PlainTextSink::begin(const Tables &tables)
 void PlainTextSink::text(QStringView text, const CharState &state)
 {
     Q_UNUSED(state)
-    const qsizetype begin = m_text.size();
     m_text += text;
-    if (text.contains(QChar::LineSeparator)) {
-        std::replace(m_text.begin() + begin, m_text.end(), QChar(QChar::LineSeparator), QChar(QLatin1Char('\n')));
-    }
 }
 
 void PlainTextSink::picture(const Picture &picture, const CharState &state)
@@ -101,6 +95,7 @@ void PlainTextSink::end()
     }
     m_text.truncate(m_paragraphStart);
     m_text.remove(0, paragraphBreak.size());
+    m_text.replace(QChar(QChar::LineSeparator), QLatin1Char('\n'));
 }
 
 PlainTextSink::Container &PlainTextSink::container(std::size_t depth)

@@ -91,7 +91,7 @@ void Writer::writeFrame(QTextFrame::iterator begin, QTextFrame::iterator end, Pa
 {
     for (QTextFrame::iterator it = begin; it != end; ++it) {
         if (QTextFrame *frame = it.currentFrame()) {
-            if (!isSelected(frame->firstPosition() - 1, frame->lastPosition() + 1)) {
+            if (!m_isWhole && !isSelected(frame->firstPosition() - 1, frame->lastPosition() + 1)) {
                 continue;
             }
             if (place.isOpen) {
@@ -107,7 +107,7 @@ void Writer::writeFrame(QTextFrame::iterator begin, QTextFrame::iterator end, Pa
             continue;
         }
         const QTextBlock block = it.currentBlock();
-        if (!isSelected(block.position(), block.position() + block.length() - 1)) {
+        if (!m_isWhole && !isSelected(block.position(), block.position() + block.length() - 1)) {
             continue;
         }
         if (place.isOpen) {
@@ -131,13 +131,13 @@ void Writer::endParagraph(const Paragraphs &place)
 void Writer::writeParagraph(const QTextBlock &block, int depth, bool isFirstOfCell)
 {
     writeParagraphFormat(block, depth);
-    const int last = block.position() + block.length() - 1;
-    const int from = std::max(m_from, block.position());
-    const int to = std::min(m_to, last);
-    if (block.length() == 1) {
+    const int length = block.length() - 1;
+    const int begin = m_isWhole ? 0 : std::max(0, m_from - block.position());
+    const int end = m_isWhole ? length : std::min(length, m_to - block.position());
+    if (length == 0) {
         setChars(markWords(block, isFirstOfCell));
-    } else if (from < to) {
-        writeRuns(block, from, to);
+    } else if (begin < end) {
+        writeRuns(block, begin, end);
     }
     closeField();
 }
@@ -145,8 +145,15 @@ void Writer::writeParagraph(const QTextBlock &block, int depth, bool isFirstOfCe
 // Paragraph formatting goes on from one paragraph to the next, so it is written where it changes.
 void Writer::writeParagraphFormat(const QTextBlock &block, int depth)
 {
-    const QTextList *list = block.textList();
-    const QTextBlockFormat format = block.blockFormat();
+    const int formatIndex = block.blockFormatIndex();
+    if (formatIndex == m_plainFormatIndex && depth == m_plainDepth) {
+        return;
+    }
+    const QTextBlockFormat format = m_formats.at(formatIndex).toBlockFormat();
+    const QTextList *list = format.objectIndex() >= 0 ? block.textList() : nullptr;
+    m_plainFormatIndex = list == nullptr ? formatIndex : -1;
+    m_plainDepth = depth;
+
     const int steps = format.indent() + (list != nullptr ? list->format().indent() : 0);
     const ParaLook look = paraLook(format, list != nullptr, steps * m_document.indentWidth());
     Output words;
@@ -163,38 +170,49 @@ void Writer::writeParagraphFormat(const QTextBlock &block, int depth)
         words.word("\\ls", place.number);
         words.word("\\ilvl", place.level);
     }
+    setParagraphWords(words);
+}
+
+void Writer::setParagraphWords(const Output &words)
+{
     if (words.bytes() != m_paragraphWords) {
         m_body.append(words);
         m_paragraphWords = words.bytes();
     }
 }
 
-void Writer::writeRuns(const QTextBlock &block, int from, int to)
+// The characters [begin, end) of a paragraph. Positions in a document are dear, so places are counted along.
+void Writer::writeRuns(const QTextBlock &block, int begin, int end)
 {
     const QString text = block.text();
-    for (QTextBlock::iterator it = block.begin(); !it.atEnd(); ++it) {
+    int offset = 0;
+    for (QTextBlock::iterator it = block.begin(); offset < end && !it.atEnd(); ++it) {
         const QTextFragment fragment = it.fragment();
-        const int begin = std::max(from, fragment.position());
-        const int end = std::min(to, fragment.position() + fragment.length());
-        if (begin >= end) {
+        const int first = std::max(begin, offset);
+        offset += fragment.length();
+        const int last = std::min(end, offset);
+        if (first >= last) {
             continue;
         }
         const CharWords &words = charWords(fragment.charFormatIndex());
         openField(words);
         setChars(words);
-        const QStringView run = QStringView(text).sliced(begin - block.position(), end - begin);
+        const QStringView run = QStringView(text).sliced(first, last - first);
         if (!run.contains(QChar::ObjectReplacementCharacter)) {
             m_body.text(run, words.isPictureFont);
-        } else {
-            for (qsizetype i = 0; i < run.size(); ++i) {
-                writePicture(fragment.charFormat());
-            }
+            continue;
+        }
+        for (qsizetype i = 0; i < run.size(); ++i) {
+            writePicture(fragment.charFormat());
         }
     }
 }
 
 void Writer::openField(const CharWords &words)
 {
+    if (!m_isInField && words.target.isEmpty() && words.instruction.isEmpty()) {
+        return;
+    }
     if (m_isInField && words.target == m_target && words.instruction == m_instruction) {
         return;
     }

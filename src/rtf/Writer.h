@@ -55,7 +55,8 @@ private:
     void writeParagraph(const QTextBlock &block, int depth, bool isFirstOfCell);
     void writeParagraphFormat(const QTextBlock &block, int depth);
     void writeParaLook(Output &output, const ParaLook &look, bool isInList);
-    void writeRuns(const QTextBlock &block, int from, int to);
+    void setParagraphWords(const Output &words);
+    void writeRuns(const QTextBlock &block, int begin, int end);
     void openField(const CharWords &words);
     void closeField();
     void setChars(const CharWords &words);
@@ -81,6 +82,8 @@ private:
     QString m_instruction;
     bool m_isInField = false;
     QByteArray m_paragraphWords; // in force; empty before the first paragraph
+    int m_plainFormatIndex = -1; // of the paragraph before, if it is in no list
+    int m_plainDepth = 0;
 };
 
 } // namespace rtf

@@ -46,7 +46,7 @@ void Writer::writeTable(const QTextTable &table, int depth)
     for (int row = 0; row < table.rows(); ++row) {
         const QTextTableCell first = table.cellAt(row, 0);
         const QTextTableCell last = table.cellAt(row, table.columns() - 1);
-        if (!isSelected(first.firstPosition() - 1, last.lastPosition())) {
+        if (!m_isWhole && !isSelected(first.firstPosition() - 1, last.lastPosition())) {
             continue;
         }
         if (depth == 1) {
@@ -84,10 +84,8 @@ void Writer::writeEmptyCell(int depth)
     if (depth > 1) {
         words.word("\\itap", depth);
     }
-    if (words.bytes() != m_paragraphWords) {
-        m_body.append(words);
-        m_paragraphWords = words.bytes();
-    }
+    setParagraphWords(words);
+    m_plainFormatIndex = -1;
 }
 
 void Writer::writeRowDefinition(const QTextTable &table, int row)
