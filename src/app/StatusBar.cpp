@@ -21,7 +21,8 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-constexpr int minute = 60'000;
+constexpr int second = 1000;
+constexpr int minute = 60 * second;
 constexpr int panelMargin = 6;
 
 // More than a status bar shows; laying out a text of a megabyte would only take time.
@@ -83,7 +84,7 @@ bool isLockKey(const QEvent &event)
 StatusBar::StatusBar(QWidget *parent)
     : QStatusBar(parent)
     , m_text(new QLabel)
-    , m_minute(new QTimer(this))
+    , m_tick(new QTimer(this))
 {
     setObjectName(u"sbStatusBar"_s);
     m_text->setObjectName(u"sbStatusBarText"_s);
@@ -97,9 +98,9 @@ StatusBar::StatusBar(QWidget *parent)
     m_time = addClockPanel(u"Time"_s);
     m_date = addClockPanel(u"Date"_s);
     // A coarse timer may be seconds late, and another clock on the screen would be ahead.
-    m_minute->setTimerType(Qt::PreciseTimer);
-    m_minute->setSingleShot(true);
-    connect(m_minute, &QTimer::timeout, this, &StatusBar::showTime);
+    m_tick->setTimerType(Qt::PreciseTimer);
+    m_tick->setSingleShot(true);
+    connect(m_tick, &QTimer::timeout, this, &StatusBar::showTime);
 }
 
 QToolButton *StatusBar::addKeyPanel(Panel panel, const QString &key, const QString &name)
@@ -183,5 +184,7 @@ void StatusBar::showTime()
     const QLocale locale = QLocale::system();
     m_time->setText(locale.toString(now.time(), QLocale::ShortFormat));
     m_date->setText(locale.toString(now.date(), QLocale::ShortFormat));
-    m_minute->start(minute - now.time().msecsSinceStartOfDay() % minute);
+    // Some locales show seconds even in their short form.
+    const int period = locale.timeFormat(QLocale::ShortFormat).contains(u's') ? second : minute;
+    m_tick->start(period - now.time().msecsSinceStartOfDay() % period);
 }

@@ -51,5 +51,5 @@ private:
     QToolButton *m_ins = nullptr;
     QLabel *m_time = nullptr;
     QLabel *m_date = nullptr;
-    QTimer *const m_minute;
+    QTimer *const m_tick;
 };

@@ -27,6 +27,8 @@ constexpr int iconExtent = 20;
 class SeparatorLine final : public QWidget
 {
 public:
+    SeparatorLine() { setObjectName(u"tbLine"_s); }
+
     QSize sizeHint() const override { return {style()->pixelMetric(QStyle::PM_ToolBarSeparatorExtent), 0}; }
 
 protected:

@@ -4,8 +4,11 @@
 #pragma once
 
 #include "app/AppPorts.h"
+#include "platform/LockKeys.h"
 
 #include <QStringList>
+
+#include <map>
 
 // Fakes of the application's own ports.
 
@@ -57,4 +60,19 @@ public:
     QDateTime now() const override { return moment; }
 
     QDateTime moment{QDate(2026, 3, 4), QTime(15, 6, 7)};
+};
+
+class FakeLockKeys final : public LockKeys
+{
+public:
+    std::optional<bool> isOn(LockKey key) const override
+    {
+        const auto found = states.find(key);
+        return found == states.end() ? std::nullopt : std::optional(found->second);
+    }
+
+    void toggle(LockKey key) override { states[key] = !states[key]; }
+
+    // A key that is not in it is one that the platform does not tell of.
+    std::map<LockKey, bool> states{{LockKey::Caps, false}, {LockKey::Num, true}};
 };

@@ -23,7 +23,7 @@ public:
         : m_before(appPorts())
     {
         ports().recentFiles = &recentFiles;
-        appPorts() = {&settings, &mainWindow, &recentFiles, &log, &clock, QString()};
+        appPorts() = {&settings, &mainWindow, &recentFiles, &log, &clock, QString(), &lockKeys};
         setErrorReporter(modMain::ReportError);
     }
 
@@ -71,6 +71,7 @@ public:
     FakeRecentFileItems recentFileItems;
     modMRU recentFiles{settings, recentFileItems};
     FakeClock clock;
+    FakeLockKeys lockKeys;
     SessionLog log{{folder.path()}};
 
 private:

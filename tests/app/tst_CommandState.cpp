@@ -287,6 +287,7 @@ void tst_CommandState::theStateDescribesTheSelectedEntry()
     tree.setTagged(second, true);
     tree.setExpanded(second, true);
     document.m_bOutlineHasFocus = true;
+    document.m_iExpansionLevel = -1;
 
     tree.select(second);
     CommandState state = currentCommandState();
@@ -294,6 +295,7 @@ void tst_CommandState::theStateDescribesTheSelectedEntry()
     QVERIFY(state.Selected && state.Writable && state.AnyWritable && state.ActiveWritable);
     QVERIFY(state.HasChildren && state.Expanded && state.LastSibling && state.HasPrevious && state.ParentIsRoot);
     QVERIFY(state.Tagged && state.TaggedExist && state.OutlineFocus);
+    QCOMPARE(state.ExpansionLevel, -1);
     QVERIFY(!state.IsRoot && !state.FirstSibling && !state.TextFocus && !state.CanMoveDown && !state.Copied);
 
     tree.select(grandchild);
