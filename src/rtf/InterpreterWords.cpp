@@ -3,6 +3,8 @@
 
 #include "rtf/Interpreter.h"
 
+#include "rtf/Units.h"
+
 #include <algorithm>
 
 // What each control word does to the formatting in force.
@@ -17,46 +19,44 @@ struct Range {
     qint32 highest;
 };
 
-// Word processors allow pages of 22 inches, 31,680 twips; what lies beyond is no length.
-constexpr qint32 longest = 31680;
 constexpr qint32 mostColors = 32767;
 
 constexpr Range charRanges[] = {
-    {0, 0},              // Font, which never comes from a number directly
-    {2, 3276},           // Size
-    {-1, mostColors},    // Foreground
-    {-1, mostColors},    // Background
-    {-1, mostColors},    // Pattern
-    {-1, mostColors},    // Highlight
-    {0, 0},              // Underline
-    {-1, mostColors},    // UnderlineColor
-    {-1, 1},             // Script
-    {-3276, 3276},       // Offset
-    {0, 65535},          // Language
-    {-longest, longest}, // Spacing
-    {1, 600},            // Scale
-    {0, 0},              // Link
+    {0, 0},                          // Font, which never comes from a number directly
+    {2, 3276},                       // Size
+    {-1, mostColors},                // Foreground
+    {-1, mostColors},                // Background
+    {-1, mostColors},                // Pattern
+    {-1, mostColors},                // Highlight
+    {0, 0},                          // Underline
+    {-1, mostColors},                // UnderlineColor
+    {-1, 1},                         // Script
+    {-3276, 3276},                   // Offset
+    {0, 65535},                      // Language
+    {-longestLength, longestLength}, // Spacing
+    {1, 600},                        // Scale
+    {0, 0},                          // Link
 };
 static_assert(std::size(charRanges) == std::size_t(CharNumber::Count));
 
 constexpr Range paraRanges[] = {
-    {0, 3},              // Alignment
-    {-longest, longest}, // Left
-    {-longest, longest}, // Right
-    {-longest, longest}, // FirstLine
-    {0, longest},        // Before
-    {0, longest},        // After
-    {-longest, longest}, // LineSpacing
-    {0, 1},              // LineMultiple
-    {0, 65535},          // Style
-    {0, 9},              // OutlineLevel
-    {0, 0x7FFFFFFF},     // ListNumber
-    {0, 8},              // ListLevel
-    {0, 0x7FFFFFFF},     // LegacyList
-    {0, 0x7FFFFFFF},     // Tabs
-    {0, 0x7FFFFFFF},     // Border
-    {-1, mostColors},    // Shade
-    {0, deepestTable},   // TableDepth
+    {0, 3},                          // Alignment
+    {-longestLength, longestLength}, // Left
+    {-longestLength, longestLength}, // Right
+    {-longestLength, longestLength}, // FirstLine
+    {0, longestLength},              // Before
+    {0, longestLength},              // After
+    {-longestLength, longestLength}, // LineSpacing
+    {0, 1},                          // LineMultiple
+    {0, 65535},                      // Style
+    {0, 9},                          // OutlineLevel
+    {0, 0x7FFFFFFF},                 // ListNumber
+    {0, 8},                          // ListLevel
+    {0, 0x7FFFFFFF},                 // LegacyList
+    {0, 0x7FFFFFFF},                 // Tabs
+    {0, 0x7FFFFFFF},                 // Border
+    {-1, mostColors},                // Shade
+    {0, deepestTable},               // TableDepth
 };
 static_assert(std::size(paraRanges) == std::size_t(ParaNumber::Count));
 
@@ -268,14 +268,14 @@ void Interpreter::applySpecial(Special word, qint32 number, bool hasNumber)
         applyStyleNumber(word, number);
         break;
     case Special::Tab:
-        addTab(std::clamp(number, -longest, longest));
+        addTab(std::clamp(number, -longestLength, longestLength));
         break;
     case Special::BarTab:
         m_tabKind = TabKind::Left;
         m_tabLeader = TabLeader::None;
         break;
     case Special::DefaultTab:
-        m_tables.defaultTab = std::clamp(number, 1, longest);
+        m_tables.defaultTab = std::clamp(number, 1, longestLength);
         break;
     default:
         applyTableSpecial(word, number, hasNumber);
@@ -291,17 +291,17 @@ void Interpreter::applyTableSpecial(Special word, qint32 number, bool hasNumber)
         m_cell = {};
         break;
     case Special::CellEdge:
-        m_cell.right = std::clamp(number, -longest, longest);
+        m_cell.right = std::clamp(number, -longestLength, longestLength);
         if (currentRow().cells.size() < mostCells) {
             currentRow().cells.push_back(m_cell);
         }
         m_cell = {};
         break;
     case Special::RowGap:
-        currentRow().gap = std::clamp(number, 0, longest);
+        currentRow().gap = std::clamp(number, 0, longestLength);
         break;
     case Special::RowLeft:
-        currentRow().left = std::clamp(number, -longest, longest);
+        currentRow().left = std::clamp(number, -longestLength, longestLength);
         break;
     case Special::RowHeader:
         currentRow().header = true;
@@ -336,7 +336,7 @@ void Interpreter::applyTableSpecial(Special word, qint32 number, bool hasNumber)
         m_legacyList.start = std::clamp(number, 0, 32767);
         break;
     case Special::LegacyIndent:
-        m_legacyList.indent = std::clamp(number, 0, longest);
+        m_legacyList.indent = std::clamp(number, 0, longestLength);
         break;
     case Special::LegacyFont:
         m_legacyList.font = fontPlace(number);

@@ -17,7 +17,6 @@ namespace rtf
 namespace
 {
 
-constexpr int longest = 31680; // 22 inches, the largest page
 constexpr quint32 effects = Outline | Shadow | Emboss | Engrave | DoubleStrike;
 
 struct UnderlineRow {
@@ -245,7 +244,7 @@ CharLook charLook(const QTextCharFormat &format, const QFont &defaultFont)
     look.offset = format.intProperty(OffsetProperty);
     look.language = format.intProperty(LanguageProperty);
     if (format.fontLetterSpacingType() == QFont::AbsoluteSpacing) {
-        look.spacing = std::clamp(twipsFromPixels(format.fontLetterSpacing()), -longest, longest);
+        look.spacing = std::clamp(twipsFromPixels(format.fontLetterSpacing()), -longestLength, longestLength);
     }
     if (format.hasProperty(QTextFormat::FontStretch) && format.fontStretch() > 0) {
         look.scale = std::clamp(format.fontStretch(), 1, 600);

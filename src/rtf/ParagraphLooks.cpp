@@ -17,13 +17,12 @@ namespace rtf
 namespace
 {
 
-constexpr int longest = 31680;
 constexpr quint32 keptFlags = KeepLines | KeepNext;
 constexpr int singleSpacing = 240; // \sl of a line of its own height
 
 int length(qreal pixels)
 {
-    return std::clamp(twipsFromPixels(pixels), -longest, longest);
+    return std::clamp(twipsFromPixels(pixels), -longestLength, longestLength);
 }
 
 Qt::Alignment qtAlignment(const ParaLook &look)
@@ -65,7 +64,7 @@ void takeLineSpacing(ParaLook &look, const QTextBlockFormat &format)
 {
     switch (format.lineHeightType()) {
     case QTextBlockFormat::ProportionalHeight:
-        look.lineSpacing = std::clamp(qRound(format.lineHeight() * singleSpacing / 100.0), 1, longest);
+        look.lineSpacing = std::clamp(qRound(format.lineHeight() * singleSpacing / 100.0), 1, longestLength);
         look.lineMultiple = look.lineSpacing != singleSpacing;
         look.lineSpacing = look.lineMultiple ? look.lineSpacing : 0;
         break;
@@ -94,7 +93,7 @@ QTextOption::Tab qtTab(const TabLook &tab, int left)
 TabLook tabLook(const QTextOption::Tab &tab, int left)
 {
     TabLook look;
-    look.position = std::clamp(twipsFromPixels(tab.position) + left, -longest, longest);
+    look.position = std::clamp(twipsFromPixels(tab.position) + left, -longestLength, longestLength);
     look.kind = tab.type == QTextOption::RightTab       ? TabKind::Right
                 : tab.type == QTextOption::CenterTab    ? TabKind::Center
                 : tab.type == QTextOption::DelimiterTab ? TabKind::Decimal
@@ -303,7 +302,8 @@ ParaLook paraLook(const QTextBlockFormat &format, bool isInList, qreal indent)
     look.left = length(format.leftMargin() + indent);
     look.right = length(format.rightMargin());
     const bool hangs = isInList && format.hasProperty(HangProperty);
-    look.firstLine = hangs ? std::clamp(format.intProperty(HangProperty), -longest, 0) : length(format.textIndent());
+    look.firstLine =
+        hangs ? std::clamp(format.intProperty(HangProperty), -longestLength, 0) : length(format.textIndent());
     if (isInList && !hangs && look.firstLine == 0 && indent > 0) {
         look.firstLine = -std::clamp(look.left, 0, defaultHang);
     }

@@ -11,6 +11,9 @@ namespace rtf
 
 constexpr qreal twipsPerPixel = 15.0;
 
+// Word processors allow pages of 22 inches; what lies beyond is no length.
+constexpr int longestLength = 31680;
+
 constexpr qreal pixelsFromTwips(int twips)
 {
     return twips / twipsPerPixel;

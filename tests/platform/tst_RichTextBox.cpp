@@ -27,6 +27,8 @@ namespace
 constexpr auto poem = "{\\rtf1\\ansi Roses are {\\b red},\\par Violets are {\\i blue}\\line and so on.\\par End}";
 const QString poemText = u"Roses are red,\r\nViolets are blue\nand so on.\r\nEnd"_s;
 
+} // namespace
+
 // A window that takes whatever is dropped on it.
 class DropTarget : public QWidget
 {
@@ -40,8 +42,6 @@ protected:
         event->acceptProposedAction();
     }
 };
-
-} // namespace
 
 class tst_RichTextBox : public QObject
 {
