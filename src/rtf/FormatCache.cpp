@@ -10,6 +10,11 @@ namespace rtf
 
 int FormatCache::charFormat(const CharState &state)
 {
+    if (m_revision != m_tables->revision) {
+        m_revision = m_tables->revision;
+        m_charPlaces.clear();
+        m_lastPlace = -1;
+    }
     if (m_lastPlace >= 0 && state == m_lastState) {
         return m_lastPlace;
     }

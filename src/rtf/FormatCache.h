@@ -50,6 +50,7 @@ private:
     std::deque<QTextCharFormat> m_charFormats;
     std::unordered_map<CharState, int, StateHash<CharState>> m_charPlaces;
     std::unordered_map<ParaState, QTextBlockFormat, StateHash<ParaState>> m_blockFormats[2];
+    quint32 m_revision = 0; // of the tables, when the places were last right
     CharState m_lastState;
     int m_lastPlace = -1;
 };

@@ -289,7 +289,9 @@ void Interpreter::choosePage()
     const Font &font = m_tables.fonts[std::size_t(place)];
     const int number = font.codePage != 0 ? font.codePage : m_documentPage;
     const bool hasGlyphs = font.symbol && isContent();
-    const bool isSymbol = font.family.startsWith(QLatin1StringView("Symbol"), Qt::CaseInsensitive);
+    // A font without a name is shown in the default one, whose glyphs its bytes then mean.
+    const QString &family = font.family.isEmpty() ? m_tables.fonts[0].family : font.family;
+    const bool isSymbol = family.startsWith(QLatin1StringView("Symbol"), Qt::CaseInsensitive);
     if (number != m_pageNumber) {
         m_pageNumber = number;
         m_page = &codePage(number);

@@ -183,6 +183,7 @@ int Interpreter::fontPlace(int number)
 void Interpreter::resolveDefaultFont()
 {
     if (m_tables.fonts.size() > 1) {
+        ++m_tables.revision;
         m_tables.fonts[0] = m_tables.fonts[std::size_t(m_fontPlaces.value(m_defaultFont, 1))];
     }
     m_pageFont = -1;

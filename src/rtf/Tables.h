@@ -135,6 +135,9 @@ struct Field {
 };
 
 struct Tables {
+    // Counts the times that a number already in use came to mean something else, as the default font does when a second
+    // font table names another one: what was derived from the tables before is then out of date.
+    quint32 revision = 0;
     std::vector<Font> fonts;   // 0 is the default font, its family empty when the text names none
     std::vector<Color> colors; // in the order of \colortbl
     QHash<int, QString> styleNames;
