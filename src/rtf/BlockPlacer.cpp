@@ -70,7 +70,8 @@ void BlockPlacer::place(const Paragraph &paragraph, Place &place)
         if (run.isPicture) {
             place.cursor.insertImage(format.toImageFormat());
         } else {
-            place.cursor.insertText(paragraph.text.mid(begin, run.length), format);
+            // Not a copy: the document takes the characters over before the paragraph goes.
+            place.cursor.insertText(QString::fromRawData(paragraph.text.constData() + begin, run.length), format);
         }
         begin += run.length;
     }

@@ -101,13 +101,18 @@ void Characters::appendRaw(char16_t unit)
     m_text.append(QChar(unit));
 }
 
-QStringView Characters::text()
+void Characters::complete()
 {
     decodeBytes();
     if (m_highSurrogate != 0) {
         m_highSurrogate = 0;
         m_text.append(QChar(QChar::ReplacementCharacter));
     }
+}
+
+QStringView Characters::text()
+{
+    complete();
     return m_text;
 }
 

@@ -37,7 +37,10 @@ public:
 
     bool isEmpty() const { return m_text.isEmpty() && m_bytes.isEmpty() && m_highSurrogate == 0; }
 
-    // The text, all bytes decoded; half a character at the end of it is replaced. Valid until the next call.
+    // Decodes all bytes and replaces half a character at the end.
+    void complete();
+
+    // The text, completed. Valid until the next call.
     QStringView text();
 
     void clear();

@@ -436,30 +436,51 @@ static_assert(std::ranges::is_sorted(controlWords, {}, &ControlWord::name), "a r
 static_assert(std::ranges::adjacent_find(controlWords, {}, &ControlWord::name) == std::ranges::end(controlWords),
               "a row is double");
 
-// Places in the table by hash of the name, 0xFFFF where there is none; the next place is taken on a clash.
+// A name as a number that is quick to hash and to compare: its first eight letters, and a sum over those behind them.
+struct NameKey {
+    quint64 head = 0;
+    quint32 rest = 0;
+    bool operator==(const NameKey &) const = default;
+};
+
+constexpr NameKey keyOf(const char *name, std::size_t size)
+{
+    NameKey key;
+    const std::size_t headSize = std::min<std::size_t>(size, 8);
+    for (std::size_t i = 0; i < headSize; ++i) {
+        key.head = (key.head << 8) | static_cast<quint8>(name[i]);
+    }
+    for (std::size_t i = headSize; i < size; ++i) {
+        key.rest = key.rest * 31 + static_cast<quint8>(name[i]);
+    }
+    return key;
+}
+
+// Places in the table by hash of the name; the next slot is taken on a clash.
+struct Slot {
+    NameKey key;
+    quint32 size = 0; // of the name; 0 where there is none
+    quint32 place = 0;
+};
+
 constexpr std::size_t slotCount = 2048;
 static_assert(std::size(controlWords) * 4 < slotCount);
 
-constexpr quint16 noWord = 0xFFFF;
-
-constexpr std::size_t slotOf(const char *name, std::size_t size)
+constexpr std::size_t slotOf(const NameKey &key)
 {
-    quint32 hash = static_cast<quint32>(size);
-    for (std::size_t i = 0; i < size; ++i) {
-        hash = hash * 31 + static_cast<quint8>(name[i]);
-    }
-    return (hash * 2654435761u) >> 21;
+    return ((key.head + key.rest) * 0x9E3779B97F4A7C15u) >> 53;
 }
 
-constexpr std::array<quint16, slotCount> places = [] {
-    std::array<quint16, slotCount> table{};
-    table.fill(noWord);
+constexpr std::array<Slot, slotCount> slots = [] {
+    std::array<Slot, slotCount> table{};
     for (std::size_t i = 0; i < std::size(controlWords); ++i) {
-        std::size_t slot = slotOf(controlWords[i].name.data(), controlWords[i].name.size());
-        while (table[slot] != noWord) {
+        const std::string_view name = controlWords[i].name;
+        const NameKey key = keyOf(name.data(), name.size());
+        std::size_t slot = slotOf(key);
+        while (table[slot].size != 0) {
             slot = (slot + 1) % slotCount;
         }
-        table[slot] = static_cast<quint16>(i);
+        table[slot] = {key, static_cast<quint32>(name.size()), static_cast<quint32>(i)};
     }
     return table;
 }();
@@ -468,12 +489,15 @@ constexpr std::array<quint16, slotCount> places = [] {
 
 const ControlWord *findControlWord(QByteArrayView name)
 {
-    const std::string_view wanted(name.data(), std::size_t(name.size()));
-    for (std::size_t slot = slotOf(wanted.data(), wanted.size()); places[slot] != noWord;
-         slot = (slot + 1) % slotCount) {
-        const ControlWord &word = controlWords[places[slot]];
-        if (word.name.size() == wanted.size() && std::equal(wanted.begin(), wanted.end(), word.name.begin())) {
-            return &word;
+    const auto size = std::size_t(name.size());
+    const NameKey key = keyOf(name.data(), size);
+    for (std::size_t slot = slotOf(key); slots[slot].size != 0; slot = (slot + 1) % slotCount) {
+        if (slots[slot].key == key && slots[slot].size == size) {
+            const ControlWord &word = controlWords[slots[slot].place];
+            // The head holds all of a short name.
+            if (size <= 8 || std::equal(name.begin(), name.end(), word.name.begin())) {
+                return &word;
+            }
         }
     }
     return nullptr;

@@ -5,6 +5,8 @@
 
 #include "rtf/Looks.h"
 
+#include <algorithm>
+
 namespace rtf
 {
 
@@ -13,22 +15,35 @@ int FormatCache::charFormat(const CharState &state)
     if (m_revision != m_tables->revision) {
         m_revision = m_tables->revision;
         m_charPlaces.clear();
-        m_lastPlace = -1;
+        m_recent = {};
     }
-    if (m_lastPlace >= 0 && state == m_lastState) {
-        return m_lastPlace;
+    for (const Recent &recent : m_recent) {
+        if (recent.place >= 0 && recent.state == state) {
+            return recent.place;
+        }
     }
-    const auto [entry, isNew] = m_charPlaces.try_emplace(state, static_cast<int>(m_charFormats.size()));
+    const auto [entry, isNew] = m_charPlaces.try_emplace(state, 0);
     if (isNew) {
         CharLook look = charLook(state, *m_tables);
         if (look.family.isEmpty()) {
             look.family = m_defaultFamily;
         }
-        m_charFormats.push_back(rtf::charFormat(look));
+        entry->second = placeOf(rtf::charFormat(look));
     }
-    m_lastState = state;
-    m_lastPlace = entry->second;
-    return m_lastPlace;
+    m_recent[m_oldest] = {state, entry->second};
+    m_oldest = (m_oldest + 1) % m_recent.size();
+    return entry->second;
+}
+
+// The place of a format that may look like one of the latest, as automatic and no colour do: a document takes a format
+// that it knows by its address, and compares one that it does not property by property, at each use.
+int FormatCache::placeOf(const QTextCharFormat &format)
+{
+    constexpr std::ptrdiff_t mostCompared = 32;
+    const auto count = static_cast<std::ptrdiff_t>(m_charFormats.size());
+    const auto begin = m_charFormats.end() - std::min(count, mostCompared);
+    const auto same = std::find(begin, m_charFormats.end(), format);
+    return same != m_charFormats.end() ? static_cast<int>(same - m_charFormats.begin()) : add(format);
 }
 
 int FormatCache::add(const QTextCharFormat &format)

@@ -9,6 +9,7 @@
 #include <QTextBlockFormat>
 #include <QTextCharFormat>
 
+#include <array>
 #include <deque>
 #include <unordered_map>
 
@@ -41,9 +42,16 @@ private:
     struct StateHash {
         std::size_t operator()(const State &state) const noexcept
         {
-            return qHashRange(state.numbers.begin(), state.numbers.end(), state.flags);
+            quint64 hash = state.flags;
+            for (const qint32 number : state.numbers) {
+                hash = (hash ^ static_cast<quint32>(number)) * 0x9E3779B97F4A7C15u;
+                hash ^= hash >> 32;
+            }
+            return hash;
         }
     };
+
+    int placeOf(const QTextCharFormat &format);
 
     const Tables *m_tables = nullptr;
     QString m_defaultFamily;
@@ -51,8 +59,15 @@ private:
     std::unordered_map<CharState, int, StateHash<CharState>> m_charPlaces;
     std::unordered_map<ParaState, QTextBlockFormat, StateHash<ParaState>> m_blockFormats[2];
     quint32 m_revision = 0; // of the tables, when the places were last right
-    CharState m_lastState;
-    int m_lastPlace = -1;
+
+    // The states asked for last: the runs of a text take turns between a few.
+    struct Recent {
+        CharState state;
+        int place = -1;
+    };
+
+    std::array<Recent, 4> m_recent;
+    std::size_t m_oldest = 0;
 };
 
 } // namespace rtf

@@ -27,11 +27,13 @@ ParaState ParaState::plain()
     return state;
 }
 
-Interpreter::Interpreter(QByteArrayView rtf, Sink &sink, Pictures pictures)
+Interpreter::Interpreter(QByteArrayView rtf, Sink &sink, Detail detail)
     : m_tokens(rtf)
     , m_sink(sink)
-    , m_pictures(pictures)
+    , m_detail(detail)
 {
+    constexpr std::size_t usualDepth = 16;
+    m_stack.reserve(usualDepth);
     m_tables.fonts.emplace_back();
     m_state.chars = CharState::plain();
     m_state.para = ParaState::plain();
@@ -112,8 +114,10 @@ void Interpreter::closeGroup()
     }
     const Group &outer = m_stack.back();
     const Destination destination = m_state.destination;
-    if (destination != Destination::Content || outer.destination != destination || outer.chars != m_state.chars) {
+    if (destination != Destination::Content || outer.destination != destination) {
         flush();
+    } else if (outer.chars != m_state.chars) {
+        beforeCharChange();
     }
     leaveDestination(destination, outer.destination);
     const qint32 legacyList = m_state.para[ParaNumber::LegacyList];
@@ -262,7 +266,7 @@ void Interpreter::onWord(const Token &token, bool isIgnorable)
 
 void Interpreter::onBinary(QByteArrayView bytes)
 {
-    if (m_state.destination == Destination::Picture && m_pictures == Pictures::Read) {
+    if (m_state.destination == Destination::Picture && m_detail == Detail::Everything) {
         m_picture.data.append(bytes);
     }
 }
@@ -309,6 +313,19 @@ void Interpreter::flush()
     }
     takeText(m_characters.text());
     m_characters.clear();
+}
+
+// What follows looks different. Where looks do not count, the text goes on, but no character reaches across.
+void Interpreter::beforeCharChange()
+{
+    if (!isContent()) {
+        return;
+    }
+    if (m_detail == Detail::Everything) {
+        flush();
+    } else {
+        m_characters.complete();
+    }
 }
 
 void Interpreter::takeText(QStringView text)

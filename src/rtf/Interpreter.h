@@ -36,10 +36,11 @@ constexpr int mostTabs = 64;
 class Interpreter
 {
 public:
-    enum class Pictures : quint8 { Read, CountOnly };
+    enum class Detail : quint8 { Everything, TextOnly };
 
-    // With CountOnly, the pictures that the sink gets carry no data.
-    Interpreter(QByteArrayView rtf, Sink &sink, Pictures pictures = Pictures::Read);
+    // With TextOnly, the sink gets its text in stretches whose character formatting may differ, and pictures without
+    // their data.
+    Interpreter(QByteArrayView rtf, Sink &sink, Detail detail = Detail::Everything);
 
     void run();
 
@@ -101,6 +102,7 @@ private:
     bool isContent() const;
     void choosePage();
     void flush();
+    void beforeCharChange();
     void takeText(QStringView text);
 
     // Control words (InterpreterWords.cpp)
@@ -152,7 +154,7 @@ private:
 
     Tokenizer m_tokens;
     Sink &m_sink;
-    Pictures m_pictures;
+    Detail m_detail;
     Tables m_tables;
     Characters m_characters;
 

@@ -287,7 +287,7 @@ int Interpreter::internField(const QString &text)
 
 void Interpreter::addPictureText(QByteArrayView bytes)
 {
-    if (m_pictures == Pictures::CountOnly) {
+    if (m_detail == Detail::TextOnly) {
         return;
     }
     for (const char c : bytes) {

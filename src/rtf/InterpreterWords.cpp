@@ -354,9 +354,7 @@ void Interpreter::applyCharDefaults()
     CharState plain = CharState::plain();
     plain[CharNumber::Link] = link;
     if (plain != m_state.chars) {
-        if (isContent()) {
-            flush();
-        }
+        beforeCharChange();
         m_state.chars = plain;
     }
 }
@@ -367,9 +365,7 @@ void Interpreter::setChar(CharNumber number, qint32 value)
                               ? value
                               : clampTo(charRanges[std::size_t(number)], value);
     if (m_state.chars[number] != wanted) {
-        if (isContent()) {
-            flush();
-        }
+        beforeCharChange();
         m_state.chars[number] = wanted;
     }
 }
@@ -377,9 +373,7 @@ void Interpreter::setChar(CharNumber number, qint32 value)
 void Interpreter::setCharFlag(CharFlag flag, bool on)
 {
     if (m_state.chars.has(flag) != on) {
-        if (isContent()) {
-            flush();
-        }
+        beforeCharChange();
         m_state.chars.flags ^= flag;
     }
 }

@@ -97,6 +97,10 @@ std::optional<ListLook> ListPlacer::look(ParaState &para, const Tables &tables) 
     if (look.kind == int(NumberKind::None)) {
         return {};
     }
+    look.label.truncate(longestListLabel);
+    if (look.label.size() == longestListLabel && look.label.back().isHighSurrogate()) {
+        look.label.chop(1);
+    }
     if (look.kind == int(NumberKind::Bullet)) {
         normalizeBullet(look);
     }

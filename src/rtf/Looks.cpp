@@ -113,6 +113,21 @@ int scriptOf(const QTextCharFormat &format)
     }
 }
 
+// What text is that has no effects: a document's default font may have some. Most looks differ from it in few things,
+// and copying it costs less than setting each.
+const QTextCharFormat &ordinaryFormat()
+{
+    static const QTextCharFormat ordinary = [] {
+        QTextCharFormat format;
+        format.setFontWeight(QFont::Normal);
+        format.setFontItalic(false);
+        format.setFontStrikeOut(false);
+        format.setUnderlineStyle(QTextCharFormat::NoUnderline);
+        return format;
+    }();
+    return ordinary;
+}
+
 bool flagOf(const QTextFormat &format, int property, bool otherwise)
 {
     return format.hasProperty(property) ? format.boolProperty(property) : otherwise;
@@ -154,16 +169,24 @@ CharLook charLook(const CharState &state, const Tables &tables)
 
 QTextCharFormat charFormat(const CharLook &look)
 {
-    QTextCharFormat format;
+    QTextCharFormat format = ordinaryFormat();
     if (!look.family.isEmpty()) {
         format.setFontFamilies({look.family});
     }
     format.setFontPointSize(look.halfPoints / 2.0);
-    format.setFontWeight((look.flags & Bold) != 0 ? QFont::Bold : QFont::Normal);
-    format.setFontItalic((look.flags & Italic) != 0);
-    format.setFontStrikeOut((look.flags & (Strike | DoubleStrike)) != 0);
+    if ((look.flags & Bold) != 0) {
+        format.setFontWeight(QFont::Bold);
+    }
+    if ((look.flags & Italic) != 0) {
+        format.setFontItalic(true);
+    }
+    if ((look.flags & (Strike | DoubleStrike)) != 0) {
+        format.setFontStrikeOut(true);
+    }
     const auto *row = std::ranges::find(underlineRows, look.underline, &UnderlineRow::kind);
-    format.setUnderlineStyle(row->style);
+    if (row->style != QTextCharFormat::NoUnderline) {
+        format.setUnderlineStyle(row->style);
+    }
     if (std::ranges::find(underlineRows, row->style, &UnderlineRow::style)->kind != look.underline) {
         format.setProperty(UnderlineKindProperty, int(look.underline));
     }

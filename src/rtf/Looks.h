@@ -75,6 +75,9 @@ struct ParaLook {
     bool operator==(const ParaLook &) const = default;
 };
 
+// RTF counts the units of a list label in one byte.
+constexpr qsizetype longestListLabel = 255;
+
 struct ListLook {
     int group = 0; // levels of one list share it; 0 none
     int level = 0;

@@ -64,7 +64,7 @@ QByteArray write(const QTextCursor &selection)
 QString toPlainText(QByteArrayView rtf)
 {
     PlainTextSink sink;
-    Interpreter(rtf, sink, Interpreter::Pictures::CountOnly).run();
+    Interpreter(rtf, sink, Interpreter::Detail::TextOnly).run();
     return sink.takeText();
 }
 

@@ -182,9 +182,8 @@ void WriterTables::writeLists(Output &output) const
 
 void WriterTables::writeLevel(Output &output, const Level &level, int number) const
 {
-    constexpr qsizetype longestLabel = 255;
     const QString label =
-        level.isUsed ? level.look.label.left(longestLabel) : QString(QChar(char16_t(number))) + QLatin1Char('.');
+        level.isUsed ? level.look.label.left(longestListLabel) : QString(QChar(char16_t(number))) + QLatin1Char('.');
     output.raw("{\\listlevel");
     output.word("\\levelnfc", level.isUsed ? level.look.kind : 0);
     output.word("\\leveljc", 0);
