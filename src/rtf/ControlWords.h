@@ -8,6 +8,7 @@
 
 #include <QByteArrayView>
 
+#include <span>
 #include <string_view>
 
 // The control words of RTF 1.9.1 that the reader understands, and what each of them does. A word that is not here is
@@ -124,5 +125,8 @@ struct ControlWord {
 
 // The word of that name; null when the reader does not know it.
 const ControlWord *findControlWord(QByteArrayView name);
+
+// Every word that the reader knows, sorted by name.
+std::span<const ControlWord> allControlWords();
 
 } // namespace rtf

@@ -199,30 +199,6 @@ void Interpreter::addColorText(QStringView text)
     }
 }
 
-void Interpreter::addStyleName(QStringView text)
-{
-    if (m_stack.size() == m_styleDepth + 1) {
-        m_styleName += text;
-    }
-}
-
-void Interpreter::finishStyle()
-{
-    if (m_isParagraphStyle) {
-        const QString name = m_styleName.section(QLatin1Char(';'), 0, 0).trimmed();
-        m_tables.styleNames.insert(m_styleNumber, name);
-        m_styles.insert(qMax(0, m_styleNumber), m_style);
-    } else if (m_isCharStyle) {
-        m_style.isCharStyle = true;
-        m_styles.insert(charStyleKey(m_styleNumber), m_style);
-    }
-    m_style = {};
-    m_styleName.clear();
-    m_styleNumber = 0;
-    m_isParagraphStyle = true;
-    m_isCharStyle = false;
-}
-
 void Interpreter::applyListSpecial(Special word, qint32 number)
 {
     const Destination destination = m_state.destination;

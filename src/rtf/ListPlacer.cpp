@@ -67,7 +67,13 @@ std::optional<ListLook> ListPlacer::look(ParaState &para, const Tables &tables) 
 {
     ListLook look;
     if (const qint32 place = para[ParaNumber::LegacyList]; place > 0) {
-        look = legacyLook(tables.legacyLists[std::size_t(place)], tables);
+        const LegacyList &legacy = tables.legacyLists[std::size_t(place)];
+        look = legacyLook(legacy, tables);
+        // \pnindent is the room for the label of a paragraph that says nothing of its own indents.
+        if (legacy.indent > 0 && !para.has(LeftIsSet) && !para.has(FirstLineIsSet)) {
+            para[ParaNumber::Left] = legacy.indent;
+            para[ParaNumber::FirstLine] = -legacy.indent;
+        }
     } else {
         const auto entry = tables.listOverrides.constFind(para[ParaNumber::ListNumber]);
         if (entry == tables.listOverrides.constEnd() || entry->list < 0) {

@@ -9,13 +9,39 @@
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextFragment>
+#include <QTextLength>
 #include <QTextList>
+#include <QTextOption>
 #include <QTextTable>
 
 #include <algorithm>
 
 namespace rtftest
 {
+
+// A property's value in words, the elements of lists included.
+inline QString wordsOf(const QVariant &value)
+{
+    if (value.typeId() == QMetaType::QVariantList) {
+        QStringList words;
+        const QVariantList elements = value.toList();
+        for (const QVariant &element : elements) {
+            words += wordsOf(element);
+        }
+        return QLatin1Char('[') + words.join(QStringLiteral(", ")) + QLatin1Char(']');
+    }
+    if (value.typeId() == qMetaTypeId<QTextOption::Tab>()) {
+        const auto tab = value.value<QTextOption::Tab>();
+        return QStringLiteral("tab %1 %2 %3").arg(tab.position).arg(int(tab.type)).arg(tab.delimiter.unicode());
+    }
+    if (value.typeId() == QMetaType::QTextLength) {
+        const auto length = value.value<QTextLength>();
+        return QStringLiteral("length %1 %2").arg(int(length.type())).arg(length.rawValue());
+    }
+    QString words;
+    QDebug(&words).nospace() << value;
+    return words;
+}
 
 // Everything that a document is made of, one line a block, run, list or table, for comparing documents.
 inline QString dump(const QTextDocument &document)
@@ -27,9 +53,7 @@ inline QString dump(const QTextDocument &document)
             if (it.key() == QTextFormat::ObjectIndex) {
                 continue;
             }
-            QString value;
-            QDebug(&value).nospace() << it.value();
-            text += QStringLiteral(" %1=%2").arg(it.key(), 0, 16).arg(value);
+            text += QStringLiteral(" %1=%2").arg(it.key(), 0, 16).arg(wordsOf(it.value()));
         }
         return text;
     };

@@ -1,0 +1,112 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "rtf/Interpreter.h"
+
+// The style sheet: what its styles say, and what a text takes from them.
+namespace rtf
+{
+
+namespace
+{
+
+constexpr std::size_t longestStyleChain = 16;
+
+} // namespace
+
+void Interpreter::addStyleName(QStringView text)
+{
+    if (m_stack.size() == m_styleDepth + 1) {
+        m_styleName += text;
+    }
+}
+
+void Interpreter::finishStyle()
+{
+    if (m_isParagraphStyle) {
+        const QString name = m_styleName.section(QLatin1Char(';'), 0, 0).trimmed();
+        m_tables.styleNames.insert(m_styleNumber, name);
+        m_styles.insert(qMax(0, m_styleNumber), m_style);
+    } else if (m_isCharStyle) {
+        m_style.isCharStyle = true;
+        m_styles.insert(charStyleKey(m_styleNumber), m_style);
+    }
+    m_style = {};
+    m_styleName.clear();
+    m_styleNumber = 0;
+    m_isParagraphStyle = true;
+    m_isCharStyle = false;
+}
+
+// \s, \cs and \ts: the number of a style that is being defined, or the style that the text takes.
+void Interpreter::applyStyleNumber(Special kind, int number)
+{
+    if (m_state.destination == Destination::StyleSheet) {
+        m_styleNumber = number;
+        m_isParagraphStyle = kind == Special::Style;
+        m_isCharStyle = kind == Special::CharStyle;
+    } else if (kind == Special::Style) {
+        setPara(ParaNumber::Style, number);
+        applyStyle(number);
+    } else if (kind == Special::CharStyle) {
+        applyStyle(charStyleKey(number));
+    }
+}
+
+// A style sets what it says and leaves the rest. Writers repeat a style's formatting behind it; hand-made texts do not.
+void Interpreter::applyStyle(int key)
+{
+    if (!m_styles.contains(key)) {
+        return;
+    }
+    const ResolvedStyle style = resolveStyle(key);
+    const CharState plainChars = CharState::plain();
+    for (std::size_t i = 0; i < plainChars.numbers.size(); ++i) {
+        if (style.chars.numbers[i] != plainChars.numbers[i]) {
+            setChar(static_cast<CharNumber>(i), style.chars.numbers[i]);
+        }
+    }
+    if ((m_state.chars.flags | style.chars.flags) != m_state.chars.flags) {
+        flush();
+        m_state.chars.flags |= style.chars.flags;
+    }
+    const ParaState plainPara = ParaState::plain();
+    for (std::size_t i = 0; i < plainPara.numbers.size(); ++i) {
+        if (style.para.numbers[i] != plainPara.numbers[i]) {
+            m_state.para.numbers[i] = style.para.numbers[i];
+        }
+    }
+    m_state.para.flags |= style.para.flags;
+}
+
+// The formatting of a style and of those it is based on.
+Interpreter::ResolvedStyle Interpreter::resolveStyle(int key)
+{
+    if (const auto known = m_resolvedStyles.constFind(key); known != m_resolvedStyles.constEnd()) {
+        return *known;
+    }
+    std::vector<const Style *> chain;
+    for (int next = key; chain.size() < longestStyleChain;) {
+        const auto style = m_styles.constFind(next);
+        if (style == m_styles.constEnd()) {
+            break;
+        }
+        chain.push_back(&*style);
+        next = style->isCharStyle ? charStyleKey(style->basedOn) : style->basedOn;
+    }
+    flush();
+    const Group before = m_state;
+    m_state.chars = CharState::plain();
+    m_state.para = ParaState::plain();
+    for (auto style = chain.rbegin(); style != chain.rend(); ++style) {
+        for (const StyleWord &word : (*style)->words) {
+            apply(*word.word, word.number, word.hasNumber);
+        }
+    }
+    const ResolvedStyle resolved{m_state.chars, m_state.para};
+    m_state = before;
+    m_resolvedStyles.insert(key, resolved);
+    return resolved;
+}
+
+} // namespace rtf
