@@ -36,7 +36,7 @@ void DocumentSink::text(QStringView text, const CharState &state)
 void DocumentSink::picture(const Picture &picture, const CharState &state)
 {
     const int around = m_formats.charFormat(state);
-    const int format = m_formats.add(addPicture(m_document, picture, m_formats.at(around)));
+    const int format = m_formats.add(addPicture(m_document, picture, m_formats.at(around), m_pixelsLeft));
     m_paragraph.text += QChar(QChar::ObjectReplacementCharacter);
     m_paragraph.runs.push_back({1, format, true, around});
 }

@@ -5,6 +5,7 @@
 
 #include "rtf/BlockPlacer.h"
 #include "rtf/Content.h"
+#include "rtf/Limits.h"
 #include "rtf/Sink.h"
 
 class QTextDocument;
@@ -41,6 +42,7 @@ private:
     void addTable(std::size_t depth, std::unique_ptr<Table> table);
 
     QTextDocument &m_document;
+    qint64 m_pixelsLeft = mostTextPixels;
     FormatCache m_formats;
     BlockPlacer m_placer;
     Paragraph m_paragraph;

@@ -5,6 +5,7 @@
 
 #include "rtf/Characters.h"
 #include "rtf/ControlWords.h"
+#include "rtf/Limits.h"
 #include "rtf/Sink.h"
 #include "rtf/State.h"
 #include "rtf/Tables.h"
@@ -18,18 +19,6 @@
 
 namespace rtf
 {
-
-// Groups nested deeper than this keep their text, but share the formatting of the group at this depth.
-constexpr std::size_t deepestGroup = 2000;
-
-// A table inside more tables than this becomes part of the one at this depth.
-constexpr int deepestTable = 8;
-
-// Cells of one row; the text of further ones joins the last.
-constexpr std::size_t mostCells = 255;
-
-// Tab stops of one paragraph; further ones are passed over.
-constexpr int mostTabs = 64;
 
 // Tells a sink what an RTF text says: reads tokens, keeps the stack of formatting, fills the tables, and turns notation
 // (escapes, fallbacks, merged or repeated definitions, sloppy table rows) into plain events.

@@ -3,6 +3,8 @@
 
 #include "rtf/Interpreter.h"
 
+#include <algorithm>
+
 // Where paragraphs, cells and rows end. Word processors set the table words with varying care; the sink sees whole
 // tables.
 namespace rtf
@@ -98,6 +100,10 @@ void Interpreter::closeRowsBelow(int depth)
 void Interpreter::finish()
 {
     flush();
+    const auto isPicture = [](const Group &group) { return group.destination == Destination::Picture; };
+    if (isPicture(m_state) || std::ranges::any_of(m_stack, isPicture)) {
+        finishPicture(); // the text was cut off inside it
+    }
     if (m_hasContent || !m_hasParagraph) {
         endParagraph(tableDepth());
     }

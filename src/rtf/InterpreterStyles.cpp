@@ -7,13 +7,6 @@
 namespace rtf
 {
 
-namespace
-{
-
-constexpr std::size_t longestStyleChain = 16;
-
-} // namespace
-
 void Interpreter::addStyleName(QStringView text)
 {
     if (m_stack.size() == m_styleDepth + 1) {

@@ -14,11 +14,6 @@ namespace rtf
 namespace
 {
 
-// Fonts that a text may define; a font beyond them is the default one.
-constexpr std::size_t mostFonts = 32000;
-constexpr std::size_t mostListLevels = 9;
-constexpr qsizetype longestFieldInstruction = 32768;
-
 struct Nesting {
     Destination inner;
     Destination outer;

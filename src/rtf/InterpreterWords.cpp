@@ -19,8 +19,6 @@ struct Range {
     qint32 highest;
 };
 
-constexpr qint32 mostColors = 32767;
-
 constexpr Range charRanges[] = {
     {0, 0},                          // Font, which never comes from a number directly
     {2, 3276},                       // Size
@@ -88,8 +86,6 @@ bool isCharacter(const ControlWord &word)
 {
     return word.action == Action::Character;
 }
-
-constexpr std::size_t mostStyleWords = 256;
 
 } // namespace
 

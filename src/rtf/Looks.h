@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "rtf/Limits.h"
 #include "rtf/State.h"
 #include "rtf/Tables.h"
 
@@ -74,9 +75,6 @@ struct ParaLook {
 
     bool operator==(const ParaLook &) const = default;
 };
-
-// RTF counts the units of a list label in one byte.
-constexpr qsizetype longestListLabel = 255;
 
 struct ListLook {
     int group = 0; // levels of one list share it; 0 none

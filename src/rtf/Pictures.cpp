@@ -28,7 +28,12 @@ namespace
 constexpr QLatin1StringView namePrefix("quillery:picture/");
 constexpr int originalBytes = QTextDocument::UserResource + 1;
 
-constexpr qint32 largest = 31680; // twips; 22 inches, the largest page
+// Where the bytes are kept as they came: a document keeps one resource under each name, whatever its type.
+QUrl originalUrl(const QString &name)
+{
+    return QUrl(name + QLatin1StringView("/original"));
+}
+
 constexpr qint32 himetricPerInch = 2540;
 constexpr qint32 twipsPerInch = 1440;
 constexpr int defaultPixels = 32;
@@ -111,9 +116,9 @@ qint32 side(const Picture &picture, PictureNumber goal, PictureNumber scale, Pic
     if (twips <= 0) {
         twips = (pixels > 0 ? pixels : defaultPixels) * 15;
     }
-    twips = std::min<qint64>(twips, 100 * largest);
+    twips = std::min<qint64>(twips, 100 * longestLength);
     const qint32 percent = picture[scale] > 0 ? std::min(picture[scale], 10000) : 100;
-    return static_cast<qint32>(std::clamp<qint64>((twips * percent + 50) / 100, 15, largest));
+    return static_cast<qint32>(std::clamp<qint64>((twips * percent + 50) / 100, 15, longestLength));
 }
 
 // The numbers that the image format does not hold, in the order in which they stand in its property.
@@ -125,7 +130,8 @@ constexpr PictureNumber keptNumbers[] = {
 
 } // namespace
 
-QTextImageFormat addPicture(QTextDocument &document, const Picture &picture, const QTextCharFormat &around)
+QTextImageFormat addPicture(QTextDocument &document, const Picture &picture, const QTextCharFormat &around,
+                            qint64 &pixelsLeft)
 {
     QCryptographicHash hash(QCryptographicHash::Sha1);
     hash.addData(picture.data);
@@ -136,10 +142,14 @@ QTextImageFormat addPicture(QTextDocument &document, const Picture &picture, con
     QByteArray bytes = shownBytes(picture);
     QBuffer buffer(&bytes);
     const QSize size = bytes.isEmpty() ? QSize() : QImageReader(&buffer).size();
-    const bool isShown = size.isValid() && qint64(size.width()) * size.height() <= mostPicturePixels;
+    const qint64 pixels = size.isValid() ? qint64(size.width()) * size.height() : 0;
+    const bool isShown = size.isValid() && pixels <= std::min(mostPicturePixels, pixelsLeft);
+    if (isShown) {
+        pixelsLeft -= pixels;
+    }
     const QUrl url(name);
     document.addResource(QTextDocument::ImageResource, url, isShown ? QVariant(bytes) : QVariant(placeholder()));
-    document.addResource(originalBytes, url, picture.data);
+    document.addResource(originalBytes, originalUrl(name), picture.data);
 
     QTextImageFormat format;
     format.merge(around);
@@ -167,9 +177,9 @@ std::optional<Picture> pictureOf(const QTextDocument &document, const QTextImage
     for (std::size_t i = 0; i < std::size(keptNumbers); ++i) {
         picture[keptNumbers[i]] = kept.value(qsizetype(i) + 1).toInt();
     }
-    picture[PictureNumber::GoalWidth] = std::clamp(twipsFromPixels(format.width()), 15, largest);
-    picture[PictureNumber::GoalHeight] = std::clamp(twipsFromPixels(format.height()), 15, largest);
-    picture.data = document.resource(originalBytes, QUrl(format.name())).toByteArray();
+    picture[PictureNumber::GoalWidth] = std::clamp(twipsFromPixels(format.width()), 15, longestLength);
+    picture[PictureNumber::GoalHeight] = std::clamp(twipsFromPixels(format.height()), 15, longestLength);
+    picture.data = document.resource(originalBytes, originalUrl(format.name())).toByteArray();
     return picture;
 }
 

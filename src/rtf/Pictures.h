@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "rtf/Limits.h"
 #include "rtf/Tables.h"
 
 #include <QTextImageFormat>
@@ -14,12 +15,11 @@ class QTextDocument;
 namespace rtf
 {
 
-// A picture of more pixels than this is kept but not shown.
-constexpr qint64 mostPicturePixels = 25'000'000;
-
 // Puts a picture into the document's resources and gives the format that shows it. PNG, JPEG, BMP and DIB are shown; of
 // other kinds, damaged ones and too large ones, the place is. The bytes stay as they came. No file is ever looked for.
-QTextImageFormat addPicture(QTextDocument &document, const Picture &picture, const QTextCharFormat &around);
+// What it shows is taken from `pixelsLeft`.
+QTextImageFormat addPicture(QTextDocument &document, const Picture &picture, const QTextCharFormat &around,
+                            qint64 &pixelsLeft);
 
 // The picture that a format of the document shows, sizes as they are shown now; none for one that is not held in the
 // document.

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "rtf/Limits.h"
+
 #include <QtGlobal>
 
 // Lengths: RTF counts twips (1440 to the inch), a text document counts pixels of 96 to the inch.
@@ -10,9 +12,6 @@ namespace rtf
 {
 
 constexpr qreal twipsPerPixel = 15.0;
-
-// Word processors allow pages of 22 inches; what lies beyond is no length.
-constexpr int longestLength = 31680;
 
 constexpr qreal pixelsFromTwips(int twips)
 {

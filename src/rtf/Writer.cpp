@@ -4,6 +4,7 @@
 #include "rtf/Writer.h"
 
 #include "rtf/FieldInstruction.h"
+#include "rtf/Limits.h"
 #include "rtf/Properties.h"
 #include "rtf/Units.h"
 
@@ -20,9 +21,6 @@ namespace rtf
 
 namespace
 {
-
-// Tables inside more tables than this are written as their text.
-constexpr int deepestWrittenTable = 8;
 
 constexpr int standardTab = 720; // twips; what a reader takes without \deftab
 
@@ -99,7 +97,7 @@ void Writer::writeFrame(QTextFrame::iterator begin, QTextFrame::iterator end, Pa
                 place.isOpen = false;
             }
             const auto *table = qobject_cast<QTextTable *>(frame);
-            if (table != nullptr && place.depth < deepestWrittenTable) {
+            if (table != nullptr && place.depth < deepestTable) {
                 writeTable(*table, place.depth + 1);
             } else {
                 writeFrame(frame->begin(), frame->end(), place);

@@ -1,0 +1,52 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QtGlobal>
+
+#include <cstddef>
+
+// How much of anything a text may have, so that no text costs more than a small multiple of its bytes. What lies beyond
+// is passed over or takes the nearest value; the words themselves are always kept.
+namespace rtf
+{
+
+// Word processors allow pages of 22 inches; what lies beyond is no length. Twips.
+constexpr int longestLength = 31680;
+
+// Groups nested deeper than this keep their text, but share the formatting of the group at this depth.
+constexpr std::size_t deepestGroup = 2000;
+
+// A table inside more tables than this becomes part of the one at this depth.
+constexpr int deepestTable = 8;
+
+// Cells of one row; the text of further ones joins the last.
+constexpr std::size_t mostCells = 255;
+
+// Tab stops of one paragraph; further ones are passed over.
+constexpr int mostTabs = 64;
+
+// Fonts that a text may define, the default one included; a font beyond them is the default one.
+constexpr std::size_t mostFonts = 32000;
+
+constexpr qint32 mostColors = 32767;
+constexpr std::size_t mostListLevels = 9;
+
+// RTF counts the units of a list label in one byte.
+constexpr qsizetype longestListLabel = 255;
+
+// Units of a field's instruction.
+constexpr qsizetype longestFieldInstruction = 32768;
+
+// Control words of one style, and styles that one is based on in turn.
+constexpr std::size_t mostStyleWords = 256;
+constexpr std::size_t longestStyleChain = 16;
+
+// A picture of more pixels than this is kept but not shown.
+constexpr qint64 mostPicturePixels = 25'000'000;
+
+// Nor is one that would bring all pictures of a text beyond this: small files can unpack to a great many pixels.
+constexpr qint64 mostTextPixels = 100'000'000;
+
+} // namespace rtf
