@@ -1,0 +1,117 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "platform/PageFormatter.h"
+
+#include "platform/LineFilter.h"
+#include "platform/SealedDocument.h"
+#include "rtf/PlainText.h"
+#include "rtf/Rtf.h"
+#include "util/AnsiCodec.h"
+
+#include <QAbstractTextDocumentLayout>
+#include <QPainter>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextLayout>
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+
+PageFormatter::PageFormatter(const QByteArray &rtf, const QFont &base, QPaintDevice &device, const QSizeF &size)
+    : m_document(std::make_unique<SealedDocument>())
+{
+    m_document->setUndoRedoEnabled(false);
+    m_document->setDefaultFont(base);
+    if (rtf::isRtf(rtf))
+        rtf::read(rtf, *m_document);
+    else
+        m_document->setPlainText(AnsiCodec::toText(rtf));
+    m_document->setDocumentMargin(0);
+    m_document->documentLayout()->setPaintDevice(&device);
+    fitPictures(size * 96.0 / device.logicalDpiX());
+    m_document->setPageSize(size);
+    m_length = rtf::textOffset(*m_document, m_document->characterCount());
+    findPages();
+}
+
+PageFormatter::~PageFormatter() = default;
+
+// A picture that is larger than a page is made as large as the page, so that all of it is printed. The size is in
+// pixels of 96 to the inch, as that of pictures.
+void PageFormatter::fitPictures(const QSizeF &size)
+{
+    QTextCursor cursor(m_document.get());
+    for (QTextBlock block = m_document->begin(); block.isValid(); block = block.next()) {
+        for (QTextBlock::iterator it = block.begin(); !it.atEnd(); ++it) {
+            QTextImageFormat picture = it.fragment().charFormat().toImageFormat();
+            if (!picture.isValid() || (picture.width() <= size.width() && picture.height() <= size.height()))
+                continue;
+            const qreal factor = std::min(size.width() / picture.width(), size.height() / picture.height()) * 0.99;
+            const int from = it.fragment().position();
+            const int to = from + it.fragment().length();
+            picture.setWidth(picture.width() * factor);
+            picture.setHeight(picture.height() * factor);
+            cursor.setPosition(from);
+            cursor.setPosition(to, QTextCursor::KeepAnchor);
+            cursor.setCharFormat(picture);
+            it = block.begin();
+        }
+    }
+}
+
+// One walk over the lines: the layout has put each on a page already.
+void PageFormatter::findPages()
+{
+    const qreal height = m_document->pageSize().height();
+    QAbstractTextDocumentLayout &layout = *m_document->documentLayout();
+    layout.documentSize();
+    std::map<int, int> starts; // by page of the layout
+    for (QTextBlock block = m_document->begin(); block.isValid(); block = block.next()) {
+        const qreal top = layout.blockBoundingRect(block).top();
+        const QTextLayout &lines = *block.layout();
+        for (int i = 0; i < lines.lineCount(); ++i) {
+            const QTextLine line = lines.lineAt(i);
+            const int page =
+                std::max(0, int(std::floor((top + line.y() + std::min(line.height(), height) / 2) / height)));
+            const int position = block.position() + line.textStart();
+            const auto [known, isNew] = starts.try_emplace(page, position);
+            if (!isNew)
+                known->second = std::min(known->second, position);
+        }
+    }
+    if (starts.empty())
+        starts.emplace(0, 0);
+    int previous = -1;
+    for (const auto &[page, position] : starts) {
+        // Cells side by side may break in another order than their text stands in; every page moves on all the same.
+        const int start = std::max(rtf::textOffset(*m_document, position), previous + 1);
+        m_sheets.push_back(page);
+        m_starts.push_back(m_starts.empty() ? 0 : start);
+        previous = m_starts.back();
+    }
+}
+
+int PageFormatter::format(QPainter *painter, const QPointF &corner, int first) const
+{
+    const auto next = std::upper_bound(m_starts.begin(), m_starts.end(), first);
+    const auto place = std::size_t(std::max<std::ptrdiff_t>(0, next - m_starts.begin() - 1));
+    if (painter != nullptr) {
+        const QSizeF size = m_document->pageSize();
+        const qreal top = m_sheets[place] * size.height();
+        painter->save();
+        painter->translate(corner);
+        painter->setClipRect(QRectF(QPointF(0, 0), size), Qt::IntersectClip);
+        painter->translate(0, -top);
+        LineFilter filter(*painter, top, top + size.height());
+        QPainter inner(&filter);
+        QAbstractTextDocumentLayout::PaintContext context;
+        context.clip = QRectF(0, top, size.width(), size.height());
+        context.palette.setColor(QPalette::Text, Qt::black);
+        m_document->documentLayout()->draw(&inner, context);
+        inner.end();
+        painter->restore();
+    }
+    return next == m_starts.end() ? m_length : *next;
+}

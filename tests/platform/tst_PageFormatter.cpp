@@ -1,0 +1,241 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "platform/PageFormatter.h"
+
+#include <QImage>
+#include <QPainter>
+#include <QPdfWriter>
+#include <QProcess>
+#include <QRegularExpression>
+#include <QTemporaryDir>
+#include <QTest>
+
+namespace
+{
+
+constexpr int dotsPerInch = 600;
+const QSizeF pageSize(6 * dotsPerInch, 8 * dotsPerInch);
+
+QByteArray paragraphs(int count, const QByteArray &words = "some words that fill the line of a page")
+{
+    QByteArray rtf("{\\rtf1{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs24 ");
+    for (int i = 0; i < count; ++i) {
+        rtf += "p" + QByteArray::number(i) + " " + words + "\\par\n";
+    }
+    return rtf + "}";
+}
+
+} // namespace
+
+// Pages as a printer gets them, in PDF files read by another program.
+class TestPageFormatter : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void aShortTextIsOnePage();
+    void anEmptyTextIsOneEmptyPage();
+    void eachPageGoesOnWhereTheLastOneEnded();
+    void aTextThatEndsAtThePagesEndNeedsNoOtherPage();
+    void everyLineStandsInTheFileOnce_data();
+    void everyLineStandsInTheFileOnce();
+    void textIsBlackOnWhite();
+    void picturesLargerThanAPageAreMadeToFit();
+    void namesOfFilesAreNotFollowed();
+
+private:
+    // Prints the text and gives the words of each page.
+    QList<QStringList> wordsOf(const QByteArray &rtf);
+
+    QTemporaryDir m_folder;
+    std::unique_ptr<QPdfWriter> m_device;
+};
+
+void TestPageFormatter::initTestCase()
+{
+    QVERIFY(m_folder.isValid());
+    m_device = std::make_unique<QPdfWriter>(m_folder.filePath(QStringLiteral("metrics.pdf")));
+    m_device->setResolution(dotsPerInch);
+}
+
+QList<QStringList> TestPageFormatter::wordsOf(const QByteArray &rtf)
+{
+    const QString name = m_folder.filePath(QStringLiteral("pages.pdf"));
+    {
+        QPdfWriter writer(name);
+        writer.setResolution(dotsPerInch);
+        const PageFormatter pages(rtf, QFont(), writer, pageSize);
+        QPainter painter(&writer);
+        int first = 0;
+        while ((first = pages.format(&painter, QPointF(0, 0), first)) < pages.length()) {
+            writer.newPage();
+        }
+    }
+    QProcess reader;
+    reader.start(QStringLiteral("pdftotext"), {QStringLiteral("-layout"), name, QStringLiteral("-")});
+    if (!reader.waitForFinished() || reader.exitCode() != 0) {
+        qWarning("pdftotext is needed: %s", qPrintable(reader.errorString()));
+        return {};
+    }
+    QList<QStringList> words;
+    const QStringList pages = QString::fromUtf8(reader.readAllStandardOutput()).split(QLatin1Char('\f'));
+    for (const QString &page : pages) {
+        words << page.split(QRegularExpression(QStringLiteral("\\s+")), Qt::SkipEmptyParts);
+    }
+    words.removeLast(); // a form feed ends each page
+    return words;
+}
+
+void TestPageFormatter::aShortTextIsOnePage()
+{
+    const PageFormatter pages(paragraphs(3), QFont(), *m_device, pageSize);
+    QCOMPARE(pages.pageCount(), 1);
+    QCOMPARE(pages.format(nullptr, {}, 0), pages.length());
+    QCOMPARE(wordsOf(paragraphs(3)).size(), 1);
+}
+
+void TestPageFormatter::anEmptyTextIsOneEmptyPage()
+{
+    const PageFormatter pages({}, QFont(), *m_device, pageSize);
+    QCOMPARE(pages.pageCount(), 1);
+    QCOMPARE(pages.format(nullptr, {}, 0), 0);
+}
+
+void TestPageFormatter::eachPageGoesOnWhereTheLastOneEnded()
+{
+    const PageFormatter pages(paragraphs(200), QFont(), *m_device, pageSize);
+    QVERIFY(pages.pageCount() > 3);
+    int first = 0;
+    for (int page = 0; page < pages.pageCount(); ++page) {
+        QCOMPARE(pages.firstCharacter(page), first);
+        const int next = pages.format(nullptr, {}, first);
+        QVERIFY(next > first);
+        // Any character of a page means that page.
+        QCOMPARE(pages.format(nullptr, {}, next - 1), next);
+        first = next;
+    }
+    QCOMPARE(first, pages.length());
+}
+
+void TestPageFormatter::aTextThatEndsAtThePagesEndNeedsNoOtherPage()
+{
+    int perPage = 1;
+    while (PageFormatter(paragraphs(perPage + 1, "x"), QFont(), *m_device, pageSize).pageCount() == 1) {
+        ++perPage;
+    }
+    QVERIFY(perPage > 5);
+    QCOMPARE(wordsOf(paragraphs(perPage, "x")).size(), 1);
+    QCOMPARE(wordsOf(paragraphs(2 * perPage, "x")).size(), 2);
+    QCOMPARE(wordsOf(paragraphs(2 * perPage + 1, "x")).size(), 3);
+}
+
+void TestPageFormatter::everyLineStandsInTheFileOnce_data()
+{
+    QTest::addColumn<QByteArray>("rtf");
+    QTest::addColumn<int>("count");
+    const auto numbered = [](int count) {
+        QByteArray words;
+        for (int i = 0; i < count; ++i) {
+            words += "w" + QByteArray::number(i) + "w ";
+        }
+        return words;
+    };
+    QTest::newRow("short paragraphs") << paragraphs(1, numbered(10)) << 10;
+    QTest::newRow("a paragraph over several pages") << paragraphs(1, numbered(3000)) << 3000;
+    QTest::newRow("a list") << "{\\rtf1{\\*\\pn\\pnlvlbody\\pndec{\\pntxta .}}" +
+                                   numbered(2000).replace(" ", "\\par ") + "}"
+                            << 2000;
+    QByteArray table("{\\rtf1 ");
+    for (int row = 0; row < 150; ++row) {
+        table += "\\trowd\\cellx4000\\cellx8000\\intbl w" + QByteArray::number(2 * row) + "w\\line x\\cell w" +
+                 QByteArray::number(2 * row + 1) + "w\\cell\\row\n";
+    }
+    QTest::newRow("a table") << table + "\\pard}" << 300;
+    QTest::newRow("a cell over several pages")
+        << "{\\rtf1\\trowd\\cellx3000\\cellx8000\\intbl side\\cell " + numbered(1500) + "\\cell\\row\\pard}" << 1500;
+}
+
+void TestPageFormatter::everyLineStandsInTheFileOnce()
+{
+    QFETCH(const QByteArray, rtf);
+    QFETCH(const int, count);
+    QList<int> found;
+    const QList<QStringList> pages = wordsOf(rtf);
+    QVERIFY(!pages.isEmpty());
+    static const QRegularExpression numbered(QStringLiteral("^w(\\d+)w$"));
+    for (const QStringList &page : pages) {
+        for (const QString &word : page) {
+            if (const auto match = numbered.match(word); match.hasMatch()) {
+                found << match.captured(1).toInt();
+            }
+        }
+    }
+    QCOMPARE(found.size(), count);
+    QVERIFY(std::is_sorted(found.cbegin(), found.cend()));
+    QCOMPARE(found.value(0), 0);
+    QCOMPARE(found.value(count - 1), count - 1);
+}
+
+void TestPageFormatter::textIsBlackOnWhite()
+{
+    QPalette dark;
+    dark.setColor(QPalette::Text, Qt::white);
+    dark.setColor(QPalette::Base, Qt::black);
+    QGuiApplication::setPalette(dark);
+    QImage image(600, 200, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    {
+        const PageFormatter pages("{\\rtf1\\fs80 HHHH}", QFont(), image, image.size());
+        QPainter painter(&image);
+        pages.format(&painter, {}, 0);
+    }
+    QGuiApplication::setPalette(QPalette());
+    bool hasBlack = false;
+    for (int x = 0; x < image.width(); ++x) {
+        for (int y = 0; y < image.height(); ++y) {
+            hasBlack = hasBlack || image.pixel(x, y) == qRgb(0, 0, 0);
+        }
+    }
+    QVERIFY(hasBlack);
+}
+
+void TestPageFormatter::picturesLargerThanAPageAreMadeToFit()
+{
+    const PageFormatter pages("{\\rtf1 a\\par{\\pict\\wmetafile8\\picwgoal30000\\pichgoal30000 0102}\\par b}", QFont(),
+                              *m_device, pageSize);
+    QVERIFY2(pages.pageCount() <= 3, qPrintable(QString::number(pages.pageCount())));
+    int first = 0;
+    int count = 0;
+    while (first < pages.length()) {
+        first = pages.format(nullptr, {}, first);
+        ++count;
+    }
+    QCOMPARE(count, pages.pageCount());
+}
+
+void TestPageFormatter::namesOfFilesAreNotFollowed()
+{
+    const QString secret = m_folder.filePath(QStringLiteral("secret.png"));
+    QImage picture(20, 20, QImage::Format_RGB32);
+    picture.fill(Qt::red);
+    QVERIFY(picture.save(secret));
+    QImage image(300, 300, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    {
+        const PageFormatter pages("{\\rtf1{\\field{\\*\\fldinst INCLUDEPICTURE \"" + secret.toUtf8() +
+                                      "\"}{\\fldrslt x}}}",
+                                  QFont(), image, image.size());
+        QPainter painter(&image);
+        pages.format(&painter, {}, 0);
+    }
+    for (int x = 0; x < image.width(); ++x) {
+        for (int y = 0; y < image.height(); ++y) {
+            QVERIFY(image.pixel(x, y) != qRgb(255, 0, 0));
+        }
+    }
+}
+
+QTEST_MAIN(TestPageFormatter)
+#include "tst_PageFormatter.moc"
