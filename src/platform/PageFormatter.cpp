@@ -19,6 +19,14 @@
 #include <cmath>
 #include <map>
 
+namespace
+{
+
+// What a text document counts its lengths in.
+constexpr qreal screenDpi = 96;
+
+} // namespace
+
 PageFormatter::PageFormatter(const QByteArray &rtf, const QFont &base, QPaintDevice &device, const QSizeF &size)
     : m_document(std::make_unique<SealedDocument>())
 {
@@ -29,8 +37,9 @@ PageFormatter::PageFormatter(const QByteArray &rtf, const QFont &base, QPaintDev
     else
         m_document->setPlainText(AnsiCodec::toText(rtf));
     m_document->setDocumentMargin(0);
+    fitPictures(size * screenDpi / device.logicalDpiX());
+    scaleIndents(device.logicalDpiX() / screenDpi);
     m_document->documentLayout()->setPaintDevice(&device);
-    fitPictures(size * 96.0 / device.logicalDpiX());
     m_document->setPageSize(size);
     m_length = rtf::textOffset(*m_document, m_document->characterCount());
     findPages();
@@ -59,6 +68,24 @@ void PageFormatter::fitPictures(const QSizeF &size)
             it = block.begin();
         }
     }
+}
+
+// A layout for another device scales every length but the indents of paragraphs.
+void PageFormatter::scaleIndents(qreal factor)
+{
+    QTextCursor cursor(m_document.get());
+    cursor.beginEditBlock();
+    for (QTextBlock block = m_document->begin(); block.isValid(); block = block.next()) {
+        QTextBlockFormat format = block.blockFormat();
+        if (format.leftMargin() == 0 && format.rightMargin() == 0 && format.textIndent() == 0)
+            continue;
+        format.setLeftMargin(format.leftMargin() * factor);
+        format.setRightMargin(format.rightMargin() * factor);
+        format.setTextIndent(format.textIndent() * factor);
+        cursor.setPosition(block.position());
+        cursor.setBlockFormat(format);
+    }
+    cursor.endEditBlock();
 }
 
 // One walk over the lines: the layout has put each on a page already.

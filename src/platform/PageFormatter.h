@@ -40,6 +40,7 @@ public:
 
 private:
     void fitPictures(const QSizeF &size);
+    void scaleIndents(qreal factor);
     void findPages();
 
     std::unique_ptr<QTextDocument> m_document;

@@ -42,6 +42,8 @@ private Q_SLOTS:
     void everyLineStandsInTheFileOnce_data();
     void everyLineStandsInTheFileOnce();
     void textIsBlackOnWhite();
+    void indentsAreAsWideOnPaper();
+    void distancesAreAsTallOnPaper();
     void picturesLargerThanAPageAreMadeToFit();
     void namesOfFilesAreNotFollowed();
 
@@ -199,6 +201,66 @@ void TestPageFormatter::textIsBlackOnWhite()
         }
     }
     QVERIFY(hasBlack);
+}
+
+void TestPageFormatter::indentsAreAsWideOnPaper()
+{
+    constexpr int dpi = 300;
+    QImage image(3 * dpi, dpi, QImage::Format_RGB32);
+    image.setDotsPerMeterX(qRound(dpi / 0.0254));
+    image.setDotsPerMeterY(qRound(dpi / 0.0254));
+    const auto leftEdge = [&image](const QByteArray &rtf) {
+        image.fill(Qt::white);
+        const PageFormatter pages(rtf, QFont(), image, image.size());
+        QPainter painter(&image);
+        pages.format(&painter, {}, 0);
+        for (int x = 0; x < image.width(); ++x) {
+            for (int y = 0; y < image.height(); ++y) {
+                if (qGray(image.pixel(x, y)) < 100) {
+                    return x;
+                }
+            }
+        }
+        return -1;
+    };
+    const int none = leftEdge("{\\rtf1\\fs40 H}");
+    QVERIFY(none >= 0);
+    // Within a point.
+    const auto isInch = [](int distance) { return qAbs(distance - dpi) <= dpi / 72; };
+    for (const QByteArray &indents :
+         {QByteArray("\\li1440"), QByteArray("\\fi1440"), QByteArray("\\li720\\fi720"), QByteArray("\\tx1440\\tab"),
+          QByteArray("\\trowd\\trleft0\\trgaph0\\cellx1440\\cellx2880\\intbl\\cell")}) {
+        const int left = leftEdge("{\\rtf1\\fs40" + indents + " H}") - none;
+        QVERIFY2(isInch(left), qPrintable(QString::fromLatin1(indents) + QStringLiteral(": %1").arg(left)));
+    }
+}
+
+void TestPageFormatter::distancesAreAsTallOnPaper()
+{
+    constexpr int dpi = 300;
+    QImage image(dpi, 3 * dpi, QImage::Format_RGB32);
+    image.setDotsPerMeterX(qRound(dpi / 0.0254));
+    image.setDotsPerMeterY(qRound(dpi / 0.0254));
+    const auto lowest = [&image](const QByteArray &rtf) {
+        image.fill(Qt::white);
+        const PageFormatter pages(rtf, QFont(), image, image.size());
+        QPainter painter(&image);
+        pages.format(&painter, {}, 0);
+        for (int y = image.height() - 1; y >= 0; --y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (qGray(image.pixel(x, y)) < 100) {
+                    return y;
+                }
+            }
+        }
+        return -1;
+    };
+    const int none = lowest("{\\rtf1\\fs20 H\\par H}");
+    for (const QByteArray &distance : {QByteArray("\\sb1440"), QByteArray("\\sb720\\sa1440")}) {
+        const int down = lowest("{\\rtf1\\fs20" + distance + " H\\par\\sa0 H}") - none;
+        QVERIFY2(qAbs(down - dpi) <= dpi / 72,
+                 qPrintable(QString::fromLatin1(distance) + QStringLiteral(": %1").arg(down)));
+    }
 }
 
 void TestPageFormatter::picturesLargerThanAPageAreMadeToFit()
