@@ -3,6 +3,8 @@
 
 #include "rtf/TableShape.h"
 
+#include "rtf/Limits.h"
+
 #include <algorithm>
 #include <cstdlib>
 
@@ -12,21 +14,25 @@ namespace rtf
 namespace
 {
 
-constexpr qint32 snapDistance = 40;   // twips; edges nearer than that are one
-constexpr qint32 narrowest = 60;      // a cell's width at least, twips
-constexpr qint32 furthest = 31680;    // twips; 22 inches, the largest page
+constexpr qint32 snapDistance = 40; // twips; edges nearer than that are one
+constexpr qint32 narrowest = 60;    // a cell's width at least, twips
+constexpr qint32 furthest = longestLength;
+// So that the cells of the longest row have a width each.
+constexpr qint32 furthestLeft = furthest - narrowest * qint32(mostCells);
 constexpr qint32 widthWithout = 1440; // of a cell that the row does not define
 
 // How many places the grid may have beyond what the cells need.
 constexpr std::size_t freePlaces = 4096;
 constexpr std::size_t placesPerCell = 8;
 
-// The edge for a cell that should end at this place: a known one near it, if that leaves the cell a width.
-qint32 snapped(const std::vector<qint32> &edges, qint32 place, qint32 previous)
+// The edge for a cell that should end at this place: a known one near it, if that leaves this cell and those behind it
+// a width.
+qint32 snapped(const std::vector<qint32> &edges, qint32 place, qint32 previous, qint32 limit)
 {
     const auto above = std::ranges::lower_bound(edges, place);
     for (auto near : {above, above == edges.begin() ? edges.end() : above - 1}) {
-        if (near != edges.end() && std::abs(*near - place) <= snapDistance && *near >= previous + narrowest) {
+        if (near != edges.end() && std::abs(*near - place) <= snapDistance && *near >= previous + narrowest &&
+            *near <= limit) {
             return *near;
         }
     }
@@ -48,7 +54,7 @@ bool TableShape::addRow(const RowState &row, const std::vector<bool> &isEmpty)
     std::vector<qint32> edges = m_edges;
     std::vector<Cell> cells;
     const std::size_t count = isEmpty.size();
-    qint32 left = edges.empty() ? row.left : edges.front();
+    qint32 left = edges.empty() ? std::min(row.left, furthestLeft) : edges.front();
     if (edges.empty()) {
         edges.push_back(left);
     }
@@ -56,7 +62,8 @@ bool TableShape::addRow(const RowState &row, const std::vector<bool> &isEmpty)
         const bool isLast = i + 1 == count;
         const std::size_t definition = isLast && !row.cells.empty() ? std::max(i, row.cells.size() - 1) : i;
         const qint32 wanted = definition < row.cells.size() ? row.cells[definition].right : left + widthWithout;
-        const qint32 right = snapped(m_edges, std::max(std::min(wanted, furthest), left + narrowest), left);
+        const qint32 limit = furthest - narrowest * qint32(count - 1 - i);
+        const qint32 right = snapped(m_edges, std::max(std::min(wanted, limit), left + narrowest), left, limit);
         cells.push_back({left, right, Joined::No, 1, 0});
         left = right;
     }
