@@ -2,7 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 // Judges a native file and prints it for the scripts beside this: its faults, or one line for the selected entry's key
-// and one an entry with path, flags, label and plain text, line ends of the text as "|".
+// and one an entry with path, flags, label and plain text, line ends of the text as "|". With a path behind the file,
+// prints that entry's text as it is stored, inflated.
 
 #include "support/NativeChecker.h"
 
@@ -23,12 +24,17 @@ static QString plainText(const NativeEntry &entry)
 
 int main(int argc, char *argv[])
 {
-    if (argc != 2)
+    if (argc != 2 && argc != 3)
         return 2;
     const NativeFile file = checkNativeFile(QFile::decodeName(argv[1]));
     if (!file.fault.isEmpty()) {
         std::printf("fault: %s\n", qPrintable(file.fault));
         return 1;
+    }
+    if (argc == 3) {
+        const QByteArray text = file.entry(argv[2]).text;
+        std::fwrite(text.constData(), 1, std::size_t(text.size()), stdout);
+        return 0;
     }
     std::printf("selected %s\n", file.header.value("selecteditemkey").constData());
     for (const NativeEntry &entry : file.entries) {
