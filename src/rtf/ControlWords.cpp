@@ -39,7 +39,7 @@ constexpr NameKey keyOf(const char *name, std::size_t size)
 }
 
 // Places in the table by hash of the name; the next slot is taken on a clash.
-struct Slot {
+struct WordSlot {
     NameKey key;
     quint32 size = 0; // of the name; 0 where there is none
     quint32 place = 0;
@@ -53,8 +53,8 @@ constexpr std::size_t slotOf(const NameKey &key)
     return ((key.head + key.rest) * 0x9E3779B97F4A7C15u) >> 53;
 }
 
-constexpr std::array<Slot, slotCount> slots = [] {
-    std::array<Slot, slotCount> table{};
+constexpr std::array<WordSlot, slotCount> slots = [] {
+    std::array<WordSlot, slotCount> table{};
     for (std::size_t i = 0; i < std::size(controlWords); ++i) {
         const std::string_view name = controlWords[i].name;
         const NameKey key = keyOf(name.data(), name.size());

@@ -55,10 +55,16 @@ int FormatCache::add(const QTextCharFormat &format)
 const QTextBlockFormat &FormatCache::blockFormat(const ParaState &state, bool isInList)
 {
     auto &formats = m_blockFormats[isInList ? 1 : 0];
+    if (m_lastBlock != nullptr && m_lastIsInList == isInList && m_lastPara == state) {
+        return *m_lastBlock;
+    }
     const auto [entry, isNew] = formats.try_emplace(state);
     if (isNew) {
         entry->second = rtf::blockFormat(paraLook(state, *m_tables), isInList);
     }
+    m_lastPara = state;
+    m_lastIsInList = isInList;
+    m_lastBlock = &entry->second; // which stays where it is
     return entry->second;
 }
 

@@ -60,6 +60,11 @@ private:
     std::unordered_map<ParaState, QTextBlockFormat, StateHash<ParaState>> m_blockFormats[2];
     quint32 m_revision = 0; // of the tables, when the places were last right
 
+    // What the last paragraph was; most have one like them before.
+    ParaState m_lastPara;
+    bool m_lastIsInList = false;
+    const QTextBlockFormat *m_lastBlock = nullptr;
+
     // The states asked for last: the runs of a text take turns between a few.
     struct Recent {
         CharState state;

@@ -65,6 +65,9 @@ ListPlacer::ListPlacer(const QTextDocument &document)
 
 std::optional<ListLook> ListPlacer::look(ParaState &para, const Tables &tables) const
 {
+    if (para[ParaNumber::LegacyList] <= 0 && para[ParaNumber::ListNumber] <= 0) {
+        return {};
+    }
     ListLook look;
     if (const qint32 place = para[ParaNumber::LegacyList]; place > 0) {
         const LegacyList &legacy = tables.legacyLists[std::size_t(place)];

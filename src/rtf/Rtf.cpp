@@ -28,7 +28,9 @@ void read(QByteArrayView rtf, QTextDocument &document)
 {
     const bool keepsUndo = document.isUndoRedoEnabled();
     document.setUndoRedoEnabled(false);
-    document.clear();
+    if (!document.isEmpty()) {
+        document.clear();
+    }
     QTextCursor cursor(&document);
     cursor.beginEditBlock();
     DocumentSink sink(cursor, BlockPlacer::Start::EmptyDocument);

@@ -71,8 +71,9 @@ enum class UnderlineKind : qint16 {
 };
 
 struct CharState {
-    std::array<qint32, std::size_t(CharNumber::Count)> numbers{};
+    // First, because it is what states differ in most often.
     quint32 flags = 0;
+    std::array<qint32, std::size_t(CharNumber::Count)> numbers{};
 
     qint32 &operator[](CharNumber number) { return numbers[std::size_t(number)]; }
 

@@ -24,7 +24,7 @@ constexpr std::array<bool, 256> plainBytes = [] {
     return table;
 }();
 
-bool isPlain(char c)
+bool isPlainByte(char c)
 {
     return plainBytes[static_cast<quint8>(c)];
 }
@@ -46,7 +46,7 @@ const char *endOfPlain(const char *at, const char *end)
             break;
         }
     }
-    return std::find_if_not(at, end, isPlain);
+    return std::find_if_not(at, end, isPlainByte);
 }
 
 bool isLetter(char c)
@@ -98,7 +98,7 @@ Token Tokenizer::next()
 {
     while (m_at != m_end) {
         const char c = *m_at;
-        if (isPlain(c)) {
+        if (isPlainByte(c)) {
             const char *begin = m_at;
             m_at = endOfPlain(m_at, m_end);
             Token token = simpleToken(Token::Kind::Text);
