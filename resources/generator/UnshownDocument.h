@@ -53,6 +53,10 @@ public:
 
     void setSelText(const QString &) override {}
 
+    void mapSelText(const std::function<QString(const QString &)> &) override {}
+
+    void clearText() override {}
+
     int SelStart() const override { return 0; }
 
     void setSelStart(int) override {}

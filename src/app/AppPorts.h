@@ -3,7 +3,6 @@
 
 #pragma once
 
-#include <QDateTime>
 #include <QString>
 
 class LockKeys;
@@ -47,19 +46,11 @@ public:
     virtual void setSeparatorVisible(bool visible) = 0;
 };
 
-class Clock
-{
-public:
-    virtual ~Clock() = default;
-    virtual QDateTime now() const = 0;
-};
-
 struct AppPorts {
     SettingsStore *settings = nullptr;
     MainWindow *mainWindow = nullptr;
     modMRU *recentFiles = nullptr;
     const SessionLog *log = nullptr;
-    const Clock *clock = nullptr;
     // The command line's argument text: file names separated by single blanks.
     QString commandLine;
     // Null where there is no keyboard to ask.

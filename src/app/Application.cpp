@@ -12,8 +12,9 @@ Application::Application(const QString &commandLine)
     : m_log(SessionLog::folders(QCoreApplication::applicationDirPath()))
     , m_recentFiles(m_settings, m_mainWindow.recentFileItems())
 {
-    ports() = {&m_mainWindow, &m_mainWindow, &m_dialogs, &m_pointer, &m_recentFiles, &m_clipboard, &m_formats};
-    appPorts() = {&m_settings, &m_mainWindow, &m_recentFiles, &m_log, &m_clock, commandLine, &m_lockKeys};
+    ports() = {&m_mainWindow,  &m_mainWindow, &m_dialogs, &m_pointer,
+               &m_recentFiles, &m_clipboard,  &m_formats, &m_clock};
+    appPorts() = {&m_settings, &m_mainWindow, &m_recentFiles, &m_log, commandLine, &m_lockKeys};
     setErrorReporter(modMain::ReportError);
 }
 

@@ -8,6 +8,7 @@
 #include "app/modWindow.h"
 #include "model/modFile.h"
 #include "outline/modOutline.h"
+#include "text/modEdit.h"
 #include "window/modView.h"
 
 namespace
@@ -61,6 +62,31 @@ BoundRoutines boundRoutines(QWidget &mainWindow, QMdiArea &area)
         {Routine::OutlineTaggedEntry, plain(modOutline::OutlineTaggedEntry)},
         {Routine::OutlinePasteTaggedEntries, plain(modOutline::OutlinePasteTaggedEntries)},
         {Routine::OutlineDeleteTaggedEntries, plain(modOutline::OutlineDeleteTaggedEntries)},
+        {Routine::EditCut, plain(modEdit::EditCut)},
+        {Routine::EditCopy, plain(modEdit::EditCopy)},
+        {Routine::EditPaste, plain(modEdit::EditPaste)},
+        {Routine::EditPasteSpecial, plain(modEdit::EditPasteSpecial)},
+        {Routine::EditDelete, plain(modEdit::EditDelete)},
+        {Routine::EditSelectAll, plain(modEdit::EditSelectAll)},
+        {Routine::EditClearEntryText, plain(modEdit::EditClearEntryText)},
+        {Routine::EditInsertTab, plain(modEdit::EditInsertTab)},
+        {Routine::EditInsertLongDate, plain(modEdit::EditInsertLongDate)},
+        {Routine::EditInsertShortDate, plain(modEdit::EditInsertShortDate)},
+        {Routine::EditInsertTime, plain(modEdit::EditInsertTime)},
+        {Routine::EditCaseLower, plain(modEdit::EditCaseLower)},
+        {Routine::EditCaseProper, plain(modEdit::EditCaseProper)},
+        {Routine::EditCaseUpper, plain(modEdit::EditCaseUpper)},
+        {Routine::EditCaseToggle, plain(modEdit::EditCaseToggle)},
+        {Routine::EditFormatBold, plain(modEdit::EditFormatBold)},
+        {Routine::EditFormatItalic, plain(modEdit::EditFormatItalic)},
+        {Routine::EditFormatStrikeThrough, plain(modEdit::EditFormatStrikeThrough)},
+        {Routine::EditFormatUnderline, plain(modEdit::EditFormatUnderline)},
+        {Routine::EditFormatLeft, plain(modEdit::EditFormatLeft)},
+        {Routine::EditFormatCentre, plain(modEdit::EditFormatCentre)},
+        {Routine::EditFormatRight, plain(modEdit::EditFormatRight)},
+        {Routine::EditFormatBullet, plain(modEdit::EditFormatBullet)},
+        {Routine::EditFormatIndent, plain(modEdit::EditFormatIndent)},
+        {Routine::EditFormatUnindent, plain(modEdit::EditFormatUnindent)},
         {Routine::ViewToolbar, plain(modView::ViewToolbar)},
         {Routine::ViewStatusBar, plain(modView::ViewStatusBar)},
         {Routine::ViewGoToOutline, plain(modView::ViewGoToOutline)},

@@ -4,6 +4,7 @@
 #include "app/StatusBar.h"
 
 #include "app/AppPorts.h"
+#include "model/Ports.h"
 #include "platform/LockKeys.h"
 #include "util/Procedure.h"
 
@@ -180,7 +181,7 @@ void StatusBar::showLockKeys()
 
 void StatusBar::showTime()
 {
-    const QDateTime now = appPorts().clock->now();
+    const QDateTime now = ports().clock->now();
     const QLocale locale = QLocale::system();
     m_time->setText(locale.toString(now.time(), QLocale::ShortFormat));
     m_date->setText(locale.toString(now.date(), QLocale::ShortFormat));

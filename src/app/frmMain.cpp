@@ -14,10 +14,12 @@
 #include "app/modMain.h"
 #include "model/Globals.h"
 #include "model/modDoc.h"
+#include "text/modEdit.h"
 #include "util/FullPath.h"
 #include "util/Procedure.h"
 #include "window/frmDocument.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QMdiArea>
@@ -68,6 +70,16 @@ frmMain::frmMain(QWidget *parent)
     addToolBar(m_toolbar);
     // The menu that Qt offers by itself would show and hide the bar behind the option's back.
     setContextMenuPolicy(Qt::NoContextMenu);
+
+    // An action fires before the area of the documents takes the key to switch between them.
+    auto *insertTab = new QAction(this);
+    insertTab->setObjectName(u"insertTab"_s);
+    insertTab->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab));
+    connect(insertTab, &QAction::triggered, this, [this] {
+        if (isCommandEnabled("mnuEditInsertTab"))
+            modEdit::EditInsertTab();
+    });
+    addAction(insertTab);
 
     setStatusBar(m_statusBar);
     connect(m_statusBar, &StatusBar::insertClicked, this, [this] {

@@ -33,7 +33,7 @@ const QString workspaceSection = u"Workspace"_s;
 
 QString dateAndTime()
 {
-    const QDateTime now = appPorts().clock->now();
+    const QDateTime now = ports().clock->now();
     const QLocale locale = QLocale::system();
     return locale.toString(now.date(), QLocale::ShortFormat) + u' ' + locale.toString(now.time(), QLocale::ShortFormat);
 }

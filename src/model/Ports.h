@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QString>
 #include <QStringList>
 
@@ -77,6 +78,8 @@ public:
     virtual ~Dialogs() = default;
     // A question with Yes, No and Cancel and the question icon.
     virtual Answer ask(const QString &question) = 0;
+    // The same without an icon.
+    virtual Answer askPlainly(const QString &question) = 0;
     // A warning with an OK button and the exclamation icon.
     virtual void warn(const QString &text) = 0;
     // An existing file to read, or a file to write (asking before it overwrites one); nothing when cancelled.
@@ -103,13 +106,24 @@ public:
     virtual QString itemCaption(int iIndex) const = 0;
 };
 
-// The clipboard's plain text.
-class TextClipboard
+// The desktop's clipboard, which holds plain text, rich text (RTF), both or neither. Setting one removes the other.
+class Clipboard
 {
 public:
-    virtual ~TextClipboard() = default;
+    virtual ~Clipboard() = default;
+    virtual void clear() = 0;
+    // Line breaks are CR LF; empty when there is none.
     virtual QString text() const = 0;
     virtual void setText(const QString &text) = 0;
+    virtual QByteArray richText() const = 0;
+    virtual void setRichText(const QByteArray &rtf) = 0;
+};
+
+class Clock
+{
+public:
+    virtual ~Clock() = default;
+    virtual QDateTime now() const = 0;
 };
 
 // What a load leaves to be applied once all entries exist, and what it met.
@@ -149,8 +163,9 @@ struct Ports {
     Dialogs *dialogs = nullptr;
     MousePointer *pointer = nullptr;
     RecentFiles *recentFiles = nullptr;
-    TextClipboard *clipboard = nullptr;
+    Clipboard *clipboard = nullptr;
     DocumentFormats *formats = nullptr;
+    const Clock *clock = nullptr;
 };
 
 // The registered ports; every one must be set before the first document is opened.

@@ -8,6 +8,7 @@
 #include <QFont>
 #include <QString>
 
+#include <functional>
 #include <optional>
 
 // The rich-text pane of a document window as the core sees it. Offsets count UTF-16 units of Text(), in which a
@@ -32,6 +33,11 @@ public:
     virtual void setSelRTF(const QByteArray &rtf) = 0;
     virtual QString SelText() const = 0;
     virtual void setSelText(const QString &text) = 0;
+    // Replaces the selected text, each stretch of one look by what `map` makes of it, in order, and leaves the caret
+    // behind it. A stretch of line breaks is shown to `map` but stays.
+    virtual void mapSelText(const std::function<QString(const QString &)> &map) = 0;
+    // Takes all text away, and all formatting of paragraphs; a step that can be undone.
+    virtual void clearText() = 0;
     virtual int SelStart() const = 0;
     virtual void setSelStart(int start) = 0;
     virtual int SelLength() const = 0;

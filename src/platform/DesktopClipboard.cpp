@@ -3,10 +3,31 @@
 
 #include "platform/DesktopClipboard.h"
 
+#include "platform/RichTextMime.h"
+
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QMimeData>
 
 using namespace Qt::StringLiterals;
+
+void DesktopClipboard::clear()
+{
+    QGuiApplication::clipboard()->clear();
+}
+
+QByteArray DesktopClipboard::richText() const
+{
+    const QMimeData *held = QGuiApplication::clipboard()->mimeData();
+    return held ? RichTextMime::textOf(*held) : QByteArray();
+}
+
+void DesktopClipboard::setRichText(const QByteArray &rtf)
+{
+    auto *data = new QMimeData;
+    data->setData(RichTextMime::written, rtf);
+    QGuiApplication::clipboard()->setMimeData(data);
+}
 
 QString DesktopClipboard::text() const
 {

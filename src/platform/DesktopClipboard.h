@@ -6,9 +6,12 @@
 #include "model/Ports.h"
 
 // The desktop's clipboard. Text is read with CR LF line breaks, whichever the program that put it there used.
-class DesktopClipboard final : public TextClipboard
+class DesktopClipboard final : public Clipboard
 {
 public:
+    void clear() override;
     QString text() const override;
     void setText(const QString &text) override;
+    QByteArray richText() const override;
+    void setRichText(const QByteArray &rtf) override;
 };

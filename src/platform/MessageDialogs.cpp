@@ -55,6 +55,18 @@ int showBox(QMessageBox::Icon icon, const QString &text, QMessageBox::StandardBu
     return box.exec();
 }
 
+Answer answerTo(QMessageBox::Icon icon, const QString &question)
+{
+    switch (showBox(icon, question, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Yes)) {
+    case QMessageBox::Yes:
+        return Answer::Yes;
+    case QMessageBox::No:
+        return Answer::No;
+    default:
+        return Answer::Cancel;
+    }
+}
+
 // The filter as the file dialog wants it: the description, which is what it shows, and the patterns in parentheses.
 QString nameFilter(const FileFilter &filter)
 {
@@ -107,15 +119,12 @@ QString withExtension(QString name, const QString &chosenFilter, const FileDialo
 
 Answer MessageDialogs::ask(const QString &question)
 {
-    switch (showBox(QMessageBox::Question, question, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel,
-                    QMessageBox::Yes)) {
-    case QMessageBox::Yes:
-        return Answer::Yes;
-    case QMessageBox::No:
-        return Answer::No;
-    default:
-        return Answer::Cancel;
-    }
+    return answerTo(QMessageBox::Question, question);
+}
+
+Answer MessageDialogs::askPlainly(const QString &question)
+{
+    return answerTo(QMessageBox::NoIcon, question);
 }
 
 void MessageDialogs::warn(const QString &text)

@@ -3,6 +3,7 @@
 
 #include "platform/RichTextBox.h"
 
+#include "platform/RichTextMime.h"
 #include "platform/SealedDocument.h"
 #include "rtf/PlainText.h"
 #include "rtf/Rtf.h"
@@ -22,9 +23,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-
-// The clipboard's names for rich text: the first is written, all are read.
-constexpr QLatin1StringView richTextTypes[] = {"text/rtf"_L1, "application/rtf"_L1, "text/richtext"_L1};
 
 // A program's text with its CR LF, CR and LF as the document's own breaks; a lone LF stays in its paragraph.
 QString withDocumentBreaks(QString text)
@@ -57,22 +55,6 @@ void removePictures(QTextDocument &document, int from, int to)
         cursor.setPosition(picture->second, QTextCursor::KeepAnchor);
         cursor.removeSelectedText();
     }
-}
-
-bool hasRichText(const QMimeData &source)
-{
-    return std::any_of(std::cbegin(richTextTypes), std::cend(richTextTypes),
-                       [&source](QLatin1StringView type) { return source.hasFormat(type); });
-}
-
-QByteArray richTextOf(const QMimeData &source)
-{
-    for (const QLatin1StringView type : richTextTypes) {
-        const QByteArray data = source.data(type);
-        if (rtf::isRtf(data))
-            return data;
-    }
-    return QByteArray();
 }
 
 // Keys of the desktop's text fields that would surprise here: they delete or jump by single letters that are, or may
@@ -239,6 +221,63 @@ void RichTextBox::insertPlain(const QString &text)
     setTextCursor(cursor);
 }
 
+void RichTextBox::mapSelText(const std::function<QString(const QString &)> &map)
+{
+    struct Piece {
+        int position;
+        int length;
+        QString text;
+        QTextCharFormat format;
+    };
+
+    QTextCursor cursor = textCursor();
+    const int from = cursor.selectionStart();
+    const int to = cursor.selectionEnd();
+    std::vector<Piece> pieces;
+    for (QTextBlock block = document()->findBlock(from); block.isValid() && block.position() < to;
+         block = block.next()) {
+        if (block.position() > from)
+            map(u"\r\n"_s);
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            const int begin = std::max(from, fragment.position());
+            const int end = std::min(to, fragment.position() + fragment.length());
+            if (begin >= end)
+                continue;
+            const QString old = fragment.text().mid(begin - fragment.position(), end - begin);
+            const QString fresh = map(old);
+            if (fresh != old && !fragment.charFormat().isImageFormat())
+                pieces.push_back({begin, end - begin, fresh, fragment.charFormat()});
+        }
+    }
+    // From the end on, so that the places of those before stay right.
+    int grown = 0;
+    QTextCursor editor(document());
+    editor.beginEditBlock();
+    for (auto piece = pieces.crbegin(); piece != pieces.crend(); ++piece) {
+        editor.setPosition(piece->position);
+        editor.setPosition(piece->position + piece->length, QTextCursor::KeepAnchor);
+        editor.insertText(piece->text, piece->format);
+        grown += static_cast<int>(piece->text.size()) - piece->length;
+    }
+    editor.endEditBlock();
+    cursor.setPosition(to + grown);
+    setTextCursor(cursor);
+}
+
+void RichTextBox::clearText()
+{
+    QTextCursor cursor(document());
+    cursor.beginEditBlock();
+    cursor.select(QTextCursor::Document);
+    cursor.removeSelectedText();
+    cursor.setBlockFormat(QTextBlockFormat());
+    cursor.setBlockCharFormat(QTextCharFormat());
+    cursor.endEditBlock();
+    setTextCursor(cursor);
+    setCurrentCharFormat(QTextCharFormat());
+}
+
 int RichTextBox::SelStart() const
 {
     return rtf::textOffset(*document(), textCursor().selectionStart());
@@ -396,7 +435,7 @@ QMimeData *RichTextBox::createMimeDataFromSelection() const
 {
     const QTextCursor cursor = textCursor();
     auto *mimeData = new QMimeData;
-    mimeData->setData(richTextTypes[0], rtf::write(cursor));
+    mimeData->setData(RichTextMime::written, rtf::write(cursor));
     mimeData->setHtml(cursor.selection().toHtml());
     mimeData->setText(rtf::plainText(cursor).replace("\r\n"_L1, "\n"_L1));
     return mimeData;
@@ -404,14 +443,14 @@ QMimeData *RichTextBox::createMimeDataFromSelection() const
 
 bool RichTextBox::canInsertFromMimeData(const QMimeData *source) const
 {
-    return !Locked() && (hasRichText(*source) || source->hasHtml() || source->hasText());
+    return !Locked() && (RichTextMime::isIn(*source) || source->hasHtml() || source->hasText());
 }
 
 void RichTextBox::insertFromMimeData(const QMimeData *source)
 {
     if (!source || !canInsertFromMimeData(source))
         return;
-    const QByteArray richText = richTextOf(*source);
+    const QByteArray richText = RichTextMime::textOf(*source);
     if (!richText.isEmpty())
         setSelRTF(richText);
     else if (source->hasHtml())

@@ -29,6 +29,8 @@ public:
     QString SelText() const override;
     // CR LF (or CR) begins a new paragraph, a lone LF a new line within the paragraph, as in Text().
     void setSelText(const QString &text) override;
+    void mapSelText(const std::function<QString(const QString &)> &map) override;
+    void clearText() override;
     int SelStart() const override;
     // Collapses the selection. Offsets beyond the text are taken as its end.
     void setSelStart(int start) override;

@@ -4,6 +4,7 @@
 #include "window/KeyMap.h"
 
 #include "outline/modOutline.h"
+#include "text/modEdit.h"
 
 #include <QKeyEvent>
 
@@ -14,12 +15,15 @@ namespace
 {
 
 using namespace modOutline;
+using namespace modEdit;
 
 // Alt+Home and Alt+End are possible exactly when moving up and down are.
 constexpr std::array bindings = {
     KeyBinding{KeyBinding::Keypad, Qt::Key_Plus, "mnuOutlineExpand", OutlineExpand},
     KeyBinding{KeyBinding::Keypad, Qt::Key_Minus, "mnuOutlineCollapse", OutlineCollapse},
     KeyBinding{KeyBinding::Any, Qt::Key_F2, "mnuOutlineRename", OutlineRename},
+    KeyBinding{KeyBinding::Ctrl, Qt::Key_D, "mnuEditInsertShortDate", EditInsertShortDate},
+    KeyBinding{KeyBinding::Ctrl, Qt::Key_M, "mnuEditInsertTime", EditInsertTime},
     KeyBinding{KeyBinding::Alt, Qt::Key_A, "mnuOutlineInsertAbove", OutlineInsertAbove},
     KeyBinding{KeyBinding::Alt, Qt::Key_B, "mnuOutlineInsertBelow", OutlineInsertBelow},
     KeyBinding{KeyBinding::Alt, Qt::Key_I, "mnuOutlineInsertChild", OutlineInsertChild},
@@ -48,6 +52,8 @@ bool matches(const KeyBinding &binding, const QKeyEvent &event)
         return event.modifiers().testFlag(Qt::KeypadModifier);
     case KeyBinding::Alt:
         return modifiers == Qt::AltModifier;
+    case KeyBinding::Ctrl:
+        return modifiers == Qt::ControlModifier;
     }
     return false;
 }

@@ -21,6 +21,8 @@ struct KeyBinding {
         Keypad,
         // Alt and no other modifier.
         Alt,
+        // Ctrl and no other modifier.
+        Ctrl,
     };
 
     Modifiers modifiers;

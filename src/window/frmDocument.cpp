@@ -186,6 +186,10 @@ void frmDocument::connectText()
     connect(textBox, &RichTextBox::gotFocus, this, [this] { paneGotFocus(false); });
     connect(textBox, &RichTextBox::changed, this, &frmDocument::txtRTF_Change);
     connect(textBox, &RichTextBox::selectionMoved, this, &frmDocument::txtRTF_SelChange);
+    // By the right button and by the context-menu key alike.
+    connect(textBox, &QWidget::customContextMenuRequested, this, [this](const QPoint &place) {
+        ports().commands->popUpMenu("mnuEdit", textBox->viewport()->mapToGlobal(place));
+    });
 }
 
 void frmDocument::connectSplit()

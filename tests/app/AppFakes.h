@@ -54,14 +54,6 @@ public:
     bool separator = false;
 };
 
-class FakeClock final : public Clock
-{
-public:
-    QDateTime now() const override { return moment; }
-
-    QDateTime moment{QDate(2026, 3, 4), QTime(15, 6, 7)};
-};
-
 class FakeLockKeys final : public LockKeys
 {
 public:

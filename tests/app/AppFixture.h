@@ -23,7 +23,7 @@ public:
         : m_before(appPorts())
     {
         ports().recentFiles = &recentFiles;
-        appPorts() = {&settings, &mainWindow, &recentFiles, &log, &clock, QString(), &lockKeys};
+        appPorts() = {&settings, &mainWindow, &recentFiles, &log, QString(), &lockKeys};
         setErrorReporter(modMain::ReportError);
     }
 
@@ -70,7 +70,7 @@ public:
     FakeMainWindow mainWindow;
     FakeRecentFileItems recentFileItems;
     modMRU recentFiles{settings, recentFileItems};
-    FakeClock clock;
+    FakeClock &clock = core.clock;
     FakeLockKeys lockKeys;
     SessionLog log{{folder.path()}};
 

@@ -89,6 +89,14 @@ public:
 
     void setSelText(const QString &text) override { setSelRTF(text.toLatin1()); }
 
+    void mapSelText(const std::function<QString(const QString &)> &map) override { setSelText(map(SelText())); }
+
+    void clearText() override
+    {
+        rtf.clear();
+        start = length = 0;
+    }
+
     int SelStart() const override { return start; }
 
     void setSelStart(int newStart) override

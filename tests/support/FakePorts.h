@@ -122,6 +122,12 @@ public:
         return take(answers, question, Answer::Cancel);
     }
 
+    Answer askPlainly(const QString &question) override
+    {
+        plainQuestions.append(question);
+        return take(answers, question, Answer::Cancel);
+    }
+
     void warn(const QString &text) override { warnings.append(text); }
 
     std::optional<QString> askOpenName(const FileDialogRequest &request) override
@@ -140,6 +146,7 @@ public:
     std::deque<std::optional<QString>> openNames;
     std::deque<std::optional<QString>> saveNames;
     QStringList questions;
+    QStringList plainQuestions;
     QStringList warnings;
     std::vector<FileDialogRequest> openRequests;
     std::vector<FileDialogRequest> saveRequests;
@@ -188,14 +195,42 @@ public:
     QStringList captions;
 };
 
-class FakeTextClipboard final : public TextClipboard
+class FakeClipboard final : public Clipboard
 {
 public:
+    void clear() override
+    {
+        held.clear();
+        heldRich.clear();
+    }
+
     QString text() const override { return held; }
 
-    void setText(const QString &text) override { held = text; }
+    void setText(const QString &text) override
+    {
+        clear();
+        held = text;
+    }
+
+    QByteArray richText() const override { return heldRich; }
+
+    void setRichText(const QByteArray &rtf) override
+    {
+        clear();
+        heldRich = rtf;
+    }
 
     QString held;
+    QByteArray heldRich;
+};
+
+// A clock that stands still.
+class FakeClock final : public Clock
+{
+public:
+    QDateTime now() const override { return moment; }
+
+    QDateTime moment{QDate(2026, 3, 4), QTime(15, 6, 7)};
 };
 
 // Formats that do what the test's functions do, and nothing where there is none.
@@ -297,7 +332,7 @@ struct FakePorts {
         : m_before(ports())
     {
         resetGlobals();
-        ports() = {&windows, &commands, &dialogs, &pointer, &recentFiles, &clipboard, &formats};
+        ports() = {&windows, &commands, &dialogs, &pointer, &recentFiles, &clipboard, &formats, &clock};
     }
 
     ~FakePorts()
@@ -315,7 +350,8 @@ struct FakePorts {
     FakeDialogs dialogs;
     FakeMousePointer pointer;
     FakeRecentFiles recentFiles;
-    FakeTextClipboard clipboard;
+    FakeClipboard clipboard;
+    FakeClock clock;
     FakeDocumentFormats formats;
 
 private:

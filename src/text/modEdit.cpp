@@ -1,0 +1,278 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "text/modEdit.h"
+
+#include "model/Document.h"
+#include "model/Ports.h"
+#include "model/TextPane.h"
+#include "rtf/Rtf.h"
+#include "util/Procedure.h"
+
+#include <QLocale>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+constexpr int indentStep = 300; // twips
+
+// Runs a command on the text pane of the active document, under its name.
+template <typename Body>
+void onActiveText(const char *name, Body &&body)
+{
+    procedure(name, [&] {
+        if (Document *document = DocumentActive())
+            body(document->txtRTF);
+    });
+}
+
+void insert(const char *name, const QString &text)
+{
+    onActiveText(name, [&](TextPane &pane) { pane.setSelText(text); });
+}
+
+// Only what is known to be all on goes off by being used once; a mixed selection goes off as well.
+void toggle(const char *name, std::optional<bool> (TextPane::*property)() const, void (TextPane::*set)(bool))
+{
+    onActiveText(name, [&](TextPane &pane) {
+        const std::optional<bool> on = (pane.*property)();
+        (pane.*set)(on && !*on);
+    });
+}
+
+void align(const char *name, TextPane::Alignment alignment)
+{
+    onActiveText(name, [&](TextPane &pane) { pane.setSelAlignment(alignment); });
+}
+
+void lower(TextPane &pane)
+{
+    pane.mapSelText([](const QString &text) { return text.toLower(); });
+}
+
+void upper(TextPane &pane)
+{
+    pane.mapSelText([](const QString &text) { return text.toUpper(); });
+}
+
+bool beginsWord(QChar before)
+{
+    return before == u' ' || before == u'\r' || before == u'\n' || before == QChar::LineSeparator ||
+           (before >= u'0' && before <= u'9');
+}
+
+// A letter outside the basic plane is two units; it gets its capital as a whole.
+void properName(TextPane &pane)
+{
+    QChar before = u' ';
+    pane.mapSelText([&before](const QString &text) {
+        const QString small = text.toLower();
+        QString proper;
+        proper.reserve(small.size());
+        for (qsizetype i = 0; i < small.size(); ++i) {
+            const qsizetype units = small[i].isHighSurrogate() && i + 1 < small.size() ? 2 : 1;
+            const QString letter = small.mid(i, units);
+            proper += beginsWord(before) ? letter.toUpper() : letter;
+            i += units - 1;
+            before = small[i];
+        }
+        return proper;
+    });
+}
+
+// Runs a change of case where there is something to change.
+template <typename Change>
+void changeCase(const char *name, Change &&change)
+{
+    onActiveText(name, [&](TextPane &pane) {
+        if (!pane.SelText().isEmpty())
+            change(pane);
+    });
+}
+
+QString dateText(QLocale::FormatType form)
+{
+    return QLocale::system().toString(ports().clock->now().date(), form);
+}
+
+} // namespace
+
+namespace modEdit
+{
+
+void EditCut()
+{
+    onActiveText("modEdit EditCut", [](TextPane &pane) {
+        ports().clipboard->setText(pane.SelText());
+        pane.setSelText({});
+    });
+}
+
+void EditCopy()
+{
+    onActiveText("modEdit EditCopy", [](TextPane &pane) {
+        const QByteArray rtf = pane.SelRTF();
+        if (rtf.isEmpty())
+            ports().clipboard->clear();
+        else
+            ports().clipboard->setRichText(rtf);
+    });
+}
+
+void EditPaste()
+{
+    onActiveText("modEdit EditPaste", [](TextPane &pane) {
+        if (const QByteArray rtf = ports().clipboard->richText(); !rtf.isEmpty())
+            pane.setSelRTF(rtf);
+        else if (const QString text = ports().clipboard->text(); !text.isEmpty())
+            pane.setSelText(text);
+    });
+}
+
+void EditPasteSpecial()
+{
+    onActiveText("modEdit EditPasteSpecial", [](TextPane &pane) {
+        QString text = ports().clipboard->text();
+        // Our own Copy puts rich text there alone.
+        if (text.isEmpty())
+            text = rtf::toPlainText(ports().clipboard->richText());
+        if (!text.isEmpty())
+            pane.setSelText(text);
+    });
+}
+
+void EditDelete()
+{
+    insert("modEdit EditDelete", {});
+}
+
+void EditSelectAll()
+{
+    onActiveText("modEdit EditSelectAll", [](TextPane &pane) {
+        pane.setSelStart(0);
+        pane.setSelLength(static_cast<int>(pane.Text().size()));
+    });
+}
+
+void EditClearEntryText()
+{
+    onActiveText("modEdit EditClearEntryText", [](TextPane &pane) {
+        const Answer answer =
+            ports().dialogs->askPlainly(u"Are you sure that you want to delete all the text for this entry?"_s);
+        if (answer == Answer::Yes)
+            pane.clearText();
+    });
+}
+
+void EditInsertTab()
+{
+    insert("modEdit EditInsertTab", u"\t"_s);
+}
+
+void EditInsertLongDate()
+{
+    insert("modEdit EditInsertLongDate", dateText(QLocale::LongFormat));
+}
+
+void EditInsertShortDate()
+{
+    insert("modEdit EditInsertShortDate", dateText(QLocale::ShortFormat));
+}
+
+void EditInsertTime()
+{
+    insert("modEdit EditInsertTime", ports().clock->now().toString(u"HH:mm"_s));
+}
+
+void EditCaseLower()
+{
+    changeCase("modEdit EditCaseLower", lower);
+}
+
+void EditCaseUpper()
+{
+    changeCase("modEdit EditCaseUpper", upper);
+}
+
+void EditCaseProper()
+{
+    changeCase("modEdit EditCaseProper", properName);
+}
+
+void EditCaseToggle()
+{
+    changeCase("modEdit EditCaseToggle", [](TextPane &pane) {
+        const QString text = pane.SelText();
+        const int start = pane.SelStart();
+        if (text == text.toLower())
+            properName(pane);
+        else if (text == text.toUpper())
+            lower(pane);
+        else
+            upper(pane);
+        // A few letters become two, so the length is not what it was.
+        const int end = pane.SelStart();
+        pane.setSelStart(start);
+        pane.setSelLength(end - start);
+    });
+}
+
+void EditFormatBold()
+{
+    toggle("modEdit EditFormatBold", &TextPane::SelBold, &TextPane::setSelBold);
+}
+
+void EditFormatItalic()
+{
+    toggle("modEdit EditFormatItalic", &TextPane::SelItalic, &TextPane::setSelItalic);
+}
+
+void EditFormatUnderline()
+{
+    toggle("modEdit EditFormatUnderline", &TextPane::SelUnderline, &TextPane::setSelUnderline);
+}
+
+void EditFormatStrikeThrough()
+{
+    toggle("modEdit EditFormatStrikeThrough", &TextPane::SelStrikeThru, &TextPane::setSelStrikeThru);
+}
+
+void EditFormatBullet()
+{
+    toggle("modEdit EditFormatBullet", &TextPane::SelBullet, &TextPane::setSelBullet);
+}
+
+void EditFormatIndent()
+{
+    onActiveText("modEdit EditFormatIndent", [](TextPane &pane) {
+        if (const std::optional<int> indent = pane.SelIndent())
+            pane.setSelIndent(*indent + indentStep);
+    });
+}
+
+void EditFormatUnindent()
+{
+    onActiveText("modEdit EditFormatUnindent",
+                 [](TextPane &pane) { pane.setSelIndent(std::max(pane.SelIndent().value_or(0) - indentStep, 0)); });
+}
+
+void EditFormatLeft()
+{
+    align("modEdit EditFormatLeft", TextPane::Left);
+}
+
+void EditFormatCentre()
+{
+    align("modEdit EditFormatCentre", TextPane::Centre);
+}
+
+void EditFormatRight()
+{
+    align("modEdit EditFormatRight", TextPane::Right);
+}
+
+} // namespace modEdit

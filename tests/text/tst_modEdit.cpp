@@ -1,0 +1,522 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "platform/DesktopClipboard.h"
+#include "platform/RichTextBox.h"
+#include "rtf/Rtf.h"
+#include "support/FakeDocument.h"
+#include "support/FakePorts.h"
+#include "text/modEdit.h"
+
+#include <QClipboard>
+#include <QMimeData>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTextBlock>
+
+#include <memory>
+#include <random>
+
+using namespace Qt::StringLiterals;
+
+// One document, or none.
+class OneDocument final : public DocumentWindows
+{
+public:
+    Document &createDocument() override { qFatal("no document is made here"); }
+
+    Document *activeDocument() const override { return document; }
+
+    std::vector<Document *> documents() const override { return {}; }
+
+    void closeMainWindow() override {}
+
+    Document *document = nullptr;
+};
+
+// The Edit menu's commands on a real text pane in a document that is active.
+class tst_modEdit : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+
+    void init()
+    {
+        m_fake = std::make_unique<FakePorts>();
+        m_box = std::make_unique<RichTextBox>();
+        m_pane = std::make_unique<FakeOutlinePane>();
+        m_window = std::make_unique<FakeDocumentWindow>();
+        m_document = std::make_unique<Document>(*m_pane, *m_box, *m_window);
+        ports().clipboard = &m_clipboard;
+        ports().windows = &m_windows;
+        m_windows.document = m_document.get();
+    }
+
+    void cleanup()
+    {
+        m_document.reset();
+        m_window.reset();
+        m_pane.reset();
+        m_box.reset();
+        m_fake.reset();
+    }
+
+    void aPartlyBoldSelectionIsClearedFirst();
+    void everyFormatToggles_data();
+    void everyFormatToggles();
+    void unindentStopsAtNothing();
+    void unindentOfMixedIndentsSetsThemToNothing();
+    void indentLeavesMixedIndentsAlone();
+    void indentGoesByAStep();
+    void alignment();
+    void copyAndPasteKeepFormatting();
+    void cutAndPasteLoseIt();
+    void pasteSpecialLosesItAlways();
+    void pasteOfNothingDoesNothing();
+    void copyPutsRichTextThereAlone();
+    void theCaseGoesRound();
+    void properNames_data();
+    void properNames();
+    void changesOfCaseKeepTheLook();
+    void changesOfCaseOnLettersThatGrow();
+    void clearingIsDoneAfterYesAlone();
+    void clearingTakesTheFormattingToo();
+    void deleteAndSelectAll();
+    void insertions();
+    void everyCommandIsOneStepToUndo_data();
+    void everyCommandIsOneStepToUndo();
+    void changesOfCaseOnRandomTexts();
+
+    void withoutADocumentNothingHappens_data() { everyCommand(); }
+
+    void withoutADocumentNothingHappens();
+
+private:
+    static void everyCommand();
+
+    void show(const QByteArray &body) { m_box->setTextRTF("{\\rtf1{\\fonttbl{\\f0 DejaVu Sans;}}" + body + "}"); }
+
+    void select(int start, int length)
+    {
+        m_box->setSelStart(start);
+        m_box->setSelLength(length);
+    }
+
+    void selectAll() { select(0, static_cast<int>(m_box->Text().size())); }
+
+    std::unique_ptr<FakePorts> m_fake;
+    std::unique_ptr<RichTextBox> m_box;
+    std::unique_ptr<FakeOutlinePane> m_pane;
+    std::unique_ptr<FakeDocumentWindow> m_window;
+    std::unique_ptr<Document> m_document;
+    OneDocument m_windows;
+    DesktopClipboard m_clipboard;
+};
+
+using Command = void (*)();
+Q_DECLARE_METATYPE(Command)
+
+namespace
+{
+
+struct NamedCommand {
+    const char *name;
+    Command command;
+};
+
+constexpr NamedCommand commands[] = {
+    {"cut", modEdit::EditCut},
+    {"copy", modEdit::EditCopy},
+    {"paste", modEdit::EditPaste},
+    {"paste special", modEdit::EditPasteSpecial},
+    {"delete", modEdit::EditDelete},
+    {"select all", modEdit::EditSelectAll},
+    {"clear", modEdit::EditClearEntryText},
+    {"tab", modEdit::EditInsertTab},
+    {"long date", modEdit::EditInsertLongDate},
+    {"short date", modEdit::EditInsertShortDate},
+    {"time", modEdit::EditInsertTime},
+    {"lower", modEdit::EditCaseLower},
+    {"upper", modEdit::EditCaseUpper},
+    {"proper", modEdit::EditCaseProper},
+    {"toggle case", modEdit::EditCaseToggle},
+    {"bold", modEdit::EditFormatBold},
+    {"italic", modEdit::EditFormatItalic},
+    {"underline", modEdit::EditFormatUnderline},
+    {"strike through", modEdit::EditFormatStrikeThrough},
+    {"bullet", modEdit::EditFormatBullet},
+    {"indent", modEdit::EditFormatIndent},
+    {"unindent", modEdit::EditFormatUnindent},
+    {"left", modEdit::EditFormatLeft},
+    {"centre", modEdit::EditFormatCentre},
+    {"right", modEdit::EditFormatRight},
+};
+
+} // namespace
+
+void tst_modEdit::everyCommand()
+{
+    QTest::addColumn<Command>("command");
+    for (const NamedCommand &row : commands)
+        QTest::newRow(row.name) << row.command;
+}
+
+void tst_modEdit::aPartlyBoldSelectionIsClearedFirst()
+{
+    show("a{\\b b}c");
+    selectAll();
+    modEdit::EditFormatBold();
+    QCOMPARE(m_box->SelBold(), std::optional(false));
+    modEdit::EditFormatBold();
+    QCOMPARE(m_box->SelBold(), std::optional(true));
+}
+
+void tst_modEdit::everyFormatToggles_data()
+{
+    QTest::addColumn<Command>("command");
+    QTest::addColumn<QByteArray>("word");
+    QTest::newRow("bold") << Command(modEdit::EditFormatBold) << QByteArray("\\b");
+    QTest::newRow("italic") << Command(modEdit::EditFormatItalic) << QByteArray("\\i");
+    QTest::newRow("underline") << Command(modEdit::EditFormatUnderline) << QByteArray("\\ul");
+    QTest::newRow("strike through") << Command(modEdit::EditFormatStrikeThrough) << QByteArray("\\strike");
+    QTest::newRow("bullet") << Command(modEdit::EditFormatBullet) << QByteArray("\\pntxtb");
+}
+
+void tst_modEdit::everyFormatToggles()
+{
+    QFETCH(const Command, command);
+    QFETCH(const QByteArray, word);
+    const auto bodyHasWord = [&] {
+        const QByteArray rtf = m_box->TextRTF();
+        return rtf.contains(word) || (word == "\\pntxtb" && rtf.contains("\\ls1"));
+    };
+    show("some text");
+    selectAll();
+    QVERIFY(!bodyHasWord());
+    command();
+    QVERIFY(bodyHasWord());
+    command();
+    QVERIFY(!bodyHasWord());
+}
+
+void tst_modEdit::unindentStopsAtNothing()
+{
+    show("\\li200 text");
+    selectAll();
+    modEdit::EditFormatUnindent();
+    QCOMPARE(m_box->SelIndent(), std::optional(0));
+}
+
+void tst_modEdit::unindentOfMixedIndentsSetsThemToNothing()
+{
+    show("\\li600 one\\par\\li900 two");
+    selectAll();
+    QCOMPARE(m_box->SelIndent(), std::nullopt);
+    modEdit::EditFormatUnindent();
+    QCOMPARE(m_box->SelIndent(), std::optional(0));
+}
+
+void tst_modEdit::indentLeavesMixedIndentsAlone()
+{
+    show("\\li600 one\\par\\li900 two");
+    const QByteArray before = m_box->TextRTF();
+    selectAll();
+    modEdit::EditFormatIndent();
+    QCOMPARE(m_box->TextRTF(), before);
+}
+
+void tst_modEdit::indentGoesByAStep()
+{
+    show("\\li600 one\\par\\li600 two");
+    selectAll();
+    modEdit::EditFormatIndent();
+    QCOMPARE(m_box->SelIndent(), std::optional(900));
+    modEdit::EditFormatUnindent();
+    modEdit::EditFormatUnindent();
+    QCOMPARE(m_box->SelIndent(), std::optional(300));
+}
+
+void tst_modEdit::alignment()
+{
+    show("one\\par two");
+    selectAll();
+    modEdit::EditFormatCentre();
+    QCOMPARE(m_box->SelAlignment(), std::optional(TextPane::Centre));
+    modEdit::EditFormatRight();
+    QCOMPARE(m_box->SelAlignment(), std::optional(TextPane::Right));
+    modEdit::EditFormatLeft();
+    QCOMPARE(m_box->SelAlignment(), std::optional(TextPane::Left));
+}
+
+void tst_modEdit::copyAndPasteKeepFormatting()
+{
+    show("a{\\b bold}c");
+    select(1, 4);
+    modEdit::EditCopy();
+    select(6, 0);
+    modEdit::EditPaste();
+    QCOMPARE(m_box->Text(), u"aboldcbold"_s);
+    select(6, 4);
+    QCOMPARE(m_box->SelBold(), std::optional(true));
+}
+
+void tst_modEdit::cutAndPasteLoseIt()
+{
+    show("a{\\b bold}c");
+    select(1, 4);
+    modEdit::EditCut();
+    QCOMPARE(m_box->Text(), u"ac"_s);
+    select(2, 0);
+    modEdit::EditPaste();
+    QCOMPARE(m_box->Text(), u"acbold"_s);
+    select(2, 4);
+    QCOMPARE(m_box->SelBold(), std::optional(false));
+}
+
+void tst_modEdit::pasteSpecialLosesItAlways()
+{
+    show("a{\\b bold}c");
+    select(1, 4);
+    modEdit::EditCopy();
+    select(6, 0);
+    modEdit::EditPasteSpecial();
+    QCOMPARE(m_box->Text(), u"aboldcbold"_s);
+    select(6, 4);
+    QCOMPARE(m_box->SelBold(), std::optional(false));
+
+    m_clipboard.setText(u"one\r\ntwo"_s);
+    selectAll();
+    modEdit::EditPasteSpecial();
+    QCOMPARE(m_box->Text(), u"one\r\ntwo"_s);
+}
+
+void tst_modEdit::pasteOfNothingDoesNothing()
+{
+    m_clipboard.clear();
+    show("text");
+    selectAll();
+    modEdit::EditPaste();
+    modEdit::EditPasteSpecial();
+    QCOMPARE(m_box->Text(), u"text"_s);
+}
+
+void tst_modEdit::copyPutsRichTextThereAlone()
+{
+    show("{\\b bold}");
+    selectAll();
+    modEdit::EditCopy();
+    const QMimeData *held = QGuiApplication::clipboard()->mimeData();
+    QVERIFY(held->hasFormat(u"text/rtf"_s));
+    QVERIFY(!held->hasText());
+    select(0, 0);
+    modEdit::EditCopy();
+    QVERIFY(m_clipboard.richText().isEmpty() && m_clipboard.text().isEmpty());
+}
+
+void tst_modEdit::theCaseGoesRound()
+{
+    show("x ABC y");
+    select(2, 3);
+    for (const QString &next : {u"abc"_s, u"Abc"_s, u"ABC"_s, u"abc"_s}) {
+        modEdit::EditCaseToggle();
+        QCOMPARE(m_box->SelText(), next);
+        QCOMPARE(m_box->SelStart(), 2);
+        QCOMPARE(m_box->Text(), u"x %1 y"_s.arg(next));
+    }
+    // Text without letters counts as small.
+    show("12 34");
+    selectAll();
+    modEdit::EditCaseToggle();
+    QCOMPARE(m_box->SelText(), u"12 34"_s);
+    // Mixed text goes to capitals.
+    show("aBc");
+    selectAll();
+    modEdit::EditCaseToggle();
+    QCOMPARE(m_box->SelText(), u"ABC"_s);
+}
+
+void tst_modEdit::properNames_data()
+{
+    QTest::addColumn<QByteArray>("rtf");
+    QTest::addColumn<QString>("proper");
+    const auto row = [](const char *name, const char *rtf, const QString &proper) {
+        QTest::newRow(name) << QByteArray(rtf) << proper;
+    };
+    row("a letter behind a digit", "the 4th of july", u"The 4Th Of July"_s);
+    row("an apostrophe and a hyphen begin no word", "o'neil-smith", u"O'neil-smith"_s);
+    row("capitals become small", "ALL CAPITALS", u"All Capitals"_s);
+    row("a paragraph begins a word", "one\\par two", u"One\r\nTwo"_s);
+    row("a line begins a word", "one\\line two", u"One\nTwo"_s);
+    row("a tab begins none", "one\\tab two", u"One\ttwo"_s);
+    row("a change of look begins none", "wo{\\b rd}", u"Word"_s);
+    row("a word behind a blank of another look", "a{\\b  b}", u"A B"_s);
+    row("letters beyond ASCII", "\\u228?rger \\u233?t\\u233?", u"Ärger Été"_s);
+    row("letters beyond the basic plane", "\\uc0\\u-10239\\u-9176  x", u"\U00010400 X"_s);
+}
+
+void tst_modEdit::properNames()
+{
+    QFETCH(const QByteArray, rtf);
+    QFETCH(const QString, proper);
+    show(rtf);
+    selectAll();
+    modEdit::EditCaseProper();
+    QCOMPARE(m_box->Text(), proper);
+}
+
+void tst_modEdit::changesOfCaseKeepTheLook()
+{
+    show("one {\\b two} {\\i three}\\par{\\ul four}");
+    selectAll();
+    modEdit::EditCaseUpper();
+    QCOMPARE(m_box->Text(), u"ONE TWO THREE\r\nFOUR"_s);
+    select(4, 3);
+    QCOMPARE(m_box->SelBold(), std::optional(true));
+    select(8, 5);
+    QCOMPARE(m_box->SelItalic(), std::optional(true));
+    QCOMPARE(m_box->SelBold(), std::optional(false));
+    select(15, 4);
+    QCOMPARE(m_box->SelUnderline(), std::optional(true));
+}
+
+void tst_modEdit::changesOfCaseOnLettersThatGrow()
+{
+    show("x \\u223? y"); // sharp s
+    select(2, 1);
+    modEdit::EditCaseUpper();
+    QCOMPARE(m_box->Text(), u"x SS y"_s);
+    QCOMPARE(m_box->SelStart(), 4);
+
+    show("x stra\\u223?e y");
+    select(2, 6);
+    modEdit::EditCaseToggle();
+    modEdit::EditCaseToggle();
+    QCOMPARE(m_box->SelText(), u"STRASSE"_s);
+    QCOMPARE(m_box->SelStart(), 2);
+
+    show("\\u304?stanbul"); // I with a dot
+    selectAll();
+    modEdit::EditCaseLower();
+    QCOMPARE(m_box->Text(), u"\u0130stanbul"_s.toLower());
+}
+
+void tst_modEdit::clearingIsDoneAfterYesAlone()
+{
+    for (const Answer answer : {Answer::No, Answer::Cancel}) {
+        show("text");
+        m_fake->dialogs.answers.push_back(answer);
+        modEdit::EditClearEntryText();
+        QCOMPARE(m_box->Text(), u"text"_s);
+    }
+    m_fake->dialogs.answers.push_back(Answer::Yes);
+    const QSignalSpy changed(m_box.get(), &RichTextBox::changed);
+    modEdit::EditClearEntryText();
+    QCOMPARE(m_box->Text(), QString());
+    QVERIFY(!changed.isEmpty());
+    QCOMPARE(m_fake->dialogs.plainQuestions.last(),
+             u"Are you sure that you want to delete all the text for this entry?"_s);
+}
+
+void tst_modEdit::clearingTakesTheFormattingToo()
+{
+    show("\\qc\\li700{\\*\\pn\\pnlvlblt{\\pntxtb x}}{\\b text}\\par more");
+    m_fake->dialogs.answers.push_back(Answer::Yes);
+    modEdit::EditClearEntryText();
+    QCOMPARE(m_box->SelAlignment(), std::optional(TextPane::Left));
+    QCOMPARE(m_box->SelIndent(), std::optional(0));
+    QCOMPARE(m_box->SelBold(), std::optional(false));
+    QCOMPARE(m_box->SelBullet(), std::optional(false));
+    m_box->undo();
+    QCOMPARE(m_box->Text(), u"text\r\nmore"_s);
+}
+
+void tst_modEdit::deleteAndSelectAll()
+{
+    show("one\\par two");
+    modEdit::EditSelectAll();
+    QCOMPARE(m_box->SelText(), u"one\r\ntwo"_s);
+    select(1, 4);
+    modEdit::EditDelete();
+    QCOMPARE(m_box->Text(), u"otwo"_s);
+}
+
+void tst_modEdit::insertions()
+{
+    show("ab");
+    select(1, 0);
+    modEdit::EditInsertTab();
+    QCOMPARE(m_box->Text(), u"a\tb"_s);
+    m_fake->clock.moment = QDateTime(QDate(2026, 12, 31), QTime(7, 5, 59));
+    selectAll();
+    modEdit::EditInsertTime();
+    QCOMPARE(m_box->Text(), u"07:05"_s);
+    selectAll();
+    modEdit::EditInsertLongDate();
+    QCOMPARE(m_box->Text(), QLocale::system().toString(QDate(2026, 12, 31), QLocale::LongFormat));
+    selectAll();
+    modEdit::EditInsertShortDate();
+    QCOMPARE(m_box->Text(), QLocale::system().toString(QDate(2026, 12, 31), QLocale::ShortFormat));
+    QCOMPARE(m_box->SelStart(), int(m_box->Text().size()));
+}
+
+void tst_modEdit::everyCommandIsOneStepToUndo_data()
+{
+    everyCommand();
+}
+
+void tst_modEdit::everyCommandIsOneStepToUndo()
+{
+    QFETCH(const Command, command);
+    show("First {\\b line} of \\u223?\\par\\li600 second\\line{\\i line}\\par\\li600 third");
+    m_clipboard.setRichText("{\\rtf1 pasted\\par{\\b twice}}");
+    m_fake->dialogs.answers.push_back(Answer::Yes);
+    const QByteArray before = m_box->TextRTF();
+    selectAll();
+    command();
+    // What changes nothing to be seen may be a step or none.
+    if (m_box->TextRTF() != before || m_box->document()->isUndoAvailable())
+        m_box->undo();
+    QCOMPARE(m_box->TextRTF(), before);
+    QVERIFY(!m_box->document()->isUndoAvailable());
+}
+
+// The text comes out as if it had no looks at all.
+void tst_modEdit::changesOfCaseOnRandomTexts()
+{
+    std::mt19937 random(20260304);
+    const auto below = [&random](int bound) { return int(random() % unsigned(bound)); };
+    const QByteArray parts[] = {"aB",         " ",        "\\par ", "7",       "x\\line y",
+                                "{\\b Bold}", "{\\i iT}", "-",      "\\u223?", "\\tab q"};
+    for (int round = 0; round < 300; ++round) {
+        QByteArray rtf;
+        for (int i = below(12); i >= 0; --i)
+            rtf += parts[below(int(std::size(parts)))];
+        show(rtf);
+        const QString text = m_box->Text();
+        const int start = below(int(text.size()) + 1);
+        select(start, below(int(text.size()) - start + 1));
+        const QString selected = m_box->SelText();
+        const int begin = m_box->SelStart();
+        const bool isUpper = below(2) == 0;
+        (isUpper ? modEdit::EditCaseUpper : modEdit::EditCaseLower)();
+        const QString changed = isUpper ? selected.toUpper() : selected.toLower();
+        QCOMPARE(m_box->Text(), QString(text).replace(begin, selected.size(), changed));
+    }
+}
+
+void tst_modEdit::withoutADocumentNothingHappens()
+{
+    QFETCH(const Command, command);
+    show("text");
+    const QByteArray before = m_box->TextRTF();
+    m_windows.document = nullptr;
+    m_clipboard.setText(u"held"_s);
+    command();
+    QCOMPARE(m_box->TextRTF(), before);
+    QCOMPARE(m_clipboard.text(), u"held"_s);
+    QVERIFY(m_fake->dialogs.plainQuestions.isEmpty());
+}
+
+QTEST_MAIN(tst_modEdit)
+#include "tst_modEdit.moc"
