@@ -4,6 +4,8 @@
 #include "app/Application.h"
 
 #include "app/modMain.h"
+#include "search/frmSearch.h"
+#include "search/modSearch.h"
 #include "util/Procedure.h"
 
 #include <QCoreApplication>
@@ -15,6 +17,7 @@ Application::Application(const QString &commandLine)
     ports() = {&m_mainWindow,  &m_mainWindow, &m_dialogs, &m_pointer,
                &m_recentFiles, &m_clipboard,  &m_formats, &m_clock};
     appPorts() = {&m_settings, &m_mainWindow, &m_recentFiles, &m_log, commandLine, &m_lockKeys};
+    searchPorts() = {&m_settings, [this] { frmSearch(&m_mainWindow).exec(); }, modMain::SaveSettings};
     setErrorReporter(modMain::ReportError);
 }
 

@@ -8,6 +8,7 @@
 #include "app/modWindow.h"
 #include "model/modFile.h"
 #include "outline/modOutline.h"
+#include "search/modSearch.h"
 #include "text/modEdit.h"
 #include "window/modView.h"
 
@@ -87,6 +88,9 @@ BoundRoutines boundRoutines(QWidget &mainWindow, QMdiArea &area)
         {Routine::EditFormatBullet, plain(modEdit::EditFormatBullet)},
         {Routine::EditFormatIndent, plain(modEdit::EditFormatIndent)},
         {Routine::EditFormatUnindent, plain(modEdit::EditFormatUnindent)},
+        {Routine::SearchFind, plain(modSearch::SearchFind)},
+        {Routine::SearchReplace, plain(modSearch::SearchReplace)},
+        {Routine::SearchRepeat, plain(modSearch::SearchRepeat)},
         {Routine::ViewToolbar, plain(modView::ViewToolbar)},
         {Routine::ViewStatusBar, plain(modView::ViewStatusBar)},
         {Routine::ViewGoToOutline, plain(modView::ViewGoToOutline)},

@@ -4,8 +4,8 @@
 #include "app/modMRU.h"
 
 #include "app/AppPorts.h"
-#include "app/Blanks.h"
 #include "model/Globals.h"
+#include "util/Blanks.h"
 #include "util/Numbers.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"

@@ -4,7 +4,6 @@
 #include "app/modMain.h"
 
 #include "app/AppPorts.h"
-#include "app/Blanks.h"
 #include "app/SessionLog.h"
 #include "app/modMRU.h"
 #include "model/Document.h"
@@ -12,6 +11,7 @@
 #include "model/Ports.h"
 #include "model/modDoc.h"
 #include "model/modFile.h"
+#include "util/Blanks.h"
 #include "util/FullPath.h"
 #include "util/Procedure.h"
 #include "util/SettingsStore.h"

@@ -127,6 +127,11 @@ Answer MessageDialogs::askPlainly(const QString &question)
     return answerTo(QMessageBox::NoIcon, question);
 }
 
+void MessageDialogs::inform(const QString &text)
+{
+    showBox(QMessageBox::NoIcon, text, QMessageBox::Ok, QMessageBox::Ok);
+}
+
 void MessageDialogs::warn(const QString &text)
 {
     showBox(QMessageBox::Warning, text, QMessageBox::Ok, QMessageBox::Ok);

@@ -3,6 +3,7 @@
 
 #include "platform/RichTextBox.h"
 
+#include "model/TextFind.h"
 #include "platform/RichTextMime.h"
 #include "platform/SealedDocument.h"
 #include "rtf/PlainText.h"
@@ -75,18 +76,6 @@ bool isForeignKey(const QKeyEvent &event)
 bool isRedoKey(const QKeyEvent &event)
 {
     return event.key() == Qt::Key_Y && event.modifiers() == Qt::ControlModifier;
-}
-
-bool isWordCharacter(const QString &text, qsizetype at)
-{
-    if (at < 0 || at >= text.size())
-        return false;
-    const QChar c = text[at];
-    if (c.isLowSurrogate() && at > 0 && text[at - 1].isHighSurrogate())
-        return QChar::isLetterOrNumber(QChar::surrogateToUcs4(text[at - 1], c));
-    if (c.isHighSurrogate() && at + 1 < text.size() && text[at + 1].isLowSurrogate())
-        return QChar::isLetterOrNumber(QChar::surrogateToUcs4(c, text[at + 1]));
-    return c.isLetterOrNumber();
 }
 
 } // namespace
@@ -352,26 +341,12 @@ void RichTextBox::setFocus()
 
 int RichTextBox::Find(const QString &expression, int start, int end, int options)
 {
-    const QString text = Text();
-    const qsizetype length = expression.size();
-    const qsizetype limit = end < 0 ? text.size() : std::min<qsizetype>(end, text.size());
-    const Qt::CaseSensitivity sensitivity = options & MatchCase ? Qt::CaseSensitive : Qt::CaseInsensitive;
-    if (length == 0)
-        return -1;
-    for (qsizetype at = std::max(start, 0); at + length <= limit; ++at) {
-        at = QStringView(text).first(limit).indexOf(expression, at, sensitivity);
-        if (at < 0)
-            return -1;
-        if ((options & WholeWord) && (isWordCharacter(text, at - 1) || isWordCharacter(text, at + length)))
-            continue;
-        const int found = static_cast<int>(at);
-        if (!(options & NoHighlight)) {
-            setSelStart(found);
-            setSelLength(static_cast<int>(length));
-        }
-        return found;
+    const int found = findText(Text(), expression, start, end, options);
+    if (found >= 0 && !(options & NoHighlight)) {
+        setSelStart(found);
+        setSelLength(static_cast<int>(expression.size()));
     }
-    return -1;
+    return found;
 }
 
 bool RichTextBox::event(QEvent *event)

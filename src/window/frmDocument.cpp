@@ -13,6 +13,8 @@
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 
+#include "search/modSearch.h"
+
 #include "model/Globals.h"
 #include "model/Ports.h"
 #include "model/modFile.h"
@@ -387,7 +389,7 @@ void frmDocument::trvOutline_Collapse(Entry *entry)
 void frmDocument::txtRTF_Change()
 {
     procedure("frmDocument txtRTF_Change", [this] {
-        if (bBusy)
+        if (bBusy || g_iSearchMode != 0)
             return;
         m_document->m_bDataChanged = true;
         modNodes::NodeTextPut(*m_document, m_document->tree.selected());

@@ -128,6 +128,8 @@ public:
         return take(answers, question, Answer::Cancel);
     }
 
+    void inform(const QString &text) override { notices.append(text); }
+
     void warn(const QString &text) override { warnings.append(text); }
 
     std::optional<QString> askOpenName(const FileDialogRequest &request) override
@@ -147,6 +149,7 @@ public:
     std::deque<std::optional<QString>> saveNames;
     QStringList questions;
     QStringList plainQuestions;
+    QStringList notices;
     QStringList warnings;
     std::vector<FileDialogRequest> openRequests;
     std::vector<FileDialogRequest> saveRequests;

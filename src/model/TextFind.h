@@ -1,0 +1,10 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+// The offset of the first match at or behind `start` that ends by `end` (-1: the end of the text), or -1. The options
+// are those of TextPane::FindOption; a word is a run of letters and digits of any script.
+int findText(const QString &text, const QString &expression, int start, int end, int options);

@@ -1,0 +1,298 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "search/modSearch.h"
+
+#include "model/Document.h"
+#include "model/OutlinePane.h"
+#include "model/Ports.h"
+#include "model/StoredText.h"
+#include "model/TextFind.h"
+#include "model/TextPane.h"
+#include "model/modNodes.h"
+#include "rtf/Rtf.h"
+#include "util/Procedure.h"
+#include "util/modString.h"
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// Holds the search mode while it lives.
+class SearchModeScope
+{
+public:
+    explicit SearchModeScope(qint16 mode) { g_iSearchMode = mode; }
+
+    ~SearchModeScope() { g_iSearchMode = 0; }
+
+    SearchModeScope(const SearchModeScope &) = delete;
+    SearchModeScope &operator=(const SearchModeScope &) = delete;
+};
+
+// Keeps the text pane from drawing while entries pass through it.
+class HiddenText
+{
+public:
+    explicit HiddenText(TextPane &pane)
+        : m_pane(pane)
+    {
+        m_pane.setPaneVisible(false);
+    }
+
+    ~HiddenText() { m_pane.setPaneVisible(true); }
+
+    HiddenText(const HiddenText &) = delete;
+    HiddenText &operator=(const HiddenText &) = delete;
+
+private:
+    TextPane &m_pane;
+};
+
+int findOptions()
+{
+    return (g_bSearchMatchCase ? TextPane::MatchCase : 0) | (g_bSearchWholeWord ? TextPane::WholeWord : 0) |
+           (g_bSearchBackwards ? TextPane::NoHighlight : 0);
+}
+
+void openDialog(const char *name, qint16 mode)
+{
+    procedure(name, [mode] {
+        if (const Document *document = DocumentActive(); document && document->txtRTF.SelLength() > 0)
+            g_sSearchFind = document->txtRTF.SelText();
+        {
+            const SearchModeScope scope(mode);
+            searchPorts().showDialog();
+        }
+        modNodes::NodeTextGetSelected();
+    });
+}
+
+// The result is whether a match stands at or behind the place where the search began, not whether one was selected.
+bool searchBackwards(TextPane &pane)
+{
+    int next = -1;
+    int previous = -1;
+    modSearch::SearchTextBackwards(findOptions(), pane.SelStart(), next, previous);
+    if (previous < 0) {
+        if (pane.SelLength() > 0)
+            pane.setSelStart(0);
+        modSearch::SearchTextBackwards(findOptions(), static_cast<int>(pane.Text().size()), next, previous);
+    }
+    if (previous >= 0) {
+        pane.setSelStart(previous);
+        pane.setSelLength(static_cast<int>(g_sSearchFind.size()));
+    }
+    return next >= 0;
+}
+
+// Whether a text that comes into the pane anew would be found in. Backwards it never is: the search begins at its
+// start. Texts are looked at in their stored form, because showing each of them costs many times as much.
+bool mayMatch(const Document &document, const Entry *entry)
+{
+    if (g_bSearchBackwards)
+        return false;
+    const QByteArray text = NodeTextDecompressIfRequired(document.tree.storedText(entry));
+    // What is no rich text takes the long way.
+    return !rtf::isRtf(text) || findText(rtf::toPlainText(text), g_sSearchFind, 0, -1, findOptions()) >= 0;
+}
+
+} // namespace
+
+SearchPorts &searchPorts()
+{
+    static SearchPorts registered;
+    return registered;
+}
+
+namespace modSearch
+{
+
+void SearchFind()
+{
+    openDialog("modSearch SearchFind", 1);
+}
+
+void SearchReplace()
+{
+    openDialog("modSearch SearchReplace", 2);
+}
+
+void SearchRepeat()
+{
+    procedure("modSearch SearchRepeat", [] {
+        const SearchModeScope scope(1);
+        SearchPerform();
+    });
+}
+
+bool SearchPerform()
+{
+    return procedure("modSearch SearchPerform", [] {
+        bool found = false;
+        {
+            const HourglassPointer hourglass;
+            found = g_sSearchScope == u"0"   ? SearchText()
+                    : g_sSearchScope == u"1" ? SearchAllTexts()
+                    : g_sSearchScope == u"2" ? SearchLabels()
+                                             : false;
+        }
+        if (!found && DocumentActive())
+            ports().dialogs->inform(u"Search completed"_s);
+        return found;
+    });
+}
+
+void SearchPerformReplace()
+{
+    procedure("modSearch SearchPerformReplace", [] {
+        if (g_sSearchScope == u"0" || g_sSearchScope == u"1")
+            SearchReplaceText();
+        else if (g_sSearchScope == u"2")
+            SearchReplaceLabel();
+    });
+}
+
+void SearchReplaceAll()
+{
+    procedure("modSearch SearchReplaceAll", [] {
+        if (g_sSearchFind.isEmpty() || replacementHoldsExpression())
+            return;
+        do {
+            SearchPerformReplace();
+        } while (SearchPerform());
+    });
+}
+
+bool replacementHoldsExpression()
+{
+    return g_sSearchReplace.contains(g_sSearchFind, g_bSearchMatchCase ? Qt::CaseSensitive : Qt::CaseInsensitive);
+}
+
+bool SearchText()
+{
+    return procedure("modSearch SearchText", [] {
+        const Document *document = DocumentActive();
+        if (!document)
+            return false;
+        TextPane &pane = document->txtRTF;
+        if (g_bSearchBackwards)
+            return searchBackwards(pane);
+        int offset = pane.Find(g_sSearchFind, pane.SelStart() + pane.SelLength(), -1, findOptions());
+        if (offset < 0 && pane.SelLength() > 0) {
+            pane.setSelStart(0);
+            offset = pane.Find(g_sSearchFind, 0, -1, findOptions());
+        }
+        return offset >= 0;
+    });
+}
+
+void SearchTextBackwards(int options, int limit, int &next, int &previous)
+{
+    procedure("modSearch SearchTextBackwards", [&] {
+        next = previous = -1;
+        const Document *document = DocumentActive();
+        if (!document)
+            return;
+        do {
+            previous = next;
+            next = document->txtRTF.Find(g_sSearchFind, next + 1, -1, options);
+        } while (next >= 0 && next < limit);
+    });
+}
+
+bool SearchAllText()
+{
+    return procedure("modSearch SearchAllText", [] {
+        const Document *document = DocumentActive();
+        if (!document)
+            return false;
+        TextPane &pane = document->txtRTF;
+        if (g_bSearchBackwards)
+            return searchBackwards(pane);
+        // The caret alone does not count: a text without a selection is searched from its beginning.
+        const int start = pane.SelLength() > 0 ? pane.SelStart() + pane.SelLength() : 0;
+        return pane.Find(g_sSearchFind, start, -1, findOptions()) >= 0;
+    });
+}
+
+bool SearchAllTexts()
+{
+    return procedure("modSearch SearchAllTexts", [] {
+        Document *document = DocumentActive();
+        if (!document)
+            return false;
+        const HiddenText hidden(document->txtRTF);
+        const EntryCollection &entries = document->tree.collection();
+        const Entry *selected = document->tree.selected();
+        const int first = selected ? entries.indexOf(selected) : 1;
+        const int count = document->tree.entryCount();
+        Entry *found = nullptr;
+        const auto search = [&](int from, int to, bool reloads) {
+            for (int i = from; i <= to && !found; ++i) {
+                Entry *entry = entries.at(i);
+                if (!entry)
+                    continue;
+                const bool isShown = i == first && !reloads;
+                if (!isShown) {
+                    if (!mayMatch(*document, entry))
+                        continue;
+                    modNodes::NodeTextGet(*document, entry);
+                }
+                if (SearchAllText())
+                    found = entry;
+            }
+        };
+        search(first, count, false);
+        if (!found && first >= 2)
+            search(1, first - 1, true);
+        if (found)
+            SearchNodeSelect(found);
+        else
+            modNodes::NodeTextGetSelected();
+        return found != nullptr;
+    });
+}
+
+void SearchReplaceText()
+{
+    procedure("modSearch SearchReplaceText", [] {
+        Document *document = DocumentActive();
+        if (!document || document->txtRTF.SelLength() <= 0)
+            return;
+        TextPane &pane = document->txtRTF;
+        const int start = pane.SelStart();
+        QString replacement = g_sSearchReplace;
+        const bool isOneWord = !replacement.contains(u' ');
+        if (isOneWord && !g_bSearchMatchCase && modString::StringUpperCaseAlpha(pane.SelText().left(1)) &&
+            !replacement.isEmpty())
+            replacement[0] = replacement[0].toUpper();
+        pane.setSelText(replacement);
+        pane.setSelStart(start);
+        pane.setSelLength(static_cast<int>(replacement.size()));
+        modNodes::NodeTextPutSelected();
+        // The pane's own notice of the change is taken for a part of the search.
+        document->m_bDataChanged = true;
+    });
+}
+
+void SearchNodeSelect(Entry *entry)
+{
+    procedure("modSearch SearchNodeSelect", [&] {
+        Document *document = DocumentActive();
+        if (document && entry) {
+            if (document->tree.selected() != entry) {
+                modNodes::nodCurrent().set(&document->tree, entry);
+                document->tree.select(entry);
+            }
+            document->tree.expandAncestors(entry);
+            document->trvOutline.ScrollTo(entry);
+            ports().commands->UpdateStatusBar(entry);
+        }
+        if (document)
+            ports().commands->MenuEnableDynamic();
+    });
+}
+
+} // namespace modSearch

@@ -1,0 +1,244 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "search/SearchFixture.h"
+#include "search/clsHistory.h"
+#include "search/frmSearch.h"
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPushButton>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+// The dialog, driven with keys and the mouse.
+class tst_frmSearch : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+
+    void init()
+    {
+        m_fixture = std::make_unique<SearchFixture>();
+        m_saves = 0;
+        m_settings = FakeSettingsStore();
+        searchPorts() = {&m_settings, [] {}, [this] { ++m_saves; }};
+        g_hisFind = clsHistory(u"FindHistory"_s);
+        g_hisReplace = clsHistory(u"ReplaceHistory"_s);
+    }
+
+    void cleanup()
+    {
+        m_dialog.reset();
+        m_fixture.reset();
+    }
+
+    void theLayoutFollowsTheMode();
+    void everyControlIsNamed();
+    void findWaitsForAnExpressionAndAScope();
+    void theValuesOfTheLastTimeAreShown();
+    void enterFinds();
+    void replaceIsForAMatch();
+    void aReplacementThatHoldsTheExpressionIsNotUsed();
+    void replaceAllReplacesAll();
+    void closeStoresWhatWasTyped();
+    void escapeIsClose();
+    void closingTheWindowSavesNothing();
+    void itKeepsOffTheMatch();
+
+private:
+    void open(qint16 mode)
+    {
+        g_iSearchMode = mode;
+        m_dialog = std::make_unique<frmSearch>();
+        m_dialog->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_dialog.get()));
+    }
+
+    QComboBox *input(int place) const { return m_dialog->findChild<QComboBox *>(u"cmbInput%1"_s.arg(place)); }
+
+    QPushButton *button(int place) const { return m_dialog->findChild<QPushButton *>(u"cmdInput%1"_s.arg(place)); }
+
+    void type(int place, const QString &text) const
+    {
+        input(place)->lineEdit()->selectAll();
+        QTest::keyClicks(input(place)->lineEdit(), text);
+    }
+
+    QStringList rows(int place) const
+    {
+        QStringList all;
+        for (int i = 0; i < input(place)->count(); ++i)
+            all.append(input(place)->itemText(i));
+        return all;
+    }
+
+    std::unique_ptr<SearchFixture> m_fixture;
+    std::unique_ptr<frmSearch> m_dialog;
+    FakeSettingsStore m_settings;
+    int m_saves = 0;
+};
+
+void tst_frmSearch::theLayoutFollowsTheMode()
+{
+    for (const qint16 mode : {qint16(1), qint16(2)}) {
+        open(mode);
+        for (const QWidget *part : std::initializer_list<const QWidget *>{
+                 input(1), m_dialog->findChild<QLabel *>(u"lblInput1"_s), button(1), button(2)})
+            QCOMPARE(part->isVisible(), mode == 2);
+        QCOMPARE(rows(2), QStringList({u"Current entry text"_s, u"All entry texts"_s, u"All entry names"_s}));
+        QCOMPARE(m_dialog->windowTitle(), u"Search"_s);
+    }
+}
+
+void tst_frmSearch::everyControlIsNamed()
+{
+    open(2);
+    for (const QComboBox *box : m_dialog->findChildren<QComboBox *>())
+        QVERIFY(!box->accessibleName().isEmpty());
+    QCOMPARE(m_dialog->findChild<QLabel *>(u"lblInput0"_s)->text(), u"Fi&nd expression"_s);
+    QCOMPARE(m_dialog->findChild<QLabel *>(u"lblInput0"_s)->buddy(), input(0));
+    QCOMPARE(button(2)->text(), u"Replace &All"_s);
+}
+
+void tst_frmSearch::findWaitsForAnExpressionAndAScope()
+{
+    open(1);
+    QVERIFY(!button(0)->isEnabled());
+    type(0, u"cat"_s);
+    QVERIFY(!button(0)->isEnabled());
+    input(2)->setCurrentIndex(0);
+    QVERIFY(button(0)->isEnabled());
+    QCOMPARE(g_sSearchFind, u"cat"_s);
+    QCOMPARE(g_sSearchScope, u"0"_s);
+    type(0, u" "_s);
+    QVERIFY(!button(0)->isEnabled());
+}
+
+void tst_frmSearch::theValuesOfTheLastTimeAreShown()
+{
+    g_sSearchFind = u"cat"_s;
+    g_sSearchReplace = u"dog"_s;
+    g_sSearchWhere = u"All entry names"_s;
+    g_bSearchWholeWord = true;
+    open(2);
+    QCOMPARE(input(0)->currentText(), u"cat"_s);
+    QCOMPARE(input(1)->currentText(), u"dog"_s);
+    QCOMPARE(input(2)->currentIndex(), 2);
+    QVERIFY(m_dialog->findChild<QCheckBox *>(u"chkInput1"_s)->isChecked());
+    QVERIFY(!m_dialog->findChild<QCheckBox *>(u"chkInput0"_s)->isChecked());
+    QVERIFY(button(0)->isEnabled());
+    QVERIFY(button(2)->isEnabled());
+}
+
+void tst_frmSearch::enterFinds()
+{
+    m_fixture->show(u"a cat"_s);
+    open(1);
+    input(2)->setCurrentIndex(0);
+    type(0, u"cat"_s);
+    QTest::keyClick(input(0)->lineEdit(), Qt::Key_Return);
+    QCOMPARE(m_fixture->box.SelText(), u"cat"_s);
+    QCOMPARE(m_saves, 1);
+    QVERIFY(m_dialog->isVisible());
+    QVERIFY(button(0)->isEnabled());
+}
+
+void tst_frmSearch::replaceIsForAMatch()
+{
+    Entry *root = m_fixture->add(nullptr, u"Root"_s, u"a cat, a cat"_s);
+    modNodes::NodeSelectFull(m_fixture->document, root);
+    open(2);
+    input(2)->setCurrentIndex(0);
+    type(0, u"cat"_s);
+    type(1, u"dog"_s);
+    QVERIFY(!button(1)->isEnabled());
+    QTest::mouseClick(button(0), Qt::LeftButton);
+    QVERIFY(button(1)->isEnabled());
+    QTest::mouseClick(button(1), Qt::LeftButton);
+    QCOMPARE(m_fixture->box.Text(), u"a dog, a cat"_s);
+    QVERIFY(!button(1)->isEnabled());
+    QVERIFY(!button(2)->isEnabled());
+}
+
+void tst_frmSearch::aReplacementThatHoldsTheExpressionIsNotUsed()
+{
+    m_fixture->show(u"a cat"_s);
+    open(2);
+    input(2)->setCurrentIndex(0);
+    type(0, u"cat"_s);
+    type(1, u"Cat"_s);
+    QVERIFY(!button(2)->isEnabled());
+    QTest::mouseClick(button(0), Qt::LeftButton);
+    QCOMPARE(m_fixture->box.SelText(), u"cat"_s);
+    QVERIFY(!button(1)->isEnabled());
+    m_dialog->findChild<QCheckBox *>(u"chkInput0"_s)->setChecked(true);
+    QVERIFY(button(2)->isEnabled());
+}
+
+void tst_frmSearch::replaceAllReplacesAll()
+{
+    Entry *root = m_fixture->add(nullptr, u"Root"_s, u"a cat, a cat"_s);
+    modNodes::NodeSelectFull(m_fixture->document, root);
+    open(2);
+    input(2)->setCurrentIndex(0);
+    type(0, u"cat"_s);
+    type(1, u"dog"_s);
+    QTest::mouseClick(button(2), Qt::LeftButton);
+    QCOMPARE(m_fixture->textOf(root), u"a dog, a dog"_s);
+    QVERIFY(!button(2)->isEnabled());
+}
+
+void tst_frmSearch::closeStoresWhatWasTyped()
+{
+    open(2);
+    type(0, u"cat"_s);
+    type(1, u"dog"_s);
+    QTest::mouseClick(button(3), Qt::LeftButton);
+    QVERIFY(!m_dialog->isVisible());
+    QCOMPARE(m_settings.section(u"FindHistory"_s).at(0).second, u"cat"_s);
+    QCOMPARE(m_settings.section(u"ReplaceHistory"_s).at(0).second, u"dog"_s);
+    // The list of the next dialog begins with a blank row.
+    open(2);
+    QCOMPARE(rows(0), QStringList({QString(), u"cat"_s}));
+    QCOMPARE(rows(1), QStringList({QString(), u"dog"_s}));
+}
+
+void tst_frmSearch::escapeIsClose()
+{
+    open(1);
+    type(0, u"cat"_s);
+    QTest::keyClick(m_dialog.get(), Qt::Key_Escape);
+    QVERIFY(!m_dialog->isVisible());
+    QCOMPARE(m_settings.section(u"FindHistory"_s).size(), std::size_t(1));
+}
+
+void tst_frmSearch::closingTheWindowSavesNothing()
+{
+    open(1);
+    type(0, u"cat"_s);
+    m_dialog->close();
+    QVERIFY(m_settings.section(u"FindHistory"_s).empty());
+}
+
+void tst_frmSearch::itKeepsOffTheMatch()
+{
+    m_fixture->show(u"one\ntwo\na cat in the third line"_s);
+    m_fixture->box.resize(500, 300);
+    m_fixture->box.show();
+    open(1);
+    m_dialog->move(m_fixture->box.mapToGlobal(QPoint(10, 10)));
+    input(2)->setCurrentIndex(0);
+    type(0, u"cat"_s);
+    QTest::keyClick(input(0)->lineEdit(), Qt::Key_Return);
+    const QRect caret = m_fixture->box.cursorRect();
+    const QRect match(m_fixture->box.viewport()->mapToGlobal(caret.topLeft()), caret.size());
+    QVERIFY(!m_dialog->frameGeometry().intersects(match));
+}
+
+QTEST_MAIN(tst_frmSearch)
+#include "tst_frmSearch.moc"

@@ -1,0 +1,543 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "search/SearchFixture.h"
+
+#include <QTest>
+
+#include <random>
+
+using namespace Qt::StringLiterals;
+
+// The search engine on a real text pane.
+class tst_modSearch : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+
+    void init() { m_fixture = std::make_unique<SearchFixture>(); }
+
+    void cleanup() { m_fixture.reset(); }
+
+    void forwardFromACaretDoesNotWrap();
+    void forwardFromAMatchWraps();
+    void backwardsToTheOnlyMatchBeforeReportsFailure();
+    void backwardsAfterWrappingReportsFailure();
+    void backwardsBetweenMatchesReportsSuccess();
+    void matchCaseAndWholeWord();
+    void allTextsGoRoundFromTheSelectedEntry();
+    void allTextsThatFindNothingShowTheSelectedEntryAgain();
+    void allTextsDoNotCountAsEdits();
+    void allTextsFindWhatWasJustTyped();
+    void allTextsBackwardsStayInTheEntry();
+    void labelsSearchTheSelectedOneLast();
+    void labelsThatFindNothingReturnToTheStart();
+    void wholeWordsInLabels_data();
+    void wholeWordsInLabels();
+    void capitalsAreKeptInReplacements_data();
+    void capitalsAreKeptInReplacements();
+    void replacingIsStoredAndCounts();
+    void replacingInALabel_data();
+    void replacingInALabel();
+    void replaceAllInAText();
+    void replaceAllInAllTexts();
+    void replaceAllInLabels();
+    void aReplacementThatHoldsTheExpressionEnds();
+    void noScopeSearchesNothing();
+    void withoutADocumentNothingIsFound();
+    void theCommandsTakeTheSelectedText();
+    void repeatingTakesTheValuesAsTheyAre();
+    void randomSearchesAreAsTheStepsSay();
+
+private:
+    std::unique_ptr<SearchFixture> m_fixture;
+};
+
+void tst_modSearch::forwardFromACaretDoesNotWrap()
+{
+    SearchFixture &f = *m_fixture;
+    f.show(u"cat and dog"_s);
+    f.select(5, 0);
+    g_sSearchFind = u"cat"_s;
+    QVERIFY(!modSearch::SearchPerform());
+    QCOMPARE(f.fake.dialogs.notices, QStringList{u"Search completed"_s});
+    QCOMPARE(f.box.SelLength(), 0);
+}
+
+void tst_modSearch::forwardFromAMatchWraps()
+{
+    SearchFixture &f = *m_fixture;
+    f.show(u"cat and dog cat"_s);
+    f.select(12, 3);
+    g_sSearchFind = u"cat"_s;
+    QVERIFY(modSearch::SearchPerform());
+    QCOMPARE(f.box.SelStart(), 0);
+    QCOMPARE(f.box.SelText(), u"cat"_s);
+}
+
+void tst_modSearch::backwardsToTheOnlyMatchBeforeReportsFailure()
+{
+    SearchFixture &f = *m_fixture;
+    f.show(u"cat and dog"_s);
+    f.select(11, 0);
+    g_sSearchFind = u"cat"_s;
+    g_bSearchBackwards = true;
+    QVERIFY(!modSearch::SearchPerform());
+    QCOMPARE(f.box.SelText(), u"cat"_s);
+    QCOMPARE(f.fake.dialogs.notices.size(), 1);
+}
+
+void tst_modSearch::backwardsAfterWrappingReportsFailure()
+{
+    SearchFixture &f = *m_fixture;
+    f.show(u"a cat, a cat"_s);
+    f.select(2, 3);
+    g_sSearchFind = u"cat"_s;
+    g_bSearchBackwards = true;
+    QVERIFY(!modSearch::SearchPerform());
+    QCOMPARE(f.box.SelStart(), 9);
+}
+
+void tst_modSearch::backwardsBetweenMatchesReportsSuccess()
+{
+    SearchFixture &f = *m_fixture;
+    f.show(u"cat cat cat"_s);
+    f.select(4, 3);
+    g_sSearchFind = u"cat"_s;
+    g_bSearchBackwards = true;
+    QVERIFY(modSearch::SearchPerform());
+    QCOMPARE(f.box.SelStart(), 0);
+}
+
+void tst_modSearch::matchCaseAndWholeWord()
+{
+    SearchFixture &f = *m_fixture;
+    f.show(u"Cats cat CAT"_s);
+    g_sSearchFind = u"cat"_s;
+    QVERIFY(modSearch::SearchText());
+    QCOMPARE(f.box.SelStart(), 0);
+    f.select(0, 0);
+    g_bSearchWholeWord = true;
+    QVERIFY(modSearch::SearchText());
+    QCOMPARE(f.box.SelStart(), 5);
+    QVERIFY(modSearch::SearchText());
+    QCOMPARE(f.box.SelStart(), 9);
+    g_bSearchMatchCase = true;
+    f.select(6, 0);
+    QVERIFY(!modSearch::SearchText());
+}
+
+void tst_modSearch::allTextsGoRoundFromTheSelectedEntry()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, u"a cat"_s);
+    Entry *first = f.add(root, u"First"_s, u"no"_s);
+    Entry *second = f.add(root, u"Second"_s, u"cat, cat"_s);
+    Entry *third = f.add(first, u"Third"_s, u"the cat"_s);
+    modNodes::NodeSelectFull(f.document, second);
+    f.select(3, 0);
+    g_sSearchFind = u"cat"_s;
+    g_sSearchScope = u"1"_s;
+    const auto expectAt = [&f](const Entry *entry, int start) {
+        QVERIFY(modSearch::SearchPerform());
+        QCOMPARE(f.document.tree.selected(), entry);
+        QCOMPARE(f.box.SelStart(), start);
+        QCOMPARE(f.box.SelText(), u"cat"_s);
+    };
+    // A caret does not count: the entry is searched from its beginning.
+    expectAt(second, 0);
+    expectAt(second, 5);
+    expectAt(third, 4);
+    expectAt(root, 2);
+    expectAt(second, 0);
+    QVERIFY(f.box.PaneVisible());
+}
+
+void tst_modSearch::allTextsThatFindNothingShowTheSelectedEntryAgain()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, u"one"_s);
+    Entry *child = f.add(root, u"Child"_s, u"two"_s);
+    modNodes::NodeSelectFull(f.document, child);
+    g_sSearchFind = u"three"_s;
+    g_sSearchScope = u"1"_s;
+    QVERIFY(!modSearch::SearchPerform());
+    QCOMPARE(f.document.tree.selected(), child);
+    QCOMPARE(f.box.Text(), u"two"_s);
+    QVERIFY(f.box.PaneVisible());
+}
+
+void tst_modSearch::allTextsDoNotCountAsEdits()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, u"one"_s);
+    Entry *child = f.add(root, u"Child"_s, u"two"_s);
+    const QByteArray stored = f.document.tree.storedText(child);
+    modNodes::NodeSelectFull(f.document, root);
+    f.document.m_bDataChanged = false;
+    g_sSearchFind = u"two"_s;
+    g_sSearchScope = u"1"_s;
+    QVERIFY(modSearch::SearchPerform());
+    QVERIFY(!f.document.m_bDataChanged);
+    QCOMPARE(f.document.tree.storedText(child), stored);
+}
+
+void tst_modSearch::allTextsFindWhatWasJustTyped()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, u"one"_s);
+    Entry *child = f.add(root, u"Child"_s, u"two"_s);
+    modNodes::NodeSelectFull(f.document, child);
+    g_iSearchMode = 0;
+    f.box.setSelText(u"new "_s);
+    g_iSearchMode = 1;
+    modNodes::NodeSelectFull(f.document, root);
+    g_sSearchFind = u"new"_s;
+    g_sSearchScope = u"1"_s;
+    QVERIFY(modSearch::SearchPerform());
+    QCOMPARE(f.document.tree.selected(), child);
+}
+
+void tst_modSearch::allTextsBackwardsStayInTheEntry()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, u"cat cat"_s);
+    f.add(root, u"Child"_s, u"cat"_s);
+    modNodes::NodeSelectFull(f.document, root);
+    f.select(4, 3);
+    g_sSearchFind = u"cat"_s;
+    g_sSearchScope = u"1"_s;
+    g_bSearchBackwards = true;
+    QVERIFY(modSearch::SearchPerform());
+    QCOMPARE(f.document.tree.selected(), root);
+    QCOMPARE(f.box.SelStart(), 0);
+}
+
+void tst_modSearch::labelsSearchTheSelectedOneLast()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Cat root"_s, {});
+    Entry *first = f.add(root, u"Cat one"_s, {});
+    Entry *second = f.add(root, u"Dog"_s, {});
+    Entry *third = f.add(root, u"Cat three"_s, {});
+    modNodes::NodeSelectFull(f.document, first);
+    g_sSearchFind = u"cat"_s;
+    g_sSearchScope = u"2"_s;
+    QVERIFY(modSearch::SearchPerform());
+    QCOMPARE(f.document.tree.selected(), third);
+    modNodes::NodeSelectFull(f.document, first);
+    g_sSearchFind = u"cat one"_s;
+    QVERIFY(modSearch::SearchPerform());
+    QCOMPARE(f.document.tree.selected(), first);
+    modNodes::NodeSelectFull(f.document, second);
+    g_sSearchFind = u"cat r"_s;
+    QVERIFY(modSearch::SearchPerform());
+    QCOMPARE(f.document.tree.selected(), root);
+}
+
+void tst_modSearch::labelsThatFindNothingReturnToTheStart()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, {});
+    Entry *child = f.add(root, u"Child"_s, u"text"_s);
+    f.add(root, u"Other"_s, {});
+    modNodes::NodeSelectFull(f.document, child);
+    g_sSearchFind = u"nothing"_s;
+    g_sSearchScope = u"2"_s;
+    QVERIFY(!modSearch::SearchPerform());
+    QCOMPARE(f.document.tree.selected(), child);
+    QCOMPARE(f.box.Text(), u"text"_s);
+}
+
+void tst_modSearch::wholeWordsInLabels_data()
+{
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<bool>("matches");
+    QTest::newRow("the last character is not looked at") << u"cats"_s << true;
+    QTest::newRow("one before the last is") << u"cats!"_s << false;
+    QTest::newRow("a word") << u"a cat"_s << true;
+    QTest::newRow("only the first occurrence counts") << u"concat cat"_s << false;
+    QTest::newRow("a letter beyond ASCII is none") << u"\u00e4cat"_s << true;
+    QTest::newRow("none") << u"dog"_s << false;
+}
+
+void tst_modSearch::wholeWordsInLabels()
+{
+    QFETCH(const QString, label);
+    QFETCH(const bool, matches);
+    g_sSearchFind = u"cat"_s;
+    g_bSearchWholeWord = true;
+    QCOMPARE(modSearch::SearchLabel(label, Qt::CaseInsensitive), matches);
+}
+
+void tst_modSearch::capitalsAreKeptInReplacements_data()
+{
+    QTest::addColumn<QString>("replacement");
+    QTest::addColumn<bool>("matchCase");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("one word") << u"pear"_s << false << u"Pear"_s;
+    QTest::newRow("two words") << u"red pear"_s << false << u"red pear"_s;
+    QTest::newRow("match case") << u"pear"_s << true << u"pear"_s;
+    QTest::newRow("nothing") << QString() << false << QString();
+}
+
+void tst_modSearch::capitalsAreKeptInReplacements()
+{
+    QFETCH(const QString, replacement);
+    QFETCH(const bool, matchCase);
+    QFETCH(const QString, expected);
+    SearchFixture &f = *m_fixture;
+    f.show(u"an Apple a day"_s);
+    f.select(3, 5);
+    g_sSearchReplace = replacement;
+    g_bSearchMatchCase = matchCase;
+    modSearch::SearchPerformReplace();
+    QCOMPARE(f.box.Text(), u"an %1 a day"_s.arg(expected));
+    QCOMPARE(f.box.SelStart(), 3);
+    QCOMPARE(f.box.SelText(), expected);
+}
+
+void tst_modSearch::replacingIsStoredAndCounts()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, u"one two"_s);
+    modNodes::NodeSelectFull(f.document, root);
+    f.document.m_bDataChanged = false;
+    g_sSearchFind = u"two"_s;
+    g_sSearchReplace = u"three"_s;
+    modSearch::SearchPerformReplace();
+    QCOMPARE(f.box.Text(), u"one two"_s);
+    QVERIFY(modSearch::SearchPerform());
+    modSearch::SearchPerformReplace();
+    QCOMPARE(f.textOf(root), u"one three"_s);
+    QVERIFY(f.document.m_bDataChanged);
+}
+
+void tst_modSearch::replacingInALabel_data()
+{
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<bool>("wholeWord");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("every occurrence") << u"cat Cat concat"_s << false << u"dog dog condog"_s;
+    QTest::newRow("up to the first that is no word") << u"cat concat cat"_s << true << u"dog concat cat"_s;
+    QTest::newRow("none") << u"bird"_s << false << u"bird"_s;
+}
+
+void tst_modSearch::replacingInALabel()
+{
+    QFETCH(const QString, label);
+    QFETCH(const bool, wholeWord);
+    QFETCH(const QString, expected);
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, label, {});
+    modNodes::NodeSelectFull(f.document, root);
+    f.document.m_bDataChanged = false;
+    g_sSearchFind = u"cat"_s;
+    g_sSearchReplace = u"dog"_s;
+    g_sSearchScope = u"2"_s;
+    g_bSearchWholeWord = wholeWord;
+    modSearch::SearchPerformReplace();
+    QCOMPARE(root->label(), expected);
+    QCOMPARE(f.document.m_bDataChanged, label != expected);
+}
+
+void tst_modSearch::replaceAllInAText()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, u"Cat, cat\ncat"_s);
+    modNodes::NodeSelectFull(f.document, root);
+    g_sSearchFind = u"cat"_s;
+    g_sSearchReplace = u"dog"_s;
+    modSearch::SearchReplaceAll();
+    // Nothing was selected, so that the first step replaces nothing and finds.
+    QCOMPARE(f.textOf(root), u"Dog, dog\r\ndog"_s);
+    QCOMPARE(f.fake.dialogs.notices.size(), 1);
+}
+
+void tst_modSearch::replaceAllInAllTexts()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, u"a cat"_s);
+    Entry *child = f.add(root, u"Child"_s, u"no"_s);
+    Entry *other = f.add(root, u"Other"_s, u"cat cat"_s);
+    modNodes::NodeSelectFull(f.document, child);
+    g_sSearchFind = u"cat"_s;
+    g_sSearchReplace = u"dog"_s;
+    g_sSearchScope = u"1"_s;
+    modSearch::SearchReplaceAll();
+    QCOMPARE(f.textOf(root), u"a dog"_s);
+    QCOMPARE(f.textOf(child), u"no"_s);
+    QCOMPARE(f.textOf(other), u"dog dog"_s);
+}
+
+void tst_modSearch::replaceAllInLabels()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"cat"_s, {});
+    Entry *child = f.add(root, u"two cats"_s, {});
+    modNodes::NodeSelectFull(f.document, root);
+    g_sSearchFind = u"cat"_s;
+    g_sSearchReplace = u"dog"_s;
+    g_sSearchScope = u"2"_s;
+    modSearch::SearchReplaceAll();
+    QCOMPARE(root->label(), u"dog"_s);
+    QCOMPARE(child->label(), u"two dogs"_s);
+}
+
+void tst_modSearch::aReplacementThatHoldsTheExpressionEnds()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"cat"_s, u"cat"_s);
+    modNodes::NodeSelectFull(f.document, root);
+    g_sSearchFind = u"cat"_s;
+    g_sSearchReplace = u"Cats"_s;
+    for (const QString &scope : {u"0"_s, u"1"_s, u"2"_s}) {
+        g_sSearchScope = scope;
+        modSearch::SearchReplaceAll();
+        QCOMPARE(root->label(), u"cat"_s);
+        QCOMPARE(f.textOf(root), u"cat"_s);
+    }
+}
+
+void tst_modSearch::noScopeSearchesNothing()
+{
+    SearchFixture &f = *m_fixture;
+    f.show(u"cat"_s);
+    g_sSearchFind = u"cat"_s;
+    for (const QString &scope : {QString(), u"-1"_s}) {
+        g_sSearchScope = scope;
+        QVERIFY(!modSearch::SearchPerform());
+    }
+}
+
+void tst_modSearch::withoutADocumentNothingIsFound()
+{
+    SearchFixture &f = *m_fixture;
+    f.show(u"cat"_s);
+    f.windows.document = nullptr;
+    g_sSearchFind = u"cat"_s;
+    g_sSearchReplace = u"dog"_s;
+    int next = 0;
+    int previous = 0;
+    modSearch::SearchTextBackwards(0, 9, next, previous);
+    QVERIFY(next == -1 && previous == -1);
+    for (const QString &scope : {u"0"_s, u"1"_s, u"2"_s}) {
+        g_sSearchScope = scope;
+        QVERIFY(!modSearch::SearchPerform());
+        modSearch::SearchPerformReplace();
+        modSearch::SearchReplaceAll();
+    }
+    QVERIFY(!modSearch::SearchAllText());
+    modSearch::SearchNodeSelect(nullptr);
+    QCOMPARE(f.box.Text(), u"cat"_s);
+}
+
+void tst_modSearch::theCommandsTakeTheSelectedText()
+{
+    SearchFixture &f = *m_fixture;
+    g_iSearchMode = 0;
+    Entry *root = f.add(nullptr, u"Root"_s, u"one two"_s);
+    modNodes::NodeSelectFull(f.document, root);
+    f.select(4, 3);
+    QList<qint16> modes;
+    searchPorts().showDialog = [&modes] { modes.append(g_iSearchMode); };
+    modSearch::SearchFind();
+    QCOMPARE(g_sSearchFind, u"two"_s);
+    modSearch::SearchReplace();
+    QCOMPARE(modes, (QList<qint16>{1, 2}));
+    QCOMPARE(g_iSearchMode, qint16(0));
+    // Without a selection the old expression stays.
+    QCOMPARE(g_sSearchFind, u"two"_s);
+    QCOMPARE(f.box.Text(), u"one two"_s);
+}
+
+void tst_modSearch::repeatingTakesTheValuesAsTheyAre()
+{
+    SearchFixture &f = *m_fixture;
+    g_iSearchMode = 0;
+    f.show(u"one two one"_s);
+    g_sSearchFind = u"one"_s;
+    modSearch::SearchRepeat();
+    QCOMPARE(f.box.SelStart(), 0);
+    modSearch::SearchRepeat();
+    QCOMPARE(f.box.SelStart(), 8);
+    QCOMPARE(g_iSearchMode, qint16(0));
+}
+
+// The long way: every text goes through the pane, as the steps of the search say.
+static bool searchAllTextsSlowly(Document &document)
+{
+    const EntryCollection &entries = document.tree.collection();
+    const int first = document.tree.selected() ? entries.indexOf(document.tree.selected()) : 1;
+    std::vector<int> order;
+    for (int i = first; i <= document.tree.entryCount(); ++i)
+        order.push_back(i);
+    for (int i = 1; i < first; ++i)
+        order.push_back(i);
+    for (std::size_t i = 0; i < order.size(); ++i) {
+        Entry *entry = entries.at(order[i]);
+        if (i > 0)
+            modNodes::NodeTextGet(document, entry);
+        if (modSearch::SearchAllText()) {
+            modSearch::SearchNodeSelect(entry);
+            return true;
+        }
+    }
+    modNodes::NodeTextGetSelected();
+    return false;
+}
+
+void tst_modSearch::randomSearchesAreAsTheStepsSay()
+{
+    std::mt19937 random(20260305);
+    const auto below = [&random](int bound) { return int(random() % unsigned(bound)); };
+    const QString words[] = {u"ab"_s, u"Ab"_s, u"abc"_s, u" "_s, u"\n"_s, u"b"_s, u"-"_s, u"ab1"_s};
+    for (int round = 0; round < 60; ++round) {
+        // One after the other: each registers its ports and takes them back.
+        m_fixture.reset();
+        m_fixture = std::make_unique<SearchFixture>();
+        SearchFixture &f = *m_fixture;
+        const auto text = [&] {
+            QString made;
+            for (int i = below(9); i > 0; --i)
+                made += words[below(int(std::size(words)))];
+            return made;
+        };
+        Entry *root = f.add(nullptr, u"Root"_s, text());
+        for (int i = below(8); i > 0; --i)
+            f.add(root, u"Child"_s, text());
+        const int start = below(f.document.tree.entryCount()) + 1;
+        g_sSearchFind = words[below(3)];
+        g_sSearchScope = u"1"_s;
+        g_bSearchMatchCase = below(2) == 0;
+        g_bSearchWholeWord = below(2) == 0;
+        g_bSearchBackwards = below(3) == 0;
+
+        struct Outcome {
+            bool found;
+            const Entry *selected;
+            int start;
+            int length;
+            QString text;
+            bool operator==(const Outcome &) const = default;
+        };
+
+        const auto outcomes = [&](bool (*search)(Document &)) {
+            modNodes::NodeSelectFull(f.document, f.document.tree.collection().at(start));
+            f.select(0, 0);
+            std::vector<Outcome> all;
+            for (int i = 0; i < 12; ++i) {
+                const bool found = search(f.document);
+                all.push_back({found, f.document.tree.selected(), f.box.SelStart(), f.box.SelLength(), f.box.Text()});
+            }
+            return all;
+        };
+        const auto expected = outcomes(searchAllTextsSlowly);
+        const auto actual = outcomes([](Document &) { return modSearch::SearchAllTexts(); });
+        QVERIFY2(actual == expected, qPrintable(u"round %1"_s.arg(round)));
+    }
+}
+
+QTEST_MAIN(tst_modSearch)
+#include "tst_modSearch.moc"
