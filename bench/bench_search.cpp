@@ -1,0 +1,107 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+// Searching all texts of a document: a search that finds nothing beside a pass that only inflates the texts, and
+// replacing every match.
+
+#include "model/Entry.h"
+#include "model/StoredText.h"
+#include "model/modNodes.h"
+#include "platform/RichTextBox.h"
+#include "rtf/Rtf.h"
+#include "search/SearchFixture.h"
+#include "search/modSearch.h"
+
+#include <QApplication>
+
+#include <benchmark/benchmark.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// Some 2,000 characters of text, in which every word "match" is counted.
+QByteArray storedText(int number, int matches)
+{
+    QByteArray rtf("{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs20 Entry " + QByteArray::number(number));
+    for (int i = 0; i < matches; ++i)
+        rtf += " match";
+    while (rtf.size() < 2000)
+        rtf += " the quick brown fox no. " + QByteArray::number(rtf.size() * 7 % 1009) +
+               " {\\b jumps} over the dog\\par\n";
+    return NodeTextCompressIfRequired(rtf + "}");
+}
+
+void fill(SearchFixture &program, int entries, int matches)
+{
+    EntryTree &tree = program.document.tree;
+    Entry *root = tree.insert(Relationship::tvwChild, nullptr);
+    for (int i = 1; i < entries; ++i)
+        tree.setStoredText(tree.insert(Relationship::tvwChild, root), storedText(i, matches));
+    tree.setStoredText(root, storedText(0, matches));
+    modNodes::NodeSelectFull(program.document, root);
+    g_sSearchScope = u"1"_s;
+}
+
+void findNothing(benchmark::State &state)
+{
+    const int entries = static_cast<int>(state.range(0));
+    SearchFixture program;
+    fill(program, entries, 0);
+    g_sSearchFind = u"nowhere"_s;
+    for (auto _ : state) {
+        if (modSearch::SearchAllTexts())
+            state.SkipWithError("found");
+    }
+}
+
+// Every text inflated, and nothing else.
+void inflateOnly(benchmark::State &state)
+{
+    const int entries = static_cast<int>(state.range(0));
+    SearchFixture program;
+    fill(program, entries, 0);
+    for (auto _ : state) {
+        for (int i = 1; i <= entries; ++i) {
+            const Entry *entry = program.document.tree.collection().at(i);
+            benchmark::DoNotOptimize(NodeTextDecompressIfRequired(program.document.tree.storedText(entry)));
+        }
+    }
+}
+
+void replaceAll(benchmark::State &state)
+{
+    const int entries = static_cast<int>(state.range(0));
+    const int matches = static_cast<int>(state.range(1));
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto program = std::make_unique<SearchFixture>();
+        fill(*program, entries, matches);
+        program->box.resize(400, 300);
+        program->box.show();
+        g_sSearchFind = u"match"_s;
+        g_sSearchReplace = u"word"_s;
+        state.ResumeTiming();
+        modSearch::SearchReplaceAll();
+        state.PauseTiming();
+        program.reset();
+        state.ResumeTiming();
+    }
+    state.counters["per_match"] = benchmark::Counter(entries * matches, benchmark::Counter::kIsIterationInvariantRate |
+                                                                            benchmark::Counter::kInvert);
+}
+
+} // namespace
+
+BENCHMARK(findNothing)->Arg(1000)->Arg(10000)->Arg(32767)->Unit(benchmark::kMillisecond);
+BENCHMARK(inflateOnly)->Arg(1000)->Arg(10000)->Arg(32767)->Unit(benchmark::kMillisecond);
+BENCHMARK(replaceAll)->Args({500, 2})->Args({5000, 2})->Args({1, 1000})->Args({1, 2000})->Unit(benchmark::kMillisecond);
+
+int main(int argc, char *argv[])
+{
+    const QApplication application(argc, argv);
+    benchmark::Initialize(&argc, argv);
+    benchmark::RunSpecifiedBenchmarks();
+    return 0;
+}
