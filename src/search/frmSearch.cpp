@@ -55,6 +55,17 @@ frmSearch::frmSearch(QWidget *parent)
     procedure("frmSearch Form_Load", [this] { Form_Load(); });
 }
 
+frmSearch::~frmSearch()
+{
+    // The controls outlive this part of the dialog, and tell of the end of their input while they go.
+    for (QComboBox *box : cmbInput)
+        box->disconnect(this);
+    for (QCheckBox *box : chkInput)
+        box->disconnect(this);
+    for (QPushButton *button : cmdInput)
+        button->disconnect(this);
+}
+
 void frmSearch::makeControls()
 {
     const QString labels[] = {u"Fi&nd expression"_s, u"Re&place expression"_s, u"W&here?"_s};

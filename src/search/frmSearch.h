@@ -20,6 +20,7 @@ class frmSearch final : public QDialog
 
 public:
     explicit frmSearch(QWidget *parent = nullptr);
+    ~frmSearch() override;
 
 protected:
     void showEvent(QShowEvent *event) override;
