@@ -8,5 +8,6 @@
 class QMdiArea;
 class QWidget;
 
-// The routines behind the menu items and toolbar buttons, for a main window and the area of its document windows, which must outlive them.
+// The routines behind the menu items and toolbar buttons, for a main window and the area of its document windows, which
+// must outlive them.
 BoundRoutines boundRoutines(QWidget &mainWindow, QMdiArea &area);
