@@ -127,6 +127,8 @@ void RichTextBox::showDocument(QTextDocument *fresh)
     const bool own = old->parent() == this;
     m_loading = true;
     setDocument(fresh);
+    // The control keeps the format at the old caret for what is typed next; the new text has its own.
+    setTextCursor(QTextCursor(fresh));
     if (own)
         delete old;
     m_loading = false;

@@ -71,6 +71,7 @@ private Q_SLOTS:
     void rtfIsShownAndComesBack();
     void bytesThatAreNoRtfAreShownAsText();
     void anEmptyTextEmptiesThePane();
+    void typingAtTheStartTakesTheNewTextsLook();
     void assigningIsNoChangeAndNoUndoStep();
     void typingIsAChange();
     void theSelectedTextIsThatPartOfTheText();
@@ -186,6 +187,22 @@ void tst_RichTextBox::anEmptyTextEmptiesThePane()
     QVERIFY(rtf::isRtf(m_box->TextRTF()));
     m_box->setTextRTF(m_box->TextRTF());
     QCOMPARE(m_box->Text(), QString());
+}
+
+void tst_RichTextBox::typingAtTheStartTakesTheNewTextsLook()
+{
+    m_box->setTextRTF("{\\rtf1 {\\b\\i\\fs60 Loud}}");
+    QCOMPARE(m_box->SelBold(), std::optional(true));
+    m_box->setTextRTF("{\\rtf1 \\fs24 quiet}");
+    QCOMPARE(m_box->SelBold(), std::optional(false));
+    QCOMPARE(m_box->SelFontSize(), std::optional(12.0));
+    QTest::keyClicks(m_box, u"so "_s);
+    m_box->setSelStart(0);
+    m_box->setSelLength(8);
+    QCOMPARE(m_box->SelText(), u"so quiet"_s);
+    QCOMPARE(m_box->SelBold(), std::optional(false));
+    QCOMPARE(m_box->SelItalic(), std::optional(false));
+    QCOMPARE(m_box->SelFontSize(), std::optional(12.0));
 }
 
 void tst_RichTextBox::assigningIsNoChangeAndNoUndoStep()
