@@ -5,6 +5,8 @@
 
 #include <QString>
 
+#include <functional>
+
 class LockKeys;
 class SessionLog;
 class SettingsStore;
@@ -46,6 +48,9 @@ public:
     virtual void setSeparatorVisible(bool visible) = 0;
 };
 
+// What of the application help file is shown.
+enum class HelpTopic { Contents, Search };
+
 struct AppPorts {
     SettingsStore *settings = nullptr;
     MainWindow *mainWindow = nullptr;
@@ -55,7 +60,11 @@ struct AppPorts {
     QString commandLine;
     // Null where there is no keyboard to ask.
     LockKeys *lockKeys = nullptr;
+    // The application help file, which only the desktop's viewer reads, and how to show it; raises error 53 when the
+    // viewer shows nothing.
+    QString helpFile = {};
+    std::function<void(const QString &sFile, HelpTopic topic)> showHelpFile = {};
 };
 
-// The registered ports of the application; every one but lockKeys must be set before Initialise.
+// The registered ports of the application; every one but lockKeys and showHelpFile must be set before Initialise.
 AppPorts &appPorts();

@@ -3,12 +3,29 @@
 
 #include "app/Application.h"
 
+#include "app/frmAbout.h"
 #include "app/modMain.h"
 #include "search/frmSearch.h"
 #include "search/modSearch.h"
 #include "util/Procedure.h"
+#include "util/RunTimeError.h"
 
 #include <QCoreApplication>
+#include <QDesktopServices>
+#include <QFileInfo>
+#include <QUrl>
+
+namespace
+{
+
+// The desktop's viewers open a help file at its contents only.
+void showHelpFile(const QString &sFile, HelpTopic)
+{
+    if (!QFileInfo::exists(sFile) || !QDesktopServices::openUrl(QUrl::fromLocalFile(sFile)))
+        throw RunTimeError(ErrorNumber::FileNotFound);
+}
+
+} // namespace
 
 Application::Application(const QString &commandLine)
     : m_log(SessionLog::folders(QCoreApplication::applicationDirPath()))
@@ -17,6 +34,7 @@ Application::Application(const QString &commandLine)
     ports() = {&m_mainWindow,  &m_mainWindow, &m_dialogs, &m_pointer,
                &m_recentFiles, &m_clipboard,  &m_formats, &m_clock};
     appPorts() = {&m_settings, &m_mainWindow, &m_recentFiles, &m_log, commandLine, &m_lockKeys};
+    appPorts().showHelpFile = showHelpFile;
     searchPorts() = {&m_settings, [this] { frmSearch(&m_mainWindow).exec(); }, modMain::SaveSettings};
     setErrorReporter(modMain::ReportError);
 }
@@ -29,7 +47,12 @@ Application::~Application()
 void Application::Main()
 {
     procedure("modMain Main", [this] {
+        // Whoever opens large documents sees at once that the program has started.
+        frmAbout banner(nullptr, frmAbout::Banner);
+        banner.show();
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
         m_mainWindow.MDIForm_Load();
+        banner.close();
         m_mainWindow.show();
     });
 }

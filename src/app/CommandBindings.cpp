@@ -109,6 +109,8 @@ BoundRoutines boundRoutines(QWidget &mainWindow, QMdiArea &area)
         {Routine::WindowTileHorizontal, [&area](int) { modWindow::WindowTileHorizontal(area); }},
         {Routine::WindowTileVertical, [&area](int) { modWindow::WindowTileVertical(area); }},
         {Routine::WindowArrangeIcons, [&area](int) { modWindow::WindowArrangeIcons(area); }},
+        {Routine::HelpContents, plain(modHelp::HelpContents)},
+        {Routine::HelpSearch, plain(modHelp::HelpSearch)},
         {Routine::HelpAbout, [&mainWindow](int) { modHelp::HelpAbout(&mainWindow); }},
     };
 }

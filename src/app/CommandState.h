@@ -12,8 +12,8 @@
 
 class Document;
 
-// What menus and toolbar depend on: facts about the open documents and the selected entry. Without an active document, or
-// without a selected entry in it, all of it but the number of documents, ActiveWritable and AnyWritable is false.
+// What menus and toolbar depend on: facts about the open documents and the selected entry. Without an active document,
+// or without a selected entry in it, all of it but the number of documents, ActiveWritable and AnyWritable is false.
 struct CommandState {
     int documentCount = 0;
     // An active document may be written, whether or not an entry is selected.

@@ -3,11 +3,12 @@
 
 #include "app/frmAbout.h"
 
+#include "util/Procedure.h"
+
 #include <QGuiApplication>
 #include <QIcon>
 #include <QLabel>
 #include <QPushButton>
-#include <QSysInfo>
 #include <QVBoxLayout>
 
 using namespace Qt::StringLiterals;
@@ -31,8 +32,8 @@ QLabel *addLabel(QVBoxLayout &layout, const QString &name, const QString &text, 
 
 } // namespace
 
-frmAbout::frmAbout(QWidget *parent)
-    : QDialog(parent)
+frmAbout::frmAbout(QWidget *parent, Purpose purpose)
+    : QDialog(parent, purpose == Banner ? Qt::SplashScreen : Qt::Dialog)
 {
     setObjectName(u"frmAbout"_s);
     setWindowTitle(u"About Quillery"_s);
@@ -49,12 +50,19 @@ frmAbout::frmAbout(QWidget *parent)
 
     addLabel(*layout, u"lblTitle"_s, u"Quillery"_s, 2);
     addLabel(*layout, u"lblSubtitle"_s, u"The Outliner"_s, 1);
-    addLabel(*layout, u"lblPlatform"_s, QSysInfo::prettyProductName(), 1);
+    // The systems whose conventions the program keeps, wherever it runs.
+    addLabel(*layout, u"lblPlatform"_s, u"Windows 95/98/NT"_s, 1);
     addLabel(*layout, u"lblVersion"_s, u"Version "_s + QGuiApplication::applicationVersion(), 1);
 
     auto *cmdOK = new QPushButton(u"OK"_s);
     cmdOK->setObjectName(u"cmdOK"_s);
     cmdOK->setDefault(true);
-    connect(cmdOK, &QPushButton::clicked, this, &QDialog::accept);
+    cmdOK->setVisible(purpose == Box);
+    connect(cmdOK, &QPushButton::clicked, this, &frmAbout::cmdOK_Click);
     layout->addWidget(cmdOK, 0, Qt::AlignHCenter);
+}
+
+void frmAbout::cmdOK_Click()
+{
+    procedure("frmAbout cmdOK_Click", [this] { accept(); });
 }

@@ -11,6 +11,8 @@
 #include "app/ScreenPlacement.h"
 #include "app/StatusBar.h"
 #include "app/Toolbar.h"
+#include "app/frmDebug.h"
+#include "app/modHelp.h"
 #include "app/modMain.h"
 #include "model/Globals.h"
 #include "model/modDoc.h"
@@ -72,14 +74,10 @@ frmMain::frmMain(QWidget *parent)
     setContextMenuPolicy(Qt::NoContextMenu);
 
     // An action fires before the area of the documents takes the key to switch between them.
-    auto *insertTab = new QAction(this);
-    insertTab->setObjectName(u"insertTab"_s);
-    insertTab->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Tab));
-    connect(insertTab, &QAction::triggered, this, [this] {
-        if (isCommandEnabled("mnuEditInsertTab"))
-            modEdit::EditInsertTab();
-    });
-    addAction(insertTab);
+    addShortcut("insertTab", QKeySequence(Qt::CTRL | Qt::Key_Tab), "mnuEditInsertTab", modEdit::EditInsertTab);
+    addShortcut("help", QKeySequence(QKeySequence::HelpContents), "mnuHelpContents", modHelp::HelpContents);
+    // No menu item shows it: it is for whoever looks into a document's workings.
+    addShortcut("diagnostics", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F12), nullptr, frmDebug::showModally);
 
     setStatusBar(m_statusBar);
     connect(m_statusBar, &StatusBar::insertClicked, this, [this] {
@@ -100,6 +98,19 @@ frmMain::~frmMain()
         frame->disconnect(this);
         delete frame;
     }
+}
+
+// A key that works anywhere in the main window, while its menu item, if it has one, is enabled.
+void frmMain::addShortcut(const char *name, const QKeySequence &key, const char *item, void (*routine)())
+{
+    auto *action = new QAction(this);
+    action->setObjectName(QString::fromLatin1(name));
+    action->setShortcut(key);
+    connect(action, &QAction::triggered, this, [this, item, routine] {
+        if (!item || isCommandEnabled(item))
+            routine();
+    });
+    addAction(action);
 }
 
 void frmMain::MDIForm_Load()

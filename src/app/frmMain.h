@@ -64,6 +64,7 @@ private:
     void MDIForm_OLEDragOver(QDropEvent &event);
     void MDIForm_OLEDragDrop(QDropEvent &event);
     void Timer1_Timer();
+    void addShortcut(const char *name, const QKeySequence &key, const char *item, void (*routine)());
     void showOverwriting();
     void frameActivated(DocumentFrame *frame);
     void frameClosed(DocumentFrame *frame);

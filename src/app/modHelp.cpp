@@ -3,11 +3,79 @@
 
 #include "app/modHelp.h"
 
+#include "app/AppPorts.h"
 #include "app/frmAbout.h"
+#include "model/Document.h"
+#include "model/DocumentWindow.h"
+#include "model/Ports.h"
+#include "model/modDoc.h"
+#include "search/modSearch.h"
 #include "util/Procedure.h"
+#include "util/ProgramFiles.h"
+#include "util/RunTimeError.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+void showHelpFile(HelpTopic topic)
+{
+    const AppPorts &app = appPorts();
+    if (app.helpFile.isEmpty()) {
+        // Both commands say "Contents".
+        ports().dialogs->inform(u"Unable to display Help Contents. There is no Help associated with this project."_s);
+        return;
+    }
+    try {
+        app.showHelpFile(app.helpFile, topic);
+    } catch (const RunTimeError &error) {
+        ports().dialogs->informPlainly(error.description());
+    }
+}
+
+} // namespace
 
 namespace modHelp
 {
+
+void HelpContents()
+{
+    procedure("modHelp HelpContents", [] {
+        if (g_bHelpIsOutline)
+            LoadHelpQLYFile();
+        else
+            showHelpFile(HelpTopic::Contents);
+    });
+}
+
+void HelpSearch()
+{
+    procedure("modHelp HelpSearch", [] {
+        if (!g_bHelpIsOutline) {
+            showHelpFile(HelpTopic::Search);
+            return;
+        }
+        LoadHelpQLYFile();
+        modSearch::SearchFind();
+    });
+}
+
+void LoadHelpQLYFile()
+{
+    procedure("modHelp LoadHelpQLYFile", [] {
+        const QString sFile = programFile(u"Help.qly"_s);
+        const std::vector<Document *> open = ports().windows->documents();
+        const auto found = std::find_if(open.begin(), open.end(),
+                                        [&sFile](const Document *document) { return document->m_sFile == sFile; });
+        if (found != open.end())
+            (*found)->window.activate();
+        else
+            modDoc::DocLoad(sFile);
+    });
+}
 
 void HelpAbout(QWidget *owner)
 {

@@ -5,6 +5,7 @@
 
 #include "app/AppPorts.h"
 #include "app/SessionLog.h"
+#include "app/modHelp.h"
 #include "app/modMRU.h"
 #include "model/Document.h"
 #include "model/Globals.h"
@@ -17,6 +18,9 @@
 #include "util/SettingsStore.h"
 #include "util/modString.h"
 
+#include <QCoreApplication>
+#include <QDir>
+#include <QFileInfo>
 #include <QLocale>
 
 using namespace Qt::StringLiterals;
@@ -36,6 +40,12 @@ QString dateAndTime()
     const QDateTime now = ports().clock->now();
     const QLocale locale = QLocale::system();
     return locale.toString(now.date(), QLocale::ShortFormat) + u' ' + locale.toString(now.time(), QLocale::ShortFormat);
+}
+
+QString applicationHelpFile()
+{
+    const QFileInfo program(QCoreApplication::applicationFilePath());
+    return program.dir().filePath(program.baseName() + u".hlp"_s);
 }
 
 QString errorRecord(const ErrorReport &report)
@@ -60,6 +70,7 @@ void Initialise()
 {
     procedure("modMain Initialise", [] {
         WriteLog(u"Session started at "_s + dateAndTime());
+        appPorts().helpFile = applicationHelpFile();
         InitialiseGlobals();
         LoadSettings();
         appPorts().recentFiles->LoadMRUFiles();

@@ -4,6 +4,7 @@
 // The settings that are kept between runs: names, defaults and stored forms.
 
 #include "app/AppPorts.h"
+#include "app/modHelp.h"
 #include "app/modMain.h"
 #include "model/Globals.h"
 #include "util/Numbers.h"
@@ -135,6 +136,7 @@ void InitialiseGlobals()
 {
     procedure("modMain InitialiseGlobals", [] {
         g_options = Options();
+        modHelp::g_bHelpIsOutline = true;
         for (clsFont *font : {&g_fntDefaultOutlineFont, &g_fntDefaultTextFont}) {
             *font = clsFont();
             font->setSize(defaultFontSize);

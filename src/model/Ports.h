@@ -80,8 +80,10 @@ public:
     virtual Answer ask(const QString &question) = 0;
     // The same without an icon.
     virtual Answer askPlainly(const QString &question) = 0;
-    // A notice with an OK button and no icon.
+    // A notice with an OK button and the information icon.
     virtual void inform(const QString &text) = 0;
+    // The same without an icon.
+    virtual void informPlainly(const QString &text) = 0;
     // A warning with an OK button and the exclamation icon.
     virtual void warn(const QString &text) = 0;
     // An existing file to read, or a file to write (asking before it overwrites one); nothing when cancelled.

@@ -184,6 +184,7 @@ bool DocLoad(const QString &sFile)
     return procedure(routineName, [&] {
         if (!modString::FileExists(sFile)) {
             ports().commands->MenuEnableDynamic();
+            ports().commands->UpdateStatusBarText(u"The file %1 could not be found"_s.arg(sFile));
             return true;
         }
         const HourglassPointer hourglass;

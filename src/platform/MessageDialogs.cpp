@@ -129,6 +129,11 @@ Answer MessageDialogs::askPlainly(const QString &question)
 
 void MessageDialogs::inform(const QString &text)
 {
+    showBox(QMessageBox::Information, text, QMessageBox::Ok, QMessageBox::Ok);
+}
+
+void MessageDialogs::informPlainly(const QString &text)
+{
     showBox(QMessageBox::NoIcon, text, QMessageBox::Ok, QMessageBox::Ok);
 }
 

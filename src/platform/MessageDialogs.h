@@ -16,6 +16,7 @@ public:
     Answer ask(const QString &question) override;
     Answer askPlainly(const QString &question) override;
     void inform(const QString &text) override;
+    void informPlainly(const QString &text) override;
     void warn(const QString &text) override;
     std::optional<QString> askOpenName(const FileDialogRequest &request) override;
     // A name without an extension gets that of the chosen filter, or else the default one.

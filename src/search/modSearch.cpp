@@ -139,7 +139,7 @@ bool SearchPerform()
                                              : false;
         }
         if (!found && DocumentActive())
-            ports().dialogs->inform(u"Search completed"_s);
+            ports().dialogs->informPlainly(u"Search completed"_s);
         return found;
     });
 }

@@ -5,7 +5,6 @@
 
 #include <QLabel>
 #include <QPushButton>
-#include <QSysInfo>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -17,6 +16,7 @@ class tst_frmAbout : public QObject
 private Q_SLOTS:
     void theBoxNamesTheProgramTheSystemAndTheVersion();
     void okClosesTheBox();
+    void theBannerHasNoButton();
 };
 
 void tst_frmAbout::theBoxNamesTheProgramTheSystemAndTheVersion()
@@ -26,7 +26,7 @@ void tst_frmAbout::theBoxNamesTheProgramTheSystemAndTheVersion()
     const auto text = [&](const QString &name) { return box.findChild<QLabel *>(name)->text(); };
     QCOMPARE(text(u"lblTitle"_s), u"Quillery"_s);
     QCOMPARE(text(u"lblSubtitle"_s), u"The Outliner"_s);
-    QCOMPARE(text(u"lblPlatform"_s), QSysInfo::prettyProductName());
+    QCOMPARE(text(u"lblPlatform"_s), u"Windows 95/98/NT"_s);
     QCOMPARE(text(u"lblVersion"_s), u"Version 3.2.1"_s);
 }
 
@@ -37,6 +37,15 @@ void tst_frmAbout::okClosesTheBox()
     QTest::mouseClick(box.findChild<QPushButton *>(u"cmdOK"_s), Qt::LeftButton);
     QVERIFY(!box.isVisible());
     QCOMPARE(box.result(), static_cast<int>(QDialog::Accepted));
+}
+
+void tst_frmAbout::theBannerHasNoButton()
+{
+    frmAbout banner(nullptr, frmAbout::Banner);
+    banner.show();
+    QVERIFY(!banner.findChild<QPushButton *>(u"cmdOK"_s)->isVisible());
+    QVERIFY(banner.findChild<QLabel *>(u"lblTitle"_s)->isVisible());
+    QVERIFY(!banner.isModal());
 }
 
 QTEST_MAIN(tst_frmAbout)

@@ -128,7 +128,9 @@ public:
         return take(answers, question, Answer::Cancel);
     }
 
-    void inform(const QString &text) override { notices.append(text); }
+    void inform(const QString &text) override { informations.append(text); }
+
+    void informPlainly(const QString &text) override { notices.append(text); }
 
     void warn(const QString &text) override { warnings.append(text); }
 
@@ -149,6 +151,7 @@ public:
     std::deque<std::optional<QString>> saveNames;
     QStringList questions;
     QStringList plainQuestions;
+    QStringList informations;
     QStringList notices;
     QStringList warnings;
     std::vector<FileDialogRequest> openRequests;
