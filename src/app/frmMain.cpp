@@ -94,6 +94,7 @@ frmMain::~frmMain()
 {
     // The documents' windows may still call this one while they go.
     m_area->disconnect(this);
+    m_active = nullptr;
     for (DocumentFrame *frame : std::exchange(m_frames, {})) {
         frame->disconnect(this);
         delete frame;

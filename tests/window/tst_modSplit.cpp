@@ -28,6 +28,9 @@ private Q_SLOTS:
     void theTextPaneKeepsItsMinimumWidth();
     void aNarrowWindowLetsTheUpperBoundWin();
     void draggingTheBarMovesTheSplit();
+    void theGhostBarFollowsThePointerWithinTheBounds();
+    void anotherButtonDoesNotGrabTheBar();
+    void aDoubleClickOnTheBarFitsTheSplit();
     void escapeCancelsAMoveByKeyboard();
     void arrowKeysStepAndAnyOtherKeyAccepts();
     void losingTheFocusAcceptsAMove();
@@ -117,6 +120,52 @@ void tst_modSplit::draggingTheBarMovesTheSplit()
     QVERIFY(!form().m_bMovingSplit);
     QVERIFY(!form().picSplitter->isVisible());
     QCOMPARE(form().treeView->width(), form().toPixels(3000) + 100);
+}
+
+void tst_modSplit::theGhostBarFollowsThePointerWithinTheBounds()
+{
+    makeWidth(10000);
+    modSplit::SplitSizeControls(form(), 3000);
+    SplitterBar *bar = form().imgSplitter;
+    const QPoint grip(1, 50);
+    QTest::mousePress(bar, Qt::LeftButton, {}, grip);
+    const int grabbed = form().picSplitter->x();
+    for (const int way : {1, 40, 90, -30, -60, 0}) {
+        QTest::mouseMove(bar, grip + QPoint(way, 7));
+        QCOMPARE(form().picSplitter->x(), grabbed + way);
+        QCOMPARE(form().treeView->width(), form().toPixels(3000));
+    }
+    QTest::mouseMove(bar, grip + QPoint(-5000, 0));
+    QCOMPARE(form().picSplitter->x(), form().toPixels(1500));
+    QTest::mouseMove(bar, grip + QPoint(5000, 0));
+    QCOMPARE(form().picSplitter->x(), form().toPixels(8500));
+    QTest::mouseMove(bar, grip);
+    QTest::mouseRelease(bar, Qt::LeftButton, {}, grip);
+    QCOMPARE(form().m_fTreeWidth, 3000.F);
+}
+
+void tst_modSplit::anotherButtonDoesNotGrabTheBar()
+{
+    for (const Qt::MouseButton button : {Qt::RightButton, Qt::MiddleButton}) {
+        QTest::mousePress(form().imgSplitter, button, {}, QPoint(1, 50));
+        QVERIFY(!form().m_bMovingSplit);
+        QTest::mouseRelease(form().imgSplitter, button, {}, QPoint(1, 50));
+    }
+}
+
+void tst_modSplit::aDoubleClickOnTheBarFitsTheSplit()
+{
+    makeWidth(10000);
+    modView::ViewFitSplit();
+    const float fitted = form().m_fTreeWidth;
+    modSplit::SplitSizeControls(form(), 6000);
+    QCOMPARE(form().m_fTreeWidth, 6000.F);
+    const QPoint grip(1, 50);
+    QTest::mouseClick(form().imgSplitter, Qt::LeftButton, {}, grip);
+    QTest::mouseDClick(form().imgSplitter, Qt::LeftButton, {}, grip);
+    QCOMPARE(form().m_fTreeWidth, fitted);
+    QVERIFY(!form().m_bMovingSplit);
+    QVERIFY(!form().picSplitter->isVisible());
 }
 
 void tst_modSplit::escapeCancelsAMoveByKeyboard()

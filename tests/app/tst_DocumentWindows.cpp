@@ -1,0 +1,181 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "app/DocumentFrame.h"
+#include "app/MainFixture.h"
+#include "model/modDoc.h"
+#include "platform/RichTextBox.h"
+#include "platform/TreeView.h"
+#include "window/frmDocument.h"
+
+#include <QMdiArea>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+// The windows of several documents in the main window.
+class tst_DocumentWindows : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+
+    void cleanup() { m_main.reset(); }
+
+    void theMenuCascadesTheWindows();
+    void theMenuTilesTheWindowsOneAboveTheOther();
+    void theMenuTilesTheWindowsSideBySide();
+    void theMenuArrangesTheIconsOfMinimisedWindows();
+    void aMaximisedDocumentsCaptionJoinsTheMainTitle();
+    void aNewDocumentBesideAMaximisedOneIsMaximisedToo();
+    void theCloseButtonAsksAboutChanges();
+    void ctrlF6GoesToTheNextDocument();
+    void ctrlTabInsertsATabAndStays();
+    void ctrlTabDoesNothingInTheOutline();
+
+private:
+    void openDocuments(int count);
+
+    QList<DocumentFrame *> frames() const { return m_main->main.findChildren<DocumentFrame *>(); }
+
+    QMdiArea &area() const { return *m_main->main.findChild<QMdiArea *>(); }
+
+    void pressKey(Qt::Key key, Qt::KeyboardModifiers modifiers) const
+    {
+        QTest::keyClick(m_main->main.windowHandle(), key, modifiers);
+    }
+
+    std::unique_ptr<MainFixture> m_main;
+};
+
+void tst_DocumentWindows::init()
+{
+    m_main = std::make_unique<MainFixture>();
+    m_main->start();
+    m_main->main.resize(900, 700);
+    m_main->main.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&m_main->main));
+}
+
+void tst_DocumentWindows::openDocuments(int count)
+{
+    for (int number = 1; number <= count; ++number)
+        modDoc::DocLoad(m_main->app.makeFile(u"%1.txt"_s.arg(number), "text"));
+    QCOMPARE(frames().size(), count);
+}
+
+void tst_DocumentWindows::theMenuCascadesTheWindows()
+{
+    openDocuments(3);
+    m_main->choose("mnuWindowCascade");
+    const QList<DocumentFrame *> windows = frames();
+    for (qsizetype i = 1; i < windows.size(); ++i) {
+        QVERIFY(windows[i]->x() > windows[i - 1]->x());
+        QVERIFY(windows[i]->y() > windows[i - 1]->y());
+    }
+}
+
+void tst_DocumentWindows::theMenuTilesTheWindowsOneAboveTheOther()
+{
+    openDocuments(3);
+    m_main->choose("mnuWindowTileHorizontal");
+    const QList<DocumentFrame *> windows = frames();
+    for (const DocumentFrame *window : windows) {
+        QCOMPARE(window->width(), area().viewport()->width());
+        for (const DocumentFrame *other : windows)
+            QVERIFY(window == other || !window->geometry().intersects(other->geometry()));
+    }
+}
+
+void tst_DocumentWindows::theMenuTilesTheWindowsSideBySide()
+{
+    openDocuments(2);
+    m_main->choose("mnuWindowTileVertical");
+    const QList<DocumentFrame *> windows = frames();
+    QCOMPARE(windows[0]->height(), area().viewport()->height());
+    QCOMPARE(windows[1]->height(), area().viewport()->height());
+    QVERIFY(!windows[0]->geometry().intersects(windows[1]->geometry()));
+}
+
+void tst_DocumentWindows::theMenuArrangesTheIconsOfMinimisedWindows()
+{
+    openDocuments(2);
+    for (DocumentFrame *window : frames()) {
+        window->showMinimized();
+        window->move(333, 111);
+    }
+    m_main->choose("mnuWindowArrangeIcons");
+    const QList<DocumentFrame *> windows = frames();
+    for (const DocumentFrame *window : windows)
+        QCOMPARE(window->geometry().bottom() + 1, area().viewport()->height());
+    QVERIFY(!windows[0]->geometry().intersects(windows[1]->geometry()));
+}
+
+void tst_DocumentWindows::aMaximisedDocumentsCaptionJoinsTheMainTitle()
+{
+    openDocuments(1);
+    QCOMPARE(m_main->main.windowTitle(), u"Quillery"_s);
+    frames()[0]->showMaximized();
+    const QString file = m_main->main.activeDocument()->m_sFile;
+    QCOMPARE(m_main->main.windowTitle(), u"Quillery - [%1]"_s.arg(file));
+    frames()[0]->showNormal();
+    QCOMPARE(m_main->main.windowTitle(), u"Quillery"_s);
+}
+
+void tst_DocumentWindows::aNewDocumentBesideAMaximisedOneIsMaximisedToo()
+{
+    openDocuments(1);
+    frames()[0]->showMaximized();
+    m_main->choose("mnuFileNew");
+    QVERIFY(frames()[1]->isMaximized());
+    QVERIFY2(m_main->main.windowTitle().startsWith(u"Quillery - [Document "_s), qPrintable(m_main->main.windowTitle()));
+}
+
+void tst_DocumentWindows::theCloseButtonAsksAboutChanges()
+{
+    openDocuments(1);
+    m_main->main.activeDocument()->m_bDataChanged = true;
+    m_main->app.core.dialogs.answers = {Answer::Cancel, Answer::No};
+    QVERIFY(!frames()[0]->close());
+    QCOMPARE(m_main->main.documents().size(), 1U);
+    QVERIFY(frames()[0]->close());
+    QVERIFY(m_main->main.documents().empty());
+    QCOMPARE(m_main->app.core.dialogs.questions.size(), 2);
+}
+
+void tst_DocumentWindows::ctrlF6GoesToTheNextDocument()
+{
+    openDocuments(3);
+    const std::vector<Document *> documents = m_main->main.documents();
+    documents[1]->window.activate();
+    for (const std::size_t next : {2U, 0U, 1U}) {
+        pressKey(Qt::Key_F6, Qt::ControlModifier);
+        QCOMPARE(m_main->main.activeDocument(), documents[next]);
+    }
+}
+
+void tst_DocumentWindows::ctrlTabInsertsATabAndStays()
+{
+    openDocuments(2);
+    Document *document = m_main->main.activeDocument();
+    m_main->choose("mnuViewGoToText");
+    document->txtRTF.setSelStart(2);
+    pressKey(Qt::Key_Tab, Qt::ControlModifier);
+    QCOMPARE(m_main->main.activeDocument(), document);
+    QCOMPARE(document->txtRTF.Text(), u"te\txt\r\n"_s);
+}
+
+void tst_DocumentWindows::ctrlTabDoesNothingInTheOutline()
+{
+    openDocuments(2);
+    Document *document = m_main->main.activeDocument();
+    m_main->choose("mnuViewGoToOutline");
+    pressKey(Qt::Key_Tab, Qt::ControlModifier);
+    QCOMPARE(m_main->main.activeDocument(), document);
+    QCOMPARE(document->txtRTF.Text(), u"text\r\n"_s);
+    QVERIFY(document->m_bOutlineHasFocus);
+}
+
+QTEST_MAIN(tst_DocumentWindows)
+#include "tst_DocumentWindows.moc"
