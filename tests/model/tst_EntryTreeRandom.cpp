@@ -1,7 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "model/EntryTree.h"
+#include "support/SlowTree.h"
+
 #include "util/RunTimeError.h"
 
 #include <QAbstractItemModelTester>
@@ -20,153 +21,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-struct Node {
-    // A node is known by its number: a later one may lie at the same address.
-    const int number = ++s_count;
-    QString label;
-    QByteArray text;
-    bool tagged = false;
-    bool expanded = false;
-    Node *parent = nullptr;
-    std::vector<std::unique_ptr<Node>> children;
-
-private:
-    static inline int s_count = 0;
-};
-
-class SlowTree
-{
-public:
-    std::unique_ptr<Node> root;
-    // In the order of insertion.
-    std::vector<Node *> collection;
-    Node *selected = nullptr;
-
-    std::vector<Node *> inOutlineOrder() const
-    {
-        std::vector<Node *> all;
-        if (root)
-            gather(root.get(), all);
-        return all;
-    }
-
-    static int placeOf(const Node *node)
-    {
-        const auto &siblings = node->parent->children;
-        for (size_t i = 0; i < siblings.size(); ++i) {
-            if (siblings[i].get() == node)
-                return static_cast<int>(i);
-        }
-        return -1;
-    }
-
-    static QString keyOf(const Node *node)
-    {
-        return node->parent ? keyOf(node->parent) + u".%1"_s.arg(placeOf(node) + 1) : u"KEY0"_s;
-    }
-
-    Node *add(std::unique_ptr<Node> subtree, Relationship relationship, Node *relative)
-    {
-        Node *top = subtree.get();
-        if (!relative) {
-            root = std::move(subtree);
-        } else {
-            Node *parent = relationship == Relationship::tvwChild ? relative : relative->parent;
-            int place = static_cast<int>(parent->children.size());
-            if (relationship == Relationship::tvwFirst)
-                place = 0;
-            else if (relationship == Relationship::tvwPrevious)
-                place = placeOf(relative);
-            else if (relationship == Relationship::tvwNext)
-                place = placeOf(relative) + 1;
-            top->parent = parent;
-            parent->children.insert(parent->children.begin() + place, std::move(subtree));
-        }
-        gather(top, collection);
-        return top;
-    }
-
-    static std::unique_ptr<Node> copyOf(const Node *source)
-    {
-        auto copy = std::make_unique<Node>();
-        copy->label = source->label;
-        copy->text = source->text;
-        copy->expanded = source->expanded;
-        for (const auto &child : source->children) {
-            copy->children.push_back(copyOf(child.get()));
-            copy->children.back()->parent = copy.get();
-        }
-        return copy;
-    }
-
-    void move(Node *node, Relationship relationship, Node *relative)
-    {
-        // A stand-in keeps the place while the node is taken out, so that the place cannot shift.
-        std::unique_ptr<Node> standIn = std::make_unique<Node>();
-        const Node *marker = add(std::move(standIn), relationship, relative);
-        collection.pop_back();
-        auto &old = node->parent->children;
-        const auto from = old.begin() + placeOf(node);
-        std::unique_ptr<Node> moving = std::move(*from);
-        old.erase(from);
-        Node *parent = marker->parent;
-        moving->parent = parent;
-        parent->children[static_cast<size_t>(placeOf(marker))] = std::move(moving);
-        std::vector<Node *> moved;
-        gather(node, moved);
-        for (Node *each : moved) {
-            std::erase(collection, each);
-            collection.push_back(each);
-        }
-    }
-
-    void remove(Node *node)
-    {
-        std::vector<Node *> gone;
-        gather(node, gone);
-        for (Node *each : gone) {
-            std::erase(collection, each);
-            if (selected == each)
-                selected = nullptr;
-        }
-        if (node->parent)
-            node->parent->children.erase(node->parent->children.begin() + placeOf(node));
-        else
-            root.reset();
-    }
-
-    static void expandToLevel(Node *node, int depth, int level)
-    {
-        if (node->children.empty())
-            return;
-        node->expanded = depth < level;
-        if (!node->expanded)
-            return;
-        for (const auto &child : node->children)
-            expandToLevel(child.get(), depth + 1, level);
-    }
-
-    static void setExpandedAll(Node *node, bool expanded)
-    {
-        node->expanded = expanded;
-        for (const auto &child : node->children)
-            setExpandedAll(child.get(), expanded);
-    }
-
-    static void sortChildren(Node *node)
-    {
-        std::stable_sort(node->children.begin(), node->children.end(), [](const auto &a, const auto &b) {
-            return a->label.compare(b->label, Qt::CaseInsensitive) < 0;
-        });
-    }
-
-    static void gather(Node *node, std::vector<Node *> &all)
-    {
-        all.push_back(node);
-        for (const auto &child : node->children)
-            gather(child.get(), all);
-    }
-};
+using Node = SlowEntry;
 
 QString line(const QString &key, const QString &label, const QByteArray &text, bool tagged, bool expanded)
 {
