@@ -17,6 +17,48 @@
 
 using namespace Qt::StringLiterals;
 
+namespace
+{
+
+bool isWithin(const Entry *entry, const Entry &top)
+{
+    return entry == &top || top.isAncestorOf(entry);
+}
+
+// The entry that a copy becomes a child of; null in an empty outline.
+const Entry *parentOfPaste(const modNodes::PastePlace &place)
+{
+    return !place.relative || place.relationship == Relationship::tvwChild ? place.relative : place.relative->parent();
+}
+
+Document *documentOf(const EntryTree &tree)
+{
+    for (Document *document : ports().windows->documents()) {
+        if (&document->tree == &tree)
+            return document;
+    }
+    return nullptr;
+}
+
+// Removes what a copy now stands for. A document that loses its selection by that shows another entry.
+void removePasted(EntryRef &source)
+{
+    EntryTree &tree = *source.tree();
+    Entry *entry = source.entry();
+    const bool selectionGoes = isWithin(tree.selected(), *entry);
+    Entry *survivor = modNodes::survivorOf(*entry);
+    tree.remove(entry);
+    source.clear();
+    Document *document = documentOf(tree);
+    if (!document || !selectionGoes)
+        return;
+    modNodes::NodeSelect(*document, survivor);
+    if (!survivor)
+        modNodes::NodeTextGet(*document, nullptr);
+}
+
+} // namespace
+
 namespace modNodes
 {
 
@@ -160,7 +202,7 @@ PastePlace placeForPaste(const Document &document, const Entry *source)
 {
     Entry *selected = document.tree.selected();
     if (!selected)
-        return {};
+        return document.tree.root() ? PastePlace{document.tree.root(), Relationship::tvwChild} : PastePlace{};
     if (!selected->isRoot())
         return {selected, Relationship::tvwNext};
     Entry *first = selected->firstChild();
@@ -178,19 +220,22 @@ void NodePaste(Document &document, EntryRef &source, bool removeSource)
         const ActionScope action;
         const PastePlace place = placeForPaste(document, entry);
         // Moved below itself, an entry would be removed together with its only copy.
-        const bool insideSource =
-            place.relative && (place.relationship == Relationship::tvwChild
-                                   ? place.relative == entry || entry->isAncestorOf(place.relative)
-                                   : entry->isAncestorOf(place.relative));
-        if (removeSource && insideSource)
+        if (removeSource && isWithin(parentOfPaste(place), *entry))
             return;
         Entry *copy = NodeDuplicate(document, *source.tree(), entry, place.relative, place.relationship);
-        if (removeSource && copy) {
-            source.tree()->remove(entry);
-            source.clear();
-        }
+        if (removeSource && copy)
+            removePasted(source);
         NodeSelect(document, copy);
     });
+}
+
+Entry *survivorOf(const Entry &entry)
+{
+    if (Entry *previous = entry.previous())
+        return previous;
+    if (Entry *next = entry.next())
+        return next;
+    return entry.parent();
 }
 
 void NodeDelete(Document &document, Entry *entry)

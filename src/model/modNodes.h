@@ -46,7 +46,8 @@ Entry *NodeDuplicate(Document &document, const EntryTree &sourceTree, Entry *sou
                      Relationship relationship);
 
 // Pastes a copy of the source's subtree after the selected entry; before the root's first child when the root is
-// selected. With `removeSource` the source is removed and the reference emptied.
+// selected. With `removeSource` the source is removed and the reference emptied; a selection that another document
+// loses by that falls to the source's survivor.
 void NodePaste(Document &document, EntryRef &source, bool removeSource);
 
 // Where a paste puts a copy of an entry, seen from the selected entry.
@@ -56,6 +57,9 @@ struct PastePlace {
 };
 
 PastePlace placeForPaste(const Document &document, const Entry *source);
+
+// Where the selection goes when an entry is removed: to the previous sibling, else the next one, else the parent.
+Entry *survivorOf(const Entry &entry);
 
 // Removes an entry with its subtree; a parent left without children is collapsed.
 void NodeDelete(Document &document, Entry *entry);

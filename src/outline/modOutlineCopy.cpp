@@ -35,16 +35,6 @@ std::vector<Entry *> gatherTagged(const EntryTree &tree)
     return gathered;
 }
 
-// Where the selection goes when an entry is deleted.
-Entry *survivorOf(const Entry &entry)
-{
-    if (Entry *previous = entry.previous())
-        return previous;
-    if (Entry *next = entry.next())
-        return next;
-    return entry.parent();
-}
-
 bool liesWithin(const Entry *entry, const std::vector<Entry *> &subtrees)
 {
     const std::unordered_set<const Entry *> tops(subtrees.begin(), subtrees.end());
@@ -53,6 +43,16 @@ bool liesWithin(const Entry *entry, const std::vector<Entry *> &subtrees)
             return true;
     }
     return false;
+}
+
+void deleteAll(Document &document, const std::vector<Entry *> &entries)
+{
+    if (entries.empty())
+        return;
+    const modNodes::ActionScope action;
+    const BulkChange bulk(document.tree);
+    for (Entry *entry : entries)
+        modNodes::NodeDelete(document, entry);
 }
 
 void select(Document &document, Entry *entry)
@@ -101,7 +101,7 @@ void OutlineDelete()
         const QString question = u"Do you really want to delete the entry '"_s + entry->label() + u"'?"_s;
         if (ports().dialogs->ask(question) != Answer::Yes)
             return;
-        Entry *survivor = survivorOf(*entry);
+        Entry *survivor = modNodes::survivorOf(*entry);
         modNodes::NodeDelete(document, entry);
         select(document, survivor);
     });
@@ -148,10 +148,7 @@ void OutlineDeleteTaggedEntries()
             const std::vector<Entry *> tagged = gatherTagged(document.tree);
             if (liesWithin(selected, tagged))
                 selected = document.tree.root();
-            const modNodes::ActionScope action;
-            const BulkChange bulk(document.tree);
-            for (Entry *entry : tagged)
-                modNodes::NodeDelete(document, entry);
+            deleteAll(document, tagged);
         }
         select(document, selected);
     });

@@ -24,6 +24,10 @@ private Q_SLOTS:
     void pasteIntoTheCopiedSubtreeTerminates();
     void pasteAndDeleteMovesOnce();
     void pasteAndDeleteIntoItselfLosesNothing();
+    void pasteAndDeleteOfTheRootWithNothingSelectedLosesNothing();
+    void pasteAndDeleteTakesTheSelectionOfAnotherDocument();
+    void pasteAndDeleteEmptiesAnotherDocument();
+    void copiesShareNothingWithTheirSource();
     void theCopiedEntryDiesWithItsEntry();
     void theCopiedEntryDiesWithItsDocument();
     void deleteSelectsASurvivor_data();
@@ -33,6 +37,7 @@ private Q_SLOTS:
     void theRootIsNeverTagged();
     void tagTogglesAndRefreshes();
     void taggedEntriesPasteInOrderOfInsertion();
+    void taggedEntriesPasteIntoTheRootWithNothingSelected();
     void aTaggedEntryInsideATaggedOnePastesOnce();
     void deleteTaggedSelectsTheRootWhenTheSelectionGoes_data();
     void deleteTaggedSelectsTheRootWhenTheSelectionGoes();
@@ -120,6 +125,66 @@ void tst_CopyAndTags::pasteAndDeleteIntoItselfLosesNothing()
     modOutline::copiedEntry().set(&fixture.document().tree, fixture.entry(u"A"_s));
     modOutline::OutlinePasteAndDelete();
     QCOMPARE(fixture.dump(), outline);
+}
+
+void tst_CopyAndTags::pasteAndDeleteOfTheRootWithNothingSelectedLosesNothing()
+{
+    const QStringList outline = {u"Root +"_s, u" A"_s};
+    OutlineFixture fixture(outline);
+    modOutline::copiedEntry().set(&fixture.document().tree, fixture.document().tree.root());
+    modOutline::OutlinePasteAndDelete();
+    QCOMPARE(fixture.dump(), outline);
+}
+
+void tst_CopyAndTags::pasteAndDeleteTakesTheSelectionOfAnotherDocument()
+{
+    OutlineFixture fixture({u"Root +"_s, u" A"_s, u" B +"_s, u"  B1"_s});
+    Document &source = fixture.document();
+    source.tree.setStoredText(fixture.entry(u"A"_s), "text of A");
+    fixture.select(u"B"_s);
+    modOutline::OutlineCopy();
+    fixture.select(u"B1"_s);
+    modDoc::DocNew();
+    plantOutline(fixture.document().tree, {u"Other <"_s});
+    modOutline::OutlinePasteAndDelete();
+    QCOMPARE(fixture.dump(), QStringList({u"Other +"_s, u" B +<"_s, u"  B1"_s}));
+    QCOMPARE(dumpOutline(source.tree), QStringList({u"Root +"_s, u" A <"_s}));
+    QCOMPARE(fixture.fakes.windows.fakeOf(source).text.rtf, QByteArray("text of A"));
+    QCOMPARE(modNodes::nodCurrent().entry(), fixture.entry(u"B"_s));
+}
+
+void tst_CopyAndTags::pasteAndDeleteEmptiesAnotherDocument()
+{
+    OutlineFixture fixture({u"Root +<"_s, u" A"_s});
+    Document &source = fixture.document();
+    source.tree.setStoredText(source.tree.root(), "text of the root");
+    fixture.select(u"Root"_s);
+    modOutline::OutlineCopy();
+    modDoc::DocNew();
+    plantOutline(fixture.document().tree, {u"Other <"_s});
+    modOutline::OutlinePasteAndDelete();
+    QCOMPARE(fixture.dump(), QStringList({u"Other +"_s, u" Root +<"_s, u"  A"_s}));
+    QCOMPARE(dumpOutline(source.tree), QStringList());
+    QCOMPARE(fixture.fakes.windows.fakeOf(source).text.rtf, QByteArray());
+}
+
+void tst_CopyAndTags::copiesShareNothingWithTheirSource()
+{
+    OutlineFixture fixture({u"Root +"_s, u" A +<"_s, u"  A1"_s});
+    EntryTree &tree = fixture.document().tree;
+    tree.setStoredText(fixture.entry(u"A1"_s), "text");
+    modOutline::OutlineCopy();
+    modOutline::OutlinePaste();
+    Entry *copy = tree.root()->child(1)->child(0);
+    tree.setLabel(copy, u"another"_s);
+    tree.setStoredText(copy, "another text");
+    tree.setTagged(copy, true);
+    tree.setExpanded(copy, true);
+    tree.insert(Relationship::tvwChild, copy);
+    QCOMPARE(fixture.dump().mid(0, 3), QStringList({u"Root +"_s, u" A +"_s, u"  A1"_s}));
+    QCOMPARE(tree.storedText(fixture.entry(u"A1"_s)), QByteArray("text"));
+    modNodes::NodeDelete(fixture.document(), fixture.entry(u"A"_s));
+    QCOMPARE(tree.storedText(fixture.entry(u"another"_s)), QByteArray("another text"));
 }
 
 void tst_CopyAndTags::theCopiedEntryDiesWithItsEntry()
@@ -212,6 +277,13 @@ void tst_CopyAndTags::taggedEntriesPasteInOrderOfInsertion()
     modOutline::OutlinePasteTaggedEntries();
     QCOMPARE(fixture.dump(),
              QStringList({u"Root +"_s, u" late *"_s, u" A"_s, u" B *"_s, u" C"_s, u" B"_s, u" late <"_s}));
+}
+
+void tst_CopyAndTags::taggedEntriesPasteIntoTheRootWithNothingSelected()
+{
+    OutlineFixture fixture({u"Root +"_s, u" A *"_s, u" B"_s});
+    modOutline::OutlinePasteTaggedEntries();
+    QCOMPARE(fixture.dump(), QStringList({u"Root +"_s, u" A *"_s, u" B"_s, u" A <"_s}));
 }
 
 void tst_CopyAndTags::aTaggedEntryInsideATaggedOnePastesOnce()
