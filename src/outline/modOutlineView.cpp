@@ -18,6 +18,17 @@ void refresh(Document &document)
     document.window.autoFitSplit();
 }
 
+// Null when the entry is visible.
+Entry *outermostClosedAncestor(const Entry &entry)
+{
+    Entry *closed = nullptr;
+    for (Entry *ancestor = entry.parent(); ancestor; ancestor = ancestor->parent()) {
+        if (!ancestor->expanded())
+            closed = ancestor;
+    }
+    return closed;
+}
+
 } // namespace
 
 namespace modOutline
@@ -71,6 +82,9 @@ void OutlineExpandToLevel(int iLevel)
     changeActiveDocument("modOutline OutlineExpandToLevel", [&](Document &document) {
         if (Entry *root = modNodes::NodeGetRoot(document)) {
             modNodes::NodeExpandToLevel(document, root, iLevel);
+            // A selection that is hidden now falls to the head of the branch that hides it.
+            if (Entry *head = outermostClosedAncestor(*document.tree.selected()))
+                modNodes::NodeSelect(document, head);
             document.m_iExpansionLevel = static_cast<qint16>(iLevel);
         }
         refresh(document);

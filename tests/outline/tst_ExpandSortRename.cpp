@@ -20,6 +20,8 @@ private Q_SLOTS:
     void expandAllSetsLevelMinusOne();
     void expandToLevel_data();
     void expandToLevel();
+    void expandToLevelBeyondTheDeepestEntry();
+    void aSelectionThatALevelHidesFallsToTheHeadOfItsBranch();
     void sortCurrentSortsDirectChildrenOnce();
     void sortIsStableAndKeepsTextsTagsAndExpansion();
     void sortAllSortsEveryLevel();
@@ -80,6 +82,24 @@ void tst_ExpandSortRename::expandToLevel()
     modOutline::OutlineExpandToLevel(level);
     QCOMPARE(fixture.dump(), expected);
     QCOMPARE(fixture.document().m_iExpansionLevel, qint16(level));
+}
+
+void tst_ExpandSortRename::expandToLevelBeyondTheDeepestEntry()
+{
+    OutlineFixture fixture({u"Root <"_s, u" A"_s, u" B"_s});
+    modOutline::OutlineExpandToLevel(3);
+    QCOMPARE(fixture.dump(), QStringList({u"Root +<"_s, u" A"_s, u" B"_s}));
+    QCOMPARE(fixture.document().m_iExpansionLevel, qint16(3));
+}
+
+void tst_ExpandSortRename::aSelectionThatALevelHidesFallsToTheHeadOfItsBranch()
+{
+    OutlineFixture fixture({u"Root +"_s, u" A +"_s, u"  A1 +"_s, u"   A11 <"_s});
+    fixture.document().tree.setStoredText(fixture.entry(u"A"_s), "text of A");
+    modOutline::OutlineExpandToLevel(2);
+    QCOMPARE(fixture.dump(), QStringList({u"Root +"_s, u" A <"_s, u"  A1 +"_s, u"   A11"_s}));
+    QCOMPARE(fixture.fake().text.rtf, QByteArray("text of A"));
+    QCOMPARE(fixture.document().m_iExpansionLevel, qint16(2));
 }
 
 void tst_ExpandSortRename::sortCurrentSortsDirectChildrenOnce()
