@@ -24,10 +24,11 @@ void ResetDraggingFlags()
 
 DropPlacements dropPlacements(const Entry &dragged, const Entry &target)
 {
-    if (dragged.isAncestorOf(&target) || target.firstChild() == &dragged)
-        return {};
+    // The root's own first child goes to its end.
     if (target.isRoot())
         return {false, false, true};
+    if (dragged.isAncestorOf(&target) || target.firstChild() == &dragged)
+        return {};
     return {target.previous() != &dragged, target.next() != &dragged, true};
 }
 

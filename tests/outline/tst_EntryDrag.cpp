@@ -39,7 +39,8 @@ void tst_EntryDrag::placements_data()
     QTest::newRow("the preceding sibling") << u"B"_s << u"A"_s << u"previous child"_s;
     QTest::newRow("the root") << u"B"_s << u"Root"_s << u"child"_s;
     QTest::newRow("the parent of a first child") << u"A1"_s << u"A"_s << QString();
-    QTest::newRow("the root, for its first child") << u"A"_s << u"Root"_s << QString();
+    QTest::newRow("the root, for its first child") << u"A"_s << u"Root"_s << u"child"_s;
+    QTest::newRow("an entry, for the root") << u"Root"_s << u"B"_s << QString();
     QTest::newRow("an own descendant") << u"A"_s << u"A11"_s << QString();
 }
 
@@ -104,10 +105,13 @@ void tst_EntryDrag::dropMovesOrCopies_data()
                                  << QStringList({u"Root +"_s, u" B"_s, u" A +*<"_s, u"  A1"_s, u" C"_s});
     QTest::newRow("move into") << u"C"_s << int(Relationship::tvwChild) << false
                                << QStringList({u"Root +"_s, u" B"_s, u" C +"_s, u"  A +*<"_s, u"   A1"_s});
+    QTest::newRow("the root's first child goes to its end")
+        << u"Root"_s << int(Relationship::tvwChild) << false
+        << QStringList({u"Root +"_s, u" B"_s, u" C"_s, u" A +*<"_s, u"  A1"_s});
     QTest::newRow("copy behind, untagged")
         << u"C"_s << int(Relationship::tvwNext) << true
         << QStringList({u"Root +"_s, u" A +*"_s, u"  A1"_s, u" B"_s, u" C"_s, u" A +<"_s, u"  A1"_s});
-    QTest::newRow("copy onto the root comes first")
+    QTest::newRow("a copy of the root's first child goes to its end")
         << u"Root"_s << int(Relationship::tvwChild) << true
         << QStringList({u"Root +"_s, u" A +*"_s, u"  A1"_s, u" B"_s, u" C"_s, u" A +<"_s, u"  A1"_s});
 }
