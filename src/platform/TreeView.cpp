@@ -97,6 +97,7 @@ void TreeView::connectBeforeView(EntryTree &tree)
     connect(&tree, &EntryTree::modelAboutToBeReset, m_link.get(), begin);
     connect(&tree, &EntryTree::rowsAboutToBeInserted, m_link.get(), begin);
     connect(&tree, &EntryTree::rowsAboutToBeRemoved, m_link.get(), begin);
+    connect(&tree, &EntryTree::rowsAboutToBeMoved, m_link.get(), begin);
     connect(&tree, &EntryTree::layoutAboutToBeChanged, m_link.get(), begin);
 }
 
@@ -112,13 +113,22 @@ void TreeView::connectAfterView(EntryTree &tree)
         openWaitingEditor();
     });
     // An entry may be open before it has children and after it has lost them; the view shows it as open in between.
-    const auto endRows = [this, end](const QModelIndex &parent) {
+    const auto mirrorParent = [this](const QModelIndex &parent) {
         if (const Entry *entry = m_tree->entryAt(parent))
             mirrorExpansion(entry, entry->level());
+    };
+    const auto endRows = [mirrorParent, end](const QModelIndex &parent) {
+        mirrorParent(parent);
         end();
     };
     connect(&tree, &EntryTree::rowsInserted, m_link.get(), endRows);
     connect(&tree, &EntryTree::rowsRemoved, m_link.get(), endRows);
+    connect(&tree, &EntryTree::rowsMoved, m_link.get(),
+            [mirrorParent, end](const QModelIndex &from, int, int, const QModelIndex &to) {
+                mirrorParent(from);
+                mirrorParent(to);
+                end();
+            });
     connect(&tree, &EntryTree::layoutChanged, m_link.get(), end);
     connect(&tree, &EntryTree::expansionReset, m_link.get(), [this] { mirrorEverything(); });
     connect(&tree, &EntryTree::expandedChanged, m_link.get(),

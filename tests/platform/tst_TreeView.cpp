@@ -95,6 +95,7 @@ private Q_SLOTS:
     void followsABulkChange();
     void showsAnEntryOpenedBeforeItHadChildren();
     void keepsClosedWhatTheTreeHasClosedWhenEntriesCome();
+    void showsBranchesThatAMoveFillsOrEmpties();
     void clickOnTheBranchExpandsTheEntry();
     void arrowKeysExpandAndCollapse();
     void asteriskOpensTheWholeBranch();
@@ -273,6 +274,20 @@ void tst_TreeView::keepsClosedWhatTheTreeHasClosedWhenEntriesCome()
     m_tree->insertCopy(*m_tree, entry(u"Trees"_s), Relationship::tvwChild, m_tree->root());
     QCOMPARE(difference(), QString());
     QCOMPARE(rows().count(u"Pear"_s), 2);
+}
+
+void tst_TreeView::showsBranchesThatAMoveFillsOrEmpties()
+{
+    Entry *root = m_tree->insert(Relationship::tvwChild, nullptr);
+    Entry *from = m_tree->insert(Relationship::tvwChild, root);
+    Entry *to = m_tree->insert(Relationship::tvwChild, root);
+    Entry *moving = m_tree->insert(Relationship::tvwChild, from);
+    for (Entry *entry : {root, from, to})
+        m_tree->setExpanded(entry, true);
+    m_tree->move(moving, Relationship::tvwChild, to);
+    QVERIFY(m_view->isExpanded(m_tree->indexOf(to)));
+    QVERIFY(!m_view->isExpanded(m_tree->indexOf(from)));
+    QCOMPARE(difference(), QString());
 }
 
 void tst_TreeView::clickOnTheBranchExpandsTheEntry()
