@@ -1,0 +1,616 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "outline/LiteralOutline.h"
+#include "support/FakePorts.h"
+
+#include "model/StoredText.h"
+#include "model/modNodes.h"
+#include "outline/EntryDrag.h"
+#include "outline/modOutline.h"
+#include "platform/TreeView.h"
+
+#include <QAbstractItemModelTester>
+#include <QLineEdit>
+#include <QRandomGenerator>
+#include <QTest>
+
+#include <functional>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+// Random sequences of commands on several documents at once, each compared after every command with the same done step
+// by step. The commands draw on each other's leavings: tags, the copied entry, closed branches, empty outlines.
+
+namespace
+{
+
+#if defined(__SANITIZE_ADDRESS__)
+constexpr int stepsDivisor = 25;
+#else
+constexpr int stepsDivisor = 1;
+#endif
+
+// What a run is played on.
+enum class Panes { Fake, FakeWithModelTester, RealOutline };
+
+// One open document and the same outline done step by step.
+struct OpenOutline {
+    OpenOutline(Panes panes, LiteralOutline::Copied &copied)
+        : view(panes == Panes::RealOutline ? std::make_unique<TreeView>() : nullptr)
+        , document(view ? static_cast<OutlinePane &>(*view) : pane, text, window)
+        , literal(copied)
+    {
+        if (panes == Panes::FakeWithModelTester)
+            tester.emplace(&document.tree, QAbstractItemModelTester::FailureReportingMode::Fatal);
+        if (view) {
+            view->setEntryTree(&document.tree);
+            view->resize(300, 200);
+            view->show();
+        }
+    }
+
+    // With `texts` also of every entry's text, which makes one that waited to be stored.
+    QString difference(bool texts) const;
+    QString viewDifference() const;
+
+    std::unique_ptr<TreeView> view;
+    FakeOutlinePane pane;
+    FakeTextPane text;
+    FakeDocumentWindow window;
+    Document document;
+    LiteralOutline literal;
+    std::optional<QAbstractItemModelTester> tester;
+    // Whether the text pane shows the selected entry: not when a test took the selection away.
+    bool textShown = true;
+};
+
+QString described(const Entry *entry)
+{
+    return entry ? u'"' + entry->label() + u'"' : u"no entry"_s;
+}
+
+// How an outline differs from what it is to be, in words; empty when it does not.
+QString OpenOutline::difference(bool texts) const
+{
+    const EntryTree &tree = document.tree;
+    if (const QString broken = tree.brokenInvariant(); !broken.isEmpty())
+        return broken;
+    const std::vector<SlowEntry *> expected = literal.tree.inOutlineOrder();
+    std::vector<const Entry *> found;
+    for (const Entry *entry = tree.root(); entry; entry = nextInOutline(entry, tree.root()))
+        found.push_back(entry);
+    if (found.size() != expected.size())
+        return u"%1 entries instead of %2"_s.arg(found.size()).arg(expected.size());
+    for (size_t i = 0; i < found.size(); ++i) {
+        SlowEntry *slow = expected[i];
+        slow->mark = i;
+        if (found[i]->parent() != (slow->parent ? found[slow->parent->mark] : nullptr))
+            return u"%1 lies in another entry"_s.arg(described(found[i]));
+        if (found[i]->label() != slow->label)
+            return u"%1 instead of \"%2\""_s.arg(described(found[i]), slow->label);
+        if (texts && tree.storedText(found[i]) != slow->text)
+            return u"%1 has another text"_s.arg(described(found[i]));
+        if (found[i]->tagged() != slow->tagged || found[i]->expanded() != slow->expanded)
+            return u"%1 is tagged or expanded otherwise"_s.arg(described(found[i]));
+    }
+    for (size_t i = 0; i < expected.size(); ++i) {
+        if (tree.collection().at(static_cast<int>(i) + 1) != found[literal.tree.collection[i]->mark])
+            return u"another entry has index %1"_s.arg(i + 1);
+    }
+    const SlowEntry *selected = literal.selected();
+    if (tree.selected() != (selected ? found[selected->mark] : nullptr))
+        return u"%1 is selected instead of %2"_s.arg(described(tree.selected()),
+                                                     selected ? selected->label : u"none"_s);
+    if (texts && textShown && text.rtf != (selected ? NodeTextDecompressIfRequired(selected->text) : QByteArray()))
+        return u"the text pane does not show the selected entry's text"_s;
+    return QString();
+}
+
+// The same for the rows that the pane shows.
+QString OpenOutline::viewDifference() const
+{
+    const EntryTree &tree = document.tree;
+    QModelIndex row = tree.index(0, 0);
+    const Entry *entry = tree.root();
+    while (entry && row.isValid()) {
+        if (tree.entryAt(row) != entry || row.data().toString() != entry->label())
+            return u"the pane shows %1 instead of %2"_s.arg(described(tree.entryAt(row)), described(entry));
+        const bool open = entry->expanded() && entry->childCount() > 0;
+        if (view->isExpanded(row) != open)
+            return u"the pane shows %1 %2"_s.arg(described(entry), open ? u"closed"_s : u"open"_s);
+        row = view->indexBelow(row);
+        if (open) {
+            entry = entry->firstChild();
+            continue;
+        }
+        while (entry && !entry->next())
+            entry = entry->parent();
+        entry = entry ? entry->next() : nullptr;
+    }
+    if (entry || row.isValid())
+        return entry ? u"the pane lacks %1"_s.arg(described(entry)) : u"the pane shows too many rows"_s;
+    const QModelIndexList marked = view->selectionModel()->selectedIndexes();
+    if (!tree.selected())
+        return marked.isEmpty() ? QString() : u"the pane marks a row, and none is selected"_s;
+    const QModelIndex selected = tree.indexOf(tree.selected());
+    if (view->currentIndex() != selected || marked != QModelIndexList{selected})
+        return u"the pane does not mark %1"_s.arg(described(tree.selected()));
+    return QString();
+}
+
+// The editor on the pane, or null; one that was closed lives on until the event loop deletes it.
+QLineEdit *openEditor(const TreeView &view)
+{
+    const QList<QLineEdit *> editors = view.findChildren<QLineEdit *>();
+    const auto found = std::find_if(editors.begin(), editors.end(), [](auto *editor) { return !editor->isHidden(); });
+    return found == editors.end() ? nullptr : *found;
+}
+
+class OpenOutlines final : public DocumentWindows
+{
+public:
+    Document &createDocument() override { qFatal("no command of the outline opens a document"); }
+
+    Document *activeDocument() const override { return &active->document; }
+
+    std::vector<Document *> documents() const override
+    {
+        std::vector<Document *> all;
+        for (const std::unique_ptr<OpenOutline> &outline : open)
+            all.push_back(&outline->document);
+        return all;
+    }
+
+    void closeMainWindow() override {}
+
+    std::vector<std::unique_ptr<OpenOutline>> open;
+    OpenOutline *active = nullptr;
+};
+
+class Player
+{
+public:
+    Player(quint32 seed, Panes panes)
+        : m_random(seed)
+        , m_panes(panes)
+    {
+        ports().windows = &m_windows;
+        for (int i = 0; i < 3; ++i)
+            m_windows.open.push_back(std::make_unique<OpenOutline>(panes, m_copied));
+        m_windows.active = m_windows.open.front().get();
+    }
+
+    ~Player()
+    {
+        ResetDraggingFlags();
+        modOutline::copiedEntry().clear();
+        m_windows.open.clear();
+    }
+
+    Player(const Player &) = delete;
+    Player &operator=(const Player &) = delete;
+
+    // Performs one command and returns its name.
+    QString play();
+    QString difference();
+    QString viewDifference() const;
+
+private:
+    // A command and how often it is drawn.
+    struct Command {
+        const char *name;
+        int weight;
+        std::function<void(Player &)> play;
+    };
+
+    // A random entry of the active outline in both forms.
+    struct Pair {
+        Entry *entry;
+        SlowEntry *slow;
+    };
+
+    static Command both(const char *name, int weight, void (*run)(), void (LiteralOutline::*literal)());
+    static const std::vector<Command> &commands();
+
+    int draw(int below) { return static_cast<int>(m_random.bounded(below)); }
+
+    bool oneIn(int times) { return draw(times) == 0; }
+
+    LiteralOutline &literal() const { return m_windows.active->literal; }
+
+    Document &document() const { return m_windows.active->document; }
+
+    Pair drawEntry();
+    QString drawLabel();
+
+    void insert(void (*run)(), Relationship relationship);
+    void remove(void (*run)(), void (LiteralOutline::*literal)());
+    void paste(void (*run)(), bool removeSource);
+    void expandToLevel();
+    void rename();
+    void type();
+    void select(const Pair &pair);
+    void tagOne();
+    void openOrCloseOne();
+    void drag();
+    void dropBeside(const Pair &dragged, const Pair &target);
+    void deselect();
+    void replaceDocument();
+
+    FakePorts m_fakes;
+    QRandomGenerator m_random;
+    Panes m_panes;
+    OpenOutlines m_windows;
+    LiteralOutline::Copied m_copied;
+    int m_texts = 0;
+    QString m_failure;
+};
+
+Player::Command Player::both(const char *name, int weight, void (*run)(), void (LiteralOutline::*literal)())
+{
+    return {name, weight, [run, literal](Player &player) {
+                run();
+                (player.literal().*literal)();
+            }};
+}
+
+const std::vector<Player::Command> &Player::commands()
+{
+    using namespace modOutline;
+    using Literal = LiteralOutline;
+    static const std::vector<Command> all = {
+        {"insert above", 3, [](Player &p) { p.insert(OutlineInsertAbove, Relationship::tvwPrevious); }},
+        {"insert below", 3, [](Player &p) { p.insert(OutlineInsertBelow, Relationship::tvwNext); }},
+        {"insert child", 4, [](Player &p) { p.insert(OutlineInsertChild, Relationship::tvwChild); }},
+        both("indent", 6, OutlineIndent, &Literal::indent),
+        both("unindent", 5, OutlineUnindent, &Literal::unindent),
+        both("move up", 6, OutlineMoveUp, &Literal::moveUp),
+        both("move down", 6, OutlineMoveDown, &Literal::moveDown),
+        both("move first", 2, OutlineMoveFirst, &Literal::moveFirst),
+        both("move last", 2, OutlineMoveLast, &Literal::moveLast),
+        both("copy", 5, OutlineCopy, &Literal::copy),
+        {"paste", 5, [](Player &p) { p.paste(OutlinePaste, false); }},
+        {"paste and delete", 3, [](Player &p) { p.paste(OutlinePasteAndDelete, true); }},
+        {"delete", 4, [](Player &p) { p.remove(OutlineDelete, &Literal::deleteSelected); }},
+        both("tag", 3, OutlineTaggedEntry, &Literal::toggleTag),
+        {"tag another", 2, &Player::tagOne},
+        both("paste tagged", 1, OutlinePasteTaggedEntries, &Literal::pasteTagged),
+        {"delete tagged", 1, [](Player &p) { p.remove(OutlineDeleteTaggedEntries, &Literal::deleteTagged); }},
+        both("expand", 3, OutlineExpand, &Literal::expand),
+        both("collapse", 3, OutlineCollapse, &Literal::collapse),
+        both("expand all", 1, OutlineExpandAll, &Literal::expandAll),
+        both("collapse all", 1, OutlineCollapseAll, &Literal::collapseAll),
+        {"expand to level", 2, &Player::expandToLevel},
+        {"open or close another", 3, &Player::openOrCloseOne},
+        both("sort current", 2, OutlineSortCurrent, &Literal::sortCurrent),
+        both("sort all", 1, OutlineSortAll, &Literal::sortAll),
+        {"rename", 5, &Player::rename},
+        {"type", 4, &Player::type},
+        {"select", 25, [](Player &p) { p.select(p.drawEntry()); }},
+        {"go down", 2,
+         [](Player &p) {
+             modNodes::NodeGoDown(p.document());
+             p.literal().goDown();
+         }},
+        {"drag", 14, &Player::drag},
+        {"another window", 6,
+         [](Player &p) { p.m_windows.active = p.m_windows.open[static_cast<size_t>(p.draw(3))].get(); }},
+    };
+    return all;
+}
+
+QString Player::play()
+{
+    // An editor that an insertion left open ends before the next command, as in the program; now and then it does not.
+    if (!oneIn(8))
+        document().trvOutline.EndLabelEdit();
+    const char *name = nullptr;
+    if (literal().tree.collection.size() > 40 && oneIn(2)) {
+        name = "delete from a large outline";
+        remove(modOutline::OutlineDelete, &LiteralOutline::deleteSelected);
+    } else if (oneIn(2000)) {
+        name = "deselect";
+        deselect();
+    } else if (oneIn(1000)) {
+        name = "replace the document";
+        replaceDocument();
+    } else {
+        static const int total = [] {
+            int sum = 0;
+            for (const Command &command : commands())
+                sum += command.weight;
+            return sum;
+        }();
+        int drawn = draw(total);
+        auto command = commands().begin();
+        while ((drawn -= command->weight) >= 0)
+            ++command;
+        name = command->name;
+        command->play(*this);
+    }
+    for (const std::unique_ptr<OpenOutline> &outline : m_windows.open)
+        outline->textShown = outline->textShown || outline->literal.selected();
+    return QString::fromLatin1(name);
+}
+
+QString Player::difference()
+{
+    if (!m_failure.isEmpty())
+        return m_failure;
+    const bool texts = oneIn(4);
+    for (const std::unique_ptr<OpenOutline> &outline : m_windows.open) {
+        if (const QString found = outline->difference(texts); !found.isEmpty())
+            return found;
+    }
+    if (iActionDepth != 0 || m_fakes.pointer.hourglass || !document().trvOutline.PaneVisible())
+        return u"a command did not come to its end"_s;
+    const EntryRef &copied = modOutline::copiedEntry();
+    if (!copied.entry() || !m_copied.entry)
+        return copied.entry() || m_copied.entry ? u"the copied entry lives or is gone otherwise"_s : QString();
+    const bool same = copied.tree()->key(copied.entry()) == SlowTree::keyOf(m_copied.entry) &&
+                      copied.tree()->storedText(copied.entry()) == m_copied.entry->text;
+    return same ? QString() : u"another entry is the copied one"_s;
+}
+
+QString Player::viewDifference() const
+{
+    for (const std::unique_ptr<OpenOutline> &outline : m_windows.open) {
+        if (const QString found = outline->viewDifference(); !found.isEmpty())
+            return found;
+    }
+    return QString();
+}
+
+Player::Pair Player::drawEntry()
+{
+    const std::vector<SlowEntry *> &entries = literal().tree.collection;
+    if (entries.empty())
+        return {nullptr, nullptr};
+    const int index = draw(static_cast<int>(entries.size()));
+    return {document().tree.collection().at(index + 1), entries[static_cast<size_t>(index)]};
+}
+
+QString Player::drawLabel()
+{
+    return QString(draw(3), QLatin1Char("abcABCdef"[draw(9)]));
+}
+
+void Player::insert(void (*run)(), Relationship relationship)
+{
+    run();
+    literal().insertEntry(relationship);
+}
+
+// Mostly the question is answered with Yes.
+void Player::remove(void (*run)(), void (LiteralOutline::*literally)())
+{
+    const Answer answer = oneIn(5) ? Answer::No : Answer::Yes;
+    m_fakes.dialogs.answers = {answer};
+    run();
+    m_fakes.dialogs.answers.clear();
+    m_fakes.dialogs.questions.clear();
+    if (answer == Answer::Yes)
+        (literal().*literally)();
+    else if (run == modOutline::OutlineDeleteTaggedEntries)
+        literal().select(literal().selected());
+}
+
+void Player::paste(void (*run)(), bool removeSource)
+{
+    run();
+    literal().paste(removeSource);
+}
+
+void Player::expandToLevel()
+{
+    const int level = 1 + draw(7);
+    modOutline::OutlineExpandToLevel(level);
+    literal().expandToLevel(level);
+}
+
+void Player::rename()
+{
+    const QString label = drawLabel();
+    modOutline::OutlineRename();
+    if (!literal().selected())
+        return;
+    if (TreeView *view = m_windows.active->view.get()) {
+        QLineEdit *editor = openEditor(*view);
+        // A row that is hidden in a closed branch cannot be edited.
+        if (!editor)
+            return;
+        editor->setText(label);
+        view->EndLabelEdit();
+    } else {
+        document().tree.setData(document().tree.indexOf(document().tree.selected()), label);
+    }
+    literal().selected()->label = label;
+}
+
+void Player::type()
+{
+    if (!literal().selected())
+        return;
+    FakeTextPane &pane = m_windows.active->text;
+    pane.rtf = "text " + QByteArray::number(++m_texts);
+    modNodes::NodeTextPut(document(), document().tree.selected());
+    literal().selected()->text = NodeTextCompressIfRequired(pane.rtf);
+}
+
+void Player::select(const Pair &pair)
+{
+    modNodes::NodeSelect(document(), pair.entry);
+    literal().select(pair.slow);
+}
+
+void Player::tagOne()
+{
+    const Pair pair = drawEntry();
+    if (!pair.entry || pair.entry->isRoot())
+        return;
+    modNodes::NodeTagToggle(document(), pair.entry);
+    pair.slow->tagged = !pair.slow->tagged;
+}
+
+// As the user does with the mouse; what becomes of the selection is the window's doing.
+void Player::openOrCloseOne()
+{
+    const Pair pair = drawEntry();
+    if (!pair.entry)
+        return;
+    pair.slow->expanded = oneIn(2);
+    document().tree.setExpanded(pair.entry, pair.slow->expanded);
+}
+
+void Player::drag()
+{
+    const Pair dragged = drawEntry();
+    const Pair target = drawEntry();
+    if (!dragged.entry)
+        return;
+    select(dragged);
+    dragState().entry.set(&document().tree, dragged.entry);
+    if (target.entry != dragged.entry) {
+        dropBeside(dragged, target);
+    } else if (oneIn(2)) {
+        modOutline::OutlineIndent();
+        literal().indent();
+    } else {
+        modOutline::OutlineUnindent();
+        literal().unindent();
+    }
+    ResetDraggingFlags();
+}
+
+// With the left button at the place that is preferred, with the right one at any that is offered.
+void Player::dropBeside(const Pair &dragged, const Pair &target)
+{
+    const DropPlacements found = dropPlacements(*dragged.entry, *target.entry);
+    const auto [previous, next, child] = literal().placements(dragged.slow, target.slow);
+    if (found != DropPlacements{previous, next, child}) {
+        m_failure = u"other places are offered for a drop"_s;
+        return;
+    }
+    if (!found.any())
+        return;
+    DragState &state = dragState();
+    state.relationship = plainRelationship(found);
+    if (oneIn(2)) {
+        std::vector<Relationship> offered;
+        if (previous)
+            offered.push_back(Relationship::tvwPrevious);
+        if (next)
+            offered.push_back(Relationship::tvwNext);
+        if (child)
+            offered.push_back(Relationship::tvwChild);
+        state.relationship = offered[static_cast<size_t>(draw(static_cast<int>(offered.size())))];
+    }
+    state.copy = oneIn(3);
+    const Relationship relationship = state.relationship;
+    const bool copies = state.copy;
+    dropEntry(document(), *target.entry);
+    literal().drop(dragged.slow, target.slow, relationship, copies);
+}
+
+void Player::deselect()
+{
+    document().tree.select(nullptr);
+    literal().tree.selected = nullptr;
+    m_windows.active->textShown = false;
+}
+
+void Player::replaceDocument()
+{
+    const size_t place = static_cast<size_t>(draw(3));
+    std::unique_ptr<OpenOutline> &outline = m_windows.open[place];
+    if (m_copied.outline == &outline->literal)
+        m_copied = {};
+    const bool wasActive = m_windows.active == outline.get();
+    outline = std::make_unique<OpenOutline>(m_panes, m_copied);
+    if (wasActive)
+        m_windows.active = outline.get();
+}
+
+} // namespace
+
+class tst_OutlineRandom : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void commands_data();
+    void commands();
+    void commandsBeforeTheModelTester_data();
+    void commandsBeforeTheModelTester();
+    void commandsWithTheOutlineShown_data();
+    void commandsWithTheOutlineShown();
+
+private:
+    static void seeds(int count);
+    static void play(Panes panes, int steps);
+};
+
+void tst_OutlineRandom::initTestCase()
+{
+    // The literal outline sorts without a locale.
+    QLocale::setDefault(QLocale::c());
+}
+
+void tst_OutlineRandom::seeds(int count)
+{
+    QTest::addColumn<quint32>("seed");
+    for (int seed = 1; seed <= count; ++seed)
+        QTest::addRow("seed %d", seed) << static_cast<quint32>(seed);
+}
+
+void tst_OutlineRandom::play(Panes panes, int steps)
+{
+    QFETCH(const quint32, seed);
+    Player player(seed, panes);
+    QStringList played;
+    for (int i = 0; i < steps / stepsDivisor; ++i) {
+        played.append(player.play());
+        QString difference = player.difference();
+        if (difference.isEmpty() && panes == Panes::RealOutline && i % 8 == 0)
+            difference = player.viewDifference();
+        if (!difference.isEmpty())
+            QFAIL(qPrintable(
+                u"After command %1 (%2): %3"_s.arg(i).arg(played.mid(qMax(0, i - 7)).join(u", "_s), difference)));
+    }
+}
+
+void tst_OutlineRandom::commands_data()
+{
+    seeds(12);
+}
+
+void tst_OutlineRandom::commands()
+{
+    play(Panes::Fake, 25000);
+}
+
+void tst_OutlineRandom::commandsBeforeTheModelTester_data()
+{
+    seeds(5);
+}
+
+void tst_OutlineRandom::commandsBeforeTheModelTester()
+{
+    play(Panes::FakeWithModelTester, 2000);
+}
+
+void tst_OutlineRandom::commandsWithTheOutlineShown_data()
+{
+    seeds(5);
+}
+
+void tst_OutlineRandom::commandsWithTheOutlineShown()
+{
+    play(Panes::RealOutline, 6000);
+}
+
+QTEST_MAIN(tst_OutlineRandom)
+#include "tst_OutlineRandom.moc"
