@@ -59,6 +59,7 @@ void dropEntry(Document &document, Entry &target)
         relationship = Relationship::tvwPrevious;
     }
     document.m_bDataChanged = true;
+    const modNodes::ActionScope action;
     if (state.copy) {
         dragged = modNodes::NodeDuplicate(document, *state.entry.tree(), dragged, relative, relationship);
     } else {

@@ -4,7 +4,6 @@
 #pragma once
 
 #include "model/Document.h"
-#include "model/OutlinePane.h"
 #include "model/Ports.h"
 
 #include "util/Procedure.h"
@@ -32,22 +31,3 @@ void changeActiveDocument(const char *name, Body &&body)
         body(document);
     });
 }
-
-// Keeps the outline from drawing while it lives.
-class HiddenOutline
-{
-public:
-    explicit HiddenOutline(Document &document)
-        : m_document(document)
-    {
-        m_document.trvOutline.setPaneVisible(false);
-    }
-
-    ~HiddenOutline() { m_document.trvOutline.setPaneVisible(true); }
-
-    HiddenOutline(const HiddenOutline &) = delete;
-    HiddenOutline &operator=(const HiddenOutline &) = delete;
-
-private:
-    Document &m_document;
-};

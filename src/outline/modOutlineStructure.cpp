@@ -32,11 +32,11 @@ template <typename Rule>
 void moveEntry(const char *name, Rule &&rule)
 {
     changeActiveDocument(name, [&](Document &document) {
-        const HiddenOutline hidden(document);
         Entry *entry = document.tree.selected();
         const Target target = entry ? rule(*entry) : Target();
         if (!target.relative)
             return;
+        const modNodes::ActionScope action;
         document.tree.move(entry, target.relationship, target.relative);
         modNodes::NodeSelect(document, entry);
     });
@@ -89,23 +89,21 @@ void OutlineMoveUp()
 void OutlineMoveDown()
 {
     changeActiveDocument("modOutline OutlineMoveDown", [](Document &document) {
-        const HiddenOutline hidden(document);
         Entry *entry = document.tree.selected();
-        if (!entry || entry->isRoot())
+        Entry *beyond = entry && entry->parent() ? entry->parent()->next() : nullptr;
+        if (!entry || (!entry->next() && !beyond))
             return;
-        Entry *beyond = entry->parent()->next();
+        const modNodes::ActionScope action;
         if (Entry *next = entry->next()) {
             document.tree.move(entry, Relationship::tvwNext, next);
-        } else if (beyond && beyond->childCount() > 0) {
+        } else if (beyond->childCount() > 0) {
             Entry *first = beyond->firstChild();
             document.tree.move(entry, Relationship::tvwPrevious, first);
             // The children make room and come back behind the entry, so they count as inserted after it.
             for (Entry *child = first; child; child = child->next())
                 document.tree.renewInsertion(child);
-        } else if (beyond) {
-            document.tree.move(entry, Relationship::tvwChild, beyond);
         } else {
-            return;
+            document.tree.move(entry, Relationship::tvwChild, beyond);
         }
         modNodes::NodeSelect(document, entry);
     });

@@ -7,6 +7,7 @@
 #include "outline/modOutline.h"
 
 #include "model/DocumentWindow.h"
+#include "model/OutlinePane.h"
 #include "model/modNodes.h"
 
 namespace

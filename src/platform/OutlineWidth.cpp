@@ -38,6 +38,7 @@ OutlineWidth::OutlineWidth(TreeView &view, const EntryTree &tree)
     const auto forget = [this] { m_known = false; };
     connect(&tree, &EntryTree::rowsInserted, this, forget);
     connect(&tree, &EntryTree::rowsRemoved, this, forget);
+    connect(&tree, &EntryTree::rowsMoved, this, forget);
     connect(&tree, &EntryTree::modelReset, this, forget);
     connect(&tree, &EntryTree::labelChanged, this, forget);
     connect(&tree, &EntryTree::expandedChanged, this, forget);
@@ -54,6 +55,7 @@ bool OutlineWidth::eventFilter(QObject *watched, QEvent *event)
 void OutlineWidth::forgetFont()
 {
     m_metrics = QFontMetrics(m_view.font());
+    m_frame = m_view.iconSize().width() + 6 * m_metrics.averageCharWidth();
     m_latin.fill(-1);
     m_others.clear();
     m_known = false;
@@ -116,9 +118,7 @@ int OutlineWidth::estimate(QStringView label)
     int width = 0;
     for (const QChar character : label)
         width += estimate(character);
-    // The image and the margins around it and the label.
-    const int frame = m_view.iconSize().width() + 6 * m_metrics.averageCharWidth();
-    return width + width * shapingAllowance / 100 + frame;
+    return width + width * shapingAllowance / 100 + m_frame;
 }
 
 int OutlineWidth::estimate(QChar character)

@@ -42,6 +42,8 @@ private:
     TreeView &m_view;
     const EntryTree &m_tree;
     QFontMetrics m_metrics;
+    // What the image and the margins around it and the label take at most.
+    int m_frame = 0;
     std::array<qint16, 256> m_latin = {};
     QHash<char16_t, qint16> m_others;
     bool m_known = false;

@@ -20,7 +20,7 @@ namespace
 {
 
 // How many rows beyond the visible ones count for the width that the pane scrolls over.
-constexpr int rowsMeasured = 200;
+constexpr int rowsMeasured = 64;
 
 } // namespace
 

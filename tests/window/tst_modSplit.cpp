@@ -6,6 +6,7 @@
 #include "support/OutlineText.h"
 
 #include "model/modDoc.h"
+#include "outline/modOutline.h"
 #include "window/SplitterBar.h"
 #include "window/modSplit.h"
 #include "window/modView.h"
@@ -39,6 +40,7 @@ private Q_SLOTS:
     void fittingShowsTheWidestLabelWhole();
     void fittingShortLabelsGivesTheMinimum();
     void aHiddenLabelDoesNotCount();
+    void aMoveFitsTheSplit();
     void maximiseLeftThenEqualise();
     void theOptionDecidesWhetherSelectingFits();
 
@@ -268,6 +270,20 @@ void tst_modSplit::aHiddenLabelDoesNotCount()
     QCOMPARE(form().m_fTreeWidth, 1500.F);
     form().document().tree.setExpanded(form().document().tree.root()->child(0), true);
     QVERIFY(form().m_fTreeWidth > 3000);
+}
+
+void tst_modSplit::aMoveFitsTheSplit()
+{
+    makeWidth(10000);
+    EntryTree &tree = form().document().tree;
+    plantOutline(tree, {u"R +"_s, u" A +"_s, u"  A1"_s, u" A label that is wider than the outline was"_s});
+    modNodes::NodeSelect(form().document(), tree.root()->child(1));
+    modView::ViewFitSplit();
+    const float narrow = form().m_fTreeWidth;
+    modOutline::OutlineIndent();
+    QVERIFY(form().m_fTreeWidth > narrow);
+    modOutline::OutlineUnindent();
+    QCOMPARE(form().m_fTreeWidth, narrow);
 }
 
 void tst_modSplit::maximiseLeftThenEqualise()
