@@ -27,7 +27,7 @@ namespace
 {
 
 #if defined(__SANITIZE_ADDRESS__)
-constexpr int stepsDivisor = 25;
+constexpr int stepsDivisor = 4;
 #else
 constexpr int stepsDivisor = 1;
 #endif
