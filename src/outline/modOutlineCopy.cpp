@@ -8,6 +8,8 @@
 
 #include "model/modNodes.h"
 
+#include <QScopeGuard>
+
 #include <unordered_set>
 
 using namespace Qt::StringLiterals;
@@ -125,16 +127,16 @@ void OutlinePasteTaggedEntries()
         if (tagged.empty())
             return;
         const modNodes::ActionScope action;
-        {
-            const BulkChange bulk(document.tree);
-            // Each copy is the place of the next, so the copies stand in the order of their sources.
-            for (const Entry *source : tagged) {
-                const modNodes::PastePlace place = modNodes::placeForPaste(document, source);
-                document.tree.select(
-                    document.tree.insertCopy(document.tree, source, place.relationship, place.relative));
-            }
+        // Also when the outline fills up before the last of them, so that the text pane shows the selected entry's
+        // text.
+        const auto showSelected =
+            qScopeGuard([&document] { modNodes::NodeSelect(document, document.tree.selected()); });
+        const BulkChange bulk(document.tree);
+        // Each copy is the place of the next, so the copies stand in the order of their sources.
+        for (const Entry *source : tagged) {
+            const modNodes::PastePlace place = modNodes::placeForPaste(document, source);
+            document.tree.select(document.tree.insertCopy(document.tree, source, place.relationship, place.relative));
         }
-        modNodes::NodeSelect(document, document.tree.selected());
     });
 }
 

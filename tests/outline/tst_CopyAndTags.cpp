@@ -3,6 +3,8 @@
 
 #include "outline/OutlineFixture.h"
 
+#include "support/ErrorRecorder.h"
+
 #include "outline/modOutline.h"
 
 #include <QTest>
@@ -42,6 +44,7 @@ private Q_SLOTS:
     void deleteTaggedSelectsTheRootWhenTheSelectionGoes_data();
     void deleteTaggedSelectsTheRootWhenTheSelectionGoes();
     void aDeclinedDeleteOfTaggedEntriesKeepsThem();
+    void taggedEntriesThatDoNotFitLeaveTheLastCopySelected();
     void tenThousandTaggedEntries();
 };
 
@@ -326,6 +329,24 @@ void tst_CopyAndTags::aDeclinedDeleteOfTaggedEntriesKeepsThem()
     modOutline::OutlineDeleteTaggedEntries();
     QCOMPARE(fixture.dump(), QStringList({u"Root +"_s, u" A *<"_s}));
     QVERIFY(fixture.document().m_bDataChanged);
+}
+
+void tst_CopyAndTags::taggedEntriesThatDoNotFitLeaveTheLastCopySelected()
+{
+    OutlineFixture fixture({u"Root +<"_s, u" A *"_s, u" B *"_s});
+    const ErrorRecorder errors;
+    EntryTree &tree = fixture.document().tree;
+    tree.setStoredText(fixture.entry(u"A"_s), "text of A");
+    {
+        const BulkChange bulk(tree);
+        while (tree.entryCount() < EntryTree::maximumCount - 1)
+            tree.insert(Relationship::tvwChild, tree.root());
+    }
+    modOutline::OutlinePasteTaggedEntries();
+    QCOMPARE(errors.summary(), QStringList{u"6 modOutline OutlinePasteTaggedEntries"_s});
+    QCOMPARE(tree.selected(), tree.root()->firstChild()->lastSibling());
+    QCOMPARE(tree.selected()->label(), u"A"_s);
+    QCOMPARE(fixture.fake().text.rtf, QByteArray("text of A"));
 }
 
 void tst_CopyAndTags::tenThousandTaggedEntries()
