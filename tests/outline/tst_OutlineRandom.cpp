@@ -3,6 +3,7 @@
 
 #include "outline/LiteralOutline.h"
 #include "support/FakePorts.h"
+#include "support/ShownRows.h"
 
 #include "model/StoredText.h"
 #include "model/modNodes.h"
@@ -53,7 +54,6 @@ struct OpenOutline {
 
     // With `texts` also of every entry's text, which makes one that waited to be stored.
     QString difference(bool texts) const;
-    QString viewDifference() const;
 
     std::unique_ptr<TreeView> view;
     FakeOutlinePane pane;
@@ -65,11 +65,6 @@ struct OpenOutline {
     // Whether the text pane shows the selected entry: not when a test took the selection away.
     bool textShown = true;
 };
-
-QString described(const Entry *entry)
-{
-    return entry ? u'"' + entry->label() + u'"' : u"no entry"_s;
-}
 
 // How an outline differs from what it is to be, in words; empty when it does not.
 QString OpenOutline::difference(bool texts) const
@@ -105,38 +100,6 @@ QString OpenOutline::difference(bool texts) const
                                                      selected ? selected->label : u"none"_s);
     if (texts && textShown && text.rtf != (selected ? NodeTextDecompressIfRequired(selected->text) : QByteArray()))
         return u"the text pane does not show the selected entry's text"_s;
-    return QString();
-}
-
-// The same for the rows that the pane shows.
-QString OpenOutline::viewDifference() const
-{
-    const EntryTree &tree = document.tree;
-    QModelIndex row = tree.index(0, 0);
-    const Entry *entry = tree.root();
-    while (entry && row.isValid()) {
-        if (tree.entryAt(row) != entry || row.data().toString() != entry->label())
-            return u"the pane shows %1 instead of %2"_s.arg(described(tree.entryAt(row)), described(entry));
-        const bool open = entry->expanded() && entry->childCount() > 0;
-        if (view->isExpanded(row) != open)
-            return u"the pane shows %1 %2"_s.arg(described(entry), open ? u"closed"_s : u"open"_s);
-        row = view->indexBelow(row);
-        if (open) {
-            entry = entry->firstChild();
-            continue;
-        }
-        while (entry && !entry->next())
-            entry = entry->parent();
-        entry = entry ? entry->next() : nullptr;
-    }
-    if (entry || row.isValid())
-        return entry ? u"the pane lacks %1"_s.arg(described(entry)) : u"the pane shows too many rows"_s;
-    const QModelIndexList marked = view->selectionModel()->selectedIndexes();
-    if (!tree.selected())
-        return marked.isEmpty() ? QString() : u"the pane marks a row, and none is selected"_s;
-    const QModelIndex selected = tree.indexOf(tree.selected());
-    if (view->currentIndex() != selected || marked != QModelIndexList{selected})
-        return u"the pane does not mark %1"_s.arg(described(tree.selected()));
     return QString();
 }
 
@@ -357,7 +320,7 @@ QString Player::difference()
 QString Player::viewDifference() const
 {
     for (const std::unique_ptr<OpenOutline> &outline : m_windows.open) {
-        if (const QString found = outline->viewDifference(); !found.isEmpty())
+        if (const QString found = shownDifference(*outline->view, outline->document.tree); !found.isEmpty())
             return found;
     }
     return QString();

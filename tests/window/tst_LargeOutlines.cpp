@@ -1,0 +1,140 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "outline/EveryCommand.h"
+#include "support/ErrorRecorder.h"
+#include "support/ShownRows.h"
+#include "window/WindowFixture.h"
+
+#include "model/modDoc.h"
+
+#include <QElapsedTimer>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+// Every command of the outline in a real document window, on the shapes that strain it.
+class tst_LargeOutlines : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void onAChain2000LevelsDeep_data() { commands(); }
+
+    void onAChain2000LevelsDeep();
+
+    void among10000Siblings_data() { commands(); }
+
+    void among10000Siblings();
+    void tenThousandTaggedEntriesTakeWellUnderASecond();
+    void everythingOpensInAFullOutline();
+
+private:
+    static void commands();
+    void run();
+
+    EntryTree &tree() { return DocumentActive()->tree; }
+
+    std::unique_ptr<WindowFixture> m_fixture;
+    std::unique_ptr<ErrorRecorder> m_errors;
+};
+
+void tst_LargeOutlines::init()
+{
+    m_errors = std::make_unique<ErrorRecorder>();
+    m_fixture = std::make_unique<WindowFixture>();
+    QVERIFY(QTest::qWaitForWindowActive(&m_fixture->main));
+    modDoc::DocNew();
+    tree().clear();
+}
+
+void tst_LargeOutlines::cleanup()
+{
+    modOutline::copiedEntry().clear();
+    m_fixture.reset();
+    m_errors.reset();
+}
+
+void tst_LargeOutlines::commands()
+{
+    QTest::addColumn<int>("index");
+    for (size_t i = 0; i < everyCommand.size(); ++i)
+        QTest::newRow(everyCommand[i].name) << static_cast<int>(i);
+}
+
+// Runs the row's command, answering Yes, and lets the window draw what came of it.
+void tst_LargeOutlines::run()
+{
+    QFETCH(const int, index);
+    m_fixture->fakes.dialogs.answers = {Answer::Yes};
+    everyCommand[static_cast<size_t>(index)].run();
+    m_fixture->fakes.dialogs.answers.clear();
+    QCoreApplication::processEvents();
+    QCOMPARE(m_errors->summary(), QStringList());
+    QCOMPARE(tree().brokenInvariant(), QString());
+    QCOMPARE(shownDifference(*m_fixture->form().treeView, tree()), QString());
+    QCOMPARE(iActionDepth, qint16(0));
+}
+
+void tst_LargeOutlines::onAChain2000LevelsDeep()
+{
+    Entry *selected = growChain(tree(), 2000, 1990);
+    modNodes::NodeSelect(*DocumentActive(), selected);
+    modNodes::NodeTagOn(*DocumentActive(), selected);
+    modOutline::OutlineCopy();
+    run();
+}
+
+void tst_LargeOutlines::among10000Siblings()
+{
+    Entry *selected = growSiblings(tree(), 10000);
+    modNodes::NodeSelect(*DocumentActive(), selected);
+    modNodes::NodeTagOn(*DocumentActive(), selected->previous());
+    modOutline::OutlineCopy();
+    run();
+}
+
+void tst_LargeOutlines::tenThousandTaggedEntriesTakeWellUnderASecond()
+{
+    Entry *selected = growSiblings(tree(), 10000);
+    for (int row = 0; row < 10000; ++row)
+        modNodes::NodeTagOn(*DocumentActive(), selected->parent()->child(row));
+    modNodes::NodeSelect(*DocumentActive(), tree().root());
+    QElapsedTimer timer;
+    timer.start();
+    modOutline::OutlinePasteTaggedEntries();
+    QCOMPARE(tree().entryCount(), 20002);
+    m_fixture->fakes.dialogs.answers = {Answer::Yes};
+    modOutline::OutlineDeleteTaggedEntries();
+    QCoreApplication::processEvents();
+    QCOMPARE(tree().entryCount(), 10002);
+    QCOMPARE(shownDifference(*m_fixture->form().treeView, tree()), QString());
+    // Some 0.1 seconds; one change of the pane after the other would take several.
+    QVERIFY2(timer.elapsed() < 3000, qPrintable(QString::number(timer.elapsed())));
+}
+
+void tst_LargeOutlines::everythingOpensInAFullOutline()
+{
+    {
+        const BulkChange bulk(tree());
+        Entry *root = tree().insert(Relationship::tvwChild, nullptr);
+        while (tree().entryCount() < EntryTree::maximumCount) {
+            Entry *parent = tree().insert(Relationship::tvwChild, root);
+            while (parent->childCount() < 31 && tree().entryCount() < EntryTree::maximumCount)
+                tree().insert(Relationship::tvwChild, parent);
+        }
+    }
+    modNodes::NodeSelect(*DocumentActive(), tree().root());
+    modOutline::OutlineExpandAll();
+    QCoreApplication::processEvents();
+    QCOMPARE(shownDifference(*m_fixture->form().treeView, tree()), QString());
+    modOutline::OutlineCollapseAll();
+    QCoreApplication::processEvents();
+    QCOMPARE(shownDifference(*m_fixture->form().treeView, tree()), QString());
+}
+
+QTEST_MAIN(tst_LargeOutlines)
+#include "tst_LargeOutlines.moc"
