@@ -19,11 +19,11 @@ void refresh(Document &document)
     document.window.autoFitSplit();
 }
 
-// Null when the entry is visible.
-Entry *outermostClosedAncestor(const Entry &entry)
+// Null when the entry is visible, or there is none.
+Entry *outermostClosedAncestor(const Entry *entry)
 {
     Entry *closed = nullptr;
-    for (Entry *ancestor = entry.parent(); ancestor; ancestor = ancestor->parent()) {
+    for (Entry *ancestor = entry ? entry->parent() : nullptr; ancestor; ancestor = ancestor->parent()) {
         if (!ancestor->expanded())
             closed = ancestor;
     }
@@ -84,7 +84,7 @@ void OutlineExpandToLevel(int iLevel)
         if (Entry *root = modNodes::NodeGetRoot(document)) {
             modNodes::NodeExpandToLevel(document, root, iLevel);
             // A selection that is hidden now falls to the head of the branch that hides it.
-            if (Entry *head = outermostClosedAncestor(*document.tree.selected()))
+            if (Entry *head = outermostClosedAncestor(document.tree.selected()))
                 modNodes::NodeSelect(document, head);
             document.m_iExpansionLevel = static_cast<qint16>(iLevel);
         }
