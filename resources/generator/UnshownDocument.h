@@ -55,6 +55,10 @@ public:
 
     void mapSelText(const std::function<QString(const QString &)> &) override {}
 
+    void beginEditGroup() override {}
+
+    void endEditGroup() override {}
+
     void clearText() override {}
 
     int SelStart() const override { return 0; }

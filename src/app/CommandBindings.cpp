@@ -10,6 +10,7 @@
 #include "outline/modOutline.h"
 #include "search/modSearch.h"
 #include "text/modEdit.h"
+#include "window/modOutlineFont.h"
 #include "window/modView.h"
 
 namespace
@@ -60,6 +61,7 @@ BoundRoutines boundRoutines(QWidget &mainWindow, QMdiArea &area)
         {Routine::OutlineRename, plain(modOutline::OutlineRename)},
         {Routine::OutlineSortCurrent, plain(modOutline::OutlineSortCurrent)},
         {Routine::OutlineSortAll, plain(modOutline::OutlineSortAll)},
+        {Routine::OutlineFont, plain(modOutline::OutlineFont)},
         {Routine::OutlineTaggedEntry, plain(modOutline::OutlineTaggedEntry)},
         {Routine::OutlinePasteTaggedEntries, plain(modOutline::OutlinePasteTaggedEntries)},
         {Routine::OutlineDeleteTaggedEntries, plain(modOutline::OutlineDeleteTaggedEntries)},
@@ -88,6 +90,8 @@ BoundRoutines boundRoutines(QWidget &mainWindow, QMdiArea &area)
         {Routine::EditFormatBullet, plain(modEdit::EditFormatBullet)},
         {Routine::EditFormatIndent, plain(modEdit::EditFormatIndent)},
         {Routine::EditFormatUnindent, plain(modEdit::EditFormatUnindent)},
+        {Routine::EditCurrentFont, plain(modEdit::EditCurrentFont)},
+        {Routine::EditDocumentFont, plain(modEdit::EditDocumentFont)},
         {Routine::SearchFind, plain(modSearch::SearchFind)},
         {Routine::SearchReplace, plain(modSearch::SearchReplace)},
         {Routine::SearchRepeat, plain(modSearch::SearchRepeat)},

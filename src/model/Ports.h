@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QColor>
 #include <QDateTime>
 #include <QString>
 #include <QStringList>
@@ -71,6 +72,27 @@ struct FileDialogRequest {
     QString initialName;
 };
 
+// A font as its dialog shows and answers it. What is absent is not known, or was not chosen.
+struct FontAttributes {
+    std::optional<QString> name;
+    // In points.
+    std::optional<double> size;
+    std::optional<bool> bold;
+    std::optional<bool> italic;
+    std::optional<bool> underline;
+    std::optional<bool> strikeThrough;
+    // An invalid colour is the automatic one.
+    std::optional<QColor> colour;
+
+    bool operator==(const FontAttributes &) const = default;
+};
+
+struct FontDialogRequest {
+    FontAttributes initial;
+    // Whether underline, strike-through and colour are offered too; else they are answered as they came.
+    bool effects = false;
+};
+
 // Message boxes and common dialogs. Message boxes are titled with the application's title.
 class Dialogs
 {
@@ -89,6 +111,8 @@ public:
     // An existing file to read, or a file to write (asking before it overwrites one); nothing when cancelled.
     virtual std::optional<QString> askOpenName(const FileDialogRequest &request) = 0;
     virtual std::optional<QString> askSaveName(const FileDialogRequest &request) = 0;
+    // A font; nothing when cancelled.
+    virtual std::optional<FontAttributes> askFont(const FontDialogRequest &request) = 0;
 };
 
 // The screen's mouse pointer.

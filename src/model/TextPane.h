@@ -36,6 +36,9 @@ public:
     // Replaces the selected text, each stretch of one look by what `map` makes of it, in order, and leaves the caret
     // behind it. A stretch of line breaks is shown to `map` but stays.
     virtual void mapSelText(const std::function<QString(const QString &)> &map) = 0;
+    // What is changed between these two is one step of undo. They nest; see EditGroup.
+    virtual void beginEditGroup() = 0;
+    virtual void endEditGroup() = 0;
     // Takes all text away, and all formatting of paragraphs; a step that can be undone.
     virtual void clearText() = 0;
     virtual int SelStart() const = 0;
@@ -81,4 +84,44 @@ public:
     // The offset of the first match at or after `start` that ends by `end` (-1: the end of the text), or -1; selects
     // the match unless NoHighlight is among the options.
     virtual int Find(const QString &expression, int start, int end, int options) = 0;
+};
+
+// Makes what is changed in a pane while it lives one step of undo.
+class EditGroup
+{
+public:
+    explicit EditGroup(TextPane &pane)
+        : m_pane(pane)
+    {
+        m_pane.beginEditGroup();
+    }
+
+    ~EditGroup() { m_pane.endEditGroup(); }
+
+    EditGroup(const EditGroup &) = delete;
+    EditGroup &operator=(const EditGroup &) = delete;
+
+private:
+    TextPane &m_pane;
+};
+
+// Keeps a pane from drawing while it lives.
+class HiddenText
+{
+public:
+    explicit HiddenText(TextPane &pane)
+        : m_pane(pane)
+        , m_wasVisible(pane.PaneVisible())
+    {
+        m_pane.setPaneVisible(false);
+    }
+
+    ~HiddenText() { m_pane.setPaneVisible(m_wasVisible); }
+
+    HiddenText(const HiddenText &) = delete;
+    HiddenText &operator=(const HiddenText &) = delete;
+
+private:
+    TextPane &m_pane;
+    bool m_wasVisible;
 };

@@ -4,6 +4,7 @@
 #include "model/clsFont.h"
 
 #include "model/TextPane.h"
+#include "rtf/CharChange.h"
 
 #include <algorithm>
 #include <cmath>
@@ -43,13 +44,14 @@ void clsFont::SetFont(QFont &font) const
     if (!m_sName.isEmpty())
         font.setFamily(m_sName);
     if (m_cySize > 0)
-        font.setPointSizeF(static_cast<double>(std::min(m_cySize, maximumSize)) / point);
+        font.setPointSizeF(points());
     font.setStrikeOut(m_bStrikeThrough);
     font.setUnderline(m_bUnderline);
 }
 
 void clsFont::SetRTFSelFont(TextPane &pane) const
 {
+    const EditGroup oneStep(pane);
     const int start = pane.SelStart();
     const int length = pane.SelLength();
     pane.setSelStart(0);
@@ -59,9 +61,28 @@ void clsFont::SetRTFSelFont(TextPane &pane) const
     if (!m_sName.isEmpty())
         pane.setSelFontName(m_sName);
     if (m_cySize > 0)
-        pane.setSelFontSize(static_cast<double>(std::min(m_cySize, maximumSize)) / point);
+        pane.setSelFontSize(points());
     pane.setSelStrikeThru(m_bStrikeThrough);
     pane.setSelUnderline(m_bUnderline);
     pane.setSelStart(start);
     pane.setSelLength(length);
+}
+
+rtf::CharChange clsFont::asChange() const
+{
+    rtf::CharChange change;
+    change.setBold(m_bBold);
+    change.setItalic(m_bItalic);
+    if (!m_sName.isEmpty())
+        change.setFamily(m_sName);
+    if (m_cySize > 0)
+        change.setSize(points());
+    change.setStrikeOut(m_bStrikeThrough);
+    change.setUnderline(m_bUnderline);
+    return change;
+}
+
+double clsFont::points() const
+{
+    return static_cast<double>(std::min(m_cySize, maximumSize)) / point;
 }

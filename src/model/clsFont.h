@@ -8,6 +8,11 @@
 
 class TextPane;
 
+namespace rtf
+{
+class CharChange;
+}
+
 // A font description independent of any control. An empty name or a size of 0 or less means "not set": applying the
 // description leaves the target's own name or size in place.
 class clsFont
@@ -47,10 +52,15 @@ public:
     void SetFont(QFont &font) const;
     // Applies this description to all of a pane's text; the pane's selection stays.
     void SetRTFSelFont(TextPane &pane) const;
+    // What SetRTFSelFont does to each character.
+    rtf::CharChange asChange() const;
 
     bool operator==(const clsFont &other) const = default;
 
 private:
+    // The size, which a description read from a file may make as large as it likes.
+    double points() const;
+
     bool m_bBold = false;
     bool m_bItalic = false;
     QString m_sName;

@@ -5,11 +5,12 @@
 
 #include "model/Document.h"
 #include "model/DocumentWindow.h"
+#include "model/EntryText.h"
 #include "model/Globals.h"
 #include "model/OutlinePane.h"
 #include "model/Ports.h"
 #include "model/TextPane.h"
-
+#include "rtf/CharChange.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
 
@@ -287,17 +288,17 @@ void NodeSortAll(Document &document, Entry *entry, bool sorted)
 void NodeSetFontAll(Document &document, Entry *entry, const clsFont &font)
 {
     procedure("modNodes NodeSetFontAll", [&] {
-        document.txtRTF.setPaneVisible(false);
-        for (Entry *each = entry; each; each = nextInOutline(each, entry)) {
-            NodeTextGet(document, each);
-            QFont base = document.txtRTF.Font();
-            font.SetFont(base);
-            document.txtRTF.setFont(base);
-            font.SetRTFSelFont(document.txtRTF);
-            NodeTextPut(document, each);
-        }
         document.tree.resolvePendingText();
-        document.txtRTF.setPaneVisible(true);
+        QFont base = document.txtRTF.Font();
+        font.SetFont(base);
+        document.txtRTF.setFont(base);
+        // Showing each text in the pane would cost many times as much.
+        const rtf::CharChange change = font.asChange();
+        for (Entry *each = entry; each; each = nextInOutline(each, entry)) {
+            if (const QByteArray changed = changedText(document.tree.storedText(each), change, base);
+                !changed.isEmpty())
+                document.tree.setStoredText(each, changed);
+        }
     });
 }
 

@@ -70,7 +70,8 @@ void NodeCollapseAll(Document &document, Entry *entry);
 void NodeExpandToLevel(Document &document, Entry *entry, int level);
 // Sets the sorted state of an entry and every descendant; True sorts their children by label.
 void NodeSortAll(Document &document, Entry *entry, bool sorted);
-// Applies a font description to the whole text of an entry and every descendant.
+// Applies a font description to the pane's own font and to the whole text of an entry and every descendant; the pane
+// must show its entry's text anew then. A text that is damaged stays as it is.
 void NodeSetFontAll(Document &document, Entry *entry, const clsFont &font);
 
 // Bracket a structural change: the panes are hidden from the first start to the last end, and the split is fitted then.

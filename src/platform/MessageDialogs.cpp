@@ -3,6 +3,8 @@
 
 #include "platform/MessageDialogs.h"
 
+#include "platform/FontDialog.h"
+
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
@@ -166,6 +168,13 @@ std::optional<QString> MessageDialogs::askSaveName(const FileDialogRequest &requ
             return name;
     }
     return std::nullopt;
+}
+
+std::optional<FontAttributes> MessageDialogs::askFont(const FontDialogRequest &request)
+{
+    const ArrowWhileAsking arrow;
+    FontDialog dialog(request, QApplication::activeWindow());
+    return dialog.exec() == QDialog::Accepted ? std::optional(dialog.chosen()) : std::nullopt;
 }
 
 std::optional<QString> MessageDialogs::chosenName(QFileDialog &dialog)

@@ -9,7 +9,7 @@
 
 class QFileDialog;
 
-// Message boxes and file dialogs over the active window.
+// Message boxes, file dialogs and the font dialog over the active window.
 class MessageDialogs final : public Dialogs
 {
 public:
@@ -21,6 +21,7 @@ public:
     std::optional<QString> askOpenName(const FileDialogRequest &request) override;
     // A name without an extension gets that of the chosen filter, or else the default one.
     std::optional<QString> askSaveName(const FileDialogRequest &request) override;
+    std::optional<FontAttributes> askFont(const FontDialogRequest &request) override;
 
 private:
     std::optional<QString> chosenName(QFileDialog &dialog);

@@ -3,8 +3,8 @@
 
 #include "platform/PageFormatter.h"
 
+#include "model/SealedDocument.h"
 #include "platform/LineFilter.h"
-#include "platform/SealedDocument.h"
 #include "rtf/PlainText.h"
 #include "rtf/Rtf.h"
 #include "util/AnsiCodec.h"

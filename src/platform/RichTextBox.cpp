@@ -3,9 +3,10 @@
 
 #include "platform/RichTextBox.h"
 
+#include "model/EntryText.h"
+#include "model/SealedDocument.h"
 #include "model/TextFind.h"
 #include "platform/RichTextMime.h"
-#include "platform/SealedDocument.h"
 #include "rtf/PlainText.h"
 #include "rtf/Rtf.h"
 #include "util/AnsiCodec.h"
@@ -113,10 +114,7 @@ void RichTextBox::setTextRTF(const QByteArray &rtf)
     // Built before it is shown: no layout runs meanwhile, and its undo history begins behind the text.
     QTextDocument *fresh = freshDocument();
     fresh->setUndoRedoEnabled(false);
-    if (rtf::isRtf(rtf))
-        rtf::read(rtf, *fresh);
-    else if (!rtf.isEmpty())
-        fresh->setPlainText(AnsiCodec::toText(rtf));
+    readEntryText(rtf, *fresh);
     fresh->setUndoRedoEnabled(true);
     showDocument(fresh);
 }
@@ -254,6 +252,16 @@ void RichTextBox::mapSelText(const std::function<QString(const QString &)> &map)
     editor.endEditBlock();
     cursor.setPosition(to + grown);
     setTextCursor(cursor);
+}
+
+void RichTextBox::beginEditGroup()
+{
+    QTextCursor(document()).beginEditBlock();
+}
+
+void RichTextBox::endEditGroup()
+{
+    QTextCursor(document()).endEditBlock();
 }
 
 void RichTextBox::clearText()

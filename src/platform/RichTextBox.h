@@ -30,6 +30,8 @@ public:
     // CR LF (or CR) begins a new paragraph, a lone LF a new line within the paragraph, as in Text().
     void setSelText(const QString &text) override;
     void mapSelText(const std::function<QString(const QString &)> &map) override;
+    void beginEditGroup() override;
+    void endEditGroup() override;
     void clearText() override;
     int SelStart() const override;
     // Collapses the selection. Offsets beyond the text are taken as its end.

@@ -5,6 +5,7 @@
 
 #include "platform/RichTextBox.h"
 
+#include "rtf/CharChange.h"
 #include "rtf/Properties.h"
 #include "rtf/Units.h"
 
@@ -20,9 +21,6 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-constexpr double smallestFontSize = 1;
-constexpr double largestFontSize = 1638;
-
 // HTML's relative font sizes, from two steps below the standard size to four above.
 constexpr double sizeSteps[] = {0.7, 0.8, 1.0, 1.2, 1.5, 2.0, 2.4};
 constexpr int standardStep = 2;
@@ -30,12 +28,6 @@ constexpr double pointsPerPixel = 0.75;
 
 // How far a bullet hangs to the left of its paragraph, in twips.
 constexpr int bulletHang = 360;
-
-// Texts are kept with their sizes in half points.
-double toHalfPoints(double points)
-{
-    return qRound(std::clamp(points, smallestFontSize, largestFontSize) * 2) / 2.0;
-}
 
 // The part of the selection that a paragraph property concerns: without a last paragraph of which only the beginning
 // is touched.
@@ -101,47 +93,13 @@ auto commonToParagraphs(const QTextEdit &box, Property property) -> std::optiona
     return common;
 }
 
-// Merges a format into the selection after taking properties away that would override it or have no neutral value.
-void changeFormat(QTextEdit &box, const QTextCharFormat &change, std::initializer_list<int> obsolete = {})
+// Changes the selection, or at a caret what is typed next.
+void changeFormat(QTextEdit &box, const rtf::CharChange &change)
 {
-    const auto withoutObsolete = [&obsolete](QTextCharFormat format) {
-        for (const int property : obsolete)
-            format.clearProperty(property);
-        return format;
-    };
-    QTextCursor cursor = box.textCursor();
-    if (!cursor.hasSelection()) {
-        QTextCharFormat format = withoutObsolete(box.currentCharFormat());
-        format.merge(change);
-        box.setCurrentCharFormat(format);
-        return;
-    }
-
-    struct Stretch {
-        int from;
-        int to;
-        QTextCharFormat format;
-    };
-
-    std::vector<Stretch> stretches;
-    visitFragments(cursor, [&](const QTextFragment &fragment) {
-        const QTextCharFormat format = fragment.charFormat();
-        if (std::any_of(obsolete.begin(), obsolete.end(), [&format](int id) { return format.hasProperty(id); })) {
-            stretches.push_back({std::max(fragment.position(), cursor.selectionStart()),
-                                 std::min(fragment.position() + fragment.length(), cursor.selectionEnd()),
-                                 withoutObsolete(format)});
-        }
-        return true;
-    });
-    cursor.beginEditBlock();
-    QTextCursor part(cursor);
-    for (const Stretch &stretch : stretches) {
-        part.setPosition(stretch.from);
-        part.setPosition(stretch.to, QTextCursor::KeepAnchor);
-        part.setCharFormat(stretch.format);
-    }
-    box.mergeCurrentCharFormat(change);
-    cursor.endEditBlock();
+    if (box.textCursor().hasSelection())
+        change.applyTo(box.textCursor());
+    else
+        box.setCurrentCharFormat(change.appliedTo(box.currentCharFormat()));
 }
 
 bool isBulleted(const QTextBlock &block)
@@ -202,8 +160,8 @@ std::optional<bool> RichTextBox::SelBold() const
 
 void RichTextBox::setSelBold(bool on)
 {
-    QTextCharFormat change;
-    change.setFontWeight(on ? QFont::Bold : QFont::Normal);
+    rtf::CharChange change;
+    change.setBold(on);
     changeFormat(*this, change);
 }
 
@@ -216,8 +174,8 @@ std::optional<bool> RichTextBox::SelItalic() const
 
 void RichTextBox::setSelItalic(bool on)
 {
-    QTextCharFormat change;
-    change.setFontItalic(on);
+    rtf::CharChange change;
+    change.setItalic(on);
     changeFormat(*this, change);
 }
 
@@ -232,9 +190,9 @@ std::optional<bool> RichTextBox::SelUnderline() const
 
 void RichTextBox::setSelUnderline(bool on)
 {
-    QTextCharFormat change;
-    change.setFontUnderline(on);
-    changeFormat(*this, change, {rtf::UnderlineKindProperty});
+    rtf::CharChange change;
+    change.setUnderline(on);
+    changeFormat(*this, change);
 }
 
 std::optional<bool> RichTextBox::SelStrikeThru() const
@@ -246,8 +204,8 @@ std::optional<bool> RichTextBox::SelStrikeThru() const
 
 void RichTextBox::setSelStrikeThru(bool on)
 {
-    QTextCharFormat change;
-    change.setFontStrikeOut(on);
+    rtf::CharChange change;
+    change.setStrikeOut(on);
     changeFormat(*this, change);
 }
 
@@ -261,8 +219,8 @@ std::optional<QString> RichTextBox::SelFontName() const
 
 void RichTextBox::setSelFontName(const QString &name)
 {
-    QTextCharFormat change;
-    change.setFontFamilies({name});
+    rtf::CharChange change;
+    change.setFamily(name);
     changeFormat(*this, change);
 }
 
@@ -276,15 +234,16 @@ std::optional<double> RichTextBox::SelFontSize() const
         else if (format.hasProperty(QTextFormat::FontPixelSize))
             points = format.intProperty(QTextFormat::FontPixelSize) * pointsPerPixel;
         const int step = standardStep + format.intProperty(QTextFormat::FontSizeAdjustment);
-        return toHalfPoints(points * sizeSteps[std::clamp(step, 0, static_cast<int>(std::size(sizeSteps)) - 1)]);
+        return rtf::sizeInHalfPoints(points *
+                                     sizeSteps[std::clamp(step, 0, static_cast<int>(std::size(sizeSteps)) - 1)]);
     });
 }
 
 void RichTextBox::setSelFontSize(double points)
 {
-    QTextCharFormat change;
-    change.setFontPointSize(toHalfPoints(points));
-    changeFormat(*this, change, {QTextFormat::FontPixelSize, QTextFormat::FontSizeAdjustment});
+    rtf::CharChange change;
+    change.setSize(points);
+    changeFormat(*this, change);
 }
 
 std::optional<QColor> RichTextBox::SelColor() const
@@ -297,10 +256,9 @@ std::optional<QColor> RichTextBox::SelColor() const
 
 void RichTextBox::setSelColor(const QColor &colour)
 {
-    QTextCharFormat change;
-    if (colour.isValid())
-        change.setForeground(colour);
-    changeFormat(*this, change, {QTextFormat::ForegroundBrush});
+    rtf::CharChange change;
+    change.setColour(colour);
+    changeFormat(*this, change);
 }
 
 std::optional<bool> RichTextBox::SelBullet() const

@@ -31,25 +31,6 @@ public:
     SearchModeScope &operator=(const SearchModeScope &) = delete;
 };
 
-// Keeps the text pane from drawing while entries pass through it.
-class HiddenText
-{
-public:
-    explicit HiddenText(TextPane &pane)
-        : m_pane(pane)
-    {
-        m_pane.setPaneVisible(false);
-    }
-
-    ~HiddenText() { m_pane.setPaneVisible(true); }
-
-    HiddenText(const HiddenText &) = delete;
-    HiddenText &operator=(const HiddenText &) = delete;
-
-private:
-    TextPane &m_pane;
-};
-
 int findOptions()
 {
     return (g_bSearchMatchCase ? TextPane::MatchCase : 0) | (g_bSearchWholeWord ? TextPane::WholeWord : 0) |

@@ -6,7 +6,9 @@
 #include "model/Document.h"
 #include "model/Ports.h"
 #include "model/TextPane.h"
+#include "model/modNodes.h"
 #include "rtf/Rtf.h"
+#include "text/modFont.h"
 #include "util/Procedure.h"
 
 #include <QLocale>
@@ -258,6 +260,38 @@ void EditFormatUnindent()
 {
     onActiveText("modEdit EditFormatUnindent",
                  [](TextPane &pane) { pane.setSelIndent(std::max(pane.SelIndent().value_or(0) - indentStep, 0)); });
+}
+
+void EditCurrentFont()
+{
+    procedure("modEdit EditCurrentFont", [] {
+        Document *document = DocumentActive();
+        if (!document)
+            return;
+        if (document->txtRTF.SelLength() > 0) {
+            modFont::ChangeRTFSelFont(document->txtRTF);
+        } else if (modFont::ChangeRTFFont(document->txtRTF)) {
+            // The pane does not count a change of its own font as one of the text, which is shown and stored with it.
+            document->m_bDataChanged = true;
+            modNodes::NodeTextPutSelected();
+        }
+    });
+}
+
+void EditDocumentFont()
+{
+    procedure("modEdit EditDocumentFont", [] {
+        const Document *document = DocumentActive();
+        if (!document)
+            return;
+        const HourglassPointer hourglass;
+        clsFont font;
+        document->m_fntTextFont.CopyTo(font);
+        if (modFont::ChangeFontDetails(font)) {
+            font.CopyTo(g_fntPendingTextFont);
+            modFont::ChangeDocumentTextFontDetails(false);
+        }
+    });
 }
 
 void EditFormatLeft()

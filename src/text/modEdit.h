@@ -53,6 +53,10 @@ void EditFormatBullet();
 void EditFormatIndent();
 void EditFormatUnindent();
 
+// Ask for a font: for the selected text, or without a selection for the pane; and for all texts of the document.
+void EditCurrentFont();
+void EditDocumentFont();
+
 void EditFormatLeft();
 void EditFormatCentre();
 void EditFormatRight();

@@ -3,8 +3,12 @@
 
 #include "window/KeyMap.h"
 
+#include "model/Document.h"
+#include "model/Ports.h"
+#include "model/TextPane.h"
 #include "outline/modOutline.h"
 #include "text/modEdit.h"
+#include "text/modFont.h"
 
 #include <QKeyEvent>
 
@@ -17,6 +21,23 @@ namespace
 using namespace modOutline;
 using namespace modEdit;
 
+void stepSize(qint16 direction)
+{
+    if (const Document *document = DocumentActive(); document && document->txtRTF.SelLength() > 0)
+        modFont::ChangeSelectedFontSize(direction);
+}
+
+void smaller()
+{
+    stepSize(-1);
+}
+
+void larger()
+{
+    stepSize(1);
+}
+
+// Where "<" and ">" are typed with Shift, the keys come as these; elsewhere as what stands on them without it.
 // Alt+Home and Alt+End are possible exactly when moving up and down are.
 constexpr std::array bindings = {
     KeyBinding{KeyBinding::Keypad, Qt::Key_Plus, "mnuOutlineExpand", OutlineExpand},
@@ -24,6 +45,10 @@ constexpr std::array bindings = {
     KeyBinding{KeyBinding::Any, Qt::Key_F2, "mnuOutlineRename", OutlineRename},
     KeyBinding{KeyBinding::Ctrl, Qt::Key_D, "mnuEditInsertShortDate", EditInsertShortDate},
     KeyBinding{KeyBinding::Ctrl, Qt::Key_M, "mnuEditInsertTime", EditInsertTime},
+    KeyBinding{KeyBinding::CtrlShift, Qt::Key_Less, "mnuEditCurrentFont", smaller},
+    KeyBinding{KeyBinding::CtrlShift, Qt::Key_Comma, "mnuEditCurrentFont", smaller},
+    KeyBinding{KeyBinding::CtrlShift, Qt::Key_Greater, "mnuEditCurrentFont", larger},
+    KeyBinding{KeyBinding::CtrlShift, Qt::Key_Period, "mnuEditCurrentFont", larger},
     KeyBinding{KeyBinding::Alt, Qt::Key_A, "mnuOutlineInsertAbove", OutlineInsertAbove},
     KeyBinding{KeyBinding::Alt, Qt::Key_B, "mnuOutlineInsertBelow", OutlineInsertBelow},
     KeyBinding{KeyBinding::Alt, Qt::Key_I, "mnuOutlineInsertChild", OutlineInsertChild},
@@ -54,6 +79,8 @@ bool matches(const KeyBinding &binding, const QKeyEvent &event)
         return modifiers == Qt::AltModifier;
     case KeyBinding::Ctrl:
         return modifiers == Qt::ControlModifier;
+    case KeyBinding::CtrlShift:
+        return modifiers == (Qt::ControlModifier | Qt::ShiftModifier);
     }
     return false;
 }

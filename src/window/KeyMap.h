@@ -23,6 +23,8 @@ struct KeyBinding {
         Alt,
         // Ctrl and no other modifier.
         Ctrl,
+        // Ctrl and Shift and no other modifier.
+        CtrlShift,
     };
 
     Modifiers modifiers;

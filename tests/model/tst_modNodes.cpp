@@ -65,6 +65,7 @@ private Q_SLOTS:
     void expandingToALevel();
     void sorting();
     void settingTheFontOfASubtree();
+    void settingTheFontLeavesDamagedTexts();
 
     void nestedActionsHideThePanesOnce();
     void everyActionEndsThoughAnErrorHappens();
@@ -560,14 +561,22 @@ void tst_modNodes::settingTheFontOfASubtree()
     font.setBold(true);
     modNodes::NodeSetFontAll(fake.document, entryLabelled(tree, u"A"_s), font);
     QCOMPARE(fake.text.font.family(), u"Courier 10 Pitch"_s);
-    QCOMPARE(fake.text.fontName, u"Courier 10 Pitch"_s);
-    QCOMPARE(fake.text.bold, true);
     QVERIFY(fake.text.visible);
-    // Every text of the subtree went through the pane and came back into its own entry.
-    for (const QString &label : {u"A"_s, u"A1"_s, u"A2"_s})
-        QCOMPARE(tree.storedText(entryLabelled(tree, label)),
-                 NodeTextCompressIfRequired("{\\rtf1 of " + label.toLatin1() + '}'));
+    for (const QString &label : {u"A"_s, u"A1"_s, u"A2"_s}) {
+        const QByteArray text = NodeTextDecompressIfRequired(tree.storedText(entryLabelled(tree, label)));
+        QVERIFY(text.contains("Courier 10 Pitch") && text.contains("\\b of " + label.toLatin1()));
+    }
     QCOMPARE(tree.storedText(entryLabelled(tree, u"B"_s)), QByteArray("{\\rtf1 of B}"));
+}
+
+void tst_modNodes::settingTheFontLeavesDamagedTexts()
+{
+    FakeDocument &fake = plantStandard();
+    EntryTree &tree = fake.document.tree;
+    Entry *damaged = entryLabelled(tree, u"A"_s);
+    tree.setStoredText(damaged, "12,abc");
+    modNodes::NodeSetFontAll(fake.document, tree.root(), clsFont());
+    QCOMPARE(tree.storedText(damaged), QByteArray("12,abc"));
 }
 
 void tst_modNodes::nestedActionsHideThePanesOnce()

@@ -91,6 +91,10 @@ public:
 
     void mapSelText(const std::function<QString(const QString &)> &map) override { setSelText(map(SelText())); }
 
+    void beginEditGroup() override { ++editGroups; }
+
+    void endEditGroup() override { ++editGroupsEnded; }
+
     void clearText() override
     {
         rtf.clear();
@@ -186,6 +190,8 @@ public:
     bool locked = false;
     bool visible = true;
     int timesTextSet = 0;
+    int editGroups = 0;
+    int editGroupsEnded = 0;
     int timesFocused = 0;
     // Runs after setTextRTF, as a change notification of a real pane would.
     std::function<void()> onTextSet;

@@ -146,9 +146,16 @@ public:
         return take(saveNames, QStringLiteral("save dialog"), std::optional<QString>());
     }
 
+    std::optional<FontAttributes> askFont(const FontDialogRequest &request) override
+    {
+        fontRequests.push_back(request);
+        return take(fonts, QStringLiteral("font dialog"), std::optional<FontAttributes>());
+    }
+
     std::deque<Answer> answers;
     std::deque<std::optional<QString>> openNames;
     std::deque<std::optional<QString>> saveNames;
+    std::deque<std::optional<FontAttributes>> fonts;
     QStringList questions;
     QStringList plainQuestions;
     QStringList informations;
@@ -156,6 +163,7 @@ public:
     QStringList warnings;
     std::vector<FileDialogRequest> openRequests;
     std::vector<FileDialogRequest> saveRequests;
+    std::vector<FontDialogRequest> fontRequests;
 
 private:
     template <typename T>

@@ -1,0 +1,128 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "rtf/CharChange.h"
+
+#include "rtf/Properties.h"
+
+#include <QColor>
+#include <QFont>
+#include <QTextBlock>
+#include <QTextCursor>
+#include <QTextDocument>
+
+#include <algorithm>
+#include <vector>
+
+namespace rtf
+{
+
+namespace
+{
+
+constexpr double smallestSize = 1;
+constexpr double largestSize = 1638;
+
+} // namespace
+
+double sizeInHalfPoints(double points)
+{
+    return qRound(std::clamp(points, smallestSize, largestSize) * 2) / 2.0;
+}
+
+void CharChange::setBold(bool on)
+{
+    m_change.setFontWeight(on ? QFont::Bold : QFont::Normal);
+}
+
+void CharChange::setItalic(bool on)
+{
+    m_change.setFontItalic(on);
+}
+
+void CharChange::setUnderline(bool on)
+{
+    m_change.setFontUnderline(on);
+    m_obsolete.append(UnderlineKindProperty);
+}
+
+void CharChange::setStrikeOut(bool on)
+{
+    m_change.setFontStrikeOut(on);
+}
+
+void CharChange::setFamily(const QString &family)
+{
+    m_change.setFontFamilies({family});
+}
+
+void CharChange::setSize(double points)
+{
+    m_change.setFontPointSize(sizeInHalfPoints(points));
+    m_obsolete += {QTextFormat::FontPixelSize, QTextFormat::FontSizeAdjustment};
+}
+
+void CharChange::setColour(const QColor &colour)
+{
+    if (colour.isValid()) {
+        m_change.setForeground(colour);
+    }
+    m_obsolete.append(QTextFormat::ForegroundBrush);
+}
+
+QTextCharFormat CharChange::appliedTo(QTextCharFormat format) const
+{
+    for (const int property : m_obsolete) {
+        format.clearProperty(property);
+    }
+    format.merge(m_change);
+    return format;
+}
+
+// Whether merging is not enough, because something must be taken away first.
+bool CharChange::meets(const QTextCharFormat &format) const
+{
+    return std::any_of(m_obsolete.begin(), m_obsolete.end(), [&format](int id) { return format.hasProperty(id); });
+}
+
+void CharChange::applyTo(const QTextCursor &selection) const
+{
+    struct Stretch {
+        int from;
+        int to;
+        QTextCharFormat format;
+    };
+
+    const int start = selection.selectionStart();
+    const int end = selection.selectionEnd();
+    std::vector<Stretch> stretches;
+    int known = -1;
+    bool meetsKnown = false;
+    for (QTextBlock block = selection.document()->findBlock(start); block.isValid() && block.position() < end;
+         block = block.next()) {
+        for (auto it = block.begin(); !m_obsolete.isEmpty() && !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            if (fragment.charFormatIndex() != known) {
+                known = fragment.charFormatIndex();
+                meetsKnown = meets(fragment.charFormat());
+            }
+            const int from = std::max(fragment.position(), start);
+            const int to = std::min(fragment.position() + fragment.length(), end);
+            if (meetsKnown && from < to) {
+                stretches.push_back({from, to, appliedTo(fragment.charFormat())});
+            }
+        }
+    }
+    QTextCursor cursor(selection);
+    cursor.beginEditBlock();
+    QTextCursor part(selection);
+    for (const Stretch &stretch : stretches) {
+        part.setPosition(stretch.from);
+        part.setPosition(stretch.to, QTextCursor::KeepAnchor);
+        part.setCharFormat(stretch.format);
+    }
+    cursor.mergeCharFormat(m_change);
+    cursor.endEditBlock();
+}
+
+} // namespace rtf

@@ -1,0 +1,43 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QTextFormat>
+
+class QColor;
+class QTextCursor;
+
+namespace rtf
+{
+
+// A change of the formatting of characters. What it does not set stays as it is.
+class CharChange
+{
+public:
+    void setBold(bool on);
+    void setItalic(bool on);
+    void setUnderline(bool on);
+    void setStrikeOut(bool on);
+    void setFamily(const QString &family);
+    // In points; texts are kept with their sizes in half points from 1 to 1638.
+    void setSize(double points);
+    // An invalid colour is the automatic one.
+    void setColour(const QColor &colour);
+
+    QTextCharFormat appliedTo(QTextCharFormat format) const;
+    // To all characters that are selected, as one step of undo.
+    void applyTo(const QTextCursor &selection) const;
+
+private:
+    bool meets(const QTextCharFormat &format) const;
+
+    QTextCharFormat m_change;
+    // Taken away before: what would override the change, or has no neutral value.
+    QList<int> m_obsolete;
+};
+
+// A size that texts can have: half points from 1 to 1638 points.
+double sizeInHalfPoints(double points);
+
+} // namespace rtf

@@ -1,0 +1,203 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "text/modFont.h"
+
+#include "model/Document.h"
+#include "model/DocumentWindow.h"
+#include "model/OutlinePane.h"
+#include "model/Ports.h"
+#include "model/TextPane.h"
+#include "model/modNodes.h"
+#include "util/Numbers.h"
+#include "util/Procedure.h"
+#include "util/RunTimeError.h"
+
+#include <algorithm>
+#include <cmath>
+
+namespace
+{
+
+constexpr double smallestSize = 1;
+constexpr double largestSize = 1638;
+
+// What the user chose; a cancelled dialog ends the routine.
+FontAttributes chosenFont(const FontAttributes &initial, bool effects)
+{
+    const std::optional<FontAttributes> chosen = ports().dialogs->askFont({initial, effects});
+    if (!chosen)
+        throw RunTimeError(ErrorNumber::Cancelled);
+    return *chosen;
+}
+
+FontAttributes attributesOf(const clsFont &font)
+{
+    FontAttributes attributes;
+    if (!font.Name().isEmpty())
+        attributes.name = font.Name();
+    if (font.Size() > 0)
+        attributes.size = static_cast<double>(font.Size()) / clsFont::point;
+    attributes.bold = font.Bold();
+    attributes.italic = font.Italic();
+    attributes.underline = font.Underline();
+    attributes.strikeThrough = font.StrikeThrough();
+    return attributes;
+}
+
+void setAttributes(clsFont &font, const FontAttributes &attributes)
+{
+    font.setName(attributes.name.value_or(font.Name()));
+    if (attributes.size)
+        font.setSize(std::llround(*attributes.size * clsFont::point));
+    font.setBold(attributes.bold.value_or(font.Bold()));
+    font.setItalic(attributes.italic.value_or(font.Italic()));
+    font.setUnderline(attributes.underline.value_or(font.Underline()));
+    font.setStrikeThrough(attributes.strikeThrough.value_or(font.StrikeThrough()));
+}
+
+FontAttributes attributesOfSelection(const TextPane &pane)
+{
+    return {pane.SelFontName(),  pane.SelFontSize(),   pane.SelBold(), pane.SelItalic(),
+            pane.SelUnderline(), pane.SelStrikeThru(), pane.SelColor()};
+}
+
+void setSelection(TextPane &pane, const FontAttributes &attributes)
+{
+    const EditGroup oneStep(pane);
+    if (attributes.name)
+        pane.setSelFontName(*attributes.name);
+    if (attributes.size)
+        pane.setSelFontSize(*attributes.size);
+    if (attributes.bold)
+        pane.setSelBold(*attributes.bold);
+    if (attributes.italic)
+        pane.setSelItalic(*attributes.italic);
+    if (attributes.underline)
+        pane.setSelUnderline(*attributes.underline);
+    if (attributes.strikeThrough)
+        pane.setSelStrikeThru(*attributes.strikeThrough);
+    if (attributes.colour)
+        pane.setSelColor(*attributes.colour);
+}
+
+void askForDetails(clsFont &font)
+{
+    setAttributes(font, chosenFont(attributesOf(font), false));
+}
+
+// Gives a document's texts the pending font. The pane shows the selected entry's text again, the same part selected.
+void changeTexts(Document &document)
+{
+    const HiddenText hidden(document.txtRTF);
+    document.m_bDataChanged = true;
+    g_fntPendingTextFont.CopyTo(document.m_fntTextFont);
+    const int start = document.txtRTF.SelStart();
+    const int length = document.txtRTF.SelLength();
+    // What the pane holds is stored with the font that it is shown in.
+    document.tree.resolvePendingText();
+    QFont base = document.txtRTF.Font();
+    g_fntPendingTextFont.SetFont(base);
+    document.txtRTF.setFont(base);
+    Entry *selected = document.tree.selected();
+    if (!selected)
+        return;
+    modNodes::NodeSetFontAll(document, modNodes::NodeGetRoot(document), g_fntPendingTextFont);
+    modNodes::NodeTextGet(document, selected);
+    document.txtRTF.setSelStart(start);
+    document.txtRTF.setSelLength(length);
+}
+
+} // namespace
+
+namespace modFont
+{
+
+bool ChangeFontDetails(clsFont &font)
+{
+    return procedure("modFont ChangeFontDetails", [&] {
+        askForDetails(font);
+        return true;
+    });
+}
+
+bool ChangeTreeviewFont(clsFont &font)
+{
+    return procedure("modFont ChangeTreeviewFont", [&] {
+        askForDetails(font);
+        if (Document *document = DocumentActive()) {
+            QFont shown = document->trvOutline.Font();
+            font.SetFont(shown);
+            document->trvOutline.setFont(shown);
+            document->window.autoFitSplit();
+        }
+        return true;
+    });
+}
+
+bool ChangeRTFFont(TextPane &pane)
+{
+    return procedure("modFont ChangeRTFFont", [&] {
+        QFont shown = pane.Font();
+        clsFont font;
+        font.GetFont(shown);
+        askForDetails(font);
+        font.SetFont(shown);
+        pane.setFont(shown);
+        // Beside text that has a font of its own, what is typed next would take that one.
+        if (pane.SelLength() == 0)
+            setSelection(pane, attributesOf(font));
+        return true;
+    });
+}
+
+bool ChangeRTFSelFont(TextPane &pane)
+{
+    return procedure("modFont ChangeRTFSelFont", [&] {
+        setSelection(pane, chosenFont(attributesOfSelection(pane), true));
+        return true;
+    });
+}
+
+void ChangeDocumentTextFontDetails(bool bAllDocuments)
+{
+    procedure("modFont ChangeDocumentTextFontDetails", [&] {
+        Document *active = DocumentActive();
+        if (!active)
+            return;
+        const HourglassPointer hourglass;
+        for (Document *document : ports().windows->documents()) {
+            if (document != active && !bAllDocuments)
+                continue;
+            if (document != DocumentActive())
+                document->window.activate();
+            changeTexts(*document);
+        }
+        if (DocumentActive() != active)
+            active->window.activate();
+    });
+}
+
+void ChangeSelectedFontSize(qint16 iDirection)
+{
+    procedure("modFont ChangeSelectedFontSize", [&] {
+        Document *document = DocumentActive();
+        if (!document || !document->txtRTF.SelFontSize())
+            return;
+        TextPane &pane = document->txtRTF;
+        const EditGroup oneStep(pane);
+        const int step = iDirection > 0 ? 1 : -1;
+        const qint32 original = Numbers::toInt32(*pane.SelFontSize());
+        for (int delta = step;; delta += step) {
+            const double size = pane.SelFontSize().value_or(original);
+            const double wanted = std::clamp(size + delta, smallestSize, largestSize);
+            if (wanted == size)
+                return;
+            pane.setSelFontSize(wanted);
+            if (pane.SelFontSize() != original)
+                return;
+        }
+    });
+}
+
+} // namespace modFont

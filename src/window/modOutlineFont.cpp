@@ -1,0 +1,24 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "window/modOutlineFont.h"
+
+#include "model/Document.h"
+#include "model/Ports.h"
+#include "text/modFont.h"
+#include "util/Procedure.h"
+
+namespace modOutline
+{
+
+void OutlineFont()
+{
+    procedure("modOutline OutlineFont", [] {
+        if (Document *document = DocumentActive()) {
+            document->m_bDataChanged = true;
+            modFont::ChangeTreeviewFont(document->m_fntOutlineFont);
+        }
+    });
+}
+
+} // namespace modOutline

@@ -1,0 +1,424 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "model/StoredText.h"
+#include "model/modNodes.h"
+#include "platform/RichTextBox.h"
+#include "support/ErrorRecorder.h"
+#include "support/FakeDocument.h"
+#include "support/FakePorts.h"
+#include "text/modEdit.h"
+#include "text/modFont.h"
+
+#include <QTest>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+// A document with a real text pane that stores what is changed, as a document window does.
+struct OpenDocument {
+    OpenDocument()
+    {
+        QObject::connect(&box, &RichTextBox::changed, &box, [this] {
+            ++timesChanged;
+            document.m_bDataChanged = true;
+            modNodes::NodeTextPut(document, document.tree.selected());
+        });
+    }
+
+    Entry *add(Entry *parent, const QByteArray &body)
+    {
+        Entry *entry = document.tree.insert(Relationship::tvwChild, parent);
+        document.tree.setStoredText(
+            entry, NodeTextCompressIfRequired("{\\rtf1\\ansi{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs20 " + body + "}"));
+        return entry;
+    }
+
+    QByteArray textOf(const Entry *entry) const
+    {
+        return NodeTextDecompressIfRequired(document.tree.storedText(entry));
+    }
+
+    RichTextBox box;
+    FakeOutlinePane outline;
+    FakeDocumentWindow window;
+    Document document{outline, box, window};
+    int timesChanged = 0;
+};
+
+class OpenDocuments final : public DocumentWindows
+{
+public:
+    Document &createDocument() override { qFatal("no document is made here"); }
+
+    Document *activeDocument() const override { return active; }
+
+    std::vector<Document *> documents() const override { return open; }
+
+    void closeMainWindow() override {}
+
+    std::vector<Document *> open;
+    Document *active = nullptr;
+};
+
+namespace
+{
+
+clsFont serif16()
+{
+    clsFont font;
+    font.setName(u"DejaVu Serif"_s);
+    font.setSize(16 * clsFont::point);
+    font.setItalic(true);
+    font.setUnderline(true);
+    return font;
+}
+
+FontAttributes everything()
+{
+    return {u"DejaVu Serif"_s, 16, true, true, false, true, QColor(Qt::red)};
+}
+
+} // namespace
+
+class tst_modFont : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void theDialogChangesADescription();
+    void whatADescriptionLeavesOpenStaysOpen();
+    void cancelledDialogsChangeNothing();
+    void theOutlineTakesItsFont();
+    void theDialogShowsOnlyWhatTheSelectionShares();
+    void allIsWrittenToTheSelectionInOneStep();
+    void whatWasNotChosenStaysAsItWas();
+    void withoutASelectionThePaneTakesTheFont();
+    void sizesAreSteppedByAPoint_data();
+    void sizesAreSteppedByAPoint();
+    void severalSizesStay();
+    void steppingASizeIsOneStepToUndo();
+    void theDocumentFontGoesIntoEveryText();
+    void theDocumentFontLeavesTheRest();
+    void theDocumentFontOfAllDocuments();
+    void whatWasJustTypedGetsTheDocumentFont();
+    void withoutADocumentNothingHappens();
+
+private:
+    void select(int start, int length)
+    {
+        m_first->box.setSelStart(start);
+        m_first->box.setSelLength(length);
+    }
+
+    FakeDialogs &dialogs() { return m_fake->dialogs; }
+
+    std::unique_ptr<FakePorts> m_fake;
+    std::unique_ptr<OpenDocument> m_first;
+    std::unique_ptr<OpenDocument> m_second;
+    std::unique_ptr<OpenDocuments> m_windows;
+};
+
+void tst_modFont::init()
+{
+    m_fake = std::make_unique<FakePorts>();
+    m_windows = std::make_unique<OpenDocuments>();
+    ports().windows = m_windows.get();
+    m_first = std::make_unique<OpenDocument>();
+    m_second = std::make_unique<OpenDocument>();
+    m_windows->open = {&m_first->document, &m_second->document};
+    m_windows->active = &m_first->document;
+    for (OpenDocument *each : {m_first.get(), m_second.get()})
+        each->window.onActivate = [this, each] { m_windows->active = &each->document; };
+}
+
+void tst_modFont::cleanup()
+{
+    m_first.reset();
+    m_second.reset();
+    m_windows.reset();
+    m_fake.reset();
+}
+
+void tst_modFont::theDialogChangesADescription()
+{
+    clsFont font = serif16();
+    dialogs().fonts = {FontAttributes{u"Arial"_s, 10.5, true, false, true, true, {}}};
+    QVERIFY(modFont::ChangeFontDetails(font));
+    QCOMPARE(dialogs().fontRequests.size(), std::size_t(1));
+    const FontDialogRequest &asked = dialogs().fontRequests.front();
+    QVERIFY(!asked.effects);
+    QVERIFY((asked.initial == FontAttributes{u"DejaVu Serif"_s, 16, false, true, true, false, {}}));
+    QCOMPARE(font.Name(), u"Arial"_s);
+    QCOMPARE(font.Size(), 105000);
+    QVERIFY(font.Bold() && !font.Italic() && font.Underline() && font.StrikeThrough());
+}
+
+void tst_modFont::whatADescriptionLeavesOpenStaysOpen()
+{
+    clsFont font;
+    dialogs().fonts = {FontAttributes{{}, {}, true, false, false, false, {}}};
+    QVERIFY(modFont::ChangeFontDetails(font));
+    QVERIFY(!dialogs().fontRequests.front().initial.name);
+    QVERIFY(!dialogs().fontRequests.front().initial.size);
+    QVERIFY(font.Name().isEmpty() && font.Size() == 0 && font.Bold());
+}
+
+void tst_modFont::cancelledDialogsChangeNothing()
+{
+    const ErrorRecorder errors;
+    OpenDocument &f = *m_first;
+    Entry *root = f.add(nullptr, "one two");
+    modNodes::NodeSelectFull(f.document, root);
+    const QByteArray before = f.document.tree.storedText(root);
+    clsFont font = serif16();
+    const QFont shown = f.box.Font();
+    dialogs().fonts = {std::nullopt, std::nullopt, std::nullopt, std::nullopt, std::nullopt};
+    QVERIFY(!modFont::ChangeFontDetails(font));
+    QVERIFY(!modFont::ChangeTreeviewFont(font));
+    QVERIFY(font == serif16());
+    modEdit::EditCurrentFont();
+    select(0, 3);
+    modEdit::EditCurrentFont();
+    modEdit::EditDocumentFont();
+    QVERIFY(dialogs().fonts.empty());
+    QCOMPARE(f.document.tree.storedText(root), before);
+    QCOMPARE(f.box.Font(), shown);
+    QVERIFY(!f.document.m_bDataChanged);
+    QVERIFY(f.document.m_fntTextFont == clsFont());
+    QVERIFY(f.box.PaneVisible());
+    QVERIFY(!m_fake->pointer.hourglass);
+    QVERIFY(errors.count() == 0);
+}
+
+void tst_modFont::theOutlineTakesItsFont()
+{
+    clsFont font;
+    dialogs().fonts = {FontAttributes{u"DejaVu Serif"_s, 18, false, true, false, false, {}}};
+    QVERIFY(modFont::ChangeTreeviewFont(font));
+    QCOMPARE(m_first->outline.font.family(), u"DejaVu Serif"_s);
+    QCOMPARE(m_first->outline.font.pointSizeF(), 18.0);
+    QVERIFY(m_first->outline.font.italic());
+    QVERIFY(m_second->outline.font != m_first->outline.font);
+}
+
+void tst_modFont::theDialogShowsOnlyWhatTheSelectionShares()
+{
+    m_first->box.setTextRTF("{\\rtf1{\\fonttbl{\\f0 DejaVu Sans;}{\\f1 DejaVu Serif;}}{\\colortbl;\\red255;}"
+                            "\\f0\\fs20\\i\\ul\\cf1 one \\f1\\fs30\\i0\\b two}");
+    select(0, 7);
+    dialogs().fonts = {std::nullopt};
+    modEdit::EditCurrentFont();
+    const FontDialogRequest &asked = dialogs().fontRequests.front();
+    QVERIFY(asked.effects);
+    QVERIFY((asked.initial == FontAttributes{{}, {}, {}, {}, true, false, QColor(Qt::red)}));
+}
+
+void tst_modFont::allIsWrittenToTheSelectionInOneStep()
+{
+    OpenDocument &f = *m_first;
+    f.box.setTextRTF("{\\rtf1\\fs20 one \\fs30 two three}");
+    const QByteArray before = f.box.TextRTF();
+    select(0, 7);
+    f.timesChanged = 0;
+    dialogs().fonts = {everything()};
+    modEdit::EditCurrentFont();
+    QCOMPARE(f.timesChanged, 1);
+    QCOMPARE(f.box.SelText(), u"one two"_s);
+    QCOMPARE(f.box.SelFontName(), std::optional(u"DejaVu Serif"_s));
+    QCOMPARE(f.box.SelFontSize(), std::optional(16.0));
+    QCOMPARE(f.box.SelBold(), std::optional(true));
+    QCOMPARE(f.box.SelItalic(), std::optional(true));
+    QCOMPARE(f.box.SelUnderline(), std::optional(false));
+    QCOMPARE(f.box.SelStrikeThru(), std::optional(true));
+    QCOMPARE(f.box.SelColor(), std::optional(QColor(Qt::red)));
+    select(8, 5);
+    QCOMPARE(f.box.SelFontSize(), std::optional(15.0));
+    f.box.undo();
+    QCOMPARE(f.box.TextRTF(), before);
+    QVERIFY(!f.box.document()->isUndoAvailable());
+}
+
+void tst_modFont::whatWasNotChosenStaysAsItWas()
+{
+    OpenDocument &f = *m_first;
+    f.box.setTextRTF("{\\rtf1\\fs20 one \\b two}");
+    select(0, 7);
+    FontAttributes chosen;
+    chosen.size = 12;
+    dialogs().fonts = {chosen};
+    QVERIFY(modFont::ChangeRTFSelFont(f.box));
+    QCOMPARE(f.box.SelFontSize(), std::optional(12.0));
+    QCOMPARE(f.box.SelBold(), std::nullopt);
+}
+
+void tst_modFont::withoutASelectionThePaneTakesTheFont()
+{
+    OpenDocument &f = *m_first;
+    Entry *root = f.add(nullptr, "one");
+    modNodes::NodeSelectFull(f.document, root);
+    select(3, 0);
+    dialogs().fonts = {FontAttributes{u"DejaVu Serif"_s, 16, true, false, false, false, {}}};
+    modEdit::EditCurrentFont();
+    QVERIFY(!dialogs().fontRequests.front().effects);
+    QCOMPARE(f.box.Font().family(), u"DejaVu Serif"_s);
+    QCOMPARE(f.box.Font().pointSizeF(), 16.0);
+    QVERIFY(f.box.Font().bold());
+    QVERIFY(f.document.m_bDataChanged);
+    QTest::keyClicks(&f.box, u"x"_s);
+    select(0, 3);
+    QCOMPARE(f.box.SelFontSize(), std::optional(10.0));
+    select(3, 1);
+    QCOMPARE(f.box.SelFontSize(), std::optional(16.0));
+    QCOMPARE(f.box.SelFontName(), std::optional(u"DejaVu Serif"_s));
+    QCOMPARE(f.box.SelBold(), std::optional(true));
+}
+
+void tst_modFont::sizesAreSteppedByAPoint_data()
+{
+    QTest::addColumn<double>("size");
+    QTest::addColumn<int>("direction");
+    QTest::addColumn<double>("expected");
+    QTest::newRow("larger") << 10.0 << 1 << 11.0;
+    QTest::newRow("smaller") << 10.0 << -1 << 9.0;
+    QTest::newRow("no direction is smaller") << 10.0 << 0 << 9.0;
+    QTest::newRow("half a point") << 10.5 << 1 << 11.5;
+    QTest::newRow("the smallest") << 1.0 << -1 << 1.0;
+    QTest::newRow("to the smallest") << 1.5 << -1 << 1.0;
+    QTest::newRow("the largest") << 1638.0 << 1 << 1638.0;
+}
+
+void tst_modFont::sizesAreSteppedByAPoint()
+{
+    QFETCH(const double, size);
+    QFETCH(const int, direction);
+    QFETCH(const double, expected);
+    m_first->box.setTextRTF("{\\rtf1 one two}");
+    select(0, 7);
+    m_first->box.setSelFontSize(size);
+    modFont::ChangeSelectedFontSize(static_cast<qint16>(direction));
+    QCOMPARE(m_first->box.SelFontSize(), std::optional(expected));
+}
+
+void tst_modFont::severalSizesStay()
+{
+    m_first->box.setTextRTF("{\\rtf1\\fs20 one \\fs30 two}");
+    const QByteArray before = m_first->box.TextRTF();
+    select(0, 7);
+    modFont::ChangeSelectedFontSize(1);
+    QCOMPARE(m_first->box.TextRTF(), before);
+}
+
+void tst_modFont::steppingASizeIsOneStepToUndo()
+{
+    m_first->box.setTextRTF("{\\rtf1\\fs20 one}");
+    const QByteArray before = m_first->box.TextRTF();
+    select(0, 3);
+    modFont::ChangeSelectedFontSize(1);
+    QVERIFY(m_first->box.TextRTF() != before);
+    m_first->box.undo();
+    QCOMPARE(m_first->box.TextRTF(), before);
+}
+
+void tst_modFont::theDocumentFontGoesIntoEveryText()
+{
+    OpenDocument &f = *m_first;
+    Entry *root = f.add(nullptr, "one \\b bold\\b0");
+    Entry *child = f.add(root, "two");
+    Entry *grandchild = f.add(child, "three");
+    modNodes::NodeSelectFull(f.document, child);
+    select(1, 2);
+    f.document.m_fntTextFont.setName(u"Arial"_s);
+    dialogs().fonts = {FontAttributes{u"DejaVu Serif"_s, 16, false, true, true, false, {}}};
+    modEdit::EditDocumentFont();
+    QCOMPARE(dialogs().fontRequests.front().initial.name, std::optional(u"Arial"_s));
+    QVERIFY(f.document.m_fntTextFont == serif16());
+    QCOMPARE(f.box.Font().family(), u"DejaVu Serif"_s);
+    QVERIFY(f.document.m_bDataChanged);
+    // The selected entry is shown, with the same part of its text selected.
+    QCOMPARE(f.document.tree.selected(), child);
+    QCOMPARE(f.box.SelText(), u"wo"_s);
+    QVERIFY(f.box.PaneVisible());
+    QVERIFY(m_fake->pointer.timesHourglass > 0 && !m_fake->pointer.hourglass);
+    for (Entry *entry : {root, child, grandchild}) {
+        modNodes::NodeSelectFull(f.document, entry);
+        modEdit::EditSelectAll();
+        QCOMPARE(f.box.SelFontName(), std::optional(u"DejaVu Serif"_s));
+        QCOMPARE(f.box.SelFontSize(), std::optional(16.0));
+        QCOMPARE(f.box.SelBold(), std::optional(false));
+        QCOMPARE(f.box.SelItalic(), std::optional(true));
+        QCOMPARE(f.box.SelUnderline(), std::optional(true));
+    }
+}
+
+void tst_modFont::theDocumentFontLeavesTheRest()
+{
+    OpenDocument &f = *m_first;
+    const QByteArray picture(
+        "{\\*\\shppict{\\pict\\pngblip\\picwgoal300\\pichgoal300 "
+        "89504e470d0a1a0a0000000d49484452000000010000000108060000001f15c4890000000d49444154789c6360"
+        "606060000000050001a5f645400000000049454e44ae426082}}");
+    Entry *root = f.add(nullptr, "plain {\\field{\\*\\fldinst{HYPERLINK \"http://example.org/\"}}{\\fldrslt link}} " +
+                                     picture + "\\par\\qc {\\super up}\\par\\pard\\li300 {\\v hidden}");
+    modNodes::NodeSelectFull(f.document, root);
+    g_fntPendingTextFont = clsFont();
+    modFont::ChangeDocumentTextFontDetails(false);
+    // Nothing but four styles that were off before: the text is what it was.
+    OpenDocument other;
+    Entry *same = other.add(nullptr, {});
+    other.document.tree.setStoredText(same, f.document.tree.storedText(root));
+    modNodes::NodeSelectFull(other.document, same);
+    const QByteArray text = f.textOf(root);
+    for (const char *kept : {"http://example.org/", "89504e47", "\\qc", "\\super", "\\li300", "\\v"})
+        QVERIFY2(text.contains(kept), kept);
+    QCOMPARE(other.box.TextRTF(), text);
+}
+
+void tst_modFont::theDocumentFontOfAllDocuments()
+{
+    Entry *first = m_first->add(nullptr, "first");
+    Entry *second = m_second->add(nullptr, "second");
+    modNodes::NodeSelectFull(m_first->document, first);
+    modNodes::NodeSelectFull(m_second->document, second);
+    const QByteArray before = m_second->document.tree.storedText(second);
+    g_fntPendingTextFont = serif16();
+    modFont::ChangeDocumentTextFontDetails(false);
+    QCOMPARE(m_second->document.tree.storedText(second), before);
+    QVERIFY(!m_second->document.m_bDataChanged);
+    QCOMPARE(m_second->window.timesActivated, 0);
+    modFont::ChangeDocumentTextFontDetails(true);
+    QVERIFY(m_second->document.tree.storedText(second) != before);
+    QVERIFY(m_second->document.m_fntTextFont == serif16());
+    QCOMPARE(m_second->box.Text(), u"second"_s);
+    QCOMPARE(m_windows->active, &m_first->document);
+}
+
+void tst_modFont::whatWasJustTypedGetsTheDocumentFont()
+{
+    OpenDocument &f = *m_first;
+    Entry *root = f.add(nullptr, "one");
+    modNodes::NodeSelectFull(f.document, root);
+    select(3, 0);
+    f.box.setSelText(u" two"_s);
+    g_fntPendingTextFont = serif16();
+    modFont::ChangeDocumentTextFontDetails(false);
+    QCOMPARE(f.box.Text(), u"one two"_s);
+    modNodes::NodeTextGet(f.document, root);
+    QCOMPARE(f.box.Text(), u"one two"_s);
+}
+
+void tst_modFont::withoutADocumentNothingHappens()
+{
+    m_windows->active = nullptr;
+    modEdit::EditCurrentFont();
+    modEdit::EditDocumentFont();
+    modFont::ChangeDocumentTextFontDetails(true);
+    modFont::ChangeSelectedFontSize(1);
+    QVERIFY(dialogs().fontRequests.empty());
+}
+
+QTEST_MAIN(tst_modFont)
+#include "tst_modFont.moc"
