@@ -9,6 +9,7 @@
 #include "rtf/Rtf.h"
 #include "util/AnsiCodec.h"
 
+#include <QTextBlock>
 #include <QTextCursor>
 
 void readEntryText(const QByteArray &text, QTextDocument &document)
@@ -32,5 +33,8 @@ QByteArray changedText(const QByteArray &storedText, const rtf::CharChange &chan
     all.select(QTextCursor::Document);
     if (all.hasSelection())
         change.applyTo(all);
+    // What is typed into an empty first paragraph looks like the paragraph's mark, which no selection can hold.
+    if (const QTextBlock first = document.begin(); first.length() == 1)
+        QTextCursor(first).setBlockCharFormat(change.appliedTo(first.charFormat()));
     return NodeTextCompressIfRequired(rtf::write(document));
 }

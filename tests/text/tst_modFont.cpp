@@ -10,9 +10,14 @@
 #include "text/modEdit.h"
 #include "text/modFont.h"
 
+#include <QDirIterator>
+#include <QFile>
+#include <QScopeGuard>
 #include <QTest>
+#include <QTextBlock>
 
 #include <memory>
+#include <random>
 
 using namespace Qt::StringLiterals;
 
@@ -103,6 +108,8 @@ private Q_SLOTS:
     void steppingASizeIsOneStepToUndo();
     void theDocumentFontGoesIntoEveryText();
     void theDocumentFontLeavesTheRest();
+    void theDocumentFontIsWhatThePaneWouldMakeOfIt();
+    void emptyTextsTakeTheDocumentFont();
     void theDocumentFontOfAllDocuments();
     void whatWasJustTypedGetsTheDocumentFont();
     void withoutADocumentNothingHappens();
@@ -375,6 +382,76 @@ void tst_modFont::theDocumentFontLeavesTheRest()
     for (const char *kept : {"http://example.org/", "89504e47", "\\qc", "\\super", "\\li300", "\\v"})
         QVERIFY2(text.contains(kept), kept);
     QCOMPARE(other.box.TextRTF(), text);
+}
+
+// All sample texts and some that are no rich text, with random fonts, beside what the pane makes of them one by one.
+void tst_modFont::theDocumentFontIsWhatThePaneWouldMakeOfIt()
+{
+    // Some samples have letters that no font here has, which is said of each font.
+    const QtMessageHandler before =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+    const auto again = qScopeGuard([before] { qInstallMessageHandler(before); });
+    std::vector<QByteArray> texts = {"plain characters\r\nin two lines", "{\\rtf1 }"};
+    QDirIterator samples(QStringLiteral(QUILLERY_TEST_DATA "/rtf"), {u"*.rtf"_s}, QDir::Files);
+    while (samples.hasNext()) {
+        QFile file(samples.next());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        texts.push_back(file.readAll());
+    }
+    QVERIFY(texts.size() > 10);
+    OpenDocument &f = *m_first;
+    std::vector<Entry *> entries;
+    for (const QByteArray &text : texts) {
+        entries.push_back(f.document.tree.insert(Relationship::tvwChild, f.document.tree.root()));
+        f.document.tree.setStoredText(entries.back(), NodeTextCompressIfRequired(text));
+    }
+    std::mt19937 random(7);
+    const auto oneIn = [&random](unsigned n) { return random() % n == 0; };
+    RichTextBox pane;
+    for (int round = 0; round < 6; ++round) {
+        clsFont font;
+        if (!oneIn(3))
+            font.setName(oneIn(2) ? u"DejaVu Serif"_s : u"No Such Font"_s);
+        if (!oneIn(3))
+            font.setSize(static_cast<qint64>(random() % 400) * clsFont::point / 10);
+        font.setBold(oneIn(2));
+        font.setItalic(oneIn(2));
+        font.setUnderline(oneIn(2));
+        font.setStrikeThrough(oneIn(2));
+        std::vector<QByteArray> old;
+        for (Entry *entry : entries)
+            old.push_back(f.textOf(entry));
+        modNodes::NodeSetFontAll(f.document, f.document.tree.root(), font);
+        QFont base = pane.Font();
+        font.SetFont(base);
+        pane.setFont(base);
+        QCOMPARE(f.box.Font(), base);
+        for (std::size_t i = 0; i < entries.size(); ++i) {
+            pane.setTextRTF(old[i]);
+            font.SetRTFSelFont(pane);
+            // The pane leaves the look of an empty first paragraph.
+            if (pane.document()->begin().length() > 1)
+                QCOMPARE(f.textOf(entries[i]), pane.TextRTF());
+        }
+    }
+}
+
+void tst_modFont::emptyTextsTakeTheDocumentFont()
+{
+    OpenDocument &f = *m_first;
+    Entry *root = f.add(nullptr, "\\fs40 ");
+    Entry *child = f.document.tree.insert(Relationship::tvwChild, root);
+    modNodes::NodeSelectFull(f.document, root);
+    g_fntPendingTextFont = serif16();
+    modFont::ChangeDocumentTextFontDetails(false);
+    for (Entry *entry : {root, child}) {
+        modNodes::NodeSelectFull(f.document, entry);
+        QTest::keyClicks(&f.box, u"new"_s);
+        modEdit::EditSelectAll();
+        QCOMPARE(f.box.SelFontSize(), std::optional(16.0));
+        QCOMPARE(f.box.SelItalic(), std::optional(true));
+        QCOMPARE(f.box.SelFontName(), std::optional(u"DejaVu Serif"_s));
+    }
 }
 
 void tst_modFont::theDocumentFontOfAllDocuments()

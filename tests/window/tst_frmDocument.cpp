@@ -33,6 +33,8 @@ private Q_SLOTS:
     void aKeyActsOnlyWhileItsMenuItemIsEnabled();
     void everyOutlineKeyWorksFromBothPanes_data();
     void everyOutlineKeyWorksFromBothPanes();
+    void keysStepTheSizeOfTheSelectedText_data();
+    void keysStepTheSizeOfTheSelectedText();
     void ctrlF6GoesRoundTheWindowsInOrder();
     void aReadOnlyDocumentRefusesTyping();
     void collapsingTheBranchOfTheSelectionSelectsItsHead();
@@ -242,6 +244,41 @@ void tst_frmDocument::everyOutlineKeyWorksFromBothPanes()
         QCOMPARE(dumpOutline(document().tree), outline);
         QCOMPARE(document().txtRTF.Text(), QString());
     }
+}
+
+void tst_frmDocument::keysStepTheSizeOfTheSelectedText_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<double>("size");
+    QTest::newRow(">") << int(Qt::Key_Greater) << 11.0;
+    QTest::newRow("what > stands on") << int(Qt::Key_Period) << 11.0;
+    QTest::newRow("<") << int(Qt::Key_Less) << 9.0;
+    QTest::newRow("what < stands on") << int(Qt::Key_Comma) << 9.0;
+}
+
+void tst_frmDocument::keysStepTheSizeOfTheSelectedText()
+{
+    QFETCH(const int, key);
+    QFETCH(const double, size);
+    Document &opened = openThreeEntries();
+    RichTextBox &box = *form().textBox;
+    box.setTextRTF("{\\rtf1\\fs20 some text}");
+    box.setFocus();
+    const auto press = [&] { QTest::keyClick(&box, Qt::Key(key), Qt::ControlModifier | Qt::ShiftModifier); };
+    // A caret has no size to step.
+    const std::optional<double> atCaret = box.SelFontSize();
+    press();
+    QCOMPARE(box.SelFontSize(), atCaret);
+    box.selectAll();
+    m_fixture->fakes.commands.disabled = {"mnuEditCurrentFont"};
+    press();
+    QCOMPARE(box.SelFontSize(), std::optional(10.0));
+    opened.m_bDataChanged = false;
+    m_fixture->fakes.commands.disabled.clear();
+    press();
+    QCOMPARE(box.SelFontSize(), std::optional(size));
+    QCOMPARE(box.SelText(), u"some text"_s);
+    QVERIFY(opened.m_bDataChanged);
 }
 
 void tst_frmDocument::ctrlF6GoesRoundTheWindowsInOrder()
