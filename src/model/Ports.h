@@ -100,8 +100,8 @@ public:
     virtual ~Dialogs() = default;
     // A question with Yes, No and Cancel and the question icon.
     virtual Answer ask(const QString &question) = 0;
-    // The same without an icon.
-    virtual Answer askPlainly(const QString &question) = 0;
+    // The same without an icon, and with the button that Return presses.
+    virtual Answer askPlainly(const QString &question, Answer preset) = 0;
     // A notice with an OK button and the information icon.
     virtual void inform(const QString &text) = 0;
     // The same without an icon.
@@ -185,6 +185,25 @@ public:
     virtual void exportClipboard() = 0;
 };
 
+// What is printed of a document: an entry, alone or with its descendants. Both live as long as the printing does.
+struct PrintExtent {
+    Document *document = nullptr;
+    const Entry *top = nullptr;
+    bool bDescendants = false;
+};
+
+// The printer, and the window that shows beforehand what it would print. Each returns when the user is done with it.
+class Printing
+{
+public:
+    virtual ~Printing() = default;
+    // Asks for a printer and prints.
+    virtual void print(const PrintExtent &extent) = 0;
+    virtual void preview(const PrintExtent &extent) = 0;
+    // Asks which printer and paper the next printing is for.
+    virtual void setUp() = 0;
+};
+
 struct Ports {
     DocumentWindows *windows = nullptr;
     CommandSurface *commands = nullptr;
@@ -194,6 +213,7 @@ struct Ports {
     Clipboard *clipboard = nullptr;
     DocumentFormats *formats = nullptr;
     const Clock *clock = nullptr;
+    Printing *printing = nullptr;
 };
 
 // The registered ports; every one must be set before the first document is opened.

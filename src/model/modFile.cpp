@@ -35,6 +35,24 @@ FileDialogRequest saveRequest(const Document &document, std::vector<FileFilter> 
     return {std::move(filters), extension, modString::StringWithoutExtension(document.m_sFile)};
 }
 
+// What the user wants of the active document; nothing without a document or after Cancel.
+std::optional<PrintExtent> askExtent(const QString &question, bool bCurrentEntry)
+{
+    Document *document = DocumentActive();
+    if (!document || !document->tree.selected())
+        return std::nullopt;
+    const Entry *selected = document->tree.selected();
+    switch (ports().dialogs->askPlainly(question, Answer::No)) {
+    case Answer::Yes:
+        return PrintExtent{document, bCurrentEntry ? selected : document->tree.root(), true};
+    case Answer::No:
+        return PrintExtent{document, selected, false};
+    case Answer::Cancel:
+        break;
+    }
+    return std::nullopt;
+}
+
 } // namespace
 
 namespace modFile
@@ -177,6 +195,29 @@ void FileExportClipboard()
         if (DocumentActive())
             ports().formats->exportClipboard();
     });
+}
+
+void FilePrint(bool bCurrentEntry)
+{
+    procedure("modFile FilePrint", [&] {
+        const auto extent = askExtent(u"Do you want to include any child entries?"_s, bCurrentEntry);
+        if (extent)
+            ports().printing->print(*extent);
+    });
+}
+
+void FilePrintPreview(bool bCurrentEntry)
+{
+    procedure("modFile FilePrintPreview", [&] {
+        const auto extent = askExtent(u"Do you want to include all lower level entries?"_s, bCurrentEntry);
+        if (extent)
+            ports().printing->preview(*extent);
+    });
+}
+
+void FilePrintSetup()
+{
+    procedure("modFile FilePrintSetup", [] { ports().printing->setUp(); });
 }
 
 } // namespace modFile

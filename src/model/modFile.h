@@ -23,5 +23,10 @@ void FileImportText();
 void FileImportClipboard();
 void FileExportText();
 void FileExportClipboard();
+// Ask how much is to be printed: the selected entry alone (No), it with all its descendants (Yes for the "current
+// entry" items), or the whole document (Yes for the others).
+void FilePrint(bool bCurrentEntry);
+void FilePrintPreview(bool bCurrentEntry);
+void FilePrintSetup();
 
 } // namespace modFile

@@ -57,9 +57,22 @@ int showBox(QMessageBox::Icon icon, const QString &text, QMessageBox::StandardBu
     return box.exec();
 }
 
-Answer answerTo(QMessageBox::Icon icon, const QString &question)
+QMessageBox::StandardButton buttonOf(Answer answer)
 {
-    switch (showBox(icon, question, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, QMessageBox::Yes)) {
+    switch (answer) {
+    case Answer::Yes:
+        return QMessageBox::Yes;
+    case Answer::No:
+        return QMessageBox::No;
+    case Answer::Cancel:
+        break;
+    }
+    return QMessageBox::Cancel;
+}
+
+Answer answerTo(QMessageBox::Icon icon, const QString &question, Answer preset)
+{
+    switch (showBox(icon, question, QMessageBox::Yes | QMessageBox::No | QMessageBox::Cancel, buttonOf(preset))) {
     case QMessageBox::Yes:
         return Answer::Yes;
     case QMessageBox::No:
@@ -121,12 +134,12 @@ QString withExtension(QString name, const QString &chosenFilter, const FileDialo
 
 Answer MessageDialogs::ask(const QString &question)
 {
-    return answerTo(QMessageBox::Question, question);
+    return answerTo(QMessageBox::Question, question, Answer::Yes);
 }
 
-Answer MessageDialogs::askPlainly(const QString &question)
+Answer MessageDialogs::askPlainly(const QString &question, Answer preset)
 {
-    return answerTo(QMessageBox::NoIcon, question);
+    return answerTo(QMessageBox::NoIcon, question, preset);
 }
 
 void MessageDialogs::inform(const QString &text)

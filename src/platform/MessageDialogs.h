@@ -14,7 +14,7 @@ class MessageDialogs final : public Dialogs
 {
 public:
     Answer ask(const QString &question) override;
-    Answer askPlainly(const QString &question) override;
+    Answer askPlainly(const QString &question, Answer preset) override;
     void inform(const QString &text) override;
     void informPlainly(const QString &text) override;
     void warn(const QString &text) override;

@@ -20,7 +20,7 @@ class BlockPlacer
 {
 public:
     enum class Start : quint8 {
-        EmptyDocument, // the first paragraph is the document's own
+        EmptyDocument, // the first paragraph is the document's own, or an empty one at its end
         InText,        // the first paragraph goes on where the cursor is
     };
 

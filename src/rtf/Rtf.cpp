@@ -53,6 +53,14 @@ void insert(QByteArrayView rtf, QTextCursor &cursor)
     cursor.endEditBlock();
 }
 
+void append(QByteArrayView rtf, QTextCursor &cursor)
+{
+    cursor.beginEditBlock();
+    DocumentSink sink(cursor, BlockPlacer::Start::EmptyDocument);
+    Interpreter(rtf, sink).run();
+    cursor.endEditBlock();
+}
+
 QByteArray write(const QTextDocument &document)
 {
     return Writer(document).write();

@@ -26,6 +26,10 @@ void read(QByteArrayView rtf, QTextDocument &document);
 // paragraph keeps the paragraph format of its new surroundings.
 void insert(QByteArrayView rtf, QTextCursor &cursor);
 
+// Puts the RTF's content where the cursor stands, which is in an empty paragraph; that becomes the content's first one.
+// Every paragraph and run looks as read() would have it, but default tab stops stay the document's own.
+void append(QByteArrayView rtf, QTextCursor &cursor);
+
 // The document as RTF: pure ASCII, the same bytes for the same content. What names no font has the default font.
 QByteArray write(const QTextDocument &document);
 

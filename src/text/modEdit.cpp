@@ -163,8 +163,8 @@ void EditSelectAll()
 void EditClearEntryText()
 {
     onActiveText("modEdit EditClearEntryText", [](TextPane &pane) {
-        const Answer answer =
-            ports().dialogs->askPlainly(u"Are you sure that you want to delete all the text for this entry?"_s);
+        const Answer answer = ports().dialogs->askPlainly(
+            u"Are you sure that you want to delete all the text for this entry?"_s, Answer::Yes);
         if (answer == Answer::Yes)
             pane.clearText();
     });

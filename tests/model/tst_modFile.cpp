@@ -50,6 +50,10 @@ private Q_SLOTS:
     void exportTextAsksForAName();
     void exportTextCancelled();
     void exportClipboard();
+    void printingAsksHowMuch_data();
+    void printingAsksHowMuch();
+    void printingCancelledPrintsNothing();
+    void printSetUpNeedsNoDocument();
     void withoutADocumentNothingHappens();
 
 private:
@@ -382,8 +386,65 @@ void tst_modFile::exportClipboard()
     QCOMPARE(m_fake->formats.timesClipboardExported, 1);
 }
 
+void tst_modFile::printingAsksHowMuch_data()
+{
+    QTest::addColumn<bool>("bCurrentEntry");
+    QTest::addColumn<bool>("bYes");
+    QTest::addColumn<QString>("top");
+    QTest::newRow("document, yes: all of it") << false << true << u"Root"_s;
+    QTest::newRow("document, no: the selected entry") << false << false << u"Second"_s;
+    QTest::newRow("entry, yes: it and what is below") << true << true << u"Second"_s;
+    QTest::newRow("entry, no: the entry") << true << false << u"Second"_s;
+}
+
+void tst_modFile::printingAsksHowMuch()
+{
+    QFETCH(const bool, bCurrentEntry);
+    QFETCH(const bool, bYes);
+    QFETCH(const QString, top);
+    Document &document = m_fake->windows.createDocument();
+    plantOutline(document.tree, {u"Root"_s, u" First"_s, u" Second <"_s, u"  Deep"_s});
+    const Answer answer = bYes ? Answer::Yes : Answer::No;
+    m_fake->dialogs.answers = {answer, answer};
+    modFile::FilePrint(bCurrentEntry);
+    modFile::FilePrintPreview(bCurrentEntry);
+    QCOMPARE(m_fake->dialogs.plainQuestions, QStringList({u"Do you want to include any child entries?"_s,
+                                                          u"Do you want to include all lower level entries?"_s}));
+    QVERIFY(m_fake->dialogs.presets == std::vector(2, Answer::No));
+    QCOMPARE(m_fake->printing.calls.size(), size_t(2));
+    QCOMPARE(m_fake->printing.calls[0].name, u"print"_s);
+    QCOMPARE(m_fake->printing.calls[1].name, u"preview"_s);
+    for (const FakePrinting::Call &call : m_fake->printing.calls) {
+        QCOMPARE(call.extent.document, &document);
+        QCOMPARE(call.extent.top->label(), top);
+        QCOMPARE(call.extent.bDescendants, bYes);
+    }
+}
+
+void tst_modFile::printingCancelledPrintsNothing()
+{
+    Document &document = m_fake->windows.createDocument();
+    plantOutline(document.tree, {u"Root <"_s});
+    m_fake->dialogs.answers = {Answer::Cancel, Answer::Cancel};
+    modFile::FilePrint(false);
+    modFile::FilePrintPreview(true);
+    QVERIFY(m_fake->printing.calls.empty());
+    QCOMPARE(m_errors->count(), 0);
+}
+
+void tst_modFile::printSetUpNeedsNoDocument()
+{
+    modFile::FilePrintSetup();
+    QCOMPARE(m_fake->printing.calls.size(), size_t(1));
+    QCOMPARE(m_fake->printing.calls[0].name, u"setUp"_s);
+}
+
 void tst_modFile::withoutADocumentNothingHappens()
 {
+    modFile::FilePrint(true);
+    modFile::FilePrintPreview(false);
+    QVERIFY(m_fake->printing.calls.empty());
+    QVERIFY(m_fake->dialogs.plainQuestions.isEmpty());
     QVERIFY(!modFile::FileSave());
     QVERIFY(!modFile::FileSaveAs());
     modFile::FileSaveAll();

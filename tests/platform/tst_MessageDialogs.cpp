@@ -68,6 +68,18 @@ private Q_SLOTS:
         QCOMPARE(dialogs.ask(u"?"_s), Answer::Yes);
     }
 
+    void thePresetAnswerIsTheButtonOfEnter()
+    {
+        MessageDialogs dialogs;
+        for (const Answer preset : {Answer::Yes, Answer::No, Answer::Cancel}) {
+            next([](QWidget *dialog) {
+                QCOMPARE(qobject_cast<QMessageBox *>(dialog)->icon(), QMessageBox::NoIcon);
+                QTest::keyClick(dialog, Qt::Key_Return);
+            });
+            QCOMPARE(dialogs.askPlainly(u"?"_s, preset), preset);
+        }
+    }
+
     void escapeCancelsAQuestion()
     {
         MessageDialogs dialogs;

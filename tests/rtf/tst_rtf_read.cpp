@@ -20,6 +20,8 @@ private Q_SLOTS:
     void paragraphFormats();
     void readingLeavesNoUndo();
     void insertReplacesTheSelection();
+    void appendKeepsTheLookOfEveryParagraph_data();
+    void appendKeepsTheLookOfEveryParagraph();
 };
 
 void TestRtfRead::recognisesRtf()
@@ -129,6 +131,42 @@ void TestRtfRead::insertReplacesTheSelection()
     cursor.setPosition(3);
     rtf::insert("{\\rtf1\\qc X\\par Y\\par}", cursor);
     QCOMPARE(document.toPlainText(), QStringLiteral("oneX\nY two three"));
+}
+
+void TestRtfRead::appendKeepsTheLookOfEveryParagraph_data()
+{
+    QTest::addColumn<QByteArray>("rtf");
+    QTest::newRow("one paragraph") << QByteArray("{\\rtf1\\qc\\li300 {\\b x}\\i y}");
+    QTest::newRow("two paragraphs") << QByteArray("{\\rtf1\\qr\\sb200 x\\par\\pard y}");
+    QTest::newRow("a list") << QByteArray("{\\rtf1{\\*\\pn\\pnlvlbody\\pndec{\\pntxta .}}x\\par y\\par z}");
+    QTest::newRow("a table") << QByteArray("{\\rtf1\\trowd\\cellx2000\\cellx4000\\intbl x\\cell y\\cell\\row\\pard}");
+    QTest::newRow("nothing") << QByteArray("{\\rtf1\\qc }");
+}
+
+void TestRtfRead::appendKeepsTheLookOfEveryParagraph()
+{
+    QFETCH(const QByteArray, rtf);
+    const auto alone = documentOf(rtf);
+    QTextDocument document;
+    document.setDefaultTextOption(alone->defaultTextOption());
+    QTextCursor start(&document);
+    rtf::append(rtf, start);
+    QCOMPARE(rtf::write(document), rtf::write(*alone));
+    // Behind other text, and twice: lists do not grow together.
+    for (int time = 0; time < 2; ++time) {
+        QTextCursor cursor(&document);
+        cursor.movePosition(QTextCursor::End);
+        cursor.insertBlock(QTextBlockFormat(), QTextCharFormat());
+        const int begin = cursor.position();
+        rtf::append(rtf, cursor);
+        QTextCursor added(&document);
+        added.setPosition(begin);
+        added.movePosition(QTextCursor::End, QTextCursor::KeepAnchor);
+        QTextCursor whole(alone.get());
+        whole.select(QTextCursor::Document);
+        QCOMPARE(rtf::write(added), rtf::write(whole));
+        QCOMPARE(rtf::plainText(added), rtf::plainText(whole));
+    }
 }
 
 QTEST_MAIN(TestRtfRead)

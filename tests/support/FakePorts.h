@@ -122,9 +122,10 @@ public:
         return take(answers, question, Answer::Cancel);
     }
 
-    Answer askPlainly(const QString &question) override
+    Answer askPlainly(const QString &question, Answer preset) override
     {
         plainQuestions.append(question);
+        presets.push_back(preset);
         return take(answers, question, Answer::Cancel);
     }
 
@@ -159,6 +160,7 @@ public:
     QStringList questions;
     QStringList plainQuestions;
     QStringList informations;
+    std::vector<Answer> presets; // of the plain questions
     QStringList notices;
     QStringList warnings;
     std::vector<FileDialogRequest> openRequests;
@@ -340,13 +342,31 @@ public:
     bool failing = false;
 };
 
+// Notes what it is asked to print.
+class FakePrinting final : public Printing
+{
+public:
+    struct Call {
+        QString name;
+        PrintExtent extent;
+    };
+
+    void print(const PrintExtent &extent) override { calls.push_back({QStringLiteral("print"), extent}); }
+
+    void preview(const PrintExtent &extent) override { calls.push_back({QStringLiteral("preview"), extent}); }
+
+    void setUp() override { calls.push_back({QStringLiteral("setUp"), {}}); }
+
+    std::vector<Call> calls;
+};
+
 // All ports as fakes, registered while it lives, with the core's global state as it is at the start of the program.
 struct FakePorts {
     FakePorts()
         : m_before(ports())
     {
         resetGlobals();
-        ports() = {&windows, &commands, &dialogs, &pointer, &recentFiles, &clipboard, &formats, &clock};
+        ports() = {&windows, &commands, &dialogs, &pointer, &recentFiles, &clipboard, &formats, &clock, &printing};
     }
 
     ~FakePorts()
@@ -367,6 +387,7 @@ struct FakePorts {
     FakeClipboard clipboard;
     FakeClock clock;
     FakeDocumentFormats formats;
+    FakePrinting printing;
 
 private:
     static void resetGlobals()
