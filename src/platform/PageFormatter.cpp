@@ -36,16 +36,49 @@ PageFormatter::PageFormatter(const QByteArray &rtf, const QFont &base, QPaintDev
         rtf::read(rtf, *m_document);
     else
         m_document->setPlainText(AnsiCodec::toText(rtf));
+    layOut(device, size, {});
+}
+
+PageFormatter::PageFormatter(std::unique_ptr<QTextDocument> document, QPaintDevice &device, const QSizeF &size,
+                             const Start &start)
+    : m_document(std::move(document))
+{
+    layOut(device, size, start);
+}
+
+PageFormatter::~PageFormatter() = default;
+
+void PageFormatter::layOut(QPaintDevice &device, const QSizeF &size, const Start &start)
+{
     m_document->setDocumentMargin(0);
-    fitPictures(size * screenDpi / device.logicalDpiX());
-    scaleIndents(device.logicalDpiX() / screenDpi);
+    m_scale = device.logicalDpiX() / screenDpi;
+    fitPictures(size / m_scale);
+    scaleIndents(m_scale);
+    beginAt(start);
     m_document->documentLayout()->setPaintDevice(&device);
     m_document->setPageSize(size);
     m_length = rtf::textOffset(*m_document, m_document->characterCount());
     findPages();
 }
 
-PageFormatter::~PageFormatter() = default;
+void PageFormatter::beginAt(const Start &start)
+{
+    if (start.y <= 0 && start.distance <= 0)
+        return;
+    QTextCursor cursor(m_document.get());
+    QTextBlockFormat format = cursor.blockFormat();
+    format.setTopMargin(start.y / m_scale + std::max(start.distance / m_scale, format.topMargin()));
+    cursor.setBlockFormat(format);
+}
+
+PageFormatter::Start PageFormatter::end() const
+{
+    const QTextBlock last = m_document->lastBlock();
+    const qreal top = m_document->documentLayout()->blockBoundingRect(last).top();
+    const QTextLayout &lines = *last.layout();
+    const QTextLine line = lines.lineAt(lines.lineCount() - 1);
+    return {top + (line.isValid() ? line.y() + line.height() : 0), last.blockFormat().bottomMargin() * m_scale};
+}
 
 // A picture that is larger than a page is made as large as the page, so that all of it is printed. The size is in
 // pixels of 96 to the inch, as that of pictures.
@@ -124,21 +157,25 @@ int PageFormatter::format(QPainter *painter, const QPointF &corner, int first) c
 {
     const auto next = std::upper_bound(m_starts.begin(), m_starts.end(), first);
     const auto place = std::size_t(std::max<std::ptrdiff_t>(0, next - m_starts.begin() - 1));
-    if (painter != nullptr) {
-        const QSizeF size = m_document->pageSize();
-        const qreal top = m_sheets[place] * size.height();
-        painter->save();
-        painter->translate(corner);
-        painter->setClipRect(QRectF(QPointF(0, 0), size), Qt::IntersectClip);
-        painter->translate(0, -top);
-        LineFilter filter(*painter, top, top + size.height());
-        QPainter inner(&filter);
-        QAbstractTextDocumentLayout::PaintContext context;
-        context.clip = QRectF(0, top, size.width(), size.height());
-        context.palette.setColor(QPalette::Text, Qt::black);
-        m_document->documentLayout()->draw(&inner, context);
-        inner.end();
-        painter->restore();
-    }
+    if (painter != nullptr)
+        drawSheet(*painter, corner, m_sheets[place]);
     return next == m_starts.end() ? m_length : *next;
+}
+
+void PageFormatter::drawSheet(QPainter &painter, const QPointF &corner, int sheet) const
+{
+    const QSizeF size = m_document->pageSize();
+    const qreal top = sheet * size.height();
+    painter.save();
+    painter.translate(corner);
+    painter.setClipRect(QRectF(QPointF(0, 0), size), Qt::IntersectClip);
+    painter.translate(0, -top);
+    LineFilter filter(painter, top, top + size.height());
+    QPainter inner(&filter);
+    QAbstractTextDocumentLayout::PaintContext context;
+    context.clip = QRectF(0, top, size.width(), size.height());
+    context.palette.setColor(QPalette::Text, Qt::black);
+    m_document->documentLayout()->draw(&inner, context);
+    inner.end();
+    painter.restore();
 }

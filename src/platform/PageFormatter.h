@@ -22,6 +22,17 @@ class PageFormatter
 public:
     // The text is broken for pages of `size`, in pixels of the device. `base` is the font of text that names none.
     PageFormatter(const QByteArray &rtf, const QFont &base, QPaintDevice &device, const QSizeF &size);
+
+    // Where on its first page a text begins, in pixels of the device: below what ends at `y` with that much distance
+    // to what follows.
+    struct Start {
+        qreal y = 0;
+        qreal distance = 0;
+    };
+
+    // The same for a text document, which is changed to fit the pages. It must be one that fetches nothing.
+    PageFormatter(std::unique_ptr<QTextDocument> document, QPaintDevice &device, const QSizeF &size,
+                  const Start &start);
     ~PageFormatter();
     Q_DISABLE_COPY_MOVE(PageFormatter)
 
@@ -34,17 +45,31 @@ public:
     // The first character of a page from 0.
     int firstCharacter(int page) const { return m_starts[std::size_t(page)]; }
 
+    // Which place a page has among the sheets of paper that the text is laid out on, from 0. A sheet that no line
+    // begins on is no page: one above which the text begins only lower down, or one inside a picture that is too tall.
+    int sheet(int page) const { return m_sheets[std::size_t(page)]; }
+
+    // Where another text would go on, counted from the top of the first sheet.
+    Start end() const;
+
+    // Draws what stands on a sheet with its upper left corner at `corner`.
+    void drawSheet(QPainter &painter, const QPointF &corner, int sheet) const;
+
     // Draws the page that holds the character `first` with its upper left corner at `corner`, or only measures without
     // a painter. The answer is the first character that did not fit; length() when nothing is left.
     int format(QPainter *painter, const QPointF &corner, int first) const;
 
 private:
+    void layOut(QPaintDevice &device, const QSizeF &size, const Start &start);
     void fitPictures(const QSizeF &size);
+    void beginAt(const Start &start);
     void scaleIndents(qreal factor);
     void findPages();
 
     std::unique_ptr<QTextDocument> m_document;
     int m_length = 0;
+    // The device's pixels to one of the document's.
+    qreal m_scale = 1;
     // Where each page's first line begins.
     std::vector<int> m_starts;
     // Which pages of the layout those are: one that no line begins on, inside a tall picture, counts for nothing.
