@@ -14,6 +14,7 @@
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextLayout>
+#include <QTextTable>
 
 #include <algorithm>
 #include <cmath>
@@ -24,6 +25,14 @@ namespace
 
 // What a text document counts its lengths in.
 constexpr qreal screenDpi = 96;
+
+// The layout counts in such parts of a pixel, and cuts off what is between two.
+constexpr qreal layoutSteps = 64;
+
+qreal cutOff(qreal length)
+{
+    return std::floor(length * layoutSteps) / layoutSteps;
+}
 
 } // namespace
 
@@ -36,48 +45,75 @@ PageFormatter::PageFormatter(const QByteArray &rtf, const QFont &base, QPaintDev
         rtf::read(rtf, *m_document);
     else
         m_document->setPlainText(AnsiCodec::toText(rtf));
-    layOut(device, size, {});
+    layOut(device, size, nullptr);
 }
 
 PageFormatter::PageFormatter(std::unique_ptr<QTextDocument> document, QPaintDevice &device, const QSizeF &size,
-                             const Start &start)
+                             const Place *above)
     : m_document(std::move(document))
 {
-    layOut(device, size, start);
+    layOut(device, size, above);
 }
 
 PageFormatter::~PageFormatter() = default;
 
-void PageFormatter::layOut(QPaintDevice &device, const QSizeF &size, const Start &start)
+void PageFormatter::layOut(QPaintDevice &device, const QSizeF &size, const Place *above)
 {
     m_document->setDocumentMargin(0);
     m_scale = device.logicalDpiX() / screenDpi;
     fitPictures(size / m_scale);
     scaleIndents(m_scale);
-    beginAt(start);
+    if (above)
+        goOnBelow(*above);
     m_document->documentLayout()->setPaintDevice(&device);
     m_document->setPageSize(size);
-    m_length = rtf::textOffset(*m_document, m_document->characterCount());
+    m_length = offsetOf(m_document->characterCount());
     findPages();
 }
 
-void PageFormatter::beginAt(const Start &start)
+// A text that goes on below another one begins with an empty paragraph as tall as what is above: the layout leaves no
+// distance above a text's first paragraph.
+void PageFormatter::goOnBelow(const Place &above)
 {
-    if (start.y <= 0 && start.distance <= 0)
-        return;
     QTextCursor cursor(m_document.get());
-    QTextBlockFormat format = cursor.blockFormat();
-    format.setTopMargin(start.y / m_scale + std::max(start.distance / m_scale, format.topMargin()));
+    const QTextBlockFormat first = cursor.blockFormat();
+    const QTextCharFormat mark = cursor.blockCharFormat();
+    cursor.insertBlock(first, mark);
+    cursor.movePosition(QTextCursor::Start);
+    QTextBlockFormat format;
+    // Half a step more, so that the layout does not cut a step off.
+    constexpr qreal half = 0.5 / layoutSteps;
+    format.setLineHeight((above.y + half) / m_scale, QTextBlockFormat::FixedHeight);
+    format.setBottomMargin((above.distance + half) / m_scale);
     cursor.setBlockFormat(format);
+    m_isGoingOn = true;
 }
 
-PageFormatter::Start PageFormatter::end() const
+PageFormatter::Place PageFormatter::end() const
 {
     const QTextBlock last = m_document->lastBlock();
-    const qreal top = m_document->documentLayout()->blockBoundingRect(last).top();
-    const QTextLayout &lines = *last.layout();
-    const QTextLine line = lines.lineAt(lines.lineCount() - 1);
-    return {top + (line.isValid() ? line.y() + line.height() : 0), last.blockFormat().bottomMargin() * m_scale};
+    const QTextBlockFormat format = last.blockFormat();
+    const QRectF rect = m_document->documentLayout()->blockBoundingRect(last);
+    qreal y = rect.top();
+    QTextFrame::iterator before = m_document->rootFrame()->end();
+    --before;
+    --before;
+    if (last.length() == 1 && qobject_cast<QTextTable *>(before.currentFrame())) {
+        // The layout takes an empty paragraph behind a table back up into it.
+        y += rect.height();
+    } else if (last.layout()->lineCount() > 0) {
+        // The layout moves a line within its height when the paragraph sets that.
+        const QTextLine line = last.layout()->lineAt(last.layout()->lineCount() - 1);
+        const qreal height =
+            cutOff(format.lineHeight(std::ceil(line.ascent() + line.descent() + line.leading()), m_scale));
+        qreal moved = 0;
+        if (format.lineHeightType() == QTextBlockFormat::FixedHeight)
+            moved = line.ascent() + std::max(line.leading(), 0.0) - cutOff(height * 4 / 5);
+        else if (format.lineHeightType() == QTextBlockFormat::MinimumHeight)
+            moved = line.height() - height;
+        y += line.y() + moved + height;
+    }
+    return {y, format.bottomMargin() * m_scale};
 }
 
 // A picture that is larger than a page is made as large as the page, so that all of it is printed. The size is in
@@ -121,6 +157,12 @@ void PageFormatter::scaleIndents(qreal factor)
     cursor.endEditBlock();
 }
 
+int PageFormatter::offsetOf(int position) const
+{
+    constexpr int breakLength = 2;
+    return rtf::textOffset(*m_document, position) - (m_isGoingOn ? breakLength : 0);
+}
+
 // One walk over the lines: the layout has put each on a page already.
 void PageFormatter::findPages()
 {
@@ -128,7 +170,8 @@ void PageFormatter::findPages()
     QAbstractTextDocumentLayout &layout = *m_document->documentLayout();
     layout.documentSize();
     std::map<int, int> starts; // by page of the layout
-    for (QTextBlock block = m_document->begin(); block.isValid(); block = block.next()) {
+    const QTextBlock first = m_document->begin();
+    for (QTextBlock block = m_isGoingOn ? first.next() : first; block.isValid(); block = block.next()) {
         const qreal top = layout.blockBoundingRect(block).top();
         const QTextLayout &lines = *block.layout();
         for (int i = 0; i < lines.lineCount(); ++i) {
@@ -146,7 +189,7 @@ void PageFormatter::findPages()
     int previous = -1;
     for (const auto &[page, position] : starts) {
         // Cells side by side may break in another order than their text stands in; every page moves on all the same.
-        const int start = std::max(rtf::textOffset(*m_document, position), previous + 1);
+        const int start = std::max(offsetOf(position), previous + 1);
         m_sheets.push_back(page);
         m_starts.push_back(m_starts.empty() ? 0 : start);
         previous = m_starts.back();

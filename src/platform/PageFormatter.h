@@ -23,16 +23,16 @@ public:
     // The text is broken for pages of `size`, in pixels of the device. `base` is the font of text that names none.
     PageFormatter(const QByteArray &rtf, const QFont &base, QPaintDevice &device, const QSizeF &size);
 
-    // Where on its first page a text begins, in pixels of the device: below what ends at `y` with that much distance
-    // to what follows.
-    struct Start {
+    // A height on the paper in pixels of the device, and how far what follows is to keep from it.
+    struct Place {
         qreal y = 0;
         qreal distance = 0;
     };
 
-    // The same for a text document, which is changed to fit the pages. It must be one that fetches nothing.
+    // The same for a text document, which is changed to fit the pages; it must be one that fetches nothing. With
+    // `above` it goes on below a text that ends at that place of the first page.
     PageFormatter(std::unique_ptr<QTextDocument> document, QPaintDevice &device, const QSizeF &size,
-                  const Start &start);
+                  const Place *above = nullptr);
     ~PageFormatter();
     Q_DISABLE_COPY_MOVE(PageFormatter)
 
@@ -49,8 +49,8 @@ public:
     // begins on is no page: one above which the text begins only lower down, or one inside a picture that is too tall.
     int sheet(int page) const { return m_sheets[std::size_t(page)]; }
 
-    // Where another text would go on, counted from the top of the first sheet.
-    Start end() const;
+    // Where the text ends, counted from the top of the first sheet.
+    Place end() const;
 
     // Draws what stands on a sheet with its upper left corner at `corner`.
     void drawSheet(QPainter &painter, const QPointF &corner, int sheet) const;
@@ -60,9 +60,10 @@ public:
     int format(QPainter *painter, const QPointF &corner, int first) const;
 
 private:
-    void layOut(QPaintDevice &device, const QSizeF &size, const Start &start);
+    void layOut(QPaintDevice &device, const QSizeF &size, const Place *above);
     void fitPictures(const QSizeF &size);
-    void beginAt(const Start &start);
+    void goOnBelow(const Place &above);
+    int offsetOf(int position) const;
     void scaleIndents(qreal factor);
     void findPages();
 
@@ -70,6 +71,7 @@ private:
     int m_length = 0;
     // The device's pixels to one of the document's.
     qreal m_scale = 1;
+    bool m_isGoingOn = false;
     // Where each page's first line begins.
     std::vector<int> m_starts;
     // Which pages of the layout those are: one that no line begins on, inside a tall picture, counts for nothing.

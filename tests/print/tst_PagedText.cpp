@@ -1,0 +1,199 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "print/PagedText.h"
+
+#include "print/PrintFixture.h"
+
+#include <QPainter>
+#include <QPdfWriter>
+#include <QRandomGenerator>
+#include <QTemporaryDir>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+constexpr int dotsPerInch = 600;
+const QSizeF pageSize(6 * dotsPerInch, 3 * dotsPerInch);
+
+} // namespace
+
+// A text on pages, made of pieces.
+class tst_PagedText : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+
+    void init() { m_fixture = std::make_unique<PrintFixture>(); }
+
+    void cleanup() { m_fixture.reset(); }
+
+    void anEmptyTextIsOneEmptyPage();
+    void piecesBreakWhereTheWholeDoes_data();
+    void piecesBreakWhereTheWholeDoes();
+    void anyPageCanBeDrawnAgain();
+    void aPageOfNothingIsNone();
+    void onlyAFewPiecesAreKept();
+
+private:
+    std::unique_ptr<PagedText> textOf(const PrintExtent &extent, qsizetype pieceLength)
+    {
+        return std::make_unique<PagedText>(PrintComposition(extent, QFont(u"DejaVu Sans"_s)), *m_device, pageSize,
+                                           pieceLength);
+    }
+
+    PrintExtent plantRandom(quint32 seed);
+    static QImage picture(PagedText &text, int page);
+
+    QTemporaryDir m_folder;
+    std::unique_ptr<QPdfWriter> m_device;
+    std::unique_ptr<PrintFixture> m_fixture;
+};
+
+namespace
+{
+
+// First characters of the pages, got by formatting one after the other.
+QList<int> startsOf(PagedText &text)
+{
+    QList<int> starts;
+    int first = 0;
+    do {
+        starts << first;
+        first = text.format(nullptr, {}, first);
+    } while (!text.isWhole() || first < text.length());
+    return starts;
+}
+
+} // namespace
+
+void tst_PagedText::initTestCase()
+{
+    m_device = std::make_unique<QPdfWriter>(m_folder.filePath(u"metrics.pdf"_s));
+    m_device->setResolution(dotsPerInch);
+}
+
+// Entries with texts of all lengths and line heights, some with lists and tables, at all levels.
+PrintExtent tst_PagedText::plantRandom(quint32 seed)
+{
+    QRandomGenerator random(seed);
+    const QList<QByteArray> looks{"",
+                                  "\\sa300 ",
+                                  "\\sb300 ",
+                                  "\\sl360\\slmult1 ",
+                                  "\\sl-500\\slmult0 ",
+                                  "\\fs40 ",
+                                  "\\li600 ",
+                                  "\\sl200\\slmult1\\sa200 "};
+    QStringList outline{u"Root"_s};
+    for (int i = 0; i < 120; ++i)
+        outline << QString(1 + i % 6, u' ') + u"entry%1"_s.arg(i);
+    Document &document = m_fixture->plant(outline);
+    for (int i = 0; i < 120; ++i) {
+        QByteArray rtf("{\\rtf1{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs20 ");
+        const int paragraphs = int(random.bounded(6));
+        for (int p = 0; p < paragraphs; ++p) {
+            rtf += "\\pard" + looks[random.bounded(looks.size())];
+            const int words = int(random.bounded(60));
+            for (int w = 0; w < words; ++w)
+                rtf += "word" + QByteArray::number(random.bounded(1000)) + " ";
+            rtf += random.bounded(8) == 0 ? "\\par\\trowd\\cellx3000\\cellx6000\\intbl x\\cell y\\cell\\row\\pard "
+                                          : "\\par ";
+        }
+        m_fixture->setText(document, u"entry%1"_s.arg(i), paragraphs == 0 ? QByteArray() : rtf + "}");
+    }
+    return m_fixture->extent(document, u"Root"_s, true);
+}
+
+QImage tst_PagedText::picture(PagedText &text, int page)
+{
+    QImage image(600, 300, QImage::Format_RGB32);
+    image.fill(Qt::white);
+    QPainter painter(&image);
+    painter.scale(600 / pageSize.width(), 300 / pageSize.height());
+    text.draw(painter, {}, page);
+    return image;
+}
+
+void tst_PagedText::anEmptyTextIsOneEmptyPage()
+{
+    Document &document = m_fixture->plant({u"Root"_s});
+    document.tree.setLabel(document.tree.root(), QString());
+    document.tree.setStoredText(document.tree.root(), QByteArray());
+    const auto text = textOf({&document, document.tree.root(), true}, 100);
+    QCOMPARE(text->format(nullptr, {}, 0), 0);
+    QVERIFY(text->isWhole());
+    QCOMPARE(text->pageCount(), 1);
+    QVERIFY(!text->layOutMore());
+}
+
+void tst_PagedText::piecesBreakWhereTheWholeDoes_data()
+{
+    QTest::addColumn<quint32>("seed");
+    for (quint32 seed = 1; seed <= 6; ++seed)
+        QTest::addRow("text %u", seed) << seed;
+}
+
+void tst_PagedText::piecesBreakWhereTheWholeDoes()
+{
+    QFETCH(const quint32, seed);
+    const PrintExtent extent = plantRandom(seed);
+    const auto whole = textOf(extent, INT_MAX);
+    const QList<int> expected = startsOf(*whole);
+    QVERIFY(expected.size() > 20);
+    QCOMPARE(whole->pageCount(), expected.size());
+    for (const qsizetype pieceLength : {1, 300, 2000}) {
+        const auto pieces = textOf(extent, pieceLength);
+        QCOMPARE(startsOf(*pieces), expected);
+        QCOMPARE(pieces->length(), whole->length());
+        QCOMPARE(pieces->pageCount(), whole->pageCount());
+        for (int page = 0; page < whole->pageCount(); page += 5)
+            QVERIFY2(picture(*pieces, page) == picture(*whole, page), qPrintable(QString::number(page)));
+    }
+}
+
+void tst_PagedText::anyPageCanBeDrawnAgain()
+{
+    const PrintExtent extent = plantRandom(99);
+    const auto text = textOf(extent, 500);
+    while (text->layOutMore()) {
+    }
+    QList<QImage> before;
+    for (int page = 0; page < text->pageCount(); ++page)
+        before << picture(*text, page);
+    for (int page = text->pageCount() - 1; page >= 0; --page)
+        QVERIFY(picture(*text, page) == before[page]);
+}
+
+void tst_PagedText::aPageOfNothingIsNone()
+{
+    Document &document = m_fixture->plant({u"Root"_s});
+    // Lines until the page is full, and then an empty paragraph.
+    QByteArray lines;
+    int count = 0;
+    do {
+        lines += "x\\par ";
+        m_fixture->setText(document, u"Root"_s, "{\\rtf1 " + lines + "x}");
+        ++count;
+    } while (startsOf(*textOf({&document, document.tree.root(), true}, 100)).size() == 1);
+    QVERIFY(count > 3);
+    m_fixture->setText(document, u"Root"_s, "{\\rtf1 " + lines + "\\par }");
+    const auto text = textOf({&document, document.tree.root(), true}, 100);
+    QCOMPARE(startsOf(*text).size(), 1);
+    QCOMPARE(text->pageCount(), 1);
+}
+
+void tst_PagedText::onlyAFewPiecesAreKept()
+{
+    const auto text = textOf(plantRandom(7), 300);
+    startsOf(*text);
+    QVERIFY2(text->piecesKept() <= 3, qPrintable(QString::number(text->piecesKept())));
+}
+
+QTEST_MAIN(tst_PagedText)
+#include "tst_PagedText.moc"
