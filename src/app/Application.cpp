@@ -30,9 +30,10 @@ void showHelpFile(const QString &sFile, HelpTopic)
 Application::Application(const QString &commandLine)
     : m_log(SessionLog::folders(QCoreApplication::applicationDirPath()))
     , m_recentFiles(m_settings, m_mainWindow.recentFileItems())
+    , m_printing(m_printerDialogs, &m_mainWindow)
 {
-    ports() = {&m_mainWindow,  &m_mainWindow, &m_dialogs, &m_pointer,
-               &m_recentFiles, &m_clipboard,  &m_formats, &m_clock};
+    ports() = {&m_mainWindow, &m_mainWindow, &m_dialogs, &m_pointer, &m_recentFiles,
+               &m_clipboard,  &m_formats,    &m_clock,   &m_printing};
     appPorts() = {&m_settings, &m_mainWindow, &m_recentFiles, &m_log, commandLine, &m_lockKeys};
     appPorts().showHelpFile = showHelpFile;
     searchPorts() = {&m_settings, [this] { frmSearch(&m_mainWindow).exec(); }, modMain::SaveSettings};

@@ -13,6 +13,8 @@
 #include "platform/LockKeys.h"
 #include "platform/MessageDialogs.h"
 #include "platform/ScreenPointer.h"
+#include "print/PrintWindows.h"
+#include "print/PrinterDialogs.h"
 
 // The program's parts put together, with every port registered as long as it lives. It needs a QApplication.
 class Application
@@ -46,4 +48,6 @@ private:
     Formats m_formats;
     frmMain m_mainWindow;
     modMRU m_recentFiles;
+    DesktopPrinterDialogs m_printerDialogs;
+    PrintWindows m_printing;
 };

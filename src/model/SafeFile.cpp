@@ -101,6 +101,11 @@ void SafeFile::adoptPermissions()
         fail(m_target);
 }
 
+QString SafeFile::temporaryName() const
+{
+    return QFile::decodeName(m_temporary);
+}
+
 void SafeFile::write(QByteArrayView bytes)
 {
     if (m_buffer.size() + bytes.size() > bufferSize)

@@ -32,6 +32,9 @@ public:
     // The file that is really replaced: the path with its links followed.
     const QString &target() const { return m_target; }
 
+    // The file that is written to, for a writer that wants to open it itself; empty once it has replaced the old one.
+    QString temporaryName() const;
+
 private:
     void writeBuffer();
     void adoptPermissions();

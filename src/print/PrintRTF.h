@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "print/PrintGeometry.h"
+
+#include <QRectF>
+
+#include <functional>
+
+class PrintComposition;
+class QPrinter;
+
+// Has the printer's coordinates begin at the corner of what it can print on, and gives its paper.
+PrinterPaper paperOf(QPrinter &printer);
+
+// A length in the printer's pixels.
+double printerPixels(const QPrinter &printer, double twips);
+QRectF printerPixels(const QPrinter &printer, const PrintRectangle &twips);
+
+// Prints the whole text page by page. After each page `goesOn` is asked; false ends the printing, of which then nothing
+// is left. Whether everything was printed. Error 75 when the printer cannot print, or those of PrintTarget.
+bool PrintRTF(const PrintComposition &text, QPrinter &printer, const PrintMargins &margins,
+              const std::function<bool()> &goesOn);

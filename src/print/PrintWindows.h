@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "model/Ports.h"
+
+#include <QString>
+
+#include <memory>
+
+class PrinterDialogs;
+class QPrinter;
+class QWidget;
+
+// Printing with the desktop's printers. The printer that was chosen last, and its paper, are kept as long as this
+// lives.
+class PrintWindows final : public Printing
+{
+public:
+    // The dialogs must live longer; windows open over `parent`.
+    explicit PrintWindows(PrinterDialogs &dialogs, QWidget *parent = nullptr);
+    ~PrintWindows() override;
+
+    void print(const PrintExtent &extent) override;
+    void preview(const PrintExtent &extent) override;
+    // Error 32755 when it is cancelled.
+    void setUp() override;
+
+    QPrinter &printer();
+
+private:
+    void nameJob(const Document &document);
+
+    PrinterDialogs &m_dialogs;
+    QWidget *m_parent;
+    // Made when first asked for: that looks for printers.
+    std::unique_ptr<QPrinter> m_printer;
+    // The name of a PDF file as it was proposed last.
+    QString m_proposed;
+};

@@ -1,0 +1,187 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "print/frmPreview.h"
+
+#include "model/Document.h"
+#include "model/TextPane.h"
+#include "print/PagedText.h"
+#include "print/PreviewPane.h"
+#include "print/PrintProgress.h"
+#include "print/PrintRTF.h"
+#include "print/PrinterDialogs.h"
+#include "util/Procedure.h"
+#include "util/RunTimeError.h"
+
+#include <QLabel>
+#include <QPrinter>
+#include <QPushButton>
+#include <QScreen>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+PrintComposition PreviewNodeAll(const PrintExtent &extent)
+{
+    return PrintComposition(extent, extent.document->txtRTF.Font());
+}
+
+class Disabled
+{
+public:
+    explicit Disabled(QWidget &control)
+        : m_control(control)
+    {
+        m_control.setEnabled(false);
+    }
+
+    ~Disabled() { m_control.setEnabled(true); }
+
+    Disabled(const Disabled &) = delete;
+    Disabled &operator=(const Disabled &) = delete;
+
+private:
+    QWidget &m_control;
+};
+
+} // namespace
+
+frmPreview::frmPreview(const PrintExtent &extent, QPrinter &printer, PrinterDialogs &dialogs, QWidget *parent)
+    : QDialog(parent)
+    , m_printer(printer)
+    , m_dialogs(dialogs)
+    , txtFormat(PreviewNodeAll(extent))
+{
+    setObjectName(u"frmPreview"_s);
+    setWindowTitle(u"Print Preview"_s);
+    setWindowFlag(Qt::WindowMaximizeButtonHint);
+    makeControls();
+    procedure("frmPreview Form_Load", [this] { Form_Load(); });
+}
+
+void frmPreview::makeControls()
+{
+    txtDisplay = new PreviewPane(this);
+    txtDisplay->setObjectName(u"txtDisplay"_s);
+    txtDisplay->setAccessibleName(u"Pages"_s);
+    connect(txtDisplay, &PreviewPane::changed, this, &frmPreview::showPlace);
+    lblPlace = new QLabel(this);
+    lblPlace->setObjectName(u"lblPlace"_s);
+    const QString captions[] = {u"&Print"_s, u"&Close"_s};
+    for (std::size_t i = 0; i < cmdInput.size(); ++i) {
+        cmdInput[i] = new QPushButton(captions[i], this);
+        cmdInput[i]->setObjectName(u"cmdInput%1"_s.arg(i));
+        connect(cmdInput[i], &QPushButton::clicked, this, [this, i] { cmdInput_Click(static_cast<Button>(i)); });
+    }
+    cmdInput[Print]->setDefault(true);
+    // Keys scroll at once.
+    txtDisplay->setFocus();
+}
+
+void frmPreview::Form_Load()
+{
+    constexpr qint32 inch = 1440;
+    m_margins = {inch, inch, inch, inch};
+    WYSIWYG_RTF(*txtDisplay, m_margins.left, m_margins.right);
+    constexpr QSize wanted(900, 1000);
+    resize(screen() ? wanted.boundedTo(screen()->availableSize() * 9 / 10) : wanted);
+}
+
+// Makes the pane break lines and pages as the printer does. The answer is what a line's width is at least when shown.
+qint32 frmPreview::WYSIWYG_RTF(PreviewPane &control, qint32 left, qint32 right)
+{
+    const PrinterPaper paper = paperOf(m_printer);
+    const PrintRectangle place = drawingRectangle(paper, {left, m_margins.top, right, m_margins.bottom});
+    const qint32 leastWidth = leastShownWidth(place.right - place.left);
+    PreviewPane::Paper sheet;
+    sheet.size = QSizeF(printerPixels(m_printer, paper.width), printerPixels(m_printer, paper.height));
+    sheet.text = printerPixels(m_printer, place)
+                     .translated(printerPixels(m_printer, paper.offsetX), printerPixels(m_printer, paper.offsetY));
+    sheet.dotsPerInch = m_printer.resolution();
+    if (sheet == m_sheet)
+        return leastWidth;
+    m_sheet = sheet;
+    const HourglassPointer hourglass;
+    control.setText(std::make_unique<PagedText>(txtFormat, m_printer, sheet.text.size()), sheet, leastWidth);
+    return leastWidth;
+}
+
+int frmPreview::exec()
+{
+    return Form_Activate() ? QDialog::exec() : int(Rejected);
+}
+
+// Whether there is still something to show.
+bool frmPreview::Form_Activate()
+{
+    return procedure("frmPreview Form_Activate", [this] {
+        if (m_bCloseAtOnce)
+            return false;
+        if (m_bPrintAtOnce)
+            PrintCopies();
+        return !m_bPrintAtOnce;
+    });
+}
+
+void frmPreview::resizeEvent(QResizeEvent *event)
+{
+    QDialog::resizeEvent(event);
+    Form_Resize();
+}
+
+void frmPreview::Form_Resize()
+{
+    const double W = width();
+    const double H = height();
+    const auto put = [&](QWidget &control, double left, double top, double wide, double high) {
+        control.setGeometry(qRound(left * W), qRound(top * H), qRound(wide * W), qRound(high * H));
+    };
+    put(*txtDisplay, 0.01, 0.01, 0.98, 0.9);
+    put(*lblPlace, 0.01, 0.92, 0.58, 0.08);
+    put(*cmdInput[Print], 0.61, 0.92, 0.18, 0.08);
+    put(*cmdInput[Close], 0.81, 0.92, 0.18, 0.08);
+}
+
+void frmPreview::showPlace()
+{
+    const QString count = QString::number(txtDisplay->pageCount());
+    const QString text =
+        u"Page %1 of %2"_s.arg(txtDisplay->currentPage() + 1).arg(txtDisplay->isWhole() ? count : count + u"..."_s);
+    lblPlace->setText(text);
+    txtDisplay->setAccessibleDescription(text);
+}
+
+void frmPreview::cmdInput_Click(Button index)
+{
+    procedure("frmPreview cmdInput_Click", [&] {
+        if (index == Print)
+            ChoosePrinterAndPrintCopies();
+        else
+            reject();
+    });
+}
+
+void frmPreview::ChoosePrinterAndPrintCopies()
+{
+    procedure("frmPreview ChoosePrinterAndPrintCopies", [this] {
+        if (!m_dialogs.choose(m_printer, this))
+            throw RunTimeError(ErrorNumber::Cancelled);
+        PrintCopies();
+        // The printer may be another one, with other paper.
+        WYSIWYG_RTF(*txtDisplay, m_margins.left, m_margins.right);
+    });
+}
+
+void frmPreview::PrintCopies()
+{
+    procedure("frmPreview PrintCopies", [this] {
+        PrintProgress progress(isVisible() ? this : parentWidget());
+        progress.show();
+        const Disabled pane(*txtDisplay);
+        PrintRTF(txtFormat, m_printer, m_margins, [&progress] { return progress.goOn(); });
+    });
+}

@@ -1,0 +1,63 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "print/PreviewPane.h"
+#include "print/PrintComposition.h"
+#include "print/PrintGeometry.h"
+
+#include <QDialog>
+
+#include <array>
+
+class PrinterDialogs;
+class QLabel;
+class QPrinter;
+class QPushButton;
+
+// The window through which everything is printed: it shows what the printer will make of a part of a document, or
+// prints it without showing it.
+class frmPreview final : public QDialog
+{
+    Q_OBJECT
+
+public:
+    // Printer and dialogs must live longer.
+    frmPreview(const PrintExtent &extent, QPrinter &printer, PrinterDialogs &dialogs, QWidget *parent = nullptr);
+
+    // Set before exec(): to close at once, or else to print at once, without showing anything first.
+    bool m_bCloseAtOnce = false;
+    bool m_bPrintAtOnce = false;
+
+    // Prints or closes as the two flags say, or shows the window and returns when it is closed.
+    int exec() override;
+
+    void ChoosePrinterAndPrintCopies();
+    void PrintCopies();
+
+protected:
+    void resizeEvent(QResizeEvent *event) override;
+
+private:
+    enum Button { Print, Close };
+
+    void makeControls();
+    void Form_Load();
+    bool Form_Activate();
+    void Form_Resize();
+    void cmdInput_Click(Button index);
+    qint32 WYSIWYG_RTF(PreviewPane &control, qint32 left, qint32 right);
+    void showPlace();
+
+    QPrinter &m_printer;
+    PrinterDialogs &m_dialogs;
+    // What is printed, assembled out of sight: the pane lays out a part of it at a time.
+    PrintComposition txtFormat;
+    PrintMargins m_margins;
+    // What the pane's pages are laid out for.
+    PreviewPane::Paper m_sheet;
+    PreviewPane *txtDisplay = nullptr;
+    QLabel *lblPlace = nullptr;
+    std::array<QPushButton *, 2> cmdInput{};
+};
