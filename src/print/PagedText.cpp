@@ -3,8 +3,8 @@
 
 #include "print/PagedText.h"
 
+#include "model/SealedDocument.h"
 #include "platform/PageFormatter.h"
-#include "platform/SealedDocument.h"
 
 #include <QPainter>
 

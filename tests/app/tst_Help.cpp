@@ -68,6 +68,10 @@ QString nameOf(const KeyBinding &binding)
         return u"Alt+"_s + key;
     case KeyBinding::Ctrl:
         return u"Ctrl+"_s + key;
+    case KeyBinding::CtrlShift:
+        // Where Shift gives other characters than on most keyboards, the comma and the full stop stand in for these
+        // two.
+        return u"Ctrl+Shift+"_s + QString(key).replace(u',', u'<').replace(u'.', u'>');
     }
     return QString();
 }
