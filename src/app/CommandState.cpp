@@ -113,6 +113,7 @@ constexpr EnableRule dynamicRules[] = {
     {"mnuEditCopy", textFocus},
     {"mnuEditSelectAll", textFocus},
     {"mnuEditCase", writableAndTextFocus},
+    {"mnuEditClearEntryText", writableAndTextFocus},
     {"mnuEditCurrentFont", writableAndTextFocus},
     {"mnuEditCut", writableAndTextFocus},
     {"mnuEditDelete", writableAndTextFocus},

@@ -40,6 +40,7 @@ frmAbout::frmAbout(QWidget *parent, Purpose purpose)
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(36, 24, 36, 24);
     layout->setSpacing(12);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
 
     constexpr int iconSize = 64;
     auto *picture = new QLabel;

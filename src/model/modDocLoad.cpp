@@ -208,6 +208,8 @@ bool DocLoad(const QString &sFile)
                         RunTimeError(ErrorNumber::InvalidFileFormat, u"%1: %2"_s.arg(sFile, result.remark)));
         document->window.autoFitSplit();
         ports().recentFiles->UpdateMRUFile(sFile, false);
+        // Only now it is known whether the document may be written.
+        ports().commands->MenuEnable(iDocumentCount);
         ports().commands->MenuEnableDynamic();
         return true;
     });

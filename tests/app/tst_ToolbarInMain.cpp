@@ -5,6 +5,7 @@
 #include "app/MainFixture.h"
 #include "app/ToolbarRules.h"
 #include "app/ToolbarSupport.h"
+#include "model/modDoc.h"
 #include "model/modNodes.h"
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
@@ -35,6 +36,7 @@ private Q_SLOTS:
     void anExpansionButtonStaysPressedWhateverIsClicked();
     void expandingByHandReleasesTheExpansionButtons();
     void theFormatButtonsFollowTheTextsSelection();
+    void aReadOnlyFileThatOpensShowsNoSaveButton();
     void theTagButtonFollowsTheEntry();
     void aClickEndsTheEditingOfALabel();
     void theToolbarTakesNoFocus();
@@ -205,6 +207,19 @@ void tst_ToolbarInMain::theFormatButtonsFollowTheTextsSelection()
     QVERIFY(buttonOf(m_main->main, "Bold Text")->isChecked());
     text.setSelStart(1);
     QVERIFY(!buttonOf(m_main->main, "Bold Text")->isChecked());
+}
+
+void tst_ToolbarInMain::aReadOnlyFileThatOpensShowsNoSaveButton()
+{
+    startMain();
+    const QString file = m_main->app.makeFile(u"a.txt"_s, "text");
+    modDoc::DocLoad(file);
+    QVERIFY(shownIn(m_main->main).contains(u"Save File"_s));
+    QVERIFY(QFile::setPermissions(file, QFile::ReadOwner));
+    m_main->choose("mnuFileClose");
+    modDoc::DocLoad(file);
+    QVERIFY(!shownIn(m_main->main).contains(u"Save File"_s));
+    QVERIFY(shownIn(m_main->main).contains(u"Print File"_s));
 }
 
 void tst_ToolbarInMain::theTagButtonFollowsTheEntry()
