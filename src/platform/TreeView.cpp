@@ -211,7 +211,8 @@ void TreeView::userMovedTo(Entry *entry)
 
 Entry *TreeView::HitTest(const QPoint &point) const
 {
-    return m_tree ? m_tree->entryAt(indexAt(point)) : nullptr;
+    // Qt finds rows above and below the viewport too.
+    return m_tree && viewport()->rect().contains(point) ? m_tree->entryAt(indexAt(point)) : nullptr;
 }
 
 bool TreeView::PaneVisible() const

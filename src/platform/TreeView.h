@@ -33,7 +33,8 @@ public:
     void setEntryTree(EntryTree *tree);
     EntryTree *entryTree() const;
 
-    // The entry whose row contains a point of the viewport, or null. A row reaches over the pane's whole width.
+    // The entry whose row contains a point of the viewport, or null, as for any point beyond the viewport. A row
+    // reaches over the pane's whole width.
     Entry *HitTest(const QPoint &point) const;
 
     bool PaneVisible() const override;

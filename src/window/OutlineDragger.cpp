@@ -27,7 +27,6 @@ namespace
 
 constexpr int scrollInterval = 50;
 constexpr int scrollMargin = 16;
-constexpr int openDelay = 700;
 
 DragButton dragButton(Qt::MouseButton button)
 {
@@ -88,7 +87,8 @@ void OutlineDragger::mouseMove(const QMouseEvent &event)
         m_pointer = event.position();
         Entry *hovered = m_form.treeView->HitTest(event.position().toPoint());
         const QPointF moved = event.position() - m_remembered;
-        const double limit = threshold * m_form.logicalDpiX() / 1440.0;
+        // A distance of just the threshold is not to pass it because it cannot be written exactly in pixels.
+        const double limit = (threshold + 0.01) * m_form.logicalDpiX() / 1440.0;
         if (qAbs(moved.x()) > limit || qAbs(moved.y()) > limit)
             acceptMove(event, hovered);
         // Ctrl may be pressed and let go of during the drag.
@@ -243,6 +243,8 @@ void OutlineDragger::openUnderPointer()
 {
     m_openTimer.stop();
     Entry *hovered = m_form.treeView->HitTest(m_pointer.toPoint());
-    if (hovered && hovered == m_hovered && hovered->childCount() > 0 && !hovered->expanded())
+    // The dragged entry itself stays as it is: the pointer rests on it when it is to be indented.
+    const bool another = hovered && hovered != dragState().entry.entry();
+    if (another && hovered == m_hovered && hovered->childCount() > 0 && !hovered->expanded())
         m_form.document().tree.setExpanded(hovered, true);
 }

@@ -21,6 +21,8 @@ class OutlineDragger final : public QObject
 public:
     // How far the pointer must move, along either axis, for a drag to begin, in twips.
     static constexpr double threshold = 100;
+    // How long the pointer must rest on a closed entry to open it, in milliseconds.
+    static constexpr int openDelay = 700;
 
     explicit OutlineDragger(frmDocument &form);
 

@@ -26,6 +26,7 @@ private Q_SLOTS:
     void cleanup();
 
     void aClickWithoutAMoveSelectsAndStartsNoDrag();
+    void theThresholdItselfStartsNoDrag_data();
     void theThresholdItselfStartsNoDrag();
     void aDropOnAnotherEntryLandsBehindIt();
     void aDropOnTheFollowingSiblingSwapsTheTwo();
@@ -36,12 +37,21 @@ private Q_SLOTS:
     void aDropOnItselfToTheLeftUnindents();
     void escapeEndsTheDrag();
     void aDropBesideEveryEntryDoesNothing();
+    void aDropBeyondThePaneDoesNothing();
+    void theIconSaysWhatADropDoes();
     void theRightButtonAsksAndOffersOnlyAllowedPlaces();
+    void theRightButtonOffersWhatCtrlSays();
+    void everyItemOfTheRightButtonsMenuDoesWhatItSays_data();
+    void everyItemOfTheRightButtonsMenuDoesWhatItSays();
+    void theRightButtonOnADescendantAsksNothing();
     void theRightButtonsCancelLeavesTheTree();
+    void theRightButtonOnItselfAsksForIndentOrUnindent_data();
     void theRightButtonOnItselfAsksForIndentOrUnindent();
     void aRightClickShowsTheOutlineMenu();
     void theOutlineScrollsNearItsEdge();
     void aClosedEntryUnderARestingPointerOpens();
+    void theDraggedEntryItselfStaysClosed();
+    void dragsOnOneDocumentLeaveTheOthers();
     void missingIconsAreReported();
 
 private:
@@ -49,6 +59,7 @@ private:
     QPoint middleOf(const QString &label);
     void drag(const QString &from, const QPoint &to, Qt::MouseButton button = Qt::LeftButton,
               Qt::KeyboardModifiers modifiers = {});
+    void moveTo(const QPointF &to, Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers modifiers = {});
     void choose(const QString &item, QStringList *enabled = nullptr, QString *byDefault = nullptr);
 
     QStringList dump() { return dumpOutline(DocumentActive()->tree); }
@@ -91,11 +102,15 @@ QPoint tst_OutlineDragger::middleOf(const QString &label)
 void tst_OutlineDragger::drag(const QString &from, const QPoint &to, Qt::MouseButton button,
                               Qt::KeyboardModifiers modifiers)
 {
-    const QPoint start = middleOf(from);
-    QTest::mousePress(viewport(), button, {}, start);
+    QTest::mousePress(viewport(), button, {}, middleOf(from));
+    moveTo(to, button, modifiers);
+    QTest::mouseRelease(viewport(), button, modifiers, to);
+}
+
+void tst_OutlineDragger::moveTo(const QPointF &to, Qt::MouseButton button, Qt::KeyboardModifiers modifiers)
+{
     QMouseEvent move(QEvent::MouseMove, to, viewport()->mapToGlobal(to), Qt::NoButton, button, modifiers);
     QCoreApplication::sendEvent(viewport(), &move);
-    QTest::mouseRelease(viewport(), button, modifiers, to);
 }
 
 // Answers the next pop-up menu, and tells what it offered.
@@ -128,16 +143,32 @@ void tst_OutlineDragger::aClickWithoutAMoveSelectsAndStartsNoDrag()
     QCOMPARE(before.size(), dump().size());
 }
 
+void tst_OutlineDragger::theThresholdItselfStartsNoDrag_data()
+{
+    QTest::addColumn<QPointF>("twips");
+    QTest::addColumn<bool>("drags");
+    QTest::newRow("100 to the right") << QPointF(100, 0) << false;
+    QTest::newRow("101 to the right") << QPointF(101, 0) << true;
+    QTest::newRow("100 to the left") << QPointF(-100, 0) << false;
+    QTest::newRow("101 to the left") << QPointF(-101, 0) << true;
+    QTest::newRow("100 down") << QPointF(0, 100) << false;
+    QTest::newRow("101 down") << QPointF(0, 101) << true;
+    QTest::newRow("100 up") << QPointF(0, -100) << false;
+    QTest::newRow("101 up") << QPointF(0, -101) << true;
+    QTest::newRow("100 along both axes") << QPointF(100, 100) << false;
+}
+
 void tst_OutlineDragger::theThresholdItselfStartsNoDrag()
 {
-    const int limit = m_fixture->form().toPixels(OutlineDragger::threshold);
-    const QStringList before = {u"Root +"_s, u" A +"_s, u"  A1"_s, u" B <"_s, u" C"_s};
-    const QPoint start = middleOf(u"B"_s);
-    // At 96 dots per inch the threshold lies between 6 and 7 pixels.
-    drag(u"B"_s, start + QPoint(limit - 1, 0));
-    QCOMPARE(dump(), before);
-    drag(u"B"_s, start + QPoint(limit + 1, 0));
-    QVERIFY(dump() != before);
+    QFETCH(const QPointF, twips);
+    QFETCH(const bool, drags);
+    const QPointF start = middleOf(u"B"_s);
+    const QPointF to = start + twips * m_fixture->form().logicalDpiX() / 1440;
+    QTest::mousePress(viewport(), Qt::LeftButton, {}, start.toPoint());
+    moveTo(to);
+    QCOMPARE(viewport()->testAttribute(Qt::WA_SetCursor), drags);
+    QTest::mouseRelease(viewport(), Qt::LeftButton, {}, to.toPoint());
+    QVERIFY(!viewport()->testAttribute(Qt::WA_SetCursor));
 }
 
 void tst_OutlineDragger::aDropOnAnotherEntryLandsBehindIt()
@@ -187,8 +218,7 @@ void tst_OutlineDragger::escapeEndsTheDrag()
 {
     const QPoint to = middleOf(u"C"_s);
     QTest::mousePress(viewport(), Qt::LeftButton, {}, middleOf(u"A"_s));
-    QMouseEvent move(QEvent::MouseMove, to, viewport()->mapToGlobal(to), Qt::NoButton, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(viewport(), &move);
+    moveTo(to);
     QVERIFY(dragState().dragging);
     QTest::keyClick(m_fixture->form().treeView, Qt::Key_Escape);
     QVERIFY(!dragState().dragging);
@@ -200,6 +230,45 @@ void tst_OutlineDragger::aDropBesideEveryEntryDoesNothing()
 {
     drag(u"A"_s, QPoint(20, viewport()->height() - 3));
     QCOMPARE(dump(), QStringList({u"Root +"_s, u" A +<"_s, u"  A1"_s, u" B"_s, u" C"_s}));
+}
+
+void tst_OutlineDragger::aDropBeyondThePaneDoesNothing()
+{
+    QStringList outline = {u"Root +"_s};
+    for (int i = 0; i < 200; ++i)
+        outline.append(u" Entry %1"_s.arg(i));
+    plant(outline);
+    QScrollBar *bar = m_fixture->form().treeView->verticalScrollBar();
+    bar->setValue(100);
+    const QPoint middle = middleOf(u"Entry 110"_s);
+    for (const QPoint &to : {QPoint(middle.x(), -30), QPoint(middle.x(), viewport()->height() + 30),
+                             QPoint(viewport()->width() + 30, middle.y() + 40)}) {
+        bar->setValue(100);
+        drag(u"Entry 110"_s, to);
+        QCOMPARE(dump().indexOf(u" Entry 110 <"_s), 111);
+    }
+}
+
+void tst_OutlineDragger::theIconSaysWhatADropDoes()
+{
+    // Without the icons' files, shapes of the desktop's own stand in for them.
+    const auto shape = [this] { return viewport()->cursor().shape(); };
+    QTest::mousePress(viewport(), Qt::LeftButton, {}, middleOf(u"A"_s));
+    moveTo(middleOf(u"B"_s));
+    QCOMPARE(shape(), Qt::DragMoveCursor);
+    moveTo(middleOf(u"A1"_s));
+    QCOMPARE(shape(), Qt::ForbiddenCursor);
+    moveTo(middleOf(u"C"_s), Qt::LeftButton, Qt::ControlModifier);
+    QCOMPARE(shape(), Qt::DragCopyCursor);
+    moveTo(middleOf(u"C"_s));
+    QCOMPARE(shape(), Qt::DragMoveCursor);
+    // Back on itself: a first child has no previous sibling to be indented under.
+    moveTo(middleOf(u"A"_s));
+    moveTo(middleOf(u"A"_s) + QPoint(20, 0));
+    QCOMPARE(shape(), Qt::ForbiddenCursor);
+    QTest::keyClick(m_fixture->form().treeView, Qt::Key_Escape);
+    QCOMPARE(shape(), Qt::ArrowCursor);
+    QTest::mouseRelease(viewport(), Qt::LeftButton, {}, middleOf(u"A"_s));
 }
 
 void tst_OutlineDragger::theRightButtonAsksAndOffersOnlyAllowedPlaces()
@@ -214,6 +283,52 @@ void tst_OutlineDragger::theRightButtonAsksAndOffersOnlyAllowedPlaces()
     QCOMPARE(dump(), QStringList({u"Root +"_s, u" A +"_s, u"  A1"_s, u" B"_s, u" C +"_s, u"  B <"_s}));
 }
 
+void tst_OutlineDragger::theRightButtonOffersWhatCtrlSays()
+{
+    QString byDefault;
+    choose(u"mnuConfirmCancel"_s, nullptr, &byDefault);
+    drag(u"B"_s, middleOf(u"C"_s), Qt::RightButton, Qt::ControlModifier);
+    QCOMPARE(byDefault, u"mnuConfirmCopyNext"_s);
+    choose(u"mnuConfirmCancel"_s, nullptr, &byDefault);
+    drag(u"B"_s, middleOf(u"A"_s), Qt::RightButton);
+    QCOMPARE(byDefault, u"mnuConfirmMovePrevious"_s);
+    choose(u"mnuConfirmCancel"_s, nullptr, &byDefault);
+    drag(u"B"_s, middleOf(u"Root"_s), Qt::RightButton);
+    QCOMPARE(byDefault, u"mnuConfirmMoveChild"_s);
+}
+
+void tst_OutlineDragger::everyItemOfTheRightButtonsMenuDoesWhatItSays_data()
+{
+    QTest::addColumn<QString>("item");
+    QTest::addColumn<QStringList>("expected");
+    const auto row = [](const QString &item, const QStringList &expected) {
+        QTest::newRow(qPrintable(item)) << item << expected;
+    };
+    row(u"mnuConfirmCopyPrevious"_s, {u"Root +"_s, u" A +"_s, u"  A1"_s, u" B"_s, u" A +<"_s, u"  A1"_s, u" C"_s});
+    row(u"mnuConfirmCopyNext"_s, {u"Root +"_s, u" A +"_s, u"  A1"_s, u" B"_s, u" C"_s, u" A +<"_s, u"  A1"_s});
+    row(u"mnuConfirmCopyChild"_s, {u"Root +"_s, u" A +"_s, u"  A1"_s, u" B"_s, u" C +"_s, u"  A +<"_s, u"   A1"_s});
+    row(u"mnuConfirmMovePrevious"_s, {u"Root +"_s, u" B"_s, u" A +<"_s, u"  A1"_s, u" C"_s});
+    row(u"mnuConfirmMoveNext"_s, {u"Root +"_s, u" B"_s, u" C"_s, u" A +<"_s, u"  A1"_s});
+    row(u"mnuConfirmMoveChild"_s, {u"Root +"_s, u" B"_s, u" C +"_s, u"  A +<"_s, u"   A1"_s});
+}
+
+void tst_OutlineDragger::everyItemOfTheRightButtonsMenuDoesWhatItSays()
+{
+    QFETCH(const QString, item);
+    QFETCH(const QStringList, expected);
+    choose(item);
+    drag(u"A"_s, middleOf(u"C"_s), Qt::RightButton);
+    QCOMPARE(dump(), expected);
+    QVERIFY(!dragState().entry.entry());
+}
+
+void tst_OutlineDragger::theRightButtonOnADescendantAsksNothing()
+{
+    drag(u"A"_s, middleOf(u"A1"_s), Qt::RightButton);
+    QCOMPARE(dump(), QStringList({u"Root +"_s, u" A +<"_s, u"  A1"_s, u" B"_s, u" C"_s}));
+    QCOMPARE(m_fixture->fakes.commands.poppedUp, QStringList());
+}
+
 void tst_OutlineDragger::theRightButtonsCancelLeavesTheTree()
 {
     choose(u"mnuConfirmCancel"_s);
@@ -222,11 +337,27 @@ void tst_OutlineDragger::theRightButtonsCancelLeavesTheTree()
     QVERIFY(!dragState().entry.entry());
 }
 
+void tst_OutlineDragger::theRightButtonOnItselfAsksForIndentOrUnindent_data()
+{
+    QTest::addColumn<QString>("item");
+    QTest::addColumn<QStringList>("expected");
+    QTest::newRow("indent") << u"mnuConfirmIndentRight"_s
+                            << QStringList({u"Root +"_s, u" A +"_s, u"  A1 +"_s, u"   A2 <"_s, u" B"_s});
+    QTest::newRow("unindent") << u"mnuConfirmIndentLeft"_s
+                              << QStringList({u"Root +"_s, u" A +"_s, u"  A1"_s, u" A2 <"_s, u" B"_s});
+    QTest::newRow("cancel") << u"mnuConfirmIndentCancel"_s
+                            << QStringList({u"Root +"_s, u" A +"_s, u"  A1"_s, u"  A2 <"_s, u" B"_s});
+}
+
+// Wherever the pointer went, the menu decides.
 void tst_OutlineDragger::theRightButtonOnItselfAsksForIndentOrUnindent()
 {
-    choose(u"mnuConfirmIndentRight"_s);
-    drag(u"B"_s, middleOf(u"B"_s) + QPoint(10, 0), Qt::RightButton);
-    QCOMPARE(dump(), QStringList({u"Root +"_s, u" A +"_s, u"  A1"_s, u"  B <"_s, u" C"_s}));
+    QFETCH(const QString, item);
+    QFETCH(const QStringList, expected);
+    plant({u"Root +"_s, u" A +"_s, u"  A1"_s, u"  A2"_s, u" B"_s});
+    choose(item);
+    drag(u"A2"_s, middleOf(u"A2"_s) + QPoint(10, 0), Qt::RightButton);
+    QCOMPARE(dump(), expected);
 }
 
 void tst_OutlineDragger::aRightClickShowsTheOutlineMenu()
@@ -244,8 +375,7 @@ void tst_OutlineDragger::theOutlineScrollsNearItsEdge()
     plant(outline);
     QTest::mousePress(viewport(), Qt::LeftButton, {}, middleOf(u"Entry 1"_s));
     const QPoint edge(20, viewport()->height() - 4);
-    QMouseEvent move(QEvent::MouseMove, edge, viewport()->mapToGlobal(edge), Qt::NoButton, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(viewport(), &move);
+    moveTo(edge);
     QTRY_VERIFY(m_fixture->form().treeView->verticalScrollBar()->value() > 3);
     QTest::keyClick(m_fixture->form().treeView, Qt::Key_Escape);
 }
@@ -255,11 +385,31 @@ void tst_OutlineDragger::aClosedEntryUnderARestingPointerOpens()
     plant({u"Root +"_s, u" A"_s, u"  A1"_s, u" B"_s});
     QTest::mousePress(viewport(), Qt::LeftButton, {}, middleOf(u"B"_s));
     const QPoint over = middleOf(u"A"_s);
-    QMouseEvent move(QEvent::MouseMove, over, viewport()->mapToGlobal(over), Qt::NoButton, Qt::LeftButton, {});
-    QCoreApplication::sendEvent(viewport(), &move);
+    moveTo(over);
     const EntryTree &tree = DocumentActive()->tree;
     QTRY_VERIFY(entryLabelled(tree, u"A"_s)->expanded());
     QTest::keyClick(m_fixture->form().treeView, Qt::Key_Escape);
+}
+
+void tst_OutlineDragger::theDraggedEntryItselfStaysClosed()
+{
+    plant({u"Root +"_s, u" A"_s, u" B"_s, u"  B1"_s, u" C"_s, u"  C1"_s});
+    QTest::mousePress(viewport(), Qt::LeftButton, {}, middleOf(u"B"_s));
+    moveTo(middleOf(u"B"_s) + QPoint(10, 0));
+    QTest::qWait(OutlineDragger::openDelay + 100);
+    QVERIFY(!entryLabelled(DocumentActive()->tree, u"B"_s)->expanded());
+    QTest::mouseRelease(viewport(), Qt::LeftButton, {}, middleOf(u"B"_s) + QPoint(10, 0));
+    QCOMPARE(dump(), QStringList({u"Root +"_s, u" A +"_s, u"  B <"_s, u"   B1"_s, u" C"_s, u"  C1"_s}));
+}
+
+void tst_OutlineDragger::dragsOnOneDocumentLeaveTheOthers()
+{
+    const Document &first = *DocumentActive();
+    const QStringList before = dumpOutline(first.tree);
+    plant({u"Other +"_s, u" X"_s, u" Y"_s});
+    drag(u"X"_s, middleOf(u"Y"_s));
+    QCOMPARE(dump(), QStringList({u"Other +"_s, u" Y"_s, u" X <"_s}));
+    QCOMPARE(dumpOutline(first.tree), before);
 }
 
 void tst_OutlineDragger::missingIconsAreReported()
