@@ -325,7 +325,8 @@ void tst_CopyAndTags::deleteTaggedSelectsTheRootWhenTheSelectionGoes()
 void tst_CopyAndTags::aDeclinedDeleteOfTaggedEntriesKeepsThem()
 {
     OutlineFixture fixture({u"Root +"_s, u" A *<"_s});
-    fixture.fakes.dialogs.answers = {Answer::No};
+    fixture.fakes.dialogs.answers = {Answer::No, Answer::Cancel};
+    modOutline::OutlineDeleteTaggedEntries();
     modOutline::OutlineDeleteTaggedEntries();
     QCOMPARE(fixture.dump(), QStringList({u"Root +"_s, u" A *<"_s}));
     QVERIFY(fixture.document().m_bDataChanged);

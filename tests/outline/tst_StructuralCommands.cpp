@@ -22,6 +22,7 @@ private Q_SLOTS:
     void everyCommandMarksTheDocumentChangedEvenWhenItDoesNothing();
     void withNothingSelectedNothingMoves();
     void withoutADocumentNothingHappens();
+    void anInsertedEntryIsSelectedWithItsLabelOpen_data();
     void anInsertedEntryIsSelectedWithItsLabelOpen();
     void anInsertIntoAnEmptyOutlineMakesTheRoot();
     void aMoveCarriesTextTagsAndExpansion();
@@ -101,6 +102,7 @@ void tst_StructuralCommands::commandsChangeTheTree()
     fixture.select(selected);
     command();
     QCOMPARE(fixture.dump(), expected);
+    QVERIFY(fixture.document().m_bDataChanged);
     QCOMPARE(fixture.document().tree.brokenInvariant(), QString());
 }
 
@@ -147,13 +149,24 @@ void tst_StructuralCommands::withoutADocumentNothingHappens()
     QCOMPARE(fakes.pointer.timesHourglass, 0);
 }
 
+void tst_StructuralCommands::anInsertedEntryIsSelectedWithItsLabelOpen_data()
+{
+    QTest::addColumn<Command>("command");
+    QTest::newRow("above") << Command(modOutline::OutlineInsertAbove);
+    QTest::newRow("below") << Command(modOutline::OutlineInsertBelow);
+    QTest::newRow("child") << Command(modOutline::OutlineInsertChild);
+}
+
 void tst_StructuralCommands::anInsertedEntryIsSelectedWithItsLabelOpen()
 {
+    QFETCH(Command, command);
     OutlineFixture fixture(sample);
     fixture.select(u"B"_s);
-    modOutline::OutlineInsertBelow();
+    fixture.fake().text.rtf = "what another entry's text was";
+    command();
     QCOMPARE(fixture.document().tree.selected()->label(), u"New Entry"_s);
     QVERIFY(fixture.fake().outline.editingLabel);
+    QCOMPARE(fixture.fake().text.rtf, QByteArray());
     QVERIFY(fixture.document().m_bDataChanged);
 }
 
