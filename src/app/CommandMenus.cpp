@@ -5,10 +5,6 @@
 
 #include "app/TableText.h"
 
-#include "model/Document.h"
-#include "model/OutlinePane.h"
-#include "model/Ports.h"
-
 #include <QAction>
 #include <QMenu>
 #include <QMenuBar>
@@ -75,14 +71,8 @@ QAction *CommandMenus::makeMenu(const CommandRow &row, QMenuBar &bar)
 void CommandMenus::bind(QAction *action, Routine routine, int argument)
 {
     const auto bound = m_routines.find(routine);
-    if (bound == m_routines.end())
-        return;
-    connect(action, &QAction::triggered, this, [run = bound->second, argument] {
-        // A menu opened with the mouse leaves the focus, and so a label being edited, where it is.
-        if (Document *document = DocumentActive())
-            document->trvOutline.EndLabelEdit();
-        run(argument);
-    });
+    if (bound != m_routines.end())
+        connect(action, &QAction::triggered, this, [run = bound->second, argument] { run(argument); });
 }
 
 bool CommandMenus::isBound(const CommandRow &row) const

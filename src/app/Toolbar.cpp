@@ -169,9 +169,6 @@ void Toolbar::drawIcons()
 void Toolbar::tbToolBar_ButtonClick(std::size_t row)
 {
     procedure("frmMain tbToolBar_ButtonClick", [&] {
-        // Clicking takes no focus away, so a label being edited would otherwise stay open over the changed outline.
-        if (Document *document = DocumentActive())
-            document->trvOutline.EndLabelEdit();
         const auto routine = m_routines.find(toolbarTable[row].routine);
         if (routine != m_routines.end())
             routine->second(toolbarTable[row].argument);

@@ -15,6 +15,7 @@
 #include "app/modHelp.h"
 #include "app/modMain.h"
 #include "model/Globals.h"
+#include "model/OutlinePane.h"
 #include "model/modDoc.h"
 #include "text/modEdit.h"
 #include "util/FullPath.h"
@@ -46,6 +47,20 @@ QList<QRect> freeScreenAreas()
     return areas;
 }
 
+// Menus opened with the mouse and buttons take no focus away, so a label being edited would otherwise stay open over
+// the changed outline.
+BoundRoutines endingLabelEdit(BoundRoutines routines)
+{
+    for (auto &[routine, run] : routines) {
+        run = [run = std::move(run)](int argument) {
+            if (Document *document = DocumentActive())
+                document->trvOutline.EndLabelEdit();
+            run(argument);
+        };
+    }
+    return routines;
+}
+
 } // namespace
 
 frmMain::frmMain(QWidget *parent)
@@ -66,7 +81,7 @@ frmMain::frmMain(QWidget *parent)
             [this](QMdiSubWindow *window) { frameActivated(qobject_cast<DocumentFrame *>(window)); });
 
     menuBar()->setObjectName(u"menuBar"_s);
-    const BoundRoutines routines = boundRoutines(*this, *m_area);
+    const BoundRoutines routines = endingLabelEdit(boundRoutines(*this, *m_area));
     m_menus = new CommandMenus(*menuBar(), routines);
     m_toolbar = new Toolbar(routines);
     addToolBar(m_toolbar);
