@@ -49,7 +49,7 @@ void typing(benchmark::State &state)
     const auto characters = static_cast<qsizetype>(state.range(0));
     MainFixture program;
     program.start();
-    program.main.resize(1200, 800);
+    program.main.resize(1000, 700);
     program.choose("mnuFileNew");
     Document &document = *DocumentActive();
     Entry *root = document.tree.root();
