@@ -5,6 +5,7 @@
 
 #include "model/SealedDocument.h"
 #include "platform/LineFilter.h"
+#include "rtf/Looks.h"
 #include "rtf/PlainText.h"
 #include "rtf/Rtf.h"
 #include "util/AnsiCodec.h"
@@ -67,6 +68,8 @@ void PageFormatter::layOut(QPaintDevice &device, const QSizeF &size, const Place
         goOnBelow(*above);
     m_document->documentLayout()->setPaintDevice(&device);
     m_document->setPageSize(size);
+    finishLayout();
+    keepWithNext();
     m_length = offsetOf(m_document->characterCount());
     findPages();
 }
@@ -87,6 +90,58 @@ void PageFormatter::goOnBelow(const Place &above)
     format.setBottomMargin((above.distance + half) / m_scale);
     cursor.setBlockFormat(format);
     m_isGoingOn = true;
+    m_beginsOnTop = above.y <= 0;
+}
+
+// The layout works ahead by small steps only, unless somebody asks how many pages there are.
+void PageFormatter::finishLayout()
+{
+    m_document->documentLayout()->pageCount();
+}
+
+// Moves paragraphs that are to stay with the next one to its page: headings do not stand at a page's foot. Where that
+// would leave much of the page empty, they stay.
+void PageFormatter::keepWithNext()
+{
+    const qreal mostEmpty = m_document->pageSize().height() / 4;
+    QTextBlock block = m_document->begin();
+    if (m_isGoingOn)
+        block = block.next();
+    QTextBlock first; // of those in a row that stay with the next
+    for (; block.isValid() && block.next().isValid(); block = block.next()) {
+        if (!rtf::staysWithNext(block.blockFormat())) {
+            first = QTextBlock();
+            continue;
+        }
+        if (!first.isValid())
+            first = block;
+        const QTextBlock before = m_beginsOnTop && first.blockNumber() == 1 ? QTextBlock() : first.previous();
+        if (sheetOf(lineTop(block.next(), 0)) == sheetOf(lineTop(block, block.layout()->lineCount() - 1)) ||
+            !before.isValid())
+            continue;
+        const qreal top = lineTop(first, 0);
+        if (sheetOf(top) == sheetOf(lineTop(before, before.layout()->lineCount() - 1)) &&
+            sheetOf(top) == sheetOf(lineTop(block, 0)) && lineTop(block, 0) - top < mostEmpty) {
+            QTextCursor cursor(first);
+            QTextBlockFormat format = first.blockFormat();
+            format.setPageBreakPolicy(QTextFormat::PageBreak_AlwaysBefore);
+            cursor.setBlockFormat(format);
+            finishLayout();
+        }
+        first = QTextBlock();
+    }
+}
+
+// Where a line stands, from the top of the first sheet.
+qreal PageFormatter::lineTop(const QTextBlock &block, int line) const
+{
+    const QTextLine place = block.layout()->lineAt(std::max(0, line));
+    return m_document->documentLayout()->blockBoundingRect(block).top() + (place.isValid() ? place.y() : 0);
+}
+
+int PageFormatter::sheetOf(qreal y) const
+{
+    return static_cast<int>(std::floor(y / m_document->pageSize().height()));
 }
 
 PageFormatter::Place PageFormatter::end() const
@@ -168,7 +223,6 @@ void PageFormatter::findPages()
 {
     const qreal height = m_document->pageSize().height();
     QAbstractTextDocumentLayout &layout = *m_document->documentLayout();
-    layout.documentSize();
     std::map<int, int> starts; // by page of the layout
     const QTextBlock first = m_document->begin();
     for (QTextBlock block = m_isGoingOn ? first.next() : first; block.isValid(); block = block.next()) {

@@ -63,7 +63,11 @@ private:
     void layOut(QPaintDevice &device, const QSizeF &size, const Place *above);
     void fitPictures(const QSizeF &size);
     void goOnBelow(const Place &above);
+    void finishLayout();
+    void keepWithNext();
     int offsetOf(int position) const;
+    qreal lineTop(const QTextBlock &block, int line) const;
+    int sheetOf(qreal y) const;
     void scaleIndents(qreal factor);
     void findPages();
 
@@ -72,6 +76,7 @@ private:
     // The device's pixels to one of the document's.
     qreal m_scale = 1;
     bool m_isGoingOn = false;
+    bool m_beginsOnTop = false;
     // Where each page's first line begins.
     std::vector<int> m_starts;
     // Which pages of the layout those are: one that no line begins on, inside a tall picture, counts for nothing.

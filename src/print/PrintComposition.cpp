@@ -5,6 +5,7 @@
 
 #include "model/Document.h"
 #include "model/StoredText.h"
+#include "rtf/Looks.h"
 #include "rtf/Rtf.h"
 #include "util/AnsiCodec.h"
 #include "util/Procedure.h"
@@ -47,6 +48,19 @@ QTextCursor freeParagraph(QTextDocument &document, bool isLastFree)
         cursor.insertBlock(QTextBlockFormat(), QTextCharFormat());
     }
     return cursor;
+}
+
+// How many characters a piece may become longer than it should.
+constexpr qsizetype mostMore = 20000;
+
+// Whether a piece may end here: what stays with the next paragraph does not end one, within bounds.
+bool isLongEnough(const QTextDocument &document, bool isLastFree, qsizetype characters)
+{
+    const qsizetype length = document.characterCount();
+    if (length <= characters)
+        return false;
+    const QTextBlock last = isLastFree ? document.lastBlock().previous() : document.lastBlock();
+    return !last.isValid() || !rtf::staysWithNext(last.blockFormat()) || length - characters > mostMore;
 }
 
 // Takes the empty paragraph at the end away; the one before stays as it is.
@@ -97,7 +111,7 @@ const Entry *PrintComposition::compose(QTextDocument &document, const Entry *fro
     whole.beginEditBlock();
     bool isLastFree = true;
     const Entry *entry = from;
-    while (entry && document.characterCount() <= characters) {
+    while (entry && !isLongEnough(document, isLastFree, characters)) {
         if (!entry->label().isEmpty()) {
             QTextCursor cursor = freeParagraph(document, isLastFree);
             addHeading(cursor, entry, entry == m_top);
@@ -124,6 +138,7 @@ void PrintComposition::addHeading(QTextCursor &cursor, const Entry *entry, bool 
         ++depth;
     QTextBlockFormat paragraph;
     paragraph.setProperty(headingProperty, true);
+    rtf::setStaysWithNext(paragraph);
     paragraph.setTopMargin(isFirst ? 0 : spaceAboveHeading);
     paragraph.setBottomMargin(spaceBelowHeading);
     QTextCharFormat characters;

@@ -106,6 +106,10 @@ QTextBlockFormat blockFormat(const ParaLook &look, bool isInList);
 // The indent is what lists and block indents add to the margin, in pixels.
 ParaLook paraLook(const QTextBlockFormat &format, bool isInList, qreal indent);
 
+// Whether a paragraph is to be on the page of the one behind it (\keepn).
+bool staysWithNext(const QTextBlockFormat &format);
+void setStaysWithNext(QTextBlockFormat &format);
+
 QTextListFormat listFormat(const ListLook &look);
 ListLook listLook(const QTextListFormat &format);
 

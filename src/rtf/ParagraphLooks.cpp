@@ -383,4 +383,14 @@ ListLook listLook(const QTextListFormat &format)
     return look;
 }
 
+bool staysWithNext(const QTextBlockFormat &format)
+{
+    return (static_cast<quint32>(format.intProperty(ParagraphFlagsProperty)) & KeepNext) != 0;
+}
+
+void setStaysWithNext(QTextBlockFormat &format)
+{
+    format.setProperty(ParagraphFlagsProperty, format.intProperty(ParagraphFlagsProperty) | int(KeepNext));
+}
+
 } // namespace rtf

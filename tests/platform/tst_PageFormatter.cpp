@@ -45,6 +45,8 @@ private Q_SLOTS:
     void indentsAreAsWideOnPaper();
     void distancesAreAsTallOnPaper();
     void picturesLargerThanAPageAreMadeToFit();
+    void whatStaysWithTheNextGoesToItsPage();
+    void aRowOfHeadingsLeavesNoPageEmpty();
     void namesOfFilesAreNotFollowed();
 
 private:
@@ -275,6 +277,39 @@ void TestPageFormatter::picturesLargerThanAPageAreMadeToFit()
         ++count;
     }
     QCOMPARE(count, pages.pageCount());
+}
+
+void TestPageFormatter::whatStaysWithTheNextGoesToItsPage()
+{
+    const auto text = [](int before, const QByteArray &heading) {
+        return "{\\rtf1 " + QByteArray("x\\par ").repeated(before) + "\\pard" + heading + " H\\par\\pard T\\par y}";
+    };
+    // As many lines as leave one more on the page.
+    int before = 1;
+    while (PageFormatter("{\\rtf1 " + QByteArray("x\\par ").repeated(before + 1) + "y}", QFont(), *m_device, pageSize)
+               .pageCount() == 1) {
+        ++before;
+    }
+    const int headingStart = before * 3;
+    const PageFormatter loose(text(before, ""), QFont(), *m_device, pageSize);
+    QCOMPARE(loose.firstCharacter(1), headingStart + 3);
+    const PageFormatter kept(text(before, "\\keepn"), QFont(), *m_device, pageSize);
+    QCOMPARE(kept.pageCount(), 2);
+    QCOMPARE(kept.firstCharacter(1), headingStart);
+    // Two in a row go together.
+    const PageFormatter two(text(before - 1, "\\keepn G\\par"), QFont(), *m_device, pageSize);
+    QCOMPARE(two.firstCharacter(1), headingStart - 3);
+    // With room for the next paragraph it stays.
+    const PageFormatter room(text(before - 1, "\\keepn"), QFont(), *m_device, pageSize);
+    QCOMPARE(room.firstCharacter(1), headingStart + 3);
+}
+
+void TestPageFormatter::aRowOfHeadingsLeavesNoPageEmpty()
+{
+    const QByteArray many = "{\\rtf1\\keepn " + QByteArray("H\\par ").repeated(500) + "}";
+    const QByteArray loose = QByteArray(many).replace("\\keepn", "");
+    QCOMPARE(PageFormatter(many, QFont(), *m_device, pageSize).pageCount(),
+             PageFormatter(loose, QFont(), *m_device, pageSize).pageCount());
 }
 
 void TestPageFormatter::namesOfFilesAreNotFollowed()
