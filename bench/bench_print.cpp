@@ -4,8 +4,8 @@
 // Printing a whole document to a PDF file: beside Qt laying out and painting the same text in one piece, and how cost
 // and memory grow with the number of entries.
 
+#include "model/SealedDocument.h"
 #include "model/StoredText.h"
-#include "platform/SealedDocument.h"
 #include "print/PrintComposition.h"
 #include "print/PrintRTF.h"
 #include "support/FakeDocument.h"
