@@ -5,8 +5,6 @@
 
 #include "app/TableText.h"
 #include "app/ToolbarIcon.h"
-#include "model/Document.h"
-#include "model/OutlinePane.h"
 #include "model/Ports.h"
 #include "util/Procedure.h"
 
