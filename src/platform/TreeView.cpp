@@ -302,7 +302,27 @@ void TreeView::setFocus()
 
 void TreeView::scrollTo(const QModelIndex &index, ScrollHint hint)
 {
-    QTreeView::scrollTo(nearestShown(index), hint);
+    const QModelIndex shown = nearestShown(index);
+    const int position = horizontalScrollBar()->value();
+    QTreeView::scrollTo(shown, hint);
+    if (shown.isValid() && !isRightToLeft())
+        scrollSideways(shown, position);
+}
+
+// Qt shows the row's beginning, which in a deep branch is empty. This shows the label, or as much of it as fills half
+// the pane, and leaves the position alone where that is to be seen.
+void TreeView::scrollSideways(const QModelIndex &index, int position)
+{
+    QScrollBar *bar = horizontalScrollBar();
+    const int left = visualRect(index).left() + bar->value();
+    const int width = viewport()->width();
+    const int right = left + std::min(sizeHintForIndex(index).width(), width / 2);
+    const int wanted = std::min(std::max(position, right - width), std::max(0, left - indentation()));
+    if (wanted > bar->maximum()) {
+        fitColumn(right);
+        QTreeView::updateGeometries();
+    }
+    bar->setValue(wanted);
 }
 
 // The row itself, or the head of the outermost closed branch around it.

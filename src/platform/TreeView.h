@@ -51,7 +51,7 @@ public:
     void setFocus() override;
     using QWidget::setFocus;
 
-    // Never opens a closed branch: a row hidden in one scrolls to the branch's head.
+    // Never opens a closed branch: a row hidden in one scrolls to the branch's head. Sideways, to its label.
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
 
 Q_SIGNALS:
@@ -91,6 +91,7 @@ private:
     void userMovedTo(Entry *entry);
     void openWaitingEditor();
     void fitColumn(int atLeast);
+    void scrollSideways(const QModelIndex &index, int position);
     QModelIndex nearestShown(const QModelIndex &index) const;
     void applyLabelEdit(const QModelIndex &index, const QString &label);
 

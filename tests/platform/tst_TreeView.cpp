@@ -128,6 +128,8 @@ private Q_SLOTS:
     void tabLeavesThePane();
     void aHiddenPaneKeepsFocusAndScrollsWhenShown();
     void scrollToShowsTheRow();
+    void aDeepEntryIsScrolledToSideways();
+    void aClickKeepsTheSidewaysPosition();
     void theFontIsThatOfTheRows();
     void hitTestFindsTheEntryOfARow();
     void filesDroppedAreLeftToTheWindow();
@@ -698,6 +700,51 @@ void tst_TreeView::scrollToShowsTheRow()
     m_view->ScrollTo(last);
     QVERIFY(m_view->viewport()->rect().intersects(m_view->visualRect(m_tree->indexOf(last))));
     m_view->ScrollTo(nullptr);
+}
+
+void tst_TreeView::aDeepEntryIsScrolledToSideways()
+{
+    Entry *deep = nullptr;
+    for (int level = 0; level < 60; ++level) {
+        deep = m_tree->insert(Relationship::tvwChild, deep);
+        m_tree->setLabel(deep, u"Level %1"_s.arg(level));
+        m_tree->setExpanded(deep, true);
+    }
+    const auto shows = [this](const Entry *entry) {
+        const QRect row = m_view->visualRect(m_tree->indexOf(entry));
+        const int width = m_view->sizeHintForIndex(m_tree->indexOf(entry)).width();
+        return row.left() >= 0 && row.left() + width <= m_view->viewport()->width();
+    };
+    m_view->ScrollTo(deep);
+    QVERIFY(shows(deep));
+    m_tree->select(deep);
+    press(Qt::Key_Up);
+    QVERIFY(shows(deep->parent()));
+    m_view->ScrollTo(m_tree->root());
+    QVERIFY(shows(m_tree->root()));
+    QCOMPARE(m_view->horizontalScrollBar()->value(), 0);
+    // While the pane is hidden too.
+    m_view->setPaneVisible(false);
+    m_view->ScrollTo(deep);
+    m_view->setPaneVisible(true);
+    QVERIFY(shows(deep));
+}
+
+void tst_TreeView::aClickKeepsTheSidewaysPosition()
+{
+    build(*m_tree, garden);
+    m_tree->setLabel(entry(u"Oak"_s), QString(300, u'x'));
+    QCoreApplication::processEvents();
+    QScrollBar *bar = m_view->horizontalScrollBar();
+    QVERIFY(bar->maximum() > 100);
+    bar->setValue(10);
+    click(labelPoint(u"Tools"_s));
+    QCOMPARE(m_tree->selected(), entry(u"Tools"_s));
+    QCOMPARE(bar->value(), 10);
+    // Nor does a label that the pane is too narrow for move it.
+    click(labelPoint(QString(300, u'x')));
+    QCOMPARE(m_tree->selected()->label(), QString(300, u'x'));
+    QCOMPARE(bar->value(), 10);
 }
 
 void tst_TreeView::theFontIsThatOfTheRows()
