@@ -3,9 +3,8 @@
 
 #include "model/EntryText.h"
 
-#include "model/SealedDocument.h"
-#include "model/StoredText.h"
 #include "rtf/CharChange.h"
+#include "rtf/PlainText.h"
 #include "rtf/Rtf.h"
 #include "util/AnsiCodec.h"
 
@@ -20,21 +19,53 @@ void readEntryText(const QByteArray &text, QTextDocument &document)
         document.setPlainText(AnsiCodec::toText(text));
 }
 
-QByteArray changedText(const QByteArray &storedText, const rtf::CharChange &change, const QFont &base)
+void replaceText(QTextDocument &document, const std::vector<TextReplacement> &replacements)
 {
-    const QByteArray text = NodeTextDecompressIfRequired(storedText);
-    if (isUninflated(text, storedText))
-        return {};
-    SealedDocument document;
-    document.setUndoRedoEnabled(false);
-    document.setDefaultFont(base);
-    readEntryText(text, document);
-    QTextCursor all(&document);
+    QTextCursor cursor(&document);
+    cursor.beginEditBlock();
+    // From the end on, so that the places of those before stay right.
+    for (auto each = replacements.crbegin(); each != replacements.crend(); ++each) {
+        const int start = rtf::documentPosition(document, each->start);
+        cursor.setPosition(start + 1);
+        QTextCharFormat format = cursor.charFormat();
+        format.clearProperty(QTextFormat::ObjectType);
+        cursor.setPosition(start);
+        cursor.setPosition(rtf::documentPosition(document, each->start + each->length), QTextCursor::KeepAnchor);
+        cursor.removeSelectedText();
+        cursor.insertText(each->text, format);
+    }
+    cursor.endEditBlock();
+}
+
+EntryText::EntryText(const QByteArray &text, const QFont &base)
+{
+    m_document.setUndoRedoEnabled(false);
+    m_document.setDefaultFont(base);
+    readEntryText(text, m_document);
+}
+
+QString EntryText::plainText() const
+{
+    return rtf::plainText(m_document);
+}
+
+void EntryText::change(const rtf::CharChange &change)
+{
+    QTextCursor all(&m_document);
     all.select(QTextCursor::Document);
     if (all.hasSelection())
         change.applyTo(all);
-    // What is typed into an empty first paragraph looks like the paragraph's mark, which no selection can hold.
-    if (const QTextBlock first = document.begin(); first.length() == 1)
+    // The mark of the first paragraph is in no selection.
+    if (const QTextBlock first = m_document.begin(); first.length() == 1)
         QTextCursor(first).setBlockCharFormat(change.appliedTo(first.charFormat()));
-    return NodeTextCompressIfRequired(rtf::write(document));
+}
+
+void EntryText::replace(const std::vector<TextReplacement> &replacements)
+{
+    replaceText(m_document, replacements);
+}
+
+QByteArray EntryText::toRtf() const
+{
+    return rtf::write(m_document);
 }

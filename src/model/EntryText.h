@@ -3,20 +3,48 @@
 
 #pragma once
 
-#include <QByteArray>
+#include "model/SealedDocument.h"
 
-class QFont;
-class QTextDocument;
+#include <QByteArray>
+#include <QString>
+
+#include <vector>
 
 namespace rtf
 {
 class CharChange;
 }
 
-// Entry texts without the text pane: read, changed and stored with the same result as by way of the pane.
+// A stretch of a text, in offsets of its plain characters, and what takes its place.
+struct TextReplacement {
+    int start;
+    int length;
+    QString text;
+
+    bool operator==(const TextReplacement &) const = default;
+};
 
 // Fills an empty document with an entry's text: rich text, or characters (see AnsiCodec).
 void readEntryText(const QByteArray &text, QTextDocument &document);
 
-// The stored form of a text with all its characters changed, shown in a base font; empty for a damaged one.
-QByteArray changedText(const QByteArray &storedText, const rtf::CharChange &change, const QFont &base);
+// Makes replacements, which must be in order and apart, and lie within paragraphs. Each new text looks like the
+// beginning of what it replaces. One step of undo.
+void replaceText(QTextDocument &document, const std::vector<TextReplacement> &replacements);
+
+// An entry's text apart from the text pane, which makes the same of it at many times the cost.
+class EntryText
+{
+public:
+    // The base font is that of what names none.
+    EntryText(const QByteArray &text, const QFont &base);
+
+    // The characters as the text pane counts them.
+    QString plainText() const;
+    // Changes all characters, and how those look that are typed into an empty first paragraph.
+    void change(const rtf::CharChange &change);
+    void replace(const std::vector<TextReplacement> &replacements);
+    QByteArray toRtf() const;
+
+private:
+    SealedDocument m_document;
+};

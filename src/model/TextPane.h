@@ -10,6 +10,9 @@
 
 #include <functional>
 #include <optional>
+#include <vector>
+
+struct TextReplacement;
 
 // The rich-text pane of a document window as the core sees it. Offsets count UTF-16 units of Text(), in which a
 // paragraph break is the two characters CR LF and a line break within a paragraph one, so that Text().mid(SelStart(),
@@ -36,6 +39,8 @@ public:
     // Replaces the selected text, each stretch of one look by what `map` makes of it, in order, and leaves the caret
     // behind it. A stretch of line breaks is shown to `map` but stays.
     virtual void mapSelText(const std::function<QString(const QString &)> &map) = 0;
+    // Makes replacements (see EntryText.h) as one step of undo.
+    virtual void replaceText(const std::vector<TextReplacement> &replacements) = 0;
     // What is changed between these two is one step of undo. They nest; see EditGroup.
     virtual void beginEditGroup() = 0;
     virtual void endEditGroup() = 0;

@@ -51,19 +51,21 @@ void clsFont::SetFont(QFont &font) const
 
 void clsFont::SetRTFSelFont(TextPane &pane) const
 {
-    const EditGroup oneStep(pane);
     const int start = pane.SelStart();
     const int length = pane.SelLength();
     pane.setSelStart(0);
     pane.setSelLength(static_cast<int>(pane.Text().size()));
-    pane.setSelBold(m_bBold);
-    pane.setSelItalic(m_bItalic);
-    if (!m_sName.isEmpty())
-        pane.setSelFontName(m_sName);
-    if (m_cySize > 0)
-        pane.setSelFontSize(points());
-    pane.setSelStrikeThru(m_bStrikeThrough);
-    pane.setSelUnderline(m_bUnderline);
+    {
+        const EditGroup oneStep(pane);
+        pane.setSelBold(m_bBold);
+        pane.setSelItalic(m_bItalic);
+        if (!m_sName.isEmpty())
+            pane.setSelFontName(m_sName);
+        if (m_cySize > 0)
+            pane.setSelFontSize(points());
+        pane.setSelStrikeThru(m_bStrikeThrough);
+        pane.setSelUnderline(m_bUnderline);
+    }
     pane.setSelStart(start);
     pane.setSelLength(length);
 }

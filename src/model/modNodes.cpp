@@ -9,6 +9,7 @@
 #include "model/Globals.h"
 #include "model/OutlinePane.h"
 #include "model/Ports.h"
+#include "model/StoredText.h"
 #include "model/TextPane.h"
 #include "rtf/CharChange.h"
 #include "util/Procedure.h"
@@ -295,9 +296,13 @@ void NodeSetFontAll(Document &document, Entry *entry, const clsFont &font)
         // Showing each text in the pane would cost many times as much.
         const rtf::CharChange change = font.asChange();
         for (Entry *each = entry; each; each = nextInOutline(each, entry)) {
-            if (const QByteArray changed = changedText(document.tree.storedText(each), change, base);
-                !changed.isEmpty())
-                document.tree.setStoredText(each, changed);
+            const QByteArray storedText = document.tree.storedText(each);
+            const QByteArray text = NodeTextDecompressIfRequired(storedText);
+            if (isUninflated(text, storedText))
+                continue;
+            EntryText changed(text, base);
+            changed.change(change);
+            document.tree.setStoredText(each, NodeTextCompressIfRequired(changed.toRtf()));
         }
     });
 }

@@ -161,7 +161,8 @@ QString RichTextBox::Text() const
 {
     if (!m_textKnown) {
         m_text = rtf::plainText(*document());
-        m_textKnown = true;
+        // A group of changes is announced at its end.
+        m_textKnown = m_editGroups == 0;
     }
     return m_text;
 }
@@ -254,14 +255,22 @@ void RichTextBox::mapSelText(const std::function<QString(const QString &)> &map)
     setTextCursor(cursor);
 }
 
+void RichTextBox::replaceText(const std::vector<TextReplacement> &replacements)
+{
+    ::replaceText(*document(), replacements);
+}
+
 void RichTextBox::beginEditGroup()
 {
+    ++m_editGroups;
+    m_textKnown = false;
     QTextCursor(document()).beginEditBlock();
 }
 
 void RichTextBox::endEditGroup()
 {
     QTextCursor(document()).endEditBlock();
+    --m_editGroups;
 }
 
 void RichTextBox::clearText()

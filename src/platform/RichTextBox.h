@@ -30,6 +30,7 @@ public:
     // CR LF (or CR) begins a new paragraph, a lone LF a new line within the paragraph, as in Text().
     void setSelText(const QString &text) override;
     void mapSelText(const std::function<QString(const QString &)> &map) override;
+    void replaceText(const std::vector<TextReplacement> &replacements) override;
     void beginEditGroup() override;
     void endEditGroup() override;
     void clearText() override;
@@ -112,6 +113,7 @@ private:
     bool m_paneVisible = true;
     mutable QString m_text;
     mutable bool m_textKnown = false;
+    int m_editGroups = 0;
     std::optional<Noted> m_noted;
     bool m_loading = false;
 };

@@ -11,6 +11,7 @@
 #include "model/TextPane.h"
 #include "model/modNodes.h"
 #include "rtf/Rtf.h"
+#include "search/SearchSteps.h"
 #include "util/Procedure.h"
 #include "util/modString.h"
 
@@ -31,12 +32,6 @@ public:
     SearchModeScope &operator=(const SearchModeScope &) = delete;
 };
 
-int findOptions()
-{
-    return (g_bSearchMatchCase ? TextPane::MatchCase : 0) | (g_bSearchWholeWord ? TextPane::WholeWord : 0) |
-           (g_bSearchBackwards ? TextPane::NoHighlight : 0);
-}
-
 void openDialog(const char *name, qint16 mode)
 {
     procedure(name, [mode] {
@@ -46,7 +41,8 @@ void openDialog(const char *name, qint16 mode)
             const SearchModeScope scope(mode);
             searchPorts().showDialog();
         }
-        modNodes::NodeTextGetSelected();
+        if (Document *document = DocumentActive())
+            showSelectedText(*document);
     });
 }
 
@@ -69,17 +65,44 @@ bool searchBackwards(TextPane &pane)
 }
 
 // Whether a text that comes into the pane anew would be found in. Backwards it never is: the search begins at its
-// start. Texts are looked at in their stored form, because showing each of them costs many times as much.
+// start.
 bool mayMatch(const Document &document, const Entry *entry)
 {
-    if (g_bSearchBackwards)
-        return false;
-    const QByteArray text = NodeTextDecompressIfRequired(document.tree.storedText(entry));
+    return !g_bSearchBackwards && mayHoldMatch(NodeTextDecompressIfRequired(document.tree.storedText(entry)));
+}
+
+} // namespace
+
+int findOptions()
+{
+    return (g_bSearchMatchCase ? TextPane::MatchCase : 0) | (g_bSearchWholeWord ? TextPane::WholeWord : 0) |
+           (g_bSearchBackwards ? TextPane::NoHighlight : 0);
+}
+
+QString replacementOf(const QString &match)
+{
+    QString replacement = g_sSearchReplace;
+    const bool isOneWord = !replacement.isEmpty() && !replacement.contains(u' ');
+    if (isOneWord && !g_bSearchMatchCase && modString::StringUpperCaseAlpha(match.left(1)))
+        replacement[0] = replacement[0].toUpper();
+    return replacement;
+}
+
+bool mayHoldMatch(const QByteArray &text)
+{
     // What is no rich text takes the long way.
     return !rtf::isRtf(text) || findText(rtf::toPlainText(text), g_sSearchFind, 0, -1, findOptions()) >= 0;
 }
 
-} // namespace
+void showSelectedText(Document &document)
+{
+    const Entry *selected = document.tree.selected();
+    TextPane &pane = document.txtRTF;
+    if (selected && NodeTextDecompressIfRequired(document.tree.storedText(selected)) == pane.TextRTF())
+        pane.setSelStart(0);
+    else
+        modNodes::NodeTextGetSelected();
+}
 
 SearchPorts &searchPorts()
 {
@@ -132,17 +155,6 @@ void SearchPerformReplace()
             SearchReplaceText();
         else if (g_sSearchScope == u"2")
             SearchReplaceLabel();
-    });
-}
-
-void SearchReplaceAll()
-{
-    procedure("modSearch SearchReplaceAll", [] {
-        if (g_sSearchFind.isEmpty() || replacementHoldsExpression())
-            return;
-        do {
-            SearchPerformReplace();
-        } while (SearchPerform());
     });
 }
 
@@ -231,7 +243,7 @@ bool SearchAllTexts()
         if (found)
             SearchNodeSelect(found);
         else
-            modNodes::NodeTextGetSelected();
+            showSelectedText(*document);
         return found != nullptr;
     });
 }
@@ -244,11 +256,7 @@ void SearchReplaceText()
             return;
         TextPane &pane = document->txtRTF;
         const int start = pane.SelStart();
-        QString replacement = g_sSearchReplace;
-        const bool isOneWord = !replacement.contains(u' ');
-        if (isOneWord && !g_bSearchMatchCase && modString::StringUpperCaseAlpha(pane.SelText().left(1)) &&
-            !replacement.isEmpty())
-            replacement[0] = replacement[0].toUpper();
+        const QString replacement = replacementOf(pane.SelText());
         pane.setSelText(replacement);
         pane.setSelStart(start);
         pane.setSelLength(static_cast<int>(replacement.size()));

@@ -41,6 +41,12 @@ private Q_SLOTS:
     void replacingInALabel_data();
     void replacingInALabel();
     void replaceAllInAText();
+    void wordsBesideAReplacementAreSeenAsTheyAreThen();
+    void replacingAllIsOneStepToUndo();
+    void replacingOutlivesTheDialogAsAStepToUndo();
+    void undoNeverLeavesTheEntry();
+    void replaceAllThatWouldNeverEndEnds();
+    void replaceAllLeavesDamagedTexts();
     void replaceAllInAllTexts();
     void replaceAllInLabels();
     void aReplacementThatHoldsTheExpressionEnds();
@@ -353,6 +359,115 @@ void tst_modSearch::replaceAllInAText()
     // Nothing was selected, so that the first step replaces nothing and finds.
     QCOMPARE(f.textOf(root), u"Dog, dog\r\ndog"_s);
     QCOMPARE(f.fake.dialogs.notices.size(), 1);
+}
+
+void tst_modSearch::wordsBesideAReplacementAreSeenAsTheyAreThen()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, u"xab"_s);
+    g_sSearchFind = u"ab"_s;
+    g_sSearchScope = u"1"_s;
+    g_bSearchWholeWord = true;
+    for (const auto &[text, replacement, expected] :
+         {std::tuple(u"xab"_s, u"-"_s, u"--"_s), std::tuple(u"-ab"_s, u"x"_s, u"xab"_s)}) {
+        f.document.tree.setStoredText(root, NodeTextCompressIfRequired(SearchFixture::rtf(text)));
+        modNodes::NodeSelectFull(f.document, root);
+        f.select(0, 1);
+        g_sSearchReplace = replacement;
+        modSearch::SearchReplaceAll();
+        QCOMPARE(f.textOf(root), expected);
+    }
+}
+
+void tst_modSearch::replacingAllIsOneStepToUndo()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, u"cat, cat\ncat"_s);
+    modNodes::NodeSelectFull(f.document, root);
+    const QByteArray before = f.box.TextRTF();
+    f.select(5, 3);
+    g_sSearchFind = u"cat"_s;
+    g_sSearchReplace = u"dog"_s;
+    for (const QString &scope : {u"0"_s, u"1"_s}) {
+        g_sSearchScope = scope;
+        modSearch::SearchReplaceAll();
+        QVERIFY(f.box.Text().contains(u"dog\r\ndog"_s));
+        f.box.undo();
+        QCOMPARE(f.box.TextRTF(), before);
+        QVERIFY(!f.box.document()->isUndoAvailable());
+        f.select(5, 3);
+    }
+}
+
+void tst_modSearch::replacingOutlivesTheDialogAsAStepToUndo()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, u"one cat"_s);
+    modNodes::NodeSelectFull(f.document, root);
+    searchPorts().showDialog = [] {
+        g_sSearchFind = u"cat"_s;
+        g_sSearchReplace = u"dog"_s;
+        modSearch::SearchPerform();
+        modSearch::SearchPerformReplace();
+    };
+    modSearch::SearchReplace();
+    QCOMPARE(f.box.Text(), u"one dog"_s);
+    QCOMPARE(f.box.SelLength(), 0);
+    f.box.undo();
+    QCOMPARE(f.box.Text(), u"one cat"_s);
+    QCOMPARE(f.textOf(root), u"one cat"_s);
+}
+
+void tst_modSearch::undoNeverLeavesTheEntry()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, u"a cat"_s);
+    Entry *child = f.add(root, u"Child"_s, u"a cat"_s);
+    modNodes::NodeSelectFull(f.document, root);
+    g_sSearchFind = u"cat"_s;
+    g_sSearchReplace = u"dog"_s;
+    g_sSearchScope = u"1"_s;
+    modSearch::SearchReplaceAll();
+    QCOMPARE(f.document.tree.selected(), child);
+    QVERIFY(!f.box.document()->isUndoAvailable());
+    QCOMPARE(f.box.Text(), u"a dog"_s);
+}
+
+void tst_modSearch::replaceAllThatWouldNeverEndEnds()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, u"ab"_s);
+    Entry *child = f.add(root, u"Child"_s, u"aab"_s);
+    g_sSearchFind = u"ab"_s;
+    g_sSearchReplace = u"ba"_s;
+    for (const QString &scope : {u"0"_s, u"1"_s}) {
+        g_sSearchScope = scope;
+        modNodes::NodeSelectFull(f.document, child);
+        modSearch::SearchReplaceAll();
+        QCOMPARE(f.textOf(child), u"baa"_s);
+    }
+    // Each replacement makes more matches than it takes away.
+    g_sSearchReplace = u"bbaa"_s;
+    f.document.tree.setStoredText(child, NodeTextCompressIfRequired(SearchFixture::rtf(u"aab"_s)));
+    g_sSearchScope = u"0"_s;
+    modNodes::NodeSelectFull(f.document, child);
+    modSearch::SearchReplaceAll();
+    QVERIFY(f.box.Text().size() > 3);
+}
+
+void tst_modSearch::replaceAllLeavesDamagedTexts()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, u"a cat"_s);
+    Entry *child = f.add(root, u"Child"_s, {});
+    f.document.tree.setStoredText(child, "12,cat");
+    modNodes::NodeSelectFull(f.document, root);
+    g_sSearchFind = u"cat"_s;
+    g_sSearchReplace = u"dog"_s;
+    g_sSearchScope = u"1"_s;
+    modSearch::SearchReplaceAll();
+    QCOMPARE(f.textOf(root), u"a dog"_s);
+    QCOMPARE(f.document.tree.storedText(child), QByteArray("12,cat"));
 }
 
 void tst_modSearch::replaceAllInAllTexts()

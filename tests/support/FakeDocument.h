@@ -5,6 +5,7 @@
 
 #include "model/Document.h"
 #include "model/DocumentWindow.h"
+#include "model/EntryText.h"
 #include "model/Globals.h"
 #include "model/OutlinePane.h"
 #include "model/TextPane.h"
@@ -90,6 +91,12 @@ public:
     void setSelText(const QString &text) override { setSelRTF(text.toLatin1()); }
 
     void mapSelText(const std::function<QString(const QString &)> &map) override { setSelText(map(SelText())); }
+
+    void replaceText(const std::vector<TextReplacement> &replacements) override
+    {
+        for (auto each = replacements.crbegin(); each != replacements.crend(); ++each)
+            rtf.replace(each->start, each->length, each->text.toLatin1());
+    }
 
     void beginEditGroup() override { ++editGroups; }
 

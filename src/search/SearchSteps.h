@@ -1,0 +1,25 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+
+class Document;
+
+// What finding and replacing in texts have in common.
+
+// TextPane::FindOption bits for what is searched.
+int findOptions();
+
+// What takes the place of a match: with a capital for a capital where that is wanted.
+QString replacementOf(const QString &match);
+
+// Whether a match may stand in an entry's text; seldom true where none does. Looked at as it is stored, because showing
+// a text costs many times as much.
+bool mayHoldMatch(const QByteArray &text);
+
+// Shows the selected entry's text anew with the caret at its start, or goes there in the one that is shown if it is the
+// same: that one can still be undone.
+void showSelectedText(Document &document);

@@ -1,0 +1,236 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+// Replacing every match: the same as replacing and finding one after the other, at a cost that grows with their number.
+
+#include "search/modSearch.h"
+
+#include "model/Document.h"
+#include "model/EntryText.h"
+#include "model/Ports.h"
+#include "model/StoredText.h"
+#include "model/TextFind.h"
+#include "model/TextPane.h"
+#include "model/modNodes.h"
+#include "search/SearchSteps.h"
+#include "util/Procedure.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// A replacement may make a new match with what stands beside it, and that again and again without end.
+constexpr int mostWays = 1000;
+constexpr qsizetype longestText = 1 << 26;
+
+// One way through a text from a place to its end: every match is replaced, and the search goes on behind what replaced
+// it.
+class Way
+{
+public:
+    explicit Way(const QString &text, int from = 0)
+        : m_text(text)
+        , m_at(from)
+        , m_result(text.first(from))
+    {
+    }
+
+    void replace(int start, int length)
+    {
+        const QString replacement = replacementOf(m_text.mid(start, length));
+        m_replacements.push_back({start, length, replacement});
+        m_result += QStringView(m_text).sliced(m_at, start - m_at);
+        m_result += replacement;
+        m_at = start + length;
+    }
+
+    void run()
+    {
+        for (int match = next(); match >= 0; match = next())
+            replace(match, static_cast<int>(g_sSearchFind.size()));
+        m_result += QStringView(m_text).sliced(m_at);
+        m_at = static_cast<int>(m_text.size());
+    }
+
+    const std::vector<TextReplacement> &replacements() const { return m_replacements; }
+
+    // The text as it is then.
+    const QString &result() const { return m_result; }
+
+private:
+    int next() const
+    {
+        const int options = findOptions();
+        if (m_replacements.empty() || !(options & TextPane::WholeWord))
+            return findText(m_text, g_sSearchFind, m_at, -1, options);
+        // Before a match that stands right here is what was put in, no longer what is gone.
+        constexpr qsizetype oneCharacter = 2;
+        const QString before = m_result.last(std::min(oneCharacter, m_result.size()));
+        const QString place = before + m_text.mid(m_at, g_sSearchFind.size() + oneCharacter);
+        const auto start = static_cast<int>(before.size());
+        if (findText(place, g_sSearchFind, start, -1, options) == start)
+            return m_at;
+        return findText(m_text, g_sSearchFind, m_at + 1, -1, options);
+    }
+
+    const QString m_text;
+    int m_at;
+    QString m_result;
+    std::vector<TextReplacement> m_replacements;
+};
+
+// Whether texts are only made of characters, which each count as one.
+bool isPlain(const QString &text)
+{
+    constexpr char16_t breaks[] = {u'\r', u'\n', 0x2028, 0x2029, 0xFDD0, 0xFDD1, 0xFFFC};
+    return std::none_of(text.cbegin(), text.cend(),
+                        [&](QChar c) { return std::ranges::find(breaks, c.unicode()) != std::end(breaks); });
+}
+
+bool holdsMatch(const QString &text)
+{
+    return findText(text, g_sSearchFind, 0, -1, findOptions()) >= 0;
+}
+
+// Goes on from the pane's selection, which is replaced whatever it holds. Returns whether anything was replaced.
+bool goThroughRest(TextPane &pane, int from, QString &text)
+{
+    Way way(text, from);
+    if (pane.SelLength() > 0)
+        way.replace(pane.SelStart(), pane.SelLength());
+    way.run();
+    pane.replaceText(way.replacements());
+    // What was selected may be of another kind than characters, such as the cells of a table.
+    text = pane.Text();
+    return !way.replacements().empty();
+}
+
+void storePane(Document &document)
+{
+    modNodes::NodeTextPutSelected();
+    document.m_bDataChanged = true;
+}
+
+void replaceAllInPane(Document &document)
+{
+    TextPane &pane = document.txtRTF;
+    QString text = pane.Text();
+    bool isChanged = false;
+    {
+        const EditGroup oneStep(pane);
+        isChanged = goThroughRest(pane, pane.SelStart(), text);
+        // Only what is selected makes a search go on at the top, and then always.
+        for (int ways = 0; isChanged && ways < mostWays && text.size() < longestText; ++ways) {
+            Way way(text);
+            way.run();
+            if (way.replacements().empty())
+                break;
+            pane.replaceText(way.replacements());
+            text = way.result();
+        }
+    }
+    if (!isChanged)
+        return;
+    pane.setSelStart(0);
+    storePane(document);
+}
+
+// One way through the text of an entry that the pane does not show. Whether anything was replaced, and whether nothing
+// is left.
+struct StoredWay {
+    bool isChanged = false;
+    bool isClean = true;
+};
+
+StoredWay goThroughStored(Document &document, Entry *entry)
+{
+    const QByteArray storedText = document.tree.storedText(entry);
+    const QByteArray text = NodeTextDecompressIfRequired(storedText);
+    if (isUninflated(text, storedText) || !mayHoldMatch(text))
+        return {};
+    EntryText changed(text, document.txtRTF.Font());
+    Way way(changed.plainText());
+    way.run();
+    if (way.replacements().empty())
+        return {};
+    changed.replace(way.replacements());
+    document.tree.setStoredText(entry, NodeTextCompressIfRequired(changed.toRtf()));
+    document.m_bDataChanged = true;
+    return {true, way.result().size() > longestText || !holdsMatch(way.result())};
+}
+
+// Round all entries from the selected one on, until none but the one with the last match is left.
+void replaceAllInTexts(Document &document)
+{
+    const HiddenText hidden(document.txtRTF);
+    const EntryCollection &entries = document.tree.collection();
+    const int count = document.tree.entryCount();
+    const int first = entries.indexOf(document.tree.selected());
+    std::vector<bool> isClean(static_cast<std::size_t>(count) + 1);
+    std::vector<int> ways(isClean.size());
+    const auto at = [](int index) { return static_cast<std::size_t>(index); };
+
+    TextPane &pane = document.txtRTF;
+    QString text = pane.Text();
+    if (goThroughRest(pane, pane.SelLength() > 0 ? pane.SelStart() : 0, text))
+        storePane(document);
+    isClean[at(first)] = !holdsMatch(text);
+    int last = first;
+    for (int i = first % count + 1, others = 0; others < count - 1; i = i % count + 1) {
+        const StoredWay way = isClean[at(i)] ? StoredWay() : goThroughStored(document, entries.at(i));
+        isClean[at(i)] = way.isClean || ++ways[at(i)] == mostWays;
+        others = way.isChanged ? 0 : others + 1;
+        if (way.isChanged)
+            last = i;
+    }
+    if (last == first) {
+        showSelectedText(document);
+        return;
+    }
+    modSearch::SearchNodeSelect(entries.at(last));
+    modNodes::NodeTextGetSelected();
+}
+
+// Goes by single steps where those are few, or texts have to be looked at anew after each.
+void replaceAllByStep()
+{
+    do {
+        modSearch::SearchPerformReplace();
+        if (!modSearch::SearchPerform())
+            return;
+        // What stands between the halves of a line break cannot be selected.
+    } while (g_sSearchScope == u"2" || DocumentActive()->txtRTF.SelLength() > 0);
+}
+
+} // namespace
+
+namespace modSearch
+{
+
+void SearchReplaceAll()
+{
+    procedure("modSearch SearchReplaceAll", [] {
+        Document *document = DocumentActive();
+        if (!document || g_sSearchFind.isEmpty() || replacementHoldsExpression())
+            return;
+        const bool isText = g_sSearchScope == u"0" || (g_sSearchScope == u"1" && document->tree.selected());
+        if (!isText || g_bSearchBackwards || g_sSearchReplace.isEmpty() || !isPlain(g_sSearchFind) ||
+            !isPlain(g_sSearchReplace)) {
+            replaceAllByStep();
+            return;
+        }
+        {
+            const HourglassPointer hourglass;
+            if (g_sSearchScope == u"0")
+                replaceAllInPane(*document);
+            else
+                replaceAllInTexts(*document);
+        }
+        ports().dialogs->inform(u"Search completed"_s);
+    });
+}
+
+} // namespace modSearch
