@@ -1,23 +1,19 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "outline/LiteralOutline.h"
+#include "outline/OpenOutline.h"
 #include "support/FakePorts.h"
-#include "support/ShownRows.h"
 
 #include "model/StoredText.h"
 #include "model/modNodes.h"
 #include "outline/EntryDrag.h"
 #include "outline/modOutline.h"
-#include "platform/TreeView.h"
 
-#include <QAbstractItemModelTester>
 #include <QLineEdit>
 #include <QRandomGenerator>
 #include <QTest>
 
 #include <functional>
-#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -32,76 +28,6 @@ constexpr int stepsDivisor = 4;
 #else
 constexpr int stepsDivisor = 1;
 #endif
-
-// What a run is played on.
-enum class Panes { Fake, FakeWithModelTester, RealOutline };
-
-// One open document and the same outline done step by step.
-struct OpenOutline {
-    OpenOutline(Panes panes, LiteralOutline::Copied &copied)
-        : view(panes == Panes::RealOutline ? std::make_unique<TreeView>() : nullptr)
-        , document(view ? static_cast<OutlinePane &>(*view) : pane, text, window)
-        , literal(copied)
-    {
-        if (panes == Panes::FakeWithModelTester)
-            tester.emplace(&document.tree, QAbstractItemModelTester::FailureReportingMode::Fatal);
-        if (view) {
-            view->setEntryTree(&document.tree);
-            view->resize(300, 200);
-            view->show();
-        }
-    }
-
-    // With `texts` also of every entry's text, which makes one that waited to be stored.
-    QString difference(bool texts) const;
-
-    std::unique_ptr<TreeView> view;
-    FakeOutlinePane pane;
-    FakeTextPane text;
-    FakeDocumentWindow window;
-    Document document;
-    LiteralOutline literal;
-    std::optional<QAbstractItemModelTester> tester;
-    // Whether the text pane shows the selected entry: not when a test took the selection away.
-    bool textShown = true;
-};
-
-// How an outline differs from what it is to be, in words; empty when it does not.
-QString OpenOutline::difference(bool texts) const
-{
-    const EntryTree &tree = document.tree;
-    if (const QString broken = tree.brokenInvariant(); !broken.isEmpty())
-        return broken;
-    const std::vector<SlowEntry *> expected = literal.tree.inOutlineOrder();
-    std::vector<const Entry *> found;
-    for (const Entry *entry = tree.root(); entry; entry = nextInOutline(entry, tree.root()))
-        found.push_back(entry);
-    if (found.size() != expected.size())
-        return u"%1 entries instead of %2"_s.arg(found.size()).arg(expected.size());
-    for (size_t i = 0; i < found.size(); ++i) {
-        SlowEntry *slow = expected[i];
-        slow->mark = i;
-        if (found[i]->parent() != (slow->parent ? found[slow->parent->mark] : nullptr))
-            return u"%1 lies in another entry"_s.arg(described(found[i]));
-        if (found[i]->label() != slow->label)
-            return u"%1 instead of \"%2\""_s.arg(described(found[i]), slow->label);
-        if (texts && tree.storedText(found[i]) != slow->text)
-            return u"%1 has another text"_s.arg(described(found[i]));
-        if (found[i]->tagged() != slow->tagged || found[i]->expanded() != slow->expanded)
-            return u"%1 is tagged or expanded otherwise"_s.arg(described(found[i]));
-    }
-    for (size_t i = 0; i < expected.size(); ++i) {
-        if (tree.collection().at(static_cast<int>(i) + 1) != found[literal.tree.collection[i]->mark])
-            return u"another entry has index %1"_s.arg(i + 1);
-    }
-    const SlowEntry *selected = literal.selected();
-    if (tree.selected() != (selected ? found[selected->mark] : nullptr))
-        return u"%1 is selected instead of %2"_s.arg(described(tree.selected()),
-                                                     selected ? selected->label : u"none"_s);
-    if (texts && textShown && text.rtf != (selected ? NodeTextDecompressIfRequired(selected->text) : QByteArray()))
-        return u"the text pane does not show the selected entry's text"_s;
-    return QString();
-}
 
 // The editor on the pane, or null; one that was closed lives on until the event loop deletes it.
 QLineEdit *openEditor(const TreeView &view)
@@ -379,7 +305,7 @@ void Player::rename()
     modOutline::OutlineRename();
     if (!literal().selected())
         return;
-    if (TreeView *view = m_windows.active->view.get()) {
+    if (TreeView *view = m_windows.active->view) {
         QLineEdit *editor = openEditor(*view);
         // A row that is hidden in a closed branch cannot be edited.
         if (!editor)
@@ -396,10 +322,12 @@ void Player::type()
 {
     if (!literal().selected())
         return;
-    FakeTextPane &pane = m_windows.active->text;
-    pane.rtf = "text " + QByteArray::number(++m_texts);
-    modNodes::NodeTextPut(document(), document().tree.selected());
-    literal().selected()->text = NodeTextCompressIfRequired(pane.rtf);
+    TextPane &pane = document().txtRTF;
+    pane.setSelText(u"text %1 "_s.arg(++m_texts));
+    // A fake pane does not tell of its change.
+    if (m_panes != Panes::RealWindow)
+        modNodes::NodeTextPut(document(), document().tree.selected());
+    literal().selected()->text = NodeTextCompressIfRequired(pane.TextRTF());
 }
 
 void Player::select(const Pair &pair)
@@ -417,14 +345,19 @@ void Player::tagOne()
     pair.slow->tagged = !pair.slow->tagged;
 }
 
-// As the user does with the mouse; what becomes of the selection is the window's doing.
+// As the user does with the mouse. A window selects a branch that is closed.
 void Player::openOrCloseOne()
 {
     const Pair pair = drawEntry();
     if (!pair.entry)
         return;
-    pair.slow->expanded = oneIn(2);
-    document().tree.setExpanded(pair.entry, pair.slow->expanded);
+    const bool opens = oneIn(2);
+    const bool selects =
+        m_panes == Panes::RealWindow && pair.slow->expanded && !opens && modNodes::nodCurrent().entry() != pair.entry;
+    document().tree.setExpanded(pair.entry, opens);
+    pair.slow->expanded = opens;
+    if (selects)
+        literal().select(pair.slow);
 }
 
 void Player::drag()
@@ -510,6 +443,8 @@ private Q_SLOTS:
     void commandsBeforeTheModelTester();
     void commandsWithTheOutlineShown_data();
     void commandsWithTheOutlineShown();
+    void commandsInRealWindows_data();
+    void commandsInRealWindows();
 
 private:
     static void seeds(int count);
@@ -537,7 +472,7 @@ void tst_OutlineRandom::play(Panes panes, int steps)
     for (int i = 0; i < steps / stepsDivisor; ++i) {
         played.append(player.play());
         QString difference = player.difference();
-        if (difference.isEmpty() && panes == Panes::RealOutline && i % 8 == 0)
+        if (difference.isEmpty() && panes >= Panes::RealOutline && i % 8 == 0)
             difference = player.viewDifference();
         if (!difference.isEmpty())
             QFAIL(qPrintable(
@@ -573,6 +508,16 @@ void tst_OutlineRandom::commandsWithTheOutlineShown_data()
 void tst_OutlineRandom::commandsWithTheOutlineShown()
 {
     play(Panes::RealOutline, 6000);
+}
+
+void tst_OutlineRandom::commandsInRealWindows_data()
+{
+    seeds(4);
+}
+
+void tst_OutlineRandom::commandsInRealWindows()
+{
+    play(Panes::RealWindow, 3000);
 }
 
 QTEST_MAIN(tst_OutlineRandom)
