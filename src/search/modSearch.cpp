@@ -11,6 +11,7 @@
 #include "model/TextPane.h"
 #include "model/modNodes.h"
 #include "rtf/Rtf.h"
+#include "rtf/TextScan.h"
 #include "search/SearchSteps.h"
 #include "util/Procedure.h"
 #include "util/modString.h"
@@ -91,7 +92,10 @@ QString replacementOf(const QString &match)
 bool mayHoldMatch(const QByteArray &text)
 {
     // What is no rich text takes the long way.
-    return !rtf::isRtf(text) || findText(rtf::toPlainText(text), g_sSearchFind, 0, -1, findOptions()) >= 0;
+    if (!rtf::isRtf(text))
+        return true;
+    return rtf::TextScan(g_sSearchFind).mayBeIn(text) &&
+           findText(rtf::toPlainText(text), g_sSearchFind, 0, -1, findOptions()) >= 0;
 }
 
 void showSelectedText(Document &document)
