@@ -88,7 +88,9 @@ StatusBar::StatusBar(QWidget *parent)
     , m_tick(new QTimer(this))
 {
     setObjectName(u"sbStatusBar"_s);
+    setAccessibleName(u"Status bar"_s);
     m_text->setObjectName(u"sbStatusBarText"_s);
+    m_text->setAccessibleDescription(u"Status"_s);
     m_text->setTextFormat(Qt::PlainText);
     // A long label must not widen the window.
     m_text->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);

@@ -53,6 +53,9 @@ Toolbar::Toolbar(BoundRoutines routines, QWidget *parent)
 {
     setObjectName(u"tbToolBar"_s);
     setMovable(false);
+    // The button that Qt adds for what does not fit.
+    if (auto *more = findChild<QToolButton *>(u"qt_toolbar_ext_button"_s))
+        more->setAccessibleName(u"More buttons"_s);
     setIconSize({iconExtent, iconExtent});
     for (std::size_t row = 0; row < toolbarTable.size(); ++row) {
         if (row > 0 && groupOf(row) != groupOf(row - 1))

@@ -74,6 +74,7 @@ frmMain::frmMain(QWidget *parent)
     setAcceptDrops(true);
 
     m_area->setObjectName(u"mdiArea"_s);
+    m_area->setAccessibleName(u"Documents"_s);
     m_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     m_area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setCentralWidget(m_area);
@@ -81,6 +82,7 @@ frmMain::frmMain(QWidget *parent)
             [this](QMdiSubWindow *window) { frameActivated(qobject_cast<DocumentFrame *>(window)); });
 
     menuBar()->setObjectName(u"menuBar"_s);
+    menuBar()->setAccessibleName(u"Menu bar"_s);
     const BoundRoutines routines = endingLabelEdit(boundRoutines(*this, *m_area));
     m_menus = new CommandMenus(*menuBar(), routines);
     m_toolbar = new Toolbar(routines);

@@ -70,6 +70,8 @@ QVariant EntryTree::data(const QModelIndex &index, int role) const
     case Qt::DisplayRole:
     case Qt::EditRole:
         return entry->m_label;
+    case Qt::AccessibleDescriptionRole:
+        return u"Level %1"_s.arg(entry->level()) + (entry->m_tagged ? u", tagged"_s : QString());
     case ImageRole:
         return entry->m_tagged ? u"FolderTagged"_s : u"Folder"_s;
     case SelectedImageRole:
@@ -116,7 +118,7 @@ void EntryTree::setTagged(Entry *entry, bool tagged)
     if (!announcing())
         return;
     const QModelIndex index = indexOf(entry);
-    Q_EMIT dataChanged(index, index, {ImageRole, SelectedImageRole});
+    Q_EMIT dataChanged(index, index, {ImageRole, SelectedImageRole, Qt::AccessibleDescriptionRole});
 }
 
 void EntryTree::setExpanded(Entry *entry, bool expanded)

@@ -343,6 +343,28 @@ void TreeView::currentChanged(const QModelIndex &current, const QModelIndex &pre
         userMovedTo(m_tree->entryAt(current));
 }
 
+void TreeView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
+{
+    QTreeView::selectionChanged(selected, deselected);
+    // Keyboard and mouse go on to change the current row, and that is enough.
+    if (m_mirroring == 0)
+        QMetaObject::invokeMethod(this, &TreeView::followSelection, Qt::QueuedConnection);
+}
+
+// Assistive technology selects a row without making it the current one.
+void TreeView::followSelection()
+{
+    if (!m_tree || m_mirroring > 0)
+        return;
+    for (const QModelIndex &index : selectionModel()->selectedRows()) {
+        if (index != currentIndex()) {
+            setCurrentIndex(index);
+            return;
+        }
+    }
+    mirrorSelection();
+}
+
 // The selected row is always the current one, whatever modifier is held.
 QItemSelectionModel::SelectionFlags TreeView::selectionCommand(const QModelIndex &index, const QEvent *) const
 {

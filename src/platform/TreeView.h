@@ -68,6 +68,7 @@ Q_SIGNALS:
 
 protected:
     void currentChanged(const QModelIndex &current, const QModelIndex &previous) override;
+    void selectionChanged(const QItemSelection &selected, const QItemSelection &deselected) override;
     QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex &index, const QEvent *event) const override;
     bool edit(const QModelIndex &index, EditTrigger trigger, QEvent *event) override;
     using QTreeView::edit;
@@ -89,6 +90,7 @@ private:
     void followExpansion(Entry *entry, bool expanded);
     void userChangedExpansion(const QModelIndex &index, bool expanded);
     void userMovedTo(Entry *entry);
+    void followSelection();
     void openWaitingEditor();
     void fitColumn(int atLeast);
     void scrollSideways(const QModelIndex &index, int position);

@@ -3,15 +3,31 @@
 
 #include "window/SplitterBar.h"
 
+#include <QAccessibleWidget>
 #include <QKeyEvent>
 #include <QMouseEvent>
 #include <QPainter>
 
 using namespace Qt::StringLiterals;
 
+namespace
+{
+
+// Tells assistive technology that the bars are splitters; Qt takes them for containers.
+QAccessibleInterface *splitterInterface(const QString &className, QObject *object)
+{
+    if (className != "SplitterBar"_L1 && className != "GhostBar"_L1)
+        return nullptr;
+    return new QAccessibleWidget(static_cast<QWidget *>(object), QAccessible::Splitter);
+}
+
+} // namespace
+
 SplitterBar::SplitterBar(QWidget *parent)
     : QWidget(parent)
 {
+    // A second installation of the same factory changes nothing.
+    QAccessible::installFactory(splitterInterface);
     setObjectName(u"imgSplitter"_s);
     setCursor(Qt::SplitHCursor);
     setAccessibleName(tr("Split between outline and text"));

@@ -28,6 +28,26 @@ begin_road() {
     start_display
 }
 
+# need_assistive_technology SCRIPT'S ARGUMENT...: runs the script again in a session with a bus of its own, by which
+# programs are read; ends it with the status of a skipped test where the packages for that are missing.
+need_assistive_technology() {
+    if ! command -v dbus-run-session >/dev/null || ! [[ -x /usr/libexec/at-spi-bus-launcher ]] ||
+        ! /usr/bin/python3 -c 'import pyatspi' 2>/dev/null; then
+        printf 'SKIPPED: reading the program takes the packages at-spi2-core, python3-pyatspi and dbus\n' >&2
+        exit 77
+    fi
+    [[ -z ${QUILLERY_ROAD_SESSION-} ]] || return 0
+    # The program offers itself to assistive technology though none is there yet when it starts.
+    QUILLERY_ROAD_SESSION=1 QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1 exec dbus-run-session -- "$0" "$@"
+}
+
+# read_program SCRIPT [ARGUMENT...]: has the program that runs read by a script of this folder.
+read_program() {
+    local script=$1
+    shift
+    PYTHONDONTWRITEBYTECODE=1 /usr/bin/python3 "$root/tests/gui/$script" "$process" "$@" || fail "$script"
+}
+
 end_road() {
     stop_display
     printf 'The road was gone to its end.\n'

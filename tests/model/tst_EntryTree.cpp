@@ -616,6 +616,8 @@ void tst_EntryTree::images()
     QCOMPARE(plain.data(EntryTree::SelectedImageRole).toString(), u"FolderSelected"_s);
     QCOMPARE(tagged.data(EntryTree::ImageRole).toString(), u"FolderTagged"_s);
     QCOMPARE(tagged.data(EntryTree::SelectedImageRole).toString(), u"FolderTaggedSelected"_s);
+    QCOMPARE(plain.data(Qt::AccessibleDescriptionRole).toString(), u"Level 3"_s);
+    QCOMPARE(tagged.data(Qt::AccessibleDescriptionRole).toString(), u"Level 3, tagged"_s);
 }
 
 void tst_EntryTree::sorting_data()

@@ -106,6 +106,7 @@ private Q_SLOTS:
     void aClickSelects();
     void aClickOnTheSelectedRowIsAClickAgain();
     void controlClickDoesNotDeselect();
+    void aRowSelectedWithoutBecomingCurrentIsSelected();
     void aRightClickSelectsToo();
     void aClickBelowTheRowsChangesNothing();
     void draggingDoesNotMoveTheSelection();
@@ -421,6 +422,24 @@ void tst_TreeView::controlClickDoesNotDeselect()
     QCOMPARE(difference(), QString());
     QTest::keyClick(m_view, Qt::Key_Up, Qt::ControlModifier);
     QCOMPARE(difference(), QString());
+}
+
+// What assistive technology does.
+void tst_TreeView::aRowSelectedWithoutBecomingCurrentIsSelected()
+{
+    build(*m_tree, garden);
+    m_tree->select(entry(u"Oak"_s));
+    QSignalSpy clicked(m_view, &TreeView::nodeClicked);
+    m_view->clearSelection();
+    m_view->selectionModel()->select(m_tree->indexOf(entry(u"Tools"_s)),
+                                     QItemSelectionModel::Select | QItemSelectionModel::Rows);
+    QTRY_COMPARE(m_tree->selected(), entry(u"Tools"_s));
+    QCOMPARE(clicked.size(), 1);
+    QCOMPARE(difference(), QString());
+    m_view->clearSelection();
+    QTRY_COMPARE(difference(), QString());
+    QCOMPARE(m_tree->selected(), entry(u"Tools"_s));
+    QCOMPARE(clicked.size(), 1);
 }
 
 void tst_TreeView::aRightClickSelectsToo()
