@@ -229,7 +229,7 @@ void SearchReplaceAll()
             else
                 replaceAllInTexts(*document);
         }
-        ports().dialogs->inform(u"Search completed"_s);
+        ports().dialogs->informPlainly(u"Search completed"_s);
     });
 }
 
