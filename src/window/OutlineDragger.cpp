@@ -131,7 +131,8 @@ bool OutlineDragger::mouseUp(const QMouseEvent &event)
     procedure("frmDocument trvOutline_MouseUp", [&] {
         if (wasActive) {
             Entry *target = m_form.treeView->HitTest(event.position().toPoint());
-            m_active = false;
+            // While the drop's menu is open, nothing scrolls or opens behind it.
+            stop();
             drop(target);
         } else if (event.button() == Qt::RightButton) {
             ResetDraggingFlags();
@@ -194,13 +195,18 @@ void OutlineDragger::cancel()
     end();
 }
 
-void OutlineDragger::end()
+void OutlineDragger::stop()
 {
     m_active = false;
-    m_hovered = nullptr;
-    m_iconShown = false;
     m_scrollTimer.stop();
     m_openTimer.stop();
+}
+
+void OutlineDragger::end()
+{
+    stop();
+    m_hovered = nullptr;
+    m_iconShown = false;
     m_form.treeView->viewport()->unsetCursor();
     ResetDraggingFlags();
 }

@@ -48,6 +48,7 @@ private:
     void showIcon(bool allowed);
     void scrollNearEdge();
     void openUnderPointer();
+    void stop();
     void end();
 
     frmDocument &m_form;

@@ -45,6 +45,7 @@ private Q_SLOTS:
     void everyItemOfTheRightButtonsMenuDoesWhatItSays();
     void theRightButtonOnADescendantAsksNothing();
     void theRightButtonsCancelLeavesTheTree();
+    void nothingOpensBehindTheRightButtonsMenu();
     void theRightButtonOnItselfAsksForIndentOrUnindent_data();
     void theRightButtonOnItselfAsksForIndentOrUnindent();
     void aRightClickShowsTheOutlineMenu();
@@ -60,7 +61,7 @@ private:
     void drag(const QString &from, const QPoint &to, Qt::MouseButton button = Qt::LeftButton,
               Qt::KeyboardModifiers modifiers = {});
     void moveTo(const QPointF &to, Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers modifiers = {});
-    void choose(const QString &item, QStringList *enabled = nullptr, QString *byDefault = nullptr);
+    void choose(const QString &item, QStringList *enabled = nullptr, QString *byDefault = nullptr, int delay = 0);
 
     QStringList dump() { return dumpOutline(DocumentActive()->tree); }
 
@@ -114,9 +115,9 @@ void tst_OutlineDragger::moveTo(const QPointF &to, Qt::MouseButton button, Qt::K
 }
 
 // Answers the next pop-up menu, and tells what it offered.
-void tst_OutlineDragger::choose(const QString &item, QStringList *enabled, QString *byDefault)
+void tst_OutlineDragger::choose(const QString &item, QStringList *enabled, QString *byDefault, int delay)
 {
-    QTimer::singleShot(0, this, [=] {
+    QTimer::singleShot(delay, this, [=] {
         auto *menu = qobject_cast<QMenu *>(QApplication::activePopupWidget());
         QVERIFY(menu);
         QAction *chosen = nullptr;
@@ -335,6 +336,15 @@ void tst_OutlineDragger::theRightButtonsCancelLeavesTheTree()
     drag(u"B"_s, middleOf(u"C"_s), Qt::RightButton);
     QCOMPARE(dump(), QStringList({u"Root +"_s, u" A +"_s, u"  A1"_s, u" B <"_s, u" C"_s}));
     QVERIFY(!dragState().entry.entry());
+}
+
+void tst_OutlineDragger::nothingOpensBehindTheRightButtonsMenu()
+{
+    const QStringList outline = {u"Root +"_s, u" A"_s, u"  A1"_s, u" B <"_s};
+    plant(outline);
+    choose(u"mnuConfirmCancel"_s, nullptr, nullptr, OutlineDragger::openDelay + 100);
+    drag(u"B"_s, middleOf(u"A"_s), Qt::RightButton);
+    QCOMPARE(dump(), outline);
 }
 
 void tst_OutlineDragger::theRightButtonOnItselfAsksForIndentOrUnindent_data()
