@@ -34,6 +34,11 @@ start_display() {
     display_processes+=($!)
     for ((try = 0; try < 100; try++)); do
         xprop -root _NET_SUPPORTING_WM_CHECK 2>/dev/null | grep -q 'window id' && return
+        # On a busy machine the server may tell its number before it lets anybody in.
+        if ! kill -0 "${display_processes[-1]}" 2>/dev/null; then
+            openbox >"$display_folder/openbox.log" 2>&1 &
+            display_processes[-1]=$!
+        fi
         sleep 0.1
     done
     cat "$display_folder/openbox.log" >&2
