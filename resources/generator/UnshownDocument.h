@@ -55,6 +55,8 @@ public:
 
     void mapSelText(const std::function<QString(const QString &)> &) override {}
 
+    void changeSelection(const rtf::CharChange &) override {}
+
     void replaceText(const std::vector<TextReplacement> &) override {}
 
     void beginEditGroup() override {}

@@ -14,6 +14,11 @@
 
 struct TextReplacement;
 
+namespace rtf
+{
+class CharChange;
+}
+
 // The rich-text pane of a document window as the core sees it. Offsets count UTF-16 units of Text(), in which a
 // paragraph break is the two characters CR LF and a line break within a paragraph one, so that Text().mid(SelStart(),
 // SelLength()) == SelText() always holds. A selection property is empty when the selection mixes values.
@@ -39,6 +44,8 @@ public:
     // Replaces the selected text, each stretch of one look by what `map` makes of it, in order, and leaves the caret
     // behind it. A stretch of line breaks is shown to `map` but stays.
     virtual void mapSelText(const std::function<QString(const QString &)> &map) = 0;
+    // Changes the look of the selection as one step of undo, or at a caret that of what is typed next.
+    virtual void changeSelection(const rtf::CharChange &change) = 0;
     // Makes replacements (see EntryText.h) as one step of undo.
     virtual void replaceText(const std::vector<TextReplacement> &replacements) = 0;
     // What is changed between these two is one step of undo. They nest; see EditGroup.

@@ -55,17 +55,7 @@ void clsFont::SetRTFSelFont(TextPane &pane) const
     const int length = pane.SelLength();
     pane.setSelStart(0);
     pane.setSelLength(static_cast<int>(pane.Text().size()));
-    {
-        const EditGroup oneStep(pane);
-        pane.setSelBold(m_bBold);
-        pane.setSelItalic(m_bItalic);
-        if (!m_sName.isEmpty())
-            pane.setSelFontName(m_sName);
-        if (m_cySize > 0)
-            pane.setSelFontSize(points());
-        pane.setSelStrikeThru(m_bStrikeThrough);
-        pane.setSelUnderline(m_bUnderline);
-    }
+    pane.changeSelection(asChange());
     pane.setSelStart(start);
     pane.setSelLength(length);
 }

@@ -56,6 +56,16 @@ QListWidget *makeList(const QString &name, const QString &accessibleName)
     return list;
 }
 
+// The families by the names that texts use: of two makers' fonts of one name, the system's first.
+QStringList familyNames()
+{
+    QStringList names;
+    for (const QString &family : QFontDatabase::families())
+        names.append(family.section(u" ["_s, 0, 0));
+    names.removeDuplicates();
+    return names;
+}
+
 QString sizeText(double points)
 {
     QLocale locale;
@@ -116,6 +126,8 @@ FontDialog::FontDialog(const FontDialogRequest &request, QWidget *parent)
     layout->addWidget(buttons, 4, 0, 1, 3);
     showInitial();
     showChoice();
+    // The lists would like to be wider than names are.
+    resize(minimumSizeHint().expandedTo(QSize(540, 440)));
     m_name->setFocus();
     m_name->selectAll();
 }
@@ -127,7 +139,7 @@ void FontDialog::makeNames(QGridLayout &layout)
     m_name->setToolTip(u"Type a part of a name to see the fonts that have it."_s);
     m_name->installEventFilter(this);
     m_names = makeList(u"fontNames"_s, u"Fonts"_s);
-    m_names->addItems(QFontDatabase::families());
+    m_names->addItems(familyNames());
     addLabel(layout, u"&Font:"_s, m_name, 0);
     layout.addWidget(m_name, 1, 0);
     layout.addWidget(m_names, 2, 0);

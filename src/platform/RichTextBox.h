@@ -30,6 +30,7 @@ public:
     // CR LF (or CR) begins a new paragraph, a lone LF a new line within the paragraph, as in Text().
     void setSelText(const QString &text) override;
     void mapSelText(const std::function<QString(const QString &)> &map) override;
+    void changeSelection(const rtf::CharChange &change) override;
     void replaceText(const std::vector<TextReplacement> &replacements) override;
     void beginEditGroup() override;
     void endEditGroup() override;

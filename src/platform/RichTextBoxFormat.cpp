@@ -93,15 +93,6 @@ auto commonToParagraphs(const QTextEdit &box, Property property) -> std::optiona
     return common;
 }
 
-// Changes the selection, or at a caret what is typed next.
-void changeFormat(QTextEdit &box, const rtf::CharChange &change)
-{
-    if (box.textCursor().hasSelection())
-        change.applyTo(box.textCursor());
-    else
-        box.setCurrentCharFormat(change.appliedTo(box.currentCharFormat()));
-}
-
 bool isBulleted(const QTextBlock &block)
 {
     const QTextList *list = block.textList();
@@ -151,6 +142,14 @@ void changeParagraphs(const QTextEdit &box, Change change)
 
 } // namespace
 
+void RichTextBox::changeSelection(const rtf::CharChange &change)
+{
+    if (textCursor().hasSelection())
+        change.applyTo(textCursor());
+    else
+        setCurrentCharFormat(change.appliedTo(currentCharFormat()));
+}
+
 std::optional<bool> RichTextBox::SelBold() const
 {
     return commonToCharacters(*this, [this](const QTextCharFormat &format) {
@@ -162,7 +161,7 @@ void RichTextBox::setSelBold(bool on)
 {
     rtf::CharChange change;
     change.setBold(on);
-    changeFormat(*this, change);
+    changeSelection(change);
 }
 
 std::optional<bool> RichTextBox::SelItalic() const
@@ -176,7 +175,7 @@ void RichTextBox::setSelItalic(bool on)
 {
     rtf::CharChange change;
     change.setItalic(on);
-    changeFormat(*this, change);
+    changeSelection(change);
 }
 
 std::optional<bool> RichTextBox::SelUnderline() const
@@ -192,7 +191,7 @@ void RichTextBox::setSelUnderline(bool on)
 {
     rtf::CharChange change;
     change.setUnderline(on);
-    changeFormat(*this, change);
+    changeSelection(change);
 }
 
 std::optional<bool> RichTextBox::SelStrikeThru() const
@@ -206,7 +205,7 @@ void RichTextBox::setSelStrikeThru(bool on)
 {
     rtf::CharChange change;
     change.setStrikeOut(on);
-    changeFormat(*this, change);
+    changeSelection(change);
 }
 
 std::optional<QString> RichTextBox::SelFontName() const
@@ -221,7 +220,7 @@ void RichTextBox::setSelFontName(const QString &name)
 {
     rtf::CharChange change;
     change.setFamily(name);
-    changeFormat(*this, change);
+    changeSelection(change);
 }
 
 std::optional<double> RichTextBox::SelFontSize() const
@@ -243,7 +242,7 @@ void RichTextBox::setSelFontSize(double points)
 {
     rtf::CharChange change;
     change.setSize(points);
-    changeFormat(*this, change);
+    changeSelection(change);
 }
 
 std::optional<QColor> RichTextBox::SelColor() const
@@ -258,7 +257,7 @@ void RichTextBox::setSelColor(const QColor &colour)
 {
     rtf::CharChange change;
     change.setColour(colour);
-    changeFormat(*this, change);
+    changeSelection(change);
 }
 
 std::optional<bool> RichTextBox::SelBullet() const

@@ -113,16 +113,27 @@ void CharChange::applyTo(const QTextCursor &selection) const
             }
         }
     }
-    QTextCursor cursor(selection);
-    cursor.beginEditBlock();
     QTextCursor part(selection);
+    const auto select = [&part](int from, int to) {
+        part.setPosition(from);
+        part.setPosition(to, QTextCursor::KeepAnchor);
+        return from < to;
+    };
+    // From the start to the end and nothing twice: undo adds up the lengths to find the place for the caret.
+    part.beginEditBlock();
+    int done = start;
     for (const Stretch &stretch : stretches) {
-        part.setPosition(stretch.from);
-        part.setPosition(stretch.to, QTextCursor::KeepAnchor);
+        if (select(done, stretch.from)) {
+            part.mergeCharFormat(m_change);
+        }
+        select(stretch.from, stretch.to);
         part.setCharFormat(stretch.format);
+        done = stretch.to;
     }
-    cursor.mergeCharFormat(m_change);
-    cursor.endEditBlock();
+    if (select(done, end)) {
+        part.mergeCharFormat(m_change);
+    }
+    part.endEditBlock();
 }
 
 } // namespace rtf

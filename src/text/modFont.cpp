@@ -9,6 +9,7 @@
 #include "model/Ports.h"
 #include "model/TextPane.h"
 #include "model/modNodes.h"
+#include "rtf/CharChange.h"
 #include "util/Numbers.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
@@ -64,21 +65,22 @@ FontAttributes attributesOfSelection(const TextPane &pane)
 
 void setSelection(TextPane &pane, const FontAttributes &attributes)
 {
-    const EditGroup oneStep(pane);
+    rtf::CharChange change;
     if (attributes.name)
-        pane.setSelFontName(*attributes.name);
+        change.setFamily(*attributes.name);
     if (attributes.size)
-        pane.setSelFontSize(*attributes.size);
+        change.setSize(*attributes.size);
     if (attributes.bold)
-        pane.setSelBold(*attributes.bold);
+        change.setBold(*attributes.bold);
     if (attributes.italic)
-        pane.setSelItalic(*attributes.italic);
+        change.setItalic(*attributes.italic);
     if (attributes.underline)
-        pane.setSelUnderline(*attributes.underline);
+        change.setUnderline(*attributes.underline);
     if (attributes.strikeThrough)
-        pane.setSelStrikeThru(*attributes.strikeThrough);
+        change.setStrikeOut(*attributes.strikeThrough);
     if (attributes.colour)
-        pane.setSelColor(*attributes.colour);
+        change.setColour(*attributes.colour);
+    pane.changeSelection(change);
 }
 
 void askForDetails(clsFont &font)

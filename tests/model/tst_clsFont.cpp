@@ -147,7 +147,8 @@ void tst_clsFont::allOfAPanesTextGetsTheFontAndTheSelectionStays()
     pane.length = 4;
     fullDescription().SetRTFSelFont(pane);
     QCOMPARE(pane.fontName, u"Courier 10 Pitch"_s);
-    QCOMPARE(pane.fontSize, 8.25);
+    // Texts have their sizes in half points.
+    QCOMPARE(pane.fontSize, 8.5);
     QVERIFY(*pane.bold && *pane.italic && *pane.strikeThru && *pane.underline);
     QCOMPARE(pane.start, 3);
     QCOMPARE(pane.length, 4);

@@ -3,6 +3,7 @@
 
 #include "search/SearchFixture.h"
 
+#include <QRegularExpression>
 #include <QTest>
 
 #include <random>
@@ -43,6 +44,7 @@ private Q_SLOTS:
     void replaceAllInAText();
     void wordsBesideAReplacementAreSeenAsTheyAreThen();
     void replacingAllIsOneStepToUndo();
+    void replacingManyIsOneStepToUndo();
     void replacingOutlivesTheDialogAsAStepToUndo();
     void undoNeverLeavesTheEntry();
     void replaceAllThatWouldNeverEndEnds();
@@ -397,6 +399,24 @@ void tst_modSearch::replacingAllIsOneStepToUndo()
         QVERIFY(!f.box.document()->isUndoAvailable());
         f.select(5, 3);
     }
+}
+
+void tst_modSearch::replacingManyIsOneStepToUndo()
+{
+    QTest::failOnWarning(QRegularExpression(u"."_s));
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, u"a cat\nand cats "_s.repeated(300));
+    modNodes::NodeSelectFull(f.document, root);
+    const QByteArray before = f.box.TextRTF();
+    g_sSearchFind = u"cat"_s;
+    g_sSearchReplace = u"elephant"_s;
+    modSearch::SearchReplaceAll();
+    QCOMPARE(f.box.Text().count(u"elephant"_s), 600);
+    const QByteArray after = f.box.TextRTF();
+    f.box.undo();
+    QCOMPARE(f.box.TextRTF(), before);
+    f.box.redo();
+    QCOMPARE(f.box.TextRTF(), after);
 }
 
 void tst_modSearch::replacingOutlivesTheDialogAsAStepToUndo()

@@ -397,7 +397,7 @@ void tst_searchReference::replacingAllIsReplacingOneByOne()
 {
     QFETCH(const QString, scope);
     m_random.seed(12);
-    for (int round = 0; round < 1500; ++round) {
+    for (int round = 0; round < 500; ++round) {
         m_fixture.reset();
         m_fixture = std::make_unique<SearchFixture>();
         SearchFixture &f = *m_fixture;

@@ -9,6 +9,7 @@
 #include "model/Globals.h"
 #include "model/OutlinePane.h"
 #include "model/TextPane.h"
+#include "rtf/CharChange.h"
 
 #include <functional>
 
@@ -91,6 +92,22 @@ public:
     void setSelText(const QString &text) override { setSelRTF(text.toLatin1()); }
 
     void mapSelText(const std::function<QString(const QString &)> &map) override { setSelText(map(SelText())); }
+
+    void changeSelection(const rtf::CharChange &change) override
+    {
+        const QTextCharFormat format = change.appliedTo({});
+        const auto take = [&format](auto &value, int property, const auto &changed) {
+            if (format.hasProperty(property))
+                value = changed;
+        };
+        take(bold, QTextFormat::FontWeight, format.fontWeight() > QFont::Medium);
+        take(italic, QTextFormat::FontItalic, format.fontItalic());
+        take(underline, QTextFormat::TextUnderlineStyle, format.fontUnderline());
+        take(strikeThru, QTextFormat::FontStrikeOut, format.fontStrikeOut());
+        take(fontName, QTextFormat::FontFamilies, format.fontFamilies().toStringList().value(0));
+        take(fontSize, QTextFormat::FontPointSize, format.fontPointSize());
+        take(colour, QTextFormat::ForegroundBrush, format.foreground().color());
+    }
 
     void replaceText(const std::vector<TextReplacement> &replacements) override
     {

@@ -12,6 +12,7 @@
 
 #include <QDirIterator>
 #include <QFile>
+#include <QRegularExpression>
 #include <QScopeGuard>
 #include <QTest>
 #include <QTextBlock>
@@ -131,6 +132,7 @@ private:
 
 void tst_modFont::init()
 {
+    QTest::failOnWarning(QRegularExpression(u"."_s));
     m_fake = std::make_unique<FakePorts>();
     m_windows = std::make_unique<OpenDocuments>();
     ports().windows = m_windows.get();
@@ -247,6 +249,9 @@ void tst_modFont::allIsWrittenToTheSelectionInOneStep()
     f.box.undo();
     QCOMPARE(f.box.TextRTF(), before);
     QVERIFY(!f.box.document()->isUndoAvailable());
+    QCOMPARE(f.box.SelStart(), 7);
+    f.box.redo();
+    QCOMPARE(f.box.SelStart(), 7);
 }
 
 void tst_modFont::whatWasNotChosenStaysAsItWas()
