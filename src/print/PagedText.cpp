@@ -40,7 +40,7 @@ bool PagedText::layOutMore()
         return false;
     Piece piece = m_place;
     piece.from = m_next;
-    std::unique_ptr<PageFormatter> text = make(piece, &m_next);
+    std::unique_ptr<PageFormatter> text = make(piece, PrintComposition::Damage::Report, &m_next);
     const PageFormatter::Place end = text->end();
     piece.lastSheet = piece.firstSheet + text->sheet(text->pageCount() - 1);
     m_pieces.push_back(piece);
@@ -66,10 +66,11 @@ void PagedText::addPages(const PageFormatter &text)
     m_length = before + text.length();
 }
 
-std::unique_ptr<PageFormatter> PagedText::make(const Piece &piece, const Entry **next) const
+std::unique_ptr<PageFormatter> PagedText::make(const Piece &piece, PrintComposition::Damage damage,
+                                               const Entry **next) const
 {
     auto document = std::make_unique<SealedDocument>();
-    *next = m_composition.compose(*document, piece.from, m_pieceLength);
+    *next = m_composition.compose(*document, piece.from, m_pieceLength, damage);
     const PageFormatter::Place above{piece.y, piece.distance};
     return std::make_unique<PageFormatter>(std::move(document), m_device, m_size,
                                            piece.from == m_composition.first() ? nullptr : &above);
@@ -82,7 +83,7 @@ const PageFormatter &PagedText::text(std::size_t piece)
         std::rotate(known, known + 1, m_kept.end());
     } else {
         const Entry *next = nullptr;
-        keep(piece, make(m_pieces[piece], &next));
+        keep(piece, make(m_pieces[piece], PrintComposition::Damage::Ignore, &next));
     }
     return *m_kept.back().text;
 }

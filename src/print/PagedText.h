@@ -77,7 +77,7 @@ private:
 
     bool hasPageBehind(int first) const;
     int pageOf(int character) const;
-    std::unique_ptr<PageFormatter> make(const Piece &piece, const Entry **next) const;
+    std::unique_ptr<PageFormatter> make(const Piece &piece, PrintComposition::Damage damage, const Entry **next) const;
     const PageFormatter &text(std::size_t piece);
     void keep(std::size_t piece, std::unique_ptr<PageFormatter> text);
     void addPages(const PageFormatter &text);

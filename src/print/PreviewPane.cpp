@@ -3,6 +3,7 @@
 
 #include "print/PreviewPane.h"
 
+#include "model/Ports.h"
 #include "print/PagedText.h"
 #include "util/Twips.h"
 
@@ -49,7 +50,14 @@ void PreviewPane::setText(std::unique_ptr<PagedText> text, const Paper &paper, i
     fit();
     verticalScrollBar()->setValue(0);
     if (isVisible())
-        layOutMore();
+        begin();
+}
+
+// The first pages are waited for.
+void PreviewPane::begin()
+{
+    const HourglassPointer hourglass;
+    layOutMore();
 }
 
 int PreviewPane::pageCount() const
@@ -175,7 +183,7 @@ void PreviewPane::showEvent(QShowEvent *event)
     QAbstractScrollArea::showEvent(event);
     fit();
     if (pageCount() == 0)
-        layOutMore();
+        begin();
 }
 
 void PreviewPane::scrollContentsBy(int, int)

@@ -61,6 +61,7 @@ protected:
     void changeEvent(QEvent *event) override;
 
 private:
+    void begin();
     void layOutMore();
     void fit();
     void updateScrollBars();

@@ -98,7 +98,8 @@ bool PrintComposition::isHeading(const QTextBlock &block)
     return block.blockFormat().boolProperty(headingProperty);
 }
 
-const Entry *PrintComposition::compose(QTextDocument &document, const Entry *from, qsizetype characters) const
+const Entry *PrintComposition::compose(QTextDocument &document, const Entry *from, qsizetype characters,
+                                       Damage damage) const
 {
     document.setUndoRedoEnabled(false);
     document.setDefaultFont(m_base);
@@ -119,7 +120,7 @@ const Entry *PrintComposition::compose(QTextDocument &document, const Entry *fro
         }
         QTextCursor cursor = freeParagraph(document, isLastFree);
         const int begin = cursor.position();
-        addText(cursor, entry);
+        addText(cursor, entry, damage);
         cursor.movePosition(QTextCursor::End);
         isLastFree = cursor.position() == begin && !cursor.currentList();
         entry = m_bDescendants ? nextInOutline(entry, m_top) : nullptr;
@@ -156,11 +157,13 @@ void PrintComposition::addHeading(QTextCursor &cursor, const Entry *entry, bool 
     cursor.insertText(label, characters);
 }
 
-void PrintComposition::addText(QTextCursor &cursor, const Entry *entry) const
+void PrintComposition::addText(QTextCursor &cursor, const Entry *entry, Damage damage) const
 {
     const QByteArray storedText = m_tree.storedText(entry);
     const QByteArray text = NodeTextDecompressIfRequired(storedText);
     if (isUninflated(text, storedText)) {
+        if (damage == Damage::Ignore)
+            return;
         reportError("frmPreview PreviewNodeAll",
                     RunTimeError(ErrorNumber::InvalidFileFormat,
                                  u"%1: the text of the entry %2 is damaged and not printed"_s.arg(

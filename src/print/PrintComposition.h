@@ -21,13 +21,15 @@ public:
     // The extent's document must not change while this lives. `base` is the font of text that names none.
     PrintComposition(const PrintExtent &extent, const QFont &base);
 
-    const QFont &base() const { return m_base; }
+    enum class Damage { Report, Ignore };
 
     const Entry *first() const { return m_top; }
 
     // Composes the text of some entries in outline order into an empty document: from one on until the text has some
     // `characters` or the last entry is in it. The entry that comes next; null when none is left.
-    const Entry *compose(QTextDocument &document, const Entry *from, qsizetype characters) const;
+    // A text that is damaged is left out and, unless the same entries are composed again, reported.
+    const Entry *compose(QTextDocument &document, const Entry *from, qsizetype characters,
+                         Damage damage = Damage::Report) const;
 
     // The size of a heading in points, by its depth from 0.
     static qreal headingSize(int depth);
@@ -36,7 +38,7 @@ public:
 
 private:
     void addHeading(QTextCursor &cursor, const Entry *entry, bool isFirst) const;
-    void addText(QTextCursor &cursor, const Entry *entry) const;
+    void addText(QTextCursor &cursor, const Entry *entry, Damage damage) const;
 
     const EntryTree &m_tree;
     const Entry *m_top;

@@ -105,7 +105,6 @@ qint32 frmPreview::WYSIWYG_RTF(PreviewPane &control, qint32 left, qint32 right)
     if (sheet == m_sheet)
         return leastWidth;
     m_sheet = sheet;
-    const HourglassPointer hourglass;
     control.setText(std::make_unique<PagedText>(txtFormat, m_printer, sheet.text.size()), sheet, leastWidth);
     return leastWidth;
 }

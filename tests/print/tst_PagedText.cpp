@@ -39,6 +39,7 @@ private Q_SLOTS:
     void anyPageCanBeDrawnAgain();
     void aPageOfNothingIsNone();
     void onlyAFewPiecesAreKept();
+    void aDamagedTextIsReportedOnce();
 
 private:
     std::unique_ptr<PagedText> textOf(const PrintExtent &extent, qsizetype pieceLength)
@@ -193,6 +194,18 @@ void tst_PagedText::onlyAFewPiecesAreKept()
     const auto text = textOf(plantRandom(7), 300);
     startsOf(*text);
     QVERIFY2(text->piecesKept() <= 3, qPrintable(QString::number(text->piecesKept())));
+}
+
+void tst_PagedText::aDamagedTextIsReportedOnce()
+{
+    Document &document = m_fixture->plant({u"Root"_s, u" A"_s, u" B"_s, u" C"_s, u" D"_s, u" E"_s});
+    document.tree.setStoredText(entryLabelled(document.tree, u"A"_s), "30,no such stream");
+    const auto text = textOf(m_fixture->extent(document, u"Root"_s, true), 1);
+    startsOf(*text);
+    const int reported = m_fixture->errors.count();
+    QVERIFY(reported > 0);
+    picture(*text, 0);
+    QCOMPARE(m_fixture->errors.count(), reported);
 }
 
 QTEST_MAIN(tst_PagedText)
