@@ -114,11 +114,12 @@ void PreviewPane::fit()
         return;
     // What was in the middle stays there.
     const double before = sheetSize().height() + gap;
-    const double place = (verticalScrollBar()->value() + viewport()->height() / 2) / before;
+    const int half = viewport()->height() / 2;
+    const double place = (verticalScrollBar()->value() + half) / before;
     m_scale = scale;
     m_sheets.clear();
     updateScrollBars();
-    verticalScrollBar()->setValue(qRound(place * (sheetSize().height() + gap)) - viewport()->height() / 2);
+    verticalScrollBar()->setValue(qRound(place * (sheetSize().height() + gap)) - half);
 }
 
 void PreviewPane::updateScrollBars()

@@ -8,6 +8,8 @@
 #include <QFile>
 #include <QPrinter>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace
