@@ -22,7 +22,7 @@ class PagedText
 {
 public:
     // How many characters make a piece, unless one entry's text alone is longer.
-    static constexpr qsizetype pieceLength = 200000;
+    static constexpr qsizetype pieceLength = 100000;
 
     // The text is broken for pages of `size`, in pixels of the device.
     PagedText(const PrintComposition &composition, QPaintDevice &device, const QSizeF &size,
