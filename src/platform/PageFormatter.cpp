@@ -67,7 +67,8 @@ void PageFormatter::layOut(QPaintDevice &device, const QSizeF &size, const Place
     if (above)
         goOnBelow(*above);
     m_document->documentLayout()->setPaintDevice(&device);
-    m_document->setPageSize(size);
+    // Whole pixels, so that every page begins where the layout has it: it cuts off parts of them.
+    m_document->setPageSize(QSizeF(std::floor(size.width()), std::floor(size.height())));
     finishLayout();
     keepWithNext();
     m_length = offsetOf(m_document->characterCount());

@@ -20,7 +20,8 @@ class QPointF;
 class PageFormatter
 {
 public:
-    // The text is broken for pages of `size`, in pixels of the device. `base` is the font of text that names none.
+    // The text is broken for pages of `size`, in whole pixels of the device. `base` is the font of text that names
+    // none.
     PageFormatter(const QByteArray &rtf, const QFont &base, QPaintDevice &device, const QSizeF &size);
 
     // A height on the paper in pixels of the device, and how far what follows is to keep from it.

@@ -26,7 +26,7 @@ PagedText::PagedText(const PrintComposition &composition, QPaintDevice &device, 
                      qsizetype charactersAPiece)
     : m_composition(composition)
     , m_device(device)
-    , m_size(size)
+    , m_size(std::floor(size.width()), std::floor(size.height()))
     , m_pieceLength(charactersAPiece)
     , m_next(composition.first())
 {

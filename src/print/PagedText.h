@@ -24,7 +24,7 @@ public:
     // How many characters make a piece, unless one entry's text alone is longer.
     static constexpr qsizetype pieceLength = 100000;
 
-    // The text is broken for pages of `size`, in pixels of the device.
+    // The text is broken for pages of `size`, in whole pixels of the device.
     PagedText(const PrintComposition &composition, QPaintDevice &device, const QSizeF &size,
               qsizetype charactersAPiece = pieceLength);
     ~PagedText();

@@ -3,6 +3,7 @@
 
 #include "platform/PageFormatter.h"
 
+#include <QBuffer>
 #include <QImage>
 #include <QPainter>
 #include <QPdfWriter>
@@ -47,6 +48,7 @@ private Q_SLOTS:
     void picturesLargerThanAPageAreMadeToFit();
     void whatStaysWithTheNextGoesToItsPage();
     void aRowOfHeadingsLeavesNoPageEmpty();
+    void pagesMayHavePartsOfAPixel();
     void namesOfFilesAreNotFollowed();
 
 private:
@@ -310,6 +312,36 @@ void TestPageFormatter::aRowOfHeadingsLeavesNoPageEmpty()
     const QByteArray loose = QByteArray(many).replace("\\keepn", "");
     QCOMPARE(PageFormatter(many, QFont(), *m_device, pageSize).pageCount(),
              PageFormatter(loose, QFont(), *m_device, pageSize).pageCount());
+}
+
+void TestPageFormatter::pagesMayHavePartsOfAPixel()
+{
+    // A picture as tall as the page and a line on each, many times: none of it is to be seen on the page before.
+    QImage image(300, 300, QImage::Format_RGB32);
+    image.setDotsPerMeterX(qRound(96 / 0.0254));
+    image.setDotsPerMeterY(qRound(96 / 0.0254));
+    QImage green(10, 10, QImage::Format_RGB32);
+    green.fill(Qt::green);
+    QByteArray png;
+    QBuffer buffer(&png);
+    green.save(&buffer, "png");
+    const QByteArray picture = "{\\pict\\pngblip\\picwgoal3000\\pichgoal3000 " + png.toHex() + "}\\par ";
+    const QByteArray heading = "{\\pard\\keepn H\\par}\\pard ";
+    const PageFormatter pages("{\\rtf1 " + QByteArray("x\\par\\par\\par\\par " + picture).repeated(30) + heading +
+                                  picture + "}",
+                              QFont(), image, QSizeF(299.8, 250.99));
+    QVERIFY(pages.pageCount() > 30);
+    for (int page = 0; page < pages.pageCount(); ++page) {
+        image.fill(Qt::white);
+        QPainter painter(&image);
+        pages.drawSheet(painter, {}, pages.sheet(page));
+        painter.end();
+        int rows = 0;
+        for (int y = 0; y < image.height(); ++y) {
+            rows += image.pixel(100, y) == qRgb(0, 255, 0);
+        }
+        QVERIFY2(rows == 0 || rows == 200, qPrintable(QStringLiteral("%1 on page %2").arg(rows).arg(page)));
+    }
 }
 
 void TestPageFormatter::namesOfFilesAreNotFollowed()

@@ -17,7 +17,8 @@ namespace
 {
 
 constexpr int dotsPerInch = 600;
-const QSizeF pageSize(6 * dotsPerInch, 3 * dotsPerInch);
+// Not in whole pixels, like that of A4 paper.
+const QSizeF pageSize(6 * dotsPerInch + 0.3, 3 * dotsPerInch + 0.797);
 
 } // namespace
 
