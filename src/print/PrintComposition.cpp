@@ -31,6 +31,7 @@ constexpr qreal headingSizes[] = {20, 17, 15, 13.5, 12, 11, 10};
 // Lengths of a text document, 96 to the inch.
 constexpr qreal spaceAboveHeading = 16;
 constexpr qreal spaceBelowHeading = 4;
+constexpr qreal spaceBetweenHeadings = 6;
 constexpr qreal tabDistance = 48;
 
 // The text's own paragraphs may be headings too, so a property of our own tells which are labels.
@@ -140,7 +141,8 @@ void PrintComposition::addHeading(QTextCursor &cursor, const Entry *entry, bool 
     QTextBlockFormat paragraph;
     paragraph.setProperty(headingProperty, true);
     rtf::setStaysWithNext(paragraph);
-    paragraph.setTopMargin(isFirst ? 0 : spaceAboveHeading);
+    const bool isBelowHeading = isHeading(cursor.block().previous());
+    paragraph.setTopMargin(isFirst ? 0 : isBelowHeading ? spaceBetweenHeadings : spaceAboveHeading);
     paragraph.setBottomMargin(spaceBelowHeading);
     QTextCharFormat characters;
     characters.setFontFamilies({m_base.family()});

@@ -117,6 +117,11 @@ void tst_PrintComposition::anEntryWithoutATextIsItsLabel()
     QCOMPARE(lines(*text), QStringList({u"20: Root"_s, u"17: A"_s, u"17: B"_s, u"text of B"_s, u"17: C"_s}));
     QCOMPARE(text->lastBlock().charFormat().fontPointSize(), 17.0);
     QCOMPARE(text->lastBlock().blockFormat().alignment(), Qt::AlignLeft | Qt::AlignLeading);
+    // A list of labels stands closer together than headings with texts between them.
+    const auto spaceAbove = [&text](int block) { return text->findBlockByNumber(block).blockFormat().topMargin(); };
+    QCOMPARE(spaceAbove(0), 0.0);
+    QVERIFY(spaceAbove(1) > 0);
+    QVERIFY(spaceAbove(4) > spaceAbove(1));
 }
 
 void tst_PrintComposition::anEntryWithoutALabelIsItsText()
