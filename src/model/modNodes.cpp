@@ -105,18 +105,19 @@ Entry *NodeGetRoot(const Document &document)
     });
 }
 
+Entry *entryBelow(const Entry *entry)
+{
+    Entry *below = entry->next();
+    for (const Entry *ancestor = entry->parent(); !below && ancestor; ancestor = ancestor->parent())
+        below = ancestor->next();
+    return below ? below : entry->firstChild();
+}
+
 void NodeGoDown(Document &document)
 {
     procedure("modNodes NodeGoDown", [&] {
-        const Entry *selected = document.tree.selected();
-        if (!selected)
-            return;
-        Entry *target = selected->next();
-        for (const Entry *ancestor = selected->parent(); !target && ancestor; ancestor = ancestor->parent())
-            target = ancestor->next();
-        if (!target)
-            target = selected->firstChild();
-        NodeSelect(document, target);
+        if (const Entry *selected = document.tree.selected())
+            NodeSelect(document, entryBelow(selected));
     });
 }
 

@@ -25,7 +25,9 @@ void NodeInitialise(Document &document, Entry *entry);
 // The root of the selected entry, or null when nothing is selected.
 Entry *NodeGetRoot(const Document &document);
 
-// Selects the next sibling, else the first child; for a last sibling the next sibling of the nearest ancestor with one.
+// The next sibling, or for a last sibling that of the nearest ancestor with one; else the first child. Null for none.
+Entry *entryBelow(const Entry *entry);
+// Selects the entry below the selected one.
 void NodeGoDown(Document &document);
 
 // Selects an entry: only marks it while the busy flag is set, else as NodeSelectFull. Nothing for no entry.

@@ -7,6 +7,7 @@
 #include <QString>
 
 class Document;
+class Entry;
 
 // What finding and replacing in texts have in common.
 
@@ -15,6 +16,12 @@ int findOptions();
 
 // What takes the place of a match: with a capital for a capital where that is wanted.
 QString replacementOf(const QString &match);
+
+Qt::CaseSensitivity labelComparison();
+
+// Replaces in an entry's label, from its first match on, up to one that is no whole word where that is wanted. What is
+// put in must not hold what is searched for.
+void replaceInLabel(Document &document, Entry *entry);
 
 // Whether a match may stand in an entry's text; seldom true where none does. Looked at as it is stored, because showing
 // a text costs many times as much.

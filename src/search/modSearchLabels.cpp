@@ -8,16 +8,12 @@
 #include "model/Document.h"
 #include "model/Ports.h"
 #include "model/modNodes.h"
+#include "search/SearchSteps.h"
 #include "util/Procedure.h"
 #include "util/modString.h"
 
 namespace
 {
-
-Qt::CaseSensitivity comparison()
-{
-    return g_bSearchMatchCase ? Qt::CaseSensitive : Qt::CaseInsensitive;
-}
 
 // Whether the match at a place is a word of its own. The label's last character is never looked at as the one behind.
 bool isWholeWord(const QString &label, qsizetype place)
@@ -29,6 +25,28 @@ bool isWholeWord(const QString &label, qsizetype place)
 }
 
 } // namespace
+
+Qt::CaseSensitivity labelComparison()
+{
+    return g_bSearchMatchCase ? Qt::CaseSensitive : Qt::CaseInsensitive;
+}
+
+void replaceInLabel(Document &document, Entry *entry)
+{
+    // A replacement may make another match with what stands beside it; one that does so without end makes labels grow.
+    constexpr qsizetype mostGrowth = 1 << 14;
+    QString label = entry->label();
+    while (label.size() < entry->label().size() + mostGrowth) {
+        const qsizetype place = label.indexOf(g_sSearchFind, 0, labelComparison());
+        if (place < 0 || (g_bSearchWholeWord && !isWholeWord(label, place)))
+            break;
+        label.replace(place, g_sSearchFind.size(), g_sSearchReplace);
+    }
+    if (label == entry->label())
+        return;
+    document.tree.setLabel(entry, label);
+    document.m_bDataChanged = true;
+}
 
 namespace modSearch
 {
@@ -56,7 +74,7 @@ bool SearchLabels()
         Entry *found = nullptr;
         const auto search = [&](int from, int to) {
             for (int i = from; i <= to && !found; ++i) {
-                if (Entry *entry = entries.at(i); entry && SearchLabel(entry->label(), comparison()))
+                if (Entry *entry = entries.at(i); entry && SearchLabel(entry->label(), labelComparison()))
                     found = entry;
             }
         };
@@ -76,17 +94,7 @@ void SearchReplaceLabel()
         // Each pass begins at the first character again: what is put in must not be found.
         if (!entry || g_sSearchFind.isEmpty() || replacementHoldsExpression())
             return;
-        QString label = entry->label();
-        for (;;) {
-            const qsizetype place = label.indexOf(g_sSearchFind, 0, comparison());
-            if (place < 0 || (g_bSearchWholeWord && !isWholeWord(label, place)))
-                break;
-            label.replace(place, g_sSearchFind.size(), g_sSearchReplace);
-        }
-        if (label == entry->label())
-            return;
-        document->tree.setLabel(entry, label);
-        document->m_bDataChanged = true;
+        replaceInLabel(*document, entry);
     });
 }
 

@@ -16,6 +16,7 @@
 #include "util/Procedure.h"
 
 #include <algorithm>
+#include <set>
 
 using namespace Qt::StringLiterals;
 
@@ -194,6 +195,31 @@ void replaceAllInTexts(Document &document)
     modNodes::NodeTextGetSelected();
 }
 
+// From label to label, each searched for from the one below the last; none but the last is ever selected.
+void replaceAllInLabels(Document &document)
+{
+    const EntryCollection &entries = document.tree.collection();
+    std::set<int> matching;
+    for (int i = 1; i <= document.tree.entryCount(); ++i) {
+        if (modSearch::SearchLabel(entries.at(i)->label(), labelComparison()))
+            matching.insert(i);
+    }
+    Entry *current = document.tree.selected();
+    for (;;) {
+        replaceInLabel(document, current);
+        const int index = entries.indexOf(current);
+        matching.erase(index);
+        const Entry *below = modNodes::entryBelow(current);
+        auto next = matching.lower_bound(below ? entries.indexOf(below) : index);
+        if (next == matching.end())
+            next = matching.begin();
+        if (next == matching.end())
+            break;
+        current = entries.at(*next);
+    }
+    modNodes::NodeSelect(document, current);
+}
+
 // Goes by single steps where those are few, or texts have to be looked at anew after each.
 void replaceAllByStep()
 {
@@ -216,9 +242,10 @@ void SearchReplaceAll()
         Document *document = DocumentActive();
         if (!document || g_sSearchFind.isEmpty() || replacementHoldsExpression())
             return;
-        const bool isText = g_sSearchScope == u"0" || (g_sSearchScope == u"1" && document->tree.selected());
-        if (!isText || g_bSearchBackwards || g_sSearchReplace.isEmpty() || !isPlain(g_sSearchFind) ||
-            !isPlain(g_sSearchReplace)) {
+        const bool isText = g_sSearchScope == u"0" || g_sSearchScope == u"1";
+        const bool isFew = isText && (g_bSearchBackwards || g_sSearchReplace.isEmpty() || !isPlain(g_sSearchFind) ||
+                                      !isPlain(g_sSearchReplace));
+        if (isFew || !document->tree.selected() || (!isText && g_sSearchScope != u"2")) {
             replaceAllByStep();
             return;
         }
@@ -226,8 +253,10 @@ void SearchReplaceAll()
             const HourglassPointer hourglass;
             if (g_sSearchScope == u"0")
                 replaceAllInPane(*document);
-            else
+            else if (g_sSearchScope == u"1")
                 replaceAllInTexts(*document);
+            else
+                replaceAllInLabels(*document);
         }
         ports().dialogs->informPlainly(u"Search completed"_s);
     });

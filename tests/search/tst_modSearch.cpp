@@ -473,6 +473,10 @@ void tst_modSearch::replaceAllThatWouldNeverEndEnds()
     modNodes::NodeSelectFull(f.document, child);
     modSearch::SearchReplaceAll();
     QVERIFY(f.box.Text().size() > 3);
+    f.document.tree.setLabel(child, u"aab"_s);
+    g_sSearchScope = u"2"_s;
+    modSearch::SearchReplaceAll();
+    QVERIFY(child->label().size() > 3);
 }
 
 void tst_modSearch::replaceAllLeavesDamagedTexts()

@@ -407,7 +407,7 @@ void tst_searchReference::replacingAllIsReplacingOneByOne()
         for (int i = 0, count = 1 + below(5); i < count; ++i) {
             labels.append(pieces(6).remove(u'\n'));
             texts.push_back(NodeTextCompressIfRequired(looks(pieces(14))));
-            entries.push_back(f.add(i == 0 ? nullptr : entries.front(), labels.back(), {}));
+            entries.push_back(f.add(i == 0 ? nullptr : entries[std::size_t(below(i))], labels.back(), {}));
         }
         chooseValues();
         g_sSearchScope = scope;
