@@ -6,6 +6,7 @@
 #include "platform/ColourBox.h"
 
 #include <QCheckBox>
+#include <QCoreApplication>
 #include <QDialogButtonBox>
 #include <QFontDatabase>
 #include <QGridLayout>
@@ -16,6 +17,7 @@
 #include <QListWidget>
 #include <QLocale>
 #include <QPushButton>
+#include <QVBoxLayout>
 
 #include <cmath>
 

@@ -34,6 +34,7 @@ private Q_SLOTS:
     void aReadOnlyDocumentOffersNothingThatWrites();
     void theRootOffersNoMove();
     void itemsWithoutAnActionAreGrey();
+    void theFontItemsAskForAFont();
     void fileNewOpensADocumentWithOneEntryBeingNamed();
     void aNewDocumentIsTheActiveOneEvenBeforeTheMainWindowShows();
     void documentsAreListedInTheOrderOfTheirOpening();
@@ -152,6 +153,21 @@ void tst_frmMain::itemsWithoutAnActionAreGrey()
         QVERIFY2(!m_main->enabled(item), item);
         QVERIFY(m_main->action(QString::fromLatin1(item))->isVisible());
     }
+}
+
+void tst_frmMain::theFontItemsAskForAFont()
+{
+    m_main->start();
+    Document &document = newDocument();
+    FakeDialogs &dialogs = m_main->app.core.dialogs;
+    dialogs.fonts = {std::nullopt, std::nullopt, std::nullopt};
+    m_main->choose("mnuOutlineFont");
+    document.m_bOutlineHasFocus = false;
+    document.m_bTextHasFocus = true;
+    m_main->main.MenuEnableDynamic();
+    m_main->choose("mnuEditCurrentFont");
+    m_main->choose("mnuEditDocumentFont");
+    QCOMPARE(dialogs.fontRequests.size(), std::size_t(3));
 }
 
 void tst_frmMain::fileNewOpensADocumentWithOneEntryBeingNamed()
