@@ -88,6 +88,8 @@ int PreviewPane::currentPage() const
 
 void PreviewPane::layOutMore()
 {
+    // The last page so far may get more lines.
+    m_sheets.remove(pageCount() - 1);
     if (m_text)
         m_text->layOutMore();
     updateScrollBars();
@@ -95,9 +97,6 @@ void PreviewPane::layOutMore()
         m_timer->stop();
     else
         m_timer->start();
-    // The page that was the last one may have got more lines.
-    m_sheets.remove(std::max(0, pageCount() - 2));
-    m_sheets.remove(std::max(0, pageCount() - 1));
     viewport()->update();
     Q_EMIT changed();
 }
