@@ -16,9 +16,10 @@ from assistive import (Program, children, fail, has, is_checked, is_enabled, is_
 from gi.repository import GLib
 
 # What somebody can work with or read, and so must be able to name. Scroll bars belong to the named pane around them.
-NAMED = {"push button", "toggle button", "check box", "radio button", "combo box", "text", "password text", "spin button",
-         "tree", "tree table", "list", "table", "slider", "split pane", "menu bar", "menu item", "popup menu", "tool bar",
-         "status bar", "frame", "dialog", "alert", "page tab", "layered pane", "label", "link"}
+NAMED = {"push button", "toggle button", "check box", "radio button", "combo box", "text", "password text",
+         "spin button", "tree", "tree table", "list", "table", "slider", "split pane", "menu bar", "menu item",
+         "popup menu", "tool bar", "status bar", "frame", "dialog", "alert", "page tab", "layered pane", "label",
+         "link"}
 
 # The menu items that open a dialog, and its title.
 DIALOGS = [
@@ -186,7 +187,6 @@ class Accessibility:
             if title is not None and dialog.name != title:
                 fail(f"the dialog of {caption!r} is named {dialog.name!r}")
             expect_names(dialog)
-            wait(lambda shown=dialog: has(shown, pyatspi.STATE_ACTIVE), f"the keyboard in the dialog of {caption!r}")
             press("Escape")
             self.program.wait_for_no_dialog()
 

@@ -11,8 +11,9 @@ import sys
 import time
 
 import pyatspi
+from gi.repository import GLib
 
-PATIENCE = 15
+PATIENCE = 20
 PAUSE = 0.01
 
 
@@ -28,7 +29,11 @@ def wait(condition, what):
     """What the condition comes to return, once that counts as true."""
     end = time.monotonic() + PATIENCE
     while True:
-        found = condition()
+        try:
+            found = condition()
+        except GLib.Error:
+            # What was looked at went away meanwhile.
+            found = None
         if found:
             return found
         if time.monotonic() > end:
@@ -42,11 +47,11 @@ def wait_equal(current, expected, what):
 
 
 def press(*keys):
-    subprocess.run(["xdotool", "key", "--clearmodifiers", *keys], check=True)
+    subprocess.run(["xdotool", "key", "--delay", "5", *keys], check=True)
 
 
 def type_text(text):
-    subprocess.run(["xdotool", "type", "--clearmodifiers", "--delay", "5", text], check=True)
+    subprocess.run(["xdotool", "type", "--delay", "5", text], check=True)
 
 
 def has(accessible, state):
@@ -98,12 +103,23 @@ def choose_item(item):
     if letter and sum(access_key(each) == letter for each in others) == 1:
         press(letter)
         return
-    for _ in range(2 * len(others)):
-        if has(item, pyatspi.STATE_FOCUSED):
+    # A letter that several items have goes from one to the next, but not beyond one that is not enabled: the arrows do.
+    enabled = [each for each in others if is_enabled(each)]
+    to_go = enabled.index(item)
+    arrow = "Down" if to_go < len(enabled) / 2 else "Up"
+    for _ in range(len(enabled) + 1):
+        now = marked(enabled)
+        if now == item:
             press("Return")
             return
-        press(letter or "Down")
+        press(arrow)
+        wait(lambda before=now: marked(enabled) != before, f"the next item on the way to {item.name!r}")
     fail(f"the menu does not come to {item.name!r}")
+
+
+def marked(items):
+    """The item that Return would choose."""
+    return next((each for each in items if has(each, pyatspi.STATE_FOCUSED)), None)
 
 
 class Program:
@@ -149,11 +165,18 @@ class Program:
 
     def choose(self, *captions):
         """Chooses a menu item by the keyboard alone: the access keys where they are clear, the arrows elsewhere."""
-        item = self.menu(captions[0])
-        popup = self.open_menu(item)
-        for caption in captions[1:-1]:
-            popup = self.open_submenu(self.child(popup, "menu item", caption))
-        choose_item(self.child(popup, "menu item", captions[-1]))
+        path = [self.menu(captions[0])]
+        for caption in captions[1:]:
+            path.append(self.child(children(path[-1])[0], "menu item", caption))
+        self.choose_items(path)
+
+    def choose_items(self, path):
+        """The same for the items that lead to one and the item itself."""
+        popup = self.open_menu(path[0])
+        for item in path[1:-1]:
+            self.open_submenu(item)
+        choose_item(path[-1])
+        wait(lambda: not is_showing(popup), f"the end of the menu after {path[-1].name!r}")
 
     def is_mine(self, application):
         try:
@@ -175,8 +198,9 @@ class Program:
                 and is_showing(each)]
 
     def dialog(self):
-        """The dialog that the program shows, waited for."""
-        return wait(lambda: next(iter(self.dialogs()), None), "a dialog")
+        """The dialog that the program shows, waited for until it has the keyboard."""
+        return wait(lambda: next((each for each in self.dialogs() if has(each, pyatspi.STATE_ACTIVE)), None),
+                    "a dialog with the keyboard")
 
     def wait_for_no_dialog(self):
         wait(lambda: not self.dialogs(), lambda: f"the end of the dialogs {[each.name for each in self.dialogs()]}")
