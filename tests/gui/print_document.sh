@@ -37,9 +37,9 @@ expect_pdf() {
         fail "$file has something in its upper margin"
 }
 
-# has_come TITLE TRIES: waits until a dialog of that title, or the main window itself, has the keyboard.
-has_come() {
-    local try window='' main
+# comes_window TITLE TENTHS: waits so long until a dialog of that title, or the main window itself, has the keyboard.
+comes_window() {
+    local try window main
     main=$(main_window "$process")
     for ((try = 0; try < $2; try++)); do
         window=$(xdotool getactivewindow 2>/dev/null || true)
@@ -54,24 +54,30 @@ has_come() {
 }
 
 expect_window() {
-    has_come "$1" 100 || fail "the window \"$1\" does not come, but $(xdotool getactivewindow getwindowname)"
+    comes_window "$1" 100 || fail "the window \"$1\" does not come"
 }
 
-# ask ITEM-KEYS... ANSWER: chooses a print command and answers its question. On a busy machine a key may come before the
-# menu that it is for; then all of them are typed again.
-ask() {
-    local try item
-    for ((try = 0; try < 4; try++)); do
-        expect_window main
+# choose TITLE KEY...: chooses an item of the File menu, which shows a dialog of that title. Keys that come while the
+# dialog before is still going away are lost, so they may be needed again.
+choose() {
+    local title=$1 try menu_key
+    shift
+    expect_window main
+    for ((try = 0; try < 5; try++)); do
         key alt+f
-        for item in "${@:1:$#-1}"; do
-            key "$item"
+        for menu_key in "$@"; do
+            key "$menu_key"
         done
-        ! has_come Quillery 40 || break
+        ! comes_window "$title" 20 || return 0
         key Escape
         key Escape
     done
-    expect_window Quillery
+    fail "$* in the File menu does not show the window \"$title\""
+}
+
+# ask KEY... ANSWER: chooses a print command and answers its question.
+ask() {
+    choose Quillery "${@:1:$#-1}"
     key "${!#}"
 }
 
@@ -132,9 +138,7 @@ expect_window main
 expect_nothing
 
 # Landscape paper, by the printer's setup.
-key alt+f
-key u
-expect_window 'Print Setup'
+choose 'Print Setup' u
 key alt+l
 key Return
 ask c c Return Return
