@@ -99,7 +99,8 @@ void TestRtfEvents::events_data()
         "\\itap1\\cell\\row",
         "text 'a'; paragraph in 2; cell in 2; row of 1 in 2; paragraph in 1; cell in 1; row of 1 in 1");
     row("a picture", "{\\pict\\pngblip 0a0B}", "picture 0a0b; paragraph");
-    row("what is no text", "{\\info{\\title t}}{\\header h}a{\\footnote f}{\\*\\bkmkstart b}c", "text 'a'; text 'c'; paragraph");
+    row("what is no text", "{\\info{\\title t}}{\\header h}a{\\footnote f}{\\*\\bkmkstart b}c",
+        "text 'a'; text 'c'; paragraph");
 }
 
 void TestRtfEvents::events()
