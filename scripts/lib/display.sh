@@ -10,13 +10,13 @@ have_display() {
 display_processes=()
 display_folder=
 
-# start_display: an X server without a screen and a window manager, without which no window ever becomes active. Sets
-# DISPLAY; stop_display ends both.
+# start_display [WIDTHxHEIGHT]: an X server without a screen and a window manager, without which no window ever becomes
+# active. Sets DISPLAY; stop_display ends both.
 start_display() {
     display_folder=$(mktemp -d)
     chmod 700 "$display_folder"
     export XDG_RUNTIME_DIR=$display_folder
-    Xvfb -displayfd 3 -screen 0 1280x800x24 -nolisten tcp 3>"$display_folder/number" >"$display_folder/xvfb.log" 2>&1 &
+    Xvfb -displayfd 3 -screen 0 "${1:-1280x800}x24" -nolisten tcp 3>"$display_folder/number" >"$display_folder/xvfb.log" 2>&1 &
     display_processes+=($!)
     local try
     for ((try = 0; try < 100; try++)); do
