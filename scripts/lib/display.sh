@@ -16,7 +16,8 @@ start_display() {
     display_folder=$(mktemp -d)
     chmod 700 "$display_folder"
     export XDG_RUNTIME_DIR=$display_folder
-    Xvfb -displayfd 3 -screen 0 "${1:-1280x800}x24" -nolisten tcp 3>"$display_folder/number" >"$display_folder/xvfb.log" 2>&1 &
+    Xvfb -displayfd 3 -screen 0 "${1:-1280x800}x24" -nolisten tcp \
+        3>"$display_folder/number" >"$display_folder/xvfb.log" 2>&1 &
     display_processes+=($!)
     local try
     for ((try = 0; try < 100; try++)); do

@@ -327,7 +327,7 @@ void frmMain::MDIForm_OLEDragOver(QDropEvent &event)
 void frmMain::MDIForm_OLEDragDrop(QDropEvent &event)
 {
     procedure("frmMain MDIForm_OLEDragDrop", [&] {
-        if (bBusy)
+        if (bBusy || QApplication::activeModalWidget())
             return;
         for (const QString &sFile : droppedFiles(*event.mimeData()))
             modDoc::DocLoad(FullPathName(sFile));

@@ -42,7 +42,9 @@ public:
     QString plainText() const;
     // Changes all characters, and how those look that are typed into an empty first paragraph.
     void change(const rtf::CharChange &change);
+    // See replaceText.
     void replace(const std::vector<TextReplacement> &replacements);
+    // As it is stored before it is compressed.
     QByteArray toRtf() const;
 
 private:

@@ -52,7 +52,11 @@ void removePasted(EntryRef &source)
     tree.remove(entry);
     source.clear();
     Document *document = documentOf(tree);
-    if (!document || !selectionGoes)
+    if (!document)
+        return;
+    // Else its file would keep what now stands in another document.
+    document->m_bDataChanged = true;
+    if (!selectionGoes)
         return;
     modNodes::NodeSelect(*document, survivor);
     if (!survivor)

@@ -20,6 +20,7 @@ public:
     void setColour(const std::optional<QColor> &colour);
 
 Q_SIGNALS:
+    // The user chose another colour.
     void colourChanged();
 
 private:

@@ -4,6 +4,7 @@
 #include "platform/FontDialog.h"
 
 #include "platform/ColourBox.h"
+#include "rtf/CharChange.h"
 
 #include <QCheckBox>
 #include <QCoreApplication>
@@ -26,8 +27,6 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-constexpr double smallestSize = 1;
-constexpr double largestSize = 1638;
 constexpr int usualSizes[] = {8, 9, 10, 11, 12, 14, 16, 18, 20, 22, 24, 26, 28, 36, 48, 72};
 // The sample is drawn no larger: its frame does not grow.
 constexpr double largestSample = 48;
@@ -281,15 +280,16 @@ std::optional<QString> FontDialog::chosenName() const
 std::optional<double> FontDialog::chosenSize() const
 {
     const QString typed = m_size->text().trimmed();
-    if (typed.isEmpty())
+    // A size that was there before is kept as it is, however odd.
+    if (typed.isEmpty() || (m_request.initial.size && typed == sizeText(*m_request.initial.size)))
         return m_request.initial.size;
     bool isNumber = false;
     double points = QLocale().toDouble(typed, &isNumber);
     if (!isNumber)
         points = typed.toDouble(&isNumber);
-    if (!isNumber || !std::isfinite(points) || points < smallestSize || points > largestSize)
+    if (!isNumber || !std::isfinite(points) || points < rtf::smallestSize || points > rtf::largestSize)
         return std::nullopt;
-    return std::round(points * 2) / 2;
+    return rtf::sizeInHalfPoints(points);
 }
 
 bool FontDialog::isAcceptable() const

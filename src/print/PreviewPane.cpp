@@ -5,6 +5,7 @@
 
 #include "model/Ports.h"
 #include "print/PagedText.h"
+#include "util/Procedure.h"
 #include "util/Twips.h"
 
 #include <QKeyEvent>
@@ -90,10 +91,14 @@ void PreviewPane::layOutMore()
 {
     // The last page so far may get more lines.
     m_sheets.remove(pageCount() - 1);
-    if (m_text)
-        m_text->layOutMore();
+    // A text that cannot be laid out further is shown as far as it is.
+    const bool done = procedure("frmPreview Form_Load", [this] {
+        if (m_text)
+            m_text->layOutMore();
+        return true;
+    });
     updateScrollBars();
-    if (isWhole())
+    if (isWhole() || !done)
         m_timer->stop();
     else
         m_timer->start();
@@ -137,16 +142,18 @@ const QPixmap &PreviewPane::sheet(int page)
     if (const QPixmap *known = m_sheets.object(page))
         return *known;
     const qreal ratio = devicePixelRatioF();
-    auto *picture = new QPixmap(sheetSize() * ratio);
+    auto picture = std::make_unique<QPixmap>(sheetSize() * ratio);
     picture->setDevicePixelRatio(ratio);
     picture->fill(Qt::white);
-    QPainter painter(picture);
-    painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
-    painter.scale(m_scale, m_scale);
-    m_text->draw(painter, m_paper.text.topLeft(), page);
-    painter.end();
-    m_sheets.insert(page, picture);
-    return *picture;
+    procedure("frmPreview Form_Load", [&] {
+        QPainter painter(picture.get());
+        painter.setRenderHints(QPainter::Antialiasing | QPainter::SmoothPixmapTransform);
+        painter.scale(m_scale, m_scale);
+        m_text->draw(painter, m_paper.text.topLeft(), page);
+    });
+    const QPixmap &drawn = *picture;
+    m_sheets.insert(page, picture.release());
+    return drawn;
 }
 
 void PreviewPane::paintEvent(QPaintEvent *event)

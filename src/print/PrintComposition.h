@@ -23,6 +23,7 @@ public:
 
     enum class Damage { Report, Ignore };
 
+    // The entry that printing begins with.
     const Entry *first() const { return m_top; }
 
     // Composes the text of some entries in outline order into an empty document: from one on until the text has some

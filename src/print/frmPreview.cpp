@@ -167,8 +167,12 @@ void frmPreview::cmdInput_Click(Button index)
 void frmPreview::ChoosePrinterAndPrintCopies()
 {
     procedure("frmPreview ChoosePrinterAndPrintCopies", [this] {
-        if (!m_dialogs.choose(m_printer, this))
-            throw RunTimeError(ErrorNumber::Cancelled);
+        {
+            // The pane's pages are measured on the printer that is being chosen.
+            const Disabled pane(*txtDisplay);
+            if (!m_dialogs.choose(m_printer, this))
+                throw RunTimeError(ErrorNumber::Cancelled);
+        }
         PrintCopies();
         // The printer may be another one, with other paper.
         WYSIWYG_RTF(*txtDisplay, m_margins.left, m_margins.right);
@@ -180,6 +184,8 @@ void frmPreview::PrintCopies()
     procedure("frmPreview PrintCopies", [this] {
         PrintProgress progress(isVisible() ? this : parentWidget());
         progress.show();
+        // The first pages of a long text take their time.
+        progress.goOn();
         const Disabled pane(*txtDisplay);
         PrintRTF(txtFormat, m_printer, m_margins, [&progress] { return progress.goOn(); });
     });

@@ -33,7 +33,9 @@ public:
     // Prints or closes as the two flags say, or shows the window and returns when it is closed.
     int exec() override;
 
+    // Error 32755 when the printer's dialog is cancelled.
     void ChoosePrinterAndPrintCopies();
+    // Prints what is shown, behind a window that can stop it.
     void PrintCopies();
 
 protected:

@@ -17,14 +17,6 @@
 namespace rtf
 {
 
-namespace
-{
-
-constexpr double smallestSize = 1;
-constexpr double largestSize = 1638;
-
-} // namespace
-
 double sizeInHalfPoints(double points)
 {
     return qRound(std::clamp(points, smallestSize, largestSize) * 2) / 2.0;

@@ -26,6 +26,7 @@ public:
     // An invalid colour is the automatic one.
     void setColour(const QColor &colour);
 
+    // A format as the change makes it.
     QTextCharFormat appliedTo(QTextCharFormat format) const;
     // To all characters that are selected, as one step of undo.
     void applyTo(const QTextCursor &selection) const;
@@ -38,7 +39,10 @@ private:
     QList<int> m_obsolete;
 };
 
-// A size that texts can have: half points from 1 to 1638 points.
+// The sizes that texts can have, in points.
+constexpr double smallestSize = 1;
+constexpr double largestSize = 1638;
+// The nearest of them: they are half points.
 double sizeInHalfPoints(double points);
 
 } // namespace rtf

@@ -36,7 +36,8 @@ void replaceInLabel(Document &document, Entry *entry)
     // A replacement may make another match with what stands beside it; one that does so without end makes labels grow.
     constexpr qsizetype mostGrowth = 1 << 14;
     QString label = entry->label();
-    while (label.size() < entry->label().size() + mostGrowth) {
+    const qsizetype longest = label.size() * (1 + g_sSearchReplace.size()) + mostGrowth;
+    while (label.size() < longest) {
         const qsizetype place = label.indexOf(g_sSearchFind, 0, labelComparison());
         if (place < 0 || (g_bSearchWholeWord && !isWholeWord(label, place)))
             break;

@@ -20,9 +20,6 @@
 namespace
 {
 
-constexpr double smallestSize = 1;
-constexpr double largestSize = 1638;
-
 // What the user chose; a cancelled dialog ends the routine.
 FontAttributes chosenFont(const FontAttributes &initial, bool effects)
 {
@@ -192,7 +189,7 @@ void ChangeSelectedFontSize(qint16 iDirection)
         const qint32 original = Numbers::toInt32(*pane.SelFontSize());
         for (int delta = step;; delta += step) {
             const double size = pane.SelFontSize().value_or(original);
-            const double wanted = std::clamp(size + delta, smallestSize, largestSize);
+            const double wanted = std::clamp(size + delta, rtf::smallestSize, rtf::largestSize);
             if (wanted == size)
                 return;
             pane.setSelFontSize(wanted);

@@ -15,6 +15,7 @@ void OutlineFont()
 {
     procedure("modOutline OutlineFont", [] {
         if (Document *document = DocumentActive()) {
+            const HourglassPointer hourglass;
             document->m_bDataChanged = true;
             modFont::ChangeTreeviewFont(document->m_fntOutlineFont);
         }
