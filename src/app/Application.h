@@ -9,6 +9,7 @@
 #include "app/modMRU.h"
 #include "formats/Formats.h"
 #include "platform/DesktopClipboard.h"
+#include "platform/DesktopColours.h"
 #include "platform/IniSettingsStore.h"
 #include "platform/LockKeys.h"
 #include "platform/MessageDialogs.h"
@@ -44,6 +45,7 @@ private:
     MessageDialogs m_dialogs;
     ScreenPointer m_pointer;
     DesktopClipboard m_clipboard;
+    DesktopColours m_colours;
     DesktopLockKeys m_lockKeys;
     Formats m_formats;
     frmMain m_mainWindow;

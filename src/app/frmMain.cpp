@@ -271,6 +271,14 @@ void frmMain::setStatusBarVisible(bool visible)
     m_statusBar->setVisible(visible);
 }
 
+// The area takes its colour from the palette only once.
+void frmMain::changeEvent(QEvent *event)
+{
+    QMainWindow::changeEvent(event);
+    if (event->type() == QEvent::PaletteChange)
+        m_area->setBackground(palette().dark());
+}
+
 void frmMain::closeEvent(QCloseEvent *event)
 {
     event->setAccepted(MDIForm_QueryUnload());
