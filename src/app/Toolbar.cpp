@@ -12,6 +12,7 @@
 #include <QHBoxLayout>
 #include <QPainter>
 #include <QStyleOption>
+#include <QStylePainter>
 #include <QToolButton>
 
 using namespace Qt::StringLiterals;
@@ -37,6 +38,32 @@ protected:
         option.initFrom(this);
         option.state |= QStyle::State_Horizontal;
         style()->drawPrimitive(QStyle::PE_IndicatorToolBarSeparator, &option, &painter, this);
+    }
+};
+
+// A button whose pressed state shows: styles draw it with so little difference that it is lost on dark colours.
+class ToolbarButton final : public QToolButton
+{
+protected:
+    void paintEvent(QPaintEvent *event) override
+    {
+        if (!isChecked() || isDown()) {
+            QToolButton::paintEvent(event);
+            return;
+        }
+        constexpr float tint = 0.35F;
+        constexpr double corner = 3;
+        QStylePainter painter(this);
+        QColor colour = palette().color(QPalette::Highlight);
+        colour.setAlphaF(tint);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(palette().color(QPalette::Highlight));
+        painter.setBrush(colour);
+        painter.drawRoundedRect(QRectF(rect()).adjusted(1.5, 1.5, -1.5, -1.5), corner, corner);
+        QStyleOptionToolButton option;
+        initStyleOption(&option);
+        option.state &= ~QStyle::State_On;
+        painter.drawComplexControl(QStyle::CC_ToolButton, option);
     }
 };
 
@@ -81,7 +108,7 @@ Toolbar::Place Toolbar::addPlace(QWidget *content)
 QToolButton *Toolbar::makeButton(std::size_t row)
 {
     const QString key = toText(toolbarTable[row].key);
-    auto *made = new QToolButton;
+    auto *made = new ToolbarButton;
     made->setObjectName(u"tb"_s + toText(toolbarTable[row].icon));
     made->setText(key);
     made->setToolTip(key);
