@@ -12,6 +12,8 @@
 #include "util/Procedure.h"
 #include "util/modString.h"
 
+#include <algorithm>
+
 namespace
 {
 
@@ -37,11 +39,14 @@ void replaceInLabel(Document &document, Entry *entry)
     constexpr qsizetype mostGrowth = 1 << 14;
     QString label = entry->label();
     const qsizetype longest = label.size() * (1 + g_sSearchReplace.size()) + mostGrowth;
+    // What stands before a replacement held no match, and can be part of a new one only with its end.
+    qsizetype from = 0;
     while (label.size() < longest) {
-        const qsizetype place = label.indexOf(g_sSearchFind, 0, labelComparison());
+        const qsizetype place = label.indexOf(g_sSearchFind, from, labelComparison());
         if (place < 0 || (g_bSearchWholeWord && !isWholeWord(label, place)))
             break;
         label.replace(place, g_sSearchFind.size(), g_sSearchReplace);
+        from = std::max<qsizetype>(0, place - g_sSearchFind.size() + 1);
     }
     if (label == entry->label())
         return;

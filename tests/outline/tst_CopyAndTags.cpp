@@ -149,8 +149,10 @@ void tst_CopyAndTags::pasteAndDeleteTakesTheSelectionOfAnotherDocument()
     fixture.select(u"B1"_s);
     modDoc::DocNew();
     plantOutline(fixture.document().tree, {u"Other <"_s});
+    source.m_bDataChanged = false;
     modOutline::OutlinePasteAndDelete();
     QCOMPARE(fixture.dump(), QStringList({u"Other +"_s, u" B +<"_s, u"  B1"_s}));
+    QVERIFY(source.m_bDataChanged);
     QCOMPARE(dumpOutline(source.tree), QStringList({u"Root +"_s, u" A <"_s}));
     QCOMPARE(fixture.fakes.windows.fakeOf(source).text.rtf, QByteArray("text of A"));
     QCOMPARE(modNodes::nodCurrent().entry(), fixture.entry(u"B"_s));

@@ -40,6 +40,8 @@ private Q_SLOTS:
     void theArrowKeysGoThroughTheList();
     void sizes_data();
     void sizes();
+    void aSizeThatWasThereStaysHoweverOdd_data();
+    void aSizeThatWasThereStaysHoweverOdd();
     void sizesOfTheList();
     void stylesAndEffects();
     void colours();
@@ -180,6 +182,24 @@ void tst_FontDialog::sizes()
     QCOMPARE(canAccept(dialog), size > 0);
     if (size > 0)
         QCOMPARE(dialog.chosen().size, std::optional(size));
+}
+
+void tst_FontDialog::aSizeThatWasThereStaysHoweverOdd_data()
+{
+    QTest::addColumn<double>("size");
+    QTest::newRow("quarters") << 8.25;
+    QTest::newRow("too large") << 2000.0;
+    QTest::newRow("too small") << 0.5;
+}
+
+void tst_FontDialog::aSizeThatWasThereStaysHoweverOdd()
+{
+    QFETCH(const double, size);
+    FontAttributes initial = known();
+    initial.size = size;
+    const FontDialog dialog({initial, false});
+    QVERIFY(canAccept(dialog));
+    QCOMPARE(dialog.chosen().size, std::optional(size));
 }
 
 void tst_FontDialog::sizesOfTheList()

@@ -51,6 +51,7 @@ private Q_SLOTS:
     void replaceAllLeavesDamagedTexts();
     void replaceAllInAllTexts();
     void replaceAllInLabels();
+    void replaceAllInALongLabel();
     void aReplacementThatHoldsTheExpressionEnds();
     void noScopeSearchesNothing();
     void withoutADocumentNothingIsFound();
@@ -522,6 +523,19 @@ void tst_modSearch::replaceAllInLabels()
     modSearch::SearchReplaceAll();
     QCOMPARE(root->label(), u"dog"_s);
     QCOMPARE(child->label(), u"two dogs"_s);
+}
+
+void tst_modSearch::replaceAllInALongLabel()
+{
+    SearchFixture &f = *m_fixture;
+    constexpr int matches = 20'000;
+    Entry *root = f.add(nullptr, QString(matches, u'e'), {});
+    modNodes::NodeSelectFull(f.document, root);
+    g_sSearchFind = u"e"_s;
+    g_sSearchReplace = u"xyz"_s;
+    g_sSearchScope = u"2"_s;
+    modSearch::SearchReplaceAll();
+    QCOMPARE(root->label(), u"xyz"_s.repeated(matches));
 }
 
 void tst_modSearch::aReplacementThatHoldsTheExpressionEnds()
