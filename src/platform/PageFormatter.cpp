@@ -3,12 +3,9 @@
 
 #include "platform/PageFormatter.h"
 
-#include "model/SealedDocument.h"
 #include "platform/LineFilter.h"
 #include "rtf/Looks.h"
 #include "rtf/PlainText.h"
-#include "rtf/Rtf.h"
-#include "util/AnsiCodec.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QPainter>
@@ -36,18 +33,6 @@ qreal cutOff(qreal length)
 }
 
 } // namespace
-
-PageFormatter::PageFormatter(const QByteArray &rtf, const QFont &base, QPaintDevice &device, const QSizeF &size)
-    : m_document(std::make_unique<SealedDocument>())
-{
-    m_document->setUndoRedoEnabled(false);
-    m_document->setDefaultFont(base);
-    if (rtf::isRtf(rtf))
-        rtf::read(rtf, *m_document);
-    else
-        m_document->setPlainText(AnsiCodec::toText(rtf));
-    layOut(device, size, nullptr);
-}
 
 PageFormatter::PageFormatter(std::unique_ptr<QTextDocument> document, QPaintDevice &device, const QSizeF &size,
                              const Place *above)
@@ -249,15 +234,6 @@ void PageFormatter::findPages()
         m_starts.push_back(m_starts.empty() ? 0 : start);
         previous = m_starts.back();
     }
-}
-
-int PageFormatter::format(QPainter *painter, const QPointF &corner, int first) const
-{
-    const auto next = std::upper_bound(m_starts.begin(), m_starts.end(), first);
-    const auto place = std::size_t(std::max<std::ptrdiff_t>(0, next - m_starts.begin() - 1));
-    if (painter != nullptr)
-        drawSheet(*painter, corner, m_sheets[place]);
-    return next == m_starts.end() ? m_length : *next;
 }
 
 void PageFormatter::drawSheet(QPainter &painter, const QPointF &corner, int sheet) const

@@ -3,8 +3,6 @@
 
 #pragma once
 
-#include <QByteArray>
-#include <QFont>
 #include <QSizeF>
 #include <QTextDocument>
 
@@ -20,18 +18,14 @@ class QPointF;
 class PageFormatter
 {
 public:
-    // The text is broken for pages of `size`, in whole pixels of the device. `base` is the font of text that names
-    // none.
-    PageFormatter(const QByteArray &rtf, const QFont &base, QPaintDevice &device, const QSizeF &size);
-
     // A height on the paper in pixels of the device, and how far what follows is to keep from it.
     struct Place {
         qreal y = 0;
         qreal distance = 0;
     };
 
-    // The same for a text document, which is changed to fit the pages; it must be one that fetches nothing. With
-    // `above` it goes on below a text that ends at that place of the first page.
+    // The document is broken for pages of `size`, in whole pixels of the device, and changed to fit them; it must be
+    // one that fetches nothing. With `above` it goes on below a text that ends at that place of the first page.
     PageFormatter(std::unique_ptr<QTextDocument> document, QPaintDevice &device, const QSizeF &size,
                   const Place *above = nullptr);
     ~PageFormatter();
@@ -55,10 +49,6 @@ public:
 
     // Draws what stands on a sheet with its upper left corner at `corner`.
     void drawSheet(QPainter &painter, const QPointF &corner, int sheet) const;
-
-    // Draws the page that holds the character `first` with its upper left corner at `corner`, or only measures without
-    // a painter. The answer is the first character that did not fit; length() when nothing is left.
-    int format(QPainter *painter, const QPointF &corner, int first) const;
 
 private:
     void layOut(QPaintDevice &device, const QSizeF &size, const Place *above);

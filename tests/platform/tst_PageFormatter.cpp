@@ -1,6 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "model/EntryText.h"
+#include "model/SealedDocument.h"
 #include "platform/PageFormatter.h"
 
 #include <QBuffer>
@@ -26,6 +28,38 @@ QByteArray paragraphs(int count, const QByteArray &words = "some words that fill
     }
     return rtf + "}";
 }
+
+// A text on pages of its own, gone through from character to character.
+class FormattedRtf : public PageFormatter
+{
+public:
+    FormattedRtf(const QByteArray &rtf, const QFont &base, QPaintDevice &device, const QSizeF &size)
+        : PageFormatter(read(rtf, base), device, size)
+    {
+    }
+
+    // Draws the page that holds a character, if there is a painter. The answer is the first character of the next page;
+    // length() behind the last.
+    int format(QPainter *painter, const QPointF &corner, int first) const
+    {
+        int page = pageCount() - 1;
+        while (page > 0 && firstCharacter(page) > first)
+            --page;
+        if (painter)
+            drawSheet(*painter, corner, sheet(page));
+        return page + 1 < pageCount() ? firstCharacter(page + 1) : length();
+    }
+
+private:
+    static std::unique_ptr<QTextDocument> read(const QByteArray &rtf, const QFont &base)
+    {
+        auto document = std::make_unique<SealedDocument>();
+        document->setUndoRedoEnabled(false);
+        document->setDefaultFont(base);
+        readEntryText(rtf, *document);
+        return document;
+    }
+};
 
 } // namespace
 
@@ -72,7 +106,7 @@ QList<QStringList> TestPageFormatter::wordsOf(const QByteArray &rtf)
     {
         QPdfWriter writer(name);
         writer.setResolution(dotsPerInch);
-        const PageFormatter pages(rtf, QFont(), writer, pageSize);
+        const FormattedRtf pages(rtf, QFont(), writer, pageSize);
         QPainter painter(&writer);
         int first = 0;
         while ((first = pages.format(&painter, QPointF(0, 0), first)) < pages.length()) {
@@ -96,7 +130,7 @@ QList<QStringList> TestPageFormatter::wordsOf(const QByteArray &rtf)
 
 void TestPageFormatter::aShortTextIsOnePage()
 {
-    const PageFormatter pages(paragraphs(3), QFont(), *m_device, pageSize);
+    const FormattedRtf pages(paragraphs(3), QFont(), *m_device, pageSize);
     QCOMPARE(pages.pageCount(), 1);
     QCOMPARE(pages.format(nullptr, {}, 0), pages.length());
     QCOMPARE(wordsOf(paragraphs(3)).size(), 1);
@@ -104,14 +138,14 @@ void TestPageFormatter::aShortTextIsOnePage()
 
 void TestPageFormatter::anEmptyTextIsOneEmptyPage()
 {
-    const PageFormatter pages({}, QFont(), *m_device, pageSize);
+    const FormattedRtf pages({}, QFont(), *m_device, pageSize);
     QCOMPARE(pages.pageCount(), 1);
     QCOMPARE(pages.format(nullptr, {}, 0), 0);
 }
 
 void TestPageFormatter::eachPageGoesOnWhereTheLastOneEnded()
 {
-    const PageFormatter pages(paragraphs(200), QFont(), *m_device, pageSize);
+    const FormattedRtf pages(paragraphs(200), QFont(), *m_device, pageSize);
     QVERIFY(pages.pageCount() > 3);
     int first = 0;
     for (int page = 0; page < pages.pageCount(); ++page) {
@@ -128,7 +162,7 @@ void TestPageFormatter::eachPageGoesOnWhereTheLastOneEnded()
 void TestPageFormatter::aTextThatEndsAtThePagesEndNeedsNoOtherPage()
 {
     int perPage = 1;
-    while (PageFormatter(paragraphs(perPage + 1, "x"), QFont(), *m_device, pageSize).pageCount() == 1) {
+    while (FormattedRtf(paragraphs(perPage + 1, "x"), QFont(), *m_device, pageSize).pageCount() == 1) {
         ++perPage;
     }
     QVERIFY(perPage > 5);
@@ -193,7 +227,7 @@ void TestPageFormatter::textIsBlackOnWhite()
     QImage image(600, 200, QImage::Format_RGB32);
     image.fill(Qt::white);
     {
-        const PageFormatter pages("{\\rtf1\\fs80 HHHH}", QFont(), image, image.size());
+        const FormattedRtf pages("{\\rtf1\\fs80 HHHH}", QFont(), image, image.size());
         QPainter painter(&image);
         pages.format(&painter, {}, 0);
     }
@@ -215,7 +249,7 @@ void TestPageFormatter::indentsAreAsWideOnPaper()
     image.setDotsPerMeterY(qRound(dpi / 0.0254));
     const auto leftEdge = [&image](const QByteArray &rtf) {
         image.fill(Qt::white);
-        const PageFormatter pages(rtf, QFont(), image, image.size());
+        const FormattedRtf pages(rtf, QFont(), image, image.size());
         QPainter painter(&image);
         pages.format(&painter, {}, 0);
         for (int x = 0; x < image.width(); ++x) {
@@ -247,7 +281,7 @@ void TestPageFormatter::distancesAreAsTallOnPaper()
     image.setDotsPerMeterY(qRound(dpi / 0.0254));
     const auto lowest = [&image](const QByteArray &rtf) {
         image.fill(Qt::white);
-        const PageFormatter pages(rtf, QFont(), image, image.size());
+        const FormattedRtf pages(rtf, QFont(), image, image.size());
         QPainter painter(&image);
         pages.format(&painter, {}, 0);
         for (int y = image.height() - 1; y >= 0; --y) {
@@ -269,8 +303,8 @@ void TestPageFormatter::distancesAreAsTallOnPaper()
 
 void TestPageFormatter::picturesLargerThanAPageAreMadeToFit()
 {
-    const PageFormatter pages("{\\rtf1 a\\par{\\pict\\wmetafile8\\picwgoal30000\\pichgoal30000 0102}\\par b}", QFont(),
-                              *m_device, pageSize);
+    const FormattedRtf pages("{\\rtf1 a\\par{\\pict\\wmetafile8\\picwgoal30000\\pichgoal30000 0102}\\par b}", QFont(),
+                             *m_device, pageSize);
     QVERIFY2(pages.pageCount() <= 3, qPrintable(QString::number(pages.pageCount())));
     int first = 0;
     int count = 0;
@@ -288,21 +322,21 @@ void TestPageFormatter::whatStaysWithTheNextGoesToItsPage()
     };
     // As many lines as leave one more on the page.
     int before = 1;
-    while (PageFormatter("{\\rtf1 " + QByteArray("x\\par ").repeated(before + 1) + "y}", QFont(), *m_device, pageSize)
+    while (FormattedRtf("{\\rtf1 " + QByteArray("x\\par ").repeated(before + 1) + "y}", QFont(), *m_device, pageSize)
                .pageCount() == 1) {
         ++before;
     }
     const int headingStart = before * 3;
-    const PageFormatter loose(text(before, ""), QFont(), *m_device, pageSize);
+    const FormattedRtf loose(text(before, ""), QFont(), *m_device, pageSize);
     QCOMPARE(loose.firstCharacter(1), headingStart + 3);
-    const PageFormatter kept(text(before, "\\keepn"), QFont(), *m_device, pageSize);
+    const FormattedRtf kept(text(before, "\\keepn"), QFont(), *m_device, pageSize);
     QCOMPARE(kept.pageCount(), 2);
     QCOMPARE(kept.firstCharacter(1), headingStart);
     // Two in a row go together.
-    const PageFormatter two(text(before - 1, "\\keepn G\\par"), QFont(), *m_device, pageSize);
+    const FormattedRtf two(text(before - 1, "\\keepn G\\par"), QFont(), *m_device, pageSize);
     QCOMPARE(two.firstCharacter(1), headingStart - 3);
     // With room for the next paragraph it stays.
-    const PageFormatter room(text(before - 1, "\\keepn"), QFont(), *m_device, pageSize);
+    const FormattedRtf room(text(before - 1, "\\keepn"), QFont(), *m_device, pageSize);
     QCOMPARE(room.firstCharacter(1), headingStart + 3);
 }
 
@@ -310,8 +344,8 @@ void TestPageFormatter::aRowOfHeadingsLeavesNoPageEmpty()
 {
     const QByteArray many = "{\\rtf1\\keepn " + QByteArray("H\\par ").repeated(500) + "}";
     const QByteArray loose = QByteArray(many).replace("\\keepn", "");
-    QCOMPARE(PageFormatter(many, QFont(), *m_device, pageSize).pageCount(),
-             PageFormatter(loose, QFont(), *m_device, pageSize).pageCount());
+    QCOMPARE(FormattedRtf(many, QFont(), *m_device, pageSize).pageCount(),
+             FormattedRtf(loose, QFont(), *m_device, pageSize).pageCount());
 }
 
 void TestPageFormatter::pagesMayHavePartsOfAPixel()
@@ -327,9 +361,9 @@ void TestPageFormatter::pagesMayHavePartsOfAPixel()
     green.save(&buffer, "png");
     const QByteArray picture = "{\\pict\\pngblip\\picwgoal3000\\pichgoal3000 " + png.toHex() + "}\\par ";
     const QByteArray heading = "{\\pard\\keepn H\\par}\\pard ";
-    const PageFormatter pages("{\\rtf1 " + QByteArray("x\\par\\par\\par\\par " + picture).repeated(30) + heading +
-                                  picture + "}",
-                              QFont(), image, QSizeF(299.8, 250.99));
+    const FormattedRtf pages("{\\rtf1 " + QByteArray("x\\par\\par\\par\\par " + picture).repeated(30) + heading +
+                                 picture + "}",
+                             QFont(), image, QSizeF(299.8, 250.99));
     QVERIFY(pages.pageCount() > 30);
     for (int page = 0; page < pages.pageCount(); ++page) {
         image.fill(Qt::white);
@@ -353,9 +387,9 @@ void TestPageFormatter::namesOfFilesAreNotFollowed()
     QImage image(300, 300, QImage::Format_RGB32);
     image.fill(Qt::white);
     {
-        const PageFormatter pages("{\\rtf1{\\field{\\*\\fldinst INCLUDEPICTURE \"" + secret.toUtf8() +
-                                      "\"}{\\fldrslt x}}}",
-                                  QFont(), image, image.size());
+        const FormattedRtf pages("{\\rtf1{\\field{\\*\\fldinst INCLUDEPICTURE \"" + secret.toUtf8() +
+                                     "\"}{\\fldrslt x}}}",
+                                 QFont(), image, image.size());
         QPainter painter(&image);
         pages.format(&painter, {}, 0);
     }
