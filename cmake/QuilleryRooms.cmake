@@ -19,7 +19,8 @@ if(QUILLERY_LLD)
 endif()
 find_program(QUILLERY_CCACHE ccache)
 if(QUILLERY_CCACHE)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${QUILLERY_CCACHE})
+  # What ccache asks for before it keeps what is compiled with precompiled headers.
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros ${QUILLERY_CCACHE})
 endif()
 
 # quillery_room(NAME SOURCES ... LINKS ...): the library quillery_NAME of src/NAME.
@@ -29,6 +30,21 @@ function(quillery_room name)
   set_target_properties(quillery_${name} PROPERTIES AUTOMOC ON)
   target_include_directories(quillery_${name} PUBLIC ${CMAKE_SOURCE_DIR}/src)
   target_link_libraries(quillery_${name} PUBLIC ${ROOM_LINKS} PRIVATE quillery_options)
+endfunction()
+
+# Test code is compiled for quick builds: what it tests keeps the optimisation of its build.
+add_library(quillery_test_options INTERFACE)
+target_link_libraries(quillery_test_options INTERFACE quillery_options)
+target_compile_options(quillery_test_options INTERFACE $<IF:$<CONFIG:Debug>,-O0,-O1>)
+
+# quillery_test_headers(NAME HEADER LINKS ...): Qt's headers, read once for all tests of one kind. QTest stays out: its
+# headers look at definitions that differ from test to test.
+function(quillery_test_headers name header)
+  cmake_parse_arguments(HEADERS "" "" "LINKS" ${ARGN})
+  file(CONFIGURE OUTPUT ${name}.cpp CONTENT "")
+  add_library(${name} OBJECT ${CMAKE_CURRENT_BINARY_DIR}/${name}.cpp)
+  target_link_libraries(${name} PRIVATE ${HEADERS_LINKS} quillery_test_options)
+  target_precompile_headers(${name} PRIVATE ${header})
 endfunction()
 
 # quillery_test(NAME [SOURCES ...] LINKS ... [ENVIRONMENT ...] [LABELS ...]): the test program NAME, from NAME.cpp unless
@@ -46,7 +62,12 @@ function(quillery_test name)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   target_compile_definitions(${name} PRIVATE
     QUILLERY_TEST_DATA="${CMAKE_SOURCE_DIR}/tests/data" QUILLERY_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
-  target_link_libraries(${name} PRIVATE ${TEST_LINKS} Qt6::Test quillery_options)
+  target_link_libraries(${name} PRIVATE ${TEST_LINKS} Qt6::Test quillery_test_options)
+  if(TEST_LINKS MATCHES "quillery_(platform|searchwindow|printwindow|window|app)")
+    target_precompile_headers(${name} REUSE_FROM quillery_test_widgets)
+  elseif(NOT TEST_LINKS MATCHES "quillery_(util|generator)")
+    target_precompile_headers(${name} REUSE_FROM quillery_test_gui)
+  endif()
   set(home ${CMAKE_BINARY_DIR}/tests/home/${name})
   file(MAKE_DIRECTORY ${home})
   add_test(NAME ${name} COMMAND ${name})
