@@ -3,7 +3,8 @@
 
 add_library(quillery_options INTERFACE)
 target_compile_options(quillery_options INTERFACE
-  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wconversion -Wno-sign-conversion -Werror)
+  -Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverloaded-virtual -Wconversion -Wno-sign-conversion
+  $<$<BOOL:${QUILLERY_WERROR}>:-Werror>)
 target_compile_definitions(quillery_options INTERFACE
   QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_URL_CAST_FROM_STRING QT_NO_FOREACH QT_NO_KEYWORDS
   QT_DISABLE_DEPRECATED_BEFORE=0x060400)

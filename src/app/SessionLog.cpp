@@ -43,7 +43,7 @@ bool replaceFile(const QString &path, const QString &contents)
 
 QString stateFolder()
 {
-    // A relative value of the variable counts as none (XDG Base Directory Specification).
+    // A relative value of the variable counts as none (XDG base directories).
     const QString base = qEnvironmentVariable("XDG_STATE_HOME");
     return (QDir::isAbsolutePath(base) ? base : QDir::homePath() + u"/.local/state"_s) + u"/Quillery"_s;
 }
