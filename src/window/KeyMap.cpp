@@ -37,7 +37,7 @@ void larger()
     stepSize(1);
 }
 
-// Where "<" and ">" are typed with Shift, the keys come as these; elsewhere as what stands on them without it.
+// "<" and ">" stand for the keys that have them on the US layout, beside which the comma and the full stop stand.
 // Alt+Home and Alt+End are possible exactly when moving up and down are.
 constexpr std::array bindings = {
     KeyBinding{KeyBinding::Keypad, Qt::Key_Plus, "mnuOutlineExpand", OutlineExpand},
@@ -64,9 +64,33 @@ constexpr std::array bindings = {
     KeyBinding{KeyBinding::Alt, Qt::Key_Delete, "mnuOutlineDelete", OutlineDelete},
 };
 
-bool matches(const KeyBinding &binding, const QKeyEvent &event)
+struct KeyPlace {
+    Qt::Key key;
+    // Under X and Wayland alike, of the key that is this one on the US layout.
+    quint32 scanCode;
+};
+
+constexpr std::array places = {
+    KeyPlace{Qt::Key_T, 28}, KeyPlace{Qt::Key_I, 31}, KeyPlace{Qt::Key_P, 33},     KeyPlace{Qt::Key_A, 38},
+    KeyPlace{Qt::Key_C, 54}, KeyPlace{Qt::Key_B, 56}, KeyPlace{Qt::Key_Comma, 59}, KeyPlace{Qt::Key_Period, 60},
+};
+
+// What the key is on the US layout, for a layout that has another script's letter or another sign on it; 0 for the
+// rest.
+int keyByPlace(const QKeyEvent &event)
 {
-    if (binding.key != event.key())
+    constexpr int lastLatin1 = 0xff;
+    const int key = event.key();
+    const bool otherScript = key > lastLatin1 && key < Qt::Key_Escape;
+    const bool sign = key < Qt::Key_A && QChar(key).isPunct();
+    const auto place = std::find_if(places.begin(), places.end(),
+                                    [&event](const KeyPlace &each) { return each.scanCode == event.nativeScanCode(); });
+    return place != places.end() && (otherScript || sign) ? place->key : 0;
+}
+
+bool matches(const KeyBinding &binding, int key, const QKeyEvent &event)
+{
+    if (binding.key != key)
         return false;
     // The arrow and editing keys of the keypad are as good as the others.
     const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier);
@@ -94,9 +118,13 @@ std::span<const KeyBinding> keyMap()
 
 const KeyBinding *bindingOf(const QKeyEvent &event)
 {
-    const auto found = std::find_if(bindings.begin(), bindings.end(),
-                                    [&event](const KeyBinding &binding) { return matches(binding, event); });
-    return found == bindings.end() ? nullptr : &*found;
+    for (const int key : {event.key(), keyByPlace(event)}) {
+        const auto found = std::find_if(bindings.begin(), bindings.end(),
+                                        [&](const KeyBinding &binding) { return matches(binding, key, event); });
+        if (found != bindings.end())
+            return &*found;
+    }
+    return nullptr;
 }
 
 bool isAltCharacter(const QKeyEvent &event)

@@ -9,6 +9,7 @@
 #include "model/modDoc.h"
 #include "model/modFile.h"
 #include "rtf/Rtf.h"
+#include "window/KeyMap.h"
 
 #include <QLineEdit>
 #include <QTest>
@@ -33,6 +34,10 @@ private Q_SLOTS:
     void aKeyActsOnlyWhileItsMenuItemIsEnabled();
     void everyOutlineKeyWorksFromBothPanes_data();
     void everyOutlineKeyWorksFromBothPanes();
+    void copyingAndExpandingByKeyWorkFromBothPanes();
+    void f2InTheTextEditsTheLabel();
+    void aKeyOfAnotherScriptCountsByItsPlace_data();
+    void aKeyOfAnotherScriptCountsByItsPlace();
     void keysStepTheSizeOfTheSelectedText_data();
     void keysStepTheSizeOfTheSelectedText();
     void ctrlF6GoesRoundTheWindowsInOrder();
@@ -244,6 +249,73 @@ void tst_frmDocument::everyOutlineKeyWorksFromBothPanes()
         QCOMPARE(dumpOutline(document().tree), outline);
         QCOMPARE(document().txtRTF.Text(), QString());
     }
+}
+
+void tst_frmDocument::copyingAndExpandingByKeyWorkFromBothPanes()
+{
+    for (const bool fromText : {false, true}) {
+        modDoc::DocNew();
+        plantOutline(document().tree, {u"Root +"_s, u" A"_s, u" B +"_s, u"  B1"_s});
+        modNodes::NodeSelect(document(), entryLabelled(document().tree, u"B"_s));
+        QWidget *pane = fromText ? static_cast<QWidget *>(form().textBox) : form().treeView;
+        pane->setFocus();
+        QTest::keyClick(pane, Qt::Key_Minus, Qt::KeypadModifier);
+        QTest::keyClick(pane, Qt::Key_C, Qt::AltModifier);
+        QTest::keyClick(pane, Qt::Key_Plus, Qt::KeypadModifier);
+        modNodes::NodeSelect(document(), entryLabelled(document().tree, u"A"_s));
+        QTest::keyClick(pane, Qt::Key_P, Qt::AltModifier);
+        QCOMPARE(dumpOutline(document().tree),
+                 (QStringList{u"Root +"_s, u" A"_s, u" B +<"_s, u"  B1"_s, u" B +"_s, u"  B1"_s}));
+        QCOMPARE(document().txtRTF.Text(), QString());
+    }
+}
+
+void tst_frmDocument::f2InTheTextEditsTheLabel()
+{
+    openThreeEntries();
+    form().textBox->setFocus();
+    QTest::keyClick(form().textBox, Qt::Key_F2);
+    auto *editor = form().treeView->findChild<QLineEdit *>();
+    QVERIFY(editor);
+    QCOMPARE(editor->text(), u"Root"_s);
+    QVERIFY(editor->hasFocus());
+}
+
+void tst_frmDocument::aKeyOfAnotherScriptCountsByItsPlace_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::addColumn<quint32>("scanCode");
+    QTest::addColumn<int>("modifiers");
+    QTest::addColumn<int>("meant");
+    const int alt = Qt::AltModifier;
+    const int ctrlShift = Qt::ControlModifier | Qt::ShiftModifier;
+    const auto row = [](const char *name, int key, quint32 scanCode, int modifiers, int meant) {
+        QTest::newRow(name) << key << scanCode << modifiers << meant;
+    };
+    row("Russian, on B", 0x418, 56, alt, Qt::Key_B);
+    row("Russian, on T", 0x415, 28, alt, Qt::Key_T);
+    row("Greek, on A", 0x391, 38, alt, Qt::Key_A);
+    row("Hebrew, on C", 0x5d1, 54, alt, Qt::Key_C);
+    row("Arabic, on I", 0x647, 31, alt, Qt::Key_I);
+    row("Russian, on P", 0x417, 33, alt, Qt::Key_P);
+    row("Russian, on an unused key", 0x419, 24, alt, 0);
+    row("German, Shift and the comma", Qt::Key_Semicolon, 59, ctrlShift, Qt::Key_Comma);
+    row("German, Shift and the full stop", Qt::Key_Colon, 60, ctrlShift, Qt::Key_Period);
+    // A layout that has the letter elsewhere means what stands on its keys.
+    row("Dvorak, on B", Qt::Key_X, 56, alt, 0);
+    row("Dvorak, on the comma", Qt::Key_W, 59, ctrlShift, 0);
+    row("French, on the comma", Qt::Key_Period, 59, ctrlShift, Qt::Key_Period);
+}
+
+void tst_frmDocument::aKeyOfAnotherScriptCountsByItsPlace()
+{
+    QFETCH(const int, key);
+    QFETCH(const quint32, scanCode);
+    QFETCH(const int, modifiers);
+    QFETCH(const int, meant);
+    const QKeyEvent event(QEvent::KeyPress, key, Qt::KeyboardModifiers(modifiers), scanCode, 0, 0, QString(QChar(key)));
+    const KeyBinding *binding = bindingOf(event);
+    QCOMPARE(binding ? int(binding->key) : 0, meant);
 }
 
 void tst_frmDocument::keysStepTheSizeOfTheSelectedText_data()
