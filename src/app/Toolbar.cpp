@@ -67,6 +67,21 @@ protected:
     }
 };
 
+// A button is shown in more states than it may be used in: it then does what the menu item of its routine does.
+// Whatever no item runs, is always to be had.
+bool itsItemIsEnabled(const ToolbarRow &button)
+{
+    bool hasItem = false;
+    for (const CommandRow &item : commandTable) {
+        if (item.routine != button.routine || item.argument != button.argument)
+            continue;
+        if (ports().commands->isCommandEnabled(item.name))
+            return true;
+        hasItem = true;
+    }
+    return !hasItem;
+}
+
 std::size_t groupOf(std::size_t row)
 {
     return static_cast<std::size_t>(toolbarTable[row].group);
@@ -198,7 +213,7 @@ void Toolbar::tbToolBar_ButtonClick(std::size_t row)
 {
     procedure("frmMain tbToolBar_ButtonClick", [&] {
         const auto routine = m_routines.find(toolbarTable[row].routine);
-        if (routine != m_routines.end())
+        if (routine != m_routines.end() && itsItemIsEnabled(toolbarTable[row]))
             routine->second(toolbarTable[row].argument);
         ports().commands->UpdateToolbarStatus();
     });
