@@ -83,6 +83,8 @@ void GhostBar::keyPressEvent(QKeyEvent *event)
         break;
     default:
         Q_EMIT accepted();
+        // The window does with it what it does with every key.
+        event->ignore();
     }
 }
 

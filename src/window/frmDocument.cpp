@@ -247,9 +247,12 @@ bool frmDocument::Form_QueryUnload()
 void frmDocument::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
+    if (!m_laidOut)
+        return;
     // A window that grows again gives the outline back the width that it had to give up when it shrank.
-    if (m_laidOut)
-        modSplit::SplitSizeControls(*this, m_fWantedWidth);
+    const float fWantedWidth = m_fWantedWidth;
+    modSplit::SplitSizeControls(*this, fWantedWidth);
+    m_fWantedWidth = fWantedWidth;
 }
 
 void frmDocument::showEvent(QShowEvent *event)
@@ -263,11 +266,14 @@ void frmDocument::showEvent(QShowEvent *event)
     autoFitSplit();
 }
 
-void frmDocument::changeEvent(QEvent *event)
+// What a pane does not take, and the key that has ended a move of the split, which then does what it always does.
+void frmDocument::keyPressEvent(QKeyEvent *event)
 {
-    QWidget::changeEvent(event);
-    if (event->type() == QEvent::LayoutDirectionChange)
-        modSplit::SplitSizeControls(*this, m_fWantedWidth);
+    const KeyBinding *binding = bindingOf(*event);
+    if (binding && ports().commands->isCommandEnabled(binding->item))
+        runKey(*binding);
+    else
+        QWidget::keyPressEvent(event);
 }
 
 // The panes' keys come here first. A shortcut override claims a key before the menus take it for an access key; the

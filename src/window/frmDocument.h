@@ -65,7 +65,7 @@ public:
     bool m_bMovingSplit = false;
     float m_fSplitPosition = 0;
     float m_fGhostPosition = 0;
-    // The outline's width, which is the split position, and the width that it was to have before it was clamped.
+    // The outline's width, which is the split position, and the width that it is to have when there is room for it.
     float m_fTreeWidth = 0;
     float m_fWantedWidth = 0;
 
@@ -73,7 +73,7 @@ protected:
     void closeEvent(QCloseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
     void showEvent(QShowEvent *event) override;
-    void changeEvent(QEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:

@@ -41,9 +41,9 @@ void SplitCheckPosition(const frmDocument &form, float &fPosition)
 void SplitSizeControls(frmDocument &form, float fPosition)
 {
     procedure("modSplit SplitSizeControls", [&] {
-        form.m_fWantedWidth = fPosition;
         SplitCheckPosition(form, fPosition);
         form.m_fTreeWidth = fPosition;
+        form.m_fWantedWidth = fPosition;
         const int height = form.height();
         const int treeWidth = std::max(form.toPixels(fPosition), 0);
         const float fTextLeft = fPosition + gap;

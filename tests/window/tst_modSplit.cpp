@@ -11,6 +11,7 @@
 #include "window/modSplit.h"
 #include "window/modView.h"
 
+#include <QLineEdit>
 #include <QScrollBar>
 #include <QTest>
 
@@ -34,8 +35,10 @@ private Q_SLOTS:
     void aDoubleClickOnTheBarFitsTheSplit();
     void escapeCancelsAMoveByKeyboard();
     void arrowKeysStepAndAnyOtherKeyAccepts();
+    void theKeyThatEndsAMoveDoesWhatItAlwaysDoes();
     void losingTheFocusAcceptsAMove();
     void resizingKeepsTheOutlinesWidth();
+    void aWiderWindowKeepsTheSplitThatWasSet();
     void fittingShowsTheWidestLabelWhole_data();
     void fittingShowsTheWidestLabelWhole();
     void fittingShortLabelsGivesTheMinimum();
@@ -197,6 +200,29 @@ void tst_modSplit::arrowKeysStepAndAnyOtherKeyAccepts()
     QTest::keyClick(form().picSplitter, Qt::Key_Return);
     QCOMPARE(form().m_fTreeWidth, 3100.F);
     QVERIFY(!form().m_bMovingSplit);
+}
+
+void tst_modSplit::theKeyThatEndsAMoveDoesWhatItAlwaysDoes()
+{
+    makeWidth(10000);
+    plantOutline(form().document().tree, {u"Root <"_s});
+    modSplit::SplitSizeControls(form(), 3000);
+    modView::ViewMoveSplit();
+    QTest::keyClick(form().picSplitter, Qt::Key_Right);
+    QTest::keyClick(form().picSplitter, Qt::Key_F2);
+    QVERIFY(!form().m_bMovingSplit);
+    QCOMPARE(form().m_fTreeWidth, 3100.F);
+    auto *editor = form().treeView->findChild<QLineEdit *>();
+    QVERIFY(editor && editor->isVisible());
+}
+
+void tst_modSplit::aWiderWindowKeepsTheSplitThatWasSet()
+{
+    makeWidth(8000);
+    modView::ViewMaximiseLeft();
+    const float width = form().m_fTreeWidth;
+    makeWidth(10000);
+    QCOMPARE(form().m_fTreeWidth, width);
 }
 
 void tst_modSplit::losingTheFocusAcceptsAMove()
