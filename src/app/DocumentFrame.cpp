@@ -28,6 +28,20 @@ QSize DocumentFrame::sizeHint() const
     return (room * quarters / 4).expandedTo(minimumSizeHint());
 }
 
+// Minimising and maximising hide the form for a moment, and Qt hands the focus on from pane to pane meanwhile.
+void DocumentFrame::changeEvent(QEvent *event)
+{
+    const bool stateChanges = event->type() == QEvent::WindowStateChange;
+    if (stateChanges)
+        m_form->holdPane();
+    QMdiSubWindow::changeEvent(event);
+    if (!stateChanges)
+        return;
+    if (mdiArea() && mdiArea()->activeSubWindow() == this)
+        m_form->restorePaneFocus();
+    m_form->releasePane();
+}
+
 void DocumentFrame::closeEvent(QCloseEvent *event)
 {
     QMdiSubWindow::closeEvent(event);

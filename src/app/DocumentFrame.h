@@ -25,6 +25,7 @@ Q_SIGNALS:
     void closed(DocumentFrame *frame);
 
 protected:
+    void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
 
 private:

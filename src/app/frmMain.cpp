@@ -348,7 +348,9 @@ void frmMain::Timer1_Timer()
     const QWidget *focus = QApplication::focusWidget();
     const bool bFocusIsLost = !focus || focus == this || focus == m_area || focus == m_area->viewport() ||
                               qobject_cast<const DocumentFrame *>(focus);
-    if (bBusy || !m_active || !bFocusIsLost || !isActiveWindow() || QApplication::activePopupWidget())
+    // A document window being moved or sized by keyboard holds the mouse.
+    if (bBusy || !m_active || !bFocusIsLost || !isActiveWindow() || QApplication::activePopupWidget() ||
+        QWidget::mouseGrabber())
         return;
     m_active->form()->restorePaneFocus();
 }
@@ -360,6 +362,7 @@ void frmMain::frameActivated(DocumentFrame *frame)
         return;
     m_active = frame;
     frame->form()->Form_Activate();
+    frame->form()->restorePaneFocus();
     MenuEnable(iDocumentCount);
     MenuEnableDynamic();
 }

@@ -23,6 +23,7 @@
 #include "util/Procedure.h"
 #include "util/Twips.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QKeyEvent>
 #include <QMdiArea>
@@ -153,8 +154,15 @@ void frmDocument::notePaneFocus()
 
 void frmDocument::restorePaneFocus()
 {
-    if (m_lastPane && isActiveWindow())
+    // A label being edited lies in its pane.
+    if (m_lastPane && isVisible() && isActiveWindow() && !m_lastPane->isAncestorOf(QApplication::focusWidget()))
         m_lastPane->setFocus();
+}
+
+void frmDocument::releasePane()
+{
+    if (--m_paneHolds == 0 && m_lastPane && m_lastPane->hasFocus())
+        paneGotFocus(m_lastPane == treeView);
 }
 
 bool frmDocument::overwriting() const
@@ -348,6 +356,8 @@ void frmDocument::activateNextDocument()
 
 void frmDocument::paneGotFocus(bool outline)
 {
+    if (m_paneHolds > 0)
+        return;
     procedure(outline ? "frmDocument trvOutline_GotFocus" : "frmDocument txtRTF_GotFocus", [&] {
         m_document->m_bOutlineHasFocus = outline;
         m_document->m_bTextHasFocus = !outline;

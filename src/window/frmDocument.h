@@ -47,9 +47,13 @@ public:
     int toPixels(float twips) const;
     float toTwips(int pixels) const;
 
-    // Remembers which pane has the keyboard focus, and gives it back to that pane.
+    // Remembers which pane has the keyboard focus, and gives it back to that pane once the window can be seen.
     void notePaneFocus();
     void restorePaneFocus();
+
+    // From holding to releasing, which may be nested, the remembered pane stays the same wherever the focus goes.
+    void holdPane() { ++m_paneHolds; }
+    void releasePane();
 
     // Whether typing in the text pane overwrites what is there.
     bool overwriting() const;
@@ -94,6 +98,7 @@ private:
     std::unique_ptr<Document> m_document;
     OutlineDragger *m_dragger = nullptr;
     QPointer<QWidget> m_lastPane;
+    int m_paneHolds = 0;
     bool m_counted = true;
     // Whether the window was shown, and its split laid out, once.
     bool m_laidOut = false;

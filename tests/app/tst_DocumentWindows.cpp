@@ -8,8 +8,12 @@
 #include "platform/TreeView.h"
 #include "window/frmDocument.h"
 
+#include <QApplication>
 #include <QMdiArea>
+#include <QMenu>
+#include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -29,6 +33,12 @@ private Q_SLOTS:
     void theMenuArrangesTheIconsOfMinimisedWindows();
     void aMaximisedDocumentsCaptionJoinsTheMainTitle();
     void aNewDocumentBesideAMaximisedOneIsMaximisedToo();
+    void aMinimisedDocumentTakesNoKeys_data();
+    void aMinimisedDocumentTakesNoKeys();
+    void aPaneKeepsTheFocusWhenAMaximisedDocumentCloses_data();
+    void aPaneKeepsTheFocusWhenAMaximisedDocumentCloses();
+    void aPaneKeepsTheFocusWhenWindowsAreTiled();
+    void movingAWindowByKeyboardKeepsItsKeys();
     void theCloseButtonAsksAboutChanges();
     void ctrlF6GoesToTheNextDocument();
     void ctrlTabInsertsATabAndStays();
@@ -36,6 +46,10 @@ private Q_SLOTS:
 
 private:
     void openDocuments(int count);
+    void addPanes();
+    void goToPane(bool text);
+    void expectPane(bool text) const;
+    void letTheTimerTick();
 
     QList<DocumentFrame *> frames() const { return m_main->main.findChildren<DocumentFrame *>(); }
 
@@ -60,7 +74,7 @@ void tst_DocumentWindows::init()
 
 void tst_DocumentWindows::openDocuments(int count)
 {
-    for (int number = 1; number <= count; ++number)
+    for (qsizetype number = frames().size() + 1; number <= count; ++number)
         modDoc::DocLoad(m_main->app.makeFile(u"%1.txt"_s.arg(number), "text"));
     QCOMPARE(frames().size(), count);
 }
@@ -130,6 +144,110 @@ void tst_DocumentWindows::aNewDocumentBesideAMaximisedOneIsMaximisedToo()
     m_main->choose("mnuFileNew");
     QVERIFY(frames()[1]->isMaximized());
     QVERIFY2(m_main->main.windowTitle().startsWith(u"Quillery - [Document "_s), qPrintable(m_main->main.windowTitle()));
+}
+
+void tst_DocumentWindows::addPanes()
+{
+    QTest::addColumn<bool>("text");
+    QTest::newRow("outline") << false;
+    QTest::newRow("text") << true;
+}
+
+void tst_DocumentWindows::goToPane(bool text)
+{
+    m_main->choose(text ? "mnuViewGoToText" : "mnuViewGoToOutline");
+}
+
+// The pane has the focus, and the commands know it.
+void tst_DocumentWindows::expectPane(bool text) const
+{
+    const Document &document = *m_main->main.activeDocument();
+    const auto &form = static_cast<frmDocument &>(document.window);
+    const QWidget *pane = text ? static_cast<QWidget *>(form.textBox) : form.treeView;
+    QCOMPARE(QApplication::focusWidget(), pane);
+    QCOMPARE(document.m_bTextHasFocus, text);
+    QCOMPARE(document.m_bOutlineHasFocus, !text);
+    QCOMPARE(m_main->enabled("mnuEditSelectAll"), text);
+}
+
+void tst_DocumentWindows::letTheTimerTick()
+{
+    auto *timer = m_main->main.findChild<QTimer *>(u"Timer1"_s);
+    QSignalSpy ticks(timer, &QTimer::timeout);
+    timer->setInterval(0);
+    QTRY_VERIFY(ticks.size() > 1);
+    timer->setInterval(250);
+}
+
+void tst_DocumentWindows::aMinimisedDocumentTakesNoKeys_data()
+{
+    addPanes();
+}
+
+void tst_DocumentWindows::aMinimisedDocumentTakesNoKeys()
+{
+    QFETCH(const bool, text);
+    openDocuments(1);
+    Document *document = m_main->main.activeDocument();
+    goToPane(text);
+    frames()[0]->showMinimized();
+    letTheTimerTick();
+    for (const Qt::Key key : {Qt::Key_X, Qt::Key_Delete, Qt::Key_F2})
+        pressKey(key, Qt::NoModifier);
+    pressKey(Qt::Key_B, Qt::AltModifier);
+    QCOMPARE(document->tree.entryCount(), 1);
+    QCOMPARE(document->txtRTF.Text(), u"text\r\n"_s);
+    frames()[0]->showNormal();
+    expectPane(text);
+}
+
+void tst_DocumentWindows::aPaneKeepsTheFocusWhenAMaximisedDocumentCloses_data()
+{
+    addPanes();
+}
+
+void tst_DocumentWindows::aPaneKeepsTheFocusWhenAMaximisedDocumentCloses()
+{
+    QFETCH(const bool, text);
+    openDocuments(1);
+    frames()[0]->showMaximized();
+    goToPane(text);
+    Document *first = m_main->main.activeDocument();
+    openDocuments(2);
+    goToPane(!text);
+    m_main->choose("mnuFileClose");
+    QTRY_COMPARE(frames().size(), 1);
+    QCOMPARE(m_main->main.activeDocument(), first);
+    expectPane(text);
+}
+
+void tst_DocumentWindows::aPaneKeepsTheFocusWhenWindowsAreTiled()
+{
+    openDocuments(1);
+    frames()[0]->showMaximized();
+    openDocuments(2);
+    goToPane(false);
+    m_main->choose("mnuWindowTileHorizontal");
+    expectPane(false);
+    pressKey(Qt::Key_F6, Qt::ControlModifier);
+    expectPane(false);
+}
+
+void tst_DocumentWindows::movingAWindowByKeyboardKeepsItsKeys()
+{
+    openDocuments(1);
+    DocumentFrame *frame = frames()[0];
+    for (QAction *action : frame->systemMenu()->actions()) {
+        if (action->text().remove(u'&') == "Move"_L1)
+            action->trigger();
+    }
+    QCOMPARE(QWidget::mouseGrabber(), frame);
+    letTheTimerTick();
+    QCOMPARE(QApplication::focusWidget(), frame);
+    pressKey(Qt::Key_Return, Qt::NoModifier);
+    QVERIFY(!QWidget::mouseGrabber());
+    letTheTimerTick();
+    expectPane(false);
 }
 
 void tst_DocumentWindows::theCloseButtonAsksAboutChanges()
