@@ -233,6 +233,31 @@ class Tour:
         self.choose("mnuOutlineIndent", "-Notes|  First#|  -Second|    Deep|    Third <")
         self.choose("mnuOutlineUnindent", "-Notes|  First#|  -Second|    Deep|  Third <")
 
+    def from_the_text(self):
+        """The outline's keys once more, with the keyboard in the text."""
+        self.choose("mnuViewGoToText")
+        self.focus_is("text")
+        top, end = "-Notes|  First#|  -Second|    Deep|  ", "-Notes|  First#|  -Second|    Deep|  Third <"
+        for keys, rows in (("alt+Up", "-Notes|  First#|  Third <|  -Second|    Deep"), ("alt+Down", end),
+                           ("alt+Home", "-Notes|  Third <|  First#|  -Second|    Deep"), ("alt+End", end),
+                           ("alt+Right", "-Notes|  First#|  -Second|    Deep|    Third <"), ("alt+Left", end),
+                           ("alt+t", top + "Third# <"), ("alt+t", end),
+                           ("alt+c", end), ("alt+p", top + "Third|  Third <")):
+            self.key(keys, rows)
+        self.key("alt+Delete", end, answer="alt+y")
+        self.focus_is("text")
+        second = "-Notes|  First#|  -Second <|    Deep|  Third"
+        deep = "-Notes|  First#|  -Second|    Deep <|  Third"
+        for keys, rows, afterwards in (("alt+a", top + "New <|  Third", second), ("alt+b", top + "New <|  Third", second),
+                                       ("alt+i", top + "  New <|  Third", deep)):
+            self.key(keys, rows, label="New")
+            self.choose("mnuViewGoToText")
+            self.key("alt+Delete", afterwards, answer="alt+y")
+        self.key("F2", deep.replace("Deep", "Deeper"), label="Deeper")
+        self.choose("mnuViewGoToText")
+        self.key("F2", deep, label="Deep")
+        self.focus_is("tree")
+
     def expanding(self):
         self.select("Second")
         self.key("KP_Subtract", "-Notes|  First#|  +Second <|  Third")
@@ -536,6 +561,7 @@ class Tour:
         self.expect("opening", START)
         self.menus_open_by_their_access_keys()
         self.moving()
+        self.from_the_text()
         self.expanding()
         self.inserting()
         self.copying()
