@@ -147,6 +147,7 @@ struct Border {
     qint16 width = 0; // twips; 0 none
     qint16 style = 0; // BorderStyle
     qint16 color = 0; // place in Tables::colors
+    // NOLINTNEXTLINE(modernize-use-nullptr): it takes the 0 that the compiler compares with for a pointer.
     auto operator<=>(const Border &) const = default;
 };
 
