@@ -4,8 +4,10 @@
 #include "platform/LabelDelegate.h"
 
 #include "model/EntryTree.h"
+#include "platform/AltCharacter.h"
 #include "platform/TreeView.h"
 
+#include <QKeyEvent>
 #include <QLineEdit>
 
 #include <limits>
@@ -67,6 +69,16 @@ void LabelDelegate::setModelData(QWidget *editor, QAbstractItemModel *, const QM
     const QLineEdit *line = qobject_cast<QLineEdit *>(editor);
     if (line)
         m_view->applyLabelEdit(index, onOneLine(line->text()));
+}
+
+bool LabelDelegate::eventFilter(QObject *watched, QEvent *event)
+{
+    // Left to whoever has a command for it: the key goes on to the outline.
+    if (event->type() == QEvent::KeyPress && isAltCharacter(*static_cast<QKeyEvent *>(event))) {
+        event->ignore();
+        return true;
+    }
+    return QStyledItemDelegate::eventFilter(watched, event);
 }
 
 void LabelDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const

@@ -126,9 +126,3 @@ const KeyBinding *bindingOf(const QKeyEvent &event)
     }
     return nullptr;
 }
-
-bool isAltCharacter(const QKeyEvent &event)
-{
-    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeyboardModifiers(Qt::ShiftModifier);
-    return modifiers == Qt::AltModifier && !event.text().isEmpty() && event.text()[0].isPrint();
-}

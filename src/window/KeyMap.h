@@ -37,6 +37,3 @@ std::span<const KeyBinding> keyMap();
 
 // The binding of a key press, enabled or not; null when the key has none.
 const KeyBinding *bindingOf(const QKeyEvent &event);
-
-// Whether a key press is Alt with a character, which an editor would type though it is no text.
-bool isAltCharacter(const QKeyEvent &event);

@@ -9,6 +9,7 @@
 #include "window/modSplit.h"
 #include "window/modView.h"
 
+#include "platform/AltCharacter.h"
 #include "platform/OutlineWidth.h"
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"

@@ -11,6 +11,7 @@
 #include "rtf/Rtf.h"
 #include "window/KeyMap.h"
 
+#include <QApplication>
 #include <QLineEdit>
 #include <QTest>
 
@@ -31,6 +32,9 @@ private Q_SLOTS:
     void focusFlagsFollowThePanes();
     void tabMovesBetweenThePanes();
     void f2EditsTheLabelInPlace();
+    void anAltKeyEndsTheLabelEditAndRuns();
+    void anAltKeyWithoutACommandTypesNothingIntoALabel();
+    void whatAltGrMakesIsTypedIntoALabel();
     void aKeyActsOnlyWhileItsMenuItemIsEnabled();
     void everyOutlineKeyWorksFromBothPanes_data();
     void everyOutlineKeyWorksFromBothPanes();
@@ -56,6 +60,7 @@ private Q_SLOTS:
 
 private:
     Document &openThreeEntries();
+    QLineEdit *labelEditor();
 
     frmDocument &form() { return m_fixture->form(); }
 
@@ -188,6 +193,50 @@ void tst_frmDocument::f2EditsTheLabelInPlace()
     QTRY_COMPARE(opened.tree.root()->label(), u"Renamed"_s);
     QVERIFY(opened.m_bDataChanged);
     QCOMPARE(m_fixture->fakes.commands.statusText, u"Renamed"_s);
+}
+
+// The open one; an editor that has ended goes away when the event loop runs.
+QLineEdit *tst_frmDocument::labelEditor()
+{
+    return qobject_cast<QLineEdit *>(QApplication::focusWidget());
+}
+
+void tst_frmDocument::anAltKeyEndsTheLabelEditAndRuns()
+{
+    Document &opened = openThreeEntries();
+    clickOn(opened.tree.root()->child(0));
+    form().treeView->setFocus();
+    QTest::keyClick(form().treeView, Qt::Key_B, Qt::AltModifier);
+    for (const QString &label : {u"one"_s, u"two"_s}) {
+        QVERIFY(labelEditor());
+        QTest::keyClicks(labelEditor(), label);
+        QTest::keyClick(labelEditor(), Qt::Key_B, Qt::AltModifier);
+    }
+    QCOMPARE(dumpOutline(opened.tree),
+             QStringList({u"Root +"_s, u" First"_s, u" one"_s, u" two"_s, u" New Entry <"_s, u" Second"_s}));
+}
+
+void tst_frmDocument::anAltKeyWithoutACommandTypesNothingIntoALabel()
+{
+    openThreeEntries();
+    QTest::keyClick(form().treeView, Qt::Key_F2);
+    QLineEdit *editor = labelEditor();
+    QVERIFY(editor);
+    for (const Qt::KeyboardModifiers modifiers :
+         {Qt::KeyboardModifiers(Qt::AltModifier), Qt::AltModifier | Qt::ShiftModifier})
+        QTest::keyClick(editor, Qt::Key_Z, modifiers);
+    QCOMPARE(editor->text(), u"Root"_s);
+    QCOMPARE(labelEditor(), editor);
+}
+
+void tst_frmDocument::whatAltGrMakesIsTypedIntoALabel()
+{
+    openThreeEntries();
+    QTest::keyClick(form().treeView, Qt::Key_F2);
+    QVERIFY(labelEditor());
+    QTest::sendKeyEvent(QTest::Click, labelEditor(), Qt::Key_At, u"@"_s, Qt::ControlModifier | Qt::AltModifier);
+    QTest::sendKeyEvent(QTest::Click, labelEditor(), Qt::Key_E, u"\u20ac"_s, Qt::GroupSwitchModifier);
+    QCOMPARE(labelEditor()->text(), u"@\u20ac"_s);
 }
 
 void tst_frmDocument::aKeyActsOnlyWhileItsMenuItemIsEnabled()
