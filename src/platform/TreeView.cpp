@@ -215,6 +215,12 @@ Entry *TreeView::HitTest(const QPoint &point) const
     return m_tree && viewport()->rect().contains(point) ? m_tree->entryAt(indexAt(point)) : nullptr;
 }
 
+Entry *TreeView::HitTestRow(const QPoint &point) const
+{
+    Entry *entry = HitTest(point);
+    return entry && visualRect(m_tree->indexOf(entry)).contains(point) ? entry : nullptr;
+}
+
 bool TreeView::PaneVisible() const
 {
     return m_paneVisible;
@@ -430,11 +436,15 @@ void TreeView::keyPressEvent(QKeyEvent *event)
 
 void TreeView::mousePressEvent(QMouseEvent *event)
 {
-    const QModelIndex index = indexAt(event->position().toPoint());
-    const bool onRow = index.isValid() && visualRect(index).contains(event->position().toPoint());
-    Entry *clicked = m_tree && onRow ? m_tree->entryAt(index) : nullptr;
+    // The signs are the left button's alone: any other selects their row, so that the menu it opens is the row's.
+    const bool signs = event->button() == Qt::LeftButton;
+    const QPoint place = event->position().toPoint();
+    Entry *clicked = signs ? HitTestRow(place) : HitTest(place);
     const bool again = clicked && clicked == m_tree->selected();
-    QTreeView::mousePressEvent(event);
+    if (signs)
+        QTreeView::mousePressEvent(event);
+    else
+        QAbstractItemView::mousePressEvent(event);
     if (again)
         Q_EMIT nodeClicked(clicked);
 }
@@ -444,6 +454,15 @@ void TreeView::mouseMoveEvent(QMouseEvent *event)
     // A press with a move is the beginning of a drag; it does not drag the selection along.
     if (event->buttons() == Qt::NoButton)
         QTreeView::mouseMoveEvent(event);
+}
+
+void TreeView::mouseReleaseEvent(QMouseEvent *event)
+{
+    // As for the press.
+    if (event->button() == Qt::LeftButton)
+        QTreeView::mouseReleaseEvent(event);
+    else
+        QAbstractItemView::mouseReleaseEvent(event);
 }
 
 void TreeView::updateGeometries()

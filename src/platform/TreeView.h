@@ -36,6 +36,8 @@ public:
     // The entry whose row contains a point of the viewport, or null, as for any point beyond the viewport. A row
     // reaches over the pane's whole width.
     Entry *HitTest(const QPoint &point) const;
+    // The same without the room of the branch signs, which lies before the rows' images.
+    Entry *HitTestRow(const QPoint &point) const;
 
     bool PaneVisible() const override;
     void setPaneVisible(bool visible) override;
@@ -77,6 +79,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
+    void mouseReleaseEvent(QMouseEvent *event) override;
     void updateGeometries() override;
 
 private:

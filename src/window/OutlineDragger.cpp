@@ -74,7 +74,8 @@ void OutlineDragger::mouseDown(const QMouseEvent &event)
         if (button == DragButton::None || m_active)
             return;
         m_remembered = event.position();
-        dragState().entry.set(&m_form.document().tree, m_form.treeView->HitTest(event.position().toPoint()));
+        // A press on a branch sign is about the branch; it does not select the entry either.
+        dragState().entry.set(&m_form.document().tree, m_form.treeView->HitTestRow(event.position().toPoint()));
     });
 }
 
@@ -184,6 +185,8 @@ void OutlineDragger::dropOnItself()
         if (!state.dragging)
             return;
     }
+    // The commands work on the selected entry.
+    modNodes::NodeSelect(m_form.document(), state.entry.entry());
     if (state.indent)
         modOutline::OutlineIndent();
     else

@@ -26,6 +26,14 @@ private Q_SLOTS:
     void cleanup();
 
     void aClickWithoutAMoveSelectsAndStartsNoDrag();
+
+    void aPressOnABranchSignStartsNoDrag_data() { directions(); }
+
+    void aPressOnABranchSignStartsNoDrag();
+
+    void aRightPressOnABranchSignIsOneOnItsRow_data() { directions(); }
+
+    void aRightPressOnABranchSignIsOneOnItsRow();
     void theThresholdItselfStartsNoDrag_data();
     void theThresholdItselfStartsNoDrag();
     void aDropOnAnotherEntryLandsBehindIt();
@@ -35,6 +43,7 @@ private Q_SLOTS:
     void withCtrlTheSourceStays();
     void aDropOnItselfToTheRightIndents();
     void aDropOnItselfToTheLeftUnindents();
+    void aDropOnItselfIsAboutTheDraggedEntry();
     void escapeEndsTheDrag();
     void aDropBesideEveryEntryDoesNothing();
     void aDropBeyondThePaneDoesNothing();
@@ -57,7 +66,9 @@ private Q_SLOTS:
 
 private:
     void plant(const QStringList &outline);
+    static void directions();
     QPoint middleOf(const QString &label);
+    QPoint signOf(const QString &label);
     void drag(const QString &from, const QPoint &to, Qt::MouseButton button = Qt::LeftButton,
               Qt::KeyboardModifiers modifiers = {});
     void moveTo(const QPointF &to, Qt::MouseButton button = Qt::LeftButton, Qt::KeyboardModifiers modifiers = {});
@@ -98,6 +109,23 @@ QPoint tst_OutlineDragger::middleOf(const QString &label)
     const EntryTree &tree = DocumentActive()->tree;
     const QRect row = m_fixture->form().treeView->visualRect(tree.indexOf(entryLabelled(tree, label)));
     return {row.left() + 30, row.center().y()};
+}
+
+void tst_OutlineDragger::directions()
+{
+    QTest::addColumn<Qt::LayoutDirection>("direction");
+    QTest::newRow("left to right") << Qt::LeftToRight;
+    QTest::newRow("right to left") << Qt::RightToLeft;
+}
+
+// The sign that opens and closes the entry's branch, before the row's image.
+QPoint tst_OutlineDragger::signOf(const QString &label)
+{
+    const TreeView &view = *m_fixture->form().treeView;
+    const EntryTree &tree = DocumentActive()->tree;
+    const QRect row = view.visualRect(tree.indexOf(entryLabelled(tree, label)));
+    const int half = view.indentation() / 2;
+    return {view.isRightToLeft() ? row.right() + half : row.left() - half, row.center().y()};
 }
 
 void tst_OutlineDragger::drag(const QString &from, const QPoint &to, Qt::MouseButton button,
@@ -142,6 +170,33 @@ void tst_OutlineDragger::aClickWithoutAMoveSelectsAndStartsNoDrag()
     QCOMPARE(DocumentActive()->tree.selected()->label(), u"B"_s);
     QVERIFY(!dragState().entry.entry());
     QCOMPARE(before.size(), dump().size());
+}
+
+void tst_OutlineDragger::aPressOnABranchSignStartsNoDrag()
+{
+    QFETCH(const Qt::LayoutDirection, direction);
+    plant({u"Root +"_s, u" A"_s, u"  A1"_s, u" B"_s});
+    m_fixture->form().treeView->setLayoutDirection(direction);
+    modNodes::NodeSelect(*DocumentActive(), entryLabelled(DocumentActive()->tree, u"B"_s));
+    const QPoint sign = signOf(u"A"_s);
+    QTest::mousePress(viewport(), Qt::LeftButton, {}, sign);
+    for (const QPoint &to : {sign + QPoint(10, 0), sign + QPoint(12, 0)}) {
+        moveTo(to);
+        QVERIFY(!dragState().dragging);
+    }
+    QTest::mouseRelease(viewport(), Qt::LeftButton, {}, sign + QPoint(12, 0));
+    QCOMPARE(dump(), QStringList({u"Root +"_s, u" A +"_s, u"  A1"_s, u" B <"_s}));
+}
+
+void tst_OutlineDragger::aRightPressOnABranchSignIsOneOnItsRow()
+{
+    QFETCH(const Qt::LayoutDirection, direction);
+    m_fixture->form().treeView->setLayoutDirection(direction);
+    for (int i = 1; i <= 2; ++i) {
+        QTest::mouseClick(viewport(), Qt::RightButton, {}, signOf(u"A"_s));
+        QCOMPARE(m_fixture->fakes.commands.poppedUp, QStringList(i, u"mnuoutline"_s));
+        QCOMPARE(dump(), QStringList({u"Root +"_s, u" A +<"_s, u"  A1"_s, u" B"_s, u" C"_s}));
+    }
 }
 
 void tst_OutlineDragger::theThresholdItselfStartsNoDrag_data()
@@ -213,6 +268,15 @@ void tst_OutlineDragger::aDropOnItselfToTheLeftUnindents()
 {
     drag(u"A1"_s, middleOf(u"A1"_s) - QPoint(10, 0));
     QCOMPARE(dump(), QStringList({u"Root +"_s, u" A +"_s, u" A1 <"_s, u" B"_s, u" C"_s}));
+}
+
+void tst_OutlineDragger::aDropOnItselfIsAboutTheDraggedEntry()
+{
+    QTest::mousePress(viewport(), Qt::LeftButton, {}, middleOf(u"B"_s));
+    moveTo(middleOf(u"B"_s) + QPoint(10, 0));
+    modNodes::NodeSelect(*DocumentActive(), entryLabelled(DocumentActive()->tree, u"C"_s));
+    QTest::mouseRelease(viewport(), Qt::LeftButton, {}, middleOf(u"B"_s) + QPoint(10, 0));
+    QCOMPARE(dump(), QStringList({u"Root +"_s, u" A +"_s, u"  A1"_s, u"  B <"_s, u" C"_s}));
 }
 
 void tst_OutlineDragger::escapeEndsTheDrag()
