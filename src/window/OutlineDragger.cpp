@@ -73,7 +73,7 @@ void OutlineDragger::mouseDown(const QMouseEvent &event)
         const DragButton button = dragButton(event.button());
         if (button == DragButton::None || m_active)
             return;
-        m_remembered = event.position();
+        m_pressedAt = event.position();
         // A press on a branch sign is about the branch; it does not select the entry either.
         dragState().entry.set(&m_form.document().tree, m_form.treeView->HitTestRow(event.position().toPoint()));
     });
@@ -87,11 +87,16 @@ void OutlineDragger::mouseMove(const QMouseEvent &event)
         dragState().dragging = true;
         m_pointer = event.position();
         Entry *hovered = m_form.treeView->HitTest(event.position().toPoint());
-        const QPointF moved = event.position() - m_remembered;
+        const QPointF moved = event.position() - m_pressedAt;
         // A distance of just the threshold is not to pass it because it cannot be written exactly in pixels.
         const double limit = (threshold + 0.01) * m_form.logicalDpiX() / 1440.0;
-        if (qAbs(moved.x()) > limit || qAbs(moved.y()) > limit)
-            acceptMove(event, hovered);
+        const bool begins = !m_active && (qAbs(moved.x()) > limit || qAbs(moved.y()) > limit);
+        // The direction is that from where the button went down. Once a drag has begun, only a way that would begin one
+        // turns it: a hand does not hold still, and does not move straight down either.
+        if (hovered == dragState().entry.entry() && (begins || (m_active && qAbs(moved.x()) > limit)))
+            dragState().indent = moved.x() > 0;
+        if (begins)
+            begin(event);
         // Ctrl may be pressed and let go of during the drag.
         if (m_active && hovered && hovered != dragState().entry.entry())
             dragState().copy = event.modifiers().testFlag(Qt::ControlModifier);
@@ -100,15 +105,9 @@ void OutlineDragger::mouseMove(const QMouseEvent &event)
     });
 }
 
-void OutlineDragger::acceptMove(const QMouseEvent &event, const Entry *hovered)
+void OutlineDragger::begin(const QMouseEvent &event)
 {
-    DragState &state = dragState();
-    if (hovered && hovered == state.entry.entry())
-        state.indent = event.position().x() > m_remembered.x();
-    m_remembered = event.position();
-    if (m_active)
-        return;
-    state.button = event.buttons().testFlag(Qt::RightButton) ? DragButton::Right : DragButton::Left;
+    dragState().button = event.buttons().testFlag(Qt::RightButton) ? DragButton::Right : DragButton::Left;
     m_active = true;
     m_scrollTimer.start(scrollInterval, this);
     showIcon(true);

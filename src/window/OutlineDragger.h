@@ -40,7 +40,7 @@ private:
     void mouseDown(const QMouseEvent &event);
     void mouseMove(const QMouseEvent &event);
     bool mouseUp(const QMouseEvent &event);
-    void acceptMove(const QMouseEvent &event, const Entry *hovered);
+    void begin(const QMouseEvent &event);
     void dragOver(const Entry *hovered);
     void drop(Entry *target);
     void dropOn(Entry &target);
@@ -53,8 +53,8 @@ private:
 
     frmDocument &m_form;
     bool m_active = false;
-    // Where the button went down, or the last move that counted, in the viewport's pixels.
-    QPointF m_remembered;
+    // Where the button went down, in the viewport's pixels.
+    QPointF m_pressedAt;
     QPointF m_pointer;
     const Entry *m_hovered = nullptr;
     bool m_iconShown = false;

@@ -43,6 +43,8 @@ private Q_SLOTS:
     void withCtrlTheSourceStays();
     void aDropOnItselfToTheRightIndents();
     void aDropOnItselfToTheLeftUnindents();
+    void theDirectionIsThatFromThePress_data();
+    void theDirectionIsThatFromThePress();
     void aDropOnItselfIsAboutTheDraggedEntry();
     void escapeEndsTheDrag();
     void aDropBesideEveryEntryDoesNothing();
@@ -268,6 +270,43 @@ void tst_OutlineDragger::aDropOnItselfToTheLeftUnindents()
 {
     drag(u"A1"_s, middleOf(u"A1"_s) - QPoint(10, 0));
     QCOMPARE(dump(), QStringList({u"Root +"_s, u" A +"_s, u" A1 <"_s, u" B"_s, u" C"_s}));
+}
+
+void tst_OutlineDragger::theDirectionIsThatFromThePress_data()
+{
+    QTest::addColumn<QList<QPoint>>("way");
+    QTest::addColumn<bool>("indents");
+    const auto row = [](const char *name, const QList<QPoint> &way, bool indents) {
+        QTest::newRow(name) << way << indents;
+    };
+    row("right, down and a hair back", {{20, 0}, {20, 8}, {19, 8}}, true);
+    row("right and straight down", {{20, 0}, {20, 8}}, true);
+    row("left, down and a hair back", {{-20, 0}, {-20, 8}, {-19, 8}}, false);
+    row("down, then right", {{0, 8}, {20, 8}}, true);
+    row("down, then left", {{0, 8}, {-20, 8}}, false);
+    row("right, and farther back to the left", {{20, 0}, {-10, 0}}, false);
+    row("left, and farther back to the right", {{-20, 0}, {10, 0}}, true);
+    row("right, and back to a hair left of the press", {{20, 0}, {-1, 0}}, true);
+    row("down and up again", {{0, 8}, {1, 0}}, false);
+}
+
+void tst_OutlineDragger::theDirectionIsThatFromThePress()
+{
+    QFETCH(const QList<QPoint>, way);
+    QFETCH(const bool, indents);
+    // An entry that can only be unindented, so that the icon tells the direction.
+    plant({u"Root +"_s, u" A +"_s, u"  A1"_s, u" B"_s});
+    const EntryTree &tree = DocumentActive()->tree;
+    const QRect row = m_fixture->form().treeView->visualRect(tree.indexOf(entryLabelled(tree, u"A1"_s)));
+    const QPoint start(row.left() + 30, row.top() + 1);
+    QTest::mousePress(viewport(), Qt::LeftButton, {}, start);
+    for (const QPoint &to : way)
+        moveTo(start + to);
+    QCOMPARE(dragState().indent, indents);
+    QCOMPARE(viewport()->cursor().shape(), indents ? Qt::ForbiddenCursor : Qt::DragMoveCursor);
+    QTest::mouseRelease(viewport(), Qt::LeftButton, {}, start + way.last());
+    QCOMPARE(dump(), indents ? QStringList({u"Root +"_s, u" A +"_s, u"  A1 <"_s, u" B"_s})
+                             : QStringList({u"Root +"_s, u" A +"_s, u" A1 <"_s, u" B"_s}));
 }
 
 void tst_OutlineDragger::aDropOnItselfIsAboutTheDraggedEntry()
