@@ -49,9 +49,17 @@ OutlineDragger::OutlineDragger(frmDocument &form)
     form.treeView->viewport()->installEventFilter(this);
 }
 
+OutlineDragger::~OutlineDragger()
+{
+    if (m_active)
+        ResetDraggingFlags();
+}
+
 bool OutlineDragger::eventFilter(QObject *watched, QEvent *event)
 {
-    if (m_form.document().tree.root() == nullptr || bBusy)
+    endWithoutEntry();
+    const bool idle = !m_active && m_swallowed == Qt::NoButton;
+    if (idle && (m_form.document().tree.root() == nullptr || bBusy))
         return QObject::eventFilter(watched, event);
     switch (event->type()) {
     case QEvent::MouseButtonPress:
@@ -70,6 +78,8 @@ bool OutlineDragger::eventFilter(QObject *watched, QEvent *event)
 void OutlineDragger::mouseDown(const QMouseEvent &event)
 {
     procedure("frmDocument trvOutline_MouseDown", [&] {
+        if (event.button() == m_swallowed)
+            m_swallowed = Qt::NoButton;
         const DragButton button = dragButton(event.button());
         if (button == DragButton::None || m_active)
             return;
@@ -127,6 +137,10 @@ void OutlineDragger::dragOver(const Entry *hovered)
 
 bool OutlineDragger::mouseUp(const QMouseEvent &event)
 {
+    if (event.button() == m_swallowed) {
+        m_swallowed = Qt::NoButton;
+        return true;
+    }
     const bool wasActive = m_active;
     procedure("frmDocument trvOutline_MouseUp", [&] {
         if (wasActive) {
@@ -147,7 +161,8 @@ void OutlineDragger::drop(Entry *target)
 {
     procedure("frmDocument trvOutline_DragDrop", [&] {
         const Entry *dragged = dragState().entry.entry();
-        if (!target || !dragged || !dragState().dragging)
+        // The window may no longer be the active one, and the commands work on the active document.
+        if (!target || !dragged || !dragState().dragging || DocumentActive() != &m_form.document())
             return;
         m_form.treeView->viewport()->unsetCursor();
         if (target == dragged)
@@ -181,7 +196,7 @@ void OutlineDragger::dropOnItself()
     if (state.button == DragButton::Right) {
         state.dragging = false;
         confirmIndent();
-        if (!state.dragging)
+        if (!state.dragging || !state.entry.entry())
             return;
     }
     // The commands work on the selected entry.
@@ -194,7 +209,16 @@ void OutlineDragger::dropOnItself()
 
 void OutlineDragger::cancel()
 {
+    // The button is still down. When it comes up, it is to open neither a menu nor an editor.
+    m_swallowed = dragState().button == DragButton::Right ? Qt::RightButton : Qt::LeftButton;
     end();
+}
+
+// A dragged entry may go away, with its document or by a command.
+void OutlineDragger::endWithoutEntry()
+{
+    if (m_active && !dragState().entry.entry())
+        cancel();
 }
 
 void OutlineDragger::stop()
@@ -226,6 +250,9 @@ void OutlineDragger::showIcon(bool allowed)
 
 void OutlineDragger::timerEvent(QTimerEvent *event)
 {
+    endWithoutEntry();
+    if (!m_active)
+        return;
     if (event->timerId() == m_scrollTimer.timerId())
         scrollNearEdge();
     else if (event->timerId() == m_openTimer.timerId())

@@ -25,10 +25,11 @@ public:
     static constexpr int openDelay = 700;
 
     explicit OutlineDragger(frmDocument &form);
+    ~OutlineDragger() override;
 
     bool active() const { return m_active; }
 
-    // Ends a drag without a drop.
+    // Ends a drag without a drop; its button does nothing more when it is let go of.
     void cancel();
 
     bool eventFilter(QObject *watched, QEvent *event) override;
@@ -48,11 +49,14 @@ private:
     void showIcon(bool allowed);
     void scrollNearEdge();
     void openUnderPointer();
+    void endWithoutEntry();
     void stop();
     void end();
 
     frmDocument &m_form;
     bool m_active = false;
+    // The button of a drag that was ended while it was down.
+    Qt::MouseButton m_swallowed = Qt::NoButton;
     // Where the button went down, in the viewport's pixels.
     QPointF m_pressedAt;
     QPointF m_pointer;

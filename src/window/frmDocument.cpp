@@ -293,9 +293,11 @@ bool frmDocument::eventFilter(QObject *watched, QEvent *event)
     if (!claims && event->type() != QEvent::KeyPress)
         return QWidget::eventFilter(watched, event);
     const auto &key = *static_cast<QKeyEvent *>(event);
-    if (m_dragger->active() && key.key() == Qt::Key_Escape) {
+    // During a drag a command would pull the outline away under the pointer. Ctrl is the drag's own.
+    if (m_dragger->active()) {
         event->accept();
-        m_dragger->cancel();
+        if (key.key() == Qt::Key_Escape)
+            m_dragger->cancel();
         return true;
     }
     if (key.key() == Qt::Key_Menu && watched == treeView) {

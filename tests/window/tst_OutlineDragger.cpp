@@ -10,6 +10,8 @@
 #include "outline/EntryDrag.h"
 #include "window/OutlineDragger.h"
 
+#include <QApplication>
+#include <QLineEdit>
 #include <QMenu>
 #include <QScrollBar>
 #include <QTest>
@@ -47,6 +49,12 @@ private Q_SLOTS:
     void theDirectionIsThatFromThePress();
     void aDropOnItselfIsAboutTheDraggedEntry();
     void escapeEndsTheDrag();
+    void afterEscapeTheReleaseDoesNothing_data();
+    void afterEscapeTheReleaseDoesNothing();
+    void duringADragKeysRunNoCommands();
+    void aDragEndsWithItsEntry_data();
+    void aDragEndsWithItsEntry();
+    void aDropOnlyWorksOnTheActiveDocument();
     void aDropBesideEveryEntryDoesNothing();
     void aDropBeyondThePaneDoesNothing();
     void theIconSaysWhatADropDoes();
@@ -328,6 +336,95 @@ void tst_OutlineDragger::escapeEndsTheDrag()
     QVERIFY(!dragState().dragging);
     QTest::mouseRelease(viewport(), Qt::LeftButton, {}, to);
     QCOMPARE(dump(), QStringList({u"Root +"_s, u" A +<"_s, u"  A1"_s, u" B"_s, u" C"_s}));
+}
+
+void tst_OutlineDragger::afterEscapeTheReleaseDoesNothing_data()
+{
+    QTest::addColumn<Qt::MouseButton>("button");
+    QTest::newRow("left") << Qt::LeftButton;
+    QTest::newRow("right") << Qt::RightButton;
+}
+
+void tst_OutlineDragger::afterEscapeTheReleaseDoesNothing()
+{
+    QFETCH(const Qt::MouseButton, button);
+    TreeView &view = *m_fixture->form().treeView;
+    view.setLabelEdit(LabelEditMode::tvwAutomatic);
+    modNodes::NodeSelect(*DocumentActive(), entryLabelled(DocumentActive()->tree, u"B"_s));
+    view.setFocus();
+    const QPoint place = middleOf(u"B"_s);
+    QTest::mousePress(viewport(), button, {}, place);
+    moveTo(place + QPoint(10, 0), button);
+    QTest::keyClick(&view, Qt::Key_Escape);
+    moveTo(place, button);
+    QTest::mouseRelease(viewport(), button, {}, place);
+    QCOMPARE(m_fixture->fakes.commands.poppedUp, QStringList());
+    QTest::qWait(QApplication::doubleClickInterval() + 100);
+    QVERIFY(!view.findChild<QLineEdit *>());
+    // Only that one release: the next click is a click again.
+    QTest::mouseClick(viewport(), Qt::RightButton, {}, place);
+    QCOMPARE(m_fixture->fakes.commands.poppedUp, QStringList{u"mnuoutline"_s});
+    QTest::mouseClick(viewport(), Qt::LeftButton, {}, place);
+    QTRY_VERIFY(view.findChild<QLineEdit *>());
+}
+
+void tst_OutlineDragger::duringADragKeysRunNoCommands()
+{
+    const QStringList before = {u"Root +"_s, u" A +<"_s, u"  A1"_s, u" B"_s, u" C"_s};
+    m_fixture->fakes.dialogs.answers = {Answer::Yes};
+    QTest::mousePress(viewport(), Qt::LeftButton, {}, middleOf(u"A"_s));
+    moveTo(middleOf(u"C"_s));
+    QTest::keyClick(m_fixture->form().treeView, Qt::Key_Delete, Qt::AltModifier);
+    QTest::keyClick(m_fixture->form().treeView, Qt::Key_Down);
+    QTest::keyClick(m_fixture->form().treeView, Qt::Key_Down, Qt::AltModifier);
+    QTest::keyClick(m_fixture->form().treeView, Qt::Key_Menu);
+    QCOMPARE(dump(), before);
+    QVERIFY(dragState().dragging);
+    QTest::mouseRelease(viewport(), Qt::LeftButton, {}, middleOf(u"C"_s));
+    QCOMPARE(dump(), QStringList({u"Root +"_s, u" B"_s, u" C"_s, u" A +<"_s, u"  A1"_s}));
+    QCOMPARE(m_fixture->fakes.commands.poppedUp, QStringList());
+}
+
+void tst_OutlineDragger::aDragEndsWithItsEntry_data()
+{
+    QTest::addColumn<QString>("gone");
+    QTest::newRow("the entry") << u"Entry 1"_s;
+    QTest::newRow("the whole outline") << u"Root"_s;
+}
+
+void tst_OutlineDragger::aDragEndsWithItsEntry()
+{
+    QFETCH(const QString, gone);
+    QStringList outline = {u"Root +"_s};
+    for (int i = 0; i < 200; ++i)
+        outline.append(u" Entry %1"_s.arg(i));
+    plant(outline);
+    QTest::mousePress(viewport(), Qt::LeftButton, {}, middleOf(u"Entry 1"_s));
+    const QPoint edge(20, viewport()->height() - 4);
+    moveTo(edge);
+    EntryTree &tree = DocumentActive()->tree;
+    tree.remove(entryLabelled(tree, gone));
+    // The outline scrolls near its edge as long as a drag goes on.
+    QTRY_VERIFY(!viewport()->testAttribute(Qt::WA_SetCursor));
+    QVERIFY(!dragState().dragging);
+    moveTo(edge - QPoint(0, 50));
+    QTest::mouseRelease(viewport(), Qt::LeftButton, {}, edge - QPoint(0, 50));
+    QVERIFY(!dragState().dragging);
+}
+
+void tst_OutlineDragger::aDropOnlyWorksOnTheActiveDocument()
+{
+    frmDocument &first = m_fixture->form();
+    plant({u"Other +"_s, u" X"_s, u" Y"_s});
+    modNodes::NodeSelect(*DocumentActive(), entryLabelled(DocumentActive()->tree, u"Y"_s));
+    first.activate();
+    QTest::mousePress(viewport(), Qt::LeftButton, {}, middleOf(u"B"_s));
+    moveTo(middleOf(u"B"_s) + QPoint(10, 0));
+    const QPoint place = middleOf(u"B"_s) + QPoint(10, 0);
+    m_fixture->documents().back()->window.activate();
+    QTest::mouseRelease(first.treeView->viewport(), Qt::LeftButton, {}, place);
+    QCOMPARE(dump(), QStringList({u"Other +"_s, u" X"_s, u" Y <"_s}));
+    QCOMPARE(dumpOutline(first.document().tree), QStringList({u"Root +"_s, u" A +"_s, u"  A1"_s, u" B <"_s, u" C"_s}));
 }
 
 void tst_OutlineDragger::aDropBesideEveryEntryDoesNothing()
