@@ -10,7 +10,9 @@
 #include <QPointer>
 #include <QTreeView>
 
+#include <functional>
 #include <memory>
+#include <utility>
 
 class EntryTree;
 class LabelDelegate;
@@ -45,6 +47,10 @@ public:
     void setFont(const QFont &font) override;
     LabelEditMode LabelEdit() const override;
     void setLabelEdit(LabelEditMode mode) override;
+
+    // Asked before a click opens the editor; StartLabelEdit() opens it whatever the answer is.
+    void setMayEditByClick(std::function<bool()> mayEdit) { m_mayEditByClick = std::move(mayEdit); }
+
     // While the pane is hidden the editor waits until it is shown.
     void StartLabelEdit() override;
     void EndLabelEdit() override;
@@ -108,6 +114,7 @@ private:
     LabelDelegate *m_delegate;
     bool m_paneVisible = true;
     LabelEditMode m_labelEdit = LabelEditMode::tvwManual;
+    std::function<bool()> m_mayEditByClick;
     QPersistentModelIndex m_scrollWhenShown;
     bool m_editWhenShown = false;
     // Above 0 while the view follows the tree, so that the view's own signals are not taken for the user's doing.

@@ -84,8 +84,10 @@ void OutlineDragger::mouseDown(const QMouseEvent &event)
         if (button == DragButton::None || m_active)
             return;
         m_pressedAt = event.position();
+        Document &document = m_form.document();
         // A press on a branch sign is about the branch; it does not select the entry either.
-        dragState().entry.set(&m_form.document().tree, m_form.treeView->HitTestRow(event.position().toPoint()));
+        Entry *pressed = m_form.treeView->HitTestRow(event.position().toPoint());
+        dragState().entry.set(&document.tree, document.bReadOnly() ? nullptr : pressed);
     });
 }
 

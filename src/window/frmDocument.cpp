@@ -181,6 +181,7 @@ void frmDocument::toggleOverwriting()
 
 void frmDocument::connectOutline()
 {
+    treeView->setMayEditByClick([this] { return !m_document->bReadOnly(); });
     connect(treeView, &TreeView::gotFocus, this, [this] { paneGotFocus(true); });
     connect(treeView, &TreeView::nodeClicked, this, &frmDocument::trvOutline_NodeClick);
     connect(treeView, &TreeView::entryExpanded, this, &frmDocument::trvOutline_Expand);

@@ -68,6 +68,9 @@ private Q_SLOTS:
     void theRightButtonOnItselfAsksForIndentOrUnindent_data();
     void theRightButtonOnItselfAsksForIndentOrUnindent();
     void aRightClickShowsTheOutlineMenu();
+    void aReadOnlyDocumentTakesNoDrag();
+    void aReadOnlyDocumentTakesNoClickToRename();
+    void aReadOnlyDocumentOpensAndClosesItsBranches();
     void theOutlineScrollsNearItsEdge();
     void aClosedEntryUnderARestingPointerOpens();
     void theDraggedEntryItselfStaysClosed();
@@ -76,6 +79,7 @@ private Q_SLOTS:
 
 private:
     void plant(const QStringList &outline);
+    void makeReadOnly();
     static void directions();
     QPoint middleOf(const QString &label);
     QPoint signOf(const QString &label);
@@ -575,6 +579,57 @@ void tst_OutlineDragger::aRightClickShowsTheOutlineMenu()
     QTest::mouseClick(viewport(), Qt::RightButton, {}, middleOf(u"B"_s));
     QCOMPARE(m_fixture->fakes.commands.poppedUp, QStringList{u"mnuoutline"_s});
     QCOMPARE(DocumentActive()->tree.selected()->label(), u"B"_s);
+}
+
+void tst_OutlineDragger::makeReadOnly()
+{
+    QFile file(m_fixture->folder.filePath(u"fixed.qly"_s));
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QVERIFY(file.setPermissions(QFileDevice::ReadOwner));
+    DocumentActive()->m_sFile = file.fileName();
+    QVERIFY(DocumentActive()->bReadOnly());
+}
+
+void tst_OutlineDragger::aReadOnlyDocumentTakesNoDrag()
+{
+    makeReadOnly();
+    const QStringList pressed = {u"Root +"_s, u" A +"_s, u"  A1"_s, u" B <"_s, u" C"_s};
+    drag(u"B"_s, middleOf(u"C"_s));
+    QCOMPARE(dump(), pressed);
+    drag(u"B"_s, middleOf(u"C"_s), Qt::LeftButton, Qt::ControlModifier);
+    QCOMPARE(dump(), pressed);
+    drag(u"B"_s, middleOf(u"B"_s) + QPoint(10, 0));
+    QCOMPARE(dump(), pressed);
+    // The right button shows the menu, in which all that changes the outline is disabled.
+    drag(u"B"_s, middleOf(u"C"_s), Qt::RightButton);
+    QCOMPARE(dump(), pressed);
+    QCOMPARE(m_fixture->fakes.commands.poppedUp, QStringList{u"mnuoutline"_s});
+    QTest::mouseClick(viewport(), Qt::LeftButton, {}, middleOf(u"C"_s));
+    QCOMPARE(DocumentActive()->tree.selected()->label(), u"C"_s);
+}
+
+void tst_OutlineDragger::aReadOnlyDocumentTakesNoClickToRename()
+{
+    TreeView &view = *m_fixture->form().treeView;
+    view.setLabelEdit(LabelEditMode::tvwAutomatic);
+    modNodes::NodeSelect(*DocumentActive(), entryLabelled(DocumentActive()->tree, u"B"_s));
+    view.setFocus();
+    makeReadOnly();
+    QTest::mouseClick(viewport(), Qt::LeftButton, {}, middleOf(u"B"_s));
+    QTest::qWait(QApplication::doubleClickInterval() + 100);
+    QVERIFY(!view.findChild<QLineEdit *>());
+    DocumentActive()->m_sFile.clear();
+    QTest::mouseClick(viewport(), Qt::LeftButton, {}, middleOf(u"B"_s));
+    QTRY_VERIFY(view.findChild<QLineEdit *>());
+}
+
+void tst_OutlineDragger::aReadOnlyDocumentOpensAndClosesItsBranches()
+{
+    makeReadOnly();
+    QTest::mouseClick(viewport(), Qt::LeftButton, {}, signOf(u"A"_s));
+    QVERIFY(!entryLabelled(DocumentActive()->tree, u"A"_s)->expanded());
+    QTest::mouseClick(viewport(), Qt::LeftButton, {}, signOf(u"A"_s));
+    QVERIFY(entryLabelled(DocumentActive()->tree, u"A"_s)->expanded());
 }
 
 void tst_OutlineDragger::theOutlineScrollsNearItsEdge()
