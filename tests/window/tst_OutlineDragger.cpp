@@ -76,6 +76,7 @@ private Q_SLOTS:
     void theDraggedEntryItselfStaysClosed();
     void dragsOnOneDocumentLeaveTheOthers();
     void missingIconsAreReported();
+    void everyStateOfADragHasItsIcon();
 
 private:
     void plant(const QStringList &outline);
@@ -179,11 +180,21 @@ void tst_OutlineDragger::choose(const QString &item, QStringList *enabled, QStri
 
 void tst_OutlineDragger::aClickWithoutAMoveSelectsAndStartsNoDrag()
 {
-    const QStringList before = dump();
-    QTest::mouseClick(viewport(), Qt::LeftButton, {}, middleOf(u"B"_s));
-    QCOMPARE(DocumentActive()->tree.selected()->label(), u"B"_s);
+    const QStringList clicked = {u"Root +"_s, u" A +"_s, u"  A1"_s, u" B <"_s, u" C"_s};
+    QTest::mousePress(viewport(), Qt::LeftButton, {}, middleOf(u"B"_s));
+    QCOMPARE(dump(), clicked);
+    QCOMPARE(dragState().entry.entry(), DocumentActive()->tree.selected());
+    QVERIFY(!dragState().dragging);
+    QVERIFY(!viewport()->testAttribute(Qt::WA_SetCursor));
+    QTest::mouseRelease(viewport(), Qt::LeftButton, {}, middleOf(u"B"_s));
+    QCOMPARE(dump(), clicked);
     QVERIFY(!dragState().entry.entry());
-    QCOMPARE(before.size(), dump().size());
+    // The pointer that moves on drags nothing along.
+    moveTo(middleOf(u"C"_s), Qt::NoButton);
+    moveTo(middleOf(u"Root"_s), Qt::LeftButton);
+    QVERIFY(!dragState().dragging);
+    QVERIFY(!viewport()->testAttribute(Qt::WA_SetCursor));
+    QCOMPARE(dump(), clicked);
 }
 
 void tst_OutlineDragger::aPressOnABranchSignStartsNoDrag()
@@ -682,6 +693,23 @@ void tst_OutlineDragger::missingIconsAreReported()
     m_errors->clear();
     drag(u"A"_s, middleOf(u"C"_s));
     QCOMPARE(m_errors->summary().value(0), u"53 modMain ChangeDragIcon"_s);
+}
+
+// The reports of the icons that are missing beside this test name them.
+void tst_OutlineDragger::everyStateOfADragHasItsIcon()
+{
+    const auto iconAfter = [this](const QString &label, Qt::KeyboardModifiers modifiers) {
+        m_errors->clear();
+        moveTo(middleOf(label), Qt::LeftButton, modifiers);
+        return m_errors->count() == 1 ? m_errors->records()[0].report.description.section(u' ', -1) : QString();
+    };
+    QTest::mousePress(viewport(), Qt::LeftButton, {}, middleOf(u"A"_s));
+    QCOMPARE(iconAfter(u"B"_s, {}), u"FolderDrag.ico"_s);
+    QCOMPARE(iconAfter(u"C"_s, Qt::ControlModifier), u"FolderDragCopy.ico"_s);
+    QCOMPARE(iconAfter(u"A1"_s, {}), u"NoDrop.ico"_s);
+    QCOMPARE(iconAfter(u"B"_s, {}), u"FolderDrag.ico"_s);
+    QTest::keyClick(m_fixture->form().treeView, Qt::Key_Escape);
+    QTest::mouseRelease(viewport(), Qt::LeftButton, {}, middleOf(u"B"_s));
 }
 
 QTEST_MAIN(tst_OutlineDragger)

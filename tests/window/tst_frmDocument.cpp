@@ -48,6 +48,8 @@ private Q_SLOTS:
     void aReadOnlyDocumentRefusesTyping();
     void collapsingTheBranchOfTheSelectionSelectsItsHead();
     void collapsingTheRootSetsLevelOne();
+    void collapsingAnotherEntrySetsLevelZero_data();
+    void collapsingAnotherEntrySetsLevelZero();
     void eventsAreSilentWhileBusy();
     void closingAnUnchangedDocumentAsksNothing();
     void closingAChangedReadOnlyDocumentAsksNothing();
@@ -446,6 +448,33 @@ void tst_frmDocument::collapsingTheRootSetsLevelOne()
     QTest::keyClick(form().treeView, Qt::Key_Right);
     QVERIFY(opened.tree.root()->expanded());
     QCOMPARE(opened.m_iExpansionLevel, qint16(0));
+}
+
+void tst_frmDocument::collapsingAnotherEntrySetsLevelZero_data()
+{
+    QTest::addColumn<bool>("byMouse");
+    QTest::newRow("by key") << false;
+    QTest::newRow("by mouse") << true;
+}
+
+void tst_frmDocument::collapsingAnotherEntrySetsLevelZero()
+{
+    QFETCH(const bool, byMouse);
+    modDoc::DocNew();
+    plantOutline(document().tree, {u"Root +"_s, u" A +"_s, u"  A1"_s});
+    const Entry *entry = entryLabelled(document().tree, u"A"_s);
+    modNodes::NodeSelect(document(), document().tree.root()->child(0));
+    document().m_iExpansionLevel = 3;
+    TreeView &view = *form().treeView;
+    view.setFocus();
+    if (byMouse) {
+        const QRect row = view.visualRect(document().tree.indexOf(entry));
+        QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, row.center() - QPoint(row.width() / 2 + 8, 0));
+    } else {
+        QTest::keyClick(&view, Qt::Key_Left);
+    }
+    QVERIFY(!entry->expanded());
+    QCOMPARE(document().m_iExpansionLevel, qint16(0));
 }
 
 void tst_frmDocument::eventsAreSilentWhileBusy()
