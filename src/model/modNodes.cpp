@@ -58,9 +58,10 @@ void removePasted(EntryRef &source)
     document->m_bDataChanged = true;
     if (!selectionGoes)
         return;
-    modNodes::NodeSelect(*document, survivor);
-    if (!survivor)
-        modNodes::NodeTextGet(*document, nullptr);
+    if (survivor)
+        modNodes::NodeSelect(*document, survivor);
+    else
+        modNodes::showNothing(*document);
 }
 
 } // namespace
@@ -243,6 +244,14 @@ Entry *survivorOf(const Entry &entry)
     if (Entry *next = entry.next())
         return next;
     return entry.parent();
+}
+
+void showNothing(Document &document)
+{
+    NodeTextGet(document, nullptr);
+    document.notice.clear();
+    ports().commands->UpdateStatusBarText(QString());
+    ports().commands->MenuEnableDynamic();
 }
 
 void NodeDelete(Document &document, Entry *entry)

@@ -63,6 +63,9 @@ PastePlace placeForPaste(const Document &document, const Entry *source);
 // Where the selection goes when an entry is removed: to the previous sibling, else the next one, else the parent.
 Entry *survivorOf(const Entry &entry);
 
+// Shows that an outline lost its last entry: an empty text pane, no label in the status bar, the commands refreshed.
+void showNothing(Document &document);
+
 // Removes an entry with its subtree; a parent left without children is collapsed.
 void NodeDelete(Document &document, Entry *entry);
 

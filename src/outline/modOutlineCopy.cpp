@@ -105,7 +105,10 @@ void OutlineDelete()
             return;
         Entry *survivor = modNodes::survivorOf(*entry);
         modNodes::NodeDelete(document, entry);
-        select(document, survivor);
+        if (survivor)
+            select(document, survivor);
+        else
+            modNodes::showNothing(document);
     });
 }
 

@@ -122,8 +122,10 @@ void frmDocument::Form_Activate()
     procedure("frmDocument Form_Activate", [this] {
         if (bBusy)
             return;
-        if (m_document->notice.isEmpty())
-            ports().commands->UpdateStatusBar(m_document->tree.selected());
+        // Without a selected entry the label of the window that was active before is not to stay.
+        const Entry *selected = m_document->tree.selected();
+        if (selected && m_document->notice.isEmpty())
+            ports().commands->UpdateStatusBar(selected);
         else
             ports().commands->UpdateStatusBarText(m_document->notice);
         autoFitSplit();

@@ -237,10 +237,14 @@ void tst_CopyAndTags::deleteOfTheRootEmptiesTheOutline()
 {
     OutlineFixture fixture({u"Root +"_s, u" A"_s});
     fixture.select(u"Root"_s);
+    QCOMPARE(fixture.fakes.commands.statusText, u"Root"_s);
     fixture.fakes.dialogs.answers = {Answer::Yes};
+    const int refreshed = fixture.fakes.commands.timesMenuEnableDynamic;
     modOutline::OutlineDelete();
     QCOMPARE(fixture.dump(), QStringList());
     QCOMPARE(fixture.fake().text.rtf, QByteArray());
+    QCOMPARE(fixture.fakes.commands.statusText, QString());
+    QVERIFY(fixture.fakes.commands.timesMenuEnableDynamic > refreshed);
 }
 
 void tst_CopyAndTags::aDeclinedDeleteMarksTheDocumentChanged()

@@ -8,6 +8,7 @@
 #include "model/StoredText.h"
 #include "model/modDoc.h"
 #include "model/modFile.h"
+#include "outline/modOutline.h"
 #include "rtf/Rtf.h"
 #include "window/KeyMap.h"
 
@@ -59,6 +60,7 @@ private Q_SLOTS:
     void yesWithACancelledSaveDialogKeepsTheWindow();
     void yesWithAFailedSaveKeepsTheWindowAndAsksAgain();
     void aFailedLoadKeepsItsNoticeUntilTheSelectionMoves();
+    void aWindowWithoutEntriesShowsNoLabelOfAnother();
 
 private:
     Document &openThreeEntries();
@@ -587,6 +589,22 @@ void tst_frmDocument::aFailedLoadKeepsItsNoticeUntilTheSelectionMoves()
     form().treeView->setFocus();
     QTest::keyClick(form().treeView, Qt::Key_Down);
     QCOMPARE(m_fixture->fakes.commands.statusText, u"First"_s);
+}
+
+void tst_frmDocument::aWindowWithoutEntriesShowsNoLabelOfAnother()
+{
+    Document &emptied = openThreeEntries();
+    modOutline::OutlineCopy();
+    Document &other = openThreeEntries();
+    other.tree.setLabel(other.tree.root(), u"Other"_s);
+    modOutline::OutlinePasteAndDelete();
+    QVERIFY(!emptied.tree.root());
+    QCOMPARE(m_fixture->fakes.commands.statusText, u"Root"_s);
+    emptied.window.activate();
+    QCOMPARE(m_fixture->fakes.commands.statusText, QString());
+    QCOMPARE(emptied.txtRTF.Text(), QString());
+    other.window.activate();
+    QCOMPARE(m_fixture->fakes.commands.statusText, u"Root"_s);
 }
 
 QTEST_MAIN(tst_frmDocument)
