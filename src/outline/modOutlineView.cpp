@@ -109,6 +109,8 @@ void OutlineSortAll()
     changeActiveDocument("modOutline OutlineSortAll", [](Document &document) {
         if (Entry *root = modNodes::NodeGetRoot(document))
             modNodes::NodeSortAll(document, root, true);
+        // The selected entry may have come to stand first or last.
+        ports().commands->MenuEnableDynamic();
     });
 }
 

@@ -126,8 +126,10 @@ void tst_ExpandSortRename::sortIsStableAndKeepsTextsTagsAndExpansion()
 void tst_ExpandSortRename::sortAllSortsEveryLevel()
 {
     OutlineFixture fixture({u"Root +<"_s, u" b +"_s, u"  z"_s, u"  y"_s, u" A"_s});
+    const int refreshed = fixture.fakes.commands.timesMenuEnableDynamic;
     modOutline::OutlineSortAll();
     QCOMPARE(fixture.dump(), QStringList({u"Root +<"_s, u" A"_s, u" b +"_s, u"  y"_s, u"  z"_s}));
+    QCOMPARE(fixture.fakes.commands.timesMenuEnableDynamic, refreshed + 1);
     QVERIFY(fixture.entry(u"b"_s)->sorted());
 }
 
