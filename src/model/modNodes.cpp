@@ -94,6 +94,8 @@ void NodeInitialise(Document &document, Entry *entry)
             return;
         NodeSelect(document, entry);
         document.tree.setLabel(entry, u"New Entry"_s);
+        // It was empty when the entry was selected.
+        ports().commands->UpdateStatusBar(entry);
         document.m_bDataChanged = true;
         document.trvOutline.StartLabelEdit();
         QFont font = document.txtRTF.Font();
