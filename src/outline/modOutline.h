@@ -44,6 +44,7 @@ void OutlinePasteTaggedEntries();
 // Asks, then deletes every tagged entry with its subtree.
 void OutlineDeleteTaggedEntries();
 
+// Open or close the selected entry; with none selected they report error 91.
 void OutlineExpand();
 void OutlineCollapse();
 void OutlineExpandAll();

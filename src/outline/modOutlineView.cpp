@@ -9,6 +9,9 @@
 #include "model/DocumentWindow.h"
 #include "model/OutlinePane.h"
 #include "model/modNodes.h"
+#include "util/RunTimeError.h"
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -17,6 +20,15 @@ void refresh(Document &document)
 {
     ports().commands->MenuEnableDynamic();
     document.window.autoFitSplit();
+}
+
+// The selected entry, without which error 91 ends the command.
+Entry *requireSelected(const Document &document)
+{
+    if (Entry *entry = document.tree.selected())
+        return entry;
+    throw RunTimeError(ErrorNumber::ObjectNotSet,
+                       u"%1: no entry is selected"_s.arg(errorDescription(ErrorNumber::ObjectNotSet)));
 }
 
 // Null when the entry is visible, or there is none.
@@ -38,18 +50,16 @@ namespace modOutline
 void OutlineExpand()
 {
     changeActiveDocument("modOutline OutlineExpand", [](Document &document) {
-        Entry *entry = document.tree.selected();
-        if (entry && entry->childCount() > 0)
+        Entry *entry = requireSelected(document);
+        if (entry->childCount() > 0)
             document.tree.setExpanded(entry, true);
     });
 }
 
 void OutlineCollapse()
 {
-    changeActiveDocument("modOutline OutlineCollapse", [](Document &document) {
-        if (Entry *entry = document.tree.selected())
-            document.tree.setExpanded(entry, false);
-    });
+    changeActiveDocument("modOutline OutlineCollapse",
+                         [](Document &document) { document.tree.setExpanded(requireSelected(document), false); });
 }
 
 void OutlineExpandAll()

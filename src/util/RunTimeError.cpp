@@ -37,6 +37,8 @@ QString errorDescription(ErrorNumber number)
         return u"Path/File access error"_s;
     case ErrorNumber::PathNotFound:
         return u"Path not found"_s;
+    case ErrorNumber::ObjectNotSet:
+        return u"Object variable not set"_s;
     case ErrorNumber::InvalidFileFormat:
         return u"Invalid file format"_s;
     case ErrorNumber::Cancelled:

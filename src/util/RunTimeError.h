@@ -18,6 +18,7 @@ enum class ErrorNumber : qint32 {
     PermissionDenied = 70,
     PathFileAccess = 75,
     PathNotFound = 76,
+    ObjectNotSet = 91,
     InvalidFileFormat = 321,
     Cancelled = 32755,
     ElementNotFound = 35601,

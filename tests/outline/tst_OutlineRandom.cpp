@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "outline/OpenOutline.h"
+#include "support/ErrorRecorder.h"
 #include "support/FakePorts.h"
 
 #include "model/StoredText.h"
@@ -117,6 +118,7 @@ private:
     void insert(void (*run)(), Relationship relationship);
     void remove(void (*run)(), void (LiteralOutline::*literal)());
     void paste(void (*run)(), bool removeSource);
+    void openOrClose(void (*run)(), void (LiteralOutline::*literal)());
     void expandToLevel();
     void rename();
     void type();
@@ -129,6 +131,8 @@ private:
     void replaceDocument();
 
     FakePorts m_fakes;
+    ErrorRecorder m_errors;
+    int m_errorsExpected = 0;
     QRandomGenerator m_random;
     Panes m_panes;
     OpenOutlines m_windows;
@@ -167,8 +171,8 @@ const std::vector<Player::Command> &Player::commands()
         {"tag another", 2, &Player::tagOne},
         both("paste tagged", 1, OutlinePasteTaggedEntries, &Literal::pasteTagged),
         {"delete tagged", 1, [](Player &p) { p.remove(OutlineDeleteTaggedEntries, &Literal::deleteTagged); }},
-        both("expand", 3, OutlineExpand, &Literal::expand),
-        both("collapse", 3, OutlineCollapse, &Literal::collapse),
+        {"expand", 3, [](Player &p) { p.openOrClose(OutlineExpand, &Literal::expand); }},
+        {"collapse", 3, [](Player &p) { p.openOrClose(OutlineCollapse, &Literal::collapse); }},
         both("expand all", 1, OutlineExpandAll, &Literal::expandAll),
         both("collapse all", 1, OutlineCollapseAll, &Literal::collapseAll),
         {"expand to level", 2, &Player::expandToLevel},
@@ -228,6 +232,10 @@ QString Player::difference()
 {
     if (!m_failure.isEmpty())
         return m_failure;
+    if (m_errors.count() != m_errorsExpected)
+        return u"other errors than expected: "_s + m_errors.summary().join(u", "_s);
+    m_errors.clear();
+    m_errorsExpected = 0;
     const bool texts = oneIn(4);
     for (const std::unique_ptr<OpenOutline> &outline : m_windows.open) {
         if (const QString found = outline->difference(texts); !found.isEmpty())
@@ -290,6 +298,14 @@ void Player::paste(void (*run)(), bool removeSource)
 {
     run();
     literal().paste(removeSource);
+}
+
+// Without a selected entry it is an error.
+void Player::openOrClose(void (*run)(), void (LiteralOutline::*literally)())
+{
+    m_errorsExpected = literal().selected() ? 0 : 1;
+    run();
+    (literal().*literally)();
 }
 
 void Player::expandToLevel()
