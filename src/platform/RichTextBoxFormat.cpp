@@ -65,6 +65,8 @@ auto commonToCharacters(const QTextEdit &box, Property property) -> std::optiona
     bool mixed = false;
     int known = -1;
     const QTextCursor cursor = box.textCursor();
+    if (!cursor.hasSelection())
+        return property(box.currentCharFormat());
     visitFragments(cursor, [&](const QTextFragment &fragment) {
         if (fragment.charFormatIndex() == known)
             return true;

@@ -193,7 +193,8 @@ void ChangeSelectedFontSize(qint16 iDirection)
             if (wanted == size)
                 return;
             pane.setSelFontSize(wanted);
-            if (pane.SelFontSize() != original)
+            const bool isAtLimit = wanted == rtf::smallestSize || wanted == rtf::largestSize;
+            if (isAtLimit || pane.SelFontSize() != original)
                 return;
         }
     });

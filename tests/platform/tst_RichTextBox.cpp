@@ -84,6 +84,7 @@ private Q_SLOTS:
     void characterFormats();
     void underliningAnewIsPlain();
     void aFormatAtTheCaretIsThatOfTheNextLetter();
+    void aFormatSetInsideAWordIsRead();
     void fontNameAndSize();
     void sizesInPixelsAndStepsGiveWay();
     void colours();
@@ -438,6 +439,32 @@ void tst_RichTextBox::aFormatAtTheCaretIsThatOfTheNextLetter()
     select(0, 2);
     QCOMPARE(m_box->SelBold(), std::optional(true));
     QCOMPARE(m_box->SelFontSize(), std::optional(20.0));
+}
+
+void tst_RichTextBox::aFormatSetInsideAWordIsRead()
+{
+    m_box->setTextRTF("{\\rtf1{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs20 one word}");
+    select(6, 0);
+    for (const bool on : {true, false}) {
+        m_box->setSelBold(on);
+        m_box->setSelItalic(on);
+        m_box->setSelUnderline(on);
+        m_box->setSelStrikeThru(on);
+        QCOMPARE(m_box->SelBold(), std::optional(on));
+        QCOMPARE(m_box->SelItalic(), std::optional(on));
+        QCOMPARE(m_box->SelUnderline(), std::optional(on));
+        QCOMPARE(m_box->SelStrikeThru(), std::optional(on));
+    }
+    m_box->setSelFontName(u"DejaVu Serif"_s);
+    m_box->setSelFontSize(14);
+    m_box->setSelColor(QColor(200, 10, 20));
+    QCOMPARE(m_box->SelFontName(), std::optional(u"DejaVu Serif"_s));
+    QCOMPARE(m_box->SelFontSize(), std::optional(14.0));
+    QCOMPARE(m_box->SelColor(), std::optional(QColor(200, 10, 20)));
+    // It is gone with the caret's next step.
+    press(Qt::Key_Left);
+    QCOMPARE(m_box->SelFontSize(), std::optional(10.0));
+    QCOMPARE(m_box->SelColor(), std::optional(QColor()));
 }
 
 void tst_RichTextBox::fontNameAndSize()

@@ -159,7 +159,11 @@ public:
 
     std::optional<double> SelFontSize() const override { return fontSize; }
 
-    void setSelFontSize(double points) override { fontSize = points; }
+    void setSelFontSize(double points) override
+    {
+        if (!keepsFontSize)
+            fontSize = points;
+    }
 
     std::optional<QColor> SelColor() const override { return colour; }
 
@@ -207,6 +211,8 @@ public:
     std::optional<bool> bullet = false;
     std::optional<QString> fontName = QString();
     std::optional<double> fontSize = 10;
+    // Whether every size that is set is turned down.
+    bool keepsFontSize = false;
     std::optional<QColor> colour = QColor();
     std::optional<int> indent = 0;
     std::optional<Alignment> alignment = Left;

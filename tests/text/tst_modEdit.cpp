@@ -65,6 +65,8 @@ private Q_SLOTS:
     void aPartlyBoldSelectionIsClearedFirst();
     void everyFormatToggles_data();
     void everyFormatToggles();
+    void formatsToggleInsideAWord_data();
+    void formatsToggleInsideAWord();
     void unindentStopsAtNothing();
     void unindentOfMixedIndentsSetsThemToNothing();
     void indentLeavesMixedIndentsAlone();
@@ -198,6 +200,35 @@ void tst_modEdit::everyFormatToggles()
     QVERIFY(bodyHasWord());
     command();
     QVERIFY(!bodyHasWord());
+}
+
+void tst_modEdit::formatsToggleInsideAWord_data()
+{
+    QTest::addColumn<Command>("command");
+    QTest::addColumn<QByteArray>("word");
+    QTest::newRow("bold") << Command(modEdit::EditFormatBold) << QByteArray("\\b ");
+    QTest::newRow("italic") << Command(modEdit::EditFormatItalic) << QByteArray("\\i ");
+    QTest::newRow("underline") << Command(modEdit::EditFormatUnderline) << QByteArray("\\ul ");
+    QTest::newRow("strike through") << Command(modEdit::EditFormatStrikeThrough) << QByteArray("\\strike ");
+}
+
+void tst_modEdit::formatsToggleInsideAWord()
+{
+    QFETCH(const Command, command);
+    QFETCH(const QByteArray, word);
+    show("word");
+    select(2, 0);
+    const QByteArray before = m_box->TextRTF();
+    command();
+    QTest::keyClicks(m_box.get(), u"x"_s);
+    QVERIFY(m_box->TextRTF().contains(word));
+    m_box->undo();
+    select(2, 0);
+    command();
+    command();
+    QTest::keyClicks(m_box.get(), u"x"_s);
+    QVERIFY(!m_box->TextRTF().contains(word));
+    QCOMPARE(m_box->TextRTF(), QByteArray(before).replace("word", "woxrd"));
 }
 
 void tst_modEdit::unindentStopsAtNothing()

@@ -105,6 +105,8 @@ private Q_SLOTS:
     void withoutASelectionThePaneTakesTheFont();
     void sizesAreSteppedByAPoint_data();
     void sizesAreSteppedByAPoint();
+    void theSizeInsideAWordIsStepped();
+    void aSizeThatNeverChangesEndsTheSteps();
     void severalSizesStay();
     void steppingASizeIsOneStepToUndo();
     void theDocumentFontGoesIntoEveryText();
@@ -313,6 +315,33 @@ void tst_modFont::sizesAreSteppedByAPoint()
     m_first->box.setSelFontSize(size);
     modFont::ChangeSelectedFontSize(static_cast<qint16>(direction));
     QCOMPARE(m_first->box.SelFontSize(), std::optional(expected));
+}
+
+void tst_modFont::theSizeInsideAWordIsStepped()
+{
+    m_first->box.setTextRTF("{\\rtf1\\fs20 word}");
+    select(2, 0);
+    modFont::ChangeSelectedFontSize(1);
+    modFont::ChangeSelectedFontSize(1);
+    QCOMPARE(m_first->box.SelFontSize(), std::optional(12.0));
+    QTest::keyClicks(&m_first->box, u"x"_s);
+    select(2, 1);
+    QCOMPARE(m_first->box.SelFontSize(), std::optional(12.0));
+    select(3, 1);
+    QCOMPARE(m_first->box.SelFontSize(), std::optional(10.0));
+}
+
+void tst_modFont::aSizeThatNeverChangesEndsTheSteps()
+{
+    FakeDocument stiff;
+    stiff.text.keepsFontSize = true;
+    m_windows->active = &stiff.document;
+    for (const qint16 direction : {qint16(1), qint16(-1)}) {
+        modFont::ChangeSelectedFontSize(direction);
+        QCOMPARE(stiff.text.fontSize, std::optional(10.0));
+        QCOMPARE(stiff.text.editGroups, stiff.text.editGroupsEnded);
+    }
+    m_windows->active = &m_first->document;
 }
 
 void tst_modFont::severalSizesStay()
