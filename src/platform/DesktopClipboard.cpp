@@ -37,5 +37,5 @@ QString DesktopClipboard::text() const
 
 void DesktopClipboard::setText(const QString &text)
 {
-    QGuiApplication::clipboard()->setText(text);
+    QGuiApplication::clipboard()->setText(QString(text).replace("\r\n"_L1, "\n"_L1));
 }

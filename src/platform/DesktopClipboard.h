@@ -5,7 +5,8 @@
 
 #include "model/Ports.h"
 
-// The desktop's clipboard. Text is read with CR LF line breaks, whichever the program that put it there used.
+// The desktop's clipboard. Text is read with CR LF line breaks, whichever the program that put it there used, and put
+// there with the LF that other programs expect.
 class DesktopClipboard final : public Clipboard
 {
 public:

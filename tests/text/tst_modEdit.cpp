@@ -74,6 +74,7 @@ private Q_SLOTS:
     void alignment();
     void copyAndPasteKeepFormatting();
     void cutAndPasteLoseIt();
+    void cutGivesOtherProgramsTheirLineBreaks();
     void pasteSpecialLosesItAlways();
     void pasteOfNothingDoesNothing();
     void copyPutsRichTextThereAlone();
@@ -303,6 +304,15 @@ void tst_modEdit::cutAndPasteLoseIt()
     QCOMPARE(m_box->Text(), u"acbold"_s);
     select(2, 4);
     QCOMPARE(m_box->SelBold(), std::optional(false));
+}
+
+void tst_modEdit::cutGivesOtherProgramsTheirLineBreaks()
+{
+    show("one\\par two\\line three");
+    selectAll();
+    modEdit::EditCut();
+    QCOMPARE(QGuiApplication::clipboard()->text(), u"one\ntwo\nthree"_s);
+    QCOMPARE(m_clipboard.text(), u"one\r\ntwo\r\nthree"_s);
 }
 
 void tst_modEdit::pasteSpecialLosesItAlways()
