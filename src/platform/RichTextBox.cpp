@@ -196,6 +196,9 @@ void RichTextBox::setSelText(const QString &text)
 void RichTextBox::insertPlain(const QString &text)
 {
     QTextCursor cursor = textCursor();
+    // Nothing in the place of nothing is no change.
+    if (text.isEmpty() && !cursor.hasSelection())
+        return;
     QTextCharFormat format = currentCharFormat();
     if (cursor.hasSelection()) {
         // The new text looks like the beginning of what it replaces.

@@ -86,6 +86,7 @@ private Q_SLOTS:
     void clearingIsDoneAfterYesAlone();
     void clearingTakesTheFormattingToo();
     void deleteAndSelectAll();
+    void nothingIsDeletedWithoutASelection();
     void insertions();
     void everyCommandIsOneStepToUndo_data();
     void everyCommandIsOneStepToUndo();
@@ -480,6 +481,20 @@ void tst_modEdit::deleteAndSelectAll()
     select(1, 4);
     modEdit::EditDelete();
     QCOMPARE(m_box->Text(), u"otwo"_s);
+}
+
+void tst_modEdit::nothingIsDeletedWithoutASelection()
+{
+    show("text");
+    select(2, 0);
+    const QSignalSpy changed(m_box.get(), &RichTextBox::changed);
+    m_clipboard.setText(u"held"_s);
+    modEdit::EditDelete();
+    QCOMPARE(m_clipboard.text(), u"held"_s);
+    modEdit::EditCut();
+    QVERIFY(m_clipboard.text().isEmpty());
+    QCOMPARE(changed.size(), 0);
+    QVERIFY(!m_box->document()->isUndoAvailable());
 }
 
 void tst_modEdit::insertions()
