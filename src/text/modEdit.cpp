@@ -61,10 +61,11 @@ void upper(TextPane &pane)
     pane.mapSelText([](const QString &text) { return text.toUpper(); });
 }
 
+// A picture counts as the blank that stands for it in the selected text.
 bool beginsWord(QChar before)
 {
     return before == u' ' || before == u'\r' || before == u'\n' || before == QChar::LineSeparator ||
-           (before >= u'0' && before <= u'9');
+           before == QChar::ObjectReplacementCharacter || (before >= u'0' && before <= u'9');
 }
 
 // A letter outside the basic plane is two units; it gets its capital as a whole.

@@ -9,6 +9,7 @@
 #include "text/modEdit.h"
 
 #include <QClipboard>
+#include <QImage>
 #include <QMimeData>
 #include <QSignalSpy>
 #include <QTest>
@@ -81,6 +82,7 @@ private Q_SLOTS:
     void theCaseGoesRound();
     void properNames_data();
     void properNames();
+    void aPictureBeginsAName();
     void changesOfCaseKeepTheLook();
     void changesOfCaseOnLettersThatGrow();
     void clearingIsDoneAfterYesAlone();
@@ -405,6 +407,18 @@ void tst_modEdit::properNames()
     selectAll();
     modEdit::EditCaseProper();
     QCOMPARE(m_box->Text(), proper);
+}
+
+void tst_modEdit::aPictureBeginsAName()
+{
+    show("onetwo");
+    select(3, 0);
+    m_box->textCursor().insertImage(QImage(4, 4, QImage::Format_RGB32));
+    selectAll();
+    QCOMPARE(m_box->SelText(), u"one two"_s);
+    modEdit::EditCaseProper();
+    QCOMPARE(m_box->Text(), u"One Two"_s);
+    QVERIFY(m_box->document()->characterAt(3) == QChar::ObjectReplacementCharacter);
 }
 
 void tst_modEdit::changesOfCaseKeepTheLook()
