@@ -80,6 +80,7 @@ private Q_SLOTS:
     void pasteOfNothingDoesNothing();
     void copyPutsRichTextThereAlone();
     void theCaseGoesRound();
+    void theCaseGoesRoundOverAFinalSigma();
     void properNames_data();
     void properNames();
     void aPictureBeginsAName();
@@ -378,6 +379,22 @@ void tst_modEdit::theCaseGoesRound()
     selectAll();
     modEdit::EditCaseToggle();
     QCOMPARE(m_box->SelText(), u"ABC"_s);
+}
+
+// The small sigma of a word's end has the capital of the other one, and does not come back from it.
+void tst_modEdit::theCaseGoesRoundOverAFinalSigma()
+{
+    show("x  y");
+    select(2, 0);
+    m_box->setSelText(u"\u03C3\u03BF\u03C6\u03CC\u03C2"_s);
+    select(2, 5);
+    const QString capitals = u"\u03A3\u039F\u03A6\u038C\u03A3"_s;
+    for (const QString &next : {u"\u03A3\u03BF\u03C6\u03CC\u03C2"_s, capitals, u"\u03C3\u03BF\u03C6\u03CC\u03C3"_s,
+                                u"\u03A3\u03BF\u03C6\u03CC\u03C3"_s, capitals}) {
+        modEdit::EditCaseToggle();
+        QCOMPARE(m_box->SelText(), next);
+        QCOMPARE(m_box->SelStart(), 2);
+    }
 }
 
 void tst_modEdit::properNames_data()
