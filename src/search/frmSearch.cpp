@@ -19,6 +19,7 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
+#include <QPointer>
 #include <QPushButton>
 #include <QScreen>
 #include <QTextEdit>
@@ -176,6 +177,8 @@ void frmSearch::inputChanged()
 
 void frmSearch::cmdInput_Click(Button index)
 {
+    // A button that has the keyboard loses it by being disabled, to the one behind it.
+    const QPointer<QWidget> focused = focusWidget();
     procedure("frmSearch cmdInput_Click", [&] {
         const HourglassPointer hourglass;
         cmdInput[index]->setEnabled(false);
@@ -205,9 +208,9 @@ void frmSearch::cmdInput_Click(Button index)
             cmdInput[ReplaceAll]->setEnabled(false);
         }
     });
-    // The keyboard would be with a button that cannot be used.
-    if (!focusWidget() || !focusWidget()->isEnabled())
-        cmdInput[Find]->setFocus();
+    QWidget *wanted = focused && focused->isEnabled() ? focused.data() : cmdInput[Find];
+    if (wanted != focusWidget())
+        wanted->setFocus();
 }
 
 void frmSearch::find()

@@ -42,6 +42,9 @@ private Q_SLOTS:
     void findWaitsForAnExpressionAndAScope();
     void theValuesOfTheLastTimeAreShown();
     void enterFinds();
+    void theKeyboardStaysOnFind_data();
+    void theKeyboardStaysOnFind();
+    void theKeyboardGoesFromReplaceToFind();
     void replaceIsForAMatch();
     void aReplacementThatHoldsTheExpressionIsNotUsed();
     void replaceAllReplacesAll();
@@ -146,6 +149,59 @@ void tst_frmSearch::enterFinds()
     QCOMPARE(m_saves, 1);
     QVERIFY(m_dialog->isVisible());
     QVERIFY(button(0)->isEnabled());
+}
+
+void tst_frmSearch::theKeyboardStaysOnFind_data()
+{
+    QTest::addColumn<int>("mode");
+    QTest::newRow("find") << 1;
+    QTest::newRow("find and replace") << 2;
+}
+
+void tst_frmSearch::theKeyboardStaysOnFind()
+{
+    QFETCH(const int, mode);
+    m_fixture->show(u"a cat, a cat"_s);
+    open(static_cast<qint16>(mode));
+    input(2)->setCurrentIndex(0);
+    type(0, u"cat"_s);
+    if (mode == 2)
+        type(1, u"dog"_s);
+    button(0)->setFocus();
+    for (const int start : {2, 9, 2}) {
+        QTest::keyClick(m_dialog->focusWidget(), Qt::Key_Space);
+        QVERIFY(m_dialog->isVisible());
+        QCOMPARE(m_dialog->focusWidget(), button(0));
+        QCOMPARE(m_fixture->box.SelStart(), start);
+    }
+    QTest::keyClick(m_dialog->focusWidget(), Qt::Key_Return);
+    QCOMPARE(m_dialog->focusWidget(), button(0));
+    QCOMPARE(m_fixture->box.SelStart(), 9);
+    QTest::mouseClick(button(0), Qt::LeftButton);
+    QCOMPARE(m_dialog->focusWidget(), button(0));
+    QCOMPARE(m_fixture->box.SelStart(), 2);
+    // In a field it stays where it is, with what was typed.
+    input(0)->setFocus();
+    QTest::keyClick(input(0)->lineEdit(), Qt::Key_Return);
+    QVERIFY(input(0)->hasFocus() || input(0)->lineEdit()->hasFocus());
+}
+
+void tst_frmSearch::theKeyboardGoesFromReplaceToFind()
+{
+    Entry *root = m_fixture->add(nullptr, u"Root"_s, u"a cat, a cat"_s);
+    modNodes::NodeSelectFull(m_fixture->document, root);
+    open(2);
+    input(2)->setCurrentIndex(0);
+    type(0, u"cat"_s);
+    type(1, u"dog"_s);
+    QTest::mouseClick(button(0), Qt::LeftButton);
+    button(1)->setFocus();
+    QTest::keyClick(m_dialog->focusWidget(), Qt::Key_Space);
+    QCOMPARE(m_fixture->box.Text(), u"a dog, a cat"_s);
+    QCOMPARE(m_dialog->focusWidget(), button(0));
+    QTest::keyClick(m_dialog->focusWidget(), Qt::Key_Space);
+    QVERIFY(m_dialog->isVisible());
+    QCOMPARE(m_fixture->box.SelText(), u"cat"_s);
 }
 
 void tst_frmSearch::replaceIsForAMatch()
