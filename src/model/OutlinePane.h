@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QFont>
+#include <QRect>
 
 class Entry;
 
@@ -29,6 +30,8 @@ public:
     virtual void EndLabelEdit() = 0;
     // Scrolls until the entry's row shows; its ancestors are expanded already.
     virtual void ScrollTo(const Entry *entry) = 0;
+    // Where the selected entry's row is on the screen; a null rectangle where it does not show.
+    virtual QRect SelectedRow() const = 0;
     virtual void ClearDropHighlight() = 0;
     virtual void setFocus() = 0;
 };

@@ -298,6 +298,14 @@ void TreeView::ScrollTo(const Entry *entry)
         scrollTo(m_tree->indexOf(entry));
 }
 
+QRect TreeView::SelectedRow() const
+{
+    if (!m_tree || !m_tree->selected() || !isVisible())
+        return {};
+    const QRect row = visualRect(m_tree->indexOf(m_tree->selected())) & viewport()->rect();
+    return row.isEmpty() ? QRect() : QRect(viewport()->mapToGlobal(row.topLeft()), row.size());
+}
+
 // The pane highlights no drop target.
 void TreeView::ClearDropHighlight() {}
 

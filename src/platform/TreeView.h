@@ -55,6 +55,7 @@ public:
     void StartLabelEdit() override;
     void EndLabelEdit() override;
     void ScrollTo(const Entry *entry) override;
+    QRect SelectedRow() const override;
     void ClearDropHighlight() override;
     void setFocus() override;
     using QWidget::setFocus;

@@ -4,6 +4,7 @@
 #include "search/frmSearch.h"
 
 #include "model/Document.h"
+#include "model/OutlinePane.h"
 #include "model/Ports.h"
 #include "model/TextPane.h"
 #include "search/clsHistory.h"
@@ -31,17 +32,25 @@ namespace
 
 constexpr QLatin1StringView scopes[] = {"Current entry text"_L1, "All entry texts"_L1, "All entry names"_L1};
 
-// Where the match stands on the screen; nothing when no text pane shows one.
-QRect matchOnScreen()
+// Where the selected text stands on the screen; nothing when no text pane shows any.
+QRect selectedTextOnScreen(const Document &document)
 {
-    const Document *document = DocumentActive();
-    const auto *pane = document ? dynamic_cast<const QTextEdit *>(&document->txtRTF) : nullptr;
+    const auto *pane = dynamic_cast<const QTextEdit *>(&document.txtRTF);
     if (!pane || !pane->textCursor().hasSelection())
         return {};
     QTextCursor start = pane->textCursor();
     start.setPosition(start.selectionStart());
     const QRect shown = pane->cursorRect(start).united(pane->cursorRect()) & pane->viewport()->rect();
     return shown.isEmpty() ? QRect() : QRect(pane->viewport()->mapToGlobal(shown.topLeft()), shown.size());
+}
+
+// Where the match stands on the screen: in the text, or among the labels the whole row.
+QRect matchOnScreen()
+{
+    const Document *document = DocumentActive();
+    if (!document)
+        return {};
+    return g_sSearchScope == u"2" ? document->trvOutline.SelectedRow() : selectedTextOnScreen(*document);
 }
 
 } // namespace
@@ -223,12 +232,11 @@ void frmSearch::find()
     if (m_isReplacing && found)
         cmdInput[Replace]->setEnabled(!modSearch::replacementHoldsExpression());
     cmdInput[Find]->setEnabled(true);
-    moveOffTheMatch();
+    moveOff(matchOnScreen());
 }
 
-void frmSearch::moveOffTheMatch()
+void frmSearch::moveOff(const QRect &match)
 {
-    const QRect match = matchOnScreen();
     const QRect own = frameGeometry();
     if (match.isNull() || !own.intersects(match) || !screen())
         return;
@@ -250,8 +258,9 @@ void frmSearch::moveOffTheMatch()
 void frmSearch::showEvent(QShowEvent *event)
 {
     QDialog::showEvent(event);
-    if (!event->spontaneous())
-        moveOffTheMatch();
+    // Before anything is found it is the text that is looked for.
+    if (const Document *document = DocumentActive(); document && !event->spontaneous())
+        moveOff(selectedTextOnScreen(*document));
 }
 
 void frmSearch::keyPressEvent(QKeyEvent *event)

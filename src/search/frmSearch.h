@@ -42,8 +42,8 @@ private:
     void inputChanged();
     void cmdInput_Click(Button index);
     void find();
-    // Moves the dialog where it hides neither the match nor itself.
-    void moveOffTheMatch();
+    // Moves the dialog where it hides neither the match, a rectangle of the screen, nor itself.
+    void moveOff(const QRect &match);
 
     bool m_isReplacing;
     bool m_loading = false;

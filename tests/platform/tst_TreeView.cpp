@@ -129,6 +129,7 @@ private Q_SLOTS:
     void tabLeavesThePane();
     void aHiddenPaneKeepsFocusAndScrollsWhenShown();
     void scrollToShowsTheRow();
+    void theSelectedRowIsKnownWhereItShows();
     void aDeepEntryIsScrolledToSideways();
     void aClickKeepsTheSidewaysPosition();
     void theFontIsThatOfTheRows();
@@ -707,6 +708,29 @@ void tst_TreeView::aHiddenPaneKeepsFocusAndScrollsWhenShown()
     m_view->setPaneVisible(true);
     QVERIFY(m_view->verticalScrollBar()->value() > 0);
     QVERIFY(m_view->hasFocus());
+}
+
+void tst_TreeView::theSelectedRowIsKnownWhereItShows()
+{
+    Entry *root = m_tree->insert(Relationship::tvwFirst, nullptr);
+    for (int i = 0; i < 100; ++i)
+        m_tree->insert(Relationship::tvwChild, root);
+    m_tree->setExpanded(root, true);
+    QVERIFY(m_view->SelectedRow().isNull());
+    m_tree->select(root->child(1));
+    const QRect row = m_view->SelectedRow();
+    QVERIFY(!row.isEmpty());
+    QCOMPARE(m_view->HitTest(m_view->viewport()->mapFromGlobal(row.center())), root->child(1));
+    QVERIFY(QRect(m_view->mapToGlobal(QPoint()), m_view->size()).contains(row));
+    m_view->ScrollTo(root->child(99));
+    QVERIFY(m_view->SelectedRow().isNull());
+    m_view->ScrollTo(root->child(0));
+    m_tree->setExpanded(root, false);
+    QVERIFY(m_view->SelectedRow().isNull());
+    m_tree->select(root);
+    QVERIFY(!m_view->SelectedRow().isNull());
+    m_view->hide();
+    QVERIFY(m_view->SelectedRow().isNull());
 }
 
 void tst_TreeView::scrollToShowsTheRow()

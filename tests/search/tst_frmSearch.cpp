@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "platform/TreeView.h"
 #include "search/SearchFixture.h"
 #include "search/clsHistory.h"
 #include "search/frmSearch.h"
@@ -52,6 +53,8 @@ private Q_SLOTS:
     void escapeIsClose();
     void closingTheWindowSavesNothing();
     void itKeepsOffTheMatch();
+    void itKeepsOffTheLabel();
+    void itOpensOffTheSelectedText();
 
 private:
     void open(qint16 mode)
@@ -293,6 +296,49 @@ void tst_frmSearch::itKeepsOffTheMatch()
     QTest::keyClick(input(0)->lineEdit(), Qt::Key_Return);
     const QRect caret = m_fixture->box.cursorRect();
     const QRect match(m_fixture->box.viewport()->mapToGlobal(caret.topLeft()), caret.size());
+    QVERIFY(!m_dialog->frameGeometry().intersects(match));
+}
+
+void tst_frmSearch::itKeepsOffTheLabel()
+{
+    Document &document = m_fixture->document;
+    TreeView view;
+    view.setEntryTree(&document.tree);
+    view.resize(300, 300);
+    view.show();
+    Entry *root = m_fixture->add(nullptr, u"Root"_s, {});
+    m_fixture->add(root, u"a dog"_s, {});
+    Entry *cat = m_fixture->add(root, u"a cat"_s, {});
+    modNodes::NodeSelectFull(document, root);
+    document.tree.setExpanded(root, true);
+    open(1);
+    m_dialog->move(view.mapToGlobal(QPoint(10, 10)));
+    input(2)->setCurrentIndex(2);
+    type(0, u"cat"_s);
+    const QRect row = view.visualRect(document.tree.indexOf(cat));
+    m_fixture->outline.selectedRow = QRect(view.viewport()->mapToGlobal(row.topLeft()), row.size());
+    QVERIFY(m_dialog->frameGeometry().intersects(m_fixture->outline.selectedRow));
+    QTest::keyClick(input(0)->lineEdit(), Qt::Key_Return);
+    QCOMPARE(document.tree.selected(), cat);
+    QCOMPARE(view.SelectedRow(), m_fixture->outline.selectedRow);
+    QVERIFY(!m_dialog->frameGeometry().intersects(m_fixture->outline.selectedRow));
+    view.setEntryTree(nullptr);
+}
+
+void tst_frmSearch::itOpensOffTheSelectedText()
+{
+    m_fixture->show(u"one\ntwo\na cat in the third line"_s);
+    m_fixture->box.resize(500, 300);
+    m_fixture->box.show();
+    m_fixture->select(12, 3);
+    QCOMPARE(m_fixture->box.SelText(), u"cat"_s);
+    const QRect caret = m_fixture->box.cursorRect();
+    const QRect match(m_fixture->box.viewport()->mapToGlobal(caret.topLeft()), caret.size());
+    g_iSearchMode = 1;
+    m_dialog = std::make_unique<frmSearch>();
+    m_dialog->move(match.topLeft() - QPoint(20, 20));
+    m_dialog->show();
+    QVERIFY(QTest::qWaitForWindowActive(m_dialog.get()));
     QVERIFY(!m_dialog->frameGeometry().intersects(match));
 }
 

@@ -46,6 +46,8 @@ public:
 
     void ScrollTo(const Entry *entry) override { scrolledTo = entry; }
 
+    QRect SelectedRow() const override { return selectedRow; }
+
     void ClearDropHighlight() override { ++timesDropHighlightCleared; }
 
     void setFocus() override { ++timesFocused; }
@@ -56,6 +58,7 @@ public:
     std::vector<LabelEditMode> labelEditHistory;
     bool editingLabel = false;
     const Entry *scrolledTo = nullptr;
+    QRect selectedRow;
     int timesHidden = 0;
     int timesDropHighlightCleared = 0;
     int timesFocused = 0;
