@@ -16,6 +16,7 @@
 #include "util/Procedure.h"
 
 #include <algorithm>
+#include <optional>
 #include <set>
 
 using namespace Qt::StringLiterals;
@@ -198,6 +199,7 @@ void replaceAllInTexts(Document &document)
 // From label to label, each searched for from the one below the last; none but the last is ever selected.
 void replaceAllInLabels(Document &document)
 {
+    const modNodes::ActionScope action;
     const EntryCollection &entries = document.tree.collection();
     std::set<int> matching;
     for (int i = 1; i <= document.tree.entryCount(); ++i) {
@@ -205,6 +207,11 @@ void replaceAllInLabels(Document &document)
             matching.insert(i);
     }
     Entry *current = document.tree.selected();
+    // The outline draws each new label on its own, which takes it longer the more rows it has.
+    constexpr std::size_t mostAnnounced = 100;
+    std::optional<BulkChange> bulk;
+    if (matching.size() > mostAnnounced)
+        bulk.emplace(document.tree);
     for (;;) {
         replaceInLabel(document, current);
         const int index = entries.indexOf(current);
@@ -217,6 +224,7 @@ void replaceAllInLabels(Document &document)
             break;
         current = entries.at(*next);
     }
+    bulk.reset();
     modNodes::NodeSelect(document, current);
 }
 

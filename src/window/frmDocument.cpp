@@ -79,6 +79,7 @@ frmDocument::frmDocument(QWidget *parent)
 frmDocument::~frmDocument()
 {
     // The panes outlive the document otherwise, and would ask it while they are taken apart.
+    m_document->tree.disconnect(this);
     treeView->disconnect(this);
     textBox->disconnect(this);
     treeView->setEntryTree(nullptr);
@@ -188,7 +189,10 @@ void frmDocument::connectOutline()
     connect(treeView, &TreeView::nodeClicked, this, &frmDocument::trvOutline_NodeClick);
     connect(treeView, &TreeView::entryExpanded, this, &frmDocument::trvOutline_Expand);
     connect(treeView, &TreeView::entryCollapsed, this, &frmDocument::trvOutline_Collapse);
-    connect(treeView, &TreeView::labelEdited, this, [this](Entry *entry) {
+    // Whoever changed it: the user in place, or a replacement. An action fits the split once, at its end.
+    connect(&m_document->tree, &EntryTree::labelChanged, this, [this](Entry *entry) {
+        if (bBusy || iActionDepth > 0)
+            return;
         autoFitSplit();
         if (entry == m_document->tree.selected())
             ports().commands->UpdateStatusBar(entry);

@@ -7,8 +7,10 @@
 #include "window/WindowFixture.h"
 
 #include "model/modDoc.h"
+#include "search/modSearch.h"
 
 #include <QElapsedTimer>
+#include <QScopeGuard>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -31,10 +33,12 @@ private Q_SLOTS:
     void among10000Siblings();
     void tenThousandTaggedEntriesTakeWellUnderASecond();
     void everythingOpensInAFullOutline();
+    void everyLabelOfAFullOutlineIsReplaced();
 
 private:
     static void commands();
     void run();
+    void fill();
 
     EntryTree &tree() { return DocumentActive()->tree; }
 
@@ -116,17 +120,21 @@ void tst_LargeOutlines::tenThousandTaggedEntriesTakeWellUnderASecond()
     QVERIFY2(timer.elapsed() < 3000, qPrintable(QString::number(timer.elapsed())));
 }
 
+// As many entries as there can be, in three levels.
+void tst_LargeOutlines::fill()
+{
+    const BulkChange bulk(tree());
+    Entry *root = tree().insert(Relationship::tvwChild, nullptr);
+    while (tree().entryCount() < EntryTree::maximumCount) {
+        Entry *parent = tree().insert(Relationship::tvwChild, root);
+        while (parent->childCount() < 31 && tree().entryCount() < EntryTree::maximumCount)
+            tree().insert(Relationship::tvwChild, parent);
+    }
+}
+
 void tst_LargeOutlines::everythingOpensInAFullOutline()
 {
-    {
-        const BulkChange bulk(tree());
-        Entry *root = tree().insert(Relationship::tvwChild, nullptr);
-        while (tree().entryCount() < EntryTree::maximumCount) {
-            Entry *parent = tree().insert(Relationship::tvwChild, root);
-            while (parent->childCount() < 31 && tree().entryCount() < EntryTree::maximumCount)
-                tree().insert(Relationship::tvwChild, parent);
-        }
-    }
+    fill();
     modNodes::NodeSelect(*DocumentActive(), tree().root());
     modOutline::OutlineExpandAll();
     QCoreApplication::processEvents();
@@ -134,6 +142,32 @@ void tst_LargeOutlines::everythingOpensInAFullOutline()
     modOutline::OutlineCollapseAll();
     QCoreApplication::processEvents();
     QCOMPARE(shownDifference(*m_fixture->form().treeView, tree()), QString());
+}
+
+// The split is fitted once, at the end: fitting it to every label in turn would take minutes.
+void tst_LargeOutlines::everyLabelOfAFullOutlineIsReplaced()
+{
+    fill();
+    {
+        const BulkChange bulk(tree());
+        for (int i = 1; i <= tree().entryCount(); ++i)
+            tree().setLabel(tree().collection().at(i), u"a cat"_s);
+    }
+    modNodes::NodeSelect(*DocumentActive(), tree().root());
+    modOutline::OutlineExpandAll();
+    const auto again = qScopeGuard([] { g_sSearchFind = g_sSearchReplace = g_sSearchScope = QString(); });
+    g_sSearchFind = u"cat"_s;
+    g_sSearchReplace = u"very long dog"_s;
+    g_sSearchScope = u"2"_s;
+    const float width = m_fixture->form().m_fTreeWidth;
+    QElapsedTimer timer;
+    timer.start();
+    modSearch::SearchReplaceAll();
+    QVERIFY2(timer.elapsed() < 5000, qPrintable(QString::number(timer.elapsed())));
+    QCoreApplication::processEvents();
+    QCOMPARE(shownDifference(*m_fixture->form().treeView, tree()), QString());
+    QCOMPARE(tree().root()->label(), u"a very long dog"_s);
+    QVERIFY(m_fixture->form().m_fTreeWidth > width);
 }
 
 QTEST_MAIN(tst_LargeOutlines)

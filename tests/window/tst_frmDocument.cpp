@@ -11,9 +11,11 @@
 #include "outline/modOutline.h"
 #include "rtf/Rtf.h"
 #include "window/KeyMap.h"
+#include "search/modSearch.h"
 
 #include <QApplication>
 #include <QLineEdit>
+#include <QScopeGuard>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -36,6 +38,8 @@ private Q_SLOTS:
     void anAltKeyEndsTheLabelEditAndRuns();
     void anAltKeyWithoutACommandTypesNothingIntoALabel();
     void whatAltGrMakesIsTypedIntoALabel();
+    void aLabelThatIsReplacedIsShownEverywhere_data();
+    void aLabelThatIsReplacedIsShownEverywhere();
     void aKeyActsOnlyWhileItsMenuItemIsEnabled();
     void everyOutlineKeyWorksFromBothPanes_data();
     void everyOutlineKeyWorksFromBothPanes();
@@ -241,6 +245,32 @@ void tst_frmDocument::whatAltGrMakesIsTypedIntoALabel()
     QTest::sendKeyEvent(QTest::Click, labelEditor(), Qt::Key_At, u"@"_s, Qt::ControlModifier | Qt::AltModifier);
     QTest::sendKeyEvent(QTest::Click, labelEditor(), Qt::Key_E, u"\u20ac"_s, Qt::GroupSwitchModifier);
     QCOMPARE(labelEditor()->text(), u"@\u20ac"_s);
+}
+
+void tst_frmDocument::aLabelThatIsReplacedIsShownEverywhere_data()
+{
+    QTest::addColumn<bool>("replacesAll");
+    QTest::newRow("one label") << false;
+    QTest::newRow("all labels") << true;
+}
+
+void tst_frmDocument::aLabelThatIsReplacedIsShownEverywhere()
+{
+    QFETCH(const bool, replacesAll);
+    Document &opened = openThreeEntries();
+    modNodes::NodeSelect(opened, opened.tree.root()->child(0));
+    const float width = form().m_fTreeWidth;
+    const auto again = qScopeGuard([] { g_sSearchFind = g_sSearchReplace = g_sSearchScope = QString(); });
+    g_sSearchFind = u"First"_s;
+    g_sSearchReplace = QString(60, u'm');
+    g_sSearchScope = u"2"_s;
+    if (replacesAll)
+        modSearch::SearchReplaceAll();
+    else
+        modSearch::SearchPerformReplace();
+    QCOMPARE(opened.tree.selected()->label(), g_sSearchReplace);
+    QCOMPARE(m_fixture->fakes.commands.statusText, g_sSearchReplace);
+    QVERIFY(form().m_fTreeWidth > width);
 }
 
 void tst_frmDocument::aKeyActsOnlyWhileItsMenuItemIsEnabled()
