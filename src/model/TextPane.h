@@ -51,8 +51,13 @@ public:
     // What is changed between these two is one step of undo. They nest; see EditGroup.
     virtual void beginEditGroup() = 0;
     virtual void endEditGroup() = 0;
+    // What setSelText changes between these two is one step of undo, though each change shows at once; see JoinedSteps.
+    virtual void beginJoinedSteps() = 0;
+    virtual void endJoinedSteps() = 0;
     // Takes all text away, and all formatting of paragraphs; a step that can be undone.
     virtual void clearText() = 0;
+    // Whether cells of a table are selected: a replacement empties them, and leaves the table as it is.
+    virtual bool SelHoldsCells() const = 0;
     virtual int SelStart() const = 0;
     virtual void setSelStart(int start) = 0;
     virtual int SelLength() const = 0;
@@ -112,6 +117,25 @@ public:
 
     EditGroup(const EditGroup &) = delete;
     EditGroup &operator=(const EditGroup &) = delete;
+
+private:
+    TextPane &m_pane;
+};
+
+// Makes the replacements of a pane's selection while it lives one step of undo.
+class JoinedSteps
+{
+public:
+    explicit JoinedSteps(TextPane &pane)
+        : m_pane(pane)
+    {
+        m_pane.beginJoinedSteps();
+    }
+
+    ~JoinedSteps() { m_pane.endJoinedSteps(); }
+
+    JoinedSteps(const JoinedSteps &) = delete;
+    JoinedSteps &operator=(const JoinedSteps &) = delete;
 
 private:
     TextPane &m_pane;

@@ -131,6 +131,8 @@ void RichTextBox::showDocument(QTextDocument *fresh)
         delete old;
     m_loading = false;
     m_textKnown = false;
+    if (m_stepsBefore)
+        m_stepsBefore = 0;
     connect(fresh, &QTextDocument::contentsChanged, this, &RichTextBox::noteChange);
     m_noted.reset();
     noteSelection();
@@ -207,7 +209,10 @@ void RichTextBox::insertPlain(const QString &text)
         format = first.charFormat();
     }
     format.clearProperty(QTextFormat::ObjectType);
-    cursor.beginEditBlock();
+    if (m_stepsBefore && document()->availableUndoSteps() > *m_stepsBefore)
+        cursor.joinPreviousEditBlock();
+    else
+        cursor.beginEditBlock();
     cursor.removeSelectedText();
     cursor.insertText(text, format);
     cursor.endEditBlock();
@@ -276,6 +281,16 @@ void RichTextBox::endEditGroup()
     --m_editGroups;
 }
 
+void RichTextBox::beginJoinedSteps()
+{
+    m_stepsBefore = document()->availableUndoSteps();
+}
+
+void RichTextBox::endJoinedSteps()
+{
+    m_stepsBefore.reset();
+}
+
 void RichTextBox::clearText()
 {
     QTextCursor cursor(document());
@@ -287,6 +302,11 @@ void RichTextBox::clearText()
     cursor.endEditBlock();
     setTextCursor(cursor);
     setCurrentCharFormat(QTextCharFormat());
+}
+
+bool RichTextBox::SelHoldsCells() const
+{
+    return textCursor().hasComplexSelection();
 }
 
 int RichTextBox::SelStart() const

@@ -34,7 +34,10 @@ public:
     void replaceText(const std::vector<TextReplacement> &replacements) override;
     void beginEditGroup() override;
     void endEditGroup() override;
+    void beginJoinedSteps() override;
+    void endJoinedSteps() override;
     void clearText() override;
+    bool SelHoldsCells() const override;
     int SelStart() const override;
     // Collapses the selection. Offsets beyond the text are taken as its end.
     void setSelStart(int start) override;
@@ -115,6 +118,8 @@ private:
     mutable QString m_text;
     mutable bool m_textKnown = false;
     int m_editGroups = 0;
+    // While steps are joined, how many steps the undo history had before.
+    std::optional<int> m_stepsBefore;
     std::optional<Noted> m_noted;
     bool m_loading = false;
 };

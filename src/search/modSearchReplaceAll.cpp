@@ -228,15 +228,63 @@ void replaceAllInLabels(Document &document)
     modNodes::NodeSelect(document, current);
 }
 
-// Goes by single steps where those are few, or texts have to be looked at anew after each.
-void replaceAllByStep()
+// Where a search stands: at an entry, and in its text.
+struct Place {
+    int entry;
+    int offset;
+
+    auto operator<=>(const Place &) const = default;
+};
+
+Place placeIn(const Document &document, int offset)
 {
-    do {
-        modSearch::SearchPerformReplace();
+    const Entry *selected = document.tree.selected();
+    return {selected ? document.tree.collection().indexOf(selected) : 0, offset};
+}
+
+int endOfSelection(const TextPane &pane)
+{
+    return pane.SelStart() + pane.SelLength();
+}
+
+// Whether the pane's selection is the match itself. The end of a cell is not to be had without the cells beside it,
+// or the whole table, and one half of a line break not at all.
+bool isMatchSelected(const TextPane &pane)
+{
+    return pane.SelLength() == g_sSearchFind.size() && !pane.SelHoldsCells();
+}
+
+// Goes by single steps where those are few, or texts have to be looked at anew after each. Matches that cannot be
+// replaced are passed over.
+void replaceAllByStep(Document &document)
+{
+    TextPane &pane = document.txtRTF;
+    const JoinedSteps oneStep(pane);
+    const bool isText = g_sSearchScope != u"2";
+    std::optional<Place> last;
+    int ways = 0;
+    bool hasReplaced = true;
+    // The first step replaces whatever is selected.
+    for (bool isMatch = true;;) {
+        if (isMatch)
+            modSearch::SearchPerformReplace();
+        hasReplaced |= isMatch;
+        const Place behind = placeIn(document, isText ? endOfSelection(pane) : 0);
         if (!modSearch::SearchPerform())
             return;
-        // What stands between the halves of a line break cannot be selected.
-    } while (g_sSearchScope == u"2" || DocumentActive()->txtRTF.SelLength() > 0);
+        const Place match = placeIn(document, isText ? endOfSelection(pane) : 0);
+        isMatch = !isText || isMatchSelected(pane);
+        const bool isRoundAgain = match <= behind && !(isText && g_bSearchBackwards);
+        if (!isMatch && match == last)
+            break;
+        if (isRoundAgain) {
+            if (!hasReplaced || ++ways == mostWays || pane.Text().size() > longestText)
+                break;
+            hasReplaced = false;
+        }
+        last = match;
+    }
+    ports().dialogs->informPlainly(u"Search completed"_s);
 }
 
 } // namespace
@@ -254,7 +302,7 @@ void SearchReplaceAll()
         const bool isFew = isText && (g_bSearchBackwards || g_sSearchReplace.isEmpty() || !isPlain(g_sSearchFind) ||
                                       !isPlain(g_sSearchReplace));
         if (isFew || !document->tree.selected() || (!isText && g_sSearchScope != u"2")) {
-            replaceAllByStep();
+            replaceAllByStep(*document);
             return;
         }
         {

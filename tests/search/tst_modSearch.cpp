@@ -45,6 +45,11 @@ private Q_SLOTS:
     void wordsBesideAReplacementAreSeenAsTheyAreThen();
     void replacingAllIsOneStepToUndo();
     void replacingManyIsOneStepToUndo();
+    void replacingByStepsIsOneStepToUndo_data();
+    void replacingByStepsIsOneStepToUndo();
+    void replacingLineBreaksLeavesTables_data();
+    void replacingLineBreaksLeavesTables();
+    void halvesOfLineBreaksAreLeft();
     void replacingOutlivesTheDialogAsAStepToUndo();
     void undoNeverLeavesTheEntry();
     void replaceAllThatWouldNeverEndEnds();
@@ -418,6 +423,104 @@ void tst_modSearch::replacingManyIsOneStepToUndo()
     QCOMPARE(f.box.TextRTF(), before);
     f.box.redo();
     QCOMPARE(f.box.TextRTF(), after);
+}
+
+void tst_modSearch::replacingByStepsIsOneStepToUndo_data()
+{
+    QTest::addColumn<bool>("isBackwards");
+    QTest::addColumn<QString>("expression");
+    QTest::addColumn<QString>("replacement");
+    QTest::addColumn<QString>("expected");
+    QTest::newRow("backwards") << true << u"cat"_s << u"dog"_s << u"one dog\r\ntwo dog\r\nthree cat!"_s;
+    QTest::newRow("line breaks") << false << u"\r\n"_s << u"; "_s << u"one cat; two cat; three cat!"_s;
+    QTest::newRow("nothing in their place") << false << u" cat"_s << QString() << u"one\r\ntwo\r\nthree!"_s;
+}
+
+void tst_modSearch::replacingByStepsIsOneStepToUndo()
+{
+    QFETCH(const bool, isBackwards);
+    QFETCH(const QString, expected);
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, u"one cat\ntwo cat\nthree cat!"_s);
+    modNodes::NodeSelectFull(f.document, root);
+    f.select(28, 0);
+    QTest::keyClicks(&f.box, u"?"_s);
+    const QByteArray before = f.box.TextRTF();
+    QFETCH(const QString, expression);
+    QFETCH(const QString, replacement);
+    g_sSearchFind = expression;
+    g_sSearchReplace = replacement;
+    g_bSearchBackwards = isBackwards;
+    // Backwards from the last match, which is replaced as what is selected; forwards from the top.
+    f.select(0, 0);
+    if (isBackwards)
+        f.select(13, 3);
+    for (const QString &scope : {u"0"_s, u"1"_s}) {
+        g_sSearchScope = scope;
+        modSearch::SearchReplaceAll();
+        QVERIFY(f.box.TextRTF() != before);
+        f.box.undo();
+        QCOMPARE(f.box.TextRTF(), before);
+        f.box.redo();
+        QCOMPARE(f.box.Text(), QString(expected).replace(u'!', u"!?"_s));
+        // What was typed before is a step of its own.
+        f.box.undo();
+        f.box.undo();
+        QVERIFY(f.box.Text().endsWith(u'!'));
+        f.box.redo();
+        f.select(0, 0);
+        if (isBackwards)
+            f.select(13, 3);
+    }
+}
+
+void tst_modSearch::replacingLineBreaksLeavesTables_data()
+{
+    QTest::addColumn<QString>("replacement");
+    QTest::addColumn<int>("start");
+    for (const QString &replacement : {QString(), u"; "_s}) {
+        for (const int start : {0, 4, 9})
+            QTest::addRow("'%s' from %d", qPrintable(replacement), start) << replacement << start;
+    }
+}
+
+// The end of a cell reads as a line break; replacing it would take the table away, or go on without end.
+void tst_modSearch::replacingLineBreaksLeavesTables()
+{
+    QFETCH(const QString, replacement);
+    QFETCH(const int, start);
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, {});
+    f.document.tree.setStoredText(
+        root, "{\\rtf1 a\\par b\\par\\trowd\\cellx1000\\cellx2000\\pard\\intbl one\\cell two\\cell\\row"
+              "\\trowd\\cellx1000\\cellx2000\\pard\\intbl three\\cell four\\cell\\row\\pard c\\par d}");
+    modNodes::NodeSelectFull(f.document, root);
+    f.select(start, 0);
+    g_sSearchFind = u"\r\n"_s;
+    g_sSearchReplace = replacement;
+    modSearch::SearchReplaceAll();
+    for (const QString &cell : {u"one"_s, u"two"_s, u"three"_s, u"four"_s})
+        QVERIFY2(f.box.Text().contains(cell), qPrintable(f.box.Text()));
+    QVERIFY(f.box.Text().contains(u"c"_s + replacement + u'd'));
+    QCOMPARE(f.fake.dialogs.notices, QStringList{u"Search completed"_s});
+}
+
+void tst_modSearch::halvesOfLineBreaksAreLeft()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, {});
+    f.document.tree.setStoredText(root, "{\\rtf1 one\\line two\\par three\\line four\\par five}");
+    for (const bool isBackwards : {false, true}) {
+        modNodes::NodeSelectFull(f.document, root);
+        f.fake.dialogs.notices.clear();
+        g_sSearchFind = u"\n"_s;
+        g_sSearchReplace = u", "_s;
+        g_bSearchBackwards = isBackwards;
+        modSearch::SearchReplaceAll();
+        QVERIFY(f.box.Text().contains(u"three"_s));
+        QVERIFY(f.box.Text().contains(u"\r\nfive"_s));
+        QCOMPARE(f.fake.dialogs.notices, QStringList{u"Search completed"_s});
+    }
 }
 
 void tst_modSearch::replacingOutlivesTheDialogAsAStepToUndo()

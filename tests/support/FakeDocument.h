@@ -122,11 +122,17 @@ public:
 
     void endEditGroup() override { ++editGroupsEnded; }
 
+    void beginJoinedSteps() override {}
+
+    void endJoinedSteps() override {}
+
     void clearText() override
     {
         rtf.clear();
         start = length = 0;
     }
+
+    bool SelHoldsCells() const override { return false; }
 
     int SelStart() const override { return start; }
 
