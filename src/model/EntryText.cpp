@@ -19,6 +19,19 @@ void readEntryText(const QByteArray &text, QTextDocument &document)
         document.setPlainText(AnsiCodec::toText(text));
 }
 
+void changeText(QTextDocument &document, const rtf::CharChange &change)
+{
+    QTextCursor all(&document);
+    all.select(QTextCursor::Document);
+    all.beginEditBlock();
+    if (all.hasSelection())
+        change.applyTo(all);
+    // The mark of the first paragraph is in no selection.
+    if (const QTextBlock first = document.begin(); first.length() == 1)
+        QTextCursor(first).setBlockCharFormat(change.appliedTo(first.charFormat()));
+    all.endEditBlock();
+}
+
 void replaceText(QTextDocument &document, const std::vector<TextReplacement> &replacements)
 {
     QTextCursor cursor(&document);
@@ -51,13 +64,7 @@ QString EntryText::plainText() const
 
 void EntryText::change(const rtf::CharChange &change)
 {
-    QTextCursor all(&m_document);
-    all.select(QTextCursor::Document);
-    if (all.hasSelection())
-        change.applyTo(all);
-    // The mark of the first paragraph is in no selection.
-    if (const QTextBlock first = m_document.begin(); first.length() == 1)
-        QTextCursor(first).setBlockCharFormat(change.appliedTo(first.charFormat()));
+    changeText(m_document, change);
 }
 
 void EntryText::replace(const std::vector<TextReplacement> &replacements)

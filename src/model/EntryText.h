@@ -27,6 +27,9 @@ struct TextReplacement {
 // Fills an empty document with an entry's text: rich text, or characters (see AnsiCodec).
 void readEntryText(const QByteArray &text, QTextDocument &document);
 
+// Changes all characters, and how those look that are typed into an empty first paragraph. One step of undo.
+void changeText(QTextDocument &document, const rtf::CharChange &change);
+
 // Makes replacements, which must be in order and apart, and lie within paragraphs. Each new text looks like the
 // beginning of what it replaces. One step of undo.
 void replaceText(QTextDocument &document, const std::vector<TextReplacement> &replacements);
@@ -40,7 +43,7 @@ public:
 
     // The characters as the text pane counts them.
     QString plainText() const;
-    // Changes all characters, and how those look that are typed into an empty first paragraph.
+    // See changeText.
     void change(const rtf::CharChange &change);
     // See replaceText.
     void replace(const std::vector<TextReplacement> &replacements);

@@ -46,6 +46,8 @@ public:
     virtual void mapSelText(const std::function<QString(const QString &)> &map) = 0;
     // Changes the look of the selection as one step of undo, or at a caret that of what is typed next.
     virtual void changeSelection(const rtf::CharChange &change) = 0;
+    // Changes the look of the whole text, an empty first paragraph's too, as one step of undo.
+    virtual void changeText(const rtf::CharChange &change) = 0;
     // Makes replacements (see EntryText.h) as one step of undo.
     virtual void replaceText(const std::vector<TextReplacement> &replacements) = 0;
     // What is changed between these two is one step of undo. They nest; see EditGroup.
@@ -90,6 +92,8 @@ public:
     // The pane's base font: that of text which names none.
     virtual QFont Font() const = 0;
     virtual void setFont(const QFont &font) = 0;
+    // The same as a change of the text, which can be undone.
+    virtual void changeFont(const QFont &font) = 0;
     // Locked text can be read and copied, not changed by the user.
     virtual bool Locked() const = 0;
     virtual void setLocked(bool locked) = 0;

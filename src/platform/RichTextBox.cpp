@@ -17,6 +17,7 @@
 #include <QMimeData>
 #include <QTextBlock>
 #include <QTextDocumentFragment>
+#include <QTextFrame>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -25,6 +26,9 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+
+// Of the document's frame: the place of the base font in the list of those that the text has had.
+constexpr int baseFontProperty = QTextFormat::UserProperty + 0x1000;
 
 // A program's text with its CR LF, CR and LF as the document's own breaks; a lone LF stays in its paragraph.
 QString withDocumentBreaks(QString text)
@@ -124,6 +128,7 @@ void RichTextBox::showDocument(QTextDocument *fresh)
     QTextDocument *old = document();
     const bool own = old->parent() == this;
     m_loading = true;
+    m_fonts = {m_font};
     setDocument(fresh);
     // The control keeps the format at the old caret for what is typed next; the new text has its own.
     setTextCursor(QTextCursor(fresh));
@@ -141,6 +146,7 @@ void RichTextBox::showDocument(QTextDocument *fresh)
 void RichTextBox::noteChange()
 {
     m_textKnown = false;
+    takeFont();
     if (!m_loading)
         Q_EMIT changed();
     noteSelection();
@@ -263,6 +269,11 @@ void RichTextBox::mapSelText(const std::function<QString(const QString &)> &map)
     setTextCursor(cursor);
 }
 
+void RichTextBox::changeText(const rtf::CharChange &change)
+{
+    ::changeText(*document(), change);
+}
+
 void RichTextBox::replaceText(const std::vector<TextReplacement> &replacements)
 {
     ::replaceText(*document(), replacements);
@@ -344,9 +355,36 @@ QFont RichTextBox::Font() const
 
 void RichTextBox::setFont(const QFont &font)
 {
+    m_fonts[fontIndex()] = font;
+    takeFont();
+}
+
+// The place of the present base font among those that the text has had. The document's frame keeps it, so that undoing
+// brings an earlier one back.
+std::size_t RichTextBox::fontIndex() const
+{
+    return static_cast<std::size_t>(document()->rootFrame()->frameFormat().intProperty(baseFontProperty));
+}
+
+void RichTextBox::takeFont()
+{
+    const QFont font = m_fonts[fontIndex()];
+    if (m_font == font)
+        return;
     m_font = font;
     QTextEdit::setFont(font);
     document()->setDefaultFont(font);
+}
+
+void RichTextBox::changeFont(const QFont &font)
+{
+    if (m_font == font)
+        return;
+    QTextFrameFormat format = document()->rootFrame()->frameFormat();
+    format.setProperty(baseFontProperty, static_cast<int>(m_fonts.size()));
+    m_fonts.push_back(font);
+    document()->rootFrame()->setFrameFormat(format);
+    takeFont();
 }
 
 bool RichTextBox::Locked() const

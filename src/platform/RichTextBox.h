@@ -31,6 +31,7 @@ public:
     void setSelText(const QString &text) override;
     void mapSelText(const std::function<QString(const QString &)> &map) override;
     void changeSelection(const rtf::CharChange &change) override;
+    void changeText(const rtf::CharChange &change) override;
     void replaceText(const std::vector<TextReplacement> &replacements) override;
     void beginEditGroup() override;
     void endEditGroup() override;
@@ -68,6 +69,7 @@ public:
 
     QFont Font() const override;
     void setFont(const QFont &font) override;
+    void changeFont(const QFont &font) override;
     bool Locked() const override;
     void setLocked(bool locked) override;
     bool PaneVisible() const override;
@@ -106,6 +108,8 @@ private:
         bool operator==(const Noted &) const = default;
     };
 
+    std::size_t fontIndex() const;
+    void takeFont();
     QTextDocument *freshDocument();
     void showDocument(QTextDocument *fresh);
     void insertPlain(const QString &text);
@@ -114,6 +118,8 @@ private:
     void noteSelection();
 
     QFont m_font;
+    // The base fonts that the text has had since it was shown, the first one first.
+    std::vector<QFont> m_fonts;
     bool m_paneVisible = true;
     mutable QString m_text;
     mutable bool m_textKnown = false;

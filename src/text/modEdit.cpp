@@ -6,7 +6,6 @@
 #include "model/Document.h"
 #include "model/Ports.h"
 #include "model/TextPane.h"
-#include "model/modNodes.h"
 #include "rtf/Rtf.h"
 #include "text/modFont.h"
 #include "util/Procedure.h"
@@ -269,13 +268,10 @@ void EditCurrentFont()
         Document *document = DocumentActive();
         if (!document)
             return;
-        if (document->txtRTF.SelLength() > 0) {
+        if (document->txtRTF.SelLength() > 0)
             modFont::ChangeRTFSelFont(document->txtRTF);
-        } else if (modFont::ChangeRTFFont(document->txtRTF)) {
-            // The pane does not count a change of its own font as one of the text, which is shown and stored with it.
-            document->m_bDataChanged = true;
-            modNodes::NodeTextPutSelected();
-        }
+        else
+            modFont::ChangeRTFFont(document->txtRTF);
     });
 }
 

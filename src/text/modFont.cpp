@@ -142,7 +142,7 @@ bool ChangeRTFFont(TextPane &pane)
         font.GetFont(shown);
         askForDetails(font);
         font.SetFont(shown);
-        pane.setFont(shown);
+        pane.changeFont(shown);
         // Beside text that has a font of its own, what is typed next would take that one.
         if (pane.SelLength() == 0)
             setSelection(pane, attributesOf(font));

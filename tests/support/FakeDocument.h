@@ -112,6 +112,8 @@ public:
         take(colour, QTextFormat::ForegroundBrush, format.foreground().color());
     }
 
+    void changeText(const rtf::CharChange &change) override { changeSelection(change); }
+
     void replaceText(const std::vector<TextReplacement> &replacements) override
     {
         for (auto each = replacements.crbegin(); each != replacements.crend(); ++each)
@@ -193,6 +195,8 @@ public:
     QFont Font() const override { return font; }
 
     void setFont(const QFont &newFont) override { font = newFont; }
+
+    void changeFont(const QFont &newFont) override { font = newFont; }
 
     bool Locked() const override { return locked; }
 

@@ -103,6 +103,7 @@ private Q_SLOTS:
     void allIsWrittenToTheSelectionInOneStep();
     void whatWasNotChosenStaysAsItWas();
     void withoutASelectionThePaneTakesTheFont();
+    void thePanesFontCanBeUndone();
     void sizesAreSteppedByAPoint_data();
     void sizesAreSteppedByAPoint();
     void theSizeInsideAWordIsStepped();
@@ -289,6 +290,45 @@ void tst_modFont::withoutASelectionThePaneTakesTheFont()
     QCOMPARE(f.box.SelFontSize(), std::optional(16.0));
     QCOMPARE(f.box.SelFontName(), std::optional(u"DejaVu Serif"_s));
     QCOMPARE(f.box.SelBold(), std::optional(true));
+}
+
+void tst_modFont::thePanesFontCanBeUndone()
+{
+    OpenDocument &f = *m_first;
+    Entry *root = f.document.tree.insert(Relationship::tvwFirst, nullptr);
+    f.document.tree.setStoredText(root, "no font");
+    modNodes::NodeSelectFull(f.document, root);
+    select(7, 0);
+    QTest::keyClicks(&f.box, u"s"_s);
+    const QFont before = f.box.Font();
+    const QByteArray textBefore = f.textOf(root);
+    dialogs().fonts = {FontAttributes{u"DejaVu Serif"_s, 16, true, false, false, false, {}},
+                       FontAttributes{u"DejaVu Serif"_s, 20, false, false, false, false, {}}};
+    modEdit::EditCurrentFont();
+    const QByteArray textBetween = f.textOf(root);
+    QVERIFY(textBetween != textBefore);
+    modEdit::EditCurrentFont();
+    QCOMPARE(f.box.Font().pointSizeF(), 20.0);
+    f.box.undo();
+    QCOMPARE(f.box.Font().pointSizeF(), 16.0);
+    QVERIFY(f.box.Font().bold());
+    QCOMPARE(f.box.document()->defaultFont(), f.box.Font());
+    QCOMPARE(f.textOf(root), textBetween);
+    f.box.undo();
+    QCOMPARE(f.box.Font(), before);
+    QCOMPARE(f.textOf(root), textBefore);
+    f.box.redo();
+    QCOMPARE(f.box.Font().pointSizeF(), 16.0);
+    QCOMPARE(f.textOf(root), textBetween);
+    f.box.undo();
+    f.box.undo();
+    QCOMPARE(f.box.Text(), u"no font"_s);
+    QVERIFY(!f.box.document()->isUndoAvailable());
+    // Another text begins with the font that is left.
+    f.box.redo();
+    f.box.redo();
+    modNodes::NodeTextGet(f.document, root);
+    QCOMPARE(f.box.Font().pointSizeF(), 16.0);
 }
 
 void tst_modFont::sizesAreSteppedByAPoint_data()
