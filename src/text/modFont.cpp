@@ -5,14 +5,18 @@
 
 #include "model/Document.h"
 #include "model/DocumentWindow.h"
+#include "model/Globals.h"
 #include "model/OutlinePane.h"
 #include "model/Ports.h"
+#include "model/StoredText.h"
 #include "model/TextPane.h"
 #include "model/modNodes.h"
 #include "rtf/CharChange.h"
 #include "util/Numbers.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
+
+#include <QScopedValueRollback>
 
 #include <algorithm>
 #include <cmath>
@@ -85,26 +89,48 @@ void askForDetails(clsFont &font)
     setAttributes(font, chosenFont(attributesOf(font), false));
 }
 
-// Gives a document's texts the pending font. The pane shows the selected entry's text again, the same part selected.
+// Gives the pane's text a font, as one step of undo that is not stored.
+void changeShownText(TextPane &pane, const clsFont &font)
+{
+    const QScopedValueRollback notStored(bTextLoading, true);
+    const EditGroup oneStep(pane);
+    QFont base = pane.Font();
+    font.SetFont(base);
+    pane.changeFont(base);
+    pane.changeText(font.asChange());
+}
+
+// Shows the selected entry's text again, the same part selected. A pane that holds that text keeps it, and with it what
+// can be undone.
+void showAgain(Document &document)
+{
+    TextPane &pane = document.txtRTF;
+    if (NodeTextDecompressIfRequired(document.tree.storedText(document.tree.selected())) == pane.TextRTF())
+        return;
+    const int start = pane.SelStart();
+    const int length = pane.SelLength();
+    modNodes::NodeTextGet(document, document.tree.selected());
+    pane.setSelStart(start);
+    pane.setSelLength(length);
+}
+
+// Gives a document's texts the pending font.
 void changeTexts(Document &document)
 {
     const HiddenText hidden(document.txtRTF);
     document.m_bDataChanged = true;
     g_fntPendingTextFont.CopyTo(document.m_fntTextFont);
-    const int start = document.txtRTF.SelStart();
-    const int length = document.txtRTF.SelLength();
     // What the pane holds is stored with the font that it is shown in.
     document.tree.resolvePendingText();
-    QFont base = document.txtRTF.Font();
-    g_fntPendingTextFont.SetFont(base);
-    document.txtRTF.setFont(base);
-    Entry *selected = document.tree.selected();
-    if (!selected)
+    if (!document.tree.selected()) {
+        QFont base = document.txtRTF.Font();
+        g_fntPendingTextFont.SetFont(base);
+        document.txtRTF.setFont(base);
         return;
+    }
+    changeShownText(document.txtRTF, g_fntPendingTextFont);
     modNodes::NodeSetFontAll(document, modNodes::NodeGetRoot(document), g_fntPendingTextFont);
-    modNodes::NodeTextGet(document, selected);
-    document.txtRTF.setSelStart(start);
-    document.txtRTF.setSelLength(length);
+    showAgain(document);
 }
 
 } // namespace

@@ -113,6 +113,9 @@ private Q_SLOTS:
     void theDocumentFontGoesIntoEveryText();
     void theDocumentFontLeavesTheRest();
     void theDocumentFontIsWhatThePaneWouldMakeOfIt();
+    void theDocumentFontCanBeUndoneInTheShownText();
+    void theDocumentFontKeepsTheUndoHistory_data();
+    void theDocumentFontKeepsTheUndoHistory();
     void emptyTextsTakeTheDocumentFont();
     void theDocumentFontOfAllDocuments();
     void whatWasJustTypedGetsTheDocumentFont();
@@ -508,6 +511,78 @@ void tst_modFont::theDocumentFontIsWhatThePaneWouldMakeOfIt()
                 QCOMPARE(f.textOf(entries[i]), pane.TextRTF());
         }
     }
+}
+
+void tst_modFont::theDocumentFontCanBeUndoneInTheShownText()
+{
+    OpenDocument &f = *m_first;
+    Entry *root = f.document.tree.insert(Relationship::tvwFirst, nullptr);
+    f.document.tree.setStoredText(root, "no font");
+    Entry *child = f.add(root, "two {\\b bold}");
+    for (Entry *entry : {root, child}) {
+        modNodes::NodeSelectFull(f.document, entry);
+        select(3, 0);
+        QTest::keyClicks(&f.box, u"x"_s);
+        const QByteArray before = f.textOf(entry);
+        const QFont fontBefore = f.box.Font();
+        select(1, 2);
+        g_fntPendingTextFont = serif16();
+        g_fntPendingTextFont.setBold(entry == root);
+        modFont::ChangeDocumentTextFontDetails(false);
+        QCOMPARE(f.box.SelStart(), 1);
+        QCOMPARE(f.box.SelLength(), 2);
+        const QByteArray after = f.textOf(entry);
+        QVERIFY(after != before);
+        QCOMPARE(f.box.TextRTF(), after);
+        f.box.undo();
+        QCOMPARE(f.textOf(entry), before);
+        QCOMPARE(f.box.Font(), fontBefore);
+        f.box.redo();
+        QCOMPARE(f.textOf(entry), after);
+        QCOMPARE(f.box.Font().bold(), entry == root);
+        f.box.undo();
+        f.box.undo();
+        QVERIFY(!f.box.Text().contains(u'x'));
+        QVERIFY(!f.box.document()->isUndoAvailable());
+    }
+}
+
+void tst_modFont::theDocumentFontKeepsTheUndoHistory_data()
+{
+    QTest::addColumn<QByteArray>("text");
+    QTest::newRow("nothing") << QByteArray();
+    QTest::newRow("plain characters") << QByteArray("plain characters\r\nin two lines");
+    QDirIterator samples(QStringLiteral(QUILLERY_TEST_DATA "/rtf"), {u"*.rtf"_s}, QDir::Files);
+    while (samples.hasNext()) {
+        QFile file(samples.next());
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QTest::newRow(qPrintable(QFileInfo(file.fileName()).completeBaseName())) << file.readAll();
+    }
+}
+
+// What the pane shows then is what is stored, which is what a text that is not shown would have become.
+void tst_modFont::theDocumentFontKeepsTheUndoHistory()
+{
+    const QtMessageHandler before =
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+    const auto again = qScopeGuard([before] { qInstallMessageHandler(before); });
+    QFETCH(const QByteArray, text);
+    OpenDocument &f = *m_first;
+    Entry *root = f.document.tree.insert(Relationship::tvwFirst, nullptr);
+    Entry *child = f.document.tree.insert(Relationship::tvwChild, root);
+    f.document.tree.setStoredText(root, NodeTextCompressIfRequired(text));
+    modNodes::NodeSelectFull(f.document, root);
+    f.box.moveCursor(QTextCursor::End);
+    f.box.setSelText(u"new"_s);
+    f.document.tree.setStoredText(child, f.document.tree.storedText(root));
+    g_fntPendingTextFont = serif16();
+    modFont::ChangeDocumentTextFontDetails(false);
+    QCOMPARE(f.textOf(root), f.textOf(child));
+    QCOMPARE(f.box.TextRTF(), f.textOf(root));
+    QVERIFY(f.box.document()->isUndoAvailable());
+    f.box.undo();
+    f.box.undo();
+    QVERIFY(!f.box.document()->isUndoAvailable());
 }
 
 void tst_modFont::emptyTextsTakeTheDocumentFont()
