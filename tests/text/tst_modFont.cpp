@@ -4,6 +4,7 @@
 #include "model/StoredText.h"
 #include "model/modNodes.h"
 #include "platform/RichTextBox.h"
+#include "rtf/Rtf.h"
 #include "support/ErrorRecorder.h"
 #include "support/FakeDocument.h"
 #include "support/FakePorts.h"
@@ -81,6 +82,11 @@ clsFont serif16()
     return font;
 }
 
+// A picture of one pixel that is shown 20 pixels wide and high.
+const QByteArray picture("{\\*\\shppict{\\pict\\pngblip\\picwgoal300\\pichgoal300 "
+                         "89504e470d0a1a0a0000000d49484452000000010000000108060000001f15c4890000000d4944415478"
+                         "9c6360606060000000050001a5f645400000000049454e44ae426082}}");
+
 FontAttributes everything()
 {
     return {u"DejaVu Serif"_s, 16, true, true, false, true, QColor(Qt::red)};
@@ -112,6 +118,8 @@ private Q_SLOTS:
     void steppingASizeIsOneStepToUndo();
     void theDocumentFontGoesIntoEveryText();
     void theDocumentFontLeavesTheRest();
+    void coloursLinksAndPicturesStayUnderTheDocumentFont_data();
+    void coloursLinksAndPicturesStayUnderTheDocumentFont();
     void theDocumentFontIsWhatThePaneWouldMakeOfIt();
     void theDocumentFontCanBeUndoneInTheShownText();
     void theDocumentFontKeepsTheUndoHistory_data();
@@ -441,10 +449,6 @@ void tst_modFont::theDocumentFontGoesIntoEveryText()
 void tst_modFont::theDocumentFontLeavesTheRest()
 {
     OpenDocument &f = *m_first;
-    const QByteArray picture(
-        "{\\*\\shppict{\\pict\\pngblip\\picwgoal300\\pichgoal300 "
-        "89504e470d0a1a0a0000000d49484452000000010000000108060000001f15c4890000000d49444154789c6360"
-        "606060000000050001a5f645400000000049454e44ae426082}}");
     Entry *root = f.add(nullptr, "plain {\\field{\\*\\fldinst{HYPERLINK \"http://example.org/\"}}{\\fldrslt link}} " +
                                      picture + "\\par\\qc {\\super up}\\par\\pard\\li300 {\\v hidden}");
     modNodes::NodeSelectFull(f.document, root);
@@ -459,6 +463,57 @@ void tst_modFont::theDocumentFontLeavesTheRest()
     for (const char *kept : {"http://example.org/", "89504e47", "\\qc", "\\super", "\\li300", "\\v"})
         QVERIFY2(text.contains(kept), kept);
     QCOMPARE(other.box.TextRTF(), text);
+}
+
+void tst_modFont::coloursLinksAndPicturesStayUnderTheDocumentFont_data()
+{
+    QTest::addColumn<bool>("isShown");
+    QTest::newRow("in the shown text") << true;
+    QTest::newRow("in another") << false;
+}
+
+void tst_modFont::coloursLinksAndPicturesStayUnderTheDocumentFont()
+{
+    QFETCH(const bool, isShown);
+    OpenDocument &f = *m_first;
+    Entry *root = f.document.tree.insert(Relationship::tvwFirst, nullptr);
+    f.document.tree.setStoredText(root,
+                                  QByteArray("{\\rtf1{\\fonttbl{\\f0 DejaVu Sans;}}{\\colortbl;\\red255;\\blue200;}"
+                                             "\\f0\\fs20 a\\cf1\\b red\\cf0\\b0{\\highlight2 b}"
+                                             "{\\field{\\*\\fldinst{HYPERLINK \"http://example.org/\"}}"
+                                             "{\\fldrslt\\cf2\\ul link}}") +
+                                      picture + "{\\super up}\\par\\qc c}");
+    Entry *child = f.add(root, "child");
+    modNodes::NodeSelectFull(f.document, isShown ? root : child);
+    g_fntPendingTextFont = serif16();
+    modFont::ChangeDocumentTextFontDetails(false);
+
+    QTextDocument text;
+    rtf::read(f.textOf(root), text);
+    QCOMPARE(text.toPlainText(), u"aredblink\uFFFCup\nc"_s);
+    const auto formatAt = [&text](int position) {
+        QTextCursor cursor(&text);
+        cursor.setPosition(position + 1);
+        return cursor.charFormat();
+    };
+    for (int i = 0; i < 14; ++i) {
+        const QTextCharFormat format = formatAt(i);
+        if (i == 12)
+            continue; // the end of the paragraph
+        QCOMPARE(format.fontFamilies().toStringList(), QStringList{u"DejaVu Serif"_s});
+        QCOMPARE(format.fontPointSize(), 16.0);
+        QVERIFY(format.fontWeight() <= QFont::Normal);
+        QVERIFY(format.fontItalic() && format.fontUnderline());
+        const QColor colour = i >= 1 && i < 4 ? QColor(255, 0, 0) : i >= 5 && i < 9 ? QColor(0, 0, 200) : QColor();
+        QCOMPARE(format.foreground().style() == Qt::NoBrush ? QColor() : format.foreground().color(), colour);
+        QCOMPARE(format.background().style() != Qt::NoBrush, i == 4);
+        QCOMPARE(format.anchorHref(), i >= 5 && i < 9 ? u"http://example.org/"_s : QString());
+        QCOMPARE(format.isImageFormat(), i == 9);
+        QCOMPARE(format.verticalAlignment() == QTextCharFormat::AlignSuperScript, i == 10 || i == 11);
+    }
+    QCOMPARE(formatAt(9).toImageFormat().width(), 20.0);
+    QCOMPARE(formatAt(9).toImageFormat().height(), 20.0);
+    QCOMPARE(text.lastBlock().blockFormat().alignment(), Qt::AlignHCenter);
 }
 
 // All sample texts and some that are no rich text, with random fonts, beside what the pane makes of them one by one.
