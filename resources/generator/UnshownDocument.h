@@ -31,6 +31,8 @@ public:
 
     void ScrollTo(const Entry *) override {}
 
+    QRect SelectedRow() const override { return {}; }
+
     void ClearDropHighlight() override {}
 
     void setFocus() override {}
@@ -57,11 +59,19 @@ public:
 
     void changeSelection(const rtf::CharChange &) override {}
 
+    void changeText(const rtf::CharChange &) override {}
+
     void replaceText(const std::vector<TextReplacement> &) override {}
 
     void beginEditGroup() override {}
 
     void endEditGroup() override {}
+
+    void beginJoinedSteps() override {}
+
+    void endJoinedSteps() override {}
+
+    bool SelHoldsCells() const override { return false; }
 
     void clearText() override {}
 
@@ -116,6 +126,8 @@ public:
     QFont Font() const override { return {}; }
 
     void setFont(const QFont &) override {}
+
+    void changeFont(const QFont &) override {}
 
     bool Locked() const override { return true; }
 

@@ -10,8 +10,8 @@
 #include "model/modFile.h"
 #include "outline/modOutline.h"
 #include "rtf/Rtf.h"
-#include "window/KeyMap.h"
 #include "search/modSearch.h"
+#include "window/KeyMap.h"
 
 #include <QApplication>
 #include <QLineEdit>
