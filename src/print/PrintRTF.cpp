@@ -5,24 +5,10 @@
 
 #include "print/PagedText.h"
 #include "print/PrintTarget.h"
-#include "util/RunTimeError.h"
 #include "util/Twips.h"
 
 #include <QPainter>
 #include <QPrinter>
-
-using namespace Qt::StringLiterals;
-
-namespace
-{
-
-[[noreturn]] void failPrinting(const QPrinter &printer)
-{
-    const QString name = printer.outputFileName().isEmpty() ? printer.printerName() : printer.outputFileName();
-    throw RunTimeError(ErrorNumber::PathFileAccess, u"The printer does not print: %1"_s.arg(name));
-}
-
-} // namespace
 
 PrinterPaper paperOf(QPrinter &printer)
 {
@@ -52,24 +38,17 @@ bool PrintRTF(const PrintComposition &text, QPrinter &printer, const PrintMargin
 {
     const QRectF place = printerPixels(printer, drawingRectangle(paperOf(printer), margins));
     PrintTarget target(printer);
-    QPainter painter;
-    if (!painter.begin(&printer))
-        failPrinting(printer);
+    QPainter &painter = target.begin();
     PagedText pages(text, printer, place.size());
     int first = 0;
     while (true) {
         first = pages.format(&painter, place.topLeft(), first);
-        if (!goesOn()) {
-            printer.abort();
+        if (!goesOn())
             return false;
-        }
         if (pages.isWhole() && first >= pages.length())
             break;
-        if (!printer.newPage())
-            failPrinting(printer);
+        target.newPage();
     }
-    if (!painter.end() || printer.printerState() == QPrinter::Error)
-        failPrinting(printer);
     target.complete();
     return true;
 }

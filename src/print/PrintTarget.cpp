@@ -31,8 +31,10 @@ PrintTarget::PrintTarget(QPrinter &printer)
     : m_printer(printer)
     , m_name(printer.outputFileName())
 {
-    if (printer.outputFormat() != QPrinter::PdfFormat)
+    if (printer.outputFormat() != QPrinter::PdfFormat) {
+        m_spool.emplace();
         return;
+    }
     if (m_name.isEmpty())
         throw RunTimeError(ErrorNumber::InvalidCall, u"There is no file to print to"_s);
     m_file.emplace(m_name);
@@ -41,12 +43,44 @@ PrintTarget::PrintTarget(QPrinter &printer)
 
 PrintTarget::~PrintTarget()
 {
+    // The print system cannot be told to forget a job, and takes what it finds when the painting ends.
+    if (m_spool)
+        m_spool->clear();
+    if (m_painter.isActive())
+        m_painter.end();
     if (m_file)
         m_printer.setOutputFileName(m_name);
 }
 
+void PrintTarget::fail() const
+{
+    throw RunTimeError(ErrorNumber::PathFileAccess,
+                       u"The printer does not print: %1"_s.arg(m_name.isEmpty() ? m_printer.printerName() : m_name));
+}
+
+QPainter &PrintTarget::begin()
+{
+    bool hasBegun = false;
+    const auto start = [&] { hasBegun = m_painter.begin(&m_printer); };
+    if (m_spool)
+        m_spool->collect(start);
+    else
+        start();
+    if (!hasBegun)
+        fail();
+    return m_painter;
+}
+
+void PrintTarget::newPage()
+{
+    if (!m_printer.newPage())
+        fail();
+}
+
 void PrintTarget::complete()
 {
+    if (!m_painter.end() || m_printer.printerState() == QPrinter::Error)
+        fail();
     if (!m_file)
         return;
     if (!isWholePdf(m_file->temporaryName()))

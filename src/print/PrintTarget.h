@@ -4,15 +4,18 @@
 #pragma once
 
 #include "model/SafeFile.h"
+#include "print/SpoolFolder.h"
 
+#include <QPainter>
 #include <QString>
 
 #include <optional>
 
 class QPrinter;
 
-// Where a printer that prints to a file puts it: first beside the file of that name, which it replaces only when it is
-// complete. Without complete() nothing is left of it and the old file is as it was. A printer with paper needs nothing.
+// One print job. A printer that prints to a file writes beside the file of that name first, which is replaced only when
+// all is written; the pages for a printer with paper are collected and only then handed to it. Without complete()
+// nothing is left of either, and the old file is as it was.
 class PrintTarget
 {
 public:
@@ -22,11 +25,21 @@ public:
     PrintTarget(const PrintTarget &) = delete;
     PrintTarget &operator=(const PrintTarget &) = delete;
 
-    // To be called when the printing has ended. Error 61 when not all of the file could be written.
+    // Starts the job; what is painted is on its first page. Error 75 when the printer cannot print.
+    QPainter &begin();
+
+    // Error 75 when the printer cannot print.
+    void newPage();
+
+    // Ends the job. Error 75 when the printer failed, 61 when not all of the file could be written.
     void complete();
 
 private:
+    [[noreturn]] void fail() const;
+
     QPrinter &m_printer;
     QString m_name;
     std::optional<SafeFile> m_file;
+    std::optional<SpoolFolder> m_spool;
+    QPainter m_painter;
 };
