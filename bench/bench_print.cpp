@@ -135,7 +135,7 @@ void besideQt(benchmark::State &state)
     for (auto _ : state) {
         SealedDocument text;
         const PrintComposition composition = document.composition();
-        composition.compose(text, composition.first(), INT_MAX);
+        composition.compose(text, composition.first(), {INT_MAX, INT_MAX});
         qt += printByQt(text, theirs.printer);
         own += printByProgram(document, ours.printer);
     }

@@ -6,6 +6,7 @@
 #include "platform/LineFilter.h"
 #include "rtf/Looks.h"
 #include "rtf/PlainText.h"
+#include "util/RunTimeError.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QPainter>
@@ -38,6 +39,14 @@ PageFormatter::PageFormatter(std::unique_ptr<QTextDocument> document, QPaintDevi
                              const Place *above)
     : m_document(std::move(document))
 {
+    QTextBlock first = m_document->begin();
+    while (first.next().isValid() && !first.isVisible())
+        first = first.next();
+    QTextBlock end = m_document->lastBlock();
+    while (end != first && !end.isVisible())
+        end = end.previous();
+    m_firstBlock = first.blockNumber();
+    m_lastBlock = end.blockNumber();
     layOut(device, size, above);
 }
 
@@ -47,6 +56,7 @@ void PageFormatter::layOut(QPaintDevice &device, const QSizeF &size, const Place
 {
     m_document->setDocumentMargin(0);
     m_scale = device.logicalDpiX() / screenDpi;
+    checkCells();
     fitPictures(size / m_scale);
     scaleIndents(m_scale);
     if (above)
@@ -55,27 +65,39 @@ void PageFormatter::layOut(QPaintDevice &device, const QSizeF &size, const Place
     // Whole pixels, so that every page begins where the layout has it: it cuts off parts of them.
     m_document->setPageSize(QSizeF(std::floor(size.width()), std::floor(size.height())));
     finishLayout();
+    checkHeight();
     keepWithNext();
-    m_length = offsetOf(m_document->characterCount());
+    m_length = offsetOf(last().position() + last().length() - 1);
     findPages();
+}
+
+QTextBlock PageFormatter::begin() const
+{
+    return m_document->findBlockByNumber(m_firstBlock);
+}
+
+QTextBlock PageFormatter::last() const
+{
+    return m_document->findBlockByNumber(m_lastBlock);
 }
 
 // A text that goes on below another one begins with an empty paragraph as tall as what is above: the layout leaves no
 // distance above a text's first paragraph.
 void PageFormatter::goOnBelow(const Place &above)
 {
-    QTextCursor cursor(m_document.get());
+    QTextCursor cursor(begin());
     const QTextBlockFormat first = cursor.blockFormat();
     const QTextCharFormat mark = cursor.blockCharFormat();
     cursor.insertBlock(first, mark);
-    cursor.movePosition(QTextCursor::Start);
+    cursor.movePosition(QTextCursor::PreviousBlock);
     QTextBlockFormat format;
     // Half a step more, so that the layout does not cut a step off.
     constexpr qreal half = 0.5 / layoutSteps;
     format.setLineHeight((above.y + half) / m_scale, QTextBlockFormat::FixedHeight);
     format.setBottomMargin((above.distance + half) / m_scale);
     cursor.setBlockFormat(format);
-    m_isGoingOn = true;
+    ++m_firstBlock;
+    ++m_lastBlock;
     m_beginsOnTop = above.y <= 0;
 }
 
@@ -85,23 +107,60 @@ void PageFormatter::finishLayout()
     m_document->documentLayout()->pageCount();
 }
 
+// The layout does not come to an end with a cell beyond its greatest height, so a cell's is estimated beforehand.
+void PageFormatter::checkCells() const
+{
+    constexpr int charactersALine = 80;
+    // Half of what there is: lines may be shorter than that.
+    constexpr qreal greatestHeight = 1 << 24;
+    if (m_document->rootFrame()->childFrames().isEmpty())
+        return;
+    int cell = -1;
+    qreal height = 0;
+    for (QTextBlock block = begin(); block.isValid() && block.blockNumber() <= m_lastBlock; block = block.next()) {
+        const QTextTable *table = QTextCursor(block).currentTable();
+        const int place = table ? table->cellAt(block.position()).firstPosition() : -1;
+        if (place != cell)
+            height = 0;
+        cell = place;
+        if (!table)
+            continue;
+        const QFontMetricsF font(block.charFormat().font());
+        height += (1 + block.length() / charactersALine) * font.lineSpacing() * m_scale;
+        if (height > greatestHeight)
+            throw RunTimeError(ErrorNumber::Overflow);
+    }
+}
+
+// The layout's heights are of 32 bits. Behind their end it goes on far above the paper, so that nothing would be seen.
+void PageFormatter::checkHeight() const
+{
+    QAbstractTextDocumentLayout &layout = *m_document->documentLayout();
+    for (QTextBlock block = begin(); block.isValid() && block.blockNumber() <= m_lastBlock; block = block.next()) {
+        const qreal top = layout.blockBoundingRect(block).top();
+        const QTextLayout &lines = *block.layout();
+        for (int i = 0; i < lines.lineCount(); ++i) {
+            if (top + lines.lineAt(i).y() < -1)
+                throw RunTimeError(ErrorNumber::Overflow);
+        }
+    }
+}
+
 // Moves paragraphs that are to stay with the next one to its page: headings do not stand at a page's foot. Where that
 // would leave much of the page empty, they stay.
 void PageFormatter::keepWithNext()
 {
     const qreal mostEmpty = m_document->pageSize().height() / 4;
-    QTextBlock block = m_document->begin();
-    if (m_isGoingOn)
-        block = block.next();
     QTextBlock first; // of those in a row that stay with the next
-    for (; block.isValid() && block.next().isValid(); block = block.next()) {
+    for (QTextBlock block = begin(); block.blockNumber() < m_lastBlock; block = block.next()) {
         if (!rtf::staysWithNext(block.blockFormat())) {
             first = QTextBlock();
             continue;
         }
         if (!first.isValid())
             first = block;
-        const QTextBlock before = m_beginsOnTop && first.blockNumber() == 1 ? QTextBlock() : first.previous();
+        const QTextBlock before =
+            m_beginsOnTop && first.blockNumber() == m_firstBlock ? QTextBlock() : first.previous();
         if (sheetOf(lineTop(block.next(), 0)) == sheetOf(lineTop(block, block.layout()->lineCount() - 1)) ||
             !before.isValid())
             continue;
@@ -132,19 +191,16 @@ int PageFormatter::sheetOf(qreal y) const
 
 PageFormatter::Place PageFormatter::end() const
 {
-    const QTextBlock last = m_document->lastBlock();
-    const QTextBlockFormat format = last.blockFormat();
-    const QRectF rect = m_document->documentLayout()->blockBoundingRect(last);
+    const QTextBlock block = last();
+    const QTextBlockFormat format = block.blockFormat();
+    const QRectF rect = m_document->documentLayout()->blockBoundingRect(block);
     qreal y = rect.top();
-    QTextFrame::iterator before = m_document->rootFrame()->end();
-    --before;
-    --before;
-    if (last.length() == 1 && qobject_cast<QTextTable *>(before.currentFrame())) {
+    if (block.length() == 1 && block.previous().isValid() && QTextCursor(block.previous()).currentTable()) {
         // The layout takes an empty paragraph behind a table back up into it.
         y += rect.height();
-    } else if (last.layout()->lineCount() > 0) {
+    } else if (block.layout()->lineCount() > 0) {
         // The layout moves a line within its height when the paragraph sets that.
-        const QTextLine line = last.layout()->lineAt(last.layout()->lineCount() - 1);
+        const QTextLine line = block.layout()->lineAt(block.layout()->lineCount() - 1);
         const qreal height =
             cutOff(format.lineHeight(std::ceil(line.ascent() + line.descent() + line.leading()), m_scale));
         qreal moved = 0;
@@ -200,8 +256,7 @@ void PageFormatter::scaleIndents(qreal factor)
 
 int PageFormatter::offsetOf(int position) const
 {
-    constexpr int breakLength = 2;
-    return rtf::textOffset(*m_document, position) - (m_isGoingOn ? breakLength : 0);
+    return rtf::textOffset(*m_document, position) - rtf::textOffset(*m_document, begin().position());
 }
 
 // One walk over the lines: the layout has put each on a page already.
@@ -210,8 +265,7 @@ void PageFormatter::findPages()
     const qreal height = m_document->pageSize().height();
     QAbstractTextDocumentLayout &layout = *m_document->documentLayout();
     std::map<int, int> starts; // by page of the layout
-    const QTextBlock first = m_document->begin();
-    for (QTextBlock block = m_isGoingOn ? first.next() : first; block.isValid(); block = block.next()) {
+    for (QTextBlock block = begin(); block.isValid() && block.blockNumber() <= m_lastBlock; block = block.next()) {
         const qreal top = layout.blockBoundingRect(block).top();
         const QTextLayout &lines = *block.layout();
         for (int i = 0; i < lines.lineCount(); ++i) {

@@ -12,6 +12,7 @@
 class QPaintDevice;
 class QPainter;
 class QPointF;
+class QTextBlock;
 
 // Lays a rich text out for a printer and draws it page by page: a range of characters at a time, never a part of a
 // line. Printed black on white, whatever the desktop's colours are. Offsets count characters as the text pane does.
@@ -25,7 +26,9 @@ public:
     };
 
     // The document is broken for pages of `size`, in whole pixels of the device, and changed to fit them; it must be
-    // one that fetches nothing. With `above` it goes on below a text that ends at that place of the first page.
+    // one that fetches nothing. Paragraphs at its beginning and its end that are not visible are no part of the text.
+    // With `above` it goes on below a text that ends at that place of the first page. Error 6 when the text is taller
+    // than can be laid out at once: 33,554,432 pixels.
     PageFormatter(std::unique_ptr<QTextDocument> document, QPaintDevice &device, const QSizeF &size,
                   const Place *above = nullptr);
     ~PageFormatter();
@@ -55,6 +58,10 @@ private:
     void fitPictures(const QSizeF &size);
     void goOnBelow(const Place &above);
     void finishLayout();
+    void checkCells() const;
+    void checkHeight() const;
+    QTextBlock begin() const;
+    QTextBlock last() const;
     void keepWithNext();
     int offsetOf(int position) const;
     qreal lineTop(const QTextBlock &block, int line) const;
@@ -66,7 +73,9 @@ private:
     int m_length = 0;
     // The device's pixels to one of the document's.
     qreal m_scale = 1;
-    bool m_isGoingOn = false;
+    // The text's own first and last paragraph.
+    int m_firstBlock = 0;
+    int m_lastBlock = 0;
     bool m_beginsOnTop = false;
     // Where each page's first line begins.
     std::vector<int> m_starts;

@@ -5,6 +5,7 @@
 
 #include "model/SealedDocument.h"
 #include "platform/PageFormatter.h"
+#include "util/RunTimeError.h"
 
 #include <QPainter>
 
@@ -20,14 +21,25 @@ constexpr std::size_t mostKept = 3;
 // What stands between two pieces as between two paragraphs: CR LF.
 constexpr int breakLength = 2;
 
+// False when it is as short as can be.
+bool makeShorter(PieceLength &length)
+{
+    constexpr int factor = 8;
+    if (length.characters <= 1 && length.lines <= 1)
+        return false;
+    length.characters = std::max<qsizetype>(1, length.characters / factor);
+    length.lines = std::max<qsizetype>(1, length.lines / factor);
+    return true;
+}
+
 } // namespace
 
 PagedText::PagedText(const PrintComposition &composition, QPaintDevice &device, const QSizeF &size,
-                     qsizetype charactersAPiece)
+                     const PieceLength &length)
     : m_composition(composition)
     , m_device(device)
     , m_size(std::floor(size.width()), std::floor(size.height()))
-    , m_pieceLength(charactersAPiece)
+    , m_pieceLength(length)
     , m_next(composition.first())
 {
 }
@@ -36,11 +48,12 @@ PagedText::~PagedText() = default;
 
 bool PagedText::layOutMore()
 {
-    if (!m_next)
+    if (isWhole())
         return false;
     Piece piece = m_place;
     piece.from = m_next;
-    std::unique_ptr<PageFormatter> text = make(piece, PrintComposition::Damage::Report, &m_next);
+    piece.length = m_pieceLength;
+    std::unique_ptr<PageFormatter> text = makeToFit(piece, &m_next);
     const PageFormatter::Place end = text->end();
     piece.lastSheet = piece.firstSheet + text->sheet(text->pageCount() - 1);
     m_pieces.push_back(piece);
@@ -57,23 +70,41 @@ bool PagedText::layOutMore()
 void PagedText::addPages(const PageFormatter &text)
 {
     const Piece &piece = m_pieces.back();
-    const int before = m_pieces.size() == 1 ? 0 : m_length + breakLength;
+    const int before = m_pieces.size() == 1 ? 0 : m_characters + breakLength;
     for (int page = 0; page < text.pageCount(); ++page) {
         const int sheet = piece.firstSheet + text.sheet(page);
         if (m_pages.empty() || sheet > m_pages.back().sheet)
             m_pages.push_back({sheet, before + text.firstCharacter(page), m_pieces.size() - 1});
     }
-    m_length = before + text.length();
+    m_characters = before + text.length();
 }
 
 std::unique_ptr<PageFormatter> PagedText::make(const Piece &piece, PrintComposition::Damage damage,
-                                               const Entry **next) const
+                                               PrintPlace *next) const
 {
     auto document = std::make_unique<SealedDocument>();
-    *next = m_composition.compose(*document, piece.from, m_pieceLength, damage);
+    *next = m_composition.compose(*document, piece.from, piece.length, damage);
     const PageFormatter::Place above{piece.y, piece.distance};
     return std::make_unique<PageFormatter>(std::move(document), m_device, m_size,
                                            piece.from == m_composition.first() ? nullptr : &above);
+}
+
+// Makes a piece, a shorter one when it becomes taller than can be laid out.
+std::unique_ptr<PageFormatter> PagedText::makeToFit(Piece &piece, PrintPlace *next) const
+{
+    PrintComposition::Damage damage = PrintComposition::Damage::Report;
+    while (true) {
+        PrintPlace behind;
+        try {
+            std::unique_ptr<PageFormatter> text = make(piece, damage, &behind);
+            *next = behind;
+            return text;
+        } catch (const RunTimeError &error) {
+            if (error.number() != ErrorNumber::Overflow || !makeShorter(piece.length))
+                throw;
+        }
+        damage = PrintComposition::Damage::Ignore;
+    }
 }
 
 const PageFormatter &PagedText::text(std::size_t piece)
@@ -82,7 +113,7 @@ const PageFormatter &PagedText::text(std::size_t piece)
     if (known != m_kept.end()) {
         std::rotate(known, known + 1, m_kept.end());
     } else {
-        const Entry *next = nullptr;
+        PrintPlace next;
         keep(piece, make(m_pieces[piece], PrintComposition::Damage::Ignore, &next));
     }
     return *m_kept.back().text;
@@ -98,7 +129,7 @@ void PagedText::keep(std::size_t piece, std::unique_ptr<PageFormatter> text)
 int PagedText::pageCount() const
 {
     const auto count = static_cast<int>(m_pages.size());
-    return count > 1 && isWhole() && m_pages.back().character >= m_length ? count - 1 : count;
+    return count > 1 && isWhole() && m_pages.back().character >= m_characters ? count - 1 : count;
 }
 
 int PagedText::pageOf(int character) const
@@ -130,5 +161,5 @@ int PagedText::format(QPainter *painter, const QPointF &corner, int first)
     const int page = pageOf(first);
     if (painter)
         draw(*painter, corner, page);
-    return hasPageBehind(first) ? m_pages[std::size_t(page) + 1].character : m_length;
+    return hasPageBehind(first) ? m_pages[std::size_t(page) + 1].character : m_characters;
 }

@@ -21,25 +21,22 @@ class QPointF;
 class PagedText
 {
 public:
-    // How many characters make a piece, unless one entry's text alone is longer.
-    static constexpr qsizetype pieceLength = 100000;
-
     // The text is broken for pages of `size`, in whole pixels of the device.
     PagedText(const PrintComposition &composition, QPaintDevice &device, const QSizeF &size,
-              qsizetype charactersAPiece = pieceLength);
+              const PieceLength &length = {});
     ~PagedText();
     Q_DISABLE_COPY_MOVE(PagedText)
 
-    // Lays out one more piece; false when all are.
+    // Lays out one more piece; false when all are. Error 6 when not even the shortest can be laid out in one.
     bool layOutMore();
 
-    bool isWhole() const { return !m_next; }
+    bool isWhole() const { return !m_next.entry; }
 
     // The pages laid out so far, at least 1 once something is. A last page on which nothing stands is none.
     int pageCount() const;
 
     // The characters laid out so far.
-    int length() const { return m_length; }
+    int length() const { return m_characters; }
 
     // The first character of a page from 0.
     int firstCharacter(int page) const { return m_pages[std::size_t(page)].character; }
@@ -57,7 +54,8 @@ public:
 private:
     // Where a piece comes from and where it stands.
     struct Piece {
-        const Entry *from = nullptr;
+        PrintPlace from;
+        PieceLength length;
         qreal y = 0;        // on its first sheet
         qreal distance = 0; // that what is above wants to keep
         int firstSheet = 0;
@@ -77,7 +75,8 @@ private:
 
     bool hasPageBehind(int first) const;
     int pageOf(int character) const;
-    std::unique_ptr<PageFormatter> make(const Piece &piece, PrintComposition::Damage damage, const Entry **next) const;
+    std::unique_ptr<PageFormatter> make(const Piece &piece, PrintComposition::Damage damage, PrintPlace *next) const;
+    std::unique_ptr<PageFormatter> makeToFit(Piece &piece, PrintPlace *next) const;
     const PageFormatter &text(std::size_t piece);
     void keep(std::size_t piece, std::unique_ptr<PageFormatter> text);
     void addPages(const PageFormatter &text);
@@ -85,11 +84,11 @@ private:
     PrintComposition m_composition;
     QPaintDevice &m_device;
     QSizeF m_size;
-    qsizetype m_pieceLength;
-    const Entry *m_next;
+    PieceLength m_pieceLength;
+    PrintPlace m_next;
     std::vector<Piece> m_pieces;
     std::vector<Page> m_pages;
     std::vector<Kept> m_kept; // used last at the back
-    int m_length = 0;
+    int m_characters = 0;
     Piece m_place; // of the next piece
 };

@@ -11,11 +11,13 @@
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
 
+#include <QSet>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
 #include <QTextList>
 #include <QTextOption>
+#include <QTextTable>
 
 #include <algorithm>
 #include <iterator>
@@ -64,6 +66,104 @@ bool isLongEnough(const QTextDocument &document, bool isLastFree, qsizetype char
     return !last.isValid() || !rtf::staysWithNext(last.blockFormat()) || length - characters > mostMore;
 }
 
+// As lines of ordinary text; a device that has more to a line or less differs by a small factor.
+constexpr int charactersALine = 80;
+
+int linesOf(const QTextBlock &block)
+{
+    return 1 + block.length() / charactersALine;
+}
+
+qsizetype linesFrom(QTextBlock block)
+{
+    qsizetype lines = 0;
+    for (; block.isValid(); block = block.next())
+        lines += linesOf(block);
+    return lines;
+}
+
+bool isInTable(const QTextBlock &block)
+{
+    return QTextCursor(block).currentTable();
+}
+
+// Only between two paragraphs of the text itself: a table is laid out as a whole, and an empty paragraph behind it
+// stands where the table lets it.
+bool canBeginPiece(const QTextBlock &block)
+{
+    return !isInTable(block) && !isInTable(block.previous());
+}
+
+// How many paragraphs longer a piece of a text may become to keep those together that stay with the next.
+constexpr int mostKeptTogether = 50;
+
+// The tables stay, for the layout passes over paragraphs only, but take no room.
+void flatten(QTextTable &table)
+{
+    QTextTableFormat format = table.format();
+    format.setBorder(0);
+    format.setCellPadding(0);
+    format.setCellSpacing(0);
+    format.setMargin(0);
+    format.setHeaderRowCount(0);
+    format.setHeight(QTextLength());
+    format.clearProperty(QTextFormat::PageBreakPolicy);
+    table.setFormat(format);
+    for (int row = 0; row < table.rows(); ++row) {
+        for (int column = 0; column < table.columns(); ++column)
+            table.cellAt(row, column).setFormat(QTextTableCellFormat());
+    }
+}
+
+// The layout heeds what a paragraph that it passes over wants of the one behind it.
+void releaseNext(const QTextBlock &block, bool isLast)
+{
+    QTextBlockFormat format = block.blockFormat();
+    if (!format.hasProperty(QTextFormat::PageBreakPolicy) && !(isLast && format.bottomMargin() > 0))
+        return;
+    format.clearProperty(QTextFormat::PageBreakPolicy);
+    if (isLast)
+        format.clearProperty(QTextFormat::BlockBottomMargin);
+    QTextCursor(block).setBlockFormat(format);
+}
+
+// Hides paragraphs, from one on to before another, or to the last when there is none.
+void hide(QTextBlock block, const QTextBlock &end)
+{
+    const bool hasTables = !block.document()->rootFrame()->childFrames().isEmpty();
+    QSet<const QTextTable *> flat;
+    for (; block.isValid() && block != end; block = block.next()) {
+        block.setVisible(false);
+        releaseNext(block, block.next() == end);
+        QTextTable *table = hasTables ? QTextCursor(block).currentTable() : nullptr;
+        if (table && !flat.contains(table)) {
+            flatten(*table);
+            flat.insert(table);
+        }
+    }
+}
+
+// Of a text that begins with a paragraph, shows only what belongs to a piece: what lies behind so many paragraphs, up
+// to a number of lines. Behind how many paragraphs the next piece begins; 0 when the text ends in this one.
+int showPiece(const QTextBlock &begin, int paragraphs, qsizetype mostLines)
+{
+    QTextBlock block = begin.document()->findBlockByNumber(begin.blockNumber() + paragraphs);
+    if (paragraphs > 0)
+        hide(begin, block);
+    qsizetype lines = 0;
+    int keptTogether = 0;
+    for (; block.isValid(); block = block.next()) {
+        if (lines >= mostLines && canBeginPiece(block)) {
+            if (!rtf::staysWithNext(block.previous().blockFormat()) || ++keptTogether > mostKeptTogether) {
+                hide(block, QTextBlock());
+                return block.blockNumber() - begin.blockNumber();
+            }
+        }
+        lines += linesOf(block);
+    }
+    return 0;
+}
+
 // Takes the empty paragraph at the end away; the one before stays as it is.
 void removeLastParagraph(QTextDocument &document)
 {
@@ -99,8 +199,8 @@ bool PrintComposition::isHeading(const QTextBlock &block)
     return block.blockFormat().boolProperty(headingProperty);
 }
 
-const Entry *PrintComposition::compose(QTextDocument &document, const Entry *from, qsizetype characters,
-                                       Damage damage) const
+PrintPlace PrintComposition::compose(QTextDocument &document, const PrintPlace &from, const PieceLength &length,
+                                     Damage damage) const
 {
     document.setUndoRedoEnabled(false);
     document.setDefaultFont(m_base);
@@ -112,24 +212,32 @@ const Entry *PrintComposition::compose(QTextDocument &document, const Entry *fro
     QTextCursor whole(&document);
     whole.beginEditBlock();
     bool isLastFree = true;
-    const Entry *entry = from;
-    while (entry && !isLongEnough(document, isLastFree, characters)) {
-        if (!entry->label().isEmpty()) {
+    PrintPlace place = from;
+    while (place.entry && !isLongEnough(document, isLastFree, length.characters)) {
+        if (place.paragraph == 0 && !place.entry->label().isEmpty()) {
             QTextCursor cursor = freeParagraph(document, isLastFree);
-            addHeading(cursor, entry, entry == m_top);
+            addHeading(cursor, place.entry, place.entry == m_top);
             isLastFree = false;
         }
         QTextCursor cursor = freeParagraph(document, isLastFree);
         const int begin = cursor.position();
-        addText(cursor, entry, damage);
+        addText(cursor, place.entry, damage);
         cursor.movePosition(QTextCursor::End);
         isLastFree = cursor.position() == begin && !cursor.currentList();
-        entry = m_bDescendants ? nextInOutline(entry, m_top) : nullptr;
+        if (place.paragraph > 0 || linesFrom(document.findBlock(begin)) > length.lines) {
+            // Where the tables are is known when the text has been edited.
+            whole.endEditBlock();
+            place.paragraph = showPiece(document.findBlock(begin), place.paragraph, length.lines);
+            whole.beginEditBlock();
+        }
+        if (place.paragraph > 0)
+            break;
+        place.entry = m_bDescendants ? nextInOutline(place.entry, m_top) : nullptr;
     }
     if (isLastFree)
         removeLastParagraph(document);
     whole.endEditBlock();
-    return entry;
+    return place;
 }
 
 void PrintComposition::addHeading(QTextCursor &cursor, const Entry *entry, bool isFirst) const

@@ -10,8 +10,17 @@
 #include <QPainter>
 #include <QPrinter>
 
+namespace
+{
+
+// Fine enough for any printer, and coarse enough for the layout engine's heights to reach over thousands of pages.
+constexpr int resolution = 600;
+
+} // namespace
+
 PrinterPaper paperOf(QPrinter &printer)
 {
+    printer.setResolution(resolution);
     printer.setFullPage(false);
     const QPageLayout layout = printer.pageLayout();
     printer.setPageMargins(layout.minimumMargins(), layout.units());

@@ -12,7 +12,7 @@
 class PrintComposition;
 class QPrinter;
 
-// Has the printer's coordinates begin at the corner of what it can print on, and gives its paper.
+// Has the printer count 600 dots to the inch, from the corner of what it can print on, and gives its paper.
 PrinterPaper paperOf(QPrinter &printer);
 
 // A length in the printer's pixels.

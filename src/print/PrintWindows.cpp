@@ -20,9 +20,6 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-// Fine enough for any printer, and coarse enough for the layout engine's heights to reach over thousands of pages.
-constexpr int fileResolution = 600;
-
 // A document's name as that of a file without extension.
 QString baseName(const Document &document)
 {
@@ -54,7 +51,6 @@ QPrinter &PrintWindows::printer()
         m_printer = std::make_unique<QPrinter>(QPrinter::HighResolution);
         m_printer->setCreator(u"Quillery"_s);
         if (m_printer->outputFormat() == QPrinter::PdfFormat) {
-            m_printer->setResolution(fileResolution);
             const bool isUS = QLocale::system().measurementSystem() == QLocale::ImperialUSSystem;
             m_printer->setPageSize(QPageSize(isUS ? QPageSize::Letter : QPageSize::A4));
         }

@@ -37,16 +37,19 @@ private Q_SLOTS:
     void anEmptyTextIsOneEmptyPage();
     void piecesBreakWhereTheWholeDoes_data();
     void piecesBreakWhereTheWholeDoes();
+    void aLongTextBreaksWhereTheWholeDoes();
+    void whatIsTooTallIsLaidOutInPieces();
+    void aTableThatIsTooTallIsAnError();
     void anyPageCanBeDrawnAgain();
     void aPageOfNothingIsNone();
     void onlyAFewPiecesAreKept();
     void aDamagedTextIsReportedOnce();
 
 private:
-    std::unique_ptr<PagedText> textOf(const PrintExtent &extent, qsizetype pieceLength)
+    std::unique_ptr<PagedText> textOf(const PrintExtent &extent, qsizetype characters, qsizetype lines = INT_MAX)
     {
         return std::make_unique<PagedText>(PrintComposition(extent, QFont(u"DejaVu Sans"_s)), *m_device, pageSize,
-                                           pieceLength);
+                                           PieceLength{characters, lines});
     }
 
     PrintExtent plantRandom(quint32 seed);
@@ -157,6 +160,79 @@ void tst_PagedText::piecesBreakWhereTheWholeDoes()
         for (int page = 0; page < whole->pageCount(); page += 5)
             QVERIFY2(picture(*pieces, page) == picture(*whole, page), qPrintable(QString::number(page)));
     }
+    for (const qsizetype lines : {1, 4}) {
+        const auto pieces = textOf(extent, 2000, lines);
+        QCOMPARE(startsOf(*pieces), expected);
+        QCOMPARE(pieces->length(), whole->length());
+    }
+}
+
+void tst_PagedText::aLongTextBreaksWhereTheWholeDoes()
+{
+    // A text of its own with all that depends on what stands above: numbers, distances, tables and breaks.
+    Document &document = m_fixture->plant({u"Root"_s, u" A"_s, u" B"_s});
+    QByteArray rtf("{\\rtf1{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs20 ");
+    for (int i = 0; i < 60; ++i) {
+        const QByteArray number = QByteArray::number(i);
+        rtf += "\\pard\\sb200\\sa300 over " + number + "\\par\\pard ";
+        rtf += "{\\*\\pn\\pnlvlbody\\pndec{\\pntxta .}}one\\par two " + QByteArray("words ").repeated(i) +
+               "\\par three\\par\\pard ";
+        if (i % 7 == 0)
+            rtf += "\\trowd\\cellx3000\\cellx6000\\intbl x\\cell y\\cell\\row\\pard ";
+        if (i % 13 == 0)
+            rtf += "\\pagebb new\\par\\pard\\keepn kept\\par\\pard ";
+    }
+    m_fixture->setText(document, u"A"_s, rtf + "}");
+    const PrintExtent extent = m_fixture->extent(document, u"Root"_s, true);
+    const auto whole = textOf(extent, INT_MAX);
+    const QList<int> expected = startsOf(*whole);
+    QVERIFY(expected.size() > 10);
+    for (const qsizetype lines : {1, 10, 100}) {
+        const auto pieces = textOf(extent, INT_MAX, lines);
+        QCOMPARE(startsOf(*pieces), expected);
+        QCOMPARE(pieces->length(), whole->length());
+        for (int page = 0; page < whole->pageCount(); page += 3)
+            QVERIFY2(picture(*pieces, page) == picture(*whole, page), qPrintable(QString::number(page)));
+    }
+}
+
+namespace
+{
+
+// So fine that the layout reaches over some 40,000 lines only.
+constexpr int finest = 4800;
+constexpr int tooManyLines = 48000;
+
+} // namespace
+
+void tst_PagedText::whatIsTooTallIsLaidOutInPieces()
+{
+    Document &document = m_fixture->plant({u"Root"_s});
+    m_fixture->setText(document, u"Root"_s, "{\\rtf1 " + QByteArray("x\\par ").repeated(tooManyLines) + "y}");
+    QPdfWriter device(m_folder.filePath(u"fine.pdf"_s));
+    device.setResolution(finest);
+    const QSizeF page(6 * finest, 9 * finest);
+    PagedText text(PrintComposition({&document, document.tree.root(), true}, QFont(u"DejaVu Sans"_s)), device, page);
+    const QList<int> starts = startsOf(text);
+    QVERIFY(starts.size() > tooManyLines / 100);
+    QCOMPARE(text.pageCount(), starts.size());
+    // Every page between the first and the last has as many lines.
+    for (qsizetype i = 3; i < starts.size(); ++i)
+        QCOMPARE(starts[i] - starts[i - 1], starts[2] - starts[1]);
+    QVERIFY(text.length() - starts.last() <= starts[2] - starts[1]);
+}
+
+void tst_PagedText::aTableThatIsTooTallIsAnError()
+{
+    Document &document = m_fixture->plant({u"Root"_s});
+    m_fixture->setText(document, u"Root"_s,
+                       "{\\rtf1\\trowd\\cellx3000\\intbl " + QByteArray("x\\par ").repeated(tooManyLines) +
+                           "\\cell\\row\\pard}");
+    QPdfWriter device(m_folder.filePath(u"fine.pdf"_s));
+    device.setResolution(finest);
+    PagedText text(PrintComposition({&document, document.tree.root(), true}, QFont()), device,
+                   QSizeF(6 * finest, 9 * finest));
+    QCOMPARE(errorNumberOf([&] { startsOf(text); }), 6);
 }
 
 void tst_PagedText::anyPageCanBeDrawnAgain()

@@ -41,6 +41,8 @@ private Q_SLOTS:
     void aTextThatIsNoRtfIsPrintedAsItIs();
     void aDamagedTextIsLeftOutAndReported();
     void piecesTogetherAreTheWhole();
+    void aLongTextIsBrokenBetweenParagraphs();
+    void whatBelongsTogetherIsNotBroken();
     void aLongChainIsNoTrouble();
 
 private:
@@ -48,9 +50,11 @@ private:
     {
         const PrintComposition composition(extent, QFont(u"DejaVu Sans"_s));
         auto document = std::make_unique<QTextDocument>();
-        m_next = composition.compose(*document, composition.first(), characters);
+        m_next = composition.compose(*document, composition.first(), {characters});
         return document;
     }
+
+    QList<QStringList> visiblePieces(const PrintExtent &extent, qsizetype lines);
 
     // The paragraphs, a heading with its size in front.
     static QStringList lines(const QTextDocument &document)
@@ -64,7 +68,7 @@ private:
     }
 
     std::unique_ptr<PrintFixture> m_fixture;
-    const Entry *m_next = nullptr;
+    PrintPlace m_next;
 };
 
 void tst_PrintComposition::oneEntry()
@@ -72,7 +76,7 @@ void tst_PrintComposition::oneEntry()
     Document &document = m_fixture->plant({u"Root"_s, u" A"_s});
     const auto text = compose(m_fixture->extent(document, u"Root"_s, false));
     QCOMPARE(lines(*text), QStringList({u"20: Root"_s, u"text of Root"_s}));
-    QVERIFY(!m_next);
+    QVERIFY(!m_next.entry);
     const QTextCharFormat heading = text->begin().begin().fragment().charFormat();
     QCOMPARE(heading.fontWeight(), int(QFont::Bold));
     QCOMPARE(heading.fontPointSize(), 20.0);
@@ -221,14 +225,57 @@ void tst_PrintComposition::piecesTogetherAreTheWhole()
     for (const qsizetype characters : {1, 20, 100, 500}) {
         QStringList all;
         int pieces = 0;
-        for (const Entry *next = composition.first(); next; ++pieces) {
+        for (PrintPlace next = composition.first(); next.entry; ++pieces) {
             QTextDocument piece;
-            next = composition.compose(piece, next, characters);
+            next = composition.compose(piece, next, {characters});
             all << lines(piece);
         }
         QVERIFY(pieces > 1);
         QCOMPARE(all, lines(*compose(whole)));
     }
+}
+
+// The pieces of a text, by what can be seen of each.
+QList<QStringList> tst_PrintComposition::visiblePieces(const PrintExtent &extent, qsizetype lines)
+{
+    const PrintComposition composition(extent, QFont());
+    QList<QStringList> pieces;
+    for (PrintPlace next = composition.first(); next.entry;) {
+        QTextDocument piece;
+        next = composition.compose(piece, next, {INT_MAX, lines});
+        QStringList texts;
+        for (QTextBlock block = piece.begin(); block.isValid(); block = block.next()) {
+            if (block.isVisible())
+                texts << block.text();
+        }
+        pieces << texts;
+    }
+    return pieces;
+}
+
+void tst_PrintComposition::aLongTextIsBrokenBetweenParagraphs()
+{
+    Document &document = m_fixture->plant({u"Root"_s, u" A"_s});
+    m_fixture->setText(document, u"Root"_s, "{\\rtf1 a\\par b\\par c\\par d\\par e}");
+    const QList<QStringList> expected{{u"Root"_s, u"a"_s, u"b"_s}, {u"c"_s, u"d"_s}, {u"e"_s, u"A"_s, u"text of A"_s}};
+    QCOMPARE(visiblePieces(m_fixture->extent(document, u"Root"_s, true), 2), expected);
+    // A long paragraph counts as the lines that it will have.
+    m_fixture->setText(document, u"Root"_s, "{\\rtf1 " + QByteArray(400, 'a') + "\\par b\\par c}");
+    QCOMPARE(visiblePieces(m_fixture->extent(document, u"Root"_s, false), 4).size(), 2);
+}
+
+void tst_PrintComposition::whatBelongsTogetherIsNotBroken()
+{
+    Document &document = m_fixture->plant({u"Root"_s});
+    const PrintExtent extent{&document, document.tree.root(), false};
+    m_fixture->setText(document, u"Root"_s,
+                       "{\\rtf1 a\\par\\trowd\\cellx1000\\cellx2000\\intbl b\\cell c\\cell\\row\\pard d\\par e}");
+    const QList<QStringList> table = visiblePieces(extent, 1);
+    QCOMPARE(table.size(), 2);
+    QCOMPARE(table.last(), QStringList(u"e"_s));
+    m_fixture->setText(document, u"Root"_s, "{\\rtf1 a\\par\\keepn b\\par\\keepn c\\par\\pard d\\par e}");
+    const QList<QStringList> kept = visiblePieces(extent, 1);
+    QCOMPARE(kept, QList<QStringList>({{u"Root"_s, u"a"_s}, {u"b"_s, u"c"_s, u"d"_s}, {u"e"_s}}));
 }
 
 void tst_PrintComposition::aLongChainIsNoTrouble()

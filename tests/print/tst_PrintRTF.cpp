@@ -66,6 +66,7 @@ private Q_SLOTS:
     void tinyPaperStillGetsText();
     void aShownLineIsTwoThirdsAtLeast();
 
+    void everyPrinterCountsTheSameDots();
     void aShortTextIsOnePage();
     void aTextThatEndsAtThePagesEndNeedsNoOtherPage();
     void pagesBeginWhereTheLastOneEnded();
@@ -135,6 +136,14 @@ void tst_PrintRTF::aShownLineIsTwoThirdsAtLeast()
     QCOMPARE(leastShownWidth(9360), 6240);
     QCOMPARE(leastShownWidth(9361), 6241);
     QCOMPARE(leastShownWidth(9362), 6241);
+}
+
+void tst_PrintRTF::everyPrinterCountsTheSameDots()
+{
+    // Twice as many would halve the length of a text that can be laid out.
+    m_printer->setResolution(1200);
+    QCOMPARE(print(plant(lines(linesAPage))).size(), 1);
+    QCOMPARE(m_printer->resolution(), 600);
 }
 
 void tst_PrintRTF::aShortTextIsOnePage()
