@@ -4,6 +4,7 @@
 #include "platform/PageFormatter.h"
 
 #include "platform/LineFilter.h"
+#include "platform/PageFit.h"
 #include "rtf/Looks.h"
 #include "rtf/PlainText.h"
 #include "util/RunTimeError.h"
@@ -57,7 +58,7 @@ void PageFormatter::layOut(QPaintDevice &device, const QSizeF &size, const Place
     m_document->setDocumentMargin(0);
     m_scale = device.logicalDpiX() / screenDpi;
     checkCells();
-    fitPictures(size / m_scale);
+    fitToPage(begin(), last(), size / m_scale);
     scaleIndents(m_scale);
     if (above)
         goOnBelow(*above);
@@ -213,35 +214,12 @@ PageFormatter::Place PageFormatter::end() const
     return {y, format.bottomMargin() * m_scale};
 }
 
-// A picture that is larger than a page is made as large as the page, so that all of it is printed. The size is in
-// pixels of 96 to the inch, as that of pictures.
-void PageFormatter::fitPictures(const QSizeF &size)
-{
-    QTextCursor cursor(m_document.get());
-    for (QTextBlock block = m_document->begin(); block.isValid(); block = block.next()) {
-        for (QTextBlock::iterator it = block.begin(); !it.atEnd(); ++it) {
-            QTextImageFormat picture = it.fragment().charFormat().toImageFormat();
-            if (!picture.isValid() || (picture.width() <= size.width() && picture.height() <= size.height()))
-                continue;
-            const qreal factor = std::min(size.width() / picture.width(), size.height() / picture.height()) * 0.99;
-            const int from = it.fragment().position();
-            const int to = from + it.fragment().length();
-            picture.setWidth(picture.width() * factor);
-            picture.setHeight(picture.height() * factor);
-            cursor.setPosition(from);
-            cursor.setPosition(to, QTextCursor::KeepAnchor);
-            cursor.setCharFormat(picture);
-            it = block.begin();
-        }
-    }
-}
-
 // A layout for another device scales every length but the indents of paragraphs.
 void PageFormatter::scaleIndents(qreal factor)
 {
     QTextCursor cursor(m_document.get());
     cursor.beginEditBlock();
-    for (QTextBlock block = m_document->begin(); block.isValid(); block = block.next()) {
+    for (QTextBlock block = begin(); block.isValid() && block.blockNumber() <= m_lastBlock; block = block.next()) {
         QTextBlockFormat format = block.blockFormat();
         if (format.leftMargin() == 0 && format.rightMargin() == 0 && format.textIndent() == 0)
             continue;

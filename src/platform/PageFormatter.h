@@ -55,7 +55,6 @@ public:
 
 private:
     void layOut(QPaintDevice &device, const QSizeF &size, const Place *above);
-    void fitPictures(const QSizeF &size);
     void goOnBelow(const Place &above);
     void finishLayout();
     void checkCells() const;

@@ -80,6 +80,9 @@ private Q_SLOTS:
     void indentsAreAsWideOnPaper();
     void distancesAreAsTallOnPaper();
     void picturesLargerThanAPageAreMadeToFit();
+    void nothingLiesBeyondThePage_data();
+    void nothingLiesBeyondThePage();
+    void whatFitsKeepsItsPlace();
     void whatStaysWithTheNextGoesToItsPage();
     void aRowOfHeadingsLeavesNoPageEmpty();
     void pagesMayHavePartsOfAPixel();
@@ -313,6 +316,102 @@ void TestPageFormatter::picturesLargerThanAPageAreMadeToFit()
         ++count;
     }
     QCOMPARE(count, pages.pageCount());
+}
+
+namespace
+{
+
+// A page of four inches by three, at a hundred dots to the inch.
+constexpr int coarse = 100;
+
+QImage coarsePage(const QByteArray &rtf)
+{
+    QImage image(4 * coarse, 3 * coarse, QImage::Format_RGB32);
+    image.setDotsPerMeterX(qRound(coarse / 0.0254));
+    image.setDotsPerMeterY(qRound(coarse / 0.0254));
+    image.fill(Qt::white);
+    const FormattedRtf pages(rtf, QFont(QStringLiteral("DejaVu Sans")), image, image.size());
+    QPainter painter(&image);
+    pages.format(&painter, {}, 0);
+    return image;
+}
+
+QRect placeOf(const QImage &image, QRgb colour)
+{
+    QRect place;
+    for (int x = 0; x < image.width(); ++x) {
+        for (int y = 0; y < image.height(); ++y) {
+            if (image.pixel(x, y) == colour) {
+                place |= QRect(x, y, 1, 1);
+            }
+        }
+    }
+    return place;
+}
+
+// A red square without a margin of its own, so many twips wide, which is cut off when it lies beyond the page.
+QByteArray redSquare(int twips)
+{
+    QImage red(10, 10, QImage::Format_RGB32);
+    red.fill(Qt::red);
+    QByteArray png;
+    QBuffer buffer(&png);
+    red.save(&buffer, "png");
+    const QByteArray size = QByteArray::number(twips);
+    return "{\\pict\\pngblip\\picwgoal" + size + "\\pichgoal" + size + " " + png.toHex() + "}";
+}
+
+} // namespace
+
+void TestPageFormatter::nothingLiesBeyondThePage_data()
+{
+    QTest::addColumn<QByteArray>("rtf");
+    const QByteArray square = redSquare(300);
+    QTest::newRow("the last column of a wide table")
+        << "{\\rtf1\\trowd\\cellx6000\\cellx12000\\intbl x\\cell " + square + "\\cell\\row\\pard}";
+    QTest::newRow("a table that begins far right")
+        << "{\\rtf1\\trowd\\trleft9000\\cellx9400\\cellx12000\\intbl x\\cell " + square + "\\cell\\row\\pard}";
+    QTest::newRow("a table that begins too far left")
+        << "{\\rtf1\\trowd\\trleft-900\\cellx3000\\intbl " + square + "\\cell\\row\\pard}";
+    QTest::newRow("a left indent") << "{\\rtf1\\li9000 " + square + "}";
+    QTest::newRow("a left indent before the page") << "{\\rtf1\\li-2000 " + square + "}";
+    QTest::newRow("a right indent") << "{\\rtf1\\ri9000 " + square + "}";
+    QTest::newRow("both indents") << "{\\rtf1\\li3000\\ri3000 " + square + "}";
+    QTest::newRow("a first line's indent") << "{\\rtf1\\fi9000 " + square + "}";
+    QTest::newRow("a first line before the page") << "{\\rtf1\\fi-2000 " + square + "}";
+    QTest::newRow("an indent in a cell") << "{\\rtf1\\trowd\\cellx2000\\cellx4000\\intbl x\\cell\\li9000 " + square +
+                                                "\\cell\\row\\pard}";
+}
+
+void TestPageFormatter::nothingLiesBeyondThePage()
+{
+    QFETCH(const QByteArray, rtf);
+    const QRect place = placeOf(coarsePage(rtf), qRgb(255, 0, 0));
+    constexpr int side = 300 * coarse / 1440;
+    QVERIFY2(qAbs(place.width() - side) <= 1 && qAbs(place.height() - side) <= 1,
+             qPrintable(QStringLiteral("%1 x %2").arg(place.width()).arg(place.height())));
+}
+
+void TestPageFormatter::whatFitsKeepsItsPlace()
+{
+    // A picture as wide as the page, in a paragraph that is not: it stays a square.
+    const QRect picture = placeOf(coarsePage("{\\rtf1\\li1440\\ri720 " + redSquare(4 * 1440) + "}"), qRgb(255, 0, 0));
+    QVERIFY2(qAbs(picture.left() - coarse) <= 1, qPrintable(QString::number(picture.left())));
+    QVERIFY2(picture.width() > 5 * coarse / 2 - 5 && picture.width() <= 5 * coarse / 2,
+             qPrintable(QString::number(picture.width())));
+    QVERIFY(qAbs(picture.width() - picture.height()) <= 1);
+    // In a cell as well.
+    const QRect cell = placeOf(
+        coarsePage("{\\rtf1\\trowd\\cellx1440\\cellx2880\\intbl x\\cell " + redSquare(4 * 1440) + "\\cell\\row\\pard}"),
+        qRgb(255, 0, 0));
+    QVERIFY(cell.left() >= coarse && cell.right() <= 2 * coarse && cell.width() > coarse * 8 / 10);
+    // What is no wider than the page is not touched.
+    const QRect table = placeOf(
+        coarsePage("{\\rtf1\\trowd\\cellx2880\\cellx5600\\intbl x\\cell " + redSquare(720) + "\\cell\\row\\pard}"),
+        qRgb(255, 0, 0));
+    QVERIFY(table.left() >= 2 * coarse && table.left() < 2 * coarse + 10);
+    const QRect indent = placeOf(coarsePage("{\\rtf1\\li1440\\fi720 " + redSquare(720) + "}"), qRgb(255, 0, 0));
+    QCOMPARE(indent.left(), 3 * coarse / 2);
 }
 
 void TestPageFormatter::whatStaysWithTheNextGoesToItsPage()
