@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <set>
+#include <unordered_set>
 
 using namespace Qt::StringLiterals;
 
@@ -177,17 +178,12 @@ void EntryTree::renewInsertion(Entry *entry)
 
 void EntryTree::remove(Entry *entry)
 {
-    if (m_selected && (m_selected == entry || entry->isAncestorOf(m_selected)))
-        select(nullptr);
-    dropReferencesInto(entry);
+    dropReferences([entry](const Entry *each) { return each == entry || entry->isAncestorOf(each); });
     Entry *parent = entry->m_parent;
     const int row = entry->m_row;
     if (announcing())
         beginRemoveRows(indexOf(parent), row, row);
-    for (Entry *gone = entry; gone; gone = nextInOutline(gone, entry)) {
-        m_collection.remove(gone);
-        m_taggedCount -= gone->m_tagged ? 1 : 0;
-    }
+    forget(entry);
     std::unique_ptr<Entry> removed;
     if (parent) {
         std::vector<std::unique_ptr<Entry>> &siblings = parent->m_children;
@@ -199,6 +195,31 @@ void EntryTree::remove(Entry *entry)
     }
     if (announcing())
         endRemoveRows();
+}
+
+void EntryTree::removeAll(const std::vector<Entry *> &entries)
+{
+    const BulkChange bulk(*this);
+    const std::unordered_set<const Entry *> tops(entries.begin(), entries.end());
+    dropReferences([&tops](const Entry *each) {
+        while (each && !tops.contains(each))
+            each = each->m_parent;
+        return each != nullptr;
+    });
+    std::unordered_set<Entry *> parents;
+    for (Entry *entry : entries) {
+        forget(entry);
+        parents.insert(entry->m_parent);
+    }
+    // Closing the gap behind every single one would cost its number of siblings each time.
+    for (Entry *parent : parents) {
+        if (!parent) {
+            m_root.reset();
+            continue;
+        }
+        std::erase_if(parent->m_children, [&tops](const auto &child) { return tops.contains(child.get()); });
+        renumber(parent, 0);
+    }
 }
 
 void EntryTree::clear()
@@ -366,15 +387,26 @@ void EntryTree::renumber(Entry *parent, int fromRow)
         parent->m_children[static_cast<size_t>(row)]->m_row = row;
 }
 
-void EntryTree::dropReferencesInto(const Entry *subtree)
+// Takes a subtree that goes out of all that is counted and numbered.
+void EntryTree::forget(Entry *subtree)
 {
-    const auto inside = [subtree](const Entry *entry) { return entry == subtree || subtree->isAncestorOf(entry); };
+    for (Entry *gone = subtree; gone; gone = nextInOutline(gone, subtree)) {
+        m_collection.remove(gone);
+        m_taggedCount -= gone->m_tagged ? 1 : 0;
+    }
+}
+
+// Lets go of every entry that goes.
+void EntryTree::dropReferences(const std::function<bool(const Entry *)> &goes)
+{
+    if (m_selected && goes(m_selected))
+        select(nullptr);
     const std::vector<EntryRef *> references = m_references;
     for (EntryRef *reference : references) {
-        if (inside(reference->entry()))
+        if (goes(reference->entry()))
             reference->clear();
     }
-    if (m_pendingEntry && inside(m_pendingEntry)) {
+    if (m_pendingEntry && goes(m_pendingEntry)) {
         m_pendingEntry = nullptr;
         m_pendingSource = nullptr;
     }

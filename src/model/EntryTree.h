@@ -53,6 +53,8 @@ public:
     void renewInsertion(Entry *entry);
     // Removes an entry with its subtree; a selection inside is dropped.
     void remove(Entry *entry);
+    // The same for many, none of which lies inside another; announced as one reset.
+    void removeAll(const std::vector<Entry *> &entries);
     void clear();
 
     // "KEY" + the path: "0" for the root, and the parent's path + "." + the 1-based place for any other entry. Always
@@ -128,7 +130,8 @@ private:
     Entry *attach(std::unique_ptr<Entry> subtree, const Place &place);
     void requireRoomFor(int more) const;
     void renumber(Entry *parent, int fromRow);
-    void dropReferencesInto(const Entry *subtree);
+    void forget(Entry *subtree);
+    void dropReferences(const std::function<bool(const Entry *)> &goes);
     void sortChildren(Entry *entry);
 
     bool announcing() const { return m_bulkDepth == 0; }

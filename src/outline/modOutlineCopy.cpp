@@ -53,8 +53,15 @@ void deleteAll(Document &document, const std::vector<Entry *> &entries)
         return;
     const modNodes::ActionScope action;
     const BulkChange bulk(document.tree);
-    for (Entry *entry : entries)
-        modNodes::NodeDelete(document, entry);
+    std::unordered_set<Entry *> parents;
+    for (const Entry *entry : entries)
+        parents.insert(entry->parent());
+    document.tree.removeAll(entries);
+    // As NodeDelete does for each.
+    for (Entry *parent : parents) {
+        if (parent->childCount() == 0)
+            document.tree.setExpanded(parent, false);
+    }
 }
 
 void select(Document &document, Entry *entry)

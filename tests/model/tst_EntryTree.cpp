@@ -78,6 +78,9 @@ private Q_SLOTS:
     void removalOfTheSelectionDropsIt_data();
     void removalOfTheSelectionDropsIt();
     void removalOfTheRootEmptiesTheTree();
+    void removalOfManyIsOneReset();
+    void removalOfManyLetsGoOfWhatGoes();
+    void removalOfManyMayTakeTheRoot();
     void clearingIsOneReset();
 
     void keysFollowThePlaces();
@@ -435,6 +438,52 @@ void tst_EntryTree::removalOfTheSelectionDropsIt()
     watched.tree.remove(watched[removed]);
     QCOMPARE(watched.tree.selected(), dropped ? nullptr : watched[selected]);
     QCOMPARE(changed.count(), dropped ? 1 : 0);
+}
+
+void tst_EntryTree::removalOfManyIsOneReset()
+{
+    WatchedTree watched;
+    QSignalSpy reset(&watched.tree, &QAbstractItemModel::modelReset);
+    QSignalSpy removed(&watched.tree, &QAbstractItemModel::rowsRemoved);
+    watched.tree.removeAll({watched[u"C"_s], watched[u"A1"_s], watched[u"A2"_s], watched[u"B1"_s]});
+    QCOMPARE(dumpOutline(watched.tree), QStringList({u"Root +"_s, u" A +"_s, u" B"_s}));
+    QCOMPARE(watched.tree.brokenInvariant(), QString());
+    QCOMPARE(reset.count(), 1);
+    QCOMPARE(removed.count(), 0);
+    watched.tree.removeAll({});
+    QCOMPARE(watched.tree.entryCount(), 3);
+}
+
+void tst_EntryTree::removalOfManyLetsGoOfWhatGoes()
+{
+    WatchedTree watched;
+    EntryTree &tree = watched.tree;
+    tree.select(watched[u"A2"_s]);
+    const EntryRef gone(&tree, watched[u"A1"_s]);
+    const EntryRef kept(&tree, watched[u"B1"_s]);
+    bool asked = false;
+    tree.setPendingText(watched[u"A2"_s], [&asked] {
+        asked = true;
+        return QByteArray();
+    });
+    tree.removeAll({watched[u"A"_s], watched[u"C"_s]});
+    QVERIFY(!tree.selected());
+    QVERIFY(!gone.entry());
+    QCOMPARE(kept.entry(), watched[u"B1"_s]);
+    QCOMPARE(tree.taggedCount(), 0);
+    tree.resolvePendingText();
+    QVERIFY(!asked);
+    QCOMPARE(dumpOutline(tree), QStringList({u"Root +"_s, u" B"_s, u"  B1"_s}));
+}
+
+void tst_EntryTree::removalOfManyMayTakeTheRoot()
+{
+    WatchedTree watched;
+    watched.tree.removeAll({watched.tree.root()});
+    QVERIFY(!watched.tree.root());
+    QVERIFY(!watched.tree.selected());
+    QCOMPARE(watched.tree.entryCount(), 0);
+    QCOMPARE(watched.tree.brokenInvariant(), QString());
 }
 
 void tst_EntryTree::removalOfTheRootEmptiesTheTree()
