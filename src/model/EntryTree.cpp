@@ -353,6 +353,8 @@ void EntryTree::setStoredText(Entry *entry, const QByteArray &storedText)
         m_pendingEntry = nullptr;
         m_pendingSource = nullptr;
     }
+    if (entry == m_shown)
+        m_shown = nullptr;
     entry->m_storedText = storedText;
 }
 
@@ -401,6 +403,8 @@ void EntryTree::dropReferences(const std::function<bool(const Entry *)> &goes)
 {
     if (m_selected && goes(m_selected))
         select(nullptr);
+    if (m_shown && goes(m_shown))
+        m_shown = nullptr;
     const std::vector<EntryRef *> references = m_references;
     for (EntryRef *reference : references) {
         if (goes(reference->entry()))

@@ -86,6 +86,12 @@ public:
     void setPendingText(Entry *entry, std::function<QByteArray()> source);
     void resolvePendingText() const;
 
+    // The entry whose text, as it is now, the text pane shows: null once it shows something else, or the text was
+    // changed behind it.
+    const Entry *shownEntry() const { return m_shown; }
+
+    void setShownEntry(const Entry *entry) { m_shown = entry; }
+
     Entry *selected() const { return m_selected; }
 
     void select(Entry *entry);
@@ -139,6 +145,7 @@ private:
     std::unique_ptr<Entry> m_root;
     EntryCollection m_collection;
     Entry *m_selected = nullptr;
+    const Entry *m_shown = nullptr;
     std::vector<EntryRef *> m_references;
     mutable Entry *m_pendingEntry = nullptr;
     mutable std::function<QByteArray()> m_pendingSource;

@@ -148,7 +148,9 @@ void NodeSelectFull(Document &document, Entry *entry)
             document.tree.select(entry);
             document.tree.expandAncestors(entry);
             document.trvOutline.ScrollTo(entry);
-            NodeTextGet(document, entry);
+            // Shown again, the text would lose the caret's place and what can be undone.
+            if (document.tree.shownEntry() != entry)
+                NodeTextGet(document, entry);
             document.trvOutline.ClearDropHighlight();
             document.notice.clear();
             ports().commands->UpdateStatusBar(entry);

@@ -32,7 +32,8 @@ void NodeGoDown(Document &document);
 
 // Selects an entry: only marks it while the busy flag is set, else as NodeSelectFull. Nothing for no entry.
 void NodeSelect(Document &document, Entry *entry);
-// Selects an entry, shows its row and its text, and refreshes the command state.
+// Selects an entry, shows its row and its text, unless the text pane shows that already, and refreshes the command
+// state.
 void NodeSelectFull(Document &document, Entry *entry);
 
 void NodeTagOn(Document &document, Entry *entry);

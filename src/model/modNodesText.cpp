@@ -71,16 +71,21 @@ void NodeTextGet(Document &document, Entry *entry)
     procedure(textGetName, [&] {
         // The pane's content is still the source of a text that was changed and not read since.
         document.tree.resolvePendingText();
+        document.tree.setShownEntry(nullptr);
         const QByteArray text = entry ? textOf(document.tree, entry) : QByteArray();
         const TextLoadingScope loading(document.txtRTF);
         document.txtRTF.setTextRTF(text);
+        document.tree.setShownEntry(entry);
     });
 }
 
 void NodeTextPut(Document &document, Entry *entry)
 {
     procedure("modNodes NodeTextPut", [&] {
-        if (bTextLoading || !entry)
+        if (bTextLoading)
+            return;
+        document.tree.setShownEntry(entry);
+        if (!entry)
             return;
         // Made when somebody reads it: compressing a long text at every key would make typing slow.
         document.tree.setPendingText(entry,

@@ -415,8 +415,11 @@ void frmDocument::trvOutline_Collapse(Entry *entry)
 void frmDocument::txtRTF_Change()
 {
     procedure("frmDocument txtRTF_Change", [this] {
-        if (bBusy || g_iSearchMode != 0)
+        if (bBusy || g_iSearchMode != 0) {
+            // What is shown now may be no entry's text.
+            m_document->tree.setShownEntry(nullptr);
             return;
+        }
         m_document->m_bDataChanged = true;
         modNodes::NodeTextPut(*m_document, m_document->tree.selected());
     });

@@ -9,6 +9,7 @@
 #include "model/modNodes.h"
 #include "outline/EntryDrag.h"
 #include "outline/modOutline.h"
+#include "platform/RichTextBox.h"
 
 #include <QLineEdit>
 #include <QRandomGenerator>
@@ -122,6 +123,8 @@ private:
     void expandToLevel();
     void rename();
     void type();
+    void undo();
+    void changeBehindThePane();
     void select(const Pair &pair);
     void tagOne();
     void openOrCloseOne();
@@ -181,6 +184,8 @@ const std::vector<Player::Command> &Player::commands()
         both("sort all", 1, OutlineSortAll, &Literal::sortAll),
         {"rename", 5, &Player::rename},
         {"type", 4, &Player::type},
+        {"undo", 3, &Player::undo},
+        {"change a text behind the pane", 2, &Player::changeBehindThePane},
         {"select", 25, [](Player &p) { p.select(p.drawEntry()); }},
         {"go down", 2,
          [](Player &p) {
@@ -336,14 +341,46 @@ void Player::rename()
 
 void Player::type()
 {
-    if (!literal().selected())
-        return;
     TextPane &pane = document().txtRTF;
     pane.setSelText(u"text %1 "_s.arg(++m_texts));
     // A fake pane does not tell of its change.
     if (m_panes != Panes::RealWindow)
         modNodes::NodeTextPut(document(), document().tree.selected());
+    if (!literal().selected()) {
+        // It is nobody's text, and goes when an entry is selected.
+        m_windows.active->textShown = false;
+        return;
+    }
     literal().selected()->text = NodeTextCompressIfRequired(pane.TextRTF());
+}
+
+void Player::undo()
+{
+    if (m_panes != Panes::RealWindow || !literal().selected())
+        return;
+    auto &box = dynamic_cast<RichTextBox &>(document().txtRTF);
+    if (!box.document()->isUndoAvailable())
+        return;
+    box.undo();
+    literal().selected()->text = NodeTextCompressIfRequired(box.TextRTF());
+}
+
+// As an import or a replacement in all texts does, and a search that shows one text after the other.
+void Player::changeBehindThePane()
+{
+    const Pair changed = drawEntry();
+    if (!changed.entry)
+        return;
+    if (oneIn(2)) {
+        changed.slow->text = NodeTextCompressIfRequired("text " + QByteArray::number(++m_texts));
+        document().tree.setStoredText(changed.entry, changed.slow->text);
+    } else {
+        modNodes::NodeTextGet(document(), changed.entry);
+    }
+    if (literal().selected())
+        select({document().tree.selected(), literal().selected()});
+    else
+        m_windows.active->textShown = false;
 }
 
 void Player::select(const Pair &pair)

@@ -32,6 +32,11 @@ private Q_SLOTS:
     void typingIsStoredWhenAnotherEntryIsClicked();
     void typingMarksTheDocumentChanged();
     void selectingWithTheArrowKeysShowsTheEntrysText();
+    void anEntryThatMovesKeepsCaretAndUndo_data();
+    void anEntryThatMovesKeepsCaretAndUndo();
+    void aTextChangedBehindThePaneIsShownAnew();
+    void aTextShownByASearchGivesWayToTheSelectedEntrys();
+    void whatIsTypedWithNothingSelectedGoesWithTheNextSelection();
     void focusFlagsFollowThePanes();
     void tabMovesBetweenThePanes();
     void f2EditsTheLabelInPlace();
@@ -163,6 +168,82 @@ void tst_frmDocument::selectingWithTheArrowKeysShowsTheEntrysText()
     QTest::keyClick(form().treeView, Qt::Key_Down);
     QCOMPARE(opened.txtRTF.Text(), u"Text of Second"_s);
     QCOMPARE(m_fixture->fakes.commands.statusText, u"Second"_s);
+}
+
+void tst_frmDocument::anEntryThatMovesKeepsCaretAndUndo_data()
+{
+    QTest::addColumn<int>("key");
+    QTest::newRow("down") << int(Qt::Key_Down);
+    QTest::newRow("last") << int(Qt::Key_End);
+    QTest::newRow("a click on its row") << 0;
+}
+
+void tst_frmDocument::anEntryThatMovesKeepsCaretAndUndo()
+{
+    QFETCH(const int, key);
+    Document &opened = openThreeEntries();
+    Entry *first = opened.tree.root()->child(0);
+    clickOn(first);
+    RichTextBox &box = *form().textBox;
+    box.setFocus();
+    opened.txtRTF.setSelStart(4);
+    QTest::keyClicks(&box, u"ual"_s);
+    const QString typed = u"Textual of First"_s;
+    // As a save does.
+    opened.tree.resolvePendingText();
+    if (key != 0)
+        QTest::keyClick(&box, Qt::Key(key), Qt::AltModifier);
+    else
+        clickOn(first);
+    QCOMPARE(first->row(), key != 0 ? 1 : 0);
+    QCOMPARE(opened.txtRTF.Text(), typed);
+    QCOMPARE(opened.txtRTF.SelStart(), 7);
+    box.undo();
+    QCOMPARE(opened.txtRTF.Text(), u"Text of First"_s);
+    QCOMPARE(textOf(first), u"Text of First"_s);
+    clickOn(opened.tree.root()->child(1 - first->row()));
+    QCOMPARE(opened.txtRTF.Text(), u"Text of Second"_s);
+    clickOn(first);
+    QCOMPARE(opened.txtRTF.Text(), u"Text of First"_s);
+}
+
+void tst_frmDocument::aTextChangedBehindThePaneIsShownAnew()
+{
+    Document &opened = openThreeEntries();
+    Entry *first = opened.tree.root()->child(0);
+    clickOn(first);
+    QTest::keyClicks(form().textBox, u"lost "_s);
+    opened.tree.setStoredText(first, "replaced");
+    clickOn(first);
+    QCOMPARE(opened.txtRTF.Text(), u"replaced"_s);
+}
+
+void tst_frmDocument::aTextShownByASearchGivesWayToTheSelectedEntrys()
+{
+    Document &opened = openThreeEntries();
+    Entry *first = opened.tree.root()->child(0);
+    clickOn(first);
+    modNodes::NodeTextGet(opened, opened.tree.root()->child(1));
+    clickOn(first);
+    QCOMPARE(opened.txtRTF.Text(), u"Text of First"_s);
+    // What a search does to the pane is no entry's text either.
+    g_iSearchMode = 1;
+    opened.txtRTF.setSelText(u"nobody's"_s);
+    g_iSearchMode = 0;
+    clickOn(first);
+    QCOMPARE(opened.txtRTF.Text(), u"Text of First"_s);
+}
+
+void tst_frmDocument::whatIsTypedWithNothingSelectedGoesWithTheNextSelection()
+{
+    Document &opened = openThreeEntries();
+    Entry *first = opened.tree.root()->child(0);
+    clickOn(first);
+    opened.tree.select(nullptr);
+    QTest::keyClicks(form().textBox, u"nobody's"_s);
+    modNodes::NodeSelect(opened, first);
+    QCOMPARE(opened.txtRTF.Text(), u"Text of First"_s);
+    QCOMPARE(opened.tree.storedText(first), QByteArray("Text of First"));
 }
 
 void tst_frmDocument::focusFlagsFollowThePanes()
