@@ -89,6 +89,17 @@ sleep 0.5
 key alt+y
 save_and_expect '0.1 tagged visible First: '
 
+# Labels in a row: Alt+B in a label's editor takes the label and opens the next. Alt with no command types nothing.
+key shift+Tab
+key alt+b
+text "one"
+key alt+z
+key alt+b
+text "two"
+key Return
+save_and_expect '0.2 visible one: '
+expect_dump "$work/small.qly" '0.3 visible two: '
+
 quit_program
 grep -q 'Error' "$work/bin/Quillery.log" && fail "the session log tells of errors: $(cat "$work/bin/Quillery.log")"
 
