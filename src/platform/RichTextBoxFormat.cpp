@@ -285,7 +285,7 @@ void RichTextBox::setSelBullet(bool on)
         QTextCursor(block).setBlockFormat(format);
         if (!on)
             return;
-        if (list) {
+        if (list && list->count() < rtf::longestBulletList) {
             list->add(block);
             return;
         }

@@ -133,7 +133,11 @@ QTextList *ListPlacer::find(const ParaState &para, bool isInList)
     const auto level = legacyPlace > 0 ? 0 : para[ParaNumber::ListLevel];
     auto &lists = levels(para).lists;
     std::fill(lists.begin() + level + 1, lists.end(), nullptr);
-    return lists[std::size_t(level)];
+    QTextList *list = lists[std::size_t(level)];
+    // The numbers of a list are counted through the whole of it; bullets can go on in another one.
+    const bool isFull = list != nullptr && list->count() >= longestBulletList &&
+                        listLook(list->format()).kind == int(NumberKind::Bullet);
+    return isFull ? nullptr : list;
 }
 
 void ListPlacer::join(const ParaState &para, QTextList *list)

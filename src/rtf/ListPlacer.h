@@ -30,7 +30,7 @@ public:
     // What a paragraph's list looks like, none if it is in no list; the indents that come from the list are put in.
     std::optional<ListLook> look(ParaState &para, const Tables &tables) const;
 
-    // The list so far, null if the paragraph begins one; call join() then.
+    // The list so far, null if the paragraph begins one or a long one of bullets goes on in another; call join() then.
     QTextList *find(const ParaState &para, bool isInList);
 
     // The paragraph is in this list from now on.

@@ -38,4 +38,8 @@ enum Property : int {
     ListFontProperty,  // QString: the label's family
 };
 
+// How many paragraphs a list of bullets has at most before another one goes on in its place: each paragraph that joins
+// a list makes the document look at all of that list.
+constexpr int longestBulletList = 500;
+
 } // namespace rtf

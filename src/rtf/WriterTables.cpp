@@ -80,7 +80,8 @@ bool WriterTables::fits(const Group &group, const ListLook &look, const QTextLis
     }
     ListLook known = group.levels[level].look;
     known.group = look.group;
-    return known == look && (group.levels[level].list == nullptr || group.levels[level].list == &list);
+    const bool isCounted = look.kind != int(NumberKind::Bullet);
+    return known == look && (!isCounted || group.levels[level].list == nullptr || group.levels[level].list == &list);
 }
 
 WriterTables::ListPlace WriterTables::list(const QTextList &list, const ParaLook &paragraph)

@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QImage>
 #include <QLineEdit>
 #include <QMimeData>
@@ -89,6 +90,7 @@ private Q_SLOTS:
     void sizesInPixelsAndStepsGiveWay();
     void colours();
     void bullets();
+    void bulletsOnALongText();
     void indents();
     void aBulletDoesNotMoveTheIndent();
     void alignments();
@@ -568,6 +570,28 @@ void tst_RichTextBox::bullets()
     QCOMPARE(m_box->SelBullet(), std::optional(false));
     m_box->setSelBullet(true);
     QCOMPARE(m_box->SelBullet(), std::optional(true));
+}
+
+void tst_RichTextBox::bulletsOnALongText()
+{
+    m_box->setTextRTF("{\\rtf1 " + QByteArray("A paragraph of a long text.\\par ").repeated(10'000) + "}");
+    const QByteArray before = m_box->TextRTF();
+    select(0, static_cast<int>(m_box->Text().size()));
+    QElapsedTimer timer;
+    timer.start();
+    m_box->setSelBullet(true);
+    QCOMPARE(m_box->SelBullet(), std::optional(true));
+    const QByteArray after = m_box->TextRTF();
+    m_box->undo();
+    QCOMPARE(m_box->TextRTF(), before);
+    m_box->redo();
+    QCOMPARE(m_box->TextRTF(), after);
+    m_box->setTextRTF(after);
+    QCOMPARE(m_box->TextRTF(), after);
+    select(0, static_cast<int>(m_box->Text().size()));
+    QCOMPARE(m_box->SelBullet(), std::optional(true));
+    // Some 0.5 seconds. In one list it would take 15.
+    QVERIFY2(timer.elapsed() < 5000, qPrintable(QString::number(timer.elapsed())));
 }
 
 void tst_RichTextBox::indents()

@@ -54,6 +54,17 @@ void TestRtfFixedPoint::readWriteReadWrite_data()
     row("old bullets",
         "{\\pntext\\f1\\'B7\\tab}{\\*\\pn\\pnlvlblt\\pnf1\\pnindent360{\\pntxtb\\'B7}}\\fi-360\\li720 one\\par"
         "{\\pntext\\f1\\'B7\\tab}two\\par\\pard three\\par");
+    QByteArray many;
+    for (int i = 0; i < 1200; ++i)
+        many += i % 3 == 0 ? "\\ilvl1 deeper\\par\\ilvl0 " : "bullet\\par ";
+    QTest::newRow("many bullets") << "{\\rtf1{\\fonttbl{\\f0 Arial;}{\\f1\\fcharset2 Symbol;}}{\\*\\listtable{\\list"
+                                     "{\\listlevel\\levelnfc23{\\leveltext\\'01\\'b7;}{\\levelnumbers;}\\f1}"
+                                     "{\\listlevel\\levelnfc23{\\leveltext\\'01\\'b7;}{\\levelnumbers;}\\f1}"
+                                     "\\listid7}}{\\*\\listoverridetable{\\listoverride\\listid7"
+                                     "\\listoverridecount0\\ls4}}\\f0\\fs20\\ls4\\ilvl0 " +
+                                         many + "}";
+    row("many old bullets", "{\\*\\pn\\pnlvlblt\\pnf1\\pnindent360{\\pntxtb\\'B7}}\\fi-360\\li720 " +
+                                QByteArray("one\\par ").repeated(1200));
     row("old numbers", "{\\*\\pn\\pnlvlbody\\pndec\\pnstart3{\\pntxtb (}{\\pntxta )}}\\fi-360\\li720 one\\par "
                        "two\\par\\pard between\\par"
                        "{\\*\\pn\\pnlvlbody\\pnucrm{\\pntxta .}}\\li720 other\\par");

@@ -13,6 +13,7 @@ class TestRtfRead : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void aLongListOfBulletsIsSeveralAndOneOfNumbersIsNot();
     void recognisesRtf();
     void characters_data();
     void characters();
@@ -167,6 +168,25 @@ void TestRtfRead::appendKeepsTheLookOfEveryParagraph()
         QCOMPARE(rtf::write(added), rtf::write(whole));
         QCOMPARE(rtf::plainText(added), rtf::plainText(whole));
     }
+}
+
+void TestRtfRead::aLongListOfBulletsIsSeveralAndOneOfNumbersIsNot()
+{
+    const auto lists = [](const QByteArray &kind) {
+        const auto document =
+            rtftest::documentOf("{\\rtf1{\\*\\pn" + kind + "}" + QByteArray("one\\par ").repeated(1200) + "}");
+        QList<int> counts;
+        const QTextList *last = nullptr;
+        for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
+            if (block.textList() && block.textList() != last)
+                counts.append(block.textList()->count());
+            last = block.textList();
+        }
+        // Written as one list all the same.
+        return std::pair(counts, rtf::write(*document).count("{\\listoverride\\"));
+    };
+    QCOMPARE(lists("\\pnlvlblt{\\pntxtb\\'B7}"), std::pair(QList<int>({500, 500, 200}), qsizetype(1)));
+    QCOMPARE(lists("\\pnlvlbody\\pndec{\\pntxta .}"), std::pair(QList<int>({1200}), qsizetype(1)));
 }
 
 QTEST_MAIN(TestRtfRead)
