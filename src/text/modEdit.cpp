@@ -21,13 +21,16 @@ namespace
 
 constexpr int indentStep = 300; // twips
 
-// Runs a command on the text pane of the active document, under its name.
+// Runs a command on the text pane of the active document, under its name. On a long text it may take a while.
 template <typename Body>
 void onActiveText(const char *name, Body &&body)
 {
     procedure(name, [&] {
-        if (Document *document = DocumentActive())
-            body(document->txtRTF);
+        Document *document = DocumentActive();
+        if (!document)
+            return;
+        const HourglassPointer hourglass;
+        body(document->txtRTF);
     });
 }
 
@@ -162,11 +165,16 @@ void EditSelectAll()
 
 void EditClearEntryText()
 {
-    onActiveText("modEdit EditClearEntryText", [](TextPane &pane) {
+    procedure("modEdit EditClearEntryText", [] {
+        Document *document = DocumentActive();
+        if (!document)
+            return;
         const Answer answer = ports().dialogs->askPlainly(
             u"Are you sure that you want to delete all the text for this entry?"_s, Answer::Yes);
-        if (answer == Answer::Yes)
-            pane.clearText();
+        if (answer != Answer::Yes)
+            return;
+        const HourglassPointer hourglass;
+        document->txtRTF.clearText();
     });
 }
 

@@ -95,6 +95,10 @@ private Q_SLOTS:
     void everyCommandIsOneStepToUndo();
     void changesOfCaseOnRandomTexts();
 
+    void everyCommandShowsTheHourglass_data() { everyCommand(); }
+
+    void everyCommandShowsTheHourglass();
+
     void withoutADocumentNothingHappens_data() { everyCommand(); }
 
     void withoutADocumentNothingHappens();
@@ -590,6 +594,18 @@ void tst_modEdit::changesOfCaseOnRandomTexts()
         const QString changed = isUpper ? selected.toUpper() : selected.toLower();
         QCOMPARE(m_box->Text(), QString(text).replace(begin, selected.size(), changed));
     }
+}
+
+void tst_modEdit::everyCommandShowsTheHourglass()
+{
+    QFETCH(const Command, command);
+    show("text");
+    selectAll();
+    m_fake->dialogs.answers = {Answer::Yes};
+    command();
+    m_fake->dialogs.answers.clear();
+    QCOMPARE(m_fake->pointer.timesHourglass, 1);
+    QVERIFY(!m_fake->pointer.hourglass);
 }
 
 void tst_modEdit::withoutADocumentNothingHappens()
