@@ -4,6 +4,7 @@
 #include "search/clsHistory.h"
 
 #include "util/Blanks.h"
+#include "util/Procedure.h"
 #include "util/SettingsStore.h"
 
 #include <limits>
@@ -28,39 +29,45 @@ QString clsHistory::entryAt(bool &atEnd) const
 
 void clsHistory::Load(const SettingsStore &settings)
 {
-    m_entries = {QString()};
-    const SettingsStore::Section section = settings.section(Section);
-    for (const auto &[key, value] : section) {
-        bool isNumber = false;
-        const int place = key.toInt(&isNumber);
-        // A key that is no place in the list is not ours.
-        if (!isNumber || place < 0 || place > std::numeric_limits<qint16>::max())
-            continue;
-        m_entries.resize(place + 1);
-        m_entries[place] = value;
-    }
+    procedure("clsHistory Load", [&] {
+        m_entries = {QString()};
+        const SettingsStore::Section section = settings.section(Section);
+        for (const auto &[key, value] : section) {
+            bool isNumber = false;
+            const int place = key.toInt(&isNumber);
+            // A key that is no place in the list is not ours.
+            if (!isNumber || place < 0 || place > std::numeric_limits<qint16>::max())
+                continue;
+            m_entries.resize(place + 1);
+            m_entries[place] = value;
+        }
+    });
 }
 
 void clsHistory::Save(SettingsStore &settings) const
 {
-    const SettingsStore::Section section = settings.section(Section);
-    for (const auto &[key, value] : section)
-        settings.removeValue(Section, key);
-    for (qsizetype i = 0; i < m_entries.size(); ++i)
-        settings.setValue(Section, QString::number(i + 1), m_entries[i]);
+    procedure("clsHistory Save", [&] {
+        const SettingsStore::Section section = settings.section(Section);
+        for (const auto &[key, value] : section)
+            settings.removeValue(Section, key);
+        for (qsizetype i = 0; i < m_entries.size(); ++i)
+            settings.setValue(Section, QString::number(i + 1), m_entries[i]);
+    });
 }
 
 void clsHistory::Store(const QString &expression)
 {
-    const QString head = withoutOuterBlanks(expression);
-    QStringList entries{head};
-    qint16 count = 0;
-    for (const QString &entry : std::as_const(m_entries)) {
-        const QString trimmed = withoutOuterBlanks(entry);
-        if (trimmed.isEmpty() || trimmed == head)
-            continue;
-        if (++count < MaxEntries)
-            entries.append(entry);
-    }
-    m_entries = entries;
+    procedure("clsHistory Store", [&] {
+        const QString head = withoutOuterBlanks(expression);
+        QStringList entries{head};
+        qint16 count = 0;
+        for (const QString &entry : std::as_const(m_entries)) {
+            const QString trimmed = withoutOuterBlanks(entry);
+            if (trimmed.isEmpty() || trimmed == head)
+                continue;
+            if (++count < MaxEntries)
+                entries.append(entry);
+        }
+        m_entries = entries;
+    });
 }

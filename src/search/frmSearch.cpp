@@ -97,15 +97,16 @@ void frmSearch::makeControls()
             cmbInput[i]->setInsertPolicy(QComboBox::NoInsert);
             cmbInput[i]->setCompleter(nullptr);
         }
-        connect(cmbInput[i], &QComboBox::editTextChanged, this, &frmSearch::inputChanged);
-        connect(cmbInput[i], &QComboBox::currentIndexChanged, this, &frmSearch::inputChanged);
+        connect(cmbInput[i], &QComboBox::editTextChanged, this, [this] { inputChanged("frmSearch cmbInput_Change"); });
+        connect(cmbInput[i], &QComboBox::currentIndexChanged, this,
+                [this] { inputChanged("frmSearch cmbInput_Click"); });
         grid->addWidget(lblInput[i], row, 0);
         grid->addWidget(cmbInput[i], row, 1);
     }
     for (std::size_t i = 0; i < chkInput.size(); ++i, ++row) {
         chkInput[i] = new QCheckBox(checks[i]);
         chkInput[i]->setObjectName(u"chkInput%1"_s.arg(i));
-        connect(chkInput[i], &QCheckBox::toggled, this, &frmSearch::inputChanged);
+        connect(chkInput[i], &QCheckBox::toggled, this, [this] { inputChanged("frmSearch chkInput_Click"); });
         grid->addWidget(chkInput[i], row, 1);
     }
     auto *line = new QHBoxLayout;
@@ -145,40 +146,46 @@ void frmSearch::Form_Load()
 
 void frmSearch::LoadFindAndReplaceLists()
 {
-    for (auto [history, list] :
-         {std::pair(&g_hisFind, cmbInput[Expression]), std::pair(&g_hisReplace, cmbInput[Replacement])}) {
-        list->clear();
-        history->Load(*searchPorts().settings);
-        bool atEnd = false;
-        for (QString entry = history->FirstEntry(atEnd); !atEnd; entry = history->NextEntry(atEnd))
-            list->addItem(entry);
-    }
+    procedure("frmSearch LoadFindAndReplaceLists", [&] {
+        for (auto [history, list] :
+             {std::pair(&g_hisFind, cmbInput[Expression]), std::pair(&g_hisReplace, cmbInput[Replacement])}) {
+            list->clear();
+            history->Load(*searchPorts().settings);
+            bool atEnd = false;
+            for (QString entry = history->FirstEntry(atEnd); !atEnd; entry = history->NextEntry(atEnd))
+                list->addItem(entry);
+        }
+    });
 }
 
 void frmSearch::ApplySettings()
 {
-    g_bSearchMatchCase = chkInput[MatchCase]->isChecked();
-    g_bSearchWholeWord = chkInput[WholeWord]->isChecked();
-    g_bSearchBackwards = chkInput[Backwards]->isChecked();
-    g_sSearchFind = withoutOuterBlanks(cmbInput[Expression]->currentText());
-    g_sSearchReplace = withoutOuterBlanks(cmbInput[Replacement]->currentText());
-    g_sSearchWhere = withoutOuterBlanks(cmbInput[Where]->currentText());
-    g_sSearchScope = QString::number(cmbInput[Where]->currentIndex());
+    procedure("frmSearch ApplySettings", [&] {
+        g_bSearchMatchCase = chkInput[MatchCase]->isChecked();
+        g_bSearchWholeWord = chkInput[WholeWord]->isChecked();
+        g_bSearchBackwards = chkInput[Backwards]->isChecked();
+        g_sSearchFind = withoutOuterBlanks(cmbInput[Expression]->currentText());
+        g_sSearchReplace = withoutOuterBlanks(cmbInput[Replacement]->currentText());
+        g_sSearchWhere = withoutOuterBlanks(cmbInput[Where]->currentText());
+        g_sSearchScope = QString::number(cmbInput[Where]->currentIndex());
+    });
 }
 
 void frmSearch::EnableControls()
 {
-    cmdInput[Find]->setEnabled(!g_sSearchFind.isEmpty() && !g_sSearchWhere.isEmpty());
-    cmdInput[Replace]->setEnabled(false);
-    cmdInput[ReplaceAll]->setEnabled(m_isReplacing && !g_sSearchReplace.isEmpty() &&
-                                     !modSearch::replacementHoldsExpression());
+    procedure("frmSearch EnableControls", [&] {
+        cmdInput[Find]->setEnabled(!g_sSearchFind.isEmpty() && !g_sSearchWhere.isEmpty());
+        cmdInput[Replace]->setEnabled(false);
+        cmdInput[ReplaceAll]->setEnabled(m_isReplacing && !g_sSearchReplace.isEmpty() &&
+                                         !modSearch::replacementHoldsExpression());
+    });
 }
 
-void frmSearch::inputChanged()
+void frmSearch::inputChanged(const char *name)
 {
     if (m_loading)
         return;
-    procedure("frmSearch cmbInput_Change", [this] {
+    procedure(name, [this] {
         ApplySettings();
         EnableControls();
     });

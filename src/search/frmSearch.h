@@ -39,7 +39,8 @@ private:
     void LoadFindAndReplaceLists();
     void ApplySettings();
     void EnableControls();
-    void inputChanged();
+    // Runs the handler of that name.
+    void inputChanged(const char *name);
     void cmdInput_Click(Button index);
     void find();
     // Moves the dialog where it hides neither the match, a rectangle of the screen, nor itself.

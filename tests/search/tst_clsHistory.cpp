@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "search/clsHistory.h"
+#include "support/ErrorRecorder.h"
 #include "support/FakePorts.h"
 
 #include <QTest>
@@ -21,6 +22,7 @@ private Q_SLOTS:
     void anEmptySectionGivesOneBlankRow();
     void savingTakesTheOldSectionAway();
     void strangeKeysAreNoPlaces();
+    void savingThatFailsIsReported();
 
 private:
     static QStringList entries(clsHistory &history)
@@ -100,6 +102,19 @@ void tst_clsHistory::strangeKeysAreNoPlaces()
     clsHistory history(u"H"_s);
     history.Load(settings);
     QCOMPARE(entries(history), QStringList({QString(), u"1"_s}));
+}
+
+void tst_clsHistory::savingThatFailsIsReported()
+{
+    const ErrorRecorder errors;
+    FakeSettingsStore settings;
+    settings.failing = true;
+    clsHistory history(u"H"_s);
+    history.Store(u"cat"_s);
+    history.Save(settings);
+    QCOMPARE(errors.count(), 1);
+    QCOMPARE(g_sProcedure, u"clsHistory Save"_s);
+    QCOMPARE(entries(history), QStringList{u"cat"_s});
 }
 
 QTEST_MAIN(tst_clsHistory)

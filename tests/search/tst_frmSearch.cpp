@@ -5,6 +5,7 @@
 #include "search/SearchFixture.h"
 #include "search/clsHistory.h"
 #include "search/frmSearch.h"
+#include "support/ErrorRecorder.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -50,6 +51,7 @@ private Q_SLOTS:
     void aReplacementThatHoldsTheExpressionIsNotUsed();
     void replaceAllReplacesAll();
     void closeStoresWhatWasTyped();
+    void closeClosesThoughNothingCanBeSaved();
     void escapeIsClose();
     void closingTheWindowSavesNothing();
     void itKeepsOffTheMatch();
@@ -265,6 +267,18 @@ void tst_frmSearch::closeStoresWhatWasTyped()
     open(2);
     QCOMPARE(rows(0), QStringList({QString(), u"cat"_s}));
     QCOMPARE(rows(1), QStringList({QString(), u"dog"_s}));
+}
+
+void tst_frmSearch::closeClosesThoughNothingCanBeSaved()
+{
+    const ErrorRecorder errors;
+    open(1);
+    type(0, u"cat"_s);
+    m_settings.failing = true;
+    QTest::mouseClick(button(3), Qt::LeftButton);
+    QVERIFY(!m_dialog->isVisible());
+    // Of either history.
+    QCOMPARE(errors.count(), 2);
 }
 
 void tst_frmSearch::escapeIsClose()
