@@ -281,6 +281,7 @@ void SearchNodeSelect(Entry *entry)
             }
             document->tree.expandAncestors(entry);
             document->trvOutline.ScrollTo(entry);
+            document->notice.clear();
             ports().commands->UpdateStatusBar(entry);
         }
         if (document)

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void matchCaseAndWholeWord();
     void allTextsGoRoundFromTheSelectedEntry();
     void allTextsThatFindNothingShowTheSelectedEntryAgain();
+    void aSelectionThatAMatchMovesEndsTheNotice();
     void allTextsDoNotCountAsEdits();
     void allTextsFindWhatWasJustTyped();
     void allTextsBackwardsStayInTheEntry();
@@ -180,6 +181,21 @@ void tst_modSearch::allTextsThatFindNothingShowTheSelectedEntryAgain()
     QCOMPARE(f.document.tree.selected(), child);
     QCOMPARE(f.box.Text(), u"two"_s);
     QVERIFY(f.box.PaneVisible());
+}
+
+void tst_modSearch::aSelectionThatAMatchMovesEndsTheNotice()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, u"a dog"_s);
+    Entry *child = f.add(root, u"Child"_s, u"a cat"_s);
+    modNodes::NodeSelectFull(f.document, root);
+    f.document.notice = u"The file could not be read whole"_s;
+    g_sSearchFind = u"cat"_s;
+    g_sSearchScope = u"1"_s;
+    QVERIFY(modSearch::SearchPerform());
+    QCOMPARE(f.document.tree.selected(), child);
+    QCOMPARE(f.document.notice, QString());
+    QCOMPARE(f.fake.commands.statusText, u"Child"_s);
 }
 
 void tst_modSearch::allTextsDoNotCountAsEdits()
