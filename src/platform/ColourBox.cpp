@@ -5,6 +5,7 @@
 
 #include <QColorDialog>
 #include <QPainter>
+#include <QScopedValueRollback>
 
 using namespace Qt::StringLiterals;
 
@@ -86,10 +87,26 @@ int ColourBox::addOwn(const QColor &colour)
     return row;
 }
 
+void ColourBox::keyPressEvent(QKeyEvent *event)
+{
+    const QScopedValueRollback stepping(m_isStepping, true);
+    QComboBox::keyPressEvent(event);
+}
+
+void ColourBox::wheelEvent(QWheelEvent *event)
+{
+    const QScopedValueRollback stepping(m_isStepping, true);
+    QComboBox::wheelEvent(event);
+}
+
 void ColourBox::choose(int row)
 {
     if (row < count() - 1) {
         m_row = row;
+        return;
+    }
+    if (m_isStepping) {
+        setCurrentIndex(m_row);
         return;
     }
     const QColor before = itemData(m_row).value<QColor>();

@@ -23,11 +23,17 @@ Q_SIGNALS:
     // The user chose another colour.
     void colourChanged();
 
+protected:
+    // On the closed list keys and wheel go through the colours alone.
+    void keyPressEvent(QKeyEvent *event) override;
+    void wheelEvent(QWheelEvent *event) override;
+
 private:
     int rowOf(const QColor &colour) const;
     int addOwn(const QColor &colour);
     void choose(int row);
 
+    bool m_isStepping = false;
     // The row to return to when no other colour is chosen after all.
     int m_row = -1;
 };

@@ -4,6 +4,7 @@
 #include "platform/ColourBox.h"
 #include "platform/FontDialog.h"
 
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QCheckBox>
 #include <QDialogButtonBox>
@@ -12,6 +13,7 @@
 #include <QListWidget>
 #include <QPushButton>
 #include <QTest>
+#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -45,6 +47,7 @@ private Q_SLOTS:
     void sizesOfTheList();
     void stylesAndEffects();
     void colours();
+    void keysOnTheClosedColoursAskForNone();
     void colourWithoutANameGetsARow();
     void everyControlHasAName();
 
@@ -236,6 +239,40 @@ void tst_FontDialog::colours()
     QVERIFY(dialog.chosen().colour && !dialog.chosen().colour->isValid());
     box.setCurrentText(u"Navy"_s);
     QCOMPARE(dialog.chosen().colour, std::optional(QColor(0, 0, 128)));
+}
+
+void tst_FontDialog::keysOnTheClosedColoursAskForNone()
+{
+    ColourBox box;
+    box.show();
+    QVERIFY(QTest::qWaitForWindowActive(&box));
+    bool asked = false;
+    const auto watch = [&asked] {
+        QTimer::singleShot(0, qApp, [&asked] {
+            if (QWidget *dialog = QApplication::activeModalWidget()) {
+                asked = true;
+                dialog->close();
+            }
+        });
+    };
+    box.setColour(QColor(Qt::white));
+    QCOMPARE(box.currentText(), u"White"_s);
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_End, Qt::Key_O, Qt::Key_O}) {
+        watch();
+        QTest::keyClick(&box, key);
+        QCoreApplication::processEvents();
+        QVERIFY(!asked);
+        QVERIFY(box.colour());
+    }
+    // Chosen from the open list it does.
+    box.setColour(QColor(Qt::white));
+    box.showPopup();
+    QTRY_VERIFY(box.view()->isVisible());
+    QTest::keyClick(box.view(), Qt::Key_End);
+    watch();
+    QTest::keyClick(box.view(), Qt::Key_Return);
+    QTRY_VERIFY(asked);
+    QCOMPARE(box.colour(), std::optional(QColor(Qt::white)));
 }
 
 void tst_FontDialog::colourWithoutANameGetsARow()
