@@ -30,22 +30,30 @@ PrintComposition PreviewNodeAll(const PrintExtent &extent)
     return PrintComposition(extent, extent.document->txtRTF.Font());
 }
 
+// Disabling the control with the focus moves it on; it comes back, also into a window that is not active then.
 class Disabled
 {
 public:
     explicit Disabled(QWidget &control)
         : m_control(control)
+        , m_hadFocus(control.window()->focusWidget() == &control)
     {
         m_control.setEnabled(false);
     }
 
-    ~Disabled() { m_control.setEnabled(true); }
+    ~Disabled()
+    {
+        m_control.setEnabled(true);
+        if (m_hadFocus)
+            m_control.setFocus();
+    }
 
     Disabled(const Disabled &) = delete;
     Disabled &operator=(const Disabled &) = delete;
 
 private:
     QWidget &m_control;
+    bool m_hadFocus;
 };
 
 } // namespace
@@ -75,6 +83,8 @@ void frmPreview::makeControls()
     for (std::size_t i = 0; i < cmdInput.size(); ++i) {
         cmdInput[i] = new QPushButton(captions[i], this);
         cmdInput[i]->setObjectName(u"cmdInput%1"_s.arg(i));
+        // A click leaves the focus to the pages.
+        cmdInput[i]->setFocusPolicy(Qt::TabFocus);
         connect(cmdInput[i], &QPushButton::clicked, this, [this, i] { cmdInput_Click(static_cast<Button>(i)); });
     }
     cmdInput[Print]->setDefault(true);

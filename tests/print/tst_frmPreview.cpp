@@ -93,6 +93,13 @@ private:
         return {&document, document.tree.root(), true};
     }
 
+    // Prints and removes the file again, so that the next file is proposed in the test's folder.
+    void printSomewhereElse(const PrintExtent &extent)
+    {
+        m_windows->print(extent);
+        QVERIFY(QFile::remove(file()));
+    }
+
     std::unique_ptr<frmPreview> preview(const PrintExtent &extent)
     {
         auto window = std::make_unique<frmPreview>(extent, m_windows->printer(), *m_dialogs);
@@ -308,16 +315,30 @@ void tst_frmPreview::printAsksForAPrinterAndPrints()
     // It can go on showing.
     QVERIFY(window->isVisible());
     QVERIFY(pane(*window)->isEnabled());
+    QCOMPARE(window->focusWidget(), pane(*window));
 }
 
 void tst_frmPreview::aCancelledDialogPrintsNothing()
 {
-    const auto window = preview(plant(lines(3)));
+    const PrintExtent extent = plant(lines(3));
+    printSomewhereElse(extent);
+    m_dialogs->timesChosen = 0;
+    const auto window = preview(extent);
+    m_windows->printer().setOutputFileName(file());
     m_dialogs->answer = false;
     QTest::mouseClick(button(*window, 0), Qt::LeftButton);
     QCOMPARE(m_dialogs->timesChosen, 1);
     QCOMPARE(files(), QStringList());
     QVERIFY(window->isVisible());
+    QCOMPARE(window->focusWidget(), pane(*window));
+    QTest::keyClick(pane(*window), Qt::Key_Return);
+    QCOMPARE(m_dialogs->timesChosen, 2);
+    QCOMPARE(window->focusWidget(), pane(*window));
+    // Who has come to the button by the keyboard stays there.
+    button(*window, 0)->setFocus();
+    QTest::keyClick(button(*window, 0), Qt::Key_Return);
+    QCOMPARE(m_dialogs->timesChosen, 3);
+    QCOMPARE(window->focusWidget(), button(*window, 0));
 }
 
 void tst_frmPreview::otherPaperIsShownAfterwards()
@@ -346,9 +367,13 @@ void tst_frmPreview::printingWithoutThePreview()
 
 void tst_frmPreview::aCancelledDialogPrintsNothingWithoutThePreview()
 {
+    const PrintExtent extent = plant(lines(300));
+    printSomewhereElse(extent);
     m_dialogs->answer = false;
-    m_windows->print(plant(lines(300)));
-    QCOMPARE(m_dialogs->timesChosen, 1);
+    m_windows->print(extent);
+    QCOMPARE(m_dialogs->timesChosen, 2);
+    // What would have been printed would be in the folder that is proposed.
+    QCOMPARE(QFileInfo(m_dialogs->proposedFile).path(), m_folder->path());
     QCOMPARE(files(), QStringList());
 }
 
@@ -382,10 +407,12 @@ void tst_frmPreview::theWaitingWindowStopsThePrinting()
 
 void tst_frmPreview::theFileIsNamedAfterTheDocument()
 {
-    m_dialogs->answer = false;
     PrintExtent extent = plant(lines(1));
+    printSomewhereElse(extent);
+    m_dialogs->answer = false;
     extent.document->m_sFile = u"/somewhere/else/My notes.v2.qly"_s;
     m_windows->print(extent);
+    QCOMPARE(files(), QStringList());
     QCOMPARE(QFileInfo(m_dialogs->proposedFile).fileName(), u"My notes.v2.pdf"_s);
     QVERIFY(QFileInfo(m_dialogs->proposedFile).isAbsolute());
     QVERIFY(QFileInfo(QFileInfo(m_dialogs->proposedFile).path()).isDir());
