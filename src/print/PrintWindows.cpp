@@ -58,34 +58,37 @@ QPrinter &PrintWindows::printer()
     return *m_printer;
 }
 
-// What the job is called, and the file that it goes to if it goes to one: beside the one printed last.
-void PrintWindows::nameJob(const Document &document)
+// Names the job. The answer is the file that it is to go to if it goes to one: in the folder chosen last.
+QString PrintWindows::nameJob(const Document &document)
 {
     const QString name = baseName(document);
     QPrinter &target = printer();
     target.setDocName(name);
-    if (target.outputFormat() != QPrinter::PdfFormat)
-        return;
     const QString last = target.outputFileName();
-    const bool isChosen = !last.isEmpty() && last != m_proposed;
-    const QString folder = isChosen ? QFileInfo(last).absolutePath() : documentsFolder();
-    m_proposed = QDir(folder).filePath(name + u".pdf"_s);
-    target.setOutputFileName(m_proposed);
+    if (!last.isEmpty() && last != m_proposed)
+        m_folder = QFileInfo(last).absolutePath();
+    const bool isThere = !m_folder.isEmpty() && QFileInfo(m_folder).isDir();
+    m_proposed = QDir(isThere ? m_folder : documentsFolder()).filePath(name + u".pdf"_s);
+    if (target.outputFormat() == QPrinter::PdfFormat)
+        target.setOutputFileName(m_proposed);
+    return m_proposed;
 }
 
 void PrintWindows::print(const PrintExtent &extent)
 {
-    nameJob(*extent.document);
+    const QString file = nameJob(*extent.document);
     frmPreview window(extent, printer(), m_dialogs, m_parent);
-    window.m_bCloseAtOnce = !m_dialogs.choose(printer(), m_parent);
+    window.m_bCloseAtOnce = !m_dialogs.choose(printer(), file, m_parent);
     window.m_bPrintAtOnce = true;
     window.exec();
 }
 
 void PrintWindows::preview(const PrintExtent &extent)
 {
-    nameJob(*extent.document);
-    frmPreview(extent, printer(), m_dialogs, m_parent).exec();
+    const QString file = nameJob(*extent.document);
+    frmPreview window(extent, printer(), m_dialogs, m_parent);
+    window.m_sFile = file;
+    window.exec();
 }
 
 void PrintWindows::setUp()

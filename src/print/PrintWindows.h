@@ -30,12 +30,13 @@ public:
     QPrinter &printer();
 
 private:
-    void nameJob(const Document &document);
+    QString nameJob(const Document &document);
 
     PrinterDialogs &m_dialogs;
     QWidget *m_parent;
     // Made when first asked for: that looks for printers.
     std::unique_ptr<QPrinter> m_printer;
-    // The name of a PDF file as it was proposed last.
+    // The name of a PDF file as it was proposed last, and the folder of the last one that the user chose otherwise.
     QString m_proposed;
+    QString m_folder;
 };

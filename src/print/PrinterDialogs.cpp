@@ -5,6 +5,7 @@
 
 #include "print/frmPrintSetup.h"
 
+#include <QLineEdit>
 #include <QPrintDialog>
 #include <QPrinter>
 
@@ -54,7 +55,7 @@ private:
 
 } // namespace
 
-bool DesktopPrinterDialogs::choose(QPrinter &printer, QWidget *parent)
+bool DesktopPrinterDialogs::choose(QPrinter &printer, const QString &file, QWidget *parent)
 {
     const PrinterBefore before(printer);
     QPrintDialog dialog(&printer, parent);
@@ -65,6 +66,9 @@ bool DesktopPrinterDialogs::choose(QPrinter &printer, QWidget *parent)
     // Everything is printed: there are no pages to choose.
     dialog.setOptions(QAbstractPrintDialog::PrintToFile | QAbstractPrintDialog::PrintCollateCopies |
                       QAbstractPrintDialog::PrintShowPageSize);
+    // Of its own the dialog proposes a file in the home folder, named after the job up to its last stop, or none.
+    if (auto *name = dialog.findChild<QLineEdit *>(u"filename"_s); name && printer.outputFileName().isEmpty())
+        name->setText(file);
     const bool isChosen = dialog.exec() == QDialog::Accepted;
     if (!isChosen)
         before.restore();

@@ -14,8 +14,8 @@ class PrinterDialogs
 public:
     virtual ~PrinterDialogs() = default;
     // Which printer prints how many copies; for a printer that prints to a file, to which one. It is preset to what
-    // the printer has.
-    virtual bool choose(QPrinter &printer, QWidget *parent) = 0;
+    // the printer has, and to that file when the printer has none.
+    virtual bool choose(QPrinter &printer, const QString &file, QWidget *parent) = 0;
     // Which printer and paper are to be used from now on.
     virtual bool setUp(QPrinter &printer, QWidget *parent) = 0;
 };
@@ -24,6 +24,6 @@ public:
 class DesktopPrinterDialogs final : public PrinterDialogs
 {
 public:
-    bool choose(QPrinter &printer, QWidget *parent) override;
+    bool choose(QPrinter &printer, const QString &file, QWidget *parent) override;
     bool setUp(QPrinter &printer, QWidget *parent) override;
 };

@@ -180,7 +180,7 @@ void frmPreview::ChoosePrinterAndPrintCopies()
         {
             // The pane's pages are measured on the printer that is being chosen.
             const Disabled pane(*txtDisplay);
-            if (!m_dialogs.choose(m_printer, this))
+            if (!m_dialogs.choose(m_printer, m_sFile, this))
                 throw RunTimeError(ErrorNumber::Cancelled);
         }
         PrintCopies();

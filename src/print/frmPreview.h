@@ -29,6 +29,8 @@ public:
     // Set before exec(): to close at once, or else to print at once, without showing anything first.
     bool m_bCloseAtOnce = false;
     bool m_bPrintAtOnce = false;
+    // The file that is proposed to print to.
+    QString m_sFile;
 
     // Prints or closes as the two flags say, or shows the window and returns when it is closed.
     int exec() override;

@@ -15,11 +15,11 @@
 class ScriptedDialogs final : public PrinterDialogs
 {
 public:
-    bool choose(QPrinter &printer, QWidget *parent) override
+    bool choose(QPrinter &printer, const QString &file, QWidget *parent) override
     {
         ++timesChosen;
         lastParent = parent;
-        proposedFile = printer.outputFileName();
+        proposedFile = printer.outputFileName().isEmpty() ? file : printer.outputFileName();
         jobName = printer.docName();
         if (answer && onChoose)
             onChoose(printer);

@@ -47,9 +47,24 @@ private Q_SLOTS:
             QVERIFY(print && !print->testOption(QAbstractPrintDialog::PrintPageRange));
             dialog.accept();
         });
-        QVERIFY(m_dialogs.choose(*m_printer, nullptr));
+        QVERIFY(m_dialogs.choose(*m_printer, proposed(), nullptr));
         QCOMPARE(m_printer->outputFormat(), QPrinter::PdfFormat);
         QCOMPARE(m_printer->outputFileName(), m_folder->filePath(u"notes.pdf"_s));
+    }
+
+    void aPrinterWithoutAFileGetsTheProposed()
+    {
+        m_printer->setOutputFileName(QString());
+        m_printer->setDocName(u"My notes.v2"_s);
+        next([this](QDialog &dialog) {
+            selectFile(dialog);
+            const QStringList texts = textsOf(dialog);
+            QVERIFY2(texts.contains(proposed()), qPrintable(texts.join(u'|')));
+            dialog.accept();
+        });
+        QVERIFY(m_dialogs.choose(*m_printer, proposed(), nullptr));
+        QCOMPARE(m_printer->outputFormat(), QPrinter::PdfFormat);
+        QCOMPARE(m_printer->outputFileName(), proposed());
     }
 
     void theFileCanBeAnother()
@@ -61,14 +76,14 @@ private Q_SLOTS:
             }
             dialog.accept();
         });
-        QVERIFY(m_dialogs.choose(*m_printer, nullptr));
+        QVERIFY(m_dialogs.choose(*m_printer, proposed(), nullptr));
         QCOMPARE(m_printer->outputFileName(), m_folder->filePath(u"other.pdf"_s));
     }
 
     void aCancelledDialogChangesNothing()
     {
         next([](QDialog &dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); });
-        QVERIFY(!m_dialogs.choose(*m_printer, nullptr));
+        QVERIFY(!m_dialogs.choose(*m_printer, proposed(), nullptr));
         QCOMPARE(m_printer->outputFileName(), m_folder->filePath(u"notes.pdf"_s));
     }
 
@@ -149,6 +164,15 @@ private:
     }
 
     static QComboBox *box(const QDialog &dialog, const QString &name) { return dialog.findChild<QComboBox *>(name); }
+
+    QString proposed() const { return m_folder->filePath(u"My notes.v2.pdf"_s); }
+
+    // The last of the printers, where there are others.
+    static void selectFile(QDialog &dialog)
+    {
+        QComboBox *printers = box(dialog, u"printers"_s);
+        printers->setCurrentIndex(printers->count() - 1);
+    }
 
     static QStringList textsOf(const QDialog &dialog)
     {

@@ -49,6 +49,8 @@ private Q_SLOTS:
         m_dialogs = std::make_unique<ScriptedDialogs>();
         m_dialogs->onChoose = [this](QPrinter &printer) { printer.setOutputFileName(file()); };
         m_windows = std::make_unique<PrintWindows>(*m_dialogs);
+        // Nothing is to come out of a printer that the machine may have.
+        m_windows->printer().setOutputFormat(QPrinter::PdfFormat);
     }
 
     void cleanup()
@@ -430,8 +432,21 @@ void tst_frmPreview::theFileGoesWhereTheLastOneWent()
     extent.document->m_sFile = u"/a/notes.qly"_s;
     m_windows->print(extent);
     QVERIFY(QFileInfo(m_dialogs->proposedFile).path() != m_folder->path());
+    const QString proposed = m_folder->filePath(u"notes.pdf"_s);
     m_windows->print(extent);
-    QCOMPARE(m_dialogs->proposedFile, m_folder->filePath(u"notes.pdf"_s));
+    QCOMPARE(m_dialogs->proposedFile, proposed);
+    // From now on every proposal is taken, or the dialog cancelled.
+    m_dialogs->onChoose = nullptr;
+    for (const bool answer : {true, false, false, true, true}) {
+        m_dialogs->answer = answer;
+        m_windows->print(extent);
+        QCOMPARE(m_dialogs->proposedFile, proposed);
+    }
+    // A folder that is gone is not proposed.
+    QVERIFY(QDir(m_folder->path()).removeRecursively());
+    m_dialogs->answer = false;
+    m_windows->print(extent);
+    QVERIFY(QFileInfo(m_dialogs->proposedFile).path() != m_folder->path());
 }
 
 void tst_frmPreview::failuresAreReported()
