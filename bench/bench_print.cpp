@@ -96,7 +96,7 @@ double processorSeconds()
 double printByProgram(BushyDocument &document, QPrinter &printer)
 {
     const double begin = processorSeconds();
-    if (!PrintRTF(document.composition(), printer, PrintMargins(), [] { return true; }))
+    if (PrintRTF(document.composition(), printer, PrintMargins(), [] { return true; }) != PrintOutcome::Printed)
         qFatal("It was not printed");
     return processorSeconds() - begin;
 }

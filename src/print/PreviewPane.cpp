@@ -42,16 +42,22 @@ PreviewPane::PreviewPane(QWidget *parent)
 
 PreviewPane::~PreviewPane() = default;
 
-void PreviewPane::setText(std::unique_ptr<PagedText> text, const Paper &paper, int leastLineWidth)
+void PreviewPane::setText(std::unique_ptr<PagedText> text, const Paper &paper)
 {
     m_text = std::move(text);
     m_paper = paper;
-    m_leastScale = Twips::toPixels(leastLineWidth, logicalDpiX()) / std::max(1.0, m_paper.text.width());
     m_sheets.clear();
     fit();
     verticalScrollBar()->setValue(0);
     if (isVisible())
         begin();
+}
+
+void PreviewPane::setLeastLineWidth(int twips)
+{
+    m_leastScale = Twips::toPixels(twips, logicalDpiX()) / std::max(1.0, m_paper.text.width());
+    fit();
+    updateScrollBars();
 }
 
 // The first pages are waited for.

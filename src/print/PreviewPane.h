@@ -34,8 +34,11 @@ public:
         bool operator==(const Paper &other) const = default;
     };
 
-    // Shows another text. A line of it is shown at least `leastLineWidth` twips wide.
-    void setText(std::unique_ptr<PagedText> text, const Paper &paper, int leastLineWidth);
+    // Shows another text.
+    void setText(std::unique_ptr<PagedText> text, const Paper &paper);
+
+    // How wide a line of the text is shown at least, in twips.
+    void setLeastLineWidth(int twips);
 
     // The pages known so far, and whether there are no more.
     int pageCount() const;

@@ -5,6 +5,7 @@
 
 #include "print/PagedText.h"
 #include "print/PrintTarget.h"
+#include "util/Procedure.h"
 #include "util/Twips.h"
 
 #include <QPainter>
@@ -42,22 +43,24 @@ QRectF printerPixels(const QPrinter &printer, const PrintRectangle &twips)
     return QRectF(QPointF(pixels(twips.left), pixels(twips.top)), QPointF(pixels(twips.right), pixels(twips.bottom)));
 }
 
-bool PrintRTF(const PrintComposition &text, QPrinter &printer, const PrintMargins &margins,
-              const std::function<bool()> &goesOn)
+PrintOutcome PrintRTF(const PrintComposition &text, QPrinter &printer, const PrintMargins &margins,
+                      const std::function<bool()> &goesOn)
 {
-    const QRectF place = printerPixels(printer, drawingRectangle(paperOf(printer), margins));
-    PrintTarget target(printer);
-    QPainter &painter = target.begin();
-    PagedText pages(text, printer, place.size());
-    int first = 0;
-    while (true) {
-        first = pages.format(&painter, place.topLeft(), first);
-        if (!goesOn())
-            return false;
-        if (pages.isWhole() && first >= pages.length())
-            break;
-        target.newPage();
-    }
-    target.complete();
-    return true;
+    return procedure("frmPreview PrintRTF", [&] {
+        const QRectF place = printerPixels(printer, drawingRectangle(paperOf(printer), margins));
+        PrintTarget target(printer);
+        QPainter &painter = target.begin();
+        PagedText pages(text, printer, place.size());
+        int first = 0;
+        while (true) {
+            first = pages.format(&painter, place.topLeft(), first);
+            if (!goesOn())
+                return PrintOutcome::Stopped;
+            if (pages.isWhole() && first >= pages.length())
+                break;
+            target.newPage();
+        }
+        target.complete();
+        return PrintOutcome::Printed;
+    });
 }

@@ -19,7 +19,9 @@ PrinterPaper paperOf(QPrinter &printer);
 double printerPixels(const QPrinter &printer, double twips);
 QRectF printerPixels(const QPrinter &printer, const PrintRectangle &twips);
 
-// Prints the whole text page by page. After each page `goesOn` is asked; false ends the printing, of which then nothing
-// is left. Whether everything was printed. Error 75 when the printer cannot print, or those of PrintTarget.
-bool PrintRTF(const PrintComposition &text, QPrinter &printer, const PrintMargins &margins,
-              const std::function<bool()> &goesOn);
+enum class PrintOutcome { Failed, Stopped, Printed };
+
+// Prints the whole text page by page. After each page `goesOn` is asked; false stops the printing, of which then
+// nothing is left. Reports error 75 when the printer cannot print, or those of PrintTarget and PagedText.
+PrintOutcome PrintRTF(const PrintComposition &text, QPrinter &printer, const PrintMargins &margins,
+                      const std::function<bool()> &goesOn);

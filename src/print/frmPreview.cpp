@@ -25,11 +25,6 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-PrintComposition PreviewNodeAll(const PrintExtent &extent)
-{
-    return PrintComposition(extent, extent.document->txtRTF.Font());
-}
-
 // Disabling the control with the focus moves it on; it comes back, also into a window that is not active then.
 class Disabled
 {
@@ -60,9 +55,9 @@ private:
 
 frmPreview::frmPreview(const PrintExtent &extent, QPrinter &printer, PrinterDialogs &dialogs, QWidget *parent)
     : QDialog(parent)
+    , m_extent(extent)
     , m_printer(printer)
     , m_dialogs(dialogs)
-    , txtFormat(PreviewNodeAll(extent))
 {
     setObjectName(u"frmPreview"_s);
     setWindowTitle(u"Print Preview"_s);
@@ -96,27 +91,39 @@ void frmPreview::Form_Load()
 {
     constexpr qint32 inch = 1440;
     m_margins = {inch, inch, inch, inch};
-    WYSIWYG_RTF(*txtDisplay, m_margins.left, m_margins.right);
+    PreviewNodeAll();
+    layOutForPrinter();
     constexpr QSize wanted(900, 1000);
     resize(screen() ? wanted.boundedTo(screen()->availableSize() * 9 / 10) : wanted);
+}
+
+void frmPreview::PreviewNodeAll()
+{
+    procedure("frmPreview PreviewNodeAll", [this] { txtFormat.emplace(m_extent, m_extent.document->txtRTF.Font()); });
+}
+
+// The printer may be another one than before, with other paper.
+void frmPreview::layOutForPrinter()
+{
+    txtDisplay->setLeastLineWidth(WYSIWYG_RTF(*txtDisplay, m_margins.left, m_margins.right));
 }
 
 // Makes the pane break lines and pages as the printer does. The answer is what a line's width is at least when shown.
 qint32 frmPreview::WYSIWYG_RTF(PreviewPane &control, qint32 left, qint32 right)
 {
-    const PrinterPaper paper = paperOf(m_printer);
-    const PrintRectangle place = drawingRectangle(paper, {left, m_margins.top, right, m_margins.bottom});
-    const qint32 leastWidth = leastShownWidth(place.right - place.left);
-    PreviewPane::Paper sheet;
-    sheet.size = QSizeF(printerPixels(m_printer, paper.width), printerPixels(m_printer, paper.height));
-    sheet.text = printerPixels(m_printer, place)
-                     .translated(printerPixels(m_printer, paper.offsetX), printerPixels(m_printer, paper.offsetY));
-    sheet.dotsPerInch = m_printer.resolution();
-    if (sheet == m_sheet)
-        return leastWidth;
-    m_sheet = sheet;
-    control.setText(std::make_unique<PagedText>(txtFormat, m_printer, sheet.text.size()), sheet, leastWidth);
-    return leastWidth;
+    return procedure("frmPreview WYSIWYG_RTF", [&] {
+        const PrinterPaper paper = paperOf(m_printer);
+        const PrintRectangle place = drawingRectangle(paper, {left, m_margins.top, right, m_margins.bottom});
+        PreviewPane::Paper sheet;
+        sheet.size = QSizeF(printerPixels(m_printer, paper.width), printerPixels(m_printer, paper.height));
+        sheet.text = printerPixels(m_printer, place)
+                         .translated(printerPixels(m_printer, paper.offsetX), printerPixels(m_printer, paper.offsetY));
+        sheet.dotsPerInch = m_printer.resolution();
+        if (sheet != m_sheet)
+            control.setText(std::make_unique<PagedText>(txtFormat.value(), m_printer, sheet.text.size()), sheet);
+        m_sheet = sheet;
+        return leastShownWidth(place.right - place.left);
+    });
 }
 
 int frmPreview::exec()
@@ -144,15 +151,17 @@ void frmPreview::resizeEvent(QResizeEvent *event)
 
 void frmPreview::Form_Resize()
 {
-    const double W = width();
-    const double H = height();
-    const auto put = [&](QWidget &control, double left, double top, double wide, double high) {
-        control.setGeometry(qRound(left * W), qRound(top * H), qRound(wide * W), qRound(high * H));
-    };
-    put(*txtDisplay, 0.01, 0.01, 0.98, 0.9);
-    put(*lblPlace, 0.01, 0.92, 0.58, 0.08);
-    put(*cmdInput[Print], 0.61, 0.92, 0.18, 0.08);
-    put(*cmdInput[Close], 0.81, 0.92, 0.18, 0.08);
+    procedure("frmPreview Form_Resize", [this] {
+        const double W = width();
+        const double H = height();
+        const auto put = [&](QWidget &control, double left, double top, double wide, double high) {
+            control.setGeometry(qRound(left * W), qRound(top * H), qRound(wide * W), qRound(high * H));
+        };
+        put(*txtDisplay, 0.01, 0.01, 0.98, 0.9);
+        put(*lblPlace, 0.01, 0.92, 0.58, 0.08);
+        put(*cmdInput[Print], 0.61, 0.92, 0.18, 0.08);
+        put(*cmdInput[Close], 0.81, 0.92, 0.18, 0.08);
+    });
 }
 
 void frmPreview::showPlace()
@@ -184,8 +193,7 @@ void frmPreview::ChoosePrinterAndPrintCopies()
                 throw RunTimeError(ErrorNumber::Cancelled);
         }
         PrintCopies();
-        // The printer may be another one, with other paper.
-        WYSIWYG_RTF(*txtDisplay, m_margins.left, m_margins.right);
+        layOutForPrinter();
     });
 }
 
@@ -197,6 +205,20 @@ void frmPreview::PrintCopies()
         // The first pages of a long text take their time.
         progress.goOn();
         const Disabled pane(*txtDisplay);
-        PrintRTF(txtFormat, m_printer, m_margins, [&progress] { return progress.goOn(); });
+        const auto goesOn = [&progress] { return progress.goOn(); };
+        tellOutcome(PrintRTF(txtFormat.value(), m_printer, m_margins, goesOn));
     });
+}
+
+// The document's own notice outlasts the label that is shown when its window becomes active again.
+void frmPreview::tellOutcome(PrintOutcome outcome)
+{
+    QString &notice = m_extent.document->notice;
+    const QString failure = u"The document %1 could not be printed"_s.arg(m_printer.docName());
+    if (outcome == PrintOutcome::Failed) {
+        notice = failure;
+        ports().commands->UpdateStatusBarText(notice);
+    } else if (outcome == PrintOutcome::Printed && notice == failure) {
+        notice.clear();
+    }
 }

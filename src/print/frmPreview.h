@@ -6,10 +6,12 @@
 #include "print/PreviewPane.h"
 #include "print/PrintComposition.h"
 #include "print/PrintGeometry.h"
+#include "print/PrintRTF.h"
 
 #include <QDialog>
 
 #include <array>
+#include <optional>
 
 class PrinterDialogs;
 class QLabel;
@@ -48,16 +50,21 @@ private:
 
     void makeControls();
     void Form_Load();
+    void PreviewNodeAll();
     bool Form_Activate();
     void Form_Resize();
     void cmdInput_Click(Button index);
     qint32 WYSIWYG_RTF(PreviewPane &control, qint32 left, qint32 right);
     void showPlace();
 
+    void layOutForPrinter();
+    void tellOutcome(PrintOutcome outcome);
+
+    PrintExtent m_extent;
     QPrinter &m_printer;
     PrinterDialogs &m_dialogs;
     // What is printed, assembled out of sight: the pane lays out a part of it at a time.
-    PrintComposition txtFormat;
+    std::optional<PrintComposition> txtFormat;
     PrintMargins m_margins;
     // What the pane's pages are laid out for.
     PreviewPane::Paper m_sheet;

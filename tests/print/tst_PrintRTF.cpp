@@ -83,6 +83,7 @@ private Q_SLOTS:
     void thePrinterIsAskedOnceAPage();
     void theFileIsReplacedWhenItIsComplete();
     void withoutAFolderNothingIsPrinted();
+    void aFailureIsReportedInItsName();
     void withoutAFileNothingIsPrinted();
     void aFullDiskIsAnError();
 
@@ -102,9 +103,16 @@ private:
     // Prints and reads back.
     QList<pdf::Page> print(const PrintExtent &extent)
     {
-        const bool printed = PrintRTF(PrintComposition(extent, QFont(u"DejaVu Sans"_s)), *m_printer, PrintMargins(),
-                                      [] { return true; });
-        return printed ? pdf::pagesOf(name()) : QList<pdf::Page>();
+        const PrintOutcome outcome = PrintRTF(PrintComposition(extent, QFont(u"DejaVu Sans"_s)), *m_printer,
+                                              PrintMargins(), [] { return true; });
+        return outcome == PrintOutcome::Printed ? pdf::pagesOf(name()) : QList<pdf::Page>();
+    }
+
+    // The number of the error that the printing ends with.
+    qint32 failureOf(const PrintComposition &text)
+    {
+        const FailureScope failures;
+        return errorNumberOf([&] { PrintRTF(text, *m_printer, PrintMargins(), [] { return true; }); });
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -326,13 +334,14 @@ void tst_PrintRTF::stoppedPrintingLeavesNothing()
     const PrintComposition text(plant(lines(10 * linesAPage)), QFont());
     for (const int stopAfter : {1, 4, 10}) {
         int pages = 0;
-        QVERIFY(!PrintRTF(text, *m_printer, PrintMargins(), [&] { return ++pages < stopAfter; }));
+        QVERIFY(PrintOutcome::Stopped ==
+                PrintRTF(text, *m_printer, PrintMargins(), [&] { return ++pages < stopAfter; }));
         QCOMPARE(pages, stopAfter);
         QCOMPARE(files(), QStringList());
         QCOMPARE(m_printer->outputFileName(), name());
     }
     // The printer can be used again.
-    QVERIFY(PrintRTF(text, *m_printer, PrintMargins(), [] { return true; }));
+    QVERIFY(PrintOutcome::Printed == PrintRTF(text, *m_printer, PrintMargins(), [] { return true; }));
     QCOMPARE(pdf::pagesOf(name()).size(), 10);
 }
 
@@ -343,8 +352,8 @@ void tst_PrintRTF::stoppedPrintingLeavesTheOldFile()
     QVERIFY(old.open(QIODevice::ReadOnly));
     const QByteArray before = old.readAll();
     int pages = 0;
-    QVERIFY(!PrintRTF(PrintComposition(plant(lines(200)), QFont()), *m_printer, PrintMargins(),
-                      [&] { return ++pages < 3; }));
+    QVERIFY(PrintOutcome::Stopped == PrintRTF(PrintComposition(plant(lines(200)), QFont()), *m_printer, PrintMargins(),
+                                              [&] { return ++pages < 3; }));
     QFile now(name());
     QVERIFY(now.open(QIODevice::ReadOnly));
     QVERIFY(now.readAll() == before);
@@ -355,12 +364,12 @@ void tst_PrintRTF::thePrinterIsAskedOnceAPage()
 {
     int asked = 0;
     const PrintComposition text(plant(lines(3 * linesAPage)), QFont());
-    QVERIFY(PrintRTF(text, *m_printer, PrintMargins(), [&] {
-        // What is not complete is not there.
-        if (++asked < 3 && QFile::exists(name()))
-            QTest::qFail("too early", __FILE__, __LINE__);
-        return true;
-    }));
+    QVERIFY(PrintOutcome::Printed == PrintRTF(text, *m_printer, PrintMargins(), [&] {
+                // What is not complete is not there.
+                if (++asked < 3 && QFile::exists(name()))
+                    QTest::qFail("too early", __FILE__, __LINE__);
+                return true;
+            }));
     QCOMPARE(asked, 3);
 }
 
@@ -377,8 +386,17 @@ void tst_PrintRTF::withoutAFolderNothingIsPrinted()
 {
     m_printer->setOutputFileName(m_folder->filePath(u"none/out.pdf"_s));
     const PrintComposition text(plant(lines(1)), QFont());
-    QCOMPARE(errorNumberOf([&] { PrintRTF(text, *m_printer, PrintMargins(), [] { return true; }); }), 76);
+    QCOMPARE(failureOf(text), 76);
     QCOMPARE(files(), QStringList());
+}
+
+void tst_PrintRTF::aFailureIsReportedInItsName()
+{
+    m_printer->setOutputFileName(m_folder->filePath(u"none/out.pdf"_s));
+    const PrintComposition text(plant(lines(1)), QFont());
+    QVERIFY(PrintOutcome::Failed == PrintRTF(text, *m_printer, PrintMargins(), [] { return true; }));
+    QCOMPARE(m_fixture->errors.summary(), QStringList(u"76 frmPreview PrintRTF"_s));
+    m_fixture->errors.clear();
 }
 
 void tst_PrintRTF::withoutAFileNothingIsPrinted()
@@ -386,7 +404,7 @@ void tst_PrintRTF::withoutAFileNothingIsPrinted()
     m_printer->setOutputFileName(QString());
     m_printer->setOutputFormat(QPrinter::PdfFormat);
     const PrintComposition text(plant(lines(1)), QFont());
-    QCOMPARE(errorNumberOf([&] { PrintRTF(text, *m_printer, PrintMargins(), [] { return true; }); }), 5);
+    QCOMPARE(failureOf(text), 5);
 }
 
 void tst_PrintRTF::aFullDiskIsAnError()
@@ -397,7 +415,7 @@ void tst_PrintRTF::aFullDiskIsAnError()
     for (const qint64 room : {qint64(0), qint64(100), size / 3, size * 9 / 10, size - 1}) {
         const FullDisk disk{rlim_t(room)};
         // The printer notices by itself, or the file is seen to be incomplete.
-        const qint32 number = errorNumberOf([&] { PrintRTF(text, *m_printer, PrintMargins(), [] { return true; }); });
+        const qint32 number = failureOf(text);
         QVERIFY2(number == 61 || number == 75, qPrintable(u"%1 at %2"_s.arg(number).arg(room)));
         QCOMPARE(files(), QStringList(u"out.pdf"_s));
         QCOMPARE(QFileInfo(name()).size(), size);

@@ -7,6 +7,7 @@
 #include "print/PrintFixture.h"
 #include "print/PrintWindows.h"
 #include "print/ScriptedDialogs.h"
+#include "util/Procedure.h"
 
 #include <QApplication>
 #include <QDir>
@@ -80,6 +81,7 @@ private Q_SLOTS:
     void theFileIsNamedAfterTheDocument();
     void theFileGoesWhereTheLastOneWent();
     void failuresAreReported();
+    void everyRoutineIsKnownToTheLog();
     void theSetUpLasts();
     void aCancelledSetUpIsNoError();
 
@@ -217,7 +219,7 @@ void tst_frmPreview::theNumberOfPagesIsTold()
     QCOMPARE(pane(*window)->accessibleDescription(), place(*window));
     // As many as are printed.
     window->PrintCopies();
-    QCOMPARE(m_fixture->errors.summary(), QStringList(u"5 frmPreview PrintCopies"_s));
+    QCOMPARE(m_fixture->errors.summary(), QStringList(u"5 frmPreview PrintRTF"_s));
     m_fixture->errors.clear();
     m_windows->printer().setOutputFileName(file());
     window->PrintCopies();
@@ -454,9 +456,28 @@ void tst_frmPreview::failuresAreReported()
     m_dialogs->onChoose = [this](QPrinter &printer) {
         printer.setOutputFileName(m_folder->filePath(u"none/out.pdf"_s));
     };
-    m_windows->print(plant(lines(1)));
-    QCOMPARE(m_fixture->errors.summary(), QStringList(u"76 frmPreview PrintCopies"_s));
+    const PrintExtent extent = plant(lines(1));
+    extent.document->m_sFile = u"/a/My notes.qly"_s;
+    m_windows->print(extent);
+    QCOMPARE(m_fixture->errors.summary(), QStringList(u"76 frmPreview PrintRTF"_s));
+    const QString told = u"The document My notes could not be printed"_s;
+    QCOMPARE(m_fixture->fake.commands.statusText, told);
+    QCOMPARE(extent.document->notice, told);
     m_fixture->errors.clear();
+    // Until it has been printed.
+    m_dialogs->onChoose = [this](QPrinter &printer) { printer.setOutputFileName(file()); };
+    m_windows->print(extent);
+    QCOMPARE(extent.document->notice, QString());
+}
+
+void tst_frmPreview::everyRoutineIsKnownToTheLog()
+{
+    frmPreview window(plant(lines(1)), m_windows->printer(), *m_dialogs);
+    QCOMPARE(g_sProcedure, u"frmPreview WYSIWYG_RTF"_s);
+    window.show();
+    g_sProcedure.clear();
+    window.resize(400, 400);
+    QCOMPARE(g_sProcedure, u"frmPreview Form_Resize"_s);
 }
 
 void tst_frmPreview::theSetUpLasts()
