@@ -19,17 +19,23 @@ constexpr int resolution = 600;
 
 } // namespace
 
+PrinterPaper paperOf(QPageLayout layout, int dotsPerInch)
+{
+    layout.setMode(QPageLayout::StandardMode);
+    layout.setMargins(layout.minimumMargins());
+    const QRect paper = layout.fullRectPixels(dotsPerInch);
+    const QRect printable = layout.paintRectPixels(dotsPerInch);
+    return {Twips::fromPixels(paper.width(), dotsPerInch), Twips::fromPixels(paper.height(), dotsPerInch),
+            Twips::fromPixels(printable.left(), dotsPerInch), Twips::fromPixels(printable.top(), dotsPerInch)};
+}
+
 PrinterPaper paperOf(QPrinter &printer)
 {
     printer.setResolution(resolution);
     printer.setFullPage(false);
     const QPageLayout layout = printer.pageLayout();
     printer.setPageMargins(layout.minimumMargins(), layout.units());
-    const int dpi = printer.resolution();
-    const QRect paper = printer.pageLayout().fullRectPixels(dpi);
-    const QRect printable = printer.pageLayout().paintRectPixels(dpi);
-    return {Twips::fromPixels(paper.width(), dpi), Twips::fromPixels(paper.height(), dpi),
-            Twips::fromPixels(printable.left(), dpi), Twips::fromPixels(printable.top(), dpi)};
+    return paperOf(printer.pageLayout(), resolution);
 }
 
 double printerPixels(const QPrinter &printer, double twips)

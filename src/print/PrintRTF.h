@@ -5,12 +5,16 @@
 
 #include "print/PrintGeometry.h"
 
+#include <QPageLayout>
 #include <QRectF>
 
 #include <functional>
 
 class PrintComposition;
 class QPrinter;
+
+// The paper of a layout of pages, of which the least margins that it allows cannot be printed on.
+PrinterPaper paperOf(QPageLayout layout, int dotsPerInch);
 
 // Has the printer count 600 dots to the inch, from the corner of what it can print on, and gives its paper.
 PrinterPaper paperOf(QPrinter &printer);

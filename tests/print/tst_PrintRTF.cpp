@@ -63,6 +63,7 @@ private Q_SLOTS:
     }
 
     void theDrawingRectangleCountsFromWhatCanBePrintedOn();
+    void whatCannotBePrintedOnIsTheLeastMargin();
     void tinyPaperStillGetsText();
     void aShownLineIsTwoThirdsAtLeast();
 
@@ -130,6 +131,30 @@ void tst_PrintRTF::theDrawingRectangleCountsFromWhatCanBePrintedOn()
     // Each side has its own.
     QVERIFY(drawingRectangle({12240, 15840, 100.4, 200.6}, {1000, 2000, 3000, 4000}) ==
             (PrintRectangle{900, 1799, 9140, 11639}));
+}
+
+void tst_PrintRTF::whatCannotBePrintedOnIsTheLeastMargin()
+{
+    // A quarter of an inch on each side, and wider margins that somebody set; in points.
+    const QPageLayout even(QPageSize(QPageSize::Letter), QPageLayout::Portrait, QMarginsF(90, 90, 90, 90),
+                           QPageLayout::Point, QMarginsF(18, 18, 18, 18));
+    const PrinterPaper paper = paperOf(even, 600);
+    QCOMPARE(paper.width, 12240);
+    QCOMPARE(paper.height, 15840);
+    QCOMPARE(paper.offsetX, 360);
+    QCOMPARE(paper.offsetY, 360);
+    QVERIFY(drawingRectangle(paper, PrintMargins()) == (PrintRectangle{1080, 1080, 10440, 14040}));
+    // Each side its own, on paper that lies across.
+    const QPageLayout uneven(QPageSize(QPageSize::Letter), QPageLayout::Landscape, QMarginsF(36, 9, 0, 54),
+                             QPageLayout::Point, QMarginsF(36, 9, 0, 54));
+    const PrinterPaper across = paperOf(uneven, 600);
+    QCOMPARE(across.width, 15840);
+    QCOMPARE(across.height, 12240);
+    QCOMPARE(across.offsetX, 720);
+    QCOMPARE(across.offsetY, 180);
+    QVERIFY(drawingRectangle(across, PrintMargins()) == (PrintRectangle{720, 1260, 13680, 10620}));
+    // A printer that prints to the paper's edges has the coordinates of the paper.
+    QCOMPARE(paperOf(*m_printer).offsetX, 0);
 }
 
 void tst_PrintRTF::tinyPaperStillGetsText()
