@@ -23,14 +23,13 @@ namespace
 // Around each sheet, in pixels.
 constexpr int gap = 12;
 
-// How many pictures of sheets are kept.
-constexpr int mostSheets = 6;
+// How many pictures of sheets are kept beside those on the screen: to go one back or on.
+constexpr int moreSheets = 2;
 
 } // namespace
 
 PreviewPane::PreviewPane(QWidget *parent)
     : QAbstractScrollArea(parent)
-    , m_sheets(mostSheets)
     , m_timer(new QTimer(this))
 {
     setFocusPolicy(Qt::StrongFocus);
@@ -136,6 +135,9 @@ void PreviewPane::updateScrollBars()
 {
     const QSize sheet = sheetSize();
     const int height = sheetTop(pageCount());
+    // As many as the pane holds whole, and parts of two.
+    const int mostSeen = viewport()->height() / (sheet.height() + gap) + 2;
+    m_sheets.setMaxCost(mostSeen + moreSheets);
     verticalScrollBar()->setRange(0, std::max(0, height - viewport()->height()));
     verticalScrollBar()->setPageStep(viewport()->height());
     verticalScrollBar()->setSingleStep(std::max(1, fontMetrics().lineSpacing() * 2));
@@ -145,9 +147,10 @@ void PreviewPane::updateScrollBars()
 
 const QPixmap &PreviewPane::sheet(int page)
 {
-    if (const QPixmap *known = m_sheets.object(page))
-        return *known;
     const qreal ratio = devicePixelRatioF();
+    // The window may have come to a screen of another resolution.
+    if (const QPixmap *known = m_sheets.object(page); known && known->devicePixelRatio() == ratio)
+        return *known;
     auto picture = std::make_unique<QPixmap>(sheetSize() * ratio);
     picture->setDevicePixelRatio(ratio);
     picture->fill(Qt::white);

@@ -50,6 +50,9 @@ public:
     // A sheet's size on the screen.
     QSize sheetSize() const;
 
+    // How many pictures of sheets are in memory.
+    int sheetsKept() const { return static_cast<int>(m_sheets.size()); }
+
 Q_SIGNALS:
     // Another page is the current one, or there are more pages.
     void changed();

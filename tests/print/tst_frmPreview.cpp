@@ -68,6 +68,7 @@ private Q_SLOTS:
     void theNumberOfPagesIsTold();
     void keysScroll();
     void aSheetFitsThePaneButStaysReadable();
+    void theSheetsOnTheScreenAreDrawnOnce();
     void longTextsAreLaidOutWhileThePaneIsUsed();
     void escapeAndCloseEndIt();
     void printAsksForAPrinterAndPrints();
@@ -257,6 +258,25 @@ void tst_frmPreview::aSheetFitsThePaneButStaysReadable()
     const double least = inches * window->logicalDpiX() / 1.5;
     QVERIFY(std::abs(pane(*window)->sheetSize().width() - least) < 3);
     QVERIFY(pane(*window)->horizontalScrollBar()->maximum() > 0);
+}
+
+void tst_frmPreview::theSheetsOnTheScreenAreDrawnOnce()
+{
+    const auto window = preview(plant(lines(2000)));
+    QTRY_VERIFY(pane(*window)->isWhole());
+    window->resize(400, 8000);
+    PreviewPane &pages = *pane(*window);
+    const int seen = pages.viewport()->height() / pages.sheetSize().height();
+    QVERIFY(seen > 6 && pages.pageCount() > 2 * seen);
+    pages.viewport()->grab();
+    QVERIFY2(pages.sheetsKept() >= seen, qPrintable(QString::number(pages.sheetsKept())));
+    // Not all that was ever seen is kept, least of all in a smaller window.
+    pages.verticalScrollBar()->setValue(pages.verticalScrollBar()->maximum());
+    pages.viewport()->grab();
+    QVERIFY(pages.sheetsKept() <= seen + 4);
+    window->resize(400, 800);
+    pages.viewport()->grab();
+    QVERIFY2(pages.sheetsKept() <= 5, qPrintable(QString::number(pages.sheetsKept())));
 }
 
 void tst_frmPreview::longTextsAreLaidOutWhileThePaneIsUsed()
