@@ -7,6 +7,7 @@
 
 #include "model/Document.h"
 #include "model/Ports.h"
+#include "model/TextPane.h"
 #include "model/modNodes.h"
 #include "search/SearchSteps.h"
 #include "util/Procedure.h"
@@ -88,6 +89,9 @@ bool SearchLabels()
         if (!found && first >= 2)
             search(1, first - 1);
         modNodes::NodeSelect(*document, found ? found : start);
+        // As where the search went to another entry, whose text is shown from its beginning.
+        if (found || start)
+            document->txtRTF.setSelStart(0);
         return found != nullptr;
     });
 }

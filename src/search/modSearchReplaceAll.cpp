@@ -226,6 +226,7 @@ void replaceAllInLabels(Document &document)
     }
     bulk.reset();
     modNodes::NodeSelect(document, current);
+    document.txtRTF.setSelStart(0);
 }
 
 // Where a search stands: at an entry, and in its text.
