@@ -270,7 +270,8 @@ private Q_SLOTS:
         QApplication::clipboard()->setText(u"one\ntwo\r\nthree\rfour"_s);
         QCOMPARE(clipboard.text(), u"one\r\ntwo\r\nthree\r\nfour"_s);
         clipboard.setText(u"a\r\nb"_s);
-        QCOMPARE(QApplication::clipboard()->text(), u"a\r\nb"_s);
+        // Other programs of this desktop end their lines with a line feed alone.
+        QCOMPARE(QApplication::clipboard()->text(), u"a\nb"_s);
         QCOMPARE(clipboard.text(), u"a\r\nb"_s);
         QApplication::clipboard()->clear();
         QCOMPARE(clipboard.text(), QString());
