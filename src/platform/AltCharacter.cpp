@@ -7,6 +7,7 @@
 
 bool isAltCharacter(const QKeyEvent &event)
 {
-    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~Qt::KeyboardModifiers(Qt::ShiftModifier);
-    return modifiers == Qt::AltModifier && !event.text().isEmpty() && event.text()[0].isPrint();
+    constexpr Qt::KeyboardModifiers modifiers =
+        Qt::AltModifier | Qt::ControlModifier | Qt::MetaModifier | Qt::GroupSwitchModifier;
+    return (event.modifiers() & modifiers) == Qt::AltModifier && !event.text().isEmpty() && event.text()[0].isPrint();
 }

@@ -6,6 +6,7 @@
 #include "model/EntryText.h"
 #include "model/SealedDocument.h"
 #include "model/TextFind.h"
+#include "platform/AltCharacter.h"
 #include "platform/RichTextMime.h"
 #include "rtf/PlainText.h"
 #include "rtf/Rtf.h"
@@ -17,7 +18,6 @@
 #include <QMimeData>
 #include <QTextBlock>
 #include <QTextDocumentFragment>
-#include <QTextFrame>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -26,9 +26,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-
-// Of the document's frame: the place of the base font in the list of those that the text has had.
-constexpr int baseFontProperty = QTextFormat::UserProperty + 0x1000;
 
 // A program's text with its CR LF, CR and LF as the document's own breaks; a lone LF stays in its paragraph.
 QString withDocumentBreaks(QString text)
@@ -348,45 +345,6 @@ void RichTextBox::setSelLength(int length)
     setTextCursor(cursor);
 }
 
-QFont RichTextBox::Font() const
-{
-    return m_font;
-}
-
-void RichTextBox::setFont(const QFont &font)
-{
-    m_fonts[fontIndex()] = font;
-    takeFont();
-}
-
-// The place of the present base font among those that the text has had. The document's frame keeps it, so that undoing
-// brings an earlier one back.
-std::size_t RichTextBox::fontIndex() const
-{
-    return static_cast<std::size_t>(document()->rootFrame()->frameFormat().intProperty(baseFontProperty));
-}
-
-void RichTextBox::takeFont()
-{
-    const QFont font = m_fonts[fontIndex()];
-    if (m_font == font)
-        return;
-    m_font = font;
-    QTextEdit::setFont(font);
-    document()->setDefaultFont(font);
-}
-
-void RichTextBox::changeFont(const QFont &font)
-{
-    if (m_font == font)
-        return;
-    QTextFrameFormat format = document()->rootFrame()->frameFormat();
-    format.setProperty(baseFontProperty, static_cast<int>(m_fonts.size()));
-    m_fonts.push_back(font);
-    document()->rootFrame()->setFrameFormat(format);
-    takeFont();
-}
-
 bool RichTextBox::Locked() const
 {
     return isReadOnly();
@@ -451,10 +409,7 @@ void RichTextBox::changeEvent(QEvent *event)
 void RichTextBox::keyPressEvent(QKeyEvent *event)
 {
     // Alt with a letter is a command that somebody else knows, or nothing; the editor would type the letter.
-    constexpr Qt::KeyboardModifiers modifiers = Qt::AltModifier | Qt::ControlModifier | Qt::MetaModifier;
-    const bool altLetter = (event->modifiers() & modifiers) == Qt::AltModifier && !event->text().isEmpty() &&
-                           event->text().at(0).isPrint();
-    if (altLetter || isForeignKey(*event))
+    if (isAltCharacter(*event) || isForeignKey(*event))
         event->ignore();
     else if (isRedoKey(*event) && !Locked())
         redo();

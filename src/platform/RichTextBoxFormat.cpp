@@ -11,6 +11,7 @@
 
 #include <QTextBlock>
 #include <QTextDocument>
+#include <QTextFrame>
 #include <QTextList>
 
 #include <algorithm>
@@ -20,6 +21,9 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+
+// Of the document's frame: the place of the base font in the list of those that the text has had.
+constexpr int baseFontProperty = QTextFormat::UserProperty + 0x1000;
 
 // HTML's relative font sizes, from two steps below the standard size to four above.
 constexpr double sizeSteps[] = {0.7, 0.8, 1.0, 1.2, 1.5, 2.0, 2.4};
@@ -143,6 +147,45 @@ void changeParagraphs(const QTextEdit &box, Change change)
 }
 
 } // namespace
+
+QFont RichTextBox::Font() const
+{
+    return m_font;
+}
+
+void RichTextBox::setFont(const QFont &font)
+{
+    m_fonts[fontIndex()] = font;
+    takeFont();
+}
+
+// The place of the present base font among those that the text has had. The document's frame keeps it, so that undoing
+// brings an earlier one back.
+std::size_t RichTextBox::fontIndex() const
+{
+    return static_cast<std::size_t>(document()->rootFrame()->frameFormat().intProperty(baseFontProperty));
+}
+
+void RichTextBox::takeFont()
+{
+    const QFont font = m_fonts[fontIndex()];
+    if (m_font == font)
+        return;
+    m_font = font;
+    QTextEdit::setFont(font);
+    document()->setDefaultFont(font);
+}
+
+void RichTextBox::changeFont(const QFont &font)
+{
+    if (m_font == font)
+        return;
+    QTextFrameFormat format = document()->rootFrame()->frameFormat();
+    format.setProperty(baseFontProperty, static_cast<int>(m_fonts.size()));
+    m_fonts.push_back(font);
+    document()->rootFrame()->setFrameFormat(format);
+    takeFont();
+}
 
 void RichTextBox::changeSelection(const rtf::CharChange &change)
 {

@@ -417,7 +417,6 @@ void TreeView::applyLabelEdit(const QModelIndex &index, const QString &label)
     if (!m_tree || !index.isValid())
         return;
     m_tree->setData(index, label);
-    Q_EMIT labelEdited(m_tree->entryAt(index));
 }
 
 void TreeView::focusInEvent(QFocusEvent *event)

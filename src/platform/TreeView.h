@@ -71,8 +71,6 @@ Q_SIGNALS:
     // expansionReset) raises nothing.
     void entryExpanded(Entry *entry);
     void entryCollapsed(Entry *entry);
-    // In-place editing ended with a label, which may be the old one; a cancelled edit raises nothing.
-    void labelEdited(Entry *entry);
     void gotFocus();
 
 protected:

@@ -533,7 +533,7 @@ void tst_TreeView::startLabelEditEditsTheSelectedEntry()
     m_view->StartLabelEdit();
     QVERIFY(!editor());
     m_tree->select(entry(u"Oak"_s));
-    QSignalSpy edited(m_view, &TreeView::labelEdited);
+    QSignalSpy edited(m_tree.get(), &EntryTree::labelChanged);
     QSignalSpy clicked(m_view, &TreeView::nodeClicked);
     m_view->StartLabelEdit();
     QVERIFY(editor());
@@ -553,7 +553,7 @@ void tst_TreeView::escapeKeepsTheOldLabel()
 {
     build(*m_tree, garden);
     m_tree->select(entry(u"Oak"_s));
-    QSignalSpy edited(m_view, &TreeView::labelEdited);
+    QSignalSpy edited(m_tree.get(), &EntryTree::labelChanged);
     m_view->StartLabelEdit();
     QTest::keyClicks(editor(), u"Ash"_s);
     QTest::keyClick(editor(), Qt::Key_Escape);
@@ -587,7 +587,7 @@ void tst_TreeView::endLabelEditKeepsWhatWasTyped()
 {
     build(*m_tree, garden);
     m_tree->select(entry(u"Oak"_s));
-    QSignalSpy edited(m_view, &TreeView::labelEdited);
+    QSignalSpy edited(m_tree.get(), &EntryTree::labelChanged);
     m_view->EndLabelEdit();
     QCOMPARE(edited.size(), 0);
     m_view->StartLabelEdit();
