@@ -70,6 +70,17 @@ main_window() {
     done
 }
 
+# activate_window WINDOW: gives it the keyboard. Asked for while another window goes, as the start-up banner does,
+# xdotool may end with an X error.
+activate_window() {
+    local try
+    for ((try = 0; try < 10; try++)); do
+        xdotool windowactivate --sync "$1" 2>/dev/null && return
+        sleep 0.1
+    done
+    return 1
+}
+
 # picture_of_program PROCESS FILE: waits until the program's main window is shown and painted, and writes it as a PNG.
 picture_of_program() {
     local process=$1 file=$2 window='' before='' now try

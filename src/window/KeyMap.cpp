@@ -37,7 +37,7 @@ void larger()
     stepSize(1);
 }
 
-// "<" and ">" stand for the keys that have them on the US layout, beside which the comma and the full stop stand.
+// "<" and ">" are the comma and the full stop of the US layout with Shift, and come as the one or the other.
 // Alt+Home and Alt+End are possible exactly when moving up and down are.
 constexpr std::array bindings = {
     KeyBinding{KeyBinding::Keypad, Qt::Key_Plus, "mnuOutlineExpand", OutlineExpand},

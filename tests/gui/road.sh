@@ -65,7 +65,7 @@ start_program() {
         sleep 0.1
     done
     [[ -n $window ]] || fail "the program showed no window"
-    xdotool windowactivate --sync "$window"
+    activate_window "$window" || fail "the program's window does not get the keyboard"
     sleep 0.5
 }
 

@@ -28,7 +28,7 @@ writer() {
         sleep 0.1
     done
     [[ -n $window ]] || fail "Writer showed no window: $(cat "$work/writer.log")"
-    xdotool windowactivate --sync "$window"
+    activate_window "$window"
     # The first start is slow to fill its window.
     sleep 6
 }
@@ -102,7 +102,7 @@ quit_writer
 # And back: into an empty text, from the program's own copy.
 printf '{\\rtf1 }' >"$work/back.rtf"
 soffice "-env:UserInstallation=file://$work/batch" --headless --convert-to odt --outdir "$work" "$work/back.rtf" >/dev/null 2>&1
-xdotool windowactivate --sync "$(main_window "$process")"
+activate_window "$(main_window "$process")"
 sleep 0.5
 key ctrl+a
 key ctrl+c
@@ -114,7 +114,7 @@ sleep 3
 as_open_document "$work/back.odt" >"$work/back.fodt"
 expect_everything "$work/back.fodt"
 quit_writer
-xdotool windowactivate --sync "$(main_window "$process")"
+activate_window "$(main_window "$process")"
 quit_program
 
 end_road
