@@ -372,6 +372,9 @@ void frmMain::frameClosed(DocumentFrame *frame)
     std::erase(m_frames, frame);
     if (m_active == frame)
         m_active = m_frames.empty() ? nullptr : m_frames.back();
+    // No other window's label takes the place of this one's.
+    if (!m_active)
+        UpdateStatusBarText(QString());
     MenuEnable(iDocumentCount);
     MenuEnableDynamic();
 }

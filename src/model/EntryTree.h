@@ -5,6 +5,7 @@
 
 #include "model/Entry.h"
 #include "model/EntryCollection.h"
+#include "util/Bracket.h"
 
 #include <QAbstractItemModel>
 
@@ -154,23 +155,7 @@ private:
 };
 
 // Announces what happens to a tree while it lives as one reset, so that the pane is laid out once.
-class BulkChange
-{
-public:
-    explicit BulkChange(EntryTree &tree)
-        : m_tree(tree)
-    {
-        m_tree.beginBulkChange();
-    }
-
-    ~BulkChange() { m_tree.endBulkChange(); }
-
-    BulkChange(const BulkChange &) = delete;
-    BulkChange &operator=(const BulkChange &) = delete;
-
-private:
-    EntryTree &m_tree;
-};
+using BulkChange = Bracket<EntryTree, &EntryTree::beginBulkChange, &EntryTree::endBulkChange>;
 
 // A reference to an entry that empties itself when the entry or its tree goes away.
 class EntryRef

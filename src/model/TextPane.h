@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "util/Bracket.h"
+
 #include <QByteArray>
 #include <QColor>
 #include <QFont>
@@ -108,42 +110,10 @@ public:
 };
 
 // Makes what is changed in a pane while it lives one step of undo.
-class EditGroup
-{
-public:
-    explicit EditGroup(TextPane &pane)
-        : m_pane(pane)
-    {
-        m_pane.beginEditGroup();
-    }
-
-    ~EditGroup() { m_pane.endEditGroup(); }
-
-    EditGroup(const EditGroup &) = delete;
-    EditGroup &operator=(const EditGroup &) = delete;
-
-private:
-    TextPane &m_pane;
-};
+using EditGroup = Bracket<TextPane, &TextPane::beginEditGroup, &TextPane::endEditGroup>;
 
 // Makes the replacements of a pane's selection while it lives one step of undo.
-class JoinedSteps
-{
-public:
-    explicit JoinedSteps(TextPane &pane)
-        : m_pane(pane)
-    {
-        m_pane.beginJoinedSteps();
-    }
-
-    ~JoinedSteps() { m_pane.endJoinedSteps(); }
-
-    JoinedSteps(const JoinedSteps &) = delete;
-    JoinedSteps &operator=(const JoinedSteps &) = delete;
-
-private:
-    TextPane &m_pane;
-};
+using JoinedSteps = Bracket<TextPane, &TextPane::beginJoinedSteps, &TextPane::endJoinedSteps>;
 
 // Keeps a pane from drawing while it lives.
 class HiddenText

@@ -127,7 +127,8 @@ void PageFormatter::checkCells() const
         if (!table)
             continue;
         const QFontMetricsF font(block.charFormat().font());
-        height += (1 + block.length() / charactersALine) * font.lineSpacing() * m_scale;
+        const int lines = 1 + block.length() / charactersALine;
+        height += lines * font.lineSpacing() * m_scale;
         if (height > greatestHeight)
             throw RunTimeError(ErrorNumber::Overflow);
     }

@@ -453,7 +453,7 @@ void TreeView::mousePressEvent(QMouseEvent *event)
     if (signs)
         QTreeView::mousePressEvent(event);
     else
-        QAbstractItemView::mousePressEvent(event);
+        QAbstractItemView::mousePressEvent(event); // NOLINT(bugprone-parent-virtual-call): past the signs
     if (again)
         Q_EMIT nodeClicked(clicked);
 }
@@ -471,7 +471,7 @@ void TreeView::mouseReleaseEvent(QMouseEvent *event)
     if (event->button() == Qt::LeftButton)
         QTreeView::mouseReleaseEvent(event);
     else
-        QAbstractItemView::mouseReleaseEvent(event);
+        QAbstractItemView::mouseReleaseEvent(event); // NOLINT(bugprone-parent-virtual-call)
 }
 
 void TreeView::updateGeometries()

@@ -234,6 +234,7 @@ struct Place {
     int entry;
     int offset;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): it takes the 0 that the compiler compares with for a pointer.
     auto operator<=>(const Place &) const = default;
 };
 

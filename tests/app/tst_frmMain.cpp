@@ -223,8 +223,10 @@ void tst_frmMain::closingTheLastDocumentGreysItsCommands()
 {
     m_main->start();
     newDocument().m_bDataChanged = false;
+    QVERIFY(!statusText()->text().isEmpty());
     m_main->choose("mnuFileClose");
     QCOMPARE(DocumentActive(), nullptr);
+    QCOMPARE(statusText()->text(), QString());
     QCOMPARE(iDocumentCount, qint16(0));
     for (const char *item : {"mnuoutline", "mnuEdit", "mnuFileSave", "mnuFileSaveAll", "mnuFileClose"})
         QVERIFY2(!m_main->enabled(item), item);

@@ -67,6 +67,8 @@ private:
         QVERIFY(QTest::qWaitForWindowActive(m_dialog.get()));
     }
 
+    const Entry *openOverTwoCats();
+
     QComboBox *input(int place) const { return m_dialog->findChild<QComboBox *>(u"cmbInput%1"_s.arg(place)); }
 
     QPushButton *button(int place) const { return m_dialog->findChild<QPushButton *>(u"cmdInput%1"_s.arg(place)); }
@@ -191,7 +193,8 @@ void tst_frmSearch::theKeyboardStaysOnFind()
     QVERIFY(input(0)->hasFocus() || input(0)->lineEdit()->hasFocus());
 }
 
-void tst_frmSearch::theKeyboardGoesFromReplaceToFind()
+// The dialog for replacing, about to make a dog of a cat in the text of the entry that is returned.
+const Entry *tst_frmSearch::openOverTwoCats()
 {
     Entry *root = m_fixture->add(nullptr, u"Root"_s, u"a cat, a cat"_s);
     modNodes::NodeSelectFull(m_fixture->document, root);
@@ -199,6 +202,12 @@ void tst_frmSearch::theKeyboardGoesFromReplaceToFind()
     input(2)->setCurrentIndex(0);
     type(0, u"cat"_s);
     type(1, u"dog"_s);
+    return root;
+}
+
+void tst_frmSearch::theKeyboardGoesFromReplaceToFind()
+{
+    openOverTwoCats();
     QTest::mouseClick(button(0), Qt::LeftButton);
     button(1)->setFocus();
     QTest::keyClick(m_dialog->focusWidget(), Qt::Key_Space);
@@ -211,12 +220,7 @@ void tst_frmSearch::theKeyboardGoesFromReplaceToFind()
 
 void tst_frmSearch::replaceIsForAMatch()
 {
-    Entry *root = m_fixture->add(nullptr, u"Root"_s, u"a cat, a cat"_s);
-    modNodes::NodeSelectFull(m_fixture->document, root);
-    open(2);
-    input(2)->setCurrentIndex(0);
-    type(0, u"cat"_s);
-    type(1, u"dog"_s);
+    openOverTwoCats();
     QVERIFY(!button(1)->isEnabled());
     QTest::mouseClick(button(0), Qt::LeftButton);
     QVERIFY(button(1)->isEnabled());
@@ -243,12 +247,7 @@ void tst_frmSearch::aReplacementThatHoldsTheExpressionIsNotUsed()
 
 void tst_frmSearch::replaceAllReplacesAll()
 {
-    Entry *root = m_fixture->add(nullptr, u"Root"_s, u"a cat, a cat"_s);
-    modNodes::NodeSelectFull(m_fixture->document, root);
-    open(2);
-    input(2)->setCurrentIndex(0);
-    type(0, u"cat"_s);
-    type(1, u"dog"_s);
+    const Entry *root = openOverTwoCats();
     QTest::mouseClick(button(2), Qt::LeftButton);
     QCOMPARE(m_fixture->textOf(root), u"a dog, a dog"_s);
     QVERIFY(!button(2)->isEnabled());

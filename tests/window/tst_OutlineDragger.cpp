@@ -80,6 +80,8 @@ private Q_SLOTS:
 
 private:
     void plant(const QStringList &outline);
+    void plantLongOutline();
+    QPoint dragToTheEdge();
     void makeReadOnly();
     static void directions();
     QPoint middleOf(const QString &label);
@@ -400,6 +402,24 @@ void tst_OutlineDragger::duringADragKeysRunNoCommands()
     QCOMPARE(m_fixture->fakes.commands.poppedUp, QStringList());
 }
 
+void tst_OutlineDragger::plantLongOutline()
+{
+    QStringList outline = {u"Root +"_s};
+    for (int i = 0; i < 200; ++i)
+        outline.append(u" Entry %1"_s.arg(i));
+    plant(outline);
+}
+
+// Drags an entry of a long outline to the lower edge, and tells where that is.
+QPoint tst_OutlineDragger::dragToTheEdge()
+{
+    plantLongOutline();
+    QTest::mousePress(viewport(), Qt::LeftButton, {}, middleOf(u"Entry 1"_s));
+    const QPoint edge(20, viewport()->height() - 4);
+    moveTo(edge);
+    return edge;
+}
+
 void tst_OutlineDragger::aDragEndsWithItsEntry_data()
 {
     QTest::addColumn<QString>("gone");
@@ -410,13 +430,7 @@ void tst_OutlineDragger::aDragEndsWithItsEntry_data()
 void tst_OutlineDragger::aDragEndsWithItsEntry()
 {
     QFETCH(const QString, gone);
-    QStringList outline = {u"Root +"_s};
-    for (int i = 0; i < 200; ++i)
-        outline.append(u" Entry %1"_s.arg(i));
-    plant(outline);
-    QTest::mousePress(viewport(), Qt::LeftButton, {}, middleOf(u"Entry 1"_s));
-    const QPoint edge(20, viewport()->height() - 4);
-    moveTo(edge);
+    const QPoint edge = dragToTheEdge();
     EntryTree &tree = DocumentActive()->tree;
     tree.remove(entryLabelled(tree, gone));
     // The outline scrolls near its edge as long as a drag goes on.
@@ -450,10 +464,7 @@ void tst_OutlineDragger::aDropBesideEveryEntryDoesNothing()
 
 void tst_OutlineDragger::aDropBeyondThePaneDoesNothing()
 {
-    QStringList outline = {u"Root +"_s};
-    for (int i = 0; i < 200; ++i)
-        outline.append(u" Entry %1"_s.arg(i));
-    plant(outline);
+    plantLongOutline();
     QScrollBar *bar = m_fixture->form().treeView->verticalScrollBar();
     bar->setValue(100);
     const QPoint middle = middleOf(u"Entry 110"_s);
@@ -645,13 +656,7 @@ void tst_OutlineDragger::aReadOnlyDocumentOpensAndClosesItsBranches()
 
 void tst_OutlineDragger::theOutlineScrollsNearItsEdge()
 {
-    QStringList outline = {u"Root +"_s};
-    for (int i = 0; i < 200; ++i)
-        outline.append(u" Entry %1"_s.arg(i));
-    plant(outline);
-    QTest::mousePress(viewport(), Qt::LeftButton, {}, middleOf(u"Entry 1"_s));
-    const QPoint edge(20, viewport()->height() - 4);
-    moveTo(edge);
+    dragToTheEdge();
     QTRY_VERIFY(m_fixture->form().treeView->verticalScrollBar()->value() > 3);
     QTest::keyClick(m_fixture->form().treeView, Qt::Key_Escape);
 }
