@@ -154,6 +154,8 @@ public:
     bool close() override { return true; }
 
     void autoFitSplit() override {}
+
+    void noticesChanged() override {}
 };
 
 class UnshownDocument

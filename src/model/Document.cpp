@@ -3,7 +3,11 @@
 
 #include "model/Document.h"
 
+#include "model/DocumentWindow.h"
+
 #include <QFileInfo>
+
+#include <algorithm>
 
 bool Document::bReadOnly() const
 {
@@ -15,4 +19,22 @@ bool Document::bReadOnly() const
         return false;
     // A file marked read-only is read-only even to those, such as the superuser, whom the mark would not stop.
     return !info.permission(QFileDevice::WriteOwner) || !info.isWritable();
+}
+
+void Document::tell(DocumentNotice notice)
+{
+    const auto place = std::ranges::lower_bound(m_notices, notice.kind, {}, &DocumentNotice::kind);
+    if (place == m_notices.end() || place->kind != notice.kind)
+        m_notices.insert(place, std::move(notice));
+    else if (*place == notice)
+        return;
+    else
+        *place = std::move(notice);
+    window.noticesChanged();
+}
+
+void Document::dismiss(NoticeKind kind)
+{
+    if (std::erase_if(m_notices, [kind](const DocumentNotice &notice) { return notice.kind == kind; }) > 0)
+        window.noticesChanged();
 }

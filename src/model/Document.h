@@ -3,10 +3,13 @@
 
 #pragma once
 
+#include "model/DocumentNotice.h"
 #include "model/EntryTree.h"
 #include "model/clsFont.h"
 
 #include <QString>
+
+#include <vector>
 
 class DocumentWindow;
 class OutlinePane;
@@ -32,6 +35,13 @@ public:
     // Whether the document has a file that the current user may not write. Asked of the file system at every call.
     bool bReadOnly() const;
 
+    // Tells the user of a failure until it is dismissed or mended, in place of an earlier notice of its kind.
+    void tell(DocumentNotice notice);
+    // What the notice of a kind told of is mended, or the user has read it.
+    void dismiss(NoticeKind kind);
+    // The standing notices, the gravest first.
+    const std::vector<DocumentNotice> &notices() const { return m_notices; }
+
     // Full path; empty for a document that was never saved.
     QString m_sFile;
     bool m_bDataChanged = false;
@@ -52,4 +62,7 @@ public:
     OutlinePane &trvOutline;
     TextPane &txtRTF;
     DocumentWindow &window;
+
+private:
+    std::vector<DocumentNotice> m_notices;
 };

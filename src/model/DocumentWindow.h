@@ -19,4 +19,6 @@ public:
     virtual bool close() = 0;
     // Fits the split between the two panes, when the option says so.
     virtual void autoFitSplit() = 0;
+    // To be called when the document's notices have changed: shows those that stand now.
+    virtual void noticesChanged() = 0;
 };

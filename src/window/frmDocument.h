@@ -36,6 +36,7 @@ public:
     void activate() override;
     bool close() override;
     void autoFitSplit() override;
+    void noticesChanged() override {}
 
     // To be called when the window becomes the active one.
     void Form_Activate();

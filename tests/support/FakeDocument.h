@@ -258,9 +258,12 @@ public:
 
     void autoFitSplit() override { ++timesSplitFitted; }
 
+    void noticesChanged() override { ++timesNoticesChanged; }
+
     QString text;
     int timesActivated = 0;
     int timesSplitFitted = 0;
+    int timesNoticesChanged = 0;
     std::function<void()> onActivate;
     // Closes the window; false when it stays.
     std::function<bool()> onClose;

@@ -1,0 +1,18 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+// What went wrong with a document and is not mended yet. One of a kind stands at a time; the gravest kind comes first.
+enum class NoticeKind { NotSaved, NotReadWhole, DamagedText, DocumentFull, NoBackup };
+
+// Shown in the document's window until the user dismisses it or what it tells of is mended.
+struct DocumentNotice {
+    NoticeKind kind;
+    // A sentence or two for the user: what happened, to what, and what can be done.
+    QString text;
+
+    bool operator==(const DocumentNotice &) const = default;
+};
