@@ -21,20 +21,20 @@ bool Document::bReadOnly() const
     return !info.permission(QFileDevice::WriteOwner) || !info.isWritable();
 }
 
-void Document::tell(DocumentNotice notice)
+void Document::tell(DocumentNotice told)
 {
-    const auto place = std::ranges::lower_bound(m_notices, notice.kind, {}, &DocumentNotice::kind);
-    if (place == m_notices.end() || place->kind != notice.kind)
-        m_notices.insert(place, std::move(notice));
-    else if (*place == notice)
+    const auto place = std::ranges::lower_bound(m_notices, told.kind, {}, &DocumentNotice::kind);
+    if (place == m_notices.end() || place->kind != told.kind)
+        m_notices.insert(place, std::move(told));
+    else if (*place == told)
         return;
     else
-        *place = std::move(notice);
+        *place = std::move(told);
     window.noticesChanged();
 }
 
 void Document::dismiss(NoticeKind kind)
 {
-    if (std::erase_if(m_notices, [kind](const DocumentNotice &notice) { return notice.kind == kind; }) > 0)
+    if (std::erase_if(m_notices, [kind](const DocumentNotice &told) { return told.kind == kind; }) > 0)
         window.noticesChanged();
 }

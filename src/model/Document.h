@@ -36,7 +36,7 @@ public:
     bool bReadOnly() const;
 
     // Tells the user of a failure until it is dismissed or mended, in place of an earlier notice of its kind.
-    void tell(DocumentNotice notice);
+    void tell(DocumentNotice told);
     // What the notice of a kind told of is mended, or the user has read it.
     void dismiss(NoticeKind kind);
     // The standing notices, the gravest first.
