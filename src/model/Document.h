@@ -39,6 +39,7 @@ public:
     void tell(DocumentNotice told);
     // What the notice of a kind told of is mended, or the user has read it.
     void dismiss(NoticeKind kind);
+
     // The standing notices, the gravest first.
     const std::vector<DocumentNotice> &notices() const { return m_notices; }
 
