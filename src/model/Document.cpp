@@ -38,3 +38,8 @@ void Document::dismiss(NoticeKind kind)
     if (std::erase_if(m_notices, [kind](const DocumentNotice &told) { return told.kind == kind; }) > 0)
         window.noticesChanged();
 }
+
+bool Document::hasNotice(NoticeKind kind) const
+{
+    return std::ranges::find(m_notices, kind, &DocumentNotice::kind) != m_notices.end();
+}

@@ -40,6 +40,8 @@ public:
     // What the notice of a kind told of is mended, or the user has read it.
     void dismiss(NoticeKind kind);
 
+    bool hasNotice(NoticeKind kind) const;
+
     // The standing notices, the gravest first.
     const std::vector<DocumentNotice> &notices() const { return m_notices; }
 

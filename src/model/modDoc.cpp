@@ -69,6 +69,14 @@ bool textFormatAccepted(const Document &document)
                "recognise the native formatting.  Do you want to continue?"_s) == Answer::Yes;
 }
 
+// Of the error being handled.
+QString notSavedText(const QString &sFile)
+{
+    const auto number = static_cast<ErrorNumber>(currentError().number);
+    return u"The file %1 could not be saved (%2). What you changed is in this window only."_s.arg(
+        sFile, errorDescription(number));
+}
+
 SaveOutcome writeDocument(const Document &document)
 {
     // The new content is complete and on disk before the old file or its backup is touched.
@@ -142,11 +150,17 @@ SaveOutcome DocSave(const QString &sFile)
             ports().commands->MenuEnableDynamic();
             document->notice = u"The file %1 could not be saved"_s.arg(sFile);
             ports().commands->UpdateStatusBarText(document->notice);
+            document->tell({NoticeKind::NotSaved, notSavedText(sFile)});
             throw;
         }
         if (outcome != SaveOutcome::Saved)
             return outcome;
-        document->notice.clear();
+        if (!document->notice.isEmpty()) {
+            document->notice.clear();
+            ports().commands->UpdateStatusBarText(QString());
+            ports().commands->UpdateStatusBar(document->tree.selected());
+        }
+        document->dismiss(NoticeKind::NotSaved);
         document->window.setCaption(document->m_sFile);
         ports().commands->MenuEnableDynamic();
         ports().recentFiles->UpdateMRUFile(document->m_sFile, false);

@@ -150,6 +150,9 @@ void keepWhatWasRead(Document &document, const QString &sFile, const LoadResult 
     ports().commands->MenuEnableDynamic();
     document.notice = u"The file %1 could not be read whole"_s.arg(sFile);
     ports().commands->UpdateStatusBarText(document.notice);
+    const QString cause = result.damage.isEmpty() ? currentError().description : result.damage;
+    document.tell({NoticeKind::NotReadWhole, u"%1: %2. What was read is shown here without the file's name, so that "
+                                             "saving it does not replace the file."_s.arg(document.notice, cause)});
 }
 
 void loadInto(Document &document, const QString &sFile, LoadResult &result)

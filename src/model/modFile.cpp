@@ -135,12 +135,17 @@ bool FileSaveAs()
 void FileSaveAll()
 {
     procedure("modFile FileSaveAll", [] {
+        Document *failed = nullptr;
         for (Document *document : ports().windows->documents()) {
             if (document->bReadOnly())
                 continue;
             document->window.activate();
-            FileSave();
+            if (!FileSave() && !failed && document->hasNotice(NoticeKind::NotSaved))
+                failed = document;
         }
+        // What could not be saved is not to stay behind the windows that were saved after it.
+        if (failed)
+            failed->window.activate();
     });
 }
 

@@ -16,7 +16,9 @@ namespace
 ErrorReporter s_reporter = nullptr;
 int s_failureScopes = 0;
 
-ErrorReport describeCurrentException()
+} // namespace
+
+ErrorReport currentError()
 {
     try {
         throw;
@@ -32,8 +34,6 @@ ErrorReport describeCurrentException()
         return {static_cast<qint32>(number), errorDescription(number), u"Quillery"_s};
     }
 }
-
-} // namespace
 
 void setErrorReporter(ErrorReporter reporter)
 {
@@ -63,7 +63,7 @@ bool detail::failuresPropagate()
 void detail::reportCurrentException(const char *name) noexcept
 {
     try {
-        const ErrorReport report = describeCurrentException();
+        const ErrorReport report = currentError();
         if (report.number == static_cast<qint32>(ErrorNumber::Cancelled))
             return;
         g_sProcedure = QString::fromLatin1(name);

@@ -22,6 +22,9 @@ struct ErrorReport {
 using ErrorReporter = void (*)(const ErrorReport &);
 void setErrorReporter(ErrorReporter reporter);
 
+// What the error report would tell of the exception being handled.
+ErrorReport currentError();
+
 // While one lives, a failing routine passes its error on instead of reporting it, so that the routine that opened the
 // scope ends as a whole and reports once.
 class FailureScope

@@ -445,6 +445,10 @@ void tst_modDoc::aFailedLoadKeepsWhatWasReadWithoutTheFilesName()
     QCOMPARE(fake.window.text, u"Document 1"_s);
     QVERIFY(m_fake->commands.statusText.contains(sFile));
     QCOMPARE(fake.document.notice, m_fake->commands.statusText);
+    QCOMPARE(fake.document.notices().size(), size_t(1));
+    QCOMPARE(fake.document.notices()[0].kind, NoticeKind::NotReadWhole);
+    QVERIFY(fake.document.notices()[0].text.startsWith(fake.document.notice));
+    QCOMPARE(fake.document.notices()[0].text.contains(u"bytes between two records"_s), kind == 2);
     QVERIFY(m_fake->recentFiles.updates.empty());
     QVERIFY(!fake.text.locked);
     if (kind == 4)
@@ -512,6 +516,8 @@ void tst_modDoc::aSavedDocument()
 {
     Document &document = plant(3);
     document.notice = u"The file could not be saved"_s;
+    ports().commands->UpdateStatusBarText(document.notice);
+    document.tell({NoticeKind::NotSaved, document.notice});
     const QString sFile = (*m_folder)(u"a.qly"_s);
     m_fake->formats.onWriteNative = [&](const Document &, ByteSink &sink) {
         QVERIFY(bBusy);
@@ -522,6 +528,8 @@ void tst_modDoc::aSavedDocument()
     QCOMPARE(document.m_sFile, sFile);
     QCOMPARE(document.window.caption(), sFile);
     QVERIFY(document.notice.isEmpty());
+    QVERIFY(!m_fake->commands.statusText.contains(u"saved"_s));
+    QVERIFY(document.notices().empty());
     QCOMPARE(m_fake->recentFiles.updates.size(), size_t(1));
     QCOMPARE(m_fake->recentFiles.updates[0].file, sFile);
     QCOMPARE(m_folder->names(), QStringList(u"a.qly"_s));
@@ -686,6 +694,8 @@ void tst_modDoc::aFailedSaveChangesNothing()
     QVERIFY2(document.m_bDataChanged, "what is not saved still counts as changed");
     QVERIFY(m_fake->commands.statusText.contains(sFile));
     QCOMPARE(document.notice, m_fake->commands.statusText);
+    QVERIFY(document.hasNotice(NoticeKind::NotSaved));
+    QVERIFY(document.notices()[0].text.startsWith(document.notice));
     QVERIFY(m_fake->recentFiles.updates.empty());
 }
 

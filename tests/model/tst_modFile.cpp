@@ -39,6 +39,7 @@ private Q_SLOTS:
     void saveAsCancelled();
     void saveAllSkipsReadOnlyDocumentsAndAsksForNames();
     void saveAllGoesOnAfterACancelledDialog();
+    void saveAllShowsTheFirstThatCouldNotBeSaved();
 
     void closeClosesTheActiveWindow();
     void closeThatIsRefused();
@@ -305,6 +306,22 @@ void tst_modFile::saveAllGoesOnAfterACancelledDialog()
     m_fake->dialogs.saveNames = {std::nullopt};
     modFile::FileSaveAll();
     QCOMPARE(m_folder->names(), QStringList(u"b.qly"_s));
+}
+
+void tst_modFile::saveAllShowsTheFirstThatCouldNotBeSaved()
+{
+    const FakeDocument &cancelled = openDocument();
+    const FakeDocument &lost = openDocument(path(u"gone/b.qly"_s));
+    const FakeDocument &lostToo = openDocument(path(u"gone/c.qly"_s));
+    const FakeDocument &saved = openDocument(path(u"d.qly"_s));
+    m_fake->dialogs.saveNames = {std::nullopt};
+    modFile::FileSaveAll();
+    QCOMPARE(m_fake->windows.active, &lost);
+    QVERIFY(!cancelled.document.hasNotice(NoticeKind::NotSaved));
+    QVERIFY(lost.document.hasNotice(NoticeKind::NotSaved));
+    QVERIFY(lostToo.document.hasNotice(NoticeKind::NotSaved));
+    QVERIFY(!saved.document.hasNotice(NoticeKind::NotSaved));
+    QVERIFY(!saved.document.m_bDataChanged && lost.document.m_bDataChanged);
 }
 
 void tst_modFile::closeClosesTheActiveWindow()
