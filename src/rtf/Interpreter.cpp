@@ -296,7 +296,7 @@ void Interpreter::choosePage()
     // A font without a name is shown in the default one, whose glyphs its bytes then mean.
     const QString &family = font.family.isEmpty() ? m_tables.fonts[0].family : font.family;
     const bool isSymbol = family.startsWith(QLatin1StringView("Symbol"), Qt::CaseInsensitive);
-    if (number != m_pageNumber) {
+    if (m_page == nullptr || number != m_pageNumber) {
         m_pageNumber = number;
         m_page = &codePage(number);
     }

@@ -154,7 +154,7 @@ private:
     bool m_isIgnorable = false;  // the last token was the \* of a group
     int m_fallback = 0;          // characters still to pass over after \u
     int m_pageFont = -1;         // the font that m_characters decodes for
-    int m_pageNumber = -1;       // of m_page
+    int m_pageNumber = 0;        // as the text has it, of m_page
     const CodePage *m_page = nullptr;
 
     int m_documentPage = windowsLatin;
