@@ -4,17 +4,15 @@
 #include "formats/modDocV1.h"
 
 #include "formats/OutlineWalk.h"
+#include "formats/RecordText.h"
 
 #include "model/Document.h"
-#include "model/StoredText.h"
 #include "model/modDoc.h"
 
 #include "util/AnsiCodec.h"
 #include "util/ByteSink.h"
 #include "util/Numbers.h"
 #include "util/Procedure.h"
-
-#include <cstring>
 
 namespace
 {
@@ -33,24 +31,6 @@ void saveFont(ByteSink &sink, const QByteArray &prefix, const clsFont &font)
     DocSaveNodeTag(sink, prefix + "fontitalic", booleanText(font.Italic()));
     DocSaveNodeTag(sink, prefix + "fontstrikethrough", booleanText(font.StrikeThrough()));
     DocSaveNodeTag(sink, prefix + "fontunderline", booleanText(font.Underline()));
-}
-
-bool holdsOpener(const QByteArray &text)
-{
-    return memmem(text.constData(), static_cast<size_t>(text.size()), modDoc::recordOpener.data(),
-                  static_cast<size_t>(modDoc::recordOpener.size()));
-}
-
-// A text may run to the next record's opener, so the opener must not stand within it. Compressed bytes can hold it by
-// chance and an imported text on purpose; the other stored form of the same text then does not.
-QByteArray withoutOpener(const QByteArray &storedText)
-{
-    if (!holdsOpener(storedText))
-        return storedText;
-    const QByteArray text = NodeTextDecompressIfRequired(storedText);
-    if (text != storedText && !readsAsCompressed(text) && !holdsOpener(text))
-        return text;
-    return NodeTextCompressIfRequired(text);
 }
 
 } // namespace
@@ -81,7 +61,7 @@ void DocSaveNodeAll(const Document &document, const Entry *top, const QByteArray
             DocSaveNodeTag(sink, "nodelabel", AnsiCodec::fromText(walk.entry()->label()));
             DocSaveNodeTag(sink, "nodetagged", booleanText(walk.entry()->tagged()));
             DocSaveNodeTag(sink, "nodevisible", booleanText(walk.visible()));
-            DocSaveNodeTag(sink, "nodetext", withoutOpener(document.tree.storedText(walk.entry())));
+            DocSaveNodeTag(sink, "nodetext", recordText(document.tree.storedText(walk.entry())));
         }
     });
 }

@@ -36,11 +36,15 @@ private Q_SLOTS:
     void textsOfAnyBytes();
     void aTextWithARecordsOpenerIsStoredSoThatItDoesNotShow_data();
     void aTextWithARecordsOpenerIsStoredSoThatItDoesNotShow();
+    void noiseWithARecordsOpenerComesBack();
+    void aTextThatReadsAsCompressedIsNotLaidBare();
+    void textsOfNoiseAndOpenersComeBack();
 
     void savedLoadedAndSavedAgain_data();
     void savedLoadedAndSavedAgain();
     void randomDocumentsSavedLoadedAndSavedAgain();
     void changingOneEntryLeavesAllOthersAsStored();
+    void aSaveThatFailedForLackOfMemoryLeavesTheNewTextToTheNextOne();
     void aFullOutlineComesBack();
     void aChainOf2000LevelsComesBack();
 
@@ -314,6 +318,76 @@ void tst_modDocV1::aTextWithARecordsOpenerIsStoredSoThatItDoesNotShow()
     QCOMPARE(NodeTextDecompressIfRequired(loaded.tree.storedText(loaded.tree.root())), text);
 }
 
+// So many random bytes that zlib keeps stretches of them as they are.
+static QByteArray noise(QRandomGenerator &random, int size)
+{
+    QByteArray bytes(static_cast<qsizetype>(size), '\0');
+    for (char &byte : bytes)
+        byte = static_cast<char>(random.bounded(256));
+    return bytes;
+}
+
+void tst_modDocV1::noiseWithARecordsOpenerComesBack()
+{
+    QRandomGenerator random(7);
+    const QByteArray text =
+        "x" + noise(random, 40000) + "{\\qlf_nodekey 0.1}\r\n{\\qlf_nodelabel injected}\r\n" + noise(random, 40000);
+    QVERIFY2(NodeTextCompressIfRequired(text).contains("{\\qlf_"), "compressing alone would have done");
+    Document &document = m_fixture->plant({u"Root"_s, u" A"_s}).document;
+    document.tree.setStoredText(document.tree.root(), text);
+    const QByteArray saved = FormatsFixture::savedNative(document);
+    QCOMPARE(checkNative(saved).fault, QString());
+    const Document &loaded = load(saved).document;
+    QVERIFY(m_loaded);
+    QCOMPARE(loaded.tree.entryCount(), 2);
+    QVERIFY(NodeTextDecompressIfRequired(loaded.tree.storedText(loaded.tree.root())) == text);
+    QVERIFY(FormatsFixture::savedNative(loaded) == saved);
+}
+
+void tst_modDocV1::aTextThatReadsAsCompressedIsNotLaidBare()
+{
+    // Its compressed form shows an opener, but laid bare it would be taken for another compressed text.
+    const QByteArray text = "12, which reads like the length of something";
+    const QByteArray unread = NodeTextCompressIfRequired(text) + "{\\qlf_";
+    QCOMPARE(NodeTextDecompressIfRequired(unread), text);
+    Document &document = m_fixture->plant({u"Root"_s}).document;
+    document.tree.setStoredText(document.tree.root(), unread);
+    const Document &loaded = load(FormatsFixture::savedNative(document)).document;
+    QVERIFY(m_loaded);
+    QCOMPARE(NodeTextDecompressIfRequired(loaded.tree.storedText(loaded.tree.root())), text);
+}
+
+void tst_modDocV1::textsOfNoiseAndOpenersComeBack()
+{
+    QRandomGenerator random(20260314);
+    for (int i = 0; i < 60; ++i) {
+        Document &document = m_fixture->plant({u"Root"_s}).document;
+        Entry *root = document.tree.root();
+        std::vector<QByteArray> texts;
+        for (int number = 0; number < 4; ++number) {
+            QByteArray text = number % 2 == 0 ? QByteArray() : QByteArray("77,");
+            for (int parts = 1 + random.bounded(6); parts > 0; --parts) {
+                text += noise(random, random.bounded(i % 10 == 0 ? 90000 : 200));
+                text += QByteArrayView("{\\qlf_nodetext }\r\n{\\qlf_").first(random.bounded(25)).toByteArray();
+            }
+            Entry *entry = document.tree.insert(Relationship::tvwChild, root);
+            document.tree.setStoredText(entry, readsAsCompressed(text) ? NodeTextCompressIfRequired(text) : text);
+            texts.push_back(NodeTextDecompressIfRequired(document.tree.storedText(entry)));
+        }
+        const QByteArray saved = FormatsFixture::savedNative(document);
+        QCOMPARE(checkNative(saved).fault, QString());
+        const Document &loaded = load(saved).document;
+        QVERIFY2(m_loaded, qPrintable(u"document %1"_s.arg(i)));
+        QCOMPARE(loaded.tree.entryCount(), 5);
+        for (int number = 0; number < 4; ++number) {
+            const Entry *entry = loaded.tree.root()->child(number);
+            QVERIFY(NodeTextDecompressIfRequired(loaded.tree.storedText(entry)) == texts[static_cast<size_t>(number)]);
+        }
+        QVERIFY(FormatsFixture::savedNative(loaded) == saved);
+        m_fixture->closeAll();
+    }
+}
+
 void tst_modDocV1::savedLoadedAndSavedAgain_data()
 {
     QTest::addColumn<QStringList>("lines");
@@ -422,6 +496,21 @@ void tst_modDocV1::changingOneEntryLeavesAllOthersAsStored()
         if (each.path != "0.21")
             QCOMPARE(now.entry(each.path).storedText, each.storedText);
     }
+}
+
+void tst_modDocV1::aSaveThatFailedForLackOfMemoryLeavesTheNewTextToTheNextOne()
+{
+    FakeDocument &loaded = load(header + entry("0", "Root", "{\\rtf1 old}"));
+    loaded.text.rtf = "{\\rtf1 new}";
+    modNodes::NodeTextPut(loaded.document, loaded.document.tree.root());
+    loaded.document.m_bDataChanged = true;
+    loaded.text.onTextRead = [] { throw std::bad_alloc(); };
+    QCOMPARE(modDoc::DocSave((*m_folder)(u"a.qly"_s)), SaveOutcome::Failed);
+    QCOMPARE(m_fixture->errors.summary(), QStringList(u"7 modDoc DocSave"_s));
+    QCOMPARE(checkNative(m_folder->read(u"a.qly"_s)).entry("0").text, QByteArray("{\\rtf1 old}"));
+    loaded.text.onTextRead = nullptr;
+    QCOMPARE(modDoc::DocSave((*m_folder)(u"a.qly"_s)), SaveOutcome::Saved);
+    QCOMPARE(checkNative(m_folder->read(u"a.qly"_s)).entry("0").text, QByteArray("{\\rtf1 new}"));
 }
 
 void tst_modDocV1::aFullOutlineComesBack()
