@@ -370,11 +370,10 @@ void EntryTree::resolvePendingText() const
 {
     if (!m_pendingEntry)
         return;
-    Entry *entry = m_pendingEntry;
-    const std::function<QByteArray()> source = std::move(m_pendingSource);
+    // When it cannot be made now, for lack of memory say, it is still to be made: nothing else holds what was typed.
+    m_pendingEntry->m_storedText = m_pendingSource();
     m_pendingEntry = nullptr;
     m_pendingSource = nullptr;
-    entry->m_storedText = source();
 }
 
 void EntryTree::requireRoomFor(int more) const

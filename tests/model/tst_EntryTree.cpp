@@ -108,6 +108,7 @@ private Q_SLOTS:
     void aPendingTextIsMadeBeforeAnotherBecomesPending();
     void aPendingTextIsForgottenWithItsEntry();
     void aPendingTextIsPartOfACopy();
+    void aPendingTextThatCouldNotBeMadeStaysPending();
 
     void theCollectionKeepsTheOrderOfInsertion();
     void indicesCloseUpAfterARemoval();
@@ -828,6 +829,24 @@ void tst_EntryTree::aPendingTextIsPartOfACopy()
     source.tree.setPendingText(source[u"A1"_s], [] { return QByteArray("typed"); });
     const Entry *copy = target.tree.insertCopy(source.tree, source[u"A"_s], Relationship::tvwChild, target.tree.root());
     QCOMPARE(target.tree.storedText(copy->firstChild()), QByteArray("typed"));
+}
+
+void tst_EntryTree::aPendingTextThatCouldNotBeMadeStaysPending()
+{
+    WatchedTree watched;
+    EntryTree &tree = watched.tree;
+    tree.setStoredText(watched[u"B"_s], "old");
+    int times = 0;
+    tree.setPendingText(watched[u"B"_s], [&times]() -> QByteArray {
+        if (times++ < 2)
+            throw std::bad_alloc();
+        return "new";
+    });
+    QVERIFY_THROWS_EXCEPTION(std::bad_alloc, tree.storedText(watched[u"B"_s]));
+    QVERIFY_THROWS_EXCEPTION(std::bad_alloc, tree.resolvePendingText());
+    QCOMPARE(tree.storedText(watched[u"B"_s]), QByteArray("new"));
+    QCOMPARE(tree.storedText(watched[u"B"_s]), QByteArray("new"));
+    QCOMPARE(times, 3);
 }
 
 void tst_EntryTree::theCollectionKeepsTheOrderOfInsertion()

@@ -68,7 +68,12 @@ public:
 class FakeTextPane final : public TextPane
 {
 public:
-    QByteArray TextRTF() const override { return rtf; }
+    QByteArray TextRTF() const override
+    {
+        if (onTextRead)
+            onTextRead();
+        return rtf;
+    }
 
     void setTextRTF(const QByteArray &newRtf) override
     {
@@ -238,6 +243,8 @@ public:
     int timesFocused = 0;
     // Runs after setTextRTF, as a change notification of a real pane would.
     std::function<void()> onTextSet;
+    // Runs before TextRTF: what it throws is what the reading of the text ends in.
+    std::function<void()> onTextRead;
 };
 
 class FakeDocumentWindow final : public DocumentWindow
