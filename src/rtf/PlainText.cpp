@@ -3,9 +3,14 @@
 
 #include "rtf/PlainText.h"
 
+#include "rtf/CellRange.h"
+
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextTable>
+
+#include <algorithm>
 
 namespace rtf
 {
@@ -42,6 +47,27 @@ QString plainRange(const QTextDocument &document, int from, int to)
     return text;
 }
 
+// Row by row. A place that a joined cell covers is an empty one, so that the columns stay below each other.
+QString plainCells(const QTextDocument &document, const CellRange &cells)
+{
+    QString text;
+    for (int row = cells.firstRow; row < cells.endRow(); ++row) {
+        if (row > cells.firstRow) {
+            text += QStringLiteral("\r\n");
+        }
+        for (int column = cells.firstColumn; column < cells.endColumn(); ++column) {
+            if (column > cells.firstColumn) {
+                text += QLatin1Char('\t');
+            }
+            const QTextTableCell cell = cells.table->cellAt(row, column);
+            if (row == std::max(cell.row(), cells.firstRow) && column == std::max(cell.column(), cells.firstColumn)) {
+                text += plainRange(document, cell.firstPosition(), cell.lastPosition());
+            }
+        }
+    }
+    return text;
+}
+
 // The position behind the last character.
 int endOf(const QTextDocument &document)
 {
@@ -59,6 +85,9 @@ QString plainText(const QTextCursor &selection)
 {
     if (!selection.hasSelection()) {
         return {};
+    }
+    if (const std::optional<CellRange> cells = selectedCells(selection)) {
+        return plainCells(*selection.document(), *cells);
     }
     return plainRange(*selection.document(), selection.selectionStart(), selection.selectionEnd());
 }

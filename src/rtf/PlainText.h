@@ -15,7 +15,8 @@ namespace rtf
 
 QString plainText(const QTextDocument &document);
 
-// The selected part; empty when nothing is selected.
+// The selected part; empty when nothing is selected. Of selected cells, each row is a line and a tab stands between two
+// cells.
 QString plainText(const QTextCursor &selection);
 
 // The place in plainText() of a position of the document, which counts a break as one. Both are clamped to the text.

@@ -33,7 +33,7 @@ void append(QByteArrayView rtf, QTextCursor &cursor);
 // The document as RTF: pure ASCII, the same bytes for the same content. What names no font has the default font.
 QByteArray write(const QTextDocument &document);
 
-// The selected part as RTF; empty when nothing is selected.
+// The selected part as RTF; empty when nothing is selected. Selected cells are a table of their own.
 QByteArray write(const QTextCursor &selection);
 
 // The text that plainText() gives for the document that read() would build, without building it.

@@ -54,14 +54,18 @@ Writer::Writer(const QTextDocument &document, const QTextCursor &selection)
     , m_from(selection.selectionStart())
     , m_to(selection.selectionEnd())
     , m_isWhole(false)
+    , m_cells(selectedCells(selection))
 {
+    m_isWhole = m_cells.has_value();
 }
 
 QByteArray Writer::write()
 {
     const QTextTableCell cell = m_isWhole ? QTextTableCell() : commonCell(m_document, m_from, m_to);
     Paragraphs place;
-    if (cell.isValid()) {
+    if (m_cells) {
+        writeTable(*m_cells, 1);
+    } else if (cell.isValid()) {
         writeFrame(cell.begin(), cell.end(), place);
     } else {
         const QTextFrame *root = m_document.rootFrame();
@@ -89,7 +93,8 @@ void Writer::writeFrame(QTextFrame::iterator begin, QTextFrame::iterator end, Pa
 {
     for (QTextFrame::iterator it = begin; it != end; ++it) {
         if (QTextFrame *frame = it.currentFrame()) {
-            if (!m_isWhole && !isSelected(frame->firstPosition() - 1, frame->lastPosition() + 1)) {
+            // The paragraph before a frame ends where the frame begins, and the one behind it begins where it ends.
+            if (!m_isWhole && (frame->lastPosition() < m_from || frame->firstPosition() > m_to)) {
                 continue;
             }
             if (place.isOpen) {
@@ -98,14 +103,14 @@ void Writer::writeFrame(QTextFrame::iterator begin, QTextFrame::iterator end, Pa
             }
             const auto *table = qobject_cast<QTextTable *>(frame);
             if (table != nullptr && place.depth < deepestTable) {
-                writeTable(*table, place.depth + 1);
+                writeTable(allCells(*table), place.depth + 1);
             } else {
                 writeFrame(frame->begin(), frame->end(), place);
             }
             continue;
         }
         const QTextBlock block = it.currentBlock();
-        if (!m_isWhole && !isSelected(block.position(), block.position() + block.length() - 1)) {
+        if (!m_isWhole && (block.position() + block.length() <= m_from || block.position() > m_to)) {
             continue;
         }
         if (place.isOpen) {

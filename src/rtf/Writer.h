@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "rtf/CellRange.h"
 #include "rtf/Looks.h"
 #include "rtf/Output.h"
 #include "rtf/WriterTables.h"
@@ -12,6 +13,7 @@
 #include <QTextCursor>
 #include <QTextFrame>
 
+#include <optional>
 #include <vector>
 
 class QTextDocument;
@@ -46,9 +48,9 @@ private:
     };
 
     void writeFrame(QTextFrame::iterator begin, QTextFrame::iterator end, Paragraphs &place);
-    void writeTable(const QTextTable &table, int depth);
-    void writeRowDefinition(const QTextTable &table, int row);
-    void writeCellDefinition(const QTextTable &table, const QTextTableCell &cell, int row);
+    void writeTable(const CellRange &cells, int depth);
+    void writeRowDefinition(const CellRange &cells, int row);
+    void writeCellDefinition(const CellRange &cells, const QTextTableCell &cell, int row);
     void writeEmptyCell(int depth);
     void writeBorder(Output &output, const BorderLook &border);
     void endParagraph(const Paragraphs &place);
@@ -65,13 +67,12 @@ private:
     const CharWords &markWords(const QTextBlock &block, bool isFirstOfCell);
     CharWords wordsOf(const QTextCharFormat &format);
 
-    bool isSelected(int from, int to) const { return to >= m_from && from <= m_to; }
-
     const QTextDocument &m_document;
     const QList<QTextFormat> m_formats;
     int m_from = 0;
     int m_to = 0;
-    bool m_isWhole = true;
+    bool m_isWhole = true;            // what is written, is written from its beginning to its end
+    std::optional<CellRange> m_cells; // written instead of a stretch of the text
     WriterTables m_tables;
     Output m_body;
     QHash<int, CharWords> m_charWords;

@@ -41,20 +41,15 @@ std::vector<int> columnEdges(const QTextTable &table)
 
 } // namespace
 
-void Writer::writeTable(const QTextTable &table, int depth)
+void Writer::writeTable(const CellRange &cells, int depth)
 {
-    for (int row = 0; row < table.rows(); ++row) {
-        const QTextTableCell first = table.cellAt(row, 0);
-        const QTextTableCell last = table.cellAt(row, table.columns() - 1);
-        if (!m_isWhole && !isSelected(first.firstPosition() - 1, last.lastPosition())) {
-            continue;
-        }
+    for (int row = cells.firstRow; row < cells.endRow(); ++row) {
         if (depth == 1) {
-            writeRowDefinition(table, row);
+            writeRowDefinition(cells, row);
         }
-        for (int column = 0; column < table.columns();) {
-            const QTextTableCell cell = table.cellAt(row, column);
-            if (cell.row() == row) {
+        for (int column = cells.firstColumn; column < cells.endColumn();) {
+            const QTextTableCell cell = cells.table->cellAt(row, column);
+            if (row == std::max(cell.row(), cells.firstRow)) {
                 Paragraphs place{depth, false};
                 writeFrame(cell.begin(), cell.end(), place);
             } else {
@@ -65,7 +60,7 @@ void Writer::writeTable(const QTextTable &table, int depth)
         }
         if (depth > 1) {
             m_body.raw("{\\*\\nesttableprops");
-            writeRowDefinition(table, row);
+            writeRowDefinition(cells, row);
             m_body.word("\\nestrow");
             m_body.raw("}");
         } else {
@@ -88,10 +83,11 @@ void Writer::writeEmptyCell(int depth)
     m_plainFormatIndex = -1;
 }
 
-void Writer::writeRowDefinition(const QTextTable &table, int row)
+void Writer::writeRowDefinition(const CellRange &cells, int row)
 {
-    const QTextTableFormat format = table.format();
-    const std::vector<int> edges = columnEdges(table);
+    const QTextTableFormat format = cells.table->format();
+    const std::vector<int> edges = columnEdges(*cells.table);
+    const int before = edges[std::size_t(cells.firstColumn)] - edges.front(); // of columns that are not written
     m_body.word("\\trowd");
     m_body.word("\\trgaph", std::max(0, twipsFromPixels(format.cellPadding())));
     m_body.word("\\trleft", edges.front());
@@ -103,21 +99,22 @@ void Writer::writeRowDefinition(const QTextTable &table, int row)
     if (row < format.headerRowCount()) {
         m_body.word("\\trhdr");
     }
-    for (int column = 0; column < table.columns();) {
-        const QTextTableCell cell = table.cellAt(row, column);
-        column = std::max(column + 1, cell.column() + cell.columnSpan());
-        writeCellDefinition(table, cell, row);
-        m_body.word("\\cellx", edges[std::size_t(column)]);
+    for (int column = cells.firstColumn; column < cells.endColumn();) {
+        const QTextTableCell cell = cells.table->cellAt(row, column);
+        column = std::clamp(cell.column() + cell.columnSpan(), column + 1, cells.endColumn());
+        writeCellDefinition(cells, cell, row);
+        m_body.word("\\cellx", edges[std::size_t(column)] - before);
     }
 }
 
-void Writer::writeCellDefinition(const QTextTable &table, const QTextTableCell &cell, int row)
+void Writer::writeCellDefinition(const CellRange &cells, const QTextTableCell &cell, int row)
 {
-    if (cell.rowSpan() > 1) {
-        m_body.word(cell.row() == row ? "\\clvmgf" : "\\clvmrg");
+    const int top = std::max(cell.row(), cells.firstRow);
+    if (std::min(cell.row() + cell.rowSpan(), cells.endRow()) - top > 1) {
+        m_body.word(row == top ? "\\clvmgf" : "\\clvmrg");
     }
     constexpr const char *borderWords[] = {"\\clbrdrt", "\\clbrdrl", "\\clbrdrb", "\\clbrdrr"};
-    const CellLook look = cellLook(cell.format().toTableCellFormat(), table.format());
+    const CellLook look = cellLook(cell.format().toTableCellFormat(), cells.table->format());
     if (look.verticalAlign != 0) {
         m_body.word(look.verticalAlign == 1 ? "\\clvertalc" : "\\clvertalb");
     }
