@@ -23,7 +23,9 @@ class CharChange;
 
 // The rich-text pane of a document window as the core sees it. Offsets count UTF-16 units of Text(), in which a
 // paragraph break is the two characters CR LF and a line break within a paragraph one, so that Text().mid(SelStart(),
-// SelLength()) == SelText() always holds. A selection property is empty when the selection mixes values.
+// SelLength()) == SelText() holds; but selected cells of a table are these cells alone in whatever is read from the
+// selection or done to it, and SelStart and SelLength reach from the first to the last of them. A selection property is
+// empty when the selection mixes values.
 class TextPane
 {
 public:

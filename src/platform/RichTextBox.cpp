@@ -10,6 +10,7 @@
 #include "platform/RichTextMime.h"
 #include "rtf/PlainText.h"
 #include "rtf/Rtf.h"
+#include "rtf/SelectedStretches.h"
 #include "util/AnsiCodec.h"
 
 #include <QDropEvent>
@@ -58,6 +59,17 @@ void removePictures(QTextDocument &document, int from, int to)
         cursor.setPosition(picture->second, QTextCursor::KeepAnchor);
         cursor.removeSelectedText();
     }
+}
+
+// Takes the selection away and leaves the cursor where what replaces it goes: of cells, the first one.
+void removeSelection(QTextCursor &cursor)
+{
+    std::optional<int> firstCell;
+    if (cursor.hasComplexSelection())
+        firstCell = rtf::selectedStretches(cursor).front().from;
+    cursor.removeSelectedText();
+    if (firstCell)
+        cursor.setPosition(*firstCell);
 }
 
 // Keys of the desktop's text fields that would surprise here: they delete or jump by single letters that are, or may
@@ -184,7 +196,10 @@ void RichTextBox::setSelRTF(const QByteArray &rtf)
         return;
     }
     QTextCursor cursor = textCursor();
+    cursor.beginEditBlock();
+    removeSelection(cursor);
     rtf::insert(rtf, cursor);
+    cursor.endEditBlock();
     setTextCursor(cursor);
 }
 
@@ -207,8 +222,9 @@ void RichTextBox::insertPlain(const QString &text)
     QTextCharFormat format = currentCharFormat();
     if (cursor.hasSelection()) {
         // The new text looks like the beginning of what it replaces.
+        const rtf::SelectedStretch replaced = rtf::selectedStretches(cursor).front();
         QTextCursor first(document());
-        first.setPosition(cursor.selectionStart() + 1);
+        first.setPosition(std::min(replaced.from + 1, replaced.to));
         format = first.charFormat();
     }
     format.clearProperty(QTextFormat::ObjectType);
@@ -216,7 +232,7 @@ void RichTextBox::insertPlain(const QString &text)
         cursor.joinPreviousEditBlock();
     else
         cursor.beginEditBlock();
-    cursor.removeSelectedText();
+    removeSelection(cursor);
     cursor.insertText(text, format);
     cursor.endEditBlock();
     setTextCursor(cursor);
@@ -232,23 +248,26 @@ void RichTextBox::mapSelText(const std::function<QString(const QString &)> &map)
     };
 
     QTextCursor cursor = textCursor();
-    const int from = cursor.selectionStart();
-    const int to = cursor.selectionEnd();
     std::vector<Piece> pieces;
-    for (QTextBlock block = document()->findBlock(from); block.isValid() && block.position() < to;
-         block = block.next()) {
-        if (block.position() > from)
-            map(u"\r\n"_s);
-        for (auto it = block.begin(); !it.atEnd(); ++it) {
-            const QTextFragment fragment = it.fragment();
-            const int begin = std::max(from, fragment.position());
-            const int end = std::min(to, fragment.position() + fragment.length());
-            if (begin >= end)
-                continue;
-            const QString old = fragment.text().mid(begin - fragment.position(), end - begin);
-            const QString fresh = map(old);
-            if (fresh != old && !fragment.charFormat().isImageFormat())
-                pieces.push_back({begin, end - begin, fresh, fragment.charFormat()});
+    const std::vector<rtf::SelectedStretch> selected = rtf::selectedStretches(cursor);
+    bool isFirst = true;
+    for (const auto [from, to] : selected) {
+        for (QTextBlock block = document()->findBlock(from); block.isValid() && block.position() <= to;
+             block = block.next()) {
+            if (!isFirst)
+                map(u"\r\n"_s);
+            isFirst = false;
+            for (auto it = block.begin(); !it.atEnd(); ++it) {
+                const QTextFragment fragment = it.fragment();
+                const int begin = std::max(from, fragment.position());
+                const int last = std::min(to, fragment.position() + fragment.length());
+                if (begin >= last)
+                    continue;
+                const QString old = fragment.text().mid(begin - fragment.position(), last - begin);
+                const QString fresh = map(old);
+                if (fresh != old && !fragment.charFormat().isImageFormat())
+                    pieces.push_back({begin, last - begin, fresh, fragment.charFormat()});
+            }
         }
     }
     // From the end on, so that the places of those before stay right.
@@ -262,7 +281,8 @@ void RichTextBox::mapSelText(const std::function<QString(const QString &)> &map)
         grown += static_cast<int>(piece->text.size()) - piece->length;
     }
     editor.endEditBlock();
-    cursor.setPosition(to + grown);
+    if (!selected.empty())
+        cursor.setPosition(selected.back().to + grown);
     setTextCursor(cursor);
 }
 
@@ -319,7 +339,8 @@ bool RichTextBox::SelHoldsCells() const
 
 int RichTextBox::SelStart() const
 {
-    return rtf::textOffset(*document(), textCursor().selectionStart());
+    const std::vector<rtf::SelectedStretch> selected = rtf::selectedStretches(textCursor());
+    return rtf::textOffset(*document(), selected.empty() ? textCursor().position() : selected.front().from);
 }
 
 void RichTextBox::setSelStart(int start)
@@ -331,7 +352,8 @@ void RichTextBox::setSelStart(int start)
 
 int RichTextBox::SelLength() const
 {
-    return rtf::textOffset(*document(), textCursor().selectionEnd()) - SelStart();
+    const std::vector<rtf::SelectedStretch> selected = rtf::selectedStretches(textCursor());
+    return selected.empty() ? 0 : rtf::textOffset(*document(), selected.back().to) - SelStart();
 }
 
 void RichTextBox::setSelLength(int length)
@@ -474,7 +496,7 @@ void RichTextBox::insertHtmlFragment(const QString &html)
 {
     QTextCursor cursor = textCursor();
     cursor.beginEditBlock();
-    cursor.removeSelectedText();
+    removeSelection(cursor);
     const int from = cursor.position();
     cursor.insertFragment(QTextDocumentFragment::fromHtml(html, document()));
     removePictures(*document(), from, cursor.position());

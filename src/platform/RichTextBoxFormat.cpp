@@ -7,6 +7,7 @@
 
 #include "rtf/CharChange.h"
 #include "rtf/Properties.h"
+#include "rtf/SelectedStretches.h"
 #include "rtf/Units.h"
 
 #include <QTextBlock>
@@ -33,70 +34,91 @@ constexpr double pointsPerPixel = 0.75;
 // How far a bullet hangs to the left of its paragraph, in twips.
 constexpr int bulletHang = 360;
 
-// The part of the selection that a paragraph property concerns: without a last paragraph of which only the beginning
-// is touched.
-QTextCursor paragraphsOf(QTextCursor cursor)
+// The paragraphs that a property of paragraphs concerns: a last one of which only the beginning is touched is left out,
+// of selected cells each has all of its own.
+template <class Visit>
+void visitParagraphs(const QTextCursor &cursor, Visit visit)
 {
-    const int start = cursor.selectionStart();
-    const int end = cursor.selectionEnd();
-    cursor.setPosition(start);
-    cursor.setPosition(std::max(start, end - 1), QTextCursor::KeepAnchor);
-    return cursor;
+    const bool isCells = cursor.hasComplexSelection();
+    std::vector<rtf::SelectedStretch> stretches = rtf::selectedStretches(cursor);
+    if (stretches.empty())
+        stretches.push_back({cursor.position(), cursor.position()});
+    for (const rtf::SelectedStretch &stretch : stretches) {
+        const int end = isCells ? stretch.to : std::max(stretch.from, stretch.to - 1);
+        for (QTextBlock block = cursor.document()->findBlock(stretch.from); block.isValid() && block.position() <= end;
+             block = block.next())
+            visit(block);
+    }
 }
 
 // Calls visit(fragment) for every stretch of one format that the selection touches, until it answers false.
 template <class Visit>
 void visitFragments(const QTextCursor &cursor, Visit visit)
 {
-    const int start = cursor.selectionStart();
-    const int end = cursor.selectionEnd();
-    for (QTextBlock block = cursor.document()->findBlock(start); block.isValid() && block.position() < end;
-         block = block.next()) {
-        for (auto it = block.begin(); !it.atEnd(); ++it) {
-            const QTextFragment fragment = it.fragment();
-            const bool touched = fragment.position() < end && fragment.position() + fragment.length() > start;
-            if (touched && !visit(fragment))
-                return;
+    for (const rtf::SelectedStretch &stretch : rtf::selectedStretches(cursor)) {
+        for (QTextBlock block = cursor.document()->findBlock(stretch.from);
+             block.isValid() && block.position() < stretch.to; block = block.next()) {
+            for (auto it = block.begin(); !it.atEnd(); ++it) {
+                const QTextFragment fragment = it.fragment();
+                const bool isTouched =
+                    fragment.position() < stretch.to && fragment.position() + fragment.length() > stretch.from;
+                if (isTouched && !visit(fragment))
+                    return;
+            }
         }
     }
 }
 
-// The value of a property that all characters of the selection share; at a caret, that of the next one typed.
+// What all that was looked at has in common.
+template <class Value>
+class Common
+{
+public:
+    void add(const Value &value)
+    {
+        m_isMixed = m_isMixed || (m_value && *m_value != value);
+        m_value = value;
+    }
+
+    bool isMixed() const { return m_isMixed; }
+
+    bool isKnown() const { return m_value.has_value(); }
+
+    std::optional<Value> value() const { return m_isMixed ? std::nullopt : m_value; }
+
+private:
+    std::optional<Value> m_value;
+    bool m_isMixed = false;
+};
+
+// The value of a property that all characters of the selection share; at a caret, that of the next one typed, and of
+// cells that are all empty, that of the next one typed into them.
 template <class Property>
 auto commonToCharacters(const QTextEdit &box, Property property) -> std::optional<decltype(property(QTextCharFormat()))>
 {
-    std::optional<decltype(property(QTextCharFormat()))> common;
-    bool mixed = false;
-    int known = -1;
     const QTextCursor cursor = box.textCursor();
     if (!cursor.hasSelection())
         return property(box.currentCharFormat());
+    Common<decltype(property(QTextCharFormat()))> common;
+    int known = -1;
     visitFragments(cursor, [&](const QTextFragment &fragment) {
-        if (fragment.charFormatIndex() == known)
-            return true;
+        if (fragment.charFormatIndex() != known)
+            common.add(property(fragment.charFormat()));
         known = fragment.charFormatIndex();
-        const auto value = property(fragment.charFormat());
-        mixed = common && *common != value;
-        common = value;
-        return !mixed;
+        return !common.isMixed();
     });
-    if (mixed)
-        return std::nullopt;
-    return common ? common : property(box.currentCharFormat());
+    if (!common.isKnown() && cursor.hasComplexSelection())
+        visitParagraphs(cursor, [&](const QTextBlock &block) { common.add(property(block.charFormat())); });
+    return common.isKnown() ? common.value() : property(box.currentCharFormat());
 }
 
 // The value of a property that all paragraphs of the selection share.
 template <class Property>
 auto commonToParagraphs(const QTextEdit &box, Property property) -> std::optional<decltype(property(QTextBlock()))>
 {
-    const QTextCursor cursor = paragraphsOf(box.textCursor());
-    QTextBlock block = cursor.document()->findBlock(cursor.selectionStart());
-    const auto common = property(block);
-    for (block = block.next(); block.isValid() && block.position() <= cursor.selectionEnd(); block = block.next()) {
-        if (property(block) != common)
-            return std::nullopt;
-    }
-    return common;
+    Common<decltype(property(QTextBlock()))> common;
+    visitParagraphs(box.textCursor(), [&](const QTextBlock &block) { common.add(property(block)); });
+    return common.value();
 }
 
 bool isBulleted(const QTextBlock &block)
@@ -137,12 +159,9 @@ int leftOf(const QTextBlock &block)
 template <class Change>
 void changeParagraphs(const QTextEdit &box, Change change)
 {
-    QTextCursor cursor = paragraphsOf(box.textCursor());
-    const int end = cursor.selectionEnd();
+    QTextCursor cursor = box.textCursor();
     cursor.beginEditBlock();
-    for (QTextBlock block = box.document()->findBlock(cursor.selectionStart());
-         block.isValid() && block.position() <= end; block = block.next())
-        change(block);
+    visitParagraphs(cursor, change);
     cursor.endEditBlock();
 }
 

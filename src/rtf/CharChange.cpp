@@ -4,12 +4,14 @@
 #include "rtf/CharChange.h"
 
 #include "rtf/Properties.h"
+#include "rtf/SelectedStretches.h"
 
 #include <QColor>
 #include <QFont>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextDocument>
+#include <QTextTable>
 
 #include <algorithm>
 #include <vector>
@@ -79,18 +81,34 @@ bool CharChange::meets(const QTextCharFormat &format) const
 
 void CharChange::applyTo(const QTextCursor &selection) const
 {
+    QTextCursor part(selection);
+    part.beginEditBlock();
+    for (const SelectedStretch &stretch : selectedStretches(selection)) {
+        applyTo(part, stretch.from, stretch.to);
+        if (!selection.hasComplexSelection()) {
+            continue;
+        }
+        // The mark of a cell's first paragraph stands before the cell's content.
+        QTextTableCell cell = selection.currentTable()->cellAt(stretch.from);
+        if (selection.document()->findBlock(stretch.from).length() == 1) {
+            cell.setFormat(appliedTo(cell.format()));
+        }
+    }
+    part.endEditBlock();
+}
+
+void CharChange::applyTo(QTextCursor part, int start, int end) const
+{
     struct Stretch {
         int from;
         int to;
         QTextCharFormat format;
     };
 
-    const int start = selection.selectionStart();
-    const int end = selection.selectionEnd();
     std::vector<Stretch> stretches;
     int known = -1;
     bool meetsKnown = false;
-    for (QTextBlock block = selection.document()->findBlock(start); block.isValid() && block.position() < end;
+    for (QTextBlock block = part.document()->findBlock(start); block.isValid() && block.position() < end;
          block = block.next()) {
         for (auto it = block.begin(); !m_obsolete.isEmpty() && !it.atEnd(); ++it) {
             const QTextFragment fragment = it.fragment();
@@ -105,14 +123,12 @@ void CharChange::applyTo(const QTextCursor &selection) const
             }
         }
     }
-    QTextCursor part(selection);
     const auto select = [&part](int from, int to) {
         part.setPosition(from);
         part.setPosition(to, QTextCursor::KeepAnchor);
         return from < to;
     };
     // From the start to the end and nothing twice: undo adds up the lengths to find the place for the caret.
-    part.beginEditBlock();
     int done = start;
     for (const Stretch &stretch : stretches) {
         if (select(done, stretch.from)) {
@@ -125,7 +141,6 @@ void CharChange::applyTo(const QTextCursor &selection) const
     if (select(done, end)) {
         part.mergeCharFormat(m_change);
     }
-    part.endEditBlock();
 }
 
 } // namespace rtf

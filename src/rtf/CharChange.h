@@ -28,11 +28,13 @@ public:
 
     // A format as the change makes it.
     QTextCharFormat appliedTo(QTextCharFormat format) const;
-    // To all characters that are selected, as one step of undo.
+    // To all characters that are selected, as one step of undo; of selected cells also to what is typed next into an
+    // empty one.
     void applyTo(const QTextCursor &selection) const;
 
 private:
     bool meets(const QTextCharFormat &format) const;
+    void applyTo(QTextCursor part, int start, int end) const;
 
     QTextCharFormat m_change;
     // Taken away before: what would override the change, or has no neutral value.

@@ -20,9 +20,13 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 
 namespace
 {
+
+// Every whole point more or less is a size that texts can have, so a selection that has not followed by now never will.
+constexpr int mostSizeTries = 3;
 
 // What the user chose; a cancelled dialog ends the routine.
 FontAttributes chosenFont(const FontAttributes &initial, bool effects)
@@ -213,7 +217,7 @@ void ChangeSelectedFontSize(qint16 iDirection)
         const EditGroup oneStep(pane);
         const int step = iDirection > 0 ? 1 : -1;
         const qint32 original = Numbers::toInt32(*pane.SelFontSize());
-        for (int delta = step;; delta += step) {
+        for (int delta = step; std::abs(delta) <= mostSizeTries; delta += step) {
             const double size = pane.SelFontSize().value_or(original);
             const double wanted = std::clamp(size + delta, rtf::smallestSize, rtf::largestSize);
             if (wanted == size)
