@@ -1,0 +1,73 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "model/Limits.h"
+#include "model/TextBounds.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class tst_TextBounds : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void atTheBoundAndOneBeyond_data();
+    void atTheBoundAndOneBeyond();
+    void aLineFeedIsAsTheTextHasIt();
+    void noCharacterIsHalved();
+};
+
+void tst_TextBounds::atTheBoundAndOneBeyond_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<qsizetype>("length");
+    const auto row = [](const char *name, const QString &text, qsizetype length) {
+        QTest::newRow(name) << text << length;
+    };
+    const QString longest(limits::longestParagraph, u'x');
+    row("nothing", QString(), 0);
+    row("a short text", u"one\r\ntwo\r\n"_s, 10);
+    row("the longest paragraph", longest, limits::longestParagraph);
+    row("a longer one", longest + u'x', limits::longestParagraph);
+    row("the longest paragraph twice", longest + u"\r\n"_s + longest, 2 * limits::longestParagraph + 2);
+    row("a longer one behind it", longest + u"\r\n"_s + longest + u'x', 2 * limits::longestParagraph + 2);
+
+    const QString lines = u"a\r\n"_s.repeated(limits::mostParagraphs);
+    row("the most paragraphs", lines, lines.size());
+    row("one more", lines + u'b', lines.size());
+    const QString empty(limits::mostParagraphs, u'\r');
+    row("empty paragraphs", empty, limits::mostParagraphs);
+    row("one more empty paragraph", empty + u'\r', limits::mostParagraphs);
+
+    const QString whole = (QString(999'998, u'x') + u"\r\n"_s).repeated(limits::longestText / 1'000'000);
+    row("the longest text", whole, limits::longestText);
+    row("a longer text", whole + u'x', limits::longestText);
+}
+
+void tst_TextBounds::atTheBoundAndOneBeyond()
+{
+    QFETCH(const QString, text);
+    QFETCH(const qsizetype, length);
+    QCOMPARE(mayBeLaidOut(text, LineFeed::EndsParagraph), length);
+    QCOMPARE(mayBeLaidOut(text, LineFeed::WithinParagraph), length);
+}
+
+void tst_TextBounds::aLineFeedIsAsTheTextHasIt()
+{
+    const QString text = u"0123456789\n"_s.repeated(100'000);
+    QCOMPARE(mayBeLaidOut(text, LineFeed::EndsParagraph), text.size());
+    QCOMPARE(mayBeLaidOut(text, LineFeed::WithinParagraph), limits::longestParagraph);
+}
+
+void tst_TextBounds::noCharacterIsHalved()
+{
+    const QString text = u"x"_s + u"\U0001F600"_s.repeated(limits::longestParagraph);
+    QCOMPARE(mayBeLaidOut(text, LineFeed::EndsParagraph), limits::longestParagraph - 1);
+    const QString lines = (QString(999'998, u'x') + u"\r\n"_s).repeated(limits::longestText / 1'000'000);
+    QCOMPARE(mayBeLaidOut(u"x"_s + lines, LineFeed::EndsParagraph), lines.size() + 1);
+}
+
+QTEST_APPLESS_MAIN(tst_TextBounds)
+#include "tst_TextBounds.moc"
