@@ -11,6 +11,7 @@
 #include "rtf/PlainText.h"
 #include "rtf/Rtf.h"
 #include "rtf/SelectedStretches.h"
+#include "rtf/VisibleText.h"
 #include "util/AnsiCodec.h"
 
 #include <QDropEvent>
@@ -31,7 +32,8 @@ namespace
 // A program's text with its CR LF, CR and LF as the document's own breaks; a lone LF stays in its paragraph.
 QString withDocumentBreaks(QString text)
 {
-    return text.replace("\r\n"_L1, "\r"_L1)
+    return rtf::visibleText(std::move(text))
+        .replace("\r\n"_L1, "\r"_L1)
         .replace(u'\r', QChar::ParagraphSeparator)
         .replace(u'\n', QChar::LineSeparator);
 }

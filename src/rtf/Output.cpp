@@ -4,6 +4,7 @@
 #include "rtf/Output.h"
 
 #include "rtf/CodePages.h"
+#include "rtf/VisibleText.h"
 
 #include <algorithm>
 #include <array>
@@ -49,6 +50,14 @@ char *putUnicode(char *at, char16_t c)
     return at;
 }
 
+bool isHalf(QStringView text, qsizetype at)
+{
+    if (text[at].isHighSurrogate()) {
+        return at + 1 >= text.size() || !text[at + 1].isLowSurrogate();
+    }
+    return text[at].isLowSurrogate() && (at == 0 || !text[at - 1].isHighSurrogate());
+}
+
 // The escape of a character that is not written as it is. A word that needs a blank behind it has it.
 char *putEscaped(char *at, char16_t c, bool onlyUnicode)
 {
@@ -75,6 +84,9 @@ char *putEscaped(char *at, char16_t c, bool onlyUnicode)
         return put(at, "\\_");
     default:
         break;
+    }
+    if (const char16_t visible = visibleCharacter(c); visible != c) {
+        return putEscaped(at, visible, onlyUnicode);
     }
     const int byte = onlyUnicode || c < 0x80 ? -1 : latinByte(c);
     if (byte < 0) {
@@ -116,8 +128,13 @@ void Output::lineEnd()
 
 void Output::text(QStringView text, bool onlyUnicode)
 {
-    for (qsizetype begin = 0; begin < text.size(); begin += chunkSize) {
-        chunk(text.sliced(begin, std::min(chunkSize, text.size() - begin)), onlyUnicode);
+    for (qsizetype begin = 0; begin < text.size();) {
+        qsizetype size = std::min(chunkSize, text.size() - begin);
+        if (begin + size < text.size() && text[begin + size].isLowSurrogate()) {
+            --size; // the two halves of a character stay together
+        }
+        chunk(text.sliced(begin, size), onlyUnicode);
+        begin += size;
     }
 }
 
@@ -132,12 +149,12 @@ void Output::chunk(QStringView text, bool onlyUnicode)
     if (m_endsInWord && isWrittenPlain(text.front().unicode())) {
         *at++ = ' ';
     }
-    for (const QChar character : text) {
-        const char16_t c = character.unicode();
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const char16_t c = text[i].unicode();
         if (isWrittenPlain(c)) {
             *at++ = static_cast<char>(c);
         } else {
-            at = putEscaped(at, c, onlyUnicode);
+            at = putEscaped(at, isHalf(text, i) ? char16_t(QChar::ReplacementCharacter) : c, onlyUnicode);
         }
     }
     m_bytes.resize(before + (at - begin));

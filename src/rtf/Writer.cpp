@@ -5,6 +5,7 @@
 
 #include "rtf/FieldInstruction.h"
 #include "rtf/Limits.h"
+#include "rtf/Pictures.h"
 #include "rtf/Properties.h"
 #include "rtf/Units.h"
 
@@ -203,12 +204,25 @@ void Writer::writeRuns(const QTextBlock &block, int begin, int end)
         const QStringView run = QStringView(text).sliced(first, last - first);
         if (!run.contains(QChar::ObjectReplacementCharacter)) {
             m_body.text(run, words.isPictureFont);
-            continue;
-        }
-        for (qsizetype i = 0; i < run.size(); ++i) {
-            writePicture(fragment.charFormat());
+        } else {
+            writeRunWithPictures(run, words, fragment.charFormat());
         }
     }
+}
+
+// The character of a picture may also stand in a text from elsewhere, where it is a character like any other.
+void Writer::writeRunWithPictures(QStringView run, const CharWords &words, const QTextCharFormat &format)
+{
+    const std::optional<Picture> picture = pictureOf(m_document, format.toImageFormat());
+    qsizetype begin = 0;
+    for (qsizetype i = 0; picture && i < run.size(); ++i) {
+        if (run[i] == QChar::ObjectReplacementCharacter) {
+            m_body.text(run.sliced(begin, i - begin), words.isPictureFont);
+            writePicture(*picture);
+            begin = i + 1;
+        }
+    }
+    m_body.text(run.sliced(begin), words.isPictureFont);
 }
 
 void Writer::openField(const CharWords &words)

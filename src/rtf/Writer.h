@@ -59,10 +59,11 @@ private:
     void writeParaLook(Output &output, const ParaLook &look, bool isInList);
     void setParagraphWords(const Output &words);
     void writeRuns(const QTextBlock &block, int begin, int end);
+    void writeRunWithPictures(QStringView run, const CharWords &words, const QTextCharFormat &format);
     void openField(const CharWords &words);
     void closeField();
     void setChars(const CharWords &words);
-    void writePicture(const QTextFormat &format);
+    void writePicture(const Picture &picture);
     const CharWords &charWords(int formatIndex);
     const CharWords &markWords(const QTextBlock &block, bool isFirstOfCell);
     CharWords wordsOf(const QTextCharFormat &format);

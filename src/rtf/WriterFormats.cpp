@@ -3,11 +3,9 @@
 
 #include "rtf/Writer.h"
 
-#include "rtf/Pictures.h"
 #include "rtf/TableFormats.h"
 
 #include <QTextDocument>
-#include <QTextImageFormat>
 
 #include <algorithm>
 #include <array>
@@ -290,26 +288,22 @@ void Writer::writeBorder(Output &output, const BorderLook &border)
     }
 }
 
-void Writer::writePicture(const QTextFormat &format)
+void Writer::writePicture(const Picture &picture)
 {
-    const std::optional<Picture> picture = pictureOf(m_document, format.toImageFormat());
-    if (!picture) {
-        return;
-    }
-    const bool needsWrap = picture->kind == PictureKind::Png || picture->kind == PictureKind::Jpeg;
+    const bool needsWrap = picture.kind == PictureKind::Png || picture.kind == PictureKind::Jpeg;
     m_body.raw(needsWrap ? "{\\*\\shppict{\\pict" : "{\\pict");
-    if (picture->kind == PictureKind::Png || picture->kind == PictureKind::Jpeg || picture->kind == PictureKind::Emf) {
-        m_body.word(pictureKindWords[std::size_t(picture->kind)]);
-    } else if (picture->kind != PictureKind::Unknown) {
-        m_body.word(pictureKindWords[std::size_t(picture->kind)], (*picture)[PictureNumber::KindNumber]);
+    if (picture.kind == PictureKind::Png || picture.kind == PictureKind::Jpeg || picture.kind == PictureKind::Emf) {
+        m_body.word(pictureKindWords[std::size_t(picture.kind)]);
+    } else if (picture.kind != PictureKind::Unknown) {
+        m_body.word(pictureKindWords[std::size_t(picture.kind)], picture[PictureNumber::KindNumber]);
     }
     for (const PictureWord &row : pictureWords) {
-        if ((*picture)[row.number] != 0) {
-            m_body.word(row.word, (*picture)[row.number]);
+        if (picture[row.number] != 0) {
+            m_body.word(row.word, picture[row.number]);
         }
     }
     m_body.lineEnd();
-    m_body.hex(picture->data);
+    m_body.hex(picture.data);
     m_body.raw(needsWrap ? "}}" : "}");
 }
 

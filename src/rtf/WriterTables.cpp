@@ -199,7 +199,9 @@ void WriterTables::writeLevel(Output &output, const Level &level, int number) co
             byte(label[i].unicode());
             places += "\\'" + QByteArray::number(int(i) + 1 + 256, 16).sliced(1);
         } else {
-            output.text(QStringView(label).sliced(i, 1));
+            const bool isPair = label[i].isHighSurrogate() && i + 1 < label.size() && label[i + 1].isLowSurrogate();
+            output.text(QStringView(label).sliced(i, isPair ? 2 : 1));
+            i += isPair ? 1 : 0;
         }
     }
     output.raw(";}{\\levelnumbers");

@@ -106,6 +106,9 @@ private Q_SLOTS:
     void pastePrefersRichText();
     void pasteTakesHtmlBeforeText();
     void pastedTextBecomesParagraphs();
+    void everyPastedCharacterIsKeptOrInSight();
+    void wordsBesideAPicturesCharacterAreKept_data();
+    void wordsBesideAPicturesCharacterAreKept();
     void cutAndUndo();
     void pastingIsOneStepOfUndo();
     void nothingPastedReadsAFile();
@@ -854,6 +857,70 @@ void tst_RichTextBox::pastedTextBecomesParagraphs()
     paste(data);
     QCOMPARE(m_box->Text(), u"one\r\ntwo\r\nthree"_s);
     QCOMPARE(m_box->document()->blockCount(), 3);
+}
+
+// Each line is named, so that the first one that differs tells its character.
+void tst_RichTextBox::everyPastedCharacterIsKeptOrInSight()
+{
+    QString pasted;
+    QString expected;
+    for (uint unit = 0; unit <= 0xFFFF; ++unit) {
+        const QString name = QString::number(unit, 16);
+        pasted += name + QChar(unit) + u".\n"_s;
+        const bool isLineBreak = unit == '\v' || unit == QChar::LineSeparator;
+        const bool isParagraphBreak = unit == '\n' || unit == '\r' || unit == '\f' || unit == QChar::ParagraphSeparator;
+        const bool isNoCharacter = QChar::isSurrogate(unit) || unit == 0xFDD0 || unit == 0xFDD1 || unit >= 0xFFFE;
+        const bool isControl = unit < 0x20 && unit != '\t';
+        expected += name +
+                    (isLineBreak                                                  ? u"\n"_s
+                     : isParagraphBreak                                           ? u"\r\n"_s
+                     : isControl                                                  ? QString(QChar(0x2400 + unit))
+                     : isNoCharacter || unit == QChar::ObjectReplacementCharacter ? u"\uFFFD"_s
+                                                                                  : QString(QChar(unit))) +
+                    u".\r\n"_s;
+    }
+    auto *data = new QMimeData;
+    data->setText(pasted);
+    QApplication::clipboard()->setMimeData(data);
+    m_box->setTextRTF({});
+    m_box->paste();
+    const QStringList lines = expected.split(u"\r\n"_s);
+    const auto compare = [&lines](const QString &text) {
+        const QStringList found = text.split(u"\r\n"_s);
+        for (qsizetype i = 0; i < lines.size(); ++i)
+            QCOMPARE(found.value(i), lines[i]);
+        QCOMPARE(found.size(), lines.size());
+    };
+    compare(m_box->Text());
+    m_box->setTextRTF(QByteArray(m_box->TextRTF()));
+    compare(m_box->Text());
+}
+
+void tst_RichTextBox::wordsBesideAPicturesCharacterAreKept_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::newRow("text") << u"text/plain"_s;
+    QTest::newRow("HTML") << u"text/html"_s;
+    QTest::newRow("composed") << QString();
+}
+
+void tst_RichTextBox::wordsBesideAPicturesCharacterAreKept()
+{
+    QFETCH(const QString, type);
+    const QString words = u"the picture \uFFFC shows my house"_s;
+    m_box->setTextRTF({});
+    if (type.isEmpty()) {
+        QInputMethodEvent composed;
+        composed.setCommitString(words);
+        QApplication::sendEvent(m_box, &composed);
+    } else {
+        auto *data = new QMimeData;
+        data->setData(type, words.toUtf8());
+        QApplication::clipboard()->setMimeData(data);
+        m_box->paste();
+    }
+    m_box->setTextRTF(QByteArray(m_box->TextRTF()));
+    QCOMPARE(m_box->Text(), u"the picture \uFFFD shows my house"_s);
 }
 
 void tst_RichTextBox::cutAndUndo()
