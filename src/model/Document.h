@@ -9,6 +9,7 @@
 
 #include <QString>
 
+#include <optional>
 #include <vector>
 
 class DocumentWindow;
@@ -60,6 +61,9 @@ public:
 
     // What the status bar says of the document's file instead of the selected label, until the selection changes.
     QString notice;
+
+    // The entry whose text the text pane holds, whatever was typed into it since; nothing before the first.
+    std::optional<EntryRef> textEntry;
 
     EntryTree tree;
     OutlinePane &trvOutline;

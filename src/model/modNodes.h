@@ -98,7 +98,8 @@ public:
 
 // Shows an entry's text in the document's pane; an empty pane for no entry.
 void NodeTextGet(Document &document, Entry *entry);
-// Stores the pane's text into an entry. Does nothing while NodeTextGet fills the pane.
+// Stores the pane's text into an entry, or into the one that it still shows when it could not be filled anew. Does
+// nothing while NodeTextGet fills the pane.
 void NodeTextPut(Document &document, Entry *entry);
 // The same for the active document and its selected entry.
 void NodeTextGetSelected();

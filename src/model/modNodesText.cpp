@@ -71,11 +71,11 @@ void NodeTextGet(Document &document, Entry *entry)
     procedure(textGetName, [&] {
         // The pane's content is still the source of a text that was changed and not read since.
         document.tree.resolvePendingText();
-        document.tree.setShownEntry(nullptr);
         const QByteArray text = entry ? textOf(document.tree, entry) : QByteArray();
         const TextLoadingScope loading(document.txtRTF);
         document.txtRTF.setTextRTF(text);
         document.tree.setShownEntry(entry);
+        document.textEntry.emplace(&document.tree, entry);
     });
 }
 
@@ -84,6 +84,9 @@ void NodeTextPut(Document &document, Entry *entry)
     procedure("modNodes NodeTextPut", [&] {
         if (bTextLoading)
             return;
+        // A pane that could not be filled anew still holds another entry's text, which can only become that one's.
+        if (entry && document.textEntry)
+            entry = document.textEntry->entry();
         document.tree.setShownEntry(entry);
         if (!entry)
             return;

@@ -241,9 +241,15 @@ bool SearchAllTexts()
                     found = entry;
             }
         };
-        search(first, count, false);
-        if (!found && first >= 2)
-            search(1, first - 1, true);
+        try {
+            search(first, count, false);
+            if (!found && first >= 2)
+                search(1, first - 1, true);
+        } catch (...) {
+            // Another entry's text under the selection would be taken for the selected entry's.
+            modNodes::NodeTextGetSelected();
+            throw;
+        }
         if (found)
             SearchNodeSelect(found);
         else

@@ -75,6 +75,8 @@ private Q_SLOTS:
     void storingCompressesAndShowingInflates();
     void aStoredTextIsMadeFromThePaneWhenItIsRead();
     void fillingThePaneDoesNotStoreItBack();
+    void aPaneThatCouldNotBeFilledAnewStoresIntoTheEntryThatItShows();
+    void theTextOfARemovedEntryIsNobodysText();
     void theHiddenPaneStaysHidden();
     void textsOfTheSelectedEntry();
     void withoutAnActiveDocumentNothingHappens();
@@ -679,6 +681,44 @@ void tst_modNodes::fillingThePaneDoesNotStoreItBack()
     modNodes::NodeTextGet(fake.document, a);
     QCOMPARE(fake.document.tree.storedText(b), QByteArray("{\\rtf1 of B}"));
     QVERIFY(!bTextLoading);
+}
+
+void tst_modNodes::aPaneThatCouldNotBeFilledAnewStoresIntoTheEntryThatItShows()
+{
+    FakeDocument &fake = plantStandard();
+    EntryTree &tree = fake.document.tree;
+    Entry *a = entryLabelled(tree, u"A"_s);
+    Entry *b = entryLabelled(tree, u"B"_s);
+    tree.setStoredText(b, "{\\rtf1 of B}");
+    modNodes::NodeSelectFull(fake.document, a);
+    fake.text.rtf = "{\\rtf1 typed}";
+    modNodes::NodeTextPut(fake.document, a);
+    fake.text.onTextRead = [] { throw std::bad_alloc(); };
+    modNodes::NodeSelectFull(fake.document, b);
+    QCOMPARE(m_errors->summary(), QStringList(u"7 modNodes NodeTextGet"_s));
+    QCOMPARE(tree.selected(), b);
+    fake.text.onTextRead = nullptr;
+    // What is typed on is typed into the text that still stands there.
+    fake.text.rtf = "{\\rtf1 typed on}";
+    modNodes::NodeTextPutSelected();
+    QCOMPARE(tree.storedText(b), QByteArray("{\\rtf1 of B}"));
+    QCOMPARE(tree.storedText(a), NodeTextCompressIfRequired("{\\rtf1 typed on}"));
+    modNodes::NodeSelectFull(fake.document, b);
+    QCOMPARE(fake.text.rtf, QByteArray("{\\rtf1 of B}"));
+}
+
+void tst_modNodes::theTextOfARemovedEntryIsNobodysText()
+{
+    FakeDocument &fake = plantStandard();
+    EntryTree &tree = fake.document.tree;
+    Entry *b = entryLabelled(tree, u"B"_s);
+    tree.setStoredText(b, "{\\rtf1 of B}");
+    modNodes::NodeSelectFull(fake.document, entryLabelled(tree, u"A"_s));
+    tree.remove(entryLabelled(tree, u"A"_s));
+    tree.select(b);
+    fake.text.rtf = "{\\rtf1 of A}";
+    modNodes::NodeTextPutSelected();
+    QCOMPARE(tree.storedText(b), QByteArray("{\\rtf1 of B}"));
 }
 
 void tst_modNodes::theHiddenPaneStaysHidden()

@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "search/SearchFixture.h"
+#include "support/ErrorRecorder.h"
+#include "support/OutlineText.h"
 
 #include <QRegularExpression>
 #include <QTest>
@@ -29,6 +31,7 @@ private Q_SLOTS:
     void matchCaseAndWholeWord();
     void allTextsGoRoundFromTheSelectedEntry();
     void allTextsThatFindNothingShowTheSelectedEntryAgain();
+    void allTextsThatBreakOffShowTheSelectedEntryAgain();
     void aSelectionThatAMatchMovesEndsTheNotice();
     void allTextsDoNotCountAsEdits();
     void allTextsFindWhatWasJustTyped();
@@ -181,6 +184,37 @@ void tst_modSearch::allTextsThatFindNothingShowTheSelectedEntryAgain()
     QCOMPARE(f.document.tree.selected(), child);
     QCOMPARE(f.box.Text(), u"two"_s);
     QVERIFY(f.box.PaneVisible());
+}
+
+void tst_modSearch::allTextsThatBreakOffShowTheSelectedEntryAgain()
+{
+    SearchFixture &f = *m_fixture;
+    const ErrorRecorder errors;
+    FakeDocument fake;
+    f.windows.document = &fake.document;
+    EntryTree &tree = fake.document.tree;
+    plantOutline(tree, {u"Root"_s, u" A"_s, u" B"_s});
+    for (int index = 1; index <= 3; ++index)
+        tree.setStoredText(tree.collection().at(index), "text " + QByteArray::number(index));
+    modNodes::NodeSelectFull(fake.document, tree.root());
+    g_sSearchScope = u"1"_s;
+    g_sSearchFind = u"text 3"_s;
+    // The next text is too much for the memory that is left, once.
+    fake.text.onFind = [&fake, &tree] {
+        if (fake.text.rtf != "text 2")
+            return;
+        tree.setPendingText(tree.collection().at(3), [first = true]() mutable -> QByteArray {
+            if (std::exchange(first, false))
+                throw std::bad_alloc();
+            return "text 3";
+        });
+    };
+    QVERIFY(!modSearch::SearchPerform());
+    QCOMPARE(errors.summary(), QStringList(u"7 modSearch SearchAllTexts"_s));
+    QCOMPARE(tree.selected(), tree.root());
+    QVERIFY(fake.text.visible);
+    QCOMPARE(fake.text.rtf, QByteArray("text 1"));
+    f.windows.document = &f.document;
 }
 
 void tst_modSearch::aSelectionThatAMatchMovesEndsTheNotice()

@@ -215,6 +215,8 @@ public:
 
     int Find(const QString &expression, int from, int end, int) override
     {
+        if (onFind)
+            onFind();
         const qsizetype found = Text().left(end < 0 ? rtf.size() : end).indexOf(expression, from);
         return static_cast<int>(found);
     }
@@ -243,8 +245,9 @@ public:
     int timesFocused = 0;
     // Runs after setTextRTF, as a change notification of a real pane would.
     std::function<void()> onTextSet;
-    // Runs before TextRTF: what it throws is what the reading of the text ends in.
+    // Run before TextRTF and before Find, which end in what they throw.
     std::function<void()> onTextRead;
+    std::function<void()> onFind;
 };
 
 class FakeDocumentWindow final : public DocumentWindow
