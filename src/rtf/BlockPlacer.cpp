@@ -10,6 +10,7 @@
 #include <QTextDocument>
 #include <QTextList>
 #include <QTextTable>
+#include <QTextTableFormat>
 
 namespace rtf
 {
@@ -134,7 +135,7 @@ void BlockPlacer::place(const Table &table, Place &place)
     const TableShape &shape = table.shape;
     const int rows = static_cast<int>(shape.rows().size());
     const int columns = static_cast<int>(shape.edges().size()) - 1;
-    QTextTable *target = cursor.insertTable(rows, columns, tableFormat(table, m_formats.tables()));
+    QTextTable *target = cursor.insertTable(rows, columns, tableFormat(table));
     mergeCells(shape, *target);
     for (std::size_t row = 0; row < table.rows.size(); ++row) {
         fillRow(table, row, *target);
@@ -142,6 +143,16 @@ void BlockPlacer::place(const Table &table, Place &place)
     cursor.setPosition(target->lastCursorPosition().position() + 1);
     place.hasBlock = true;
     place.afterTable = true;
+}
+
+QTextTableFormat BlockPlacer::tableFormat(const Table &table)
+{
+    QTextTableFormat format = rtf::tableFormat(table, m_formats.tables());
+    if (++m_tables > mostUnspreadFormats) {
+        const std::vector<qint32> &edges = table.shape.edges();
+        format.setProperty(SpreadProperty, static_cast<int>(qHashRange(edges.begin(), edges.end())));
+    }
+    return format;
 }
 
 void BlockPlacer::fillRow(const Table &table, std::size_t row, QTextTable &target)

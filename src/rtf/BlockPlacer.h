@@ -48,12 +48,14 @@ private:
     void applyFirstFormat();
     void fillRow(const Table &table, std::size_t row, QTextTable &target);
     Paragraph plainParagraph();
+    QTextTableFormat tableFormat(const Table &table);
 
     FormatCache &m_formats;
     ListPlacer m_lists;
     Place m_place;
     bool m_isInText;
-    int m_firstBlock = -1; // position of a block whose format is to be set if another follows
+    std::size_t m_tables = 0; // placed so far
+    int m_firstBlock = -1;    // position of a block whose format is to be set if another follows
     QTextBlockFormat m_firstFormat;
 };
 

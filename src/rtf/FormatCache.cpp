@@ -3,9 +3,10 @@
 
 #include "rtf/FormatCache.h"
 
-#include "rtf/Looks.h"
+#include "rtf/Limits.h"
+#include "rtf/Properties.h"
 
-#include <algorithm>
+#include <QHash>
 
 namespace rtf
 {
@@ -28,22 +29,26 @@ int FormatCache::charFormat(const CharState &state)
         if (look.family.isEmpty()) {
             look.family = m_defaultFamily;
         }
-        entry->second = placeOf(rtf::charFormat(look));
+        const auto [known, isNewLook] = m_lookPlaces.try_emplace(look, static_cast<int>(m_charFormats.size()));
+        if (isNewLook) {
+            QTextCharFormat format = rtf::charFormat(look);
+            if (m_lookPlaces.size() > mostUnspreadFormats) {
+                format.setProperty(SpreadProperty, static_cast<int>(qHash(look.family)));
+            }
+            add(format);
+        }
+        entry->second = known->second;
     }
     m_recent[m_oldest] = {state, entry->second};
     m_oldest = (m_oldest + 1) % m_recent.size();
     return entry->second;
 }
 
-// The place of a format that may look like one of the latest, as automatic and no colour do: a document takes a format
-// that it knows by its address, and compares one that it does not property by property, at each use.
-int FormatCache::placeOf(const QTextCharFormat &format)
+std::size_t FormatCache::LookHash::operator()(const CharLook &look) const noexcept
 {
-    constexpr std::ptrdiff_t mostCompared = 32;
-    const auto count = static_cast<std::ptrdiff_t>(m_charFormats.size());
-    const auto begin = m_charFormats.end() - std::min(count, mostCompared);
-    const auto same = std::find(begin, m_charFormats.end(), format);
-    return same != m_charFormats.end() ? static_cast<int>(same - m_charFormats.begin()) : add(format);
+    return qHashMulti(0, look.family, look.halfPoints, look.flags, look.foreground.value_or(0),
+                      look.background.value_or(0), int(look.underline), look.script, look.offset, look.language,
+                      look.target, look.instruction);
 }
 
 int FormatCache::add(const QTextCharFormat &format)
@@ -60,7 +65,15 @@ const QTextBlockFormat &FormatCache::blockFormat(const ParaState &state, bool is
     }
     const auto [entry, isNew] = formats.try_emplace(state);
     if (isNew) {
-        entry->second = rtf::blockFormat(paraLook(state, *m_tables), isInList);
+        const ParaLook look = paraLook(state, *m_tables);
+        entry->second = rtf::blockFormat(look, isInList);
+        if (formats.size() > mostUnspreadFormats && !look.tabs.empty()) {
+            std::size_t hash = 0;
+            for (const TabLook &tab : look.tabs) {
+                hash = qHashMulti(hash, tab.position, int(tab.kind), int(tab.leader));
+            }
+            entry->second.setProperty(SpreadProperty, static_cast<int>(hash));
+        }
     }
     m_lastPara = state;
     m_lastIsInList = isInList;

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "rtf/Looks.h"
 #include "rtf/State.h"
 #include "rtf/Tables.h"
 
@@ -51,12 +52,17 @@ private:
         }
     };
 
-    int placeOf(const QTextCharFormat &format);
+    struct LookHash {
+        std::size_t operator()(const CharLook &look) const noexcept;
+    };
 
     const Tables *m_tables = nullptr;
     QString m_defaultFamily;
     std::deque<QTextCharFormat> m_charFormats;
     std::unordered_map<CharState, int, StateHash<CharState>> m_charPlaces;
+    // Equal looks have one format: a document takes a format that it knows by its address, and compares one that it
+    // does not property by property, at each use.
+    std::unordered_map<CharLook, int, LookHash> m_lookPlaces;
     std::unordered_map<ParaState, QTextBlockFormat, StateHash<ParaState>> m_blockFormats[2];
     quint32 m_revision = 0; // of the tables, when the places were last right
 

@@ -145,6 +145,9 @@ void Interpreter::leaveDestination(Destination destination, Destination outer)
         finishFont();
         resolveDefaultFont();
         break;
+    case Destination::List:
+        finishList();
+        break;
     case Destination::ListLevel:
         finishListLevel();
         break;

@@ -122,6 +122,7 @@ private:
     void addColorText(QStringView text);
     void addStyleName(QStringView text);
     void finishStyle();
+    void finishList();
     void finishListLevel();
     void finishOverride();
     int internLegacyList();
@@ -185,10 +186,12 @@ private:
     quint32 m_borderSides = 0;
     std::map<Borders, qint32> m_borderPlaces;
 
+    QHash<qint32, qint32> m_listPlaces; // by \listid
     ListOverride m_override;
     int m_overrideNumber = 0;
     int m_overrideLevel = -1;
     LegacyList m_legacyList;
+    QHash<LegacyList, int> m_legacyPlaces;
     bool m_legacyIsContinued = false;
 
     std::vector<OpenField> m_openFields;

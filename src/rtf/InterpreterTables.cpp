@@ -200,14 +200,22 @@ void Interpreter::applyListSpecial(Special word, qint32 number)
     if (word == Special::ListId && destination == Destination::List) {
         m_tables.lists.back().id = number;
     } else if (word == Special::ListId && destination == Destination::Override) {
-        const auto list = std::ranges::find(m_tables.lists, number, &List::id);
-        m_override.list = list == m_tables.lists.end() ? -1 : qint32(list - m_tables.lists.begin());
+        m_override.list = m_listPlaces.value(number, -1);
     } else if (destination == Destination::OverrideLevel && word == Special::LevelStart) {
         m_override.starts.insert(m_overrideLevel, std::clamp(number, 0, 32767));
     } else if (destination == Destination::ListLevel && word == Special::LevelStart) {
         m_tables.lists.back().levels.back().start = std::clamp(number, 0, 32767);
     } else if (destination == Destination::ListLevel && word == Special::LevelKind) {
         m_tables.lists.back().levels.back().kind = static_cast<NumberKind>(std::clamp(number, 0, 255));
+    }
+}
+
+// Of lists with one number, the first is meant.
+void Interpreter::finishList()
+{
+    const qint32 id = m_tables.lists.back().id;
+    if (!m_listPlaces.contains(id)) {
+        m_listPlaces.insert(id, static_cast<qint32>(m_tables.lists.size()) - 1);
     }
 }
 
@@ -234,12 +242,12 @@ void Interpreter::finishOverride()
 
 int Interpreter::internLegacyList()
 {
-    const auto known = std::ranges::find(m_tables.legacyLists, m_legacyList);
-    if (known != m_tables.legacyLists.end() && known != m_tables.legacyLists.begin()) {
-        return static_cast<int>(known - m_tables.legacyLists.begin());
+    int &place = m_legacyPlaces[m_legacyList];
+    if (place == 0) {
+        place = static_cast<int>(m_tables.legacyLists.size());
+        m_tables.legacyLists.push_back(m_legacyList);
     }
-    m_tables.legacyLists.push_back(m_legacyList);
-    return static_cast<int>(m_tables.legacyLists.size()) - 1;
+    return place;
 }
 
 int Interpreter::internField(const QString &text)

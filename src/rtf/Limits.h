@@ -18,8 +18,9 @@ constexpr int longestLength = 31680;
 // Groups nested deeper than this keep their text, but share the formatting of the group at this depth.
 constexpr std::size_t deepestGroup = 2000;
 
-// A table inside more tables than this becomes part of the one at this depth.
-constexpr int deepestTable = 8;
+// A table inside more tables than this becomes part of the one at this depth. To lay out what stands in a table takes
+// twice as long with each table around it.
+constexpr int deepestTable = 5;
 
 // Cells of one row; the text of further ones joins the last.
 constexpr std::size_t mostCells = 255;
@@ -32,6 +33,14 @@ constexpr std::size_t mostFonts = 32000;
 
 constexpr qint32 mostColors = 32767;
 constexpr std::size_t mostListLevels = 9;
+
+// Paragraphs of a list before another one goes on in its place: each paragraph that joins a list makes the document
+// look at all of that list. The numbers shown begin anew there, those written do not.
+constexpr int longestBulletList = 500;
+constexpr int longestNumberList = 4000;
+
+// Formats of one kind that a text has before those that follow are told apart for the document (SpreadProperty).
+constexpr std::size_t mostUnspreadFormats = 64;
 
 // RTF counts the units of a list label in one byte.
 constexpr qsizetype longestListLabel = 255;

@@ -134,9 +134,10 @@ QTextList *ListPlacer::find(const ParaState &para, bool isInList)
     auto &lists = levels(para).lists;
     std::fill(lists.begin() + level + 1, lists.end(), nullptr);
     QTextList *list = lists[std::size_t(level)];
-    // The numbers of a list are counted through the whole of it; bullets can go on in another one.
-    const bool isFull = list != nullptr && list->count() >= longestBulletList &&
-                        listLook(list->format()).kind == int(NumberKind::Bullet);
+    // The numbers of a list are counted through the whole of it, so that more of them than of bullets stay together.
+    const int count = list != nullptr ? list->count() : 0;
+    const bool isFull = count >= longestNumberList ||
+                        (count >= longestBulletList && listLook(list->format()).kind == int(NumberKind::Bullet));
     return isFull ? nullptr : list;
 }
 

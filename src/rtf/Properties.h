@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "rtf/Limits.h"
+
 #include <QTextFormat>
 
 // What RTF can say and a text document cannot show is kept beside the formats in these properties, so that the writer
@@ -36,10 +38,10 @@ enum Property : int {
     ListLabelProperty, // QString: the label; characters 0 to 8 are the levels' numbers
     ListKindProperty,  // int: \levelnfc, for kinds that are shown as another one
     ListFontProperty,  // QString: the label's family
-};
 
-// How many paragraphs a list of bullets has at most before another one goes on in its place: each paragraph that joins
-// a list makes the document look at all of that list.
-constexpr int longestBulletList = 500;
+    // Of any format: int, means nothing. A document sorts its formats by most of their properties, but not by families,
+    // tab stops and column widths: of those that differ in nothing else it looks through all. This tells them apart.
+    SpreadProperty = QTextFormat::UserProperty + 0x400,
+};
 
 } // namespace rtf

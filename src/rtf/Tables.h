@@ -80,6 +80,11 @@ struct LegacyList {
     QString before;
     QString after;
     bool operator==(const LegacyList &) const = default;
+
+    friend std::size_t qHash(const LegacyList &list, std::size_t seed) noexcept
+    {
+        return qHashMulti(seed, int(list.kind), list.start, list.indent, list.font, list.before, list.after);
+    }
 };
 
 enum class BorderStyle : qint16 {

@@ -3,6 +3,8 @@
 
 #include "rtf/WriterTables.h"
 
+#include "rtf/Limits.h"
+
 #include <QTextList>
 
 #include <algorithm>
@@ -81,7 +83,9 @@ bool WriterTables::fits(const Group &group, const ListLook &look, const QTextLis
     ListLook known = group.levels[level].look;
     known.group = look.group;
     const bool isCounted = look.kind != int(NumberKind::Bullet);
-    return known == look && (!isCounted || group.levels[level].list == nullptr || group.levels[level].list == &list);
+    const QTextList *before = group.levels[level].list;
+    return known == look &&
+           (!isCounted || before == nullptr || before == &list || before->count() >= longestNumberList);
 }
 
 WriterTables::ListPlace WriterTables::list(const QTextList &list, const ParaLook &paragraph)

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "rtf/Properties.h"
+
 #include <QDebug>
 #include <QStringList>
 #include <QTextBlock>
@@ -50,7 +52,7 @@ inline QString dump(const QTextDocument &document)
         QString text;
         const QMap<int, QVariant> all = format.properties();
         for (auto it = all.cbegin(); it != all.cend(); ++it) {
-            if (it.key() == QTextFormat::ObjectIndex) {
+            if (it.key() == QTextFormat::ObjectIndex || it.key() == rtf::SpreadProperty) {
                 continue;
             }
             text += QStringLiteral(" %1=%2").arg(it.key(), 0, 16).arg(wordsOf(it.value()));

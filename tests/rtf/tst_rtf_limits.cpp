@@ -3,11 +3,13 @@
 
 #include "rtf/Limits.h"
 #include "rtf/Properties.h"
+#include "rtf/RoundTrip.h"
 #include "rtf/RtfSupport.h"
 
 #include <QDir>
 #include <QFile>
 #include <QImage>
+#include <QSet>
 
 namespace
 {
@@ -66,6 +68,12 @@ private Q_SLOTS:
     void picturesUpToTheLimitAreShown();
     void manyPicturesShareALimit();
     void binaryRunsBeyondTheEnd();
+    void everyOverrideFindsItsListAmongVeryMany();
+    void oldListsAreToldApartAmongVeryMany();
+    void longListsOfNumbersGoOnInAnother_data();
+    void longListsOfNumbersGoOnInAnother();
+    void manyFormatsAreToldApart();
+    void aLookHasOneFormatHoweverManyThereAre();
 };
 
 void TestRtfLimits::groupsDeeperThanTheStackKeepTheirText()
@@ -336,6 +344,125 @@ void TestRtfLimits::binaryRunsBeyondTheEnd()
     QCOMPARE(rtf::toPlainText("{\\rtf1 a\\bin2000000000 bcd"), QStringLiteral("a"));
     const auto document = rtftest::documentOf("{\\rtf1 a{\\pict\\wmetafile8\\bin2000000000 \x01\x02");
     QVERIFY(rtf::write(*document).contains("0102"));
+}
+
+// Looking each of them up in turn would take many minutes here.
+void TestRtfLimits::everyOverrideFindsItsListAmongVeryMany()
+{
+    constexpr int count = 1'000'000;
+    QByteArray rtf("{\\rtf1{\\*\\listtable");
+    for (int i = 1; i <= count; ++i) {
+        rtf += "{\\list\\listid" + QByteArray::number(i);
+        rtf += i == 1 || i == count
+                   ? "{\\listlevel\\levelnfc0{\\leveltext\\'01\\'00;}\\li" + QByteArray::number(i % 9000) + "}"
+                   : QByteArray();
+        rtf += '}';
+    }
+    rtf += "}{\\*\\listoverridetable";
+    for (int i = 1; i <= count; ++i) {
+        rtf += "{\\listoverride\\listid" + QByteArray::number(count + 1 - i) + "\\ls" + QByteArray::number(i) + '}';
+    }
+    rtf += "}\\ls1 last\\par\\ls" + QByteArray::number(count) + " first}";
+    const auto document = rtftest::documentOf(rtf);
+    QCOMPARE(rtftest::blockOf(*document, QStringLiteral("last")).blockFormat().leftMargin(), count % 9000 / 15.0);
+    QCOMPARE(rtftest::blockOf(*document, QStringLiteral("first")).blockFormat().leftMargin(), 1 / 15.0);
+}
+
+void TestRtfLimits::oldListsAreToldApartAmongVeryMany()
+{
+    constexpr int count = 400'000;
+    QByteArray rtf("{\\rtf1 ");
+    for (int i = 0; i < count; ++i) {
+        rtf += "{\\pn\\pndec\\pnstart" + QByteArray::number(i % 30000) + "\\pnindent" +
+               QByteArray::number(i / 30000 + 1) + '}';
+    }
+    const auto document =
+        rtftest::documentOf(rtf + "x\\par{\\pn\\pndec\\pnstart7\\pnindent1}y\\par{\\pn\\pndec\\pnstart7\\pnindent1}z}");
+    const QTextList *list = rtftest::blockOf(*document, QStringLiteral("y")).textList();
+    QVERIFY(list != nullptr);
+    QCOMPARE(list->format().intProperty(rtf::ListStartProperty), 7);
+    QCOMPARE(list->count(), 2);
+}
+
+void TestRtfLimits::longListsOfNumbersGoOnInAnother_data()
+{
+    QTest::addColumn<int>("paragraphs");
+    QTest::addColumn<QList<int>>("counts");
+    QTest::newRow("just below") << rtf::longestNumberList - 1 << QList<int>{rtf::longestNumberList - 1};
+    QTest::newRow("at the limit") << rtf::longestNumberList << QList<int>{rtf::longestNumberList};
+    QTest::newRow("just above") << rtf::longestNumberList + 1 << QList<int>{rtf::longestNumberList, 1};
+    QTest::newRow("far above") << 3 * rtf::longestNumberList + 5
+                               << QList<int>{rtf::longestNumberList, rtf::longestNumberList, rtf::longestNumberList, 5};
+}
+
+void TestRtfLimits::longListsOfNumbersGoOnInAnother()
+{
+    QFETCH(const int, paragraphs);
+    QFETCH(const QList<int>, counts);
+    const QByteArray rtf =
+        "{\\rtf1{\\*\\pn\\pnlvlbody\\pndec{\\pntxta .}}" + QByteArray("one\\par ").repeated(paragraphs) + "}";
+    const auto document = rtftest::documentOf(rtf);
+    QList<int> found;
+    const QTextList *last = nullptr;
+    for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
+        if (block.textList() != last) {
+            last = block.textList();
+            found.append(last->count());
+        }
+    }
+    QCOMPARE(found, counts);
+    // Its numbers go on where other programs read them.
+    const QByteArray written = rtf::write(*document);
+    QCOMPARE(written.count("{\\listoverride\\"), 1);
+    QCOMPARE(rtf::write(*rtftest::documentOf(written)), written);
+}
+
+// What a document does not sort its formats by has a property beside it that it does.
+void TestRtfLimits::manyFormatsAreToldApart()
+{
+    const auto count = int(rtf::mostUnspreadFormats);
+    QByteArray rtf("{\\rtf1{\\fonttbl");
+    for (int i = 0; i < 3 * count; ++i) {
+        rtf += "{\\f" + QByteArray::number(i) + " F" + QByteArray::number(i) + ";}";
+    }
+    rtf += "}";
+    for (int i = 0; i < 3 * count; ++i) {
+        const QByteArray number = QByteArray::number(i);
+        rtf += "\\pard\\f" + number + "\\tx" + QByteArray::number(100 + 40 * i) + " x\\par\\trowd\\cellx" +
+               QByteArray::number(1000 + 50 * i) + "\\intbl y\\cell\\row";
+    }
+    const auto document = rtftest::documentOf(rtf + "}");
+    QSet<int> families;
+    QSet<int> tabs;
+    QSet<int> widths;
+    int blocks = 0;
+    for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
+        if (block.text() == QLatin1Char('x')) {
+            ++blocks;
+            families << block.begin().fragment().charFormat().intProperty(rtf::SpreadProperty);
+            tabs << block.blockFormat().intProperty(rtf::SpreadProperty);
+        } else if (const QTextTable *table = QTextCursor(block).currentTable()) {
+            widths << table->format().intProperty(rtf::SpreadProperty);
+        }
+    }
+    QCOMPARE(blocks, 3 * count);
+    // The first ones share the value of those that have none; the rest hardly ever share one.
+    for (const auto &values : {families, tabs, widths}) {
+        QVERIFY2(values.contains(0) && values.size() > 2 * count - 10, qPrintable(QString::number(values.size())));
+    }
+    QCOMPARE(rtftest::roundTripFault(rtf + "}"), QString());
+}
+
+// A run does not fall apart because a format like its own was made earlier.
+void TestRtfLimits::aLookHasOneFormatHoweverManyThereAre()
+{
+    QByteArray rtf("{\\rtf1{\\fonttbl{\\f0 Arial;}{\\f1 Arial;}}{\\colortbl\\red0\\green0\\blue0;\\red1;}\\f0 a\\par");
+    for (int size = 2; size < 2 + 2 * int(rtf::mostUnspreadFormats); ++size) {
+        rtf += "\\fs" + QByteArray::number(size) + " x";
+    }
+    const auto document = rtftest::documentOf(rtf + "\\par\\fs24 left\\f1 middle\\cf0 right}");
+    const QTextBlock block = rtftest::blockOf(*document, QStringLiteral("middle"));
+    QCOMPARE(block.begin().fragment().text(), QStringLiteral("leftmiddleright"));
 }
 
 QTEST_MAIN(TestRtfLimits)
