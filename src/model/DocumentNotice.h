@@ -13,6 +13,8 @@ struct DocumentNotice {
     NoticeKind kind;
     // A sentence or two for the user: what happened, to what, and what can be done.
     QString text;
+    // The file that it concerns, where that may not be the document's own.
+    QString file = QString();
 
     bool operator==(const DocumentNotice &) const = default;
 };

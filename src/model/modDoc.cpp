@@ -73,8 +73,9 @@ bool textFormatAccepted(const Document &document)
 QString notSavedText(const QString &sFile)
 {
     const auto number = static_cast<ErrorNumber>(currentError().number);
-    return u"The file %1 could not be saved (%2). What you changed is in this window only."_s.arg(
-        sFile, errorDescription(number));
+    const bool folderGone = number == ErrorNumber::FileNotFound || number == ErrorNumber::PathNotFound;
+    const QString reason = folderGone ? u"there is no such folder"_s : errorDescription(number);
+    return u"The file %1 could not be saved: %2. What you changed is in this window only."_s.arg(sFile, reason);
 }
 
 SaveOutcome writeDocument(const Document &document)
@@ -150,7 +151,7 @@ SaveOutcome DocSave(const QString &sFile)
             ports().commands->MenuEnableDynamic();
             document->notice = u"The file %1 could not be saved"_s.arg(sFile);
             ports().commands->UpdateStatusBarText(document->notice);
-            document->tell({NoticeKind::NotSaved, notSavedText(sFile)});
+            document->tell({NoticeKind::NotSaved, notSavedText(sFile), sFile});
             throw;
         }
         if (outcome != SaveOutcome::Saved)

@@ -4,6 +4,7 @@
 #include "window/frmDocument.h"
 
 #include "window/KeyMap.h"
+#include "window/NoticeBar.h"
 #include "window/OutlineDragger.h"
 #include "window/SplitterBar.h"
 #include "window/modSplit.h"
@@ -58,6 +59,7 @@ frmDocument::frmDocument(QWidget *parent)
     , textBox(new RichTextBox(this))
     , imgSplitter(new SplitterBar(this))
     , picSplitter(new GhostBar(this))
+    , noticeBar(new NoticeBar(this))
     , m_document(std::make_unique<Document>(*treeView, *textBox, *this))
     , m_lastPane(treeView)
 {
@@ -72,6 +74,7 @@ frmDocument::frmDocument(QWidget *parent)
     connectOutline();
     connectText();
     connectSplit();
+    connectNotices();
     ++iDocumentCount;
     ports().commands->MenuEnable(iDocumentCount);
 }
@@ -263,12 +266,7 @@ bool frmDocument::Form_QueryUnload()
 void frmDocument::resizeEvent(QResizeEvent *event)
 {
     QWidget::resizeEvent(event);
-    if (!m_laidOut)
-        return;
-    // A window that grows again gives the outline back the width that it had to give up when it shrank.
-    const float fWantedWidth = m_fWantedWidth;
-    modSplit::SplitSizeControls(*this, fWantedWidth);
-    m_fWantedWidth = fWantedWidth;
+    layOutPanes();
 }
 
 void frmDocument::showEvent(QShowEvent *event)
@@ -326,6 +324,12 @@ bool frmDocument::eventFilter(QObject *watched, QEvent *event)
         event->accept();
         if (!claims)
             activateNextDocument();
+        return true;
+    }
+    if (key.key() == Qt::Key_F6 && key.modifiers() == Qt::NoModifier && noticeBar->isVisible()) {
+        event->accept();
+        if (!claims)
+            noticeBar->enter();
         return true;
     }
     if (watched == textBox && isBareInsert(key)) {

@@ -12,6 +12,7 @@
 #include <memory>
 
 class GhostBar;
+class NoticeBar;
 class OutlineDragger;
 class OutlineWidth;
 class RichTextBox;
@@ -36,7 +37,7 @@ public:
     void activate() override;
     bool close() override;
     void autoFitSplit() override;
-    void noticesChanged() override {}
+    void noticesChanged() override;
 
     // To be called when the window becomes the active one.
     void Form_Activate();
@@ -54,6 +55,7 @@ public:
 
     // From holding to releasing, which may be nested, the remembered pane stays the same wherever the focus goes.
     void holdPane() { ++m_paneHolds; }
+
     void releasePane();
 
     // Whether typing in the text pane overwrites what is there.
@@ -65,6 +67,8 @@ public:
     OutlineWidth *outlineWidth = nullptr;
     SplitterBar *const imgSplitter;
     GhostBar *const picSplitter;
+    // Above both panes while the document has notices; the panes share the height that it leaves.
+    NoticeBar *const noticeBar;
 
     // Whether a move of the split is in progress, where it started and where the ghost bar is, in twips.
     bool m_bMovingSplit = false;
@@ -80,11 +84,19 @@ protected:
     void showEvent(QShowEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
 
 private:
+    using SaveCommand = bool (*)();
+
     void connectOutline();
     void connectText();
     void connectSplit();
+    void connectNotices();
+    void layOutPanes();
+    void leaveNotices();
+    SaveCommand saveAgain() const;
+    void saveFromNotice(SaveCommand save);
     void runKey(const KeyBinding &binding);
     void popUpOutlineMenu();
     void activateNextDocument();

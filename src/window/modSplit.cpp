@@ -3,6 +3,7 @@
 
 #include "window/modSplit.h"
 
+#include "window/NoticeBar.h"
 #include "window/SplitterBar.h"
 #include "window/frmDocument.h"
 
@@ -44,16 +45,17 @@ void SplitSizeControls(frmDocument &form, float fPosition)
         SplitCheckPosition(form, fPosition);
         form.m_fTreeWidth = fPosition;
         form.m_fWantedWidth = fPosition;
-        const int height = form.height();
+        const int top = form.noticeBar->layOut();
+        const int height = form.height() - top;
         const int treeWidth = std::max(form.toPixels(fPosition), 0);
         const float fTextLeft = fPosition + gap;
         const float fTextWidth = form.Width() - (fPosition + rightHandAllowance);
         const int textLeft = form.toPixels(fTextLeft);
         const int textWidth = form.toPixels(fTextLeft + fTextWidth) - textLeft;
-        form.treeView->setGeometry(0, 0, treeWidth, height);
-        form.textBox->setGeometry(textLeft, 0, std::max(textWidth, 0), height);
+        form.treeView->setGeometry(0, top, treeWidth, height);
+        form.textBox->setGeometry(textLeft, top, std::max(textWidth, 0), height);
         const int barWidth = std::max(textLeft - treeWidth, minimumBarWidth);
-        form.imgSplitter->setGeometry(treeWidth, 0, barWidth, height);
+        form.imgSplitter->setGeometry(treeWidth, top, barWidth, height);
         form.imgSplitter->raise();
     });
 }

@@ -6,11 +6,14 @@
 #include "model/modDoc.h"
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
+#include "support/Obstacles.h"
+#include "window/NoticeBar.h"
 #include "window/frmDocument.h"
 
 #include <QApplication>
 #include <QMdiArea>
 #include <QMenu>
+#include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
 #include <QTimer>
@@ -43,6 +46,8 @@ private Q_SLOTS:
     void ctrlF6GoesToTheNextDocument();
     void ctrlTabInsertsATabAndStays();
     void ctrlTabDoesNothingInTheOutline();
+    void aFailedSaveStandsInItsWindowUntilItIsMended();
+    void aFileThatIsCutShortSaysSoInItsWindow();
 
 private:
     void openDocuments(int count);
@@ -293,6 +298,42 @@ void tst_DocumentWindows::ctrlTabDoesNothingInTheOutline()
     QCOMPARE(m_main->main.activeDocument(), document);
     QCOMPARE(document->txtRTF.Text(), u"text\r\n"_s);
     QVERIFY(document->m_bOutlineHasFocus);
+}
+
+void tst_DocumentWindows::aFailedSaveStandsInItsWindowUntilItIsMended()
+{
+    const TestFolder folder;
+    folder.write(u"a.txt"_s, "text");
+    QVERIFY(modDoc::DocLoad(folder(u"a.txt"_s)));
+    goToPane(true);
+    QTest::keyClicks(QApplication::focusWidget(), u"more "_s);
+    QVERIFY(QFile::rename(folder.path(), folder.path() + u".away"_s));
+    const NoticeBar &bar = *frames().first()->form()->noticeBar;
+    m_main->choose("mnuFileSave");
+    QVERIFY(bar.isVisible());
+    goToPane(false);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Down);
+    QVERIFY(bar.isVisible());
+    QVERIFY(bar.findChild<NoticeRow *>()->accessibleName().startsWith(
+        u"The file %1 could not be saved"_s.arg(folder(u"a.txt"_s))));
+    QVERIFY(QFile::rename(folder.path() + u".away"_s, folder.path()));
+    QTest::mouseClick(bar.findChild<QPushButton *>(u"cmdTryAgain"_s), Qt::LeftButton);
+    QVERIFY(!bar.isVisible());
+    QVERIFY(folder.read(u"a.txt"_s).contains("more text"));
+    expectPane(false);
+    letTheTimerTick();
+    expectPane(false);
+}
+
+void tst_DocumentWindows::aFileThatIsCutShortSaysSoInItsWindow()
+{
+    const QByteArray outline = "{\\qlf_formatversion 1}\r\n{\\qlf_nodekey 0}\r\n{\\qlf_nodelabel Root}\r\n{\\qlf_nodet";
+    QVERIFY(!modDoc::DocLoad(m_main->app.makeFile(u"cut.qly"_s, outline)));
+    const NoticeBar &bar = *frames().first()->form()->noticeBar;
+    QVERIFY(bar.isVisible());
+    QVERIFY(bar.findChild<NoticeRow *>()->accessibleName().contains(u"cut.qly could not be read whole: "_s));
+    pressKey(Qt::Key_Down, Qt::NoModifier);
+    QVERIFY(bar.isVisible());
 }
 
 QTEST_MAIN(tst_DocumentWindows)

@@ -2,11 +2,12 @@
 # SPDX-License-Identifier: MIT
 """What a screen reader is told: names, levels, states and actions.
 
-    accessibility.py PROCESS
+    accessibility.py PROCESS FOLDER
 
-The process shows a document like write_small_document's in road.sh.
+The process shows a document like write_small_document's in road.sh, which lies alone in the folder.
 """
 
+import os
 import sys
 import time
 
@@ -195,6 +196,29 @@ class Accessibility:
             Program.child(self.program.menu(menu), "popup menu", menu)
 
 
+    def a_failed_save_is_told(self, folder):
+        def notices():
+            return [each for each in walk(self.program.main) if role_of(each) == "alert" and is_showing(each)]
+
+        focus = self.program.outline()
+        os.rename(folder, folder + ".away")
+        self.program.choose("File", "Save")
+        notice = wait(notices, "the notice of the failed save")[0]
+        if "could not be saved" not in notice.name:
+            fail(f"the notice of the failed save says {notice.name!r}")
+        wait(lambda: has(focus, pyatspi.STATE_FOCUSED), "the keyboard in the outline beside the notice")
+        press("F6")
+        button = Program.child(notice, "push button", "Save as...")
+        wait(lambda: has(button, pyatspi.STATE_FOCUSED), "the keyboard in the notice")
+        if button.description != notice.name:
+            fail(f"the button of the notice is described as {button.description!r}")
+        press("Escape")
+        wait(lambda: has(focus, pyatspi.STATE_FOCUSED), "the keyboard back in the outline")
+        os.rename(folder + ".away", folder)
+        press("alt+r")
+        wait(lambda: not notices(), "the end of the notice")
+
+
 def main():
     test = Accessibility(sys.argv[1])
     test.everything_has_a_name()
@@ -205,6 +229,7 @@ def main():
     test.a_label_is_edited_by_name()
     test.the_status_bar_tells_keys_and_entry()
     test.dialogs_and_their_controls_have_names()
+    test.a_failed_save_is_told(sys.argv[2])
 
 
 run(main)

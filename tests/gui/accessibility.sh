@@ -16,10 +16,13 @@ source "$root/tests/gui/road.sh"
 need_assistive_technology "$@"
 begin_road "$@"
 
-write_small_document "$work/small.qly"
-start_program "$work/small.qly"
-read_program accessibility.py
+mkdir "$work/folder"
+write_small_document "$work/folder/small.qly"
+start_program "$work/folder/small.qly"
+read_program accessibility.py "$work/folder"
 quit_program
-grep -q 'Error' "$work/bin/Quillery.log" && fail "the session log tells of errors: $(cat "$work/bin/Quillery.log")"
+# The one save that could not succeed is on record, and nothing else.
+[[ $(grep -c 'Error' "$work/bin/Quillery.log") == 1 ]] ||
+    fail "the session log tells of other errors: $(cat "$work/bin/Quillery.log")"
 
 end_road
