@@ -15,12 +15,8 @@
 
 #include "util/AnsiCodec.h"
 #include "util/Procedure.h"
-#include "util/RunTimeError.h"
 
-#include <QFile>
 #include <QStringDecoder>
-
-#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -91,13 +87,7 @@ void DocImport(const QString &sFile)
         if (!document)
             return;
         const ImportScope import(*document);
-        QFile file(sFile);
-        errno = 0;
-        if (!file.open(QIODevice::ReadOnly))
-            throw fileError(errno ? errno : EACCES, sFile);
-        const QByteArray buffer = file.readAll();
-        if (file.error() != QFileDevice::NoError)
-            throw fileError(errno ? errno : EIO, sFile);
+        const QByteArray buffer = readWholeFile(sFile);
         const FailureScope failures;
         DocLoadVersion(*document, buffer);
     });

@@ -4,21 +4,14 @@
 #include "model/Document.h"
 
 #include "model/DocumentWindow.h"
-
-#include <QFileInfo>
+#include "model/SafeFile.h"
 
 #include <algorithm>
 
 bool Document::bReadOnly() const
 {
     const QString sFile = m_sFile.trimmed();
-    if (sFile.isEmpty())
-        return false;
-    const QFileInfo info(sFile);
-    if (!info.exists())
-        return false;
-    // A file marked read-only is read-only even to those, such as the superuser, whom the mark would not stop.
-    return !info.permission(QFileDevice::WriteOwner) || !info.isWritable();
+    return !sFile.isEmpty() && isReadOnlyFile(sFile);
 }
 
 void Document::tell(DocumentNotice told)

@@ -9,25 +9,29 @@
 #include <QString>
 
 // Replaces a file's content without ever losing the old one: everything is written to a temporary file in the same
-// folder and flushed to disk; only replace() puts it in the file's place, in one step. Without replace() the temporary
-// file is removed and nothing has happened. A symbolic link is followed; an existing file keeps its permissions. All
-// failures are RunTimeErrors with the classic file error numbers.
+// folder and flushed to disk; only replace() puts it in the file's place, in one step, so that at every moment the old
+// or the new content is there whole under the file's name. Without replace() the temporary file is removed and nothing
+// has happened. A symbolic link is followed; an existing file keeps its permissions, its access list and its extended
+// attributes as far as the system lets it. All failures are RunTimeErrors with the classic file error numbers.
 class SafeFile final : public ByteSink
 {
 public:
-    // Creates the temporary file. Error 70 when the file exists and may not be written.
+    // Creates the temporary file. Error 70 when the file exists and may not be written, 75 when it is no regular file.
     explicit SafeFile(const QString &path);
     ~SafeFile() override;
     SafeFile(const SafeFile &) = delete;
     SafeFile &operator=(const SafeFile &) = delete;
 
     void write(QByteArrayView bytes) override;
-    // Writes what is buffered and has the system put it on disk.
+    // Writes what is buffered, has the system put it on disk, and gives the temporary file the name of a whole one.
     void flushToDisk();
-    // Renames the old file, if there is one, to a name in the same folder, replacing a file of that name.
-    void moveOldFileTo(const QString &path);
-    // Puts the new content in the file's place. Brings a moved old file back if that fails.
+    // Gives the old content, if there is any, a temporary name of its own, which it keeps when it is replaced.
+    void keepOldFile();
+    // Puts the new content in the file's place. When that fails, everything is as it was.
     void replace();
+    // Gives the old content that was kept this name in the same folder, in place of a file of that name. Without it the
+    // old content goes with this object.
+    void moveOldFileTo(const QString &path);
 
     // The file that is really replaced: the path with its links followed.
     const QString &target() const { return m_target; }
@@ -36,18 +40,30 @@ public:
     QString temporaryName() const;
 
 private:
+    void create();
     void writeBuffer();
     void adoptPermissions();
+    void adoptAttributes(int source) const;
+    void copyOldFileTo(const QByteArray &copy) const;
     [[noreturn]] void fail(const QString &path);
 
     QString m_target;
     QString m_folder;
     QByteArray m_temporary;
-    QString m_movedTo;
+    // The temporary name of the old content, while it has one.
+    QByteArray m_kept;
     QByteArray m_buffer;
+    // Open until the end: it holds the lock that tells others that the temporary file is in use.
     int m_descriptor = -1;
     bool m_targetExists = false;
 };
 
 // The file that a path leads to once its symbolic links are followed; the path itself when it names nothing yet.
 QString followLinks(const QString &path);
+
+// Whether a file exists and is read-only: marked so for its owner, which counts even for those whom the mark would not
+// stop, or not to be written by the current user.
+bool isReadOnlyFile(const QString &path);
+
+// A file's whole content, or a file error.
+QByteArray readWholeFile(const QString &path);

@@ -11,17 +11,16 @@
 #include "model/SafeFile.h"
 #include "model/TextPane.h"
 
-#include "util/Numbers.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
 #include "util/modString.h"
-
-#include <QFileInfo>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
+
+constexpr auto saveName = "modDoc DocSave";
 
 void applyFont(const clsFont &font, OutlinePane &pane)
 {
@@ -43,24 +42,29 @@ QString backupName(const QString &sFile)
     return modString::StringWithoutExtension(sFile) + u".bak"_s;
 }
 
-bool isReadOnlyFile(const QString &sFile)
+qint16 formatOf(const QString &sFile)
 {
-    const QFileInfo info(sFile);
-    return info.exists() && (!info.permission(QFileDevice::WriteOwner) || !info.isWritable());
+    return modString::StringExtension(sFile) == u"qly" ? Document::nativeFormat : Document::plainTextFormat;
 }
 
-void makeBackup(SafeFile &file)
+// Takes a step of making the backup. That it fails is told, but keeps nobody from saving.
+template <typename Step>
+bool takeBackupStep(Document &document, const QString &sBackup, Step &&step)
 {
-    const QString sBackup = backupName(file.target());
-    // A file named .bak would be its own backup, and a protected backup is not to be touched.
-    if (!g_options.Backup || sBackup == file.target() || isReadOnlyFile(sBackup) || QFileInfo(sBackup).isDir())
-        return;
-    file.moveOldFileTo(sBackup);
+    try {
+        step();
+        return true;
+    } catch (const RunTimeError &error) {
+        reportError(saveName, error);
+        document.tell({NoticeKind::NoBackup, u"The file was saved, but no backup of what it held before could be made "
+                                             "as %1 (%2)."_s.arg(sBackup, errorDescription(error.number()))});
+        return false;
+    }
 }
 
-bool textFormatAccepted(const Document &document)
+bool textFormatAccepted(const Document &document, qint16 iVersion)
 {
-    if (document.m_iFileFormatVersion != Document::plainTextFormat || document.tree.entryCount() <= 1)
+    if (iVersion != Document::plainTextFormat || document.tree.entryCount() <= 1)
         return true;
     return ports().dialogs->ask(
                u"Warning - you are saving this document in text format.  Although the text itself will be retained, "
@@ -78,7 +82,7 @@ QString notSavedText(const QString &sFile)
     return u"The file %1 could not be saved: %2. What you changed is in this window only."_s.arg(sFile, reason);
 }
 
-SaveOutcome writeDocument(const Document &document)
+void writeDocument(Document &document)
 {
     // The new content is complete and on disk before the old file or its backup is touched.
     SafeFile file(document.m_sFile);
@@ -87,11 +91,15 @@ SaveOutcome writeDocument(const Document &document)
     else
         ports().formats->writePlainText(document, file);
     file.flushToDisk();
-    makeBackup(file);
-    if (!textFormatAccepted(document))
-        return SaveOutcome::Refused;
+    const QString sBackup = backupName(file.target());
+    // A file named .bak would be its own backup, and a protected backup is not to be touched.
+    const bool bWanted = g_options.Backup && sBackup != file.target() && !isReadOnlyFile(sBackup);
+    const bool bKept = bWanted && takeBackupStep(document, sBackup, [&] { file.keepOldFile(); });
     file.replace();
-    return SaveOutcome::Saved;
+    // The older backup goes only now: had the file not been replaced, it would still be the backup.
+    const bool bMade = bKept && takeBackupStep(document, sBackup, [&] { file.moveOldFileTo(sBackup); });
+    if (bMade || !bWanted)
+        document.dismiss(NoticeKind::NoBackup);
 }
 
 } // namespace
@@ -130,20 +138,23 @@ void DocNew()
 
 SaveOutcome DocSave(const QString &sFile)
 {
-    return procedure("modDoc DocSave", [&] {
+    return procedure(saveName, [&] {
         Document *document = DocumentActive();
         if (!document)
             return SaveOutcome::Failed;
         const HourglassPointer hourglass;
         const BusyScope busy;
+        const qint16 iVersion = formatOf(sFile);
+        // Asked before anything else: whoever says no has the file, its backup and the document's name as they were.
+        if (!textFormatAccepted(*document, iVersion))
+            return SaveOutcome::Refused;
         const QString sOldFile = document->m_sFile;
         const qint16 iOldVersion = document->m_iFileFormatVersion;
-        SaveOutcome outcome = SaveOutcome::Failed;
         try {
             const FailureScope failures;
             document->m_sFile = sFile;
-            document->m_iFileFormatVersion = Numbers::toInt16(Numbers::toNumber(DocDefaultVersionFromExt(sFile)));
-            outcome = writeDocument(*document);
+            document->m_iFileFormatVersion = iVersion;
+            writeDocument(*document);
         } catch (...) {
             document->m_sFile = sOldFile;
             document->m_iFileFormatVersion = iOldVersion;
@@ -154,8 +165,6 @@ SaveOutcome DocSave(const QString &sFile)
             document->tell({NoticeKind::NotSaved, notSavedText(sFile), sFile});
             throw;
         }
-        if (outcome != SaveOutcome::Saved)
-            return outcome;
         if (!document->notice.isEmpty()) {
             document->notice.clear();
             ports().commands->UpdateStatusBarText(QString());
@@ -165,13 +174,13 @@ SaveOutcome DocSave(const QString &sFile)
         document->window.setCaption(document->m_sFile);
         ports().commands->MenuEnableDynamic();
         ports().recentFiles->UpdateMRUFile(document->m_sFile, false);
-        return outcome;
+        return SaveOutcome::Saved;
     });
 }
 
 QString DocDefaultVersionFromExt(const QString &sFile)
 {
-    return modString::StringExtension(sFile) == u"qly" ? u"1"_s : u"-1"_s;
+    return QString::number(formatOf(sFile));
 }
 
 } // namespace modDoc

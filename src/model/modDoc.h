@@ -8,7 +8,7 @@
 
 class Document;
 
-// How a save ended. A failed save has changed nothing on disk; a refused one has made the backup.
+// How a save ended. One that failed, or was refused at a question, has changed nothing on disk.
 enum class SaveOutcome { Failed, Saved, Refused };
 
 // The life of documents: creating, loading and saving them.

@@ -10,7 +10,9 @@
 #include "model/Globals.h"
 #include "model/OutlinePane.h"
 #include "model/Ports.h"
+#include "model/SafeFile.h"
 #include "model/TextPane.h"
+#include "model/UnfinishedSaves.h"
 #include "model/modNodes.h"
 
 #include "util/ByteSink.h"
@@ -19,9 +21,10 @@
 #include "util/RunTimeError.h"
 #include "util/modString.h"
 
+#include <QDateTime>
 #include <QFile>
-
-#include <cerrno>
+#include <QFileInfo>
+#include <QLocale>
 
 using namespace Qt::StringLiterals;
 
@@ -29,18 +32,6 @@ namespace
 {
 
 constexpr auto routineName = "modDoc DocLoad";
-
-QByteArray readWhole(const QString &sFile)
-{
-    QFile file(sFile);
-    errno = 0;
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered))
-        throw fileError(errno ? errno : EACCES, sFile);
-    const QByteArray buffer = file.readAll();
-    if (file.error() != QFileDevice::NoError || buffer.size() < file.size())
-        throw fileError(errno ? errno : EIO, sFile);
-    return buffer;
-}
 
 qint16 fileFormatVersion(const QString &sFile, const QByteArray &buffer)
 {
@@ -159,7 +150,7 @@ void loadInto(Document &document, const QString &sFile, LoadResult &result)
 {
     document.trvOutline.setPaneVisible(false);
     document.m_sFile = sFile;
-    const QByteArray buffer = readWhole(sFile);
+    const QByteArray buffer = readWholeFile(sFile);
     readOutline(document, sFile, buffer, result);
     // All that may fail comes before the window takes on the file's name and its lock: a window that keeps only what
     // could be read has neither.
@@ -177,6 +168,27 @@ void loadInto(Document &document, const QString &sFile, LoadResult &result)
     remarkOnOddities(document, sFile, buffer, result);
 }
 
+// Asks about what saves that were cut short would have written. It becomes a document beside the others, in a file of
+// its own from the first moment.
+void offerUnfinishedSaves(const QString &sFile)
+{
+    procedure(routineName, [&] {
+        if (sFile.isEmpty())
+            return;
+        for (const UnfinishedSave &unfinished : unfinishedSaves(sFile)) {
+            const QString sTime =
+                QLocale::system().toString(QFileInfo(unfinished.path).lastModified(), QLocale::ShortFormat);
+            const Answer answer = ports().dialogs->ask(
+                u"Saving the file %1 was cut short (%2), but all that was to be saved is there. Do you want to keep it "
+                "in a file of its own and open that? If you choose No, it is deleted."_s.arg(unfinished.target, sTime));
+            if (answer == Answer::Yes)
+                modDoc::DocLoad(nameUnfinishedSave(unfinished));
+            else if (answer == Answer::No)
+                QFile::remove(unfinished.path);
+        }
+    });
+}
+
 } // namespace
 
 namespace modDoc
@@ -184,7 +196,7 @@ namespace modDoc
 
 bool DocLoad(const QString &sFile)
 {
-    return procedure(routineName, [&] {
+    const bool bLoaded = procedure(routineName, [&] {
         if (!modString::FileExists(sFile)) {
             ports().commands->MenuEnableDynamic();
             ports().commands->UpdateStatusBarText(u"The file %1 could not be found"_s.arg(sFile));
@@ -216,6 +228,8 @@ bool DocLoad(const QString &sFile)
         ports().commands->MenuEnableDynamic();
         return true;
     });
+    offerUnfinishedSaves(sFile);
+    return bLoaded;
 }
 
 QByteArray DocLoadTag(const QByteArray &buffer, const QByteArray &tagName)

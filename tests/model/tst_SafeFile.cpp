@@ -2,10 +2,13 @@
 // SPDX-License-Identifier: MIT
 
 #include "model/SafeFile.h"
+#include "model/TemporaryName.h"
 #include "support/ErrorRecorder.h"
 #include "support/Obstacles.h"
 
 #include <QTest>
+
+#include <sys/xattr.h>
 
 using namespace Qt::StringLiterals;
 
@@ -58,11 +61,15 @@ private Q_SLOTS:
     void aFullDiskAtEveryByte();
     void aFullDiskInTheMidstOfALongFile();
 
-    void theOldFileIsMovedAside();
-    void theOldFileReplacesAnOlderBackup();
-    void withoutAnOldFileNothingIsMoved();
-    void aMoveThatFailsLeavesTheOldFile();
-    void aReplacementThatFailsBringsTheOldFileBack();
+    void theOldContentIsKeptUnderAnotherName();
+    void anOlderBackupGoesOnlyWithTheFile();
+    void withoutAnOldFileNothingIsKept();
+    void aBackupThatIsTheFileItselfUnderAnotherName();
+    void aReplacementThatFailsLeavesFileAndBackup();
+    void aBackupThatCannotBeNamedLeavesTheNewFile();
+    void aPipeInTheFilesPlace();
+    void extendedAttributesAreKept();
+    void aTemporaryFilesNameTellsWhatItIs();
 };
 
 void tst_SafeFile::aNewFileIsWritten()
@@ -339,7 +346,7 @@ void tst_SafeFile::aFullDiskInTheMidstOfALongFile()
     QCOMPARE(folder.names(), QStringList());
 }
 
-void tst_SafeFile::theOldFileIsMovedAside()
+void tst_SafeFile::theOldContentIsKeptUnderAnotherName()
 {
     const TestFolder folder;
     folder.write(u"notes.qly"_s, "old", 0640);
@@ -347,17 +354,20 @@ void tst_SafeFile::theOldFileIsMovedAside()
         SafeFile file(folder(u"notes.qly"_s));
         file.write("new");
         file.flushToDisk();
-        file.moveOldFileTo(folder(u"notes.bak"_s));
-        QVERIFY(!QFile::exists(folder(u"notes.qly"_s)));
+        file.keepOldFile();
+        QCOMPARE(folder.read(u"notes.qly"_s), QByteArray("old"));
         file.replace();
+        QCOMPARE(folder.read(u"notes.qly"_s), QByteArray("new"));
+        file.moveOldFileTo(folder(u"notes.bak"_s));
     }
     QCOMPARE(folder.read(u"notes.qly"_s), QByteArray("new"));
     QCOMPARE(folder.read(u"notes.bak"_s), QByteArray("old"));
     QCOMPARE(folder.mode(u"notes.qly"_s), mode_t(0640));
+    QCOMPARE(folder.mode(u"notes.bak"_s), mode_t(0640));
     QCOMPARE(folder.names(), QStringList({u"notes.bak"_s, u"notes.qly"_s}));
 }
 
-void tst_SafeFile::theOldFileReplacesAnOlderBackup()
+void tst_SafeFile::anOlderBackupGoesOnlyWithTheFile()
 {
     const TestFolder folder;
     folder.write(u"notes.qly"_s, "old");
@@ -366,25 +376,63 @@ void tst_SafeFile::theOldFileReplacesAnOlderBackup()
         SafeFile file(folder(u"notes.qly"_s));
         file.write("new");
         file.flushToDisk();
-        file.moveOldFileTo(folder(u"notes.bak"_s));
-        // Abandoned here: the old content is the backup's, and the file is gone until the next save.
+        file.keepOldFile();
+        // Abandoned here.
     }
-    QCOMPARE(folder.read(u"notes.bak"_s), QByteArray("old"));
-    QCOMPARE(folder.names(), QStringList(u"notes.bak"_s));
+    QCOMPARE(folder.read(u"notes.qly"_s), QByteArray("old"));
+    QCOMPARE(folder.read(u"notes.bak"_s), QByteArray("older"));
+    QCOMPARE(folder.names(), QStringList({u"notes.bak"_s, u"notes.qly"_s}));
 }
 
-void tst_SafeFile::withoutAnOldFileNothingIsMoved()
+void tst_SafeFile::withoutAnOldFileNothingIsKept()
 {
     const TestFolder folder;
     folder.write(u"notes.bak"_s, "older");
     SafeFile file(folder(u"notes.qly"_s));
     file.flushToDisk();
-    file.moveOldFileTo(folder(u"notes.bak"_s));
+    file.keepOldFile();
     file.replace();
+    file.moveOldFileTo(folder(u"notes.bak"_s));
     QCOMPARE(folder.read(u"notes.bak"_s), QByteArray("older"));
 }
 
-void tst_SafeFile::aMoveThatFailsLeavesTheOldFile()
+void tst_SafeFile::aBackupThatIsTheFileItselfUnderAnotherName()
+{
+    const TestFolder folder;
+    folder.write(u"notes.qly"_s, "old");
+    QCOMPARE(link(qPrintable(folder(u"notes.qly"_s)), qPrintable(folder(u"notes.bak"_s))), 0);
+    {
+        SafeFile file(folder(u"notes.qly"_s));
+        file.write("new");
+        file.flushToDisk();
+        file.keepOldFile();
+        file.replace();
+        file.moveOldFileTo(folder(u"notes.bak"_s));
+    }
+    QCOMPARE(folder.read(u"notes.bak"_s), QByteArray("old"));
+    QCOMPARE(folder.names(), QStringList({u"notes.bak"_s, u"notes.qly"_s}));
+}
+
+void tst_SafeFile::aReplacementThatFailsLeavesFileAndBackup()
+{
+    const TestFolder folder;
+    folder.write(u"notes.qly"_s, "old");
+    folder.write(u"notes.bak"_s, "older");
+    {
+        SafeFile file(folder(u"notes.qly"_s));
+        file.write("new");
+        file.flushToDisk();
+        file.keepOldFile();
+        // Somebody else tidies the folder up.
+        QVERIFY(QFile::remove(file.temporaryName()));
+        QVERIFY(errorNumberOf([&] { file.replace(); }) != 0);
+    }
+    QCOMPARE(folder.read(u"notes.qly"_s), QByteArray("old"));
+    QCOMPARE(folder.read(u"notes.bak"_s), QByteArray("older"));
+    QCOMPARE(folder.names(), QStringList({u"notes.bak"_s, u"notes.qly"_s}));
+}
+
+void tst_SafeFile::aBackupThatCannotBeNamedLeavesTheNewFile()
 {
     const TestFolder folder;
     folder.write(u"notes.qly"_s, "old");
@@ -393,30 +441,51 @@ void tst_SafeFile::aMoveThatFailsLeavesTheOldFile()
         SafeFile file(folder(u"notes.qly"_s));
         file.write("new");
         file.flushToDisk();
+        file.keepOldFile();
+        file.replace();
         QCOMPARE(errorNumberOf([&] { file.moveOldFileTo(folder(u"notes.bak"_s)); }), pathFileAccess);
     }
-    QCOMPARE(folder.read(u"notes.qly"_s), QByteArray("old"));
+    QCOMPARE(folder.read(u"notes.qly"_s), QByteArray("new"));
     QCOMPARE(folder.names(), QStringList({u"notes.bak"_s, u"notes.qly"_s}));
 }
 
-void tst_SafeFile::aReplacementThatFailsBringsTheOldFileBack()
+void tst_SafeFile::aPipeInTheFilesPlace()
+{
+    const TestFolder folder;
+    QCOMPARE(mkfifo(qPrintable(folder(u"notes.qly"_s)), 0666), 0);
+    QCOMPARE(errorNumberOf([&] { save(folder(u"notes.qly"_s), "new"); }), pathFileAccess);
+    QCOMPARE(folder.names(), QStringList(u"notes.qly"_s));
+}
+
+void tst_SafeFile::extendedAttributesAreKept()
 {
     const TestFolder folder;
     folder.write(u"notes.qly"_s, "old");
-    {
-        SafeFile file(folder(u"notes.qly"_s));
-        file.write("new");
-        file.flushToDisk();
-        file.moveOldFileTo(folder(u"notes.bak"_s));
-        // Somebody else tidies the folder up.
-        for (const QString &name : folder.names()) {
-            if (name != u"notes.bak"_s)
-                QVERIFY(QFile::remove(folder(name)));
-        }
-        QVERIFY(errorNumberOf([&] { file.replace(); }) != 0);
-    }
-    QCOMPARE(folder.read(u"notes.qly"_s), QByteArray("old"));
-    QCOMPARE(folder.names(), QStringList(u"notes.qly"_s));
+    if (setxattr(qPrintable(folder(u"notes.qly"_s)), "user.origin", "here", 4, 0) != 0)
+        QSKIP("This file system has no extended attributes");
+    save(folder(u"notes.qly"_s), "new");
+    char value[10] = {};
+    QCOMPARE(getxattr(qPrintable(folder(u"notes.qly"_s)), "user.origin", value, sizeof value), ssize_t(4));
+    QCOMPARE(QByteArray(value), QByteArray("here"));
+}
+
+void tst_SafeFile::aTemporaryFilesNameTellsWhatItIs()
+{
+    const TestFolder folder;
+    SafeFile file(folder(u"n\u00F6tes.qly"_s));
+    const auto stage = [&] {
+        return TemporaryName::parse(QFile::encodeName(QFileInfo(file.temporaryName()).fileName()));
+    };
+    QVERIFY(stage() && stage()->stage == TemporaryName::Part);
+    QCOMPARE(QFile::decodeName(stage()->file), u"n\u00F6tes.qly"_s);
+    file.flushToDisk();
+    QVERIFY(stage() && stage()->stage == TemporaryName::Whole);
+    QCOMPARE(QFile::decodeName(stage()->file), u"n\u00F6tes.qly"_s);
+    QVERIFY(!TemporaryName::parse(".quillery-aB3dEf"));
+    QVERIFY(!TemporaryName::parse("notes.qly"));
+    // A long name is cut between two characters.
+    const QByteArray longName = QString(99, u'n').toUtf8() + u"\u00F6.qly"_s.toUtf8();
+    QCOMPARE(TemporaryName::carried(longName), QByteArray(99, 'n'));
 }
 
 QTEST_GUILESS_MAIN(tst_SafeFile)

@@ -58,8 +58,9 @@ private Q_SLOTS:
     void theBackupLiesBesideALinksTarget();
     void oneEntryAsTextIsNotAskedAbout();
     void severalEntriesAsTextAreAskedAbout();
-    void aRefusedTextWarningLeavesTheBackupAndNoFile_data();
-    void aRefusedTextWarningLeavesTheBackupAndNoFile();
+    void aRefusedTextWarningChangesNothing_data();
+    void aRefusedTextWarningChangesNothing();
+    void aBackupThatCannotBeMadeIsTold();
     void aFailedSaveChangesNothing_data();
     void aFailedSaveChangesNothing();
     void aFailedSaveUnderAnotherNameKeepsTheOldOne();
@@ -558,8 +559,7 @@ void tst_modDoc::noBackup_data()
     QTest::newRow("the option is off") << 0 << u"a.qly"_s << QStringList{u"a.qly"_s};
     QTest::newRow("there is no old file") << 1 << u"a.qly"_s << QStringList{u"a.qly"_s};
     QTest::newRow("the backup is read-only") << 2 << u"a.qly"_s << QStringList{u"a.bak"_s, u"a.qly"_s};
-    QTest::newRow("the backup is a folder") << 3 << u"a.qly"_s << QStringList{u"a.bak"_s, u"a.qly"_s};
-    QTest::newRow("the file itself is named as backups are") << 4 << u"a.bak"_s << QStringList{u"a.bak"_s};
+    QTest::newRow("the file itself is named as backups are") << 3 << u"a.bak"_s << QStringList{u"a.bak"_s};
 }
 
 void tst_modDoc::noBackup()
@@ -573,8 +573,6 @@ void tst_modDoc::noBackup()
         m_folder->write(name, "old");
     if (kind == 2)
         m_folder->write(u"a.bak"_s, "protected", 0444);
-    if (kind == 3)
-        QVERIFY(QDir(m_folder->path()).mkdir(u"a.bak"_s));
     QCOMPARE(modDoc::DocSave((*m_folder)(name)), SaveOutcome::Saved);
     QCOMPARE(m_folder->read(name), QByteArray(name.endsWith(u".qly"_s) ? "native" : "text"));
     QCOMPARE(m_folder->names(), names);
@@ -620,7 +618,7 @@ void tst_modDoc::severalEntriesAsTextAreAskedAbout()
     QCOMPARE(m_fake->dialogs.questions.size(), 1);
 }
 
-void tst_modDoc::aRefusedTextWarningLeavesTheBackupAndNoFile_data()
+void tst_modDoc::aRefusedTextWarningChangesNothing_data()
 {
     QTest::addColumn<Answer>("answer");
     QTest::addColumn<bool>("existed");
@@ -629,20 +627,44 @@ void tst_modDoc::aRefusedTextWarningLeavesTheBackupAndNoFile_data()
     QTest::newRow("No, for a new file") << Answer::No << false;
 }
 
-void tst_modDoc::aRefusedTextWarningLeavesTheBackupAndNoFile()
+void tst_modDoc::aRefusedTextWarningChangesNothing()
 {
     QFETCH(const Answer, answer);
     QFETCH(const bool, existed);
-    plant(2);
-    if (existed)
+    Document &document = plant(2);
+    document.m_sFile = (*m_folder)(u"a.qly"_s);
+    if (existed) {
         m_folder->write(u"a.txt"_s, "old");
+        m_folder->write(u"a.bak"_s, "older");
+    }
     m_fake->dialogs.answers = {answer};
     QCOMPARE(modDoc::DocSave((*m_folder)(u"a.txt"_s)), SaveOutcome::Refused);
-    QCOMPARE(m_folder->names(), existed ? QStringList(u"a.bak"_s) : QStringList());
-    if (existed)
-        QCOMPARE(m_folder->read(u"a.bak"_s), QByteArray("old"));
+    QCOMPARE(m_folder->names(), existed ? QStringList({u"a.bak"_s, u"a.txt"_s}) : QStringList());
+    if (existed) {
+        QCOMPARE(m_folder->read(u"a.txt"_s), QByteArray("old"));
+        QCOMPARE(m_folder->read(u"a.bak"_s), QByteArray("older"));
+    }
+    QCOMPARE(document.m_sFile, (*m_folder)(u"a.qly"_s));
+    QCOMPARE(document.m_iFileFormatVersion, 1);
     QVERIFY(m_fake->recentFiles.updates.empty());
     QCOMPARE(m_errors->count(), 0);
+}
+
+void tst_modDoc::aBackupThatCannotBeMadeIsTold()
+{
+    Document &document = plant(1);
+    m_folder->write(u"a.qly"_s, "old");
+    QVERIFY(QDir(m_folder->path()).mkdir(u"a.bak"_s));
+    const QString sFile = (*m_folder)(u"a.qly"_s);
+    QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Saved);
+    QCOMPARE(m_folder->read(u"a.qly"_s), QByteArray("native"));
+    QCOMPARE(m_errors->summary(), QStringList(u"75 modDoc DocSave"_s));
+    QVERIFY(document.hasNotice(NoticeKind::NoBackup));
+    // The next backup that can be made takes the notice back.
+    QVERIFY(QDir(m_folder->path()).rmdir(u"a.bak"_s));
+    QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Saved);
+    QCOMPARE(m_folder->read(u"a.bak"_s), QByteArray("native"));
+    QVERIFY(!document.hasNotice(NoticeKind::NoBackup));
 }
 
 void tst_modDoc::aFailedSaveChangesNothing_data()

@@ -1,0 +1,26 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include <QString>
+
+#include <vector>
+
+// What a save that was cut short, by a crash or a power cut, has left behind: the whole new content of a file that
+// still has its old one, or that was never there.
+struct UnfinishedSave {
+    // The temporary file with the content.
+    QString path;
+    // The file that it was to become.
+    QString target;
+};
+
+// The unfinished saves of a file, and of files that are not there, in the file's folder. Removes beside them what is of
+// no use to anybody: content that is not whole, or as old as its file, or the same. What a running program is writing
+// is left alone.
+std::vector<UnfinishedSave> unfinishedSaves(const QString &sFile);
+
+// Gives the content a name of its own beside its target, or the target's if that is free, and returns it. Throws a file
+// error.
+QString nameUnfinishedSave(const UnfinishedSave &save);

@@ -1,0 +1,298 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "model/SafeFile.h"
+#include "model/UnfinishedSaves.h"
+#include "model/modDoc.h"
+#include "support/ErrorRecorder.h"
+#include "support/FailingCalls.h"
+#include "support/FakePorts.h"
+#include "support/Obstacles.h"
+#include "support/OutlineText.h"
+#include "util/ByteSink.h"
+
+#include <QRandomGenerator>
+#include <QTest>
+
+#include <cerrno>
+#include <csignal>
+#include <sys/wait.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+// Saving while every call of the file system fails in turn, and while the process is killed before each of them. What
+// stands in the folder afterwards is always whole: the old document or the new one, and its backup.
+class tst_SaveTorture : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void initTestCase();
+    void init();
+    void cleanup();
+
+    void everyCallFails_data() { situations(); }
+
+    void everyCallFails();
+
+    void killedBeforeEveryCall_data() { situations(); }
+
+    void killedBeforeEveryCall();
+    void killedAtAnyMoment();
+
+private:
+    enum Backup { NoBackupWanted, NoOldBackup, OldBackup };
+
+    enum Target { Existing, Link, Another, New };
+
+    static void situations();
+    void begin(int target, int backup);
+    // What is wrong in the folder, in words; empty when nothing is.
+    QString judge(int backup, bool saved, bool killed) const;
+
+    QString judgeLeftovers() const;
+
+    SaveOutcome save() { return modDoc::DocSave((*m_folder)(m_name)); }
+
+    std::unique_ptr<FakePorts> m_fake;
+    std::unique_ptr<ErrorRecorder> m_errors;
+    std::unique_ptr<TestFolder> m_folder;
+    QString m_name;
+    // The file that the document is really kept in.
+    QString m_real;
+    bool m_existed = false;
+    // What the backup held before; null when there was none.
+    QByteArray m_oldBackup;
+};
+
+namespace
+{
+
+const QByteArray oldContent = "{\\qlf_formatversion 1}\r\nold";
+const QByteArray olderContent = "{\\qlf_formatversion 1}\r\nolder";
+
+// More than the buffer of a file that is written, so that writing takes several calls.
+const QByteArray &newContent()
+{
+    static const QByteArray content = "{\\qlf_formatversion 1}\r\n" + QByteArray(1200000, 'n');
+    return content;
+}
+
+} // namespace
+
+void tst_SaveTorture::situations()
+{
+    QTest::addColumn<int>("target");
+    QTest::addColumn<int>("backup");
+    QTest::newRow("no backup wanted") << int(Existing) << int(NoBackupWanted);
+    QTest::newRow("the first backup") << int(Existing) << int(NoOldBackup);
+    QTest::newRow("a backup over an older one") << int(Existing) << int(OldBackup);
+    QTest::newRow("through a symbolic link") << int(Link) << int(OldBackup);
+    QTest::newRow("over another file") << int(Another) << int(OldBackup);
+    QTest::newRow("a new file") << int(New) << int(NoOldBackup);
+}
+
+// The short form runs in memory where it can: a disk takes its time to flush each of a thousand files.
+void tst_SaveTorture::initTestCase()
+{
+    const QByteArray memory = "/dev/shm";
+    if (!qEnvironmentVariableIsSet("QUILLERY_TORTURE_KILLS") && access(memory, W_OK) == 0)
+        qputenv("TMPDIR", memory);
+}
+
+void tst_SaveTorture::init()
+{
+    m_fake = std::make_unique<FakePorts>();
+    m_errors = std::make_unique<ErrorRecorder>();
+    m_folder = std::make_unique<TestFolder>();
+    m_fake->formats.onWriteNative = [](const Document &, ByteSink &sink) {
+        for (qsizetype at = 0; at < newContent().size(); at += 300000)
+            sink.write(
+                QByteArrayView(newContent()).sliced(at).first(qMin<qsizetype>(300000, newContent().size() - at)));
+    };
+}
+
+void tst_SaveTorture::cleanup()
+{
+    FailingCalls::stop();
+    m_errors.reset();
+    m_fake.reset();
+    m_folder.reset();
+}
+
+// A changed document and its folder as they are before each save.
+void tst_SaveTorture::begin(int target, int backup)
+{
+    m_fake->windows.open.clear();
+    m_fake->windows.active = nullptr;
+    m_errors->clear();
+    for (const QString &name : m_folder->names())
+        QFile::remove((*m_folder)(name));
+    m_real = target == Link ? u"real.qly"_s : u"a.qly"_s;
+    m_name = target == Link ? u"link.qly"_s : m_real;
+    m_existed = target != New;
+    if (m_existed)
+        m_folder->write(m_real, oldContent);
+    if (target == Link)
+        QVERIFY(QFile::link((*m_folder)(m_real), (*m_folder)(m_name)));
+    m_oldBackup = backup == OldBackup ? olderContent : QByteArray();
+    if (backup == OldBackup)
+        m_folder->write(m_real.chopped(4) + u".bak"_s, olderContent);
+    g_options.Backup = backup != NoBackupWanted;
+    Document &document = m_fake->windows.createDocument();
+    plantOutline(document.tree, {u"Root"_s});
+    document.m_sFile = target == Another ? (*m_folder)(u"own.qly"_s) : target == New ? QString() : (*m_folder)(m_name);
+    document.m_bDataChanged = true;
+}
+
+QString tst_SaveTorture::judge(int backup, bool saved, bool killed) const
+{
+    const QByteArray content = m_folder->read(m_real);
+    const bool isOld = m_existed ? content == oldContent : content.isNull();
+    if (content != newContent() && !isOld)
+        return m_existed && content.isNull() ? u"the file is gone"_s : u"the file is damaged"_s;
+    if (!killed && saved != (content == newContent()))
+        return u"the file is not what the save says"_s;
+    const QString sBackup = m_real.chopped(4) + u".bak"_s;
+    const QByteArray kept = m_folder->read(sBackup);
+    const QByteArray before = m_oldBackup;
+    if (kept != before && (backup == NoBackupWanted || !m_existed || kept != oldContent))
+        return kept.isNull() ? u"the backup is gone"_s : u"the backup is damaged"_s;
+    if (!saved && !killed && kept != before)
+        return u"a save that failed changed the backup"_s;
+    if (killed)
+        return QString();
+    if (m_existed && saved && backup != NoBackupWanted && kept == before) {
+        const auto &notices = m_fake->windows.active->document.notices();
+        if (std::ranges::none_of(notices, [](const auto &each) { return each.kind == NoticeKind::NoBackup; }))
+            return u"nothing tells of the backup that was not made"_s;
+    }
+    return QString();
+}
+
+void tst_SaveTorture::everyCallFails()
+{
+    QFETCH(const int, target);
+    QFETCH(const int, backup);
+    begin(target, backup);
+    FailingCalls::startListing();
+    QCOMPARE(save(), SaveOutcome::Saved);
+    const std::vector<std::string> calls = FailingCalls::stopListing();
+    QVERIFY(calls.size() > 10);
+    QCOMPARE(judge(backup, true, false), QString());
+    int failed = 0;
+    for (int place = 0; place < static_cast<int>(calls.size()); ++place) {
+        const std::string &call = calls[static_cast<size_t>(place)];
+        QVERIFY2(!FailingCalls::errorsOf(call).empty(), call.c_str());
+        for (const int error : FailingCalls::errorsOf(call)) {
+            begin(target, backup);
+            const QString sFileBefore = m_fake->windows.active->document.m_sFile;
+            FailingCalls::failAt(place, error);
+            const SaveOutcome outcome = save();
+            FailingCalls::stop();
+            const bool saved = outcome == SaveOutcome::Saved;
+            const QString what = u"%1 (call %2) failing with %3: "_s.arg(QString::fromStdString(call))
+                                     .arg(place)
+                                     .arg(QString::fromLocal8Bit(strerror(error)));
+            // A backup that may not be written is left alone without a word.
+            const bool isProtected = call == "access" && (error == EACCES || error == EROFS);
+            const QString fault = judge(isProtected && saved ? NoBackupWanted : backup, saved, false);
+            QVERIFY2(fault.isEmpty(), qPrintable(what + fault));
+            const Document &document = m_fake->windows.active->document;
+            if (saved)
+                continue;
+            ++failed;
+            QVERIFY2(document.m_bDataChanged, qPrintable(what + u"the document counts as unchanged"_s));
+            QVERIFY2(document.m_sFile == sFileBefore, qPrintable(what + u"the document has another name"_s));
+            QVERIFY2(!document.notices().empty() && document.notices().front().kind == NoticeKind::NotSaved,
+                     qPrintable(what + u"nothing tells of the failure"_s));
+            QVERIFY2(m_errors->count() == 1, qPrintable(what + u"the log does not tell of it once"_s));
+            // Whatever stood in the way, the next save does it.
+            QVERIFY2(save() == SaveOutcome::Saved, qPrintable(what + u"no save works any more"_s));
+            QCOMPARE(m_folder->read(m_real), newContent());
+            QVERIFY(document.notices().empty());
+        }
+    }
+    QVERIFY(failed > 10);
+}
+
+void tst_SaveTorture::killedBeforeEveryCall()
+{
+    QFETCH(const int, target);
+    QFETCH(const int, backup);
+    begin(target, backup);
+    FailingCalls::startListing();
+    QCOMPARE(save(), SaveOutcome::Saved);
+    const int calls = static_cast<int>(FailingCalls::stopListing().size());
+    for (int place = 0; place < calls; ++place) {
+        begin(target, backup);
+        const pid_t child = fork();
+        if (child == 0) {
+            FailingCalls::dieAt(place);
+            save();
+            _exit(0);
+        }
+        int status = 0;
+        QVERIFY(child > 0 && waitpid(child, &status, 0) == child);
+        QVERIFY(WIFSIGNALED(status) && WTERMSIG(status) == SIGKILL);
+        const QString fault = judge(backup, false, true);
+        QVERIFY2(fault.isEmpty(), qPrintable(u"killed before call %1: "_s.arg(place) + fault));
+        const QString left = judgeLeftovers();
+        QVERIFY2(left.isEmpty(), qPrintable(u"killed before call %1: "_s.arg(place) + left));
+    }
+}
+
+// What a killed save leaves is found by who comes next: whole new content is offered, anything less is gone.
+QString tst_SaveTorture::judgeLeftovers() const
+{
+    const std::vector<UnfinishedSave> unfinished = unfinishedSaves((*m_folder)(m_name));
+    qsizetype whole = 0;
+    for (const QString &name : m_folder->names()) {
+        if (name.startsWith(u".quillery-part"_s))
+            return u"an unfinished file stays"_s;
+        whole += name.startsWith(u".quillery-whole"_s) ? 1 : 0;
+    }
+    if (whole != static_cast<qsizetype>(unfinished.size()))
+        return u"whole content is not offered"_s;
+    for (const UnfinishedSave &each : unfinished) {
+        if (readWholeFile(each.path) != newContent() || each.target != (*m_folder)(m_real))
+            return u"what is offered is not the new content"_s;
+        if (m_folder->read(m_real) == newContent())
+            return u"what was saved is offered again"_s;
+    }
+    return QString();
+}
+
+// Saves over and over while it is killed at any moment. The environment variable says how often; a handful otherwise.
+void tst_SaveTorture::killedAtAnyMoment()
+{
+    const int kills = qEnvironmentVariableIntValue("QUILLERY_TORTURE_KILLS");
+    QRandomGenerator random =
+        kills > 0 ? QRandomGenerator(QRandomGenerator::global()->generate()) : QRandomGenerator(20261122);
+    for (int kill = 0; kill < (kills > 0 ? kills : 20); ++kill) {
+        begin(Existing, kill % 2 == 0 ? OldBackup : NoBackupWanted);
+        int ready[2] = {};
+        QCOMPARE(pipe(ready), 0);
+        const pid_t child = fork();
+        if (child == 0) {
+            if (::write(ready[1], "x", 1) == 1)
+                save();
+            pause();
+        }
+        char started = 0;
+        QVERIFY(child > 0 && ::read(ready[0], &started, 1) == 1);
+        usleep(static_cast<useconds_t>(random.bounded(20000)));
+        ::kill(child, SIGKILL);
+        QCOMPARE(waitpid(child, nullptr, 0), child);
+        ::close(ready[0]);
+        ::close(ready[1]);
+        const QString fault = judge(kill % 2 == 0 ? OldBackup : NoBackupWanted, false, true);
+        QVERIFY2(fault.isEmpty(), qPrintable(u"kill %1: "_s.arg(kill) + fault));
+        const QString left = judgeLeftovers();
+        QVERIFY2(left.isEmpty(), qPrintable(u"kill %1: "_s.arg(kill) + left));
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_SaveTorture)
+#include "tst_SaveTorture.moc"

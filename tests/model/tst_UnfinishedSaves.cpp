@@ -1,0 +1,227 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "model/SafeFile.h"
+#include "model/TemporaryName.h"
+#include "model/UnfinishedSaves.h"
+#include "model/modDoc.h"
+#include "support/ErrorRecorder.h"
+#include "support/FakePorts.h"
+#include "support/Obstacles.h"
+#include "support/OutlineText.h"
+#include "util/ByteSink.h"
+
+#include <QDateTime>
+#include <QTest>
+
+#include <sys/wait.h>
+
+using namespace Qt::StringLiterals;
+
+// What is done with the temporary files of saves that were cut short.
+class tst_UnfinishedSaves : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+
+    void whatIsNotWholeGoesSilently();
+    void whatIsOlderThanItsFileGoesSilently();
+    void whatIsTheSameAsItsFileGoesSilently();
+    void whatIsBeingWrittenStays();
+    void anotherDocumentsContentWaitsForThatDocument();
+    void filesOfOtherNamesAreLeftAlone();
+
+    void wholeContentIsOffered_data();
+    void wholeContentIsOffered();
+    void contentOfAFileThatNeverWasIsOffered();
+    void aNameThatIsTakenGetsANumber();
+    void contentIsOfferedThroughALink();
+
+private:
+    enum Stage { Writing, Written };
+
+    QString path(const QString &name) const { return (*m_folder)(name); }
+
+    // A save of that file ends here, as in a crash.
+    void crash(const QString &name, const QByteArray &content, Stage stage = Written) const;
+    // Makes a file look older or newer.
+    void setAge(const QString &name, int seconds) const;
+
+    std::unique_ptr<FakePorts> m_fake;
+    std::unique_ptr<ErrorRecorder> m_errors;
+    std::unique_ptr<TestFolder> m_folder;
+};
+
+void tst_UnfinishedSaves::init()
+{
+    m_fake = std::make_unique<FakePorts>();
+    m_errors = std::make_unique<ErrorRecorder>();
+    m_folder = std::make_unique<TestFolder>();
+    m_fake->formats.onReadNative = [](Document &document, const QByteArray &bytes, LoadResult &) {
+        plantOutline(document.tree, {QString::fromLatin1(bytes)});
+    };
+    m_fake->formats.onWriteNative = [](const Document &document, ByteSink &sink) {
+        sink.write(document.tree.root()->label().toLatin1());
+    };
+    m_folder->write(u"notes.qly"_s, "old");
+    setAge(u"notes.qly"_s, 60);
+}
+
+void tst_UnfinishedSaves::cleanup()
+{
+    const QStringList errors = m_errors->summary();
+    const bool allAsked = m_fake->dialogs.answers.empty();
+    m_errors.reset();
+    m_fake.reset();
+    m_folder.reset();
+    QVERIFY(allAsked);
+    QCOMPARE(errors, QStringList());
+}
+
+void tst_UnfinishedSaves::crash(const QString &name, const QByteArray &content, Stage stage) const
+{
+    const pid_t child = fork();
+    if (child == 0) {
+        auto *file = new SafeFile(path(name));
+        file->write(content);
+        if (stage == Written) {
+            file->flushToDisk();
+            file->keepOldFile();
+        }
+        _exit(0);
+    }
+    QVERIFY(child > 0 && waitpid(child, nullptr, 0) == child);
+}
+
+void tst_UnfinishedSaves::setAge(const QString &name, int seconds) const
+{
+    QFile file(path(name));
+    QVERIFY(file.open(QIODevice::ReadWrite));
+    QVERIFY(file.setFileTime(QDateTime::currentDateTime().addSecs(-seconds), QFileDevice::FileModificationTime));
+}
+
+void tst_UnfinishedSaves::whatIsNotWholeGoesSilently()
+{
+    crash(u"notes.qly"_s, QByteArray(3 << 20, 'n'), Writing);
+    QCOMPARE(m_folder->names().size(), 2);
+    QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
+    QCOMPARE(m_folder->names(), QStringList(u"notes.qly"_s));
+    QCOMPARE(m_folder->read(u"notes.qly"_s), QByteArray("old"));
+}
+
+void tst_UnfinishedSaves::whatIsOlderThanItsFileGoesSilently()
+{
+    crash(u"notes.qly"_s, "unfinished");
+    setAge(u"notes.qly"_s, -60);
+    QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
+    QVERIFY(m_folder->names().filter(u".quillery-whole"_s).isEmpty());
+    QCOMPARE(m_folder->read(u"notes.qly"_s), QByteArray("old"));
+}
+
+void tst_UnfinishedSaves::whatIsTheSameAsItsFileGoesSilently()
+{
+    crash(u"notes.qly"_s, "old");
+    QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
+    QVERIFY(m_folder->names().filter(u".quillery-whole"_s).isEmpty());
+}
+
+void tst_UnfinishedSaves::whatIsBeingWrittenStays()
+{
+    SafeFile file(path(u"notes.qly"_s));
+    file.write("new");
+    QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
+    file.flushToDisk();
+    QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
+    file.keepOldFile();
+    QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
+    file.replace();
+    file.moveOldFileTo(path(u"notes.bak"_s));
+    QCOMPARE(m_folder->read(u"notes.qly"_s), QByteArray("new"));
+    QCOMPARE(m_folder->read(u"notes.bak"_s), QByteArray("old"));
+}
+
+void tst_UnfinishedSaves::anotherDocumentsContentWaitsForThatDocument()
+{
+    m_folder->write(u"other.qly"_s, "other");
+    crash(u"notes.qly"_s, "unfinished");
+    QVERIFY(modDoc::DocLoad(path(u"other.qly"_s)));
+    QVERIFY(m_fake->dialogs.questions.isEmpty());
+    QCOMPARE(m_folder->names().filter(u".quillery-whole"_s).size(), 1);
+}
+
+void tst_UnfinishedSaves::filesOfOtherNamesAreLeftAlone()
+{
+    const QStringList names = {u".quillery-notes"_s, u".quillery-part-XXXXXX"_s, u".quillery-part-abc"_s};
+    for (const QString &name : names)
+        m_folder->write(name, "somebody's");
+    QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
+    QCOMPARE(m_folder->names(), names + QStringList(u"notes.qly"_s));
+}
+
+void tst_UnfinishedSaves::wholeContentIsOffered_data()
+{
+    QTest::addColumn<Answer>("answer");
+    QTest::newRow("yes: it becomes a file and a document") << Answer::Yes;
+    QTest::newRow("no: it goes") << Answer::No;
+    QTest::newRow("cancel: it is offered again") << Answer::Cancel;
+}
+
+void tst_UnfinishedSaves::wholeContentIsOffered()
+{
+    QFETCH(const Answer, answer);
+    crash(u"notes.qly"_s, "unfinished");
+    m_fake->dialogs.answers = {answer};
+    QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
+    QCOMPARE(m_fake->dialogs.questions.size(), 1);
+    QVERIFY(m_fake->dialogs.questions[0].contains(path(u"notes.qly"_s)));
+    QCOMPARE(m_folder->read(u"notes.qly"_s), QByteArray("old"));
+    const QString sNamed = u"notes (unfinished save).qly"_s;
+    QCOMPARE(QFile::exists(path(sNamed)), answer == Answer::Yes);
+    QCOMPARE(m_folder->names().filter(u".quillery-whole"_s).size(), answer == Answer::Cancel ? 1 : 0);
+    if (answer == Answer::Yes) {
+        QCOMPARE(m_folder->read(sNamed), QByteArray("unfinished"));
+        QCOMPARE(m_fake->windows.open.size(), size_t(2));
+        QCOMPARE(m_fake->windows.active->document.m_sFile, path(sNamed));
+        QCOMPARE(m_fake->windows.active->document.tree.root()->label(), u"unfinished"_s);
+    }
+    m_fake->dialogs.questions.clear();
+    if (answer == Answer::Cancel)
+        m_fake->dialogs.answers = {Answer::No};
+    QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
+    QCOMPARE(m_fake->dialogs.questions.size(), answer == Answer::Cancel ? 1 : 0);
+}
+
+void tst_UnfinishedSaves::contentOfAFileThatNeverWasIsOffered()
+{
+    crash(u"new.qly"_s, "never saved before");
+    m_fake->dialogs.answers = {Answer::Yes};
+    QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
+    QCOMPARE(m_folder->read(u"new.qly"_s), QByteArray("never saved before"));
+    QCOMPARE(m_fake->windows.active->document.m_sFile, path(u"new.qly"_s));
+}
+
+void tst_UnfinishedSaves::aNameThatIsTakenGetsANumber()
+{
+    crash(u"notes.qly"_s, "unfinished");
+    m_folder->write(u"notes (unfinished save).qly"_s, "an earlier one");
+    m_fake->dialogs.answers = {Answer::Yes};
+    QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
+    QCOMPARE(m_folder->read(u"notes (unfinished save).qly"_s), QByteArray("an earlier one"));
+    QCOMPARE(m_folder->read(u"notes (unfinished save 2).qly"_s), QByteArray("unfinished"));
+}
+
+void tst_UnfinishedSaves::contentIsOfferedThroughALink()
+{
+    QVERIFY(QFile::link(path(u"notes.qly"_s), path(u"link.qly"_s)));
+    crash(u"link.qly"_s, "unfinished");
+    m_fake->dialogs.answers = {Answer::Yes};
+    QVERIFY(modDoc::DocLoad(path(u"link.qly"_s)));
+    QCOMPARE(m_folder->read(u"notes (unfinished save).qly"_s), QByteArray("unfinished"));
+    QVERIFY(QFileInfo(path(u"link.qly"_s)).isSymLink());
+}
+
+QTEST_GUILESS_MAIN(tst_UnfinishedSaves)
+#include "tst_UnfinishedSaves.moc"
