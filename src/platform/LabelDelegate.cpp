@@ -6,6 +6,7 @@
 #include "model/EntryTree.h"
 #include "platform/AltCharacter.h"
 #include "platform/TreeView.h"
+#include "rtf/VisibleText.h"
 
 #include <QKeyEvent>
 #include <QLineEdit>
@@ -68,7 +69,7 @@ void LabelDelegate::setModelData(QWidget *editor, QAbstractItemModel *, const QM
 {
     const QLineEdit *line = qobject_cast<QLineEdit *>(editor);
     if (line)
-        m_view->applyLabelEdit(index, onOneLine(line->text()));
+        m_view->applyLabelEdit(index, onOneLine(rtf::visibleText(line->text())));
 }
 
 bool LabelDelegate::eventFilter(QObject *watched, QEvent *event)

@@ -115,6 +115,7 @@ private Q_SLOTS:
     void removalAndInsertionRaiseNoClick();
     void sortingKeepsTheSelection();
     void startLabelEditEditsTheSelectedEntry();
+    void everyCharacterPastedIntoALabelIsInSight();
     void escapeKeepsTheOldLabel();
     void anEmptyLabelIsAccepted();
     void aPastedLineBreakBecomesABlank();
@@ -547,6 +548,22 @@ void tst_TreeView::startLabelEditEditsTheSelectedEntry()
     QTRY_VERIFY(!editor());
     QVERIFY(m_view->hasFocus());
     QCOMPARE(clicked.size(), 0);
+}
+
+void tst_TreeView::everyCharacterPastedIntoALabelIsInSight()
+{
+    build(*m_tree, garden);
+    m_tree->select(entry(u"Oak"_s));
+    QString pasted = u"Ash"_s;
+    for (const int unit : {0x00, 0x01, 0x1C, 0x1F, 0xD800, 0xFFFC, 0xFFFE})
+        pasted += QChar(unit);
+    auto *data = new QMimeData;
+    data->setText(pasted + u"tree"_s);
+    QApplication::clipboard()->setMimeData(data);
+    m_view->StartLabelEdit();
+    editor()->paste();
+    QTest::keyClick(editor(), Qt::Key_Return);
+    QTRY_COMPARE(m_tree->selected()->label(), u"Ash\u2400\u2401\u241C\u241F\uFFFD\uFFFD\uFFFDtree"_s);
 }
 
 void tst_TreeView::escapeKeepsTheOldLabel()
