@@ -46,6 +46,10 @@ void Writer::writeTable(const CellRange &cells, int depth)
     for (int row = cells.firstRow; row < cells.endRow(); ++row) {
         if (depth == 1) {
             writeRowDefinition(cells, row);
+        } else {
+            // Word processors refuse a nested row that does not begin by saying how deep it is.
+            m_paragraphWords.clear();
+            m_plainFormatIndex = -1;
         }
         for (int column = cells.firstColumn; column < cells.endColumn();) {
             const QTextTableCell cell = cells.table->cellAt(row, column);
