@@ -138,9 +138,17 @@ void Writer::writeParagraph(const QTextBlock &block, int depth, bool isFirstOfCe
     const int length = block.length() - 1;
     const int begin = m_isWhole ? 0 : std::max(0, m_from - block.position());
     const int end = m_isWhole ? length : std::min(length, m_to - block.position());
+    const bool hasLabel = !m_listPlace.label.isEmpty() && begin == 0;
     if (length == 0) {
         setChars(markWords(block, isFirstOfCell));
+        if (hasLabel) {
+            writeListLabel();
+        }
     } else if (begin < end) {
+        if (hasLabel) {
+            setChars(charWords(block.begin().fragment().charFormatIndex()));
+            writeListLabel();
+        }
         writeRuns(block, begin, end);
     }
     closeField();
@@ -157,6 +165,7 @@ void Writer::writeParagraphFormat(const QTextBlock &block, int depth)
     const QTextList *list = format.objectIndex() >= 0 ? block.textList() : nullptr;
     m_plainFormatIndex = list == nullptr ? formatIndex : -1;
     m_plainDepth = depth;
+    m_listPlace = {};
 
     const int steps = format.indent() + (list != nullptr ? list->format().indent() : 0);
     const ParaLook look = paraLook(format, list != nullptr, steps * m_document.indentWidth());
@@ -170,11 +179,24 @@ void Writer::writeParagraphFormat(const QTextBlock &block, int depth)
     }
     writeParaLook(words, look, list != nullptr);
     if (list != nullptr) {
-        const WriterTables::ListPlace place = m_tables.list(*list, look);
-        words.word("\\ls", place.number);
-        words.word("\\ilvl", place.level);
+        m_listPlace = m_tables.list(*list, look);
+        words.word("\\ls", m_listPlace.number);
+        words.word("\\ilvl", m_listPlace.level);
     }
     setParagraphWords(words);
+}
+
+// The label once more, as text, for readers that know no lists. Those that do pass over it.
+void Writer::writeListLabel()
+{
+    m_body.raw("{");
+    m_body.word("\\listtext");
+    if (m_listPlace.font >= 0) {
+        m_body.word("\\f", m_listPlace.font);
+    }
+    m_body.text(m_listPlace.label, m_listPlace.font >= 0 && m_tables.isPictureFont(m_listPlace.font));
+    m_body.word("\\tab");
+    m_body.raw("}");
 }
 
 void Writer::setParagraphWords(const Output &words)

@@ -56,6 +56,7 @@ private:
     void endParagraph(const Paragraphs &place);
     void writeParagraph(const QTextBlock &block, int depth, bool isFirstOfCell);
     void writeParagraphFormat(const QTextBlock &block, int depth);
+    void writeListLabel();
     void writeParaLook(Output &output, const ParaLook &look, bool isInList);
     void setParagraphWords(const Output &words);
     void writeRuns(const QTextBlock &block, int begin, int end);
@@ -86,6 +87,7 @@ private:
     QByteArray m_paragraphWords; // in force; empty before the first paragraph
     int m_plainFormatIndex = -1; // of the paragraph before, if it is in no list
     int m_plainDepth = 0;
+    WriterTables::ListPlace m_listPlace; // of the paragraph being written, if it is in a list
 };
 
 } // namespace rtf

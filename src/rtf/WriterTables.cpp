@@ -4,10 +4,12 @@
 #include "rtf/WriterTables.h"
 
 #include "rtf/Limits.h"
+#include "rtf/ListLabels.h"
 
 #include <QTextList>
 
 #include <algorithm>
+#include <array>
 
 namespace rtf
 {
@@ -109,16 +111,32 @@ WriterTables::ListPlace WriterTables::list(const QTextList &list, const ParaLook
     }
     Level &level = levels[std::size_t(look.level)];
     if (!level.isUsed) {
-        level = {look, paragraph, nullptr, true};
+        level = {look, paragraph, nullptr, 0, true};
         if (!look.font.isEmpty()) {
             font(look.font);
         }
     }
+    level.count = level.list == nullptr ? look.start : level.count + 1;
     level.list = &list;
     for (std::size_t deeper = std::size_t(look.level) + 1; deeper < levels.size(); ++deeper) {
         levels[deeper].list = nullptr;
     }
-    return {place + 1, look.level};
+    const int labelFont = look.font.isEmpty() ? -1 : font(look.font);
+    return {place + 1, look.level, label(m_groups[std::size_t(place)], look), labelFont};
+}
+
+QString WriterTables::label(const Group &group, const ListLook &look) const
+{
+    if (look.kind == int(NumberKind::Bullet)) {
+        return look.label;
+    }
+    std::array<CountedLevel, mostListLevels> counted;
+    for (std::size_t i = 0; i < std::min(group.levels.size(), counted.size()); ++i) {
+        if (group.levels[i].isUsed) {
+            counted[i] = {group.levels[i].look.kind, group.levels[i].count};
+        }
+    }
+    return countedLabel(look.label, counted);
 }
 
 void WriterTables::write(Output &output) const

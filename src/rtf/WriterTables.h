@@ -34,6 +34,8 @@ public:
     struct ListPlace {
         int number = 0; // \ls
         int level = 0;
+        QString label; // as it shows before this paragraph
+        int font = -1; // of the label; -1 for the paragraph's own
     };
 
     // The place of a list's next paragraph. Called once for every paragraph of a list, in order: lists of one group
@@ -47,6 +49,7 @@ private:
         ListLook look;
         ParaLook paragraph;
         const QTextList *list = nullptr; // that paragraphs of this level go on with; null where one may begin
+        int count = 0;                   // the number of the last paragraph
         bool isUsed = false;
     };
 
@@ -55,6 +58,7 @@ private:
     };
 
     bool fits(const Group &group, const ListLook &look, const QTextList &list) const;
+    QString label(const Group &group, const ListLook &look) const;
     void writeLists(Output &output) const;
     void writeLevel(Output &output, const Level &level, int number) const;
 

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "rtf/ListLabels.h"
 #include "rtf/RtfSupport.h"
 
 #include <QTextCursor>
@@ -13,7 +14,131 @@ class TestRtfWritten : public QObject
 
 private Q_SLOTS:
     void everyRowOfANestedTableSaysWhereItIs();
+    void numbersAreCountedAsTheirKindSays_data();
+    void numbersAreCountedAsTheirKindSays();
+    void labelsStandInTheTextToo_data();
+    void labelsStandInTheTextToo();
+    void labelsOfTheDocumentsOwnListsStandInTheText();
+    void labelsLookLikeTheTextBehindThem();
+
+private:
+    // The labels that a reader shows which knows no lists, each with its text.
+    static QStringList labelsIn(const QByteArray &rtf)
+    {
+        QStringList labels;
+        for (qsizetype at = rtf.indexOf("{\\listtext"); at >= 0; at = rtf.indexOf("{\\listtext", at + 1)) {
+            const QByteArray group = rtf.mid(at + 1, rtf.indexOf('}', at) - at - 1);
+            labels << rtf::toPlainText("{\\rtf1\\plain" + group.sliced(group.indexOf("text") + 4) + "|}");
+        }
+        return labels;
+    }
 };
+
+void TestRtfWritten::numbersAreCountedAsTheirKindSays_data()
+{
+    QTest::addColumn<int>("kind");
+    QTest::addColumn<int>("number");
+    QTest::addColumn<QString>("shown");
+    const auto row = [](int kind, int number, const char *shown) {
+        QTest::addRow("%d %d", kind, number) << kind << number << QString::fromLatin1(shown);
+    };
+    row(0, 12, "12");
+    row(0, -3, "-3");
+    row(1, 1994, "MCMXCIV");
+    row(1, 4999, "MMMMCMXCIX");
+    row(1, 5000, "5000");
+    row(2, 4, "iv");
+    row(2, 0, "0");
+    row(3, 1, "A");
+    row(3, 26, "Z");
+    row(3, 27, "AA");
+    row(4, 52, "az");
+    row(4, 703, "aaa");
+    row(4, -1, "-1");
+    row(5, 1, "1st");
+    row(5, 22, "22nd");
+    row(5, 13, "13th");
+    row(5, 113, "113th");
+    row(5, 33, "33rd");
+    row(22, 7, "07");
+    row(22, 17, "17");
+    row(57, 17, "17");
+}
+
+void TestRtfWritten::numbersAreCountedAsTheirKindSays()
+{
+    QFETCH(const int, kind);
+    QFETCH(const int, number);
+    QTEST(rtf::countedNumber({kind, number}), "shown");
+}
+
+void TestRtfWritten::labelsStandInTheTextToo_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QString>("labels");
+    QTest::newRow("numbers go on behind text between them")
+        << QByteArray("\\ls4 a\\par b\\par\\pard text\\par\\ls4 c\\par") << QStringLiteral("3.) 4.) 5.)");
+    QTest::newRow("deeper numbers begin anew and name those above")
+        << QByteArray("\\ls4 a\\par\\ilvl1 b\\par c\\par\\ilvl0 d\\par\\ilvl1 e\\par")
+        << QStringLiteral("3.) 3.a 3.b 4.) 4.a");
+    QTest::newRow("bullets") << QByteArray("\\ls5 a\\par b\\par") << QStringLiteral("\u2022 \u2022");
+    QTest::newRow("an empty paragraph counts")
+        << QByteArray("\\ls4 a\\par\\par c\\par") << QStringLiteral("3.) 4.) 5.)");
+}
+
+void TestRtfWritten::labelsStandInTheTextToo()
+{
+    QFETCH(const QByteArray, body);
+    QFETCH(const QString, labels);
+    const auto document = rtftest::documentOf(
+        "{\\rtf1{\\fonttbl{\\f0 Arial;}{\\f3\\fcharset2 Symbol;}}{\\*\\listtable"
+        "{\\list{\\listlevel\\levelnfc0\\levelstartat3{\\leveltext\\'03\\'00.);}{\\levelnumbers\\'01;}}"
+        "{\\listlevel\\levelnfc4\\levelstartat1{\\leveltext\\'03\\'00.\\'01;}{\\levelnumbers\\'01\\'03;}}\\listid7}"
+        "{\\list{\\listlevel\\levelnfc23{\\leveltext\\'01\\'b7;}{\\levelnumbers;}\\f3}\\listid8}}"
+        "{\\*\\listoverridetable{\\listoverride\\listid7\\listoverridecount0\\ls4}"
+        "{\\listoverride\\listid8\\listoverridecount0\\ls5}}\\f0 " +
+        body + "}");
+    const QByteArray written = rtf::write(*document);
+    QStringList expected;
+    for (const QString &label : labels.split(QLatin1Char(' '))) {
+        expected << label + QStringLiteral("\t|");
+    }
+    QCOMPARE(labelsIn(written), expected);
+    // They are no text of their own to those who know lists.
+    QCOMPARE(rtf::toPlainText(written), rtf::plainText(*document));
+    QCOMPARE(rtf::write(*rtftest::documentOf(written)), written);
+}
+
+void TestRtfWritten::labelsOfTheDocumentsOwnListsStandInTheText()
+{
+    QTextDocument document(QStringLiteral("a\nb\nc\nd\ne"));
+    QTextCursor cursor(&document);
+    cursor.createList(QTextListFormat::ListUpperRoman);
+    QTextList *list = cursor.currentList();
+    for (int i = 1; i < 4; ++i) {
+        list->add(document.findBlockByNumber(i));
+    }
+    QCOMPARE(labelsIn(rtf::write(document)), QStringList({QStringLiteral("I.\t|"), QStringLiteral("II.\t|"),
+                                                          QStringLiteral("III.\t|"), QStringLiteral("IV.\t|")}));
+    // A part of it is counted from its own beginning, as it is where it is pasted. Half a paragraph has no label.
+    cursor.setPosition(2);
+    cursor.setPosition(6, QTextCursor::KeepAnchor);
+    QCOMPARE(labelsIn(rtf::write(cursor)), QStringList({QStringLiteral("I.\t|"), QStringLiteral("II.\t|")}));
+    QTextDocument word(QStringLiteral("word"));
+    QTextCursor half(&word);
+    half.createList(QTextListFormat::ListDisc);
+    half.setPosition(2);
+    half.setPosition(4, QTextCursor::KeepAnchor);
+    QCOMPARE(labelsIn(rtf::write(half)), QStringList());
+}
+
+void TestRtfWritten::labelsLookLikeTheTextBehindThem()
+{
+    const auto document = rtftest::documentOf("{\\rtf1{\\fonttbl{\\f0 Arial;}}{\\*\\pn\\pnlvlbody\\pndec{\\pntxta .}}"
+                                              "\\f0\\fs20 one\\par\\b two\\par}");
+    QCOMPARE(labelsIn(rtf::write(*document)).size(), 2);
+    QVERIFY2(rtf::write(*document).contains("\\b{\\listtext 2.\\tab}two"), rtf::write(*document));
+}
 
 // Word processors refuse a text whose nested row begins with bare text.
 void TestRtfWritten::everyRowOfANestedTableSaysWhereItIs()
