@@ -19,6 +19,8 @@ private Q_SLOTS:
     void characters();
     void characterFormats();
     void paragraphFormats();
+    void edgesOfCellsThatNearlyMeetAreOne_data();
+    void edgesOfCellsThatNearlyMeetAreOne();
     void readingLeavesNoUndo();
     void insertReplacesTheSelection();
     void appendKeepsTheLookOfEveryParagraph_data();
@@ -108,6 +110,27 @@ void TestRtfRead::paragraphFormats()
     QVERIFY(three.textList() != nullptr);
     QCOMPARE(three.textList()->format().style(), QTextListFormat::ListDisc);
     QCOMPARE(three.blockFormat().leftMargin(), 48.0);
+}
+
+void TestRtfRead::edgesOfCellsThatNearlyMeetAreOne_data()
+{
+    QTest::addColumn<int>("edge");
+    QTest::addColumn<int>("columns");
+    QTest::newRow("as far apart as rows of one table are") << 1040 << 2;
+    QTest::newRow("on the other side") << 960 << 2;
+    QTest::newRow("a little further") << 1041 << 3;
+    QTest::newRow("a little further on the other side") << 959 << 3;
+}
+
+void TestRtfRead::edgesOfCellsThatNearlyMeetAreOne()
+{
+    QFETCH(const int, edge);
+    const QByteArray rtf = "{\\rtf1\\trowd\\cellx1000\\cellx3000\\intbl a\\cell b\\cell\\row\\trowd\\cellx" +
+                           QByteArray::number(edge) + "\\cellx3000 c\\cell d\\cell\\row}";
+    const auto document = rtftest::documentOf(rtf);
+    const auto *table = qobject_cast<QTextTable *>(document->rootFrame()->childFrames().value(0));
+    QVERIFY(table);
+    QTEST(table->columns(), "columns");
 }
 
 void TestRtfRead::readingLeavesNoUndo()

@@ -20,6 +20,8 @@ private Q_SLOTS:
     void labelsStandInTheTextToo();
     void labelsOfTheDocumentsOwnListsStandInTheText();
     void labelsLookLikeTheTextBehindThem();
+    void addressesOfLinksComeBack_data();
+    void addressesOfLinksComeBack();
 
 private:
     // The labels that a reader shows which knows no lists, each with its text.
@@ -172,6 +174,33 @@ void TestRtfWritten::everyRowOfANestedTableSaysWhereItIs()
     QVERIFY2(rows[4].startsWith(middle), rows[4]);
     const auto read = rtftest::documentOf(written);
     QCOMPARE(rtf::write(*read), written);
+}
+
+void TestRtfWritten::addressesOfLinksComeBack_data()
+{
+    QTest::addColumn<QString>("address");
+    for (const char *address :
+         {"http://example.org/?a=\"b c\"", "\"", "\"\"", "say \\\"hello\\\"", "C:\\letters\\new\\",
+          "\\\\server\\share\\a b", "a#b", "{brace}", "a\\", "http://example.org/\xe4"}) {
+        QTest::newRow(address) << QString::fromLatin1(address);
+    }
+}
+
+void TestRtfWritten::addressesOfLinksComeBack()
+{
+    QFETCH(const QString, address);
+    QTextDocument document;
+    QTextCursor cursor(&document);
+    QTextCharFormat link;
+    link.setAnchor(true);
+    link.setAnchorHref(address);
+    cursor.insertText(QStringLiteral("see "), QTextCharFormat());
+    cursor.insertText(QStringLiteral("there"), link);
+    cursor.insertText(QStringLiteral(" now"), QTextCharFormat());
+    const auto read = rtftest::documentOf(rtf::write(document));
+    QCOMPARE(rtf::plainText(*read), QStringLiteral("see there now"));
+    QCOMPARE(rtftest::formatAt(*read, QStringLiteral("there")).anchorHref(), address);
+    QVERIFY(!rtftest::formatAt(*read, QStringLiteral("now")).isAnchor());
 }
 
 QTEST_MAIN(TestRtfWritten)
