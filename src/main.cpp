@@ -19,5 +19,5 @@ int main(int argc, char *argv[])
     // The names are one text again, as they were typed: blanks separate them, whatever the shell made of quotes.
     Application application(QApplication::arguments().mid(1).join(u' '));
     application.Main();
-    return QApplication::exec();
+    return application.exec();
 }

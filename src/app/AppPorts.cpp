@@ -3,8 +3,16 @@
 
 #include "app/AppPorts.h"
 
+#include "app/SessionKeeper.h"
+
 AppPorts &appPorts()
 {
     static AppPorts instance;
     return instance;
+}
+
+void noteKeptState()
+{
+    if (appPorts().keeper)
+        appPorts().keeper->note();
 }

@@ -8,6 +8,7 @@
 #include <functional>
 
 class LockKeys;
+class SessionKeeper;
 class SessionLog;
 class SettingsStore;
 class modMRU;
@@ -60,11 +61,17 @@ struct AppPorts {
     QString commandLine;
     // Null where there is no keyboard to ask.
     LockKeys *lockKeys = nullptr;
+    // Null where a session is stored at its end alone.
+    SessionKeeper *keeper = nullptr;
     // The application help file, which only the desktop's viewer reads, and how to show it; raises error 53 when the
     // viewer shows nothing.
     QString helpFile = {};
     std::function<void(const QString &sFile, HelpTopic topic)> showHelpFile = {};
 };
 
-// The registered ports of the application; every one but lockKeys and showHelpFile must be set before Initialise.
+// The registered ports of the application; every one but lockKeys, keeper and showHelpFile must be set before
+// Initialise.
 AppPorts &appPorts();
+
+// To be called where something that is kept between runs may have changed.
+void noteKeptState();

@@ -10,7 +10,7 @@
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QDesktopServices>
 #include <QFileInfo>
 #include <QUrl>
@@ -31,17 +31,20 @@ Application::Application(const QString &commandLine)
     : m_log(SessionLog::folders(QCoreApplication::applicationDirPath()))
     , m_recentFiles(m_settings, m_mainWindow.recentFileItems())
     , m_printing(m_printerDialogs, &m_mainWindow)
+    , m_sessionEnd(m_mainWindow)
 {
     ports() = {&m_mainWindow, &m_mainWindow, &m_dialogs, &m_pointer, &m_recentFiles,
                &m_clipboard,  &m_formats,    &m_clock,   &m_printing};
     appPorts() = {&m_settings, &m_mainWindow, &m_recentFiles, &m_log, commandLine, &m_lockKeys};
     appPorts().showHelpFile = showHelpFile;
+    appPorts().keeper = &m_keeper;
     searchPorts() = {&m_settings, [this] { frmSearch(&m_mainWindow).exec(); }, modMain::SaveSettings};
     setErrorReporter(modMain::ReportError);
 }
 
 Application::~Application()
 {
+    appPorts().keeper = nullptr;
     setErrorReporter(nullptr);
 }
 
@@ -56,6 +59,11 @@ void Application::Main()
         banner.close();
         m_mainWindow.show();
     });
+}
+
+int Application::exec()
+{
+    return m_sessionEnd.exitStatus() ? *m_sessionEnd.exitStatus() : QApplication::exec();
 }
 
 QDateTime Application::SystemClock::now() const

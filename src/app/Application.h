@@ -4,6 +4,8 @@
 #pragma once
 
 #include "app/AppPorts.h"
+#include "app/SessionEnd.h"
+#include "app/SessionKeeper.h"
 #include "app/SessionLog.h"
 #include "app/frmMain.h"
 #include "app/modMRU.h"
@@ -29,6 +31,8 @@ public:
 
     // Loads the main window and shows it.
     void Main();
+    // Runs the program to its end; the exit status.
+    int exec();
 
     frmMain &mainWindow() { return m_mainWindow; }
 
@@ -52,4 +56,6 @@ private:
     modMRU m_recentFiles;
     DesktopPrinterDialogs m_printerDialogs;
     PrintWindows m_printing;
+    SessionKeeper m_keeper;
+    SessionEnd m_sessionEnd;
 };

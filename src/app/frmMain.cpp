@@ -193,6 +193,7 @@ void frmMain::closeMainWindow()
 void frmMain::MenuEnable(int documentCount)
 {
     procedure("modMain MenuEnable", [&] {
+        noteKeptState();
         CommandState state = currentCommandState();
         state.documentCount = documentCount;
         m_menus->applyRules(menuEnableRules(), state);
@@ -203,6 +204,7 @@ void frmMain::MenuEnable(int documentCount)
 void frmMain::MenuEnableDynamic()
 {
     procedure("modMain MenuEnableDynamic", [this] {
+        noteKeptState();
         const CommandState state = currentCommandState();
         m_menus->applyRules(menuEnableDynamicRules(), state);
         m_menus->applyCheckMarks(g_options);
@@ -291,16 +293,12 @@ bool frmMain::MDIForm_QueryUnload()
     const bool bMayEnd = procedure("frmMain MDIForm_QueryUnload", [this] {
         if (m_frames.empty())
             return true;
-        if (ports().dialogs->ask(u"Do you really want to exit the application?"_s) != Answer::Yes)
-            return false;
-        const std::vector<DocumentFrame *> frames = m_frames;
-        return std::all_of(frames.begin(), frames.end(),
-                           [](const DocumentFrame *frame) { return frame->form()->Form_QueryUnload(); });
+        return ports().dialogs->ask(u"Do you really want to exit the application?"_s) == Answer::Yes &&
+               mayGiveUpDocuments();
     });
     if (!bMayEnd)
         return false;
-    m_timer->stop();
-    modMain::Finalise();
+    endSession();
     const std::vector<DocumentFrame *> frames = m_frames;
     for (const DocumentFrame *frame : frames) {
         // What was not saved was given up in the answers above; it is not asked about again.
@@ -308,6 +306,33 @@ bool frmMain::MDIForm_QueryUnload()
         frame->form()->close();
     }
     return true;
+}
+
+bool frmMain::mayGiveUpDocuments()
+{
+    const std::vector<DocumentFrame *> frames = m_frames;
+    return std::all_of(frames.begin(), frames.end(),
+                       [](const DocumentFrame *frame) { return frame->form()->Form_QueryUnload(); });
+}
+
+void frmMain::endSession()
+{
+    if (std::exchange(m_sessionEnded, true))
+        return;
+    m_timer->stop();
+    modMain::Finalise();
+}
+
+void frmMain::moveEvent(QMoveEvent *event)
+{
+    QMainWindow::moveEvent(event);
+    noteKeptState();
+}
+
+void frmMain::resizeEvent(QResizeEvent *event)
+{
+    QMainWindow::resizeEvent(event);
+    noteKeptState();
 }
 
 void frmMain::dragEnterEvent(QDragEnterEvent *event)

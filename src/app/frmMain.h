@@ -47,6 +47,12 @@ public:
     void UpdateStatusBar(const Entry *entry) override;
     void UpdateStatusBarText(const QString &text) override;
 
+    // Asks about each document with unsaved changes, and saves those that are to be saved. False when one is to stay
+    // open, which the user wants or a failed save.
+    bool mayGiveUpDocuments();
+    // Ends the session: stores what is kept between runs and ends the log, the first time that it is called.
+    void endSession();
+
     bool minimised() const override;
     WindowPlace place() const override;
     void setPlace(const WindowPlace &place) override;
@@ -56,6 +62,8 @@ public:
 protected:
     void changeEvent(QEvent *event) override;
     void closeEvent(QCloseEvent *event) override;
+    void moveEvent(QMoveEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
@@ -78,4 +86,5 @@ private:
     // In the order in which the windows were opened.
     std::vector<DocumentFrame *> m_frames;
     DocumentFrame *m_active = nullptr;
+    bool m_sessionEnded = false;
 };

@@ -107,6 +107,7 @@ void modMRU::UpdateMRUFile(const QString &sFile, bool bRemove)
             updated.append(QString());
         m_files = updated;
         ShowMRUFiles();
+        noteKeptState();
     });
 }
 

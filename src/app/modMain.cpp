@@ -4,6 +4,7 @@
 #include "app/modMain.h"
 
 #include "app/AppPorts.h"
+#include "app/SessionKeeper.h"
 #include "app/SessionLog.h"
 #include "app/modHelp.h"
 #include "app/modMRU.h"
@@ -74,6 +75,8 @@ void Initialise()
         InitialiseGlobals();
         LoadSettings();
         appPorts().recentFiles->LoadMRUFiles();
+        if (appPorts().keeper)
+            appPorts().keeper->start();
         LoadInitialFiles();
         ports().commands->MenuEnable(iDocumentCount);
         ports().commands->MenuEnableDynamic();
@@ -83,11 +86,18 @@ void Initialise()
 void Finalise()
 {
     procedure("modMain Finalise", [] {
-        SaveSettings();
-        appPorts().recentFiles->SaveMRUFiles();
-        SaveWorkingFiles();
+        if (appPorts().keeper)
+            appPorts().keeper->stop();
+        StoreState();
         WriteLog(u"Session ended at "_s + dateAndTime());
     });
+}
+
+void StoreState()
+{
+    SaveSettings();
+    appPorts().recentFiles->SaveMRUFiles();
+    SaveWorkingFiles();
 }
 
 QStringList GetCommandLineFiles(const QString &arguments)
@@ -125,10 +135,18 @@ void LoadInitialFiles()
     });
 }
 
+QStringList WorkingFiles()
+{
+    QStringList files;
+    for (const auto &[key, name] : appPorts().settings->section(workspaceSection))
+        files.append(name);
+    return files;
+}
+
 void LoadWorkingFiles()
 {
     procedure("modMain LoadWorkingFiles", [] {
-        for (const auto &[key, name] : appPorts().settings->section(workspaceSection)) {
+        for (const QString &name : WorkingFiles()) {
             const QString sFile = FullPathName(name);
             // One damaged document is no reason to lose sight of the others.
             if (modString::FileExists(sFile))

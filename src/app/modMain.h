@@ -18,6 +18,8 @@ void Initialise();
 // Stores the settings, the recent files and the list of open documents, and ends the session in the log. The document
 // windows must still be open.
 void Finalise();
+// Stores the settings, the recent files and the list of open documents.
+void StoreState();
 
 // Gives every global its state at the start of the program.
 void InitialiseGlobals();
@@ -29,6 +31,8 @@ QStringList GetCommandLineFiles(const QString &arguments);
 // Opens the files of the command line, up to the first that cannot be read whole; without any, what the options
 // StartWithLatestDocuments and StartWithNewDocument ask for.
 void LoadInitialFiles();
+// The documents of the last run as they are stored.
+QStringList WorkingFiles();
 // Opens the documents of the last run, but for those whose files have gone.
 void LoadWorkingFiles();
 // Stores the open documents' files in the section "Workspace", an empty value for one that was never saved.

@@ -20,6 +20,8 @@ struct Options {
     bool StartWithLatestDocuments = true;
     bool ViewStatusbar = true;
     bool ViewToolbar = true;
+
+    bool operator==(const Options &other) const = default;
 };
 
 inline Options g_options;
