@@ -20,11 +20,22 @@ namespace
 // Thin as the gap is, the bar must be wide enough for the pointer to find.
 constexpr int minimumBarWidth = 5;
 
+void placeGhostBar(frmDocument &form)
+{
+    const QRect bar = form.imgSplitter->geometry();
+    const int width = std::max(bar.width() / 2, 1);
+    const int left = form.toPixels(form.m_fGhostPosition);
+    form.picSplitter->setGeometry(left, bar.top(), width, bar.height() - form.toPixels(20));
+    form.picSplitter->raise();
+}
+
 void hideGhostBar(frmDocument &form)
 {
     // Cleared first: the bar's losing the focus would end the move once more.
     form.m_bMovingSplit = false;
-    form.restorePaneFocus();
+    // Whoever else has taken the focus meanwhile, another document perhaps, keeps it.
+    if (form.picSplitter->hasFocus())
+        form.restorePaneFocus();
     form.picSplitter->hide();
 }
 
@@ -57,6 +68,10 @@ void SplitSizeControls(frmDocument &form, float fPosition)
         const int barWidth = std::max(textLeft - treeWidth, minimumBarWidth);
         form.imgSplitter->setGeometry(treeWidth, top, barWidth, height);
         form.imgSplitter->raise();
+        if (form.m_bMovingSplit) {
+            form.m_fGhostPosition = fPosition;
+            placeGhostBar(form);
+        }
     });
 }
 
@@ -66,10 +81,7 @@ void SplitMoveStart(frmDocument &form)
         form.m_fSplitPosition = form.m_fTreeWidth;
         form.m_fGhostPosition = form.m_fTreeWidth;
         form.notePaneFocus();
-        const QRect bar = form.imgSplitter->geometry();
-        const int width = std::max(bar.width() / 2, 1);
-        form.picSplitter->setGeometry(bar.left(), bar.top(), width, bar.height() - form.toPixels(20));
-        form.picSplitter->raise();
+        placeGhostBar(form);
         form.picSplitter->show();
         form.m_bMovingSplit = true;
         form.picSplitter->setFocus();
@@ -83,7 +95,7 @@ void SplitMove(frmDocument &form, float fPosition)
             return;
         SplitCheckPosition(form, fPosition);
         form.m_fGhostPosition = fPosition;
-        form.picSplitter->move(form.toPixels(fPosition), form.picSplitter->y());
+        placeGhostBar(form);
     });
 }
 

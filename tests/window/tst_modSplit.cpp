@@ -37,6 +37,8 @@ private Q_SLOTS:
     void arrowKeysStepAndAnyOtherKeyAccepts();
     void theKeyThatEndsAMoveDoesWhatItAlwaysDoes();
     void losingTheFocusAcceptsAMove();
+    void theGhostBarGoesWithTheSplit();
+    void theGhostBarIsAsHighAsTheWindow();
     void resizingKeepsTheOutlinesWidth();
     void aWiderWindowKeepsTheSplitThatWasSet();
     void fittingShowsTheWidestLabelWhole_data();
@@ -234,6 +236,27 @@ void tst_modSplit::losingTheFocusAcceptsAMove()
     form().treeView->setFocus();
     QCOMPARE(form().m_fTreeWidth, 4000.F);
     QVERIFY(!form().picSplitter->isVisible());
+}
+
+void tst_modSplit::theGhostBarGoesWithTheSplit()
+{
+    makeWidth(10000);
+    modView::ViewMoveSplit();
+    modView::ViewMaximiseLeft();
+    QCOMPARE(form().picSplitter->x(), form().treeView->width());
+    QTest::keyClick(form().picSplitter, Qt::Key_Return);
+    QCOMPARE(form().m_fTreeWidth, 8500.F);
+}
+
+void tst_modSplit::theGhostBarIsAsHighAsTheWindow()
+{
+    makeWidth(10000);
+    modView::ViewMoveSplit();
+    const int less = form().imgSplitter->height() - form().picSplitter->height();
+    const int before = form().height();
+    form().parentWidget()->resize(form().parentWidget()->width(), form().parentWidget()->height() + 100);
+    QTRY_COMPARE(form().height(), before + 100);
+    QCOMPARE(form().picSplitter->height(), form().imgSplitter->height() - less);
 }
 
 void tst_modSplit::resizingKeepsTheOutlinesWidth()
