@@ -8,6 +8,7 @@
 #include "app/CommandState.h"
 #include "app/DocumentFrame.h"
 #include "app/DroppedFiles.h"
+#include "app/MenuBarKeys.h"
 #include "app/ScreenPlacement.h"
 #include "app/StatusBar.h"
 #include "app/Toolbar.h"
@@ -86,6 +87,7 @@ frmMain::frmMain(QWidget *parent)
     const BoundRoutines routines = endingLabelEdit(boundRoutines(*this, *m_area));
     m_menus = new CommandMenus(*menuBar(), routines);
     m_toolbar = new Toolbar(routines);
+    m_menuBarKeys = new MenuBarKeys(*menuBar());
     addToolBar(m_toolbar);
     // The menu that Qt offers by itself would show and hide the bar behind the option's back.
     setContextMenuPolicy(Qt::NoContextMenu);
@@ -372,7 +374,7 @@ void frmMain::Timer1_Timer()
 {
     const QWidget *focus = QApplication::focusWidget();
     const bool bFocusIsLost = !focus || focus == this || focus == m_area || focus == m_area->viewport() ||
-                              qobject_cast<const DocumentFrame *>(focus);
+                              qobject_cast<const DocumentFrame *>(focus) || m_menuBarKeys->keepsKeyboardForNothing();
     // A document window being moved or sized by keyboard holds the mouse.
     if (bBusy || !m_active || !bFocusIsLost || !isActiveWindow() || QApplication::activePopupWidget() ||
         QWidget::mouseGrabber())

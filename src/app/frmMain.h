@@ -13,6 +13,7 @@
 
 class CommandMenus;
 class DocumentFrame;
+class MenuBarKeys;
 class QMdiArea;
 class QTimer;
 class StatusBar;
@@ -80,6 +81,7 @@ private:
 
     QMdiArea *const m_area;
     CommandMenus *m_menus = nullptr;
+    MenuBarKeys *m_menuBarKeys = nullptr;
     Toolbar *m_toolbar = nullptr;
     StatusBar *const m_statusBar;
     QTimer *const m_timer;

@@ -8,8 +8,11 @@
 #include "platform/TreeView.h"
 #include "rtf/VisibleText.h"
 
+#include <QApplication>
+#include <QFocusEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QMenuBar>
 
 #include <limits>
 
@@ -55,6 +58,10 @@ QWidget *LabelDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem
     // The line editor's own limit would cut a longer label even when nothing is typed.
     if (QLineEdit *line = qobject_cast<QLineEdit *>(m_editor))
         line->setMaxLength(std::numeric_limits<int>::max());
+    connect(qApp, &QApplication::focusChanged, m_editor, [this](const QWidget *from, const QWidget *to) {
+        if (qobject_cast<const QMenuBar *>(from) && to != m_editor)
+            m_view->EndLabelEdit();
+    });
     return m_editor;
 }
 
@@ -74,6 +81,14 @@ void LabelDelegate::setModelData(QWidget *editor, QAbstractItemModel *, const QM
 
 bool LabelDelegate::eventFilter(QObject *watched, QEvent *event)
 {
+    if (watched == m_editor && event->type() == QEvent::FocusIn)
+        m_view->labelEditorGotFocus();
+    // The menu bar gives the keyboard back to the editor and to nobody else. The label is taken over all the same.
+    if (watched == m_editor && event->type() == QEvent::FocusOut &&
+        static_cast<QFocusEvent *>(event)->reason() == Qt::MenuBarFocusReason) {
+        Q_EMIT commitData(m_editor);
+        return false;
+    }
     // Left to whoever has a command for it: the key goes on to the outline.
     if (event->type() == QEvent::KeyPress && isAltCharacter(*static_cast<QKeyEvent *>(event))) {
         event->ignore();

@@ -412,6 +412,11 @@ void TreeView::closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint h
     focusNextPrevChild(next);
 }
 
+void TreeView::labelEditorGotFocus()
+{
+    Q_EMIT gotFocus();
+}
+
 void TreeView::applyLabelEdit(const QModelIndex &index, const QString &label)
 {
     if (!m_tree || !index.isValid())

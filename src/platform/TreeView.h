@@ -71,6 +71,7 @@ Q_SIGNALS:
     // expansionReset) raises nothing.
     void entryExpanded(Entry *entry);
     void entryCollapsed(Entry *entry);
+    // The pane has the keyboard, or the label editor in it has it.
     void gotFocus();
 
 protected:
@@ -103,6 +104,7 @@ private:
     void fitColumn(int atLeast);
     void scrollSideways(const QModelIndex &index, int position);
     QModelIndex nearestShown(const QModelIndex &index) const;
+    void labelEditorGotFocus();
     void applyLabelEdit(const QModelIndex &index, const QString &label);
 
     friend class LabelDelegate;

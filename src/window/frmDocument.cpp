@@ -151,24 +151,22 @@ float frmDocument::toTwips(int pixels) const
     return static_cast<float>(Twips::fromPixels(pixels, logicalDpiX()));
 }
 
-void frmDocument::notePaneFocus()
-{
-    if (treeView->hasFocus())
-        m_lastPane = treeView;
-    else if (textBox->hasFocus())
-        m_lastPane = textBox;
-}
-
 void frmDocument::restorePaneFocus()
 {
-    // A label being edited lies in its pane.
-    if (m_lastPane && isVisible() && isActiveWindow() && !m_lastPane->isAncestorOf(QApplication::focusWidget()))
+    if (m_lastPane && isVisible() && isActiveWindow() && !lastPaneHasFocus())
         m_lastPane->setFocus();
+}
+
+// A label being edited lies in its pane.
+bool frmDocument::lastPaneHasFocus() const
+{
+    const QWidget *focus = QApplication::focusWidget();
+    return m_lastPane && focus && (focus == m_lastPane || m_lastPane->isAncestorOf(focus));
 }
 
 void frmDocument::releasePane()
 {
-    if (--m_paneHolds == 0 && m_lastPane && m_lastPane->hasFocus())
+    if (--m_paneHolds == 0 && lastPaneHasFocus())
         paneGotFocus(m_lastPane == treeView);
 }
 
@@ -375,7 +373,7 @@ void frmDocument::paneGotFocus(bool outline)
     procedure(outline ? "frmDocument trvOutline_GotFocus" : "frmDocument txtRTF_GotFocus", [&] {
         m_document->m_bOutlineHasFocus = outline;
         m_document->m_bTextHasFocus = !outline;
-        notePaneFocus();
+        m_lastPane = outline ? static_cast<QWidget *>(treeView) : textBox;
         if (DocumentActive() && iActionDepth == 0)
             ports().commands->MenuEnableDynamic();
     });

@@ -49,8 +49,7 @@ public:
     int toPixels(float twips) const;
     float toTwips(int pixels) const;
 
-    // Remembers which pane has the keyboard focus, and gives it back to that pane once the window can be seen.
-    void notePaneFocus();
+    // Gives the keyboard focus back to the pane that had it last, once the window can be seen.
     void restorePaneFocus();
 
     // From holding to releasing, which may be nested, the remembered pane stays the same wherever the focus goes.
@@ -100,6 +99,7 @@ private:
     void runKey(const KeyBinding &binding);
     void popUpOutlineMenu();
     void activateNextDocument();
+    bool lastPaneHasFocus() const;
     void paneGotFocus(bool outline);
     void trvOutline_NodeClick(Entry *entry);
     void trvOutline_Expand();

@@ -80,7 +80,6 @@ void SplitMoveStart(frmDocument &form)
     procedure("modSplit SplitMoveStart", [&] {
         form.m_fSplitPosition = form.m_fTreeWidth;
         form.m_fGhostPosition = form.m_fTreeWidth;
-        form.notePaneFocus();
         placeGhostBar(form);
         form.picSplitter->show();
         form.m_bMovingSplit = true;
