@@ -37,7 +37,8 @@ void DocumentFrame::changeEvent(QEvent *event)
     QMdiSubWindow::changeEvent(event);
     if (!stateChanges)
         return;
-    if (mdiArea() && mdiArea()->activeSubWindow() == this)
+    // Losing to another window is such a change too, and the area still calls this one the active one then.
+    if (windowState().testFlag(Qt::WindowActive) && mdiArea() && mdiArea()->activeSubWindow() == this)
         m_form->restorePaneFocus();
     m_form->releasePane();
 }

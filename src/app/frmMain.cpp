@@ -21,11 +21,13 @@
 #include "text/modEdit.h"
 #include "util/FullPath.h"
 #include "util/Procedure.h"
+#include "window/KeyMap.h"
 #include "window/frmDocument.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
+#include <QKeyEvent>
 #include <QMdiArea>
 #include <QMenuBar>
 #include <QScreen>
@@ -85,9 +87,9 @@ frmMain::frmMain(QWidget *parent)
     menuBar()->setObjectName(u"menuBar"_s);
     menuBar()->setAccessibleName(u"Menu bar"_s);
     const BoundRoutines routines = endingLabelEdit(boundRoutines(*this, *m_area));
+    m_menuBarKeys = new MenuBarKeys(*menuBar());
     m_menus = new CommandMenus(*menuBar(), routines);
     m_toolbar = new Toolbar(routines);
-    m_menuBarKeys = new MenuBarKeys(*menuBar());
     addToolBar(m_toolbar);
     // The menu that Qt offers by itself would show and hide the bar behind the option's back.
     setContextMenuPolicy(Qt::NoContextMenu);
@@ -286,6 +288,15 @@ void frmMain::changeEvent(QEvent *event)
 void frmMain::closeEvent(QCloseEvent *event)
 {
     event->setAccepted(MDIForm_QueryUnload());
+}
+
+// While the active document is minimised none of its panes has the keyboard.
+void frmMain::keyPressEvent(QKeyEvent *event)
+{
+    if (m_active && isNextDocumentKey(*event))
+        m_active->form()->activateNextDocument();
+    else
+        QMainWindow::keyPressEvent(event);
 }
 
 // Whether the program ends. The documents' questions come first, and all of them before the first window goes, so that

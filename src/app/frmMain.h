@@ -65,6 +65,7 @@ protected:
     void closeEvent(QCloseEvent *event) override;
     void moveEvent(QMoveEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+    void keyPressEvent(QKeyEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dragMoveEvent(QDragMoveEvent *event) override;
     void dropEvent(QDropEvent *event) override;
@@ -80,8 +81,8 @@ private:
     void frameClosed(DocumentFrame *frame);
 
     QMdiArea *const m_area;
-    CommandMenus *m_menus = nullptr;
     MenuBarKeys *m_menuBarKeys = nullptr;
+    CommandMenus *m_menus = nullptr;
     Toolbar *m_toolbar = nullptr;
     StatusBar *const m_statusBar;
     QTimer *const m_timer;

@@ -126,3 +126,8 @@ const KeyBinding *bindingOf(const QKeyEvent &event)
     }
     return nullptr;
 }
+
+bool isNextDocumentKey(const QKeyEvent &event)
+{
+    return event.key() == Qt::Key_F6 && event.modifiers() == Qt::ControlModifier;
+}

@@ -37,3 +37,6 @@ std::span<const KeyBinding> keyMap();
 
 // The binding of a key press, enabled or not; null when the key has none.
 const KeyBinding *bindingOf(const QKeyEvent &event);
+
+// Whether a key press is Ctrl+F6, which goes to the next document whatever menu item is enabled.
+bool isNextDocumentKey(const QKeyEvent &event);

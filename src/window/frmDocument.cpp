@@ -284,6 +284,8 @@ void frmDocument::keyPressEvent(QKeyEvent *event)
     const KeyBinding *binding = bindingOf(*event);
     if (binding && ports().commands->isCommandEnabled(binding->item))
         runKey(*binding);
+    else if (isNextDocumentKey(*event))
+        activateNextDocument();
     else
         QWidget::keyPressEvent(event);
 }
@@ -318,7 +320,7 @@ bool frmDocument::eventFilter(QObject *watched, QEvent *event)
             runKey(*binding);
         return true;
     }
-    if (key.key() == Qt::Key_F6 && key.modifiers() == Qt::ControlModifier) {
+    if (isNextDocumentKey(key)) {
         event->accept();
         if (!claims)
             activateNextDocument();
@@ -355,7 +357,6 @@ void frmDocument::popUpOutlineMenu()
     ports().commands->popUpMenu("mnuoutline", place);
 }
 
-// The document window opened after this one, and after the last one the first.
 void frmDocument::activateNextDocument()
 {
     procedure("frmDocument Form_KeyDown", [this] {

@@ -44,6 +44,9 @@ public:
     // Whether the window may close: asks about unsaved changes and saves them. Closes nothing itself.
     bool Form_QueryUnload();
 
+    // Activates the document window opened after this one, and after the last one the first.
+    void activateNextDocument();
+
     // The window's width in twips, its frame included, and conversions at the window's resolution.
     float Width() const;
     int toPixels(float twips) const;
@@ -98,7 +101,6 @@ private:
     void saveFromNotice(SaveCommand save);
     void runKey(const KeyBinding &binding);
     void popUpOutlineMenu();
-    void activateNextDocument();
     bool lastPaneHasFocus() const;
     void paneGotFocus(bool outline);
     void trvOutline_NodeClick(Entry *entry);
