@@ -40,12 +40,14 @@ Application::Application(const QString &commandLine)
     appPorts().keeper = &m_keeper;
     searchPorts() = {&m_settings, [this] { frmSearch(&m_mainWindow).exec(); }, modMain::SaveSettings};
     setErrorReporter(modMain::ReportError);
+    setRemarkWriter(modMain::WriteLog);
 }
 
 Application::~Application()
 {
     appPorts().keeper = nullptr;
     setErrorReporter(nullptr);
+    setRemarkWriter(nullptr);
 }
 
 void Application::Main()

@@ -3,7 +3,9 @@
 
 #include "formats/modDocV1.h"
 
+#include "formats/LabelRecords.h"
 #include "formats/OutlineWalk.h"
+#include "formats/RecordNames.h"
 #include "formats/RecordText.h"
 
 #include "model/Document.h"
@@ -22,15 +24,56 @@ QByteArrayView booleanText(bool value)
     return value ? QByteArrayView("True") : QByteArrayView("False");
 }
 
-void saveFont(ByteSink &sink, const QByteArray &prefix, const clsFont &font)
+// Writes the records of the header or of an entry, and among them, where they stood, those that the program does not
+// know.
+class RecordWriter
 {
-    using modDocV1::DocSaveNodeTag;
-    DocSaveNodeTag(sink, prefix + "fontname", AnsiCodec::fromText(font.Name()));
-    DocSaveNodeTag(sink, prefix + "fontsize", Numbers::fromFixedPoint(font.Size()).toLatin1());
-    DocSaveNodeTag(sink, prefix + "fontbold", booleanText(font.Bold()));
-    DocSaveNodeTag(sink, prefix + "fontitalic", booleanText(font.Italic()));
-    DocSaveNodeTag(sink, prefix + "fontstrikethrough", booleanText(font.StrikeThrough()));
-    DocSaveNodeTag(sink, prefix + "fontunderline", booleanText(font.Underline()));
+public:
+    RecordWriter(ByteSink &sink, const ForeignRecordList &foreign)
+        : m_sink(sink)
+        , m_foreign(foreign)
+    {
+        writeForeign();
+    }
+
+    void write(QByteArrayView name, QByteArrayView value)
+    {
+        modDocV1::DocSaveNodeTag(m_sink, name, value);
+        ++m_written;
+        writeForeign();
+    }
+
+    void writeLabel(const QString &label)
+    {
+        const LabelRecords records = labelRecords(label);
+        modDocV1::DocSaveNodeTag(m_sink, "nodelabel", records.value);
+        if (!records.exact.isEmpty())
+            modDocV1::DocSaveNodeTag(m_sink, recordNames::exactLabel, records.exact);
+        ++m_written;
+        writeForeign();
+    }
+
+private:
+    void writeForeign()
+    {
+        for (; m_next < m_foreign.size() && m_foreign[m_next].behind <= m_written; ++m_next)
+            m_sink.write(m_foreign[m_next].bytes);
+    }
+
+    ByteSink &m_sink;
+    const ForeignRecordList &m_foreign;
+    size_t m_next = 0;
+    int m_written = 0;
+};
+
+void saveFont(RecordWriter &header, const QByteArray &prefix, const clsFont &font)
+{
+    header.write(prefix + "fontname", AnsiCodec::fromText(font.Name()));
+    header.write(prefix + "fontsize", Numbers::fromFixedPoint(font.Size()).toLatin1());
+    header.write(prefix + "fontbold", booleanText(font.Bold()));
+    header.write(prefix + "fontitalic", booleanText(font.Italic()));
+    header.write(prefix + "fontstrikethrough", booleanText(font.StrikeThrough()));
+    header.write(prefix + "fontunderline", booleanText(font.Underline()));
 }
 
 } // namespace
@@ -45,11 +88,13 @@ void DocSaveVersion(const Document &document, ByteSink &sink)
         if (!root)
             return;
         const Entry *selected = document.tree.selected() ? document.tree.selected() : root;
-        DocSaveNodeTag(sink, "formatversion", "1");
-        DocSaveNodeTag(sink, "selecteditemkey", document.tree.key(selected).toLatin1());
-        saveFont(sink, "outline", document.m_fntOutlineFont);
-        saveFont(sink, "text", document.m_fntTextFont);
+        RecordWriter header(sink, document.foreignHeader);
+        header.write("formatversion", "1");
+        header.write("selecteditemkey", document.tree.key(selected).toLatin1());
+        saveFont(header, "outline", document.m_fntOutlineFont);
+        saveFont(header, "text", document.m_fntTextFont);
         DocSaveNodeAll(document, root, "0", sink);
+        sink.write(document.foreignTrailer);
     });
 }
 
@@ -57,11 +102,12 @@ void DocSaveNodeAll(const Document &document, const Entry *top, const QByteArray
 {
     procedure("modDocV1 DocSaveNodeAll", [&] {
         for (OutlineWalk walk(top, path); walk.entry(); walk.next()) {
-            DocSaveNodeTag(sink, "nodekey", walk.path());
-            DocSaveNodeTag(sink, "nodelabel", AnsiCodec::fromText(walk.entry()->label()));
-            DocSaveNodeTag(sink, "nodetagged", booleanText(walk.entry()->tagged()));
-            DocSaveNodeTag(sink, "nodevisible", booleanText(walk.visible()));
-            DocSaveNodeTag(sink, "nodetext", recordText(document.tree.storedText(walk.entry())));
+            RecordWriter entry(sink, walk.entry()->foreignRecords());
+            entry.write("nodekey", walk.path());
+            entry.writeLabel(walk.entry()->label());
+            entry.write("nodetagged", booleanText(walk.entry()->tagged()));
+            entry.write("nodevisible", booleanText(walk.visible()));
+            entry.write("nodetext", recordText(document.tree.storedText(walk.entry())));
         }
     });
 }

@@ -62,6 +62,10 @@ public:
     // What the status bar says of the document's file instead of the selected label, until the selection changes.
     QString notice;
 
+    // What its file holds beside the entries that this program does not know: in the header, and behind the last entry.
+    ForeignRecordList foreignHeader;
+    QByteArray foreignTrailer;
+
     // The entry whose text the text pane holds, whatever was typed into it since; nothing before the first.
     std::optional<EntryRef> textEntry;
 

@@ -66,6 +66,12 @@ bool Entry::visible() const
     return true;
 }
 
+const ForeignRecordList &Entry::foreignRecords() const
+{
+    static const ForeignRecordList none;
+    return m_foreignRecords ? *m_foreignRecords : none;
+}
+
 bool Entry::isAncestorOf(const Entry *other) const
 {
     for (const Entry *entry = other ? other->m_parent : nullptr; entry; entry = entry->m_parent) {

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "model/ForeignRecords.h"
+
 #include <QByteArray>
 #include <QString>
 
@@ -27,6 +29,9 @@ public:
     bool expanded() const { return m_expanded; }
 
     bool sorted() const { return m_sorted; }
+
+    // What its file says of the entry that this program does not know.
+    const ForeignRecordList &foreignRecords() const;
 
     Entry *parent() const { return m_parent; }
 
@@ -64,6 +69,8 @@ private:
     std::vector<std::unique_ptr<Entry>> m_children;
     int m_row = 0;
     qsizetype m_slot = -1;
+    // Null for nearly every entry.
+    std::unique_ptr<const ForeignRecordList> m_foreignRecords;
     bool m_tagged = false;
     bool m_expanded = false;
     bool m_sorted = false;

@@ -78,6 +78,8 @@ Entry *EntryTree::insertCopy(const EntryTree &sourceTree, const Entry *source, R
         to->m_label = from->m_label;
         to->m_storedText = from->m_storedText;
         to->m_expanded = from->m_expanded;
+        if (from->m_foreignRecords)
+            to->m_foreignRecords = std::make_unique<const ForeignRecordList>(*from->m_foreignRecords);
         to->m_children.reserve(from->m_children.size());
         for (const std::unique_ptr<Entry> &child : from->m_children) {
             std::unique_ptr<Entry> copy(new Entry);
@@ -356,6 +358,11 @@ void EntryTree::setStoredText(Entry *entry, const QByteArray &storedText)
     if (entry == m_shown)
         m_shown = nullptr;
     entry->m_storedText = storedText;
+}
+
+void EntryTree::setForeignRecords(Entry *entry, ForeignRecordList records)
+{
+    entry->m_foreignRecords = records.empty() ? nullptr : std::make_unique<const ForeignRecordList>(std::move(records));
 }
 
 void EntryTree::setPendingText(Entry *entry, std::function<QByteArray()> source)

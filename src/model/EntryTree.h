@@ -87,6 +87,9 @@ public:
     void setPendingText(Entry *entry, std::function<QByteArray()> source);
     void resolvePendingText() const;
 
+    // What a file says of an entry that this program does not know. Copies have it too.
+    void setForeignRecords(Entry *entry, ForeignRecordList records);
+
     // The entry whose text, as it is now, the text pane shows: null once it shows something else, or the text was
     // changed behind it.
     const Entry *shownEntry() const { return m_shown; }

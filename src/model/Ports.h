@@ -165,6 +165,8 @@ struct LoadResult {
     QString damage;
     // What was passed over by the format's own rules, in words; the load counts as whole all the same.
     QString remark;
+    // How many labels were cut at a closing brace, as the format has it: the rest of them is in the file alone.
+    int cutLabels = 0;
 };
 
 // The document formats, implemented above the core's document lifecycle.

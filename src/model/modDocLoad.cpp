@@ -146,6 +146,15 @@ void keepWhatWasRead(Document &document, const QString &sFile, const LoadResult 
                                              "saving it does not replace the file."_s.arg(document.notice, cause)});
 }
 
+// The format ends a label at its first brace. The rest is still in the file, but no longer once it is saved over.
+void tellOfCutLabels(Document &document, int cutLabels)
+{
+    const QString which = cutLabels == 1 ? u"A label of the file holds a \"}\" and is"_s
+                                         : u"%1 labels of the file hold a \"}\" and are"_s.arg(cutLabels);
+    document.tell(
+        {NoticeKind::NotReadWhole, which + u" shown up to it only. Saving the document gives up the rest."_s});
+}
+
 void loadInto(Document &document, const QString &sFile, LoadResult &result)
 {
     document.trvOutline.setPaneVisible(false);
@@ -219,8 +228,9 @@ bool DocLoad(const QString &sFile)
             }
         }
         if (!result.remark.isEmpty())
-            reportError(routineName,
-                        RunTimeError(ErrorNumber::InvalidFileFormat, u"%1: %2"_s.arg(sFile, result.remark)));
+            remark(u"%1: %2"_s.arg(sFile, result.remark));
+        if (result.cutLabels > 0)
+            tellOfCutLabels(*document, result.cutLabels);
         document->window.autoFitSplit();
         ports().recentFiles->UpdateMRUFile(sFile, false);
         // Only now it is known whether the document may be written.

@@ -14,6 +14,7 @@ namespace
 {
 
 ErrorReporter s_reporter = nullptr;
+RemarkWriter s_remarkWriter = nullptr;
 int s_failureScopes = 0;
 
 } // namespace
@@ -38,6 +39,17 @@ ErrorReport currentError()
 void setErrorReporter(ErrorReporter reporter)
 {
     s_reporter = reporter;
+}
+
+void setRemarkWriter(RemarkWriter writer)
+{
+    s_remarkWriter = writer;
+}
+
+void remark(const QString &line)
+{
+    if (s_remarkWriter)
+        s_remarkWriter(line);
 }
 
 FailureScope::FailureScope()

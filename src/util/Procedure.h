@@ -62,6 +62,11 @@ auto procedure(const char *name, Body &&body) -> std::invoke_result_t<Body>
         return Result{};
 }
 
+// Receives what is worth a line in the session log though nothing failed. Without one, remarks are dropped.
+using RemarkWriter = void (*)(const QString &);
+void setRemarkWriter(RemarkWriter writer);
+void remark(const QString &line);
+
 class RunTimeError;
 
 // Reports an error in the name of a routine that goes on after it, whatever failure scope is open.

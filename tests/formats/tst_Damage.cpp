@@ -14,7 +14,7 @@
 using namespace Qt::StringLiterals;
 
 // Damaged files of every kind: nothing crashes or hangs, the file stays as it is, and either the file is another whole
-// document, which would be saved as the same bytes, or the session log has a record.
+// document, which would be saved as the same bytes, or the session log has a record or a remark.
 class tst_Damage : public QObject
 {
     Q_OBJECT
@@ -38,6 +38,9 @@ private Q_SLOTS:
 
 private:
     QString fileName() const { return (*m_folder)(u"a.qly"_s); }
+
+    // Whether the session log tells that the file is not as a save would have written it.
+    bool told() const { return m_fixture->errors.count() > 0 || !m_fixture->errors.remarks().isEmpty(); }
 
     // Loads the bytes as a file and looks at every text. What is wrong, in words; empty when nothing is.
     QString judge(const QByteArray &bytes);
@@ -187,7 +190,7 @@ QString tst_Damage::judge(const QByteArray &bytes)
         wrong = u"the window's file name does not say whether the file was read whole"_s;
     else if (!whole && m_fixture->errors.count() == 0)
         wrong = u"the load failed without a record"_s;
-    const bool reported = m_fixture->errors.count() > 0;
+    const bool reported = told();
     // What the file would be saved as, before any text is shown.
     const QByteArray saved = FormatsFixture::savedNative(document);
     if (wrong.isEmpty() && !reported && saved != bytes)
@@ -206,13 +209,13 @@ void tst_Damage::everyCut()
 {
     const QByteArray &bytes = m_whole;
     QCOMPARE(judge(bytes), QString());
-    QCOMPARE(m_fixture->errors.summary(), QStringList());
+    QVERIFY(!told());
     for (qsizetype size = 0; size < bytes.size(); ++size) {
         const QString wrong = judge(bytes.left(size));
         QVERIFY2(wrong.isEmpty(), qPrintable(u"Cut to %1 bytes: %2"_s.arg(size).arg(wrong)));
         // Cut right behind an entry, a file is a whole document of fewer entries, which nothing in it belies.
         if (!checkNative(bytes.left(size)).fault.isEmpty())
-            QVERIFY2(m_fixture->errors.count() > 0, qPrintable(u"Cut to %1 bytes without a record"_s.arg(size)));
+            QVERIFY2(told(), qPrintable(u"Cut to %1 bytes without a record"_s.arg(size)));
         const QString behind = judge(bytes.mid(size + 1));
         QVERIFY2(behind.isEmpty(), qPrintable(u"Without its first %1 bytes: %2"_s.arg(size + 1).arg(behind)));
     }
@@ -279,7 +282,7 @@ void tst_Damage::randomBytes()
             byte = static_cast<char>(random.bounded(256));
         const QString wrong = judge(bytes);
         QVERIFY2(wrong.isEmpty(), qPrintable(u"File %1: %2"_s.arg(i).arg(wrong)));
-        QVERIFY(m_fixture->errors.count() > 0);
+        QVERIFY(told());
     }
 }
 
@@ -336,7 +339,7 @@ void tst_Damage::hostileFiles()
     QElapsedTimer timer;
     timer.start();
     QCOMPARE(judge(bytes), QString());
-    QCOMPARE(m_fixture->errors.count() == 0, valid);
+    QCOMPARE(!told(), valid);
     // Far above what it takes, far below what an algorithm that grows with the square would take.
     QVERIFY2(timer.elapsed() < 20000, qPrintable(u"it took %1 ms"_s.arg(timer.elapsed())));
 }

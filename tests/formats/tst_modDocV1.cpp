@@ -32,6 +32,10 @@ private Q_SLOTS:
     void theLastTextEndsThreeBytesBeforeTheEnd();
     void labelsOfEveryKind_data();
     void labelsOfEveryKind();
+    void labelsThatTheirRecordCannotCarry_data();
+    void labelsThatTheirRecordCannotCarry();
+    void anExactLabelThatIsNotItsLabelsIsDamage_data();
+    void anExactLabelThatIsNotItsLabelsIsDamage();
     void textsOfAnyBytes_data();
     void textsOfAnyBytes();
     void aTextWithARecordsOpenerIsStoredSoThatItDoesNotShow_data();
@@ -53,9 +57,11 @@ private Q_SLOTS:
     void afterLoadingTheTextPaneHasTheOutlinesFont();
     void aDamagedTextShowsItsBytesAndIsRecorded();
     void aMissingSelectedKeySelectsTheRoot();
-    void unknownRecordsInTheHeaderAreSkipped();
-    void aLabelWithABraceIsCut();
-    void flagsThatAreNotTrueAreFalse();
+    void unknownRecordsAreWrittenBackWhereTheyStood();
+    void unknownRecordsGoWhereTheirEntryGoes();
+    void whatIsUnderstoodAllTheSameIsARemark_data();
+    void whatIsUnderstoodAllTheSameIsARemark();
+    void aLabelThatWasWrittenWithABraceOnlyIsCutAndTold();
     void failedLoads_data();
     void failedLoads();
     void oneEntryTooMany();
@@ -239,7 +245,6 @@ void tst_modDocV1::labelsOfEveryKind_data()
     QTest::newRow("beyond the first plane") << u"\U0001F600"_s << QByteArray("\xF0\x9F\x98\x80");
     QTest::newRow("what would read as UTF-8") << u"\u00C3\u00A9"_s << QByteArray("\xC3\x83\xC2\xA9");
     QTest::newRow("an opening brace and a backslash") << u"{\\x"_s << QByteArray("{\\x");
-    QTest::newRow("a line end") << u"a\r\nb"_s << QByteArray("a\r\nb");
 }
 
 void tst_modDocV1::labelsOfEveryKind()
@@ -250,9 +255,85 @@ void tst_modDocV1::labelsOfEveryKind()
     document.tree.setLabel(document.tree.root(), label);
     const QByteArray saved = FormatsFixture::savedNative(document);
     QCOMPARE(checkNative(saved).entry("0").label, bytes);
+    QVERIFY(!saved.contains("nodelabelexact"));
     const Document &loaded = load(saved).document;
     QCOMPARE(loaded.tree.root()->label(), label);
     QCOMPARE(m_fixture->errors.count(), 0);
+}
+
+void tst_modDocV1::labelsThatTheirRecordCannotCarry_data()
+{
+    QTest::addColumn<QString>("label");
+    QTest::addColumn<QByteArray>("records");
+    QTest::addColumn<QString>("skipping");
+    QTest::newRow("a closing brace") << u"call f{x} and keep these words"_s
+                                     << QByteArray("{\\qlf_nodelabel call f{x} and keep these words}\r\n"
+                                                   "{\\qlf_nodelabelexact call f%7Bx%7D and keep these words}\r\n")
+                                     << u"call f{x"_s;
+    QTest::newRow("a closing brace first")
+        << u"}x"_s << QByteArray("{\\qlf_nodelabel }x}\r\n{\\qlf_nodelabelexact %7Dx}\r\n") << QString();
+    QTest::newRow("records of the format")
+        << u"about {\\qlf_nodetext } and {\\qlf_nodekey 0.9} records"_s
+        << QByteArray("{\\qlf_nodelabel about {\\qlf_nodetext }\r\n{\\qlf_nodelabelexact about "
+                      "%7B%5Cqlf_nodetext %7D and %7B%5Cqlf_nodekey 0.9%7D records}\r\n")
+        << u"about {\\qlf_nodetext "_s;
+    QTest::newRow("a line end") << u"a\r\nb"_s
+                                << QByteArray("{\\qlf_nodelabel a\r\nb}\r\n{\\qlf_nodelabelexact a%0D%0Ab}\r\n")
+                                << u"a\r\nb"_s;
+    QTest::newRow("other scripts") << u"\u00C9}\u03B1%"_s
+                                   << QByteArray("{\\qlf_nodelabel \xC3\x89}\xCE\xB1%}\r\n"
+                                                 "{\\qlf_nodelabelexact %C3%89%7D%CE%B1%25}\r\n")
+                                   << u"\u00C9"_s;
+}
+
+void tst_modDocV1::labelsThatTheirRecordCannotCarry()
+{
+    QFETCH(const QString, label);
+    QFETCH(const QByteArray, records);
+    QFETCH(const QString, skipping);
+    Document &document = m_fixture->plant({u"Root +"_s, u" A"_s, u" next"_s}).document;
+    document.tree.setLabel(document.tree.root()->child(0), label);
+    const QByteArray saved = FormatsFixture::savedNative(document);
+    QVERIFY2(saved.contains(records), saved.constData());
+    // The checker takes every opener for that of a record, also one before the brace that ends a label.
+    if (!label.contains(u"{\\qlf_"_s)) {
+        QCOMPARE(checkNative(saved).fault, QString());
+        QCOMPARE(checkNative(saved).entry("0.1").exactLabel, label.toUtf8());
+    }
+    const Document &loaded = load(saved).document;
+    QVERIFY(m_loaded);
+    QCOMPARE(loaded.tree.root()->child(0)->label(), label);
+    QCOMPARE(loaded.tree.root()->child(1)->label(), u"next"_s);
+    QCOMPARE(m_fixture->errors.remarks(), QStringList());
+    QVERIFY(loaded.notices().empty());
+    QCOMPARE(FormatsFixture::savedNative(loaded), saved);
+    // To a reader that skips what it does not know, the label ends where it always did, and no entry more is there.
+    QByteArray old = saved;
+    const Document &known = load(old.replace("{\\qlf_nodelabelexact ", "{\\qlf_other ")).document;
+    QVERIFY(m_loaded);
+    QCOMPARE(known.tree.root()->child(0)->label(), skipping);
+    QCOMPARE(known.tree.entryCount(), 3);
+}
+
+void tst_modDocV1::anExactLabelThatIsNotItsLabelsIsDamage_data()
+{
+    QTest::addColumn<QByteArray>("label");
+    QTest::addColumn<QByteArray>("exact");
+    QTest::newRow("another label") << QByteArray("a}b") << QByteArray("x%7Db");
+    QTest::newRow("no label that needs one") << QByteArray("a") << QByteArray("a");
+    QTest::newRow("not encoded") << QByteArray("a") << QByteArray("a\r\nb");
+    QTest::newRow("broken encoding") << QByteArray("a}b") << QByteArray("a%7db");
+}
+
+void tst_modDocV1::anExactLabelThatIsNotItsLabelsIsDamage()
+{
+    QFETCH(const QByteArray, label);
+    QFETCH(const QByteArray, exact);
+    QByteArray bytes = header + entry("0", label);
+    bytes.insert(bytes.indexOf("{\\qlf_nodetagged"), "{\\qlf_nodelabelexact " + exact + "}\r\n");
+    const Document &loaded = load(bytes).document;
+    QVERIFY(!m_loaded);
+    QVERIFY(loaded.m_sFile.isEmpty());
 }
 
 void tst_modDocV1::textsOfAnyBytes_data()
@@ -610,35 +691,111 @@ void tst_modDocV1::aMissingSelectedKeySelectsTheRoot()
     QCOMPARE(loaded.tree.selected(), loaded.tree.root());
 }
 
-void tst_modDocV1::unknownRecordsInTheHeaderAreSkipped()
+void tst_modDocV1::unknownRecordsAreWrittenBackWhereTheyStood()
 {
-    QByteArray bytes = header + entry("0", "Root") + entry("0.1", "A");
-    bytes.insert(bytes.indexOf("{\\qlf_nodekey"), "{\\qlf_colour blue}\r\n");
-    const Document &loaded = load(bytes).document;
+    const QByteArray before = "{\\qlf_before everything}\r\n";
+    const QByteArray inHeader = "{\\qlf_colour blue}\r\n{\\qlf_notes {\\rtf1 with } braces}}\r\n";
+    const QByteArray ofLabel = "{\\qlf_nodelabelcolour red}\r\n";
+    const QByteArray ofEntry = "{\\qlf_nodenotes x}\r\n{\\qlf_extra y}\r\n";
+    const QByteArray ofLast = "{\\qlf_nodenotes z}\r\n";
+    const QByteArray atEnd = "{\\qlf_end 2 entries}\r\n{\\qlf_nodecount 2}\r\n";
+    QByteArray bytes = before + header + entry("0", "Root") + ofEntry + entry("0.1", "A") + ofLast + atEnd;
+    bytes.insert(bytes.indexOf("{\\qlf_outlinefontname"), inHeader);
+    bytes.insert(bytes.indexOf("{\\qlf_nodetagged"), ofLabel);
+    Document &loaded = load(bytes).document;
     QVERIFY(m_loaded);
+    QCOMPARE(m_fixture->errors.summary(), QStringList());
+    QCOMPARE(m_fixture->errors.remarks().size(), 1);
+    QVERIFY(m_fixture->errors.remarks()[0].contains(u"an unknown record"_s));
+    QVERIFY(loaded.notices().empty());
     QCOMPARE(loaded.tree.entryCount(), 2);
     QCOMPARE(loaded.m_sFile, (*m_folder)(u"a.qly"_s));
+    QCOMPARE(FormatsFixture::savedNative(loaded), bytes);
+    // A new entry comes behind what is known of the last one, and before what the file ends with.
+    loaded.tree.setLabel(loaded.tree.insert(Relationship::tvwChild, loaded.tree.root()), u"B"_s);
+    QCOMPARE(FormatsFixture::savedNative(loaded), bytes.replace(atEnd, entry("0.2", "B", "") + atEnd));
 }
 
-void tst_modDocV1::aLabelWithABraceIsCut()
+void tst_modDocV1::unknownRecordsGoWhereTheirEntryGoes()
 {
-    Document &document = m_fixture->plant({u"Root"_s, u" before} after"_s, u" next"_s}).document;
-    const QByteArray saved = FormatsFixture::savedNative(document);
-    QVERIFY2(saved.contains("{\\qlf_nodelabel before} after}\r\n"), "nothing is escaped");
-    const Document &loaded = load(saved).document;
+    const QByteArray ofA = "{\\qlf_nodenotes of A}\r\n";
+    Document &loaded =
+        load(header + entry("0", "Root") + entry("0.1", "A") + ofA + entry("0.2", "B") + entry("0.3", "C")).document;
+    EntryTree &tree = loaded.tree;
+    tree.move(tree.root()->child(0), Relationship::tvwNext, tree.root()->child(1));
+    tree.insertCopy(tree, tree.root()->child(1), Relationship::tvwChild, tree.root());
+    QCOMPARE(FormatsFixture::savedNative(loaded), header + entry("0", "Root") + entry("0.1", "B") + entry("0.2", "A") +
+                                                      ofA + entry("0.3", "C") + entry("0.4", "A") + ofA);
+    tree.remove(tree.root()->child(1));
+    tree.remove(tree.root()->child(2));
+    QVERIFY(!FormatsFixture::savedNative(loaded).contains("nodenotes"));
+}
+
+void tst_modDocV1::whatIsUnderstoodAllTheSameIsARemark_data()
+{
+    QTest::addColumn<QByteArray>("bytes");
+    QTest::addColumn<QByteArray>("saved");
+
+    const QByteArray root = entry("0", "Root", "{\\rtf1 r}", "True");
+    const QByteArray a = entry("0.1", "A");
+    const QByteArray whole = header + root + a;
+    const auto row = [&whole](const char *name, const QByteArray &bytes) { QTest::newRow(name) << bytes << whole; };
+    const auto changed = [&whole](const QByteArray &before, const QByteArray &after) {
+        return QByteArray(whole).replace(before, after);
+    };
+    row("no flags", changed("{\\qlf_nodetagged False}\r\n{\\qlf_nodevisible True}\r\n{\\qlf_nodetext {\\rtf1 x}",
+                            "{\\qlf_nodevisible True}\r\n{\\qlf_nodetext {\\rtf1 x}"));
+    row("the label behind the flags", changed("{\\qlf_nodelabel A}\r\n{\\qlf_nodetagged False}\r\n",
+                                              "{\\qlf_nodetagged False}\r\n{\\qlf_nodelabel A}\r\n"));
+    row("the text first", header + root +
+                              "{\\qlf_nodekey 0.1}\r\n{\\qlf_nodetext {\\rtf1 x}}\r\n{\\qlf_nodelabel A}\r\n"
+                              "{\\qlf_nodetagged False}\r\n{\\qlf_nodevisible True}\r\n");
+    row("a flag in small letters", changed("nodetagged False", "nodetagged false"));
+    row("a header record behind the entries",
+        changed("{\\qlf_textfontname Arial}\r\n", "") + "{\\qlf_textfontname Arial}\r\n");
+    row("a byte order mark", "\xEF\xBB\xBF" + whole);
+    row("an empty line first", "\r\n" + whole);
+    row("an empty line in the header", changed("{\\qlf_textfontname", "\r\n{\\qlf_textfontname"));
+    row("an empty line within an entry", changed("{\\qlf_nodetagged", "\r\n{\\qlf_nodetagged"));
+    row("an empty line behind a text", header + root + "\r\n" + a);
+    row("an empty line at the end", whole + "\r\n");
+    row("blanks at the end", whole + "  \t\r\n");
+    row("the end mark of old systems", whole + '\x1A');
+    row("bare line feeds in the header", QByteArray(header).replace("\r\n", "\n") + root + a);
+
+    const QByteArray stray = "{\\qlf_nodelabel stray}\r\n{\\qlf_nodetext of nobody}\r\n";
+    QTest::newRow("records of an entry before the first one") << header + stray + root + a << header + stray + root + a;
+    const QByteArray twice = header + "{\\qlf_textfontname Courier}\r\n" + root + "{\\qlf_textfontsize 30}\r\n" + a;
+    QTest::newRow("header records given twice") << twice << twice;
+    QTest::newRow("small letters for True") << QByteArray(whole).replace("nodetagged True", "nodetagged true")
+                                            << QByteArray(whole).replace("nodetagged True", "nodetagged False");
+}
+
+void tst_modDocV1::whatIsUnderstoodAllTheSameIsARemark()
+{
+    QFETCH(const QByteArray, bytes);
+    QFETCH(const QByteArray, saved);
+    const Document &loaded = load(bytes).document;
     QVERIFY(m_loaded);
-    QCOMPARE(loaded.tree.root()->child(0)->label(), u"before"_s);
-    QCOMPARE(loaded.tree.root()->child(1)->label(), u"next"_s);
-    QCOMPARE(m_fixture->errors.summary(), QStringList(u"321 modDoc DocLoad"_s));
+    QCOMPARE(loaded.m_sFile, (*m_folder)(u"a.qly"_s));
+    QCOMPARE(m_fixture->errors.summary(), QStringList());
+    QCOMPARE(m_fixture->errors.remarks().size(), 1);
+    QVERIFY(loaded.notices().empty());
+    QCOMPARE(dumpOutline(loaded.tree).size(), 2);
+    QCOMPARE(FormatsFixture::savedNative(loaded), saved);
 }
 
-void tst_modDocV1::flagsThatAreNotTrueAreFalse()
+void tst_modDocV1::aLabelThatWasWrittenWithABraceOnlyIsCutAndTold()
 {
-    // Written by hand, such a flag still reads as the format says, but the file is no longer trusted to be saved over.
-    const Document &loaded = load(header + entry("0", "Root", "", "true")).document;
-    QVERIFY(!m_loaded);
-    QVERIFY(!loaded.tree.root()->tagged());
-    QCOMPARE(m_fixture->errors.summary(), QStringList(u"321 modDoc DocLoad"_s));
+    const Document &loaded = load(header + entry("0", "before} after") + entry("0.1", "next")).document;
+    QVERIFY(m_loaded);
+    QCOMPARE(loaded.tree.root()->label(), u"before"_s);
+    QCOMPARE(loaded.tree.root()->child(0)->label(), u"next"_s);
+    QCOMPARE(m_fixture->errors.summary(), QStringList());
+    QCOMPARE(m_fixture->errors.remarks().size(), 1);
+    QCOMPARE(loaded.notices().size(), size_t(1));
+    QCOMPARE(loaded.notices()[0].kind, NoticeKind::NotReadWhole);
+    QVERIFY(loaded.notices()[0].text.contains(u"\"}\""_s));
 }
 
 void tst_modDocV1::failedLoads_data()
@@ -673,11 +830,22 @@ void tst_modDocV1::failedLoads_data()
     QTest::newRow("a second root") << header + root + entry("0", "B") << damage << QStringList{u"Root +<"_s, u" B"_s};
     QTest::newRow("a path twice") << header + root + entry("0.1", "A") + entry("0.1", "B") << damage
                                   << QStringList{u"Root +<"_s, u" A"_s, u" B"_s};
-    QTest::newRow("entry records before the first entry")
-        << header + "{\\qlf_nodelabel lost}\r\n" + root << damage << QStringList{u"Root <"_s};
-    QTest::newRow("an unknown record among the entries")
-        << header + root + "{\\qlf_colour blue}\r\n" + entry("0.1", "A") << damage
+    QTest::newRow("two labels of one entry") << header + root + "{\\qlf_nodelabel again}\r\n"
+                                             << damage << QStringList{u"again <"_s};
+    QTest::newRow("an entry without a label")
+        << QByteArray(header + root).replace("{\\qlf_nodelabel Root}\r\n", "") << damage << QStringList{u" <"_s};
+    QTest::newRow("an entry without a text") << QByteArray(header + root).replace("{\\qlf_nodetext {\\rtf1 x}}\r\n", "")
+                                             << damage << QStringList{u"Root <"_s};
+    QTest::newRow("a flag that is neither True nor False")
+        << QByteArray(header + root).replace("False}\r\n{\\qlf_nodev", "Fals}\r\n{\\qlf_nodev") << damage
+        << QStringList{u"Root <"_s};
+    QTest::newRow("an unknown record without its end")
+        << header + root + "{\\qlf_colour blue" << damage << QStringList{u"Root <"_s};
+    QTest::newRow("bytes behind an unknown record")
+        << header + root + "{\\qlf_colour blue}\r\nx\r\n" + entry("0.1", "A") << damage
         << QStringList{u"Root +<"_s, u" A"_s};
+    QTest::newRow("line feeds alone") << QByteArray(header + root + entry("0.1", "A")).replace("\r\n", "\n") << damage
+                                      << QStringList{u"Root +<"_s, u" A"_s};
     QTest::newRow("cut off within a path")
         << header + root + "{\\qlf_nodekey 0.1" << damage << QStringList{u"Root <"_s, u" "_s};
     QTest::newRow("cut off within a label")

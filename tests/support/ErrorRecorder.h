@@ -10,7 +10,7 @@
 
 #include <vector>
 
-// Takes the place of the program's error report while it lives, and keeps what was reported.
+// Takes the place of the program's error report while it lives, and keeps what was reported and remarked.
 class ErrorRecorder
 {
 public:
@@ -21,11 +21,16 @@ public:
 
     ErrorRecorder()
     {
-        s_records.clear();
+        clear();
+        setRemarkWriter([](const QString &line) { s_remarks.append(line); });
         setErrorReporter([](const ErrorReport &report) { s_records.push_back({g_sProcedure, report}); });
     }
 
-    ~ErrorRecorder() { setErrorReporter(nullptr); }
+    ~ErrorRecorder()
+    {
+        setErrorReporter(nullptr);
+        setRemarkWriter(nullptr);
+    }
 
     ErrorRecorder(const ErrorRecorder &) = delete;
     ErrorRecorder &operator=(const ErrorRecorder &) = delete;
@@ -34,7 +39,14 @@ public:
 
     int count() const { return static_cast<int>(s_records.size()); }
 
-    void clear() { s_records.clear(); }
+    // The lines that the log was given though nothing failed.
+    const QStringList &remarks() const { return s_remarks; }
+
+    void clear()
+    {
+        s_records.clear();
+        s_remarks.clear();
+    }
 
     // One line for each report, "number procedure", for comparisons that show what came instead.
     QStringList summary() const
@@ -47,6 +59,7 @@ public:
 
 private:
     static inline std::vector<Record> s_records;
+    static inline QStringList s_remarks;
 };
 
 // The number of the RunTimeError that a call ends in; 0 when it ends in none.

@@ -151,6 +151,18 @@ NativeEntry entryFrom(const QList<Record> &records, qsizetype first)
     return entry;
 }
 
+// The record that may stand behind a label: percent-encoded, and only where the label's own record cannot carry it.
+QByteArray exactLabelFrom(const QByteArray &value)
+{
+    for (const char byte : value)
+        require(byte >= ' ' && byte < 0x7F && byte != '{' && byte != '}',
+                u"the exact label %1 is not percent-encoded"_s.arg(shown(value)));
+    const QByteArray exact = QByteArray::fromPercentEncoding(value);
+    require(exact.contains('}') || exact.contains('\r') || exact.contains('\n'),
+            u"%1 needs no exact label"_s.arg(shown(exact)));
+    return exact;
+}
+
 QByteArray parentOf(const QByteArray &path)
 {
     return path.left(path.lastIndexOf('.'));
@@ -198,7 +210,7 @@ void checkVisibleFlags(const QList<NativeEntry> &entries)
 
 void check(const QByteArray &bytes, NativeFile &file)
 {
-    const QList<Record> records = splitIntoRecords(bytes);
+    QList<Record> records = splitIntoRecords(bytes);
     qsizetype at = 0;
     for (const QByteArray &tag : headerTags()) {
         require(at < records.size() && records[at].tag == tag,
@@ -207,8 +219,15 @@ void check(const QByteArray &bytes, NativeFile &file)
         file.header.insert(tag, records[at].value);
         ++at;
     }
-    for (; at < records.size(); at += entryTags().size())
+    for (; at < records.size(); at += entryTags().size()) {
+        QByteArray exactLabel;
+        if (const qsizetype behind = at + 2; behind < records.size() && records[behind].tag == "nodelabelexact") {
+            exactLabel = exactLabelFrom(records[behind].value);
+            records.removeAt(behind);
+        }
         file.entries.append(entryFrom(records, at));
+        file.entries.last().exactLabel = exactLabel;
+    }
     checkPathOrder(file.entries);
     checkVisibleFlags(file.entries);
     const QByteArray selected = file.header.value("selecteditemkey").mid(3);

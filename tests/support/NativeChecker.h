@@ -14,6 +14,8 @@
 struct NativeEntry {
     QByteArray path;
     QByteArray label;
+    // The whole label, decoded, where a record of its own holds it; null otherwise.
+    QByteArray exactLabel;
     bool tagged = false;
     bool visible = false;
     QByteArray storedText;

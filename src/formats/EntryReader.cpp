@@ -1,0 +1,380 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "formats/EntryReader.h"
+
+#include "formats/LabelRecords.h"
+
+#include "model/Document.h"
+#include "model/modDoc.h"
+#include "model/modNodes.h"
+
+#include "util/AnsiCodec.h"
+#include "util/Numbers.h"
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+constexpr QByteArrayView recordEnd = "}\r\n";
+
+// Blanks and line ends, and what old systems end a file of text with.
+bool isSpace(char byte)
+{
+    return byte == ' ' || byte == '\t' || byte == '\r' || byte == '\n' || byte == '\x1A';
+}
+
+bool isAllSpace(QByteArrayView bytes)
+{
+    return std::all_of(bytes.begin(), bytes.end(), isSpace);
+}
+
+QByteArrayView withoutSpaceBehind(QByteArrayView bytes)
+{
+    while (!bytes.isEmpty() && isSpace(bytes.back()))
+        bytes.chop(1);
+    return bytes;
+}
+
+// The place of a name in a list of names, or -1.
+template <typename Names>
+int placeAmong(const Names &names, QByteArrayView name)
+{
+    const auto found = std::ranges::find(names, name);
+    return found == names.end() ? -1 : static_cast<int>(found - names.begin());
+}
+
+// A record that describes an entry bears a name like those of the format's own.
+bool isOfEntry(QByteArrayView record)
+{
+    return record.sliced(modDoc::recordOpener.size()).startsWith("node");
+}
+
+} // namespace
+
+EntryReader::EntryReader(Document &document, const QByteArray &buffer, LoadResult &result)
+    : m_document(document)
+    , m_buffer(buffer)
+    , m_result(result)
+{
+}
+
+void EntryReader::read()
+{
+    try {
+        scan();
+    } catch (...) {
+        // The entry that was being read when the reading broke off is kept as far as it came.
+        completeEntry();
+        throw;
+    }
+    setTrailerApart();
+    completeEntry();
+    if (!m_document.tree.root())
+        m_damage.note(u"it holds no entry", 0);
+    tell();
+}
+
+void EntryReader::scan()
+{
+    qsizetype position = startOfRecords();
+    while (true) {
+        const qsizetype found = nextOpener(position);
+        if (m_inText)
+            takeText(position, found);
+        if (found >= m_buffer.size())
+            return;
+        position = readRecord(found);
+    }
+}
+
+qsizetype EntryReader::startOfRecords()
+{
+    constexpr QByteArrayView byteOrderMark = "\xEF\xBB\xBF";
+    const qsizetype first = nextOpener(0);
+    QByteArrayView before = QByteArrayView(m_buffer).first(first);
+    if (before.startsWith(byteOrderMark))
+        before = before.sliced(byteOrderMark.size());
+    if (!isAllSpace(before))
+        m_damage.note(u"bytes before the first record", 0);
+    else if (first > 0)
+        m_remarks.note(u"the file begins with a byte order mark or white space");
+    return first;
+}
+
+qsizetype EntryReader::readRecord(qsizetype at)
+{
+    const QByteArray name = nameAt(at);
+    const int entryRecord = placeAmong(recordNames::entry, name);
+    if (entryRecord == NodeKey || (entryRecord >= 0 && m_entry))
+        return readEntryRecord(static_cast<Record>(entryRecord), at);
+    if (name == recordNames::exactLabel && m_entry)
+        return readExactLabel(at);
+    // Of several header records of one name the first one counts.
+    const int headerRecord = placeAmong(recordNames::header, name);
+    if (headerRecord >= 0 && !m_hasHeader[static_cast<size_t>(headerRecord)])
+        return readHeaderRecord(headerRecord, at);
+    return keepForeignRecord(at);
+}
+
+qsizetype EntryReader::readHeaderRecord(int record, qsizetype at)
+{
+    m_hasHeader[static_cast<size_t>(record)] = true;
+    if (m_entry)
+        m_remarks.note(u"a record of the header among the entries", at);
+    else
+        m_behind = record + 1;
+    bool cut = false;
+    const qsizetype end = endRecord(nextBrace(at), cut);
+    if (cut)
+        m_remarks.note(u"a name was cut at its closing brace", at);
+    return end;
+}
+
+qsizetype EntryReader::readEntryRecord(Record record, qsizetype at)
+{
+    const qsizetype valueStart =
+        at + modDoc::recordOpener.size() + recordNames::entry[static_cast<size_t>(record)].size() + 1;
+    if (record != NodeKey) {
+        noteOrder(record, at);
+        m_behind = record + 1;
+    }
+    if (record == NodeText) {
+        m_inText = true;
+        return valueStart;
+    }
+    const qsizetype brace = nextBrace(valueStart);
+    const QByteArray value = m_buffer.sliced(valueStart, brace - valueStart);
+    bool cut = false;
+    switch (record) {
+    case NodeKey:
+        completeEntry();
+        beginEntry(value, at);
+        break;
+    case NodeLabel:
+        m_labelValue = value;
+        m_label = AnsiCodec::toText(value);
+        break;
+    case NodeTagged:
+        m_tagged = takeFlag(value, at);
+        break;
+    default:
+        m_visible = takeFlag(value, at);
+        break;
+    }
+    const qsizetype end = endRecord(brace, cut);
+    if (record == NodeLabel)
+        m_labelCut = cut;
+    else if (cut)
+        m_damage.note(u"bytes between two records", brace);
+    return end;
+}
+
+qsizetype EntryReader::readExactLabel(qsizetype at)
+{
+    const qsizetype valueStart = at + modDoc::recordOpener.size() + recordNames::exactLabel.size() + 1;
+    const qsizetype brace = nextBrace(valueStart);
+    const std::optional<QString> label = exactLabel(m_buffer.sliced(valueStart, brace - valueStart), m_labelValue);
+    bool cut = false;
+    const qsizetype end = endRecord(brace, cut);
+    if (!label || cut || !m_has[NodeLabel])
+        m_damage.note(u"an exact label that is not its label's", at);
+    if (label && m_has[NodeLabel]) {
+        m_label = *label;
+        m_labelCut = false;
+    }
+    return end;
+}
+
+// An unknown record is passed over like any reader of the format does, and kept to be written back.
+qsizetype EntryReader::keepForeignRecord(qsizetype at)
+{
+    const qsizetype brace = nextBrace(at);
+    bool holdsBraces = false;
+    const qsizetype behind = endRecord(brace, holdsBraces);
+    if (brace == m_buffer.size())
+        return behind;
+    const qsizetype end = nextOpener(behind);
+    QByteArrayView record = QByteArrayView(m_buffer).sliced(at, end - at);
+    QByteArrayView closing;
+    if (!withoutSpaceBehind(record).endsWith('}')) {
+        // Damage, told already: what does not belong to it is not to become a part of the next file.
+        record = record.first(behind - at);
+        closing = recordEnd.sliced(1);
+    }
+    m_remarks.note(u"an unknown record", at);
+    const bool joins = !m_foreign.empty() && m_foreign.back().behind == m_behind &&
+                       isOfEntry(m_foreign.back().bytes) == isOfEntry(record);
+    if (!joins)
+        m_foreign.push_back({m_behind, QByteArray()});
+    m_foreign.back().bytes.append(record).append(closing);
+    return behind;
+}
+
+void EntryReader::takeText(qsizetype start, qsizetype end)
+{
+    m_inText = false;
+    const QByteArrayView bytes = QByteArrayView(m_buffer).sliced(start, end - start);
+    QByteArrayView text = bytes;
+    if (bytes.endsWith(recordEnd)) {
+        text.chop(recordEnd.size());
+    } else {
+        const QByteArrayView record = withoutSpaceBehind(bytes);
+        const bool ended = record.endsWith('}') && bytes.sliced(record.size()).startsWith("\r\n");
+        if (ended)
+            m_remarks.note(u"white space between two records", start + record.size());
+        else
+            m_damage.note(u"a text without its end", end);
+        if (record.endsWith('}'))
+            text = record.chopped(1);
+    }
+    m_text = text.toByteArray();
+}
+
+void EntryReader::beginEntry(const QByteArray &path, qsizetype at)
+{
+    Entry *relative = nullptr;
+    Relationship relationship = Relationship::tvwFirst;
+    const qsizetype stop = path.lastIndexOf('.');
+    if (path.endsWith(".1")) {
+        relative = m_document.tree.itemByPath(QByteArrayView(path).chopped(2));
+        relationship = Relationship::tvwChild;
+    } else if (stop >= 0) {
+        const qint16 place = Numbers::toInt16(Numbers::toNumber(QString::fromLatin1(path.sliced(stop + 1))));
+        relative = m_document.tree.itemByPath(path.first(stop + 1) + QByteArray::number(place - 1));
+        relationship = Relationship::tvwNext;
+    }
+    m_entry = modNodes::NodeInsert(m_document, relationship, relative);
+    m_has[NodeKey] = true;
+    m_behind = NodeKey + 1;
+    // Entries are written in outline order, so each is its parent's last so far, and the first one the only root.
+    const bool inPlace = !m_entry->next() && (relationship != Relationship::tvwChild || m_entry->row() == 0) &&
+                         (relative || (m_entry->isRoot() && path == "0"));
+    if (!inPlace)
+        m_damage.note(u"an entry whose place %1 is taken"_s.arg(QString::fromLatin1(path.left(80))), at);
+}
+
+void EntryReader::completeEntry()
+{
+    if (Entry *entry = std::exchange(m_entry, nullptr)) {
+        if (!m_has[NodeLabel] || !m_has[NodeText])
+            m_damage.note(u"an entry without a label or a text", m_buffer.size());
+        else if (std::ranges::find(m_has, false) != m_has.end())
+            m_remarks.note(u"an entry without all of its flags");
+        m_cutLabels += m_labelCut ? 1 : 0;
+        m_document.tree.setLabel(entry, m_label);
+        m_document.tree.setStoredText(entry, m_text);
+        m_document.tree.setForeignRecords(entry, std::move(m_foreign));
+        m_document.tree.select(entry);
+        const size_t index = static_cast<size_t>(m_document.tree.collection().indexOf(entry));
+        m_result.tagged.resize(index + 1);
+        m_result.visible.resize(index + 1);
+        m_result.tagged[index] = m_tagged;
+        m_result.visible[index] = m_visible;
+    } else if (!m_foreign.empty()) {
+        m_document.foreignHeader = std::move(m_foreign);
+    }
+    m_foreign.clear();
+    m_has.fill(false);
+    m_labelValue.clear();
+    m_label.clear();
+    m_labelCut = false;
+    m_text.clear();
+    m_tagged = false;
+    m_visible = false;
+}
+
+void EntryReader::noteOrder(Record record, qsizetype at)
+{
+    if (m_has[record])
+        m_damage.note(u"a record that its entry has already", at);
+    else if (std::any_of(m_has.begin() + record, m_has.end(), [](bool has) { return has; }))
+        m_remarks.note(u"a record out of its order", at);
+    m_has[record] = true;
+}
+
+bool EntryReader::takeFlag(const QByteArray &value, qsizetype at)
+{
+    const bool isWord =
+        value.compare("True", Qt::CaseInsensitive) == 0 || value.compare("False", Qt::CaseInsensitive) == 0;
+    if (!isWord)
+        m_damage.note(u"a flag that is neither True nor False", at);
+    else if (value != "True" && value != "False")
+        m_remarks.note(u"a flag that is not written as True or False", at);
+    return value == "True";
+}
+
+// The value of a label, of a font's name and of an unknown record may hold a brace of its own: it is cut there.
+qsizetype EntryReader::endRecord(qsizetype brace, bool &cut)
+{
+    cut = false;
+    if (brace == m_buffer.size()) {
+        m_damage.note(u"a record without its end", brace);
+        return brace;
+    }
+    const qsizetype start = brace + 1;
+    const QByteArrayView between = QByteArrayView(m_buffer).sliced(start, nextOpener(start) - start);
+    if (between == recordEnd.sliced(1))
+        return start;
+    if (isAllSpace(between))
+        m_remarks.note(u"white space between two records", start);
+    else if (withoutSpaceBehind(between).endsWith('}'))
+        cut = true;
+    else
+        m_damage.note(u"bytes between two records", start);
+    return start;
+}
+
+// What follows the last entry belongs to the document, unless it bears a name like the records of an entry.
+void EntryReader::setTrailerApart()
+{
+    if (!m_entry)
+        return;
+    const auto first = std::ranges::find_if(
+        m_foreign, [](const ForeignRecords &each) { return each.behind == RecordCount && !isOfEntry(each.bytes); });
+    for (auto each = first; each != m_foreign.end(); ++each)
+        m_document.foreignTrailer += each->bytes;
+    m_foreign.erase(first, m_foreign.end());
+}
+
+void EntryReader::tell()
+{
+    if (m_cutLabels > 0)
+        m_remarks.note(u"labels cut at a closing brace: %1"_s.arg(m_cutLabels));
+    m_result.damage = m_damage.summary();
+    m_result.remark = m_remarks.summary();
+    m_result.cutLabels = m_cutLabels;
+}
+
+QByteArray EntryReader::nameAt(qsizetype at) const
+{
+    constexpr qsizetype longestName = 40;
+    const QByteArrayView tag = QByteArrayView(m_buffer).sliced(at + modDoc::recordOpener.size());
+    const QByteArrayView front = tag.first(std::min(tag.size(), longestName));
+    const qsizetype blank = front.indexOf(' ');
+    return blank < 0 ? QByteArray() : front.first(blank).toByteArray();
+}
+
+// A brace is looked for again only behind the last one found, so that records without one cost one pass in all.
+qsizetype EntryReader::nextBrace(qsizetype from)
+{
+    if (m_nextBrace < from) {
+        m_nextBrace = m_buffer.indexOf('}', from);
+        if (m_nextBrace < 0)
+            m_nextBrace = m_buffer.size();
+    }
+    return m_nextBrace;
+}
+
+qsizetype EntryReader::nextOpener(qsizetype from) const
+{
+    const QByteArrayView bytes(m_buffer);
+    for (qsizetype at = bytes.indexOf('{', from); at >= 0; at = bytes.indexOf('{', at + 1)) {
+        if (bytes.sliced(at).startsWith(modDoc::recordOpener))
+            return at;
+    }
+    return bytes.size();
+}

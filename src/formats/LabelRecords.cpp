@@ -1,0 +1,41 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "formats/LabelRecords.h"
+
+#include "model/modDoc.h"
+
+#include "util/AnsiCodec.h"
+
+namespace
+{
+
+QByteArray encoded(const QString &label)
+{
+    return label.toUtf8().toPercentEncoding(" ");
+}
+
+} // namespace
+
+LabelRecords labelRecords(const QString &label)
+{
+    QByteArray value = AnsiCodec::fromText(label);
+    const qsizetype brace = value.indexOf('}');
+    if (brace < 0 && !value.contains('\r') && !value.contains('\n'))
+        return {value, QByteArray()};
+    // Behind the brace readers look for the next record, and must not find one in the label.
+    if (brace >= 0 && value.indexOf(modDoc::recordOpener, brace) >= 0)
+        value.truncate(brace);
+    return {value, encoded(label)};
+}
+
+std::optional<QString> exactLabel(const QByteArray &exact, const QByteArray &value)
+{
+    const QString label = QString::fromUtf8(QByteArray::fromPercentEncoding(exact));
+    const LabelRecords records = labelRecords(label);
+    const qsizetype brace = records.value.indexOf('}');
+    const QByteArrayView read = QByteArrayView(records.value).first(brace < 0 ? records.value.size() : brace);
+    if (records.exact != exact || read != value)
+        return std::nullopt;
+    return label;
+}
