@@ -39,6 +39,9 @@ void BlockPlacer::place(const Paragraph &paragraph, Place &place)
     std::optional<ListLook> look = m_lists.look(para, m_formats.tables());
     QTextList *list = m_lists.find(para, look.has_value());
     QTextBlockFormat block = m_formats.blockFormat(para, look.has_value());
+    if (paragraph.runs.empty()) {
+        setRule(block);
+    }
     if (list != nullptr) {
         block.setObjectIndex(list->objectIndex());
     }

@@ -19,6 +19,11 @@ struct Range {
     qint32 highest;
 };
 
+WidthKind preferredWidthKind(qint32 number)
+{
+    return number >= 0 && number <= int(WidthKind::Twips) ? static_cast<WidthKind>(number) : WidthKind::Edges;
+}
+
 constexpr Range charRanges[] = {
     {0, 0},                          // Font, which never comes from a number directly
     {2, 3276},                       // Size
@@ -300,6 +305,18 @@ void Interpreter::applyTableSpecial(Special word, qint32 number, bool hasNumber)
         break;
     case Special::RowHeader:
         currentRow().header = true;
+        break;
+    case Special::RowWidthKind:
+        currentRow().width.kind = preferredWidthKind(number);
+        break;
+    case Special::RowWidth:
+        currentRow().width.number = std::clamp(number, 0, longestLength);
+        break;
+    case Special::CellWidthKind:
+        m_cell.width.kind = preferredWidthKind(number);
+        break;
+    case Special::CellWidth:
+        m_cell.width.number = std::clamp(number, 0, longestLength);
         break;
     case Special::CellShade:
         m_cell.shade = static_cast<qint16>(std::clamp(number, -1, mostColors));

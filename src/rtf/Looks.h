@@ -104,6 +104,9 @@ CharLook charLook(const QTextCharFormat &format, const QFont &defaultFont);
 QTextBlockFormat blockFormat(const ParaLook &look, bool isInList);
 
 // The indent is what lists and block indents add to the margin, in pixels.
+// Shows a line below an empty paragraph that has a border there and nowhere else; no other border is shown.
+void setRule(QTextBlockFormat &format);
+
 ParaLook paraLook(const QTextBlockFormat &format, bool isInList, qreal indent);
 
 // Whether a paragraph is to be on the page of the one behind it (\keepn).

@@ -295,6 +295,19 @@ QTextBlockFormat blockFormat(const ParaLook &look, bool isInList)
     return format;
 }
 
+void setRule(QTextBlockFormat &format)
+{
+    if (!format.hasProperty(BordersProperty)) {
+        return;
+    }
+    BorderLooks others = bordersOf(format.stringProperty(BordersProperty));
+    const BorderLook below = std::exchange(others[std::size_t(Side::Bottom)], {});
+    if (below.style != BorderStyle::None && others == BorderLooks{}) {
+        format.setProperty(QTextFormat::BlockTrailingHorizontalRulerWidth,
+                           QTextLength(QTextLength::PercentageLength, 100));
+    }
+}
+
 ParaLook paraLook(const QTextBlockFormat &format, bool isInList, qreal indent)
 {
     ParaLook look;
@@ -327,6 +340,9 @@ ParaLook paraLook(const QTextBlockFormat &format, bool isInList, qreal indent)
     }
     if (format.hasProperty(BordersProperty)) {
         look.borders = bordersOf(format.stringProperty(BordersProperty));
+    } else if (format.hasProperty(QTextFormat::BlockTrailingHorizontalRulerWidth)) {
+        constexpr QRgb shownColor = qRgb(128, 128, 128);
+        look.borders[std::size_t(Side::Bottom)] = {defaultBorderWidth, BorderStyle::Single, shownColor};
     }
     return look;
 }

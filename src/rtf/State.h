@@ -154,12 +154,28 @@ struct Border {
 enum class Side : quint8 { Top, Left, Bottom, Right, Count };
 using Borders = std::array<Border, std::size_t(Side::Count)>;
 
+enum class WidthKind : qint16 {
+    Edges,   // what lies between the edges
+    Content, // as wide as the content needs
+    Percent, // fiftieths of a percent
+    Twips,
+};
+
+// What a table or a cell would like to be wide (\trftsWidth and \trwWidth, \clftsWidth and \clwWidth).
+struct PreferredWidth {
+    WidthKind kind = WidthKind::Edges;
+    qint32 number = 0;
+};
+
+constexpr qint32 wholeWidth = 5000; // a hundred percent
+
 struct CellState {
     qint32 right = 0; // twips from the left margin
     quint16 flags = 0;
     qint16 shade = -1;        // place in Tables::colors
     qint16 verticalAlign = 0; // 0 top, 1 centre, 2 bottom
     Borders borders{};
+    PreferredWidth width;
 };
 
 struct RowState {
@@ -167,6 +183,7 @@ struct RowState {
     qint32 gap = 0;       // half the space between the texts of two cells, twips
     qint16 alignment = 0; // ParaAlignment
     bool header = false;
+    PreferredWidth width;
     std::vector<CellState> cells;
 };
 

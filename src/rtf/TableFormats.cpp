@@ -68,6 +68,34 @@ constexpr CellSide cellSides[] = {
      QTextFormat::TableCellRightBorderBrush},
 };
 
+// What the columns want to be beside what their edges say. Fixed widths are left to the edges.
+std::vector<PreferredWidth> preferredWidths(const Table &table)
+{
+    std::vector<PreferredWidth> widths(table.shape.edges().size() - 1);
+    for (std::size_t row = 0; row < table.rows.size(); ++row) {
+        const auto &shapes = table.shape.rows()[row];
+        const std::vector<CellState> &states = table.rows[row].state.cells;
+        for (std::size_t i = 0; i < std::min(shapes.size(), states.size()); ++i) {
+            const PreferredWidth &wanted = states[i].width;
+            if (shapes[i].joined != TableShape::Joined::No ||
+                (wanted.kind != WidthKind::Content && wanted.kind != WidthKind::Percent)) {
+                continue;
+            }
+            const int begin = table.shape.column(shapes[i].left);
+            const int end = table.shape.column(shapes[i].right);
+            if (wanted.kind == WidthKind::Content || end == begin + 1) {
+                std::fill(widths.begin() + begin, widths.begin() + end, wanted);
+            }
+        }
+    }
+    return widths;
+}
+
+qreal percentOf(const PreferredWidth &width)
+{
+    return 100.0 * std::min(width.number, wholeWidth) / wholeWidth;
+}
+
 int borderWidth(qreal pixels)
 {
     return std::clamp(twipsFromPixels(pixels), 1, 255);
@@ -82,10 +110,25 @@ QTextTableFormat tableFormat(const Table &table, const Tables &tables)
     const RowState &row = table.rows.front().state;
     const std::vector<qint32> &edges = table.shape.edges();
     QList<QTextLength> widths;
+    const std::vector<PreferredWidth> wanted = preferredWidths(table);
+    bool isFree = false;
     for (std::size_t i = 1; i < edges.size(); ++i) {
-        widths << QTextLength(QTextLength::FixedLength, pixelsFromTwips(edges[i] - edges[i - 1]));
+        const PreferredWidth &width = wanted[i - 1];
+        isFree = isFree || width.kind != WidthKind::Edges;
+        if (width.kind == WidthKind::Content) {
+            widths << QTextLength();
+        } else if (width.kind == WidthKind::Percent) {
+            widths << QTextLength(QTextLength::PercentageLength, percentOf(width));
+        } else {
+            widths << QTextLength(QTextLength::FixedLength, pixelsFromTwips(edges[i] - edges[i - 1]));
+        }
     }
     format.setColumnWidthConstraints(widths);
+    if (isFree && row.width.kind == WidthKind::Percent) {
+        format.setWidth(QTextLength(QTextLength::PercentageLength, percentOf(row.width)));
+    } else if (isFree && row.width.kind == WidthKind::Twips) {
+        format.setWidth(pixelsFromTwips(row.width.number));
+    }
     format.setCellSpacing(0);
     format.setCellPadding(pixelsFromTwips(row.gap));
     format.setBorder(0);

@@ -19,9 +19,12 @@
 class QTextDocument;
 class QTextTable;
 class QTextTableCell;
+class QTextTableFormat;
 
 namespace rtf
 {
+
+struct ColumnWidths;
 
 // Writes a text document, or the part that a cursor selects, as RTF.
 class Writer
@@ -49,7 +52,9 @@ private:
 
     void writeFrame(QTextFrame::iterator begin, QTextFrame::iterator end, Paragraphs &place);
     void writeTable(const CellRange &cells, int depth);
-    void writeRowDefinition(const CellRange &cells, int row);
+    void writeRowDefinition(const CellRange &cells, const ColumnWidths &widths, int row);
+    void writeTableWidth(const QTextTableFormat &format, const ColumnWidths &widths);
+    void writePreferredWidth(const char *kindWord, const char *word, const PreferredWidth &width);
     void writeCellDefinition(const CellRange &cells, const QTextTableCell &cell, int row);
     void writeEmptyCell(int depth);
     void writeBorder(Output &output, const BorderLook &border);

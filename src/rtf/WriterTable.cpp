@@ -3,6 +3,8 @@
 
 #include "rtf/Writer.h"
 
+#include "rtf/ColumnWidths.h"
+#include "rtf/Limits.h"
 #include "rtf/TableFormats.h"
 #include "rtf/Units.h"
 
@@ -14,38 +16,12 @@
 namespace rtf
 {
 
-namespace
-{
-
-constexpr int textWidth = 9000; // twips between the margins of a page; for columns that have no width of their own
-
-// The edges of the columns in twips, one more than there are columns.
-std::vector<int> columnEdges(const QTextTable &table)
-{
-    const QTextTableFormat format = table.format();
-    const QList<QTextLength> widths = format.columnWidthConstraints();
-    const int columns = table.columns();
-    std::vector<int> edges{twipsFromPixels(format.leftMargin())};
-    for (int column = 0; column < columns; ++column) {
-        const QTextLength width = widths.value(column);
-        int twips = std::max(textWidth / columns, 60);
-        if (width.type() == QTextLength::FixedLength) {
-            twips = twipsFromPixels(width.rawValue());
-        } else if (width.type() == QTextLength::PercentageLength) {
-            twips = qRound(textWidth * std::clamp(width.rawValue(), 0.0, 100.0) / 100);
-        }
-        edges.push_back(edges.back() + std::max(1, twips));
-    }
-    return edges;
-}
-
-} // namespace
-
 void Writer::writeTable(const CellRange &cells, int depth)
 {
+    const ColumnWidths widths = columnWidths(*cells.table);
     for (int row = cells.firstRow; row < cells.endRow(); ++row) {
         if (depth == 1) {
-            writeRowDefinition(cells, row);
+            writeRowDefinition(cells, widths, row);
         } else {
             // Word processors refuse a nested row that does not begin by saying how deep it is.
             m_paragraphWords.clear();
@@ -64,7 +40,7 @@ void Writer::writeTable(const CellRange &cells, int depth)
         }
         if (depth > 1) {
             m_body.raw("{\\*\\nesttableprops");
-            writeRowDefinition(cells, row);
+            writeRowDefinition(cells, widths, row);
             m_body.word("\\nestrow");
             m_body.raw("}");
         } else {
@@ -87,10 +63,10 @@ void Writer::writeEmptyCell(int depth)
     m_plainFormatIndex = -1;
 }
 
-void Writer::writeRowDefinition(const CellRange &cells, int row)
+void Writer::writeRowDefinition(const CellRange &cells, const ColumnWidths &widths, int row)
 {
     const QTextTableFormat format = cells.table->format();
-    const std::vector<int> edges = columnEdges(*cells.table);
+    const std::vector<int> &edges = widths.edges;
     const int before = edges[std::size_t(cells.firstColumn)] - edges.front(); // of columns that are not written
     m_body.word("\\trowd");
     m_body.word("\\trgaph", std::max(0, twipsFromPixels(format.cellPadding())));
@@ -103,11 +79,42 @@ void Writer::writeRowDefinition(const CellRange &cells, int row)
     if (row < format.headerRowCount()) {
         m_body.word("\\trhdr");
     }
+    writeTableWidth(format, widths);
     for (int column = cells.firstColumn; column < cells.endColumn();) {
+        const int first = column;
         const QTextTableCell cell = cells.table->cellAt(row, column);
         column = std::clamp(cell.column() + cell.columnSpan(), column + 1, cells.endColumn());
         writeCellDefinition(cells, cell, row);
+        writePreferredWidth("\\clftsWidth", "\\clwWidth", widths.preferredOf(first, column));
         m_body.word("\\cellx", edges[std::size_t(column)] - before);
+    }
+}
+
+// A table all of whose columns are told by edges is as wide as they are.
+void Writer::writeTableWidth(const QTextTableFormat &format, const ColumnWidths &widths)
+{
+    const auto isFree = [](const PreferredWidth &width) { return width.kind != WidthKind::Edges; };
+    if (std::ranges::none_of(widths.preferred, isFree)) {
+        return;
+    }
+    m_body.word("\\trautofit", 1);
+    const QTextLength width = format.width();
+    PreferredWidth wanted{WidthKind::Content, 0};
+    if (width.type() == QTextLength::PercentageLength) {
+        wanted = {WidthKind::Percent, qRound(std::clamp(width.rawValue(), 0.0, 100.0) * wholeWidth / 100)};
+    } else if (width.type() == QTextLength::FixedLength) {
+        wanted = {WidthKind::Twips, std::clamp(twipsFromPixels(width.rawValue()), 0, longestLength)};
+    }
+    writePreferredWidth("\\trftsWidth", "\\trwWidth", wanted);
+}
+
+void Writer::writePreferredWidth(const char *kindWord, const char *word, const PreferredWidth &width)
+{
+    if (width.kind != WidthKind::Edges) {
+        m_body.word(kindWord, int(width.kind));
+    }
+    if (width.kind == WidthKind::Percent || width.kind == WidthKind::Twips) {
+        m_body.word(word, width.number);
     }
 }
 

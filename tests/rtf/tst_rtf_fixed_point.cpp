@@ -85,6 +85,13 @@ void TestRtfFixedPoint::readWriteReadWrite_data()
     row("table in a table", "x\\par\\trowd\\cellx4000\\intbl outer\\par\\itap2 inner\\nestcell "
                             "two\\nestcell{\\*\\nesttableprops\\trowd\\cellx1000\\cellx2000\\nestrow}"
                             "\\itap1\\cell\\row\\pard y");
+    row("table as wide as its content",
+        "x\\par\\trowd\\trautofit1\\clftsWidth1\\cellx1000\\clftsWidth1\\cellx2000\\cellx2500"
+        "\\intbl some words\\cell b\\cell c\\cell\\row\\trowd\\trautofit1\\clftsWidth1"
+        "\\cellx2000\\cellx2500 d\\cell e\\cell\\row\\pard y");
+    row("table in parts of the page", "x\\par\\trowd\\trftsWidth2\\trwWidth4000\\clftsWidth2\\clwWidth1234\\cellx1000"
+                                      "\\clftsWidth2\\clwWidth3766\\cellx2000\\intbl a\\cell b\\cell\\row\\pard y");
+    row("rule", "above\\par\\brdrb\\brdrdot\\brdrw30\\brdrcf1\\par\\pard below\\par");
     row("uneven rows",
         "x\\par\\trowd\\cellx1000\\cellx2000\\intbl a\\cell b\\cell\\row\\trowd\\cellx700\\cellx1500\\cellx2200\\intbl "
         "a\\cell b\\cell c\\cell\\row\\pard y");

@@ -4,6 +4,7 @@
 #include "rtf/ListLabels.h"
 #include "rtf/RtfSupport.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QTextCursor>
 #include <QTextTable>
 
@@ -22,6 +23,10 @@ private Q_SLOTS:
     void labelsLookLikeTheTextBehindThem();
     void addressesOfLinksComeBack_data();
     void addressesOfLinksComeBack();
+    void tablesComeBackAsWideAsTheyWere_data();
+    void tablesComeBackAsWideAsTheyWere();
+    void aRuleComesBack();
+    void onlyAnEmptyParagraphIsARule();
 
 private:
     // The labels that a reader shows which knows no lists, each with its text.
@@ -201,6 +206,69 @@ void TestRtfWritten::addressesOfLinksComeBack()
     QCOMPARE(rtf::plainText(*read), QStringLiteral("see there now"));
     QCOMPARE(rtftest::formatAt(*read, QStringLiteral("there")).anchorHref(), address);
     QVERIFY(!rtftest::formatAt(*read, QStringLiteral("now")).isAnchor());
+}
+
+void TestRtfWritten::tablesComeBackAsWideAsTheyWere_data()
+{
+    QTest::addColumn<QByteArray>("html");
+    const QByteArray cells = "<tr><td>a</td><td>some words</td></tr><tr><td>b</td><td>c</td></tr></table>";
+    QTest::newRow("as wide as its content") << "<table>" + cells;
+    QTest::newRow("in the middle") << "<table align=center>" + cells;
+    QTest::newRow("half the page") << "<table width=50%>" + cells;
+    QTest::newRow("a number of pixels") << "<table width=300>" + cells;
+    QTest::newRow("the whole page") << "<table width=100%>" + cells;
+    QTest::newRow("columns in parts of it")
+        << QByteArray("<table width=80%><tr><td width=25%>a</td><td width=75%>b</td></tr></table>");
+    QTest::newRow("one fixed column") << QByteArray(
+        "<table><tr><td width=120>a</td><td>b</td></tr><tr><td colspan=2>wide</td></tr></table>");
+    QTest::newRow("more than fits") << "<table><tr><td>" + QByteArray("word ").repeated(300) +
+                                           "</td><td>b</td></tr></table>";
+    QTest::newRow("nested") << QByteArray(
+        "<table><tr><td>a<table><tr><td>inner</td></tr></table></td><td>b</td></tr></table>");
+}
+
+void TestRtfWritten::tablesComeBackAsWideAsTheyWere()
+{
+    QFETCH(const QByteArray, html);
+    const auto widthIn = [](QTextDocument &document) {
+        document.setTextWidth(600);
+        const QList<QTextFrame *> tables = document.rootFrame()->childFrames();
+        return document.documentLayout()->frameBoundingRect(tables.value(0)).width();
+    };
+    QTextDocument document;
+    document.setHtml(QString::fromLatin1("<p>before</p>" + html + "<p>after</p>"));
+    const QByteArray written = rtf::write(document);
+    const auto read = rtftest::documentOf(written);
+    // The rims of the cells may be drawn a little differently.
+    QVERIFY2(qAbs(widthIn(*read) - widthIn(document)) < 25,
+             qPrintable(QStringLiteral("%1 for %2").arg(widthIn(*read)).arg(widthIn(document))));
+    QCOMPARE(rtf::write(*read), written);
+}
+
+void TestRtfWritten::aRuleComesBack()
+{
+    QTextDocument document;
+    document.setHtml(QStringLiteral("<p>above</p><hr><p>below</p>"));
+    const auto isRule = [](const QTextBlock &block) {
+        return block.blockFormat().hasProperty(QTextFormat::BlockTrailingHorizontalRulerWidth);
+    };
+    QVERIFY(isRule(document.findBlockByNumber(1)));
+    const auto read = rtftest::documentOf(rtf::write(document));
+    QCOMPARE(rtf::plainText(*read), rtf::plainText(document));
+    QVERIFY(!isRule(read->findBlockByNumber(0)));
+    QVERIFY(isRule(read->findBlockByNumber(1)));
+    QVERIFY(!isRule(read->findBlockByNumber(2)));
+    QCOMPARE(rtf::write(*read), rtf::write(document));
+}
+
+// The text of other paragraphs would be lost where they are handed on as HTML.
+void TestRtfWritten::onlyAnEmptyParagraphIsARule()
+{
+    const auto document = rtftest::documentOf("{\\rtf1\\brdrb\\brdrs\\brdrw15 words\\par\\pard"
+                                              "\\brdrt\\brdrs\\brdrw15\\brdrb\\brdrs\\brdrw15\\par\\pard x\\par}");
+    for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
+        QVERIFY(!block.blockFormat().hasProperty(QTextFormat::BlockTrailingHorizontalRulerWidth));
+    }
 }
 
 QTEST_MAIN(TestRtfWritten)
