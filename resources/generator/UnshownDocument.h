@@ -73,6 +73,10 @@ public:
 
     bool SelHoldsCells() const override { return false; }
 
+    QString FindableText() const override { return {}; }
+
+    QRect SelectionOnScreen() const override { return {}; }
+
     void clearText() override {}
 
     int SelStart() const override { return 0; }

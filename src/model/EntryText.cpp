@@ -57,9 +57,9 @@ EntryText::EntryText(const QByteArray &text, const QFont &base)
     readEntryText(text, m_document);
 }
 
-QString EntryText::plainText() const
+QString EntryText::findableText() const
 {
-    return rtf::plainText(m_document);
+    return rtf::findableText(m_document);
 }
 
 void EntryText::change(const rtf::CharChange &change)

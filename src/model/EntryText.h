@@ -41,8 +41,8 @@ public:
     // The base font is that of what names none.
     EntryText(const QByteArray &text, const QFont &base);
 
-    // The characters as the text pane counts them.
-    QString plainText() const;
+    // The characters as the text pane finds in them.
+    QString findableText() const;
     // See changeText.
     void change(const rtf::CharChange &change);
     // See replaceText.

@@ -8,6 +8,7 @@
 #include <QByteArray>
 #include <QColor>
 #include <QFont>
+#include <QRect>
 #include <QString>
 
 #include <functional>
@@ -40,6 +41,8 @@ public:
     virtual QByteArray TextRTF() const = 0;
     virtual void setTextRTF(const QByteArray &rtf) = 0;
     virtual QString Text() const = 0;
+    // The text as Find looks at it: a picture, which Text() has a blank for, is U+FFFC.
+    virtual QString FindableText() const = 0;
 
     virtual QByteArray SelRTF() const = 0;
     virtual void setSelRTF(const QByteArray &rtf) = 0;
@@ -68,6 +71,8 @@ public:
     virtual void setSelStart(int start) = 0;
     virtual int SelLength() const = 0;
     virtual void setSelLength(int length) = 0;
+    // Where on the screen the selected text is to be seen; empty when there is none.
+    virtual QRect SelectionOnScreen() const = 0;
 
     virtual std::optional<bool> SelBold() const = 0;
     virtual void setSelBold(bool on) = 0;

@@ -5,7 +5,6 @@
 
 #include "model/EntryText.h"
 #include "model/SealedDocument.h"
-#include "model/TextFind.h"
 #include "platform/AltCharacter.h"
 #include "platform/RichTextMime.h"
 #include "rtf/PlainText.h"
@@ -174,16 +173,6 @@ void RichTextBox::noteSelection()
         return;
     m_noted = now;
     Q_EMIT selectionMoved();
-}
-
-QString RichTextBox::Text() const
-{
-    if (!m_textKnown) {
-        m_text = rtf::plainText(*document());
-        // A group of changes is announced at its end.
-        m_textKnown = m_editGroups == 0;
-    }
-    return m_text;
 }
 
 QByteArray RichTextBox::SelRTF() const
@@ -399,16 +388,6 @@ void RichTextBox::setPaneVisible(bool visible)
 void RichTextBox::setFocus()
 {
     QTextEdit::setFocus(Qt::OtherFocusReason);
-}
-
-int RichTextBox::Find(const QString &expression, int start, int end, int options)
-{
-    const int found = findText(Text(), expression, start, end, options);
-    if (found >= 0 && !(options & NoHighlight)) {
-        setSelStart(found);
-        setSelLength(static_cast<int>(expression.size()));
-    }
-    return found;
 }
 
 bool RichTextBox::event(QEvent *event)

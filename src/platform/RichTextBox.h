@@ -23,6 +23,7 @@ public:
     QByteArray TextRTF() const override;
     void setTextRTF(const QByteArray &rtf) override;
     QString Text() const override;
+    QString FindableText() const override;
 
     QByteArray SelRTF() const override;
     void setSelRTF(const QByteArray &rtf) override;
@@ -44,6 +45,7 @@ public:
     void setSelStart(int start) override;
     int SelLength() const override;
     void setSelLength(int length) override;
+    QRect SelectionOnScreen() const override;
 
     std::optional<bool> SelBold() const override;
     void setSelBold(bool on) override;
@@ -121,7 +123,10 @@ private:
     // The base fonts that the text has had since it was shown, the first one first.
     std::vector<QFont> m_fonts;
     bool m_paneVisible = true;
+    // What Text() and FindableText() answer, once it is asked for.
+    void learnText() const;
     mutable QString m_text;
+    mutable QString m_findableText;
     mutable bool m_textKnown = false;
     int m_editGroups = 0;
     // While steps are joined, how many steps the undo history had before.

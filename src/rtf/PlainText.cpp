@@ -18,22 +18,19 @@ namespace rtf
 namespace
 {
 
-// The text of the part [from, to) of one paragraph.
+// The text of the part [from, to) of one paragraph, a picture as U+FFFC.
 void appendBlock(QString &text, const QTextBlock &block, int from, int to)
 {
     const qsizetype begin = text.size();
     text += QStringView(block.text()).mid(from, to - from);
     for (qsizetype i = begin; i < text.size(); ++i) {
-        QChar &c = text[i];
-        if (c == QChar::LineSeparator) {
-            c = QLatin1Char('\n');
-        } else if (c == QChar::ObjectReplacementCharacter) {
-            c = QLatin1Char(' ');
+        if (text[i] == QChar::LineSeparator) {
+            text[i] = QLatin1Char('\n');
         }
     }
 }
 
-QString plainRange(const QTextDocument &document, int from, int to)
+QString findableRange(const QTextDocument &document, int from, int to)
 {
     QString text;
     text.reserve(to - from + 16);
@@ -45,6 +42,11 @@ QString plainRange(const QTextDocument &document, int from, int to)
         appendBlock(text, block, qMax(from, block.position()) - block.position(), qMin(to, last) - block.position());
     }
     return text;
+}
+
+QString plainRange(const QTextDocument &document, int from, int to)
+{
+    return findableRange(document, from, to).replace(QChar::ObjectReplacementCharacter, QLatin1Char(' '));
 }
 
 // Row by row. A place that a joined cell covers is an empty one, so that the columns stay below each other.
@@ -79,6 +81,11 @@ int endOf(const QTextDocument &document)
 QString plainText(const QTextDocument &document)
 {
     return plainRange(document, 0, endOf(document));
+}
+
+QString findableText(const QTextDocument &document)
+{
+    return findableRange(document, 0, endOf(document));
 }
 
 QString plainText(const QTextCursor &selection)

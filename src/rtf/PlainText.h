@@ -15,6 +15,10 @@ namespace rtf
 
 QString plainText(const QTextDocument &document);
 
+// The same for whoever looks for something in it: a picture is U+FFFC, for it is none of the blanks that are looked
+// for.
+QString findableText(const QTextDocument &document);
+
 // The selected part; empty when nothing is selected. Of selected cells, each row is a line and a tab stands between two
 // cells.
 QString plainText(const QTextCursor &selection);

@@ -33,6 +33,25 @@ public:
     SearchModeScope &operator=(const SearchModeScope &) = delete;
 };
 
+bool paneShows(const Document &document, const Entry *entry)
+{
+    return entry && NodeTextDecompressIfRequired(document.tree.storedText(entry)) == document.txtRTF.TextRTF();
+}
+
+// The selected entry's text as it is stored, with the match that was found last selected, so that repeating the search
+// goes on behind it.
+void showMatchAgain(const Document &document)
+{
+    TextPane &pane = document.txtRTF;
+    if (paneShows(document, document.tree.selected()))
+        return;
+    const int start = pane.SelStart();
+    const int length = pane.SelLength();
+    modNodes::NodeTextGetSelected();
+    pane.setSelStart(start);
+    pane.setSelLength(length);
+}
+
 void openDialog(const char *name, qint16 mode)
 {
     procedure(name, [mode] {
@@ -42,8 +61,8 @@ void openDialog(const char *name, qint16 mode)
             const SearchModeScope scope(mode);
             searchPorts().showDialog();
         }
-        if (Document *document = DocumentActive())
-            showSelectedText(*document);
+        if (const Document *document = DocumentActive())
+            showMatchAgain(*document);
     });
 }
 
@@ -100,12 +119,19 @@ bool mayHoldMatch(const QByteArray &text)
 
 void showSelectedText(Document &document)
 {
-    const Entry *selected = document.tree.selected();
-    TextPane &pane = document.txtRTF;
-    if (selected && NodeTextDecompressIfRequired(document.tree.storedText(selected)) == pane.TextRTF())
-        pane.setSelStart(0);
+    if (paneShows(document, document.tree.selected()))
+        document.txtRTF.setSelStart(0);
     else
         modNodes::NodeTextGetSelected();
+}
+
+SearchScope searchScope()
+{
+    for (const SearchScope scope : {SearchScope::CurrentText, SearchScope::AllTexts, SearchScope::AllNames}) {
+        if (g_sSearchScope == QString::number(static_cast<int>(scope)))
+            return scope;
+    }
+    return SearchScope::None;
 }
 
 SearchPorts &searchPorts()
@@ -141,10 +167,19 @@ bool SearchPerform()
         bool found = false;
         {
             const HourglassPointer hourglass;
-            found = g_sSearchScope == u"0"   ? SearchText()
-                    : g_sSearchScope == u"1" ? SearchAllTexts()
-                    : g_sSearchScope == u"2" ? SearchLabels()
-                                             : false;
+            switch (searchScope()) {
+            case SearchScope::CurrentText:
+                found = SearchText();
+                break;
+            case SearchScope::AllTexts:
+                found = SearchAllTexts();
+                break;
+            case SearchScope::AllNames:
+                found = SearchLabels();
+                break;
+            case SearchScope::None:
+                break;
+            }
         }
         if (!found && DocumentActive())
             ports().dialogs->informPlainly(u"Search completed"_s);
@@ -155,10 +190,17 @@ bool SearchPerform()
 void SearchPerformReplace()
 {
     procedure("modSearch SearchPerformReplace", [] {
-        if (g_sSearchScope == u"0" || g_sSearchScope == u"1")
+        switch (searchScope()) {
+        case SearchScope::CurrentText:
+        case SearchScope::AllTexts:
             SearchReplaceText();
-        else if (g_sSearchScope == u"2")
+            break;
+        case SearchScope::AllNames:
             SearchReplaceLabel();
+            break;
+        case SearchScope::None:
+            break;
+        }
     });
 }
 
@@ -265,6 +307,9 @@ void SearchReplaceText()
         if (!document || document->txtRTF.SelLength() <= 0)
             return;
         TextPane &pane = document->txtRTF;
+        // A match that reaches over the border of a cell selects more than is looked for.
+        if (pane.SelHoldsCells())
+            return;
         const int start = pane.SelStart();
         const QString replacement = replacementOf(pane.SelText());
         pane.setSelText(replacement);

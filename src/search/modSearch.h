@@ -24,7 +24,7 @@ SearchPorts &searchPorts();
 // What is searched for and how. It outlives the dialog and is not kept between runs.
 inline QString g_sSearchFind;
 inline QString g_sSearchReplace;
-// The scope as the dialog shows it, and its place in the list as a decimal number.
+// The scope as the dialog shows it, and its place in the list as a decimal number; see searchScope().
 inline QString g_sSearchWhere;
 inline QString g_sSearchScope;
 inline bool g_bSearchMatchCase = false;
@@ -34,6 +34,11 @@ inline bool g_bSearchBackwards = false;
 // 0 no search, 1 finding, 2 finding and replacing. While it is not 0, what happens in the text pane is no edit by the
 // user: the search itself stores what it changes.
 inline qint16 g_iSearchMode = 0;
+
+// What is searched through. None is what no place in the dialog's list stands for.
+enum class SearchScope { None = -1, CurrentText, AllTexts, AllNames };
+
+SearchScope searchScope();
 
 // Finding and replacing in the active document. Every routine does nothing, and finds nothing, without one.
 namespace modSearch

@@ -105,8 +105,8 @@ bool goThroughRest(TextPane &pane, int from, QString &text)
         way.replace(pane.SelStart(), pane.SelLength());
     way.run();
     pane.replaceText(way.replacements());
-    // What was selected may be of another kind than characters, such as the cells of a table.
-    text = pane.Text();
+    // What was selected may be of another kind than characters, such as a line break.
+    text = pane.FindableText();
     return !way.replacements().empty();
 }
 
@@ -119,7 +119,7 @@ void storePane(Document &document)
 void replaceAllInPane(Document &document)
 {
     TextPane &pane = document.txtRTF;
-    QString text = pane.Text();
+    QString text = pane.FindableText();
     bool isChanged = false;
     {
         const EditGroup oneStep(pane);
@@ -154,7 +154,7 @@ StoredWay goThroughStored(Document &document, Entry *entry)
     if (isUninflated(text, storedText) || !mayHoldMatch(text))
         return {};
     EntryText changed(text, document.txtRTF.Font());
-    Way way(changed.plainText());
+    Way way(changed.findableText());
     way.run();
     if (way.replacements().empty())
         return {};
@@ -176,7 +176,7 @@ void replaceAllInTexts(Document &document)
     const auto at = [](int index) { return static_cast<std::size_t>(index); };
 
     TextPane &pane = document.txtRTF;
-    QString text = pane.Text();
+    QString text = pane.FindableText();
     if (goThroughRest(pane, pane.SelLength() > 0 ? pane.SelStart() : 0, text))
         storePane(document);
     isClean[at(first)] = !holdsMatch(text);
@@ -206,7 +206,8 @@ void replaceAllInLabels(Document &document)
         if (modSearch::SearchLabel(entries.at(i)->label(), labelComparison()))
             matching.insert(i);
     }
-    Entry *current = document.tree.selected();
+    Entry *const start = document.tree.selected();
+    Entry *current = start;
     // The outline draws each new label on its own, which takes it longer the more rows it has.
     constexpr std::size_t mostAnnounced = 100;
     std::optional<BulkChange> bulk;
@@ -225,8 +226,11 @@ void replaceAllInLabels(Document &document)
         current = entries.at(*next);
     }
     bulk.reset();
-    modNodes::NodeSelect(document, current);
-    document.txtRTF.setSelStart(0);
+    // The selected entry's text stays with its caret, and with what can be undone in it.
+    if (current == start)
+        modSearch::SearchNodeSelect(current);
+    else
+        modNodes::NodeSelect(document, current);
 }
 
 // Where a search stands: at an entry, and in its text.
@@ -262,7 +266,7 @@ void replaceAllByStep(Document &document)
 {
     TextPane &pane = document.txtRTF;
     const JoinedSteps oneStep(pane);
-    const bool isText = g_sSearchScope != u"2";
+    const bool isText = searchScope() != SearchScope::AllNames;
     std::optional<Place> last;
     int ways = 0;
     bool hasReplaced = true;
@@ -300,18 +304,20 @@ void SearchReplaceAll()
         Document *document = DocumentActive();
         if (!document || g_sSearchFind.isEmpty() || replacementHoldsExpression())
             return;
-        const bool isText = g_sSearchScope == u"0" || g_sSearchScope == u"1";
+        const SearchScope scope = searchScope();
+        const bool isText = scope == SearchScope::CurrentText || scope == SearchScope::AllTexts;
+        // Selected cells stay as they are, and the search goes on behind them.
         const bool isFew = isText && (g_bSearchBackwards || g_sSearchReplace.isEmpty() || !isPlain(g_sSearchFind) ||
-                                      !isPlain(g_sSearchReplace));
-        if (isFew || !document->tree.selected() || (!isText && g_sSearchScope != u"2")) {
+                                      !isPlain(g_sSearchReplace) || document->txtRTF.SelHoldsCells());
+        if (isFew || !document->tree.selected() || scope == SearchScope::None) {
             replaceAllByStep(*document);
             return;
         }
         {
             const HourglassPointer hourglass;
-            if (g_sSearchScope == u"0")
+            if (scope == SearchScope::CurrentText)
                 replaceAllInPane(*document);
-            else if (g_sSearchScope == u"1")
+            else if (scope == SearchScope::AllTexts)
                 replaceAllInTexts(*document);
             else
                 replaceAllInLabels(*document);

@@ -7,6 +7,7 @@
 
 #include <QRegularExpression>
 #include <QTest>
+#include <QTextTable>
 
 #include <random>
 
@@ -38,6 +39,8 @@ private Q_SLOTS:
     void allTextsBackwardsStayInTheEntry();
     void labelsSearchTheSelectedOneLast();
     void labelsThatFindNothingReturnToTheStart();
+    void labelsThatFindNoOtherLeaveTheTextAsItIs_data();
+    void labelsThatFindNoOtherLeaveTheTextAsItIs();
     void wholeWordsInLabels_data();
     void wholeWordsInLabels();
     void capitalsAreKeptInReplacements_data();
@@ -61,10 +64,21 @@ private Q_SLOTS:
     void replaceAllInAllTexts();
     void replaceAllInLabels();
     void replaceAllInALongLabel();
+    void replacingInAVeryLongLabelTakesNoLongerForEachMatch();
     void aReplacementThatHoldsTheExpressionEnds();
     void noScopeSearchesNothing();
+    void noScopeReplacesNothing_data();
+    void noScopeReplacesNothing();
+    void selectingAMatchBringsTheCommandsUpToDate();
+    void noBlankIsFoundInAPicture();
+    void replacingAllLeavesPictures_data();
+    void replacingAllLeavesPictures();
+    void aMatchOverTheBorderOfCellsIsNotReplaced();
+    void replacingAllLeavesSelectedCells();
     void withoutADocumentNothingIsFound();
     void theCommandsTakeTheSelectedText();
+    void theMatchStaysSelectedWhenTheDialogCloses_data();
+    void theMatchStaysSelectedWhenTheDialogCloses();
     void repeatingTakesTheValuesAsTheyAre();
     void randomSearchesAreAsTheStepsSay();
 
@@ -312,6 +326,38 @@ void tst_modSearch::labelsThatFindNothingReturnToTheStart()
     QVERIFY(!modSearch::SearchPerform());
     QCOMPARE(f.document.tree.selected(), child);
     QCOMPARE(f.box.Text(), u"text"_s);
+}
+
+void tst_modSearch::labelsThatFindNoOtherLeaveTheTextAsItIs_data()
+{
+    QTest::addColumn<QString>("expression");
+    QTest::addColumn<bool>("found");
+    QTest::newRow("nothing is found") << u"zzz"_s << false;
+    QTest::newRow("the selected entry is found") << u"root"_s << true;
+}
+
+void tst_modSearch::labelsThatFindNoOtherLeaveTheTextAsItIs()
+{
+    QFETCH(const QString, expression);
+    QFETCH(const bool, found);
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, u"text"_s);
+    f.add(root, u"Child"_s, u"another"_s);
+    modNodes::NodeSelectFull(f.document, root);
+    f.document.tree.setExpanded(root, false);
+    g_iSearchMode = 0;
+    f.box.setSelText(u"typed "_s);
+    f.select(3, 2);
+    g_iSearchMode = 1;
+    g_sSearchScope = u"2"_s;
+    g_sSearchFind = expression;
+    QCOMPARE(modSearch::SearchPerform(), found);
+    QCOMPARE(f.document.tree.selected(), root);
+    QVERIFY(f.box.document()->isUndoAvailable());
+    QCOMPARE(f.box.Text(), u"typed text"_s);
+    QCOMPARE(f.box.SelStart(), 3);
+    QCOMPARE(f.box.SelLength(), 2);
+    QVERIFY(!root->expanded());
 }
 
 void tst_modSearch::wholeWordsInLabels_data()
@@ -586,7 +632,7 @@ void tst_modSearch::replacingOutlivesTheDialogAsAStepToUndo()
     };
     modSearch::SearchReplace();
     QCOMPARE(f.box.Text(), u"one dog"_s);
-    QCOMPARE(f.box.SelLength(), 0);
+    QCOMPARE(f.box.SelText(), u"dog"_s);
     f.box.undo();
     QCOMPARE(f.box.Text(), u"one cat"_s);
     QCOMPARE(f.textOf(root), u"one cat"_s);
@@ -691,6 +737,20 @@ void tst_modSearch::replaceAllInALongLabel()
     QCOMPARE(root->label(), u"xyz"_s.repeated(matches));
 }
 
+// Each replacement would move the rest of the label: half a million times half a million characters.
+void tst_modSearch::replacingInAVeryLongLabelTakesNoLongerForEachMatch()
+{
+    SearchFixture &f = *m_fixture;
+    constexpr int matches = 1'000'000;
+    Entry *root = f.add(nullptr, u"-e"_s.repeated(matches), {});
+    modNodes::NodeSelectFull(f.document, root);
+    g_sSearchFind = u"e"_s;
+    g_sSearchReplace = u"xyz"_s;
+    g_sSearchScope = u"2"_s;
+    modSearch::SearchPerformReplace();
+    QCOMPARE(root->label(), u"-xyz"_s.repeated(matches));
+}
+
 void tst_modSearch::aReplacementThatHoldsTheExpressionEnds()
 {
     SearchFixture &f = *m_fixture;
@@ -715,6 +775,144 @@ void tst_modSearch::noScopeSearchesNothing()
         g_sSearchScope = scope;
         QVERIFY(!modSearch::SearchPerform());
     }
+}
+
+void tst_modSearch::noScopeReplacesNothing_data()
+{
+    QTest::addColumn<QString>("scope");
+    QTest::newRow("none") << QString();
+    QTest::newRow("none chosen") << u"-1"_s;
+    QTest::newRow("beyond the list") << u"3"_s;
+    QTest::newRow("no number") << u"All entry texts"_s;
+}
+
+void tst_modSearch::noScopeReplacesNothing()
+{
+    QFETCH(const QString, scope);
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"a cat"_s, u"a cat"_s);
+    modNodes::NodeSelectFull(f.document, root);
+    f.document.m_bDataChanged = false;
+    f.select(2, 3);
+    g_sSearchFind = u"cat"_s;
+    g_sSearchReplace = u"dog"_s;
+    g_sSearchScope = scope;
+    QCOMPARE(searchScope(), SearchScope::None);
+    modSearch::SearchPerformReplace();
+    QCOMPARE(f.box.Text(), u"a cat"_s);
+    QCOMPARE(root->label(), u"a cat"_s);
+    QVERIFY(!f.document.m_bDataChanged);
+}
+
+void tst_modSearch::selectingAMatchBringsTheCommandsUpToDate()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, {});
+    Entry *child = f.add(root, u"Child"_s, {});
+    modNodes::NodeSelectFull(f.document, root);
+    const auto refreshes = [&f](Entry *entry) {
+        const int before = f.fake.commands.timesMenuEnableDynamic;
+        modSearch::SearchNodeSelect(entry);
+        return f.fake.commands.timesMenuEnableDynamic - before;
+    };
+    QCOMPARE(refreshes(child), 1);
+    QCOMPARE(f.document.tree.selected(), child);
+    QCOMPARE(refreshes(child), 1);
+    QCOMPARE(refreshes(nullptr), 1);
+    QCOMPARE(f.document.tree.selected(), child);
+    f.windows.document = nullptr;
+    QCOMPARE(refreshes(root), 0);
+    f.windows.document = &f.document;
+}
+
+namespace
+{
+
+// "foo", a picture and "bar, foo bar".
+const QByteArray withPicture("{\\rtf1 foo{\\pict\\pngblip\\picwgoal300\\pichgoal300 "
+                             "89504e470d0a1a0a0000000d4948445200000001000000010806000000"
+                             "1f15c4890000000d49444154789c6360606060000000050001a5f64540"
+                             "0000000049454e44ae426082}bar, foo bar}");
+
+} // namespace
+
+void tst_modSearch::noBlankIsFoundInAPicture()
+{
+    SearchFixture &f = *m_fixture;
+    f.box.setTextRTF(withPicture);
+    QCOMPARE(f.box.Text(), u"foo bar, foo bar"_s);
+    g_sSearchFind = u"foo bar"_s;
+    for (int time = 0; time < 2; ++time) {
+        QVERIFY(modSearch::SearchText());
+        QCOMPARE(f.box.SelStart(), 9);
+    }
+    g_bSearchBackwards = true;
+    f.select(16, 0);
+    modSearch::SearchText();
+    QCOMPARE(f.box.SelStart(), 9);
+}
+
+void tst_modSearch::replacingAllLeavesPictures_data()
+{
+    QTest::addColumn<QString>("scope");
+    QTest::newRow("in the text") << u"0"_s;
+    QTest::newRow("in all texts") << u"1"_s;
+}
+
+void tst_modSearch::replacingAllLeavesPictures()
+{
+    QFETCH(const QString, scope);
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, {});
+    Entry *child = f.add(root, u"Child"_s, {});
+    f.document.tree.setStoredText(root, withPicture);
+    f.document.tree.setStoredText(child, withPicture);
+    modNodes::NodeSelectFull(f.document, root);
+    g_sSearchFind = u"foo bar"_s;
+    g_sSearchReplace = u"baz"_s;
+    g_sSearchScope = scope;
+    modSearch::SearchReplaceAll();
+    QCOMPARE(f.textOf(root), u"foo bar, baz"_s);
+    QVERIFY(NodeTextDecompressIfRequired(f.document.tree.storedText(root)).contains("pngblip"));
+    QCOMPARE(f.textOf(child), scope == u"1" ? u"foo bar, baz"_s : u"foo bar, foo bar"_s);
+    QVERIFY(NodeTextDecompressIfRequired(f.document.tree.storedText(child)).contains("pngblip"));
+}
+
+void tst_modSearch::aMatchOverTheBorderOfCellsIsNotReplaced()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, {});
+    f.document.tree.setStoredText(root,
+                                  "{\\rtf1\\trowd\\cellx1000\\cellx2000\\pard\\intbl alpha\\cell beta\\cell\\row}");
+    modNodes::NodeSelectFull(f.document, root);
+    const QString before = f.box.Text();
+    g_sSearchFind = u"a\r\nb"_s;
+    g_sSearchReplace = u"-"_s;
+    QVERIFY(modSearch::SearchPerform());
+    modSearch::SearchPerformReplace();
+    QCOMPARE(f.box.Text(), before);
+    QVERIFY(!f.box.document()->isUndoAvailable());
+}
+
+void tst_modSearch::replacingAllLeavesSelectedCells()
+{
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, {});
+    f.document.tree.setStoredText(
+        root, "{\\rtf1\\trowd\\cellx1000\\cellx2000\\pard\\intbl one\\cell two\\cell\\row"
+              "\\trowd\\cellx1000\\cellx2000\\pard\\intbl three\\cell four\\cell\\row\\pard a cat}");
+    modNodes::NodeSelectFull(f.document, root);
+    // The left column.
+    f.select(static_cast<int>(f.box.Text().indexOf(u"one"_s)), 0);
+    QTextCursor cells = f.box.textCursor();
+    cells.setPosition(cells.currentTable()->cellAt(1, 0).lastPosition(), QTextCursor::KeepAnchor);
+    f.box.setTextCursor(cells);
+    QVERIFY(f.box.SelHoldsCells());
+    g_sSearchFind = u"cat"_s;
+    g_sSearchReplace = u"dog"_s;
+    modSearch::SearchReplaceAll();
+    for (const QString &kept : {u"one"_s, u"two"_s, u"three"_s, u"four"_s, u"a dog"_s})
+        QVERIFY2(f.box.Text().contains(kept), qPrintable(f.box.Text()));
 }
 
 void tst_modSearch::withoutADocumentNothingIsFound()
@@ -756,6 +954,35 @@ void tst_modSearch::theCommandsTakeTheSelectedText()
     // Without a selection the old expression stays.
     QCOMPARE(g_sSearchFind, u"two"_s);
     QCOMPARE(f.box.Text(), u"one two"_s);
+}
+
+void tst_modSearch::theMatchStaysSelectedWhenTheDialogCloses_data()
+{
+    QTest::addColumn<bool>("shownAnew");
+    QTest::newRow("the text is shown as it is") << false;
+    QTest::newRow("the text is shown anew") << true;
+}
+
+void tst_modSearch::theMatchStaysSelectedWhenTheDialogCloses()
+{
+    QFETCH(const bool, shownAnew);
+    SearchFixture &f = *m_fixture;
+    g_iSearchMode = 0;
+    Entry *root = f.add(nullptr, u"Root"_s, u"cat dog cat"_s);
+    modNodes::NodeSelectFull(f.document, root);
+    // As the pane itself writes it, there is nothing to be shown anew.
+    if (!shownAnew)
+        modNodes::NodeTextPut(f.document, root);
+    searchPorts().showDialog = [] {
+        g_sSearchFind = u"cat"_s;
+        QVERIFY(modSearch::SearchPerform());
+    };
+    modSearch::SearchFind();
+    QCOMPARE(f.box.SelStart(), 0);
+    QCOMPARE(f.box.SelText(), u"cat"_s);
+    modSearch::SearchRepeat();
+    QCOMPARE(f.box.SelStart(), 8);
+    QCOMPARE(f.box.SelText(), u"cat"_s);
 }
 
 void tst_modSearch::repeatingTakesTheValuesAsTheyAre()

@@ -141,6 +141,10 @@ public:
 
     bool SelHoldsCells() const override { return false; }
 
+    QString FindableText() const override { return Text(); }
+
+    QRect SelectionOnScreen() const override { return {}; }
+
     int SelStart() const override { return start; }
 
     void setSelStart(int newStart) override
