@@ -23,7 +23,6 @@
 #include <QPointer>
 #include <QPushButton>
 #include <QScreen>
-#include <QTextEdit>
 
 using namespace Qt::StringLiterals;
 
@@ -32,25 +31,14 @@ namespace
 
 constexpr QLatin1StringView scopes[] = {"Current entry text"_L1, "All entry texts"_L1, "All entry names"_L1};
 
-// Where the selected text stands on the screen; nothing when no text pane shows any.
-QRect selectedTextOnScreen(const Document &document)
-{
-    const auto *pane = dynamic_cast<const QTextEdit *>(&document.txtRTF);
-    if (!pane || !pane->textCursor().hasSelection())
-        return {};
-    QTextCursor start = pane->textCursor();
-    start.setPosition(start.selectionStart());
-    const QRect shown = pane->cursorRect(start).united(pane->cursorRect()) & pane->viewport()->rect();
-    return shown.isEmpty() ? QRect() : QRect(pane->viewport()->mapToGlobal(shown.topLeft()), shown.size());
-}
-
 // Where the match stands on the screen: in the text, or among the labels the whole row.
 QRect matchOnScreen()
 {
     const Document *document = DocumentActive();
     if (!document)
         return {};
-    return g_sSearchScope == u"2" ? document->trvOutline.SelectedRow() : selectedTextOnScreen(*document);
+    return searchScope() == SearchScope::AllNames ? document->trvOutline.SelectedRow()
+                                                  : document->txtRTF.SelectionOnScreen();
 }
 
 } // namespace
@@ -89,11 +77,13 @@ void frmSearch::makeControls()
         lblInput[i] = new QLabel(labels[i]);
         lblInput[i]->setObjectName(u"lblInput%1"_s.arg(i));
         lblInput[i]->setBuddy(cmbInput[i]);
-        cmbInput[i]->setAccessibleName(QString(labels[i]).remove(u'&'));
+        const QString name = QString(labels[i]).remove(u'&');
+        cmbInput[i]->setAccessibleName(name);
         cmbInput[i]->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
         cmbInput[i]->setMinimumContentsLength(30);
         if (i != Where) {
             cmbInput[i]->setEditable(true);
+            cmbInput[i]->lineEdit()->setAccessibleName(name);
             cmbInput[i]->setInsertPolicy(QComboBox::NoInsert);
             cmbInput[i]->setCompleter(nullptr);
         }
@@ -174,7 +164,8 @@ void frmSearch::ApplySettings()
 void frmSearch::EnableControls()
 {
     procedure("frmSearch EnableControls", [&] {
-        cmdInput[Find]->setEnabled(!g_sSearchFind.isEmpty() && !g_sSearchWhere.isEmpty());
+        // What was selected in the text when the dialog came may be blanks alone.
+        cmdInput[Find]->setEnabled(!withoutOuterBlanks(g_sSearchFind).isEmpty() && !g_sSearchWhere.isEmpty());
         cmdInput[Replace]->setEnabled(false);
         cmdInput[ReplaceAll]->setEnabled(m_isReplacing && !g_sSearchReplace.isEmpty() &&
                                          !modSearch::replacementHoldsExpression());
@@ -201,8 +192,10 @@ void frmSearch::cmdInput_Click(Button index)
         QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
         ApplySettings();
         g_hisFind.Store(g_sSearchFind);
-        if (!g_sSearchReplace.isEmpty())
+        if (!g_sSearchReplace.isEmpty()) {
             g_hisReplace.Store(g_sSearchReplace);
+            m_hasReplacement = true;
+        }
         switch (index) {
         case Find:
             find();
@@ -215,7 +208,9 @@ void frmSearch::cmdInput_Click(Button index)
             break;
         case Close:
             g_hisFind.Save(*searchPorts().settings);
-            g_hisReplace.Save(*searchPorts().settings);
+            // Without anything new the list would only be written with one more blank row at its head.
+            if (m_hasReplacement)
+                g_hisReplace.Save(*searchPorts().settings);
             accept();
             return;
         }
@@ -267,7 +262,7 @@ void frmSearch::showEvent(QShowEvent *event)
     QDialog::showEvent(event);
     // Before anything is found it is the text that is looked for.
     if (const Document *document = DocumentActive(); document && !event->spontaneous())
-        moveOff(selectedTextOnScreen(*document));
+        moveOff(document->txtRTF.SelectionOnScreen());
 }
 
 void frmSearch::keyPressEvent(QKeyEvent *event)

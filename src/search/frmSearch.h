@@ -48,6 +48,8 @@ private:
 
     bool m_isReplacing;
     bool m_loading = false;
+    // Whether a replacement was given to the history.
+    bool m_hasReplacement = false;
     std::array<QComboBox *, 3> cmbInput{};
     std::array<QLabel *, 3> lblInput{};
     std::array<QCheckBox *, 3> chkInput{};

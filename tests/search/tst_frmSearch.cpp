@@ -42,6 +42,11 @@ private Q_SLOTS:
     void theLayoutFollowsTheMode();
     void everyControlIsNamed();
     void findWaitsForAnExpressionAndAScope();
+    void blanksAloneAreNotLookedFor();
+    void expressionAndReplacementAreTrimmed();
+    void nothingCanBeReplacedDuringASearch();
+    void thePointerIsNormalAfterEveryButton_data();
+    void thePointerIsNormalAfterEveryButton();
     void theValuesOfTheLastTimeAreShown();
     void enterFinds();
     void theKeyboardStaysOnFind_data();
@@ -52,6 +57,7 @@ private Q_SLOTS:
     void replaceAllReplacesAll();
     void closeStoresWhatWasTyped();
     void closeClosesThoughNothingCanBeSaved();
+    void findingAddsNoBlankRowsToTheReplacements();
     void escapeIsClose();
     void closingTheWindowSavesNothing();
     void itKeepsOffTheMatch();
@@ -108,8 +114,12 @@ void tst_frmSearch::theLayoutFollowsTheMode()
 void tst_frmSearch::everyControlIsNamed()
 {
     open(2);
-    for (const QComboBox *box : m_dialog->findChildren<QComboBox *>())
+    for (const QComboBox *box : m_dialog->findChildren<QComboBox *>()) {
         QVERIFY(!box->accessibleName().isEmpty());
+        // What is typed into has the keyboard, and is what a screen reader tells of.
+        if (box->isEditable())
+            QCOMPARE(box->lineEdit()->accessibleName(), box->accessibleName());
+    }
     QCOMPARE(m_dialog->findChild<QLabel *>(u"lblInput0"_s)->text(), u"Fi&nd expression"_s);
     QCOMPARE(m_dialog->findChild<QLabel *>(u"lblInput0"_s)->buddy(), input(0));
     QCOMPARE(button(2)->text(), u"Replace &All"_s);
@@ -127,6 +137,89 @@ void tst_frmSearch::findWaitsForAnExpressionAndAScope()
     QCOMPARE(g_sSearchScope, u"0"_s);
     type(0, u" "_s);
     QVERIFY(!button(0)->isEnabled());
+}
+
+void tst_frmSearch::blanksAloneAreNotLookedFor()
+{
+    g_sSearchFind = u"  "_s;
+    g_sSearchWhere = u"Current entry text"_s;
+    open(1);
+    QVERIFY(!button(0)->isEnabled());
+}
+
+void tst_frmSearch::expressionAndReplacementAreTrimmed()
+{
+    open(2);
+    type(0, u"  a cat "_s);
+    type(1, u" a dog  "_s);
+    QCOMPARE(g_sSearchFind, u"a cat"_s);
+    QCOMPARE(g_sSearchReplace, u"a dog"_s);
+}
+
+void tst_frmSearch::nothingCanBeReplacedDuringASearch()
+{
+    openOverTwoCats();
+    type(1, u"dog"_s);
+    QVERIFY(button(2)->isEnabled());
+    // The settings are saved between the pressing and the search.
+    bool isReplaceEnabled = true;
+    bool isReplaceAllEnabled = true;
+    searchPorts().saveSettings = [&] {
+        isReplaceEnabled = button(1)->isEnabled();
+        isReplaceAllEnabled = button(2)->isEnabled();
+    };
+    QTest::mouseClick(button(0), Qt::LeftButton);
+    QVERIFY(!isReplaceEnabled);
+    QVERIFY(!isReplaceAllEnabled);
+    QVERIFY(button(1)->isEnabled());
+    isReplaceEnabled = true;
+    QTest::mouseClick(button(0), Qt::LeftButton);
+    QVERIFY(!isReplaceEnabled);
+}
+
+void tst_frmSearch::thePointerIsNormalAfterEveryButton_data()
+{
+    QTest::addColumn<int>("pressed");
+    QTest::newRow("find") << 0;
+    QTest::newRow("replace") << 1;
+    QTest::newRow("replace all") << 2;
+    QTest::newRow("close") << 3;
+}
+
+void tst_frmSearch::thePointerIsNormalAfterEveryButton()
+{
+    QFETCH(const int, pressed);
+    openOverTwoCats();
+    type(1, u"dog"_s);
+    if (pressed == 1)
+        QTest::mouseClick(button(0), Qt::LeftButton);
+    const int before = m_fixture->fake.pointer.timesHourglass;
+    QVERIFY(button(pressed)->isEnabled());
+    QTest::mouseClick(button(pressed), Qt::LeftButton);
+    QVERIFY(m_fixture->fake.pointer.timesHourglass > before);
+    QVERIFY(!m_fixture->fake.pointer.hourglass);
+}
+
+void tst_frmSearch::findingAddsNoBlankRowsToTheReplacements()
+{
+    open(2);
+    type(0, u"cat"_s);
+    type(1, u"dog"_s);
+    QTest::mouseClick(button(3), Qt::LeftButton);
+    const auto stored = m_settings.section(u"ReplaceHistory"_s);
+    QCOMPARE(stored.size(), std::size_t(1));
+    g_sSearchReplace.clear();
+    for (int time = 0; time < 5; ++time) {
+        open(1);
+        QTest::mouseClick(button(3), Qt::LeftButton);
+    }
+    QVERIFY(m_settings.section(u"ReplaceHistory"_s) == stored);
+    open(2);
+    QCOMPARE(rows(1), QStringList({QString(), u"dog"_s}));
+    type(1, u"bird"_s);
+    QTest::mouseClick(button(3), Qt::LeftButton);
+    open(2);
+    QCOMPARE(rows(1), QStringList({QString(), u"bird"_s, u"dog"_s}));
 }
 
 void tst_frmSearch::theValuesOfTheLastTimeAreShown()
@@ -271,8 +364,9 @@ void tst_frmSearch::closeStoresWhatWasTyped()
 void tst_frmSearch::closeClosesThoughNothingCanBeSaved()
 {
     const ErrorRecorder errors;
-    open(1);
+    open(2);
     type(0, u"cat"_s);
+    type(1, u"dog"_s);
     m_settings.failing = true;
     QTest::mouseClick(button(3), Qt::LeftButton);
     QVERIFY(!m_dialog->isVisible());
