@@ -65,6 +65,9 @@ enum class Destination : quint8 {
     Field,
     FieldInstruction,
     FieldResult,
+    FormField,
+    FormEntry,
+    FormText,
     ShapeText,
     NestedRow,
 };
@@ -90,6 +93,8 @@ enum class Special : quint8 {
     Font,
     FontCharset,
     FontCodePage,
+    FormResult,
+    FormStandard,
     LegacyContinue,
     LegacyFont,
     LegacyIndent,

@@ -3,18 +3,19 @@
 
 #include "rtf/FieldInstruction.h"
 
-#include "rtf/CodePages.h"
-
-#include <QStringList>
-
 namespace rtf
 {
 
 namespace
 {
 
-// Cuts an instruction at blanks; quotes hold an argument together, and a backslash before a quote or a backslash inside
-// them makes that character part of it.
+bool isNamed(const QStringList &parts, QLatin1StringView name)
+{
+    return !parts.isEmpty() && parts.front().compare(name, Qt::CaseInsensitive) == 0;
+}
+
+} // namespace
+
 QStringList splitInstruction(const QString &instruction)
 {
     QStringList parts;
@@ -47,13 +48,6 @@ QStringList splitInstruction(const QString &instruction)
     return parts;
 }
 
-bool isNamed(const QStringList &parts, QLatin1StringView name)
-{
-    return !parts.isEmpty() && parts.front().compare(name, Qt::CaseInsensitive) == 0;
-}
-
-} // namespace
-
 QString hyperlinkTarget(const QString &instruction)
 {
     const QStringList parts = splitInstruction(instruction);
@@ -84,20 +78,14 @@ QString hyperlinkInstruction(const QString &target)
     return QLatin1StringView("HYPERLINK \"") + quoted + QLatin1Char('"');
 }
 
-QString fieldText(const QString &instruction)
+QString fieldsTarget(const QStringList &fields)
 {
-    const QStringList parts = splitInstruction(instruction);
-    if (isNamed(parts, QLatin1StringView("GOTOBUTTON")) || isNamed(parts, QLatin1StringView("MACROBUTTON"))) {
-        return parts.mid(2).join(QLatin1Char(' '));
+    for (auto field = fields.crbegin(); field != fields.crend(); ++field) {
+        if (const QString target = hyperlinkTarget(*field); !target.isEmpty()) {
+            return target;
+        }
     }
-    const uint number = parts.value(1).toUInt(nullptr, 0);
-    if (!isNamed(parts, QLatin1StringView("SYMBOL")) || number < 0x20 || number > 0xFFFD) {
-        return {};
-    }
-    const qsizetype font = parts.indexOf(QLatin1StringView("\\f"));
-    const QString family = font >= 0 ? parts.value(font + 1) : QString();
-    const bool isSymbol = number < 0x100 && family.startsWith(QLatin1StringView("Symbol"), Qt::CaseInsensitive);
-    return QChar(isSymbol ? symbolCharacter(static_cast<quint8>(number)) : static_cast<char16_t>(number));
+    return {};
 }
 
 } // namespace rtf

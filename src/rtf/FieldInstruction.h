@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 // The instructions of fields: a name, arguments in or without quotes, switches after a backslash.
 namespace rtf
@@ -15,7 +16,11 @@ QString hyperlinkTarget(const QString &instruction);
 // The HYPERLINK instruction for an address.
 QString hyperlinkInstruction(const QString &target);
 
-// What a field without a result shows: the character of a SYMBOL instruction, the label of a button; else nothing.
-QString fieldText(const QString &instruction);
+// The address that a text inside these fields leads to: that of the innermost hyperlink.
+QString fieldsTarget(const QStringList &fields);
+
+// Cuts an instruction at blanks; quotes hold an argument together, and a backslash before a quote or a backslash inside
+// them makes that character part of it.
+QStringList splitInstruction(const QString &instruction);
 
 } // namespace rtf

@@ -186,6 +186,8 @@ bool Interpreter::collectsText() const
     case Destination::LegacyBefore:
     case Destination::LegacyAfter:
     case Destination::FieldInstruction:
+    case Destination::FormEntry:
+    case Destination::FormText:
         return true;
     default:
         return false;
@@ -339,6 +341,7 @@ void Interpreter::takeText(QStringView text)
         if (!text.isEmpty()) {
             m_sink.text(text, m_state.chars);
             m_hasContent = true;
+            ++m_shown;
         }
         break;
     case Destination::FontTable:
@@ -362,6 +365,16 @@ void Interpreter::takeText(QStringView text)
     case Destination::FieldInstruction:
         if (!m_openFields.empty()) {
             m_openFields.back().instruction += text;
+        }
+        break;
+    case Destination::FormEntry:
+        if (!m_openFields.empty() && !m_openFields.back().form.entries.isEmpty()) {
+            m_openFields.back().form.entries.back() += text;
+        }
+        break;
+    case Destination::FormText:
+        if (!m_openFields.empty()) {
+            m_openFields.back().form.text += text;
         }
         break;
     default:

@@ -5,6 +5,7 @@
 
 #include "rtf/Characters.h"
 #include "rtf/ControlWords.h"
+#include "rtf/FieldText.h"
 #include "rtf/Limits.h"
 #include "rtf/Sink.h"
 #include "rtf/State.h"
@@ -47,7 +48,9 @@ private:
     struct OpenField {
         std::size_t depth = 0; // of its group
         QString instruction;
-        bool hasResult = false;
+        qint64 shownBefore = 0; // m_shown at its beginning
+        qint32 place = 0;       // in Tables::fields, once its result has begun
+        FormField form;
     };
 
     struct StyleWord {
@@ -126,10 +129,12 @@ private:
     void finishListLevel();
     void finishOverride();
     int internLegacyList();
-    int internField(const QString &instruction);
+    int internField(const QString &instruction, int around);
+    qint32 fieldBehindParagraph(int depth) const;
     void addPictureText(QByteArrayView bytes);
     void finishPicture();
     void finishField();
+    void showField(const OpenField &field);
 
     // Paragraphs and tables (InterpreterParagraphs.cpp)
     int tableDepth() const;
@@ -195,7 +200,10 @@ private:
     bool m_legacyIsContinued = false;
 
     std::vector<OpenField> m_openFields;
-    QHash<QString, int> m_fieldPlaces;
+    QHash<std::pair<int, QString>, int> m_fieldPlaces; // by the field around and the instruction
+    QHash<QString, int> m_familyPlaces;                // of fonts, by their name
+    qint64 m_shown = 0;                                // texts, pictures and paragraph ends so far
+    qint64 m_shownAtTable = 0;                         // the same at the end of the last cell or row
 
     Picture m_picture;
     int m_nibble = -1;

@@ -30,7 +30,9 @@ void Interpreter::endParagraph(int depth)
     if (std::exchange(m_pageBreak, false)) {
         para.flags |= PageBreakBefore;
     }
+    para[ParaNumber::Field] = fieldBehindParagraph(depth);
     m_sink.endParagraph(para, m_state.chars, depth);
+    ++m_shown;
     m_hasContent = false;
     m_hasParagraph = true;
 }
@@ -54,6 +56,7 @@ void Interpreter::endCell(int depth)
         row.cellIsOpen = false;
         ++row.cells;
         m_sink.endCell(depth);
+        m_shownAtTable = m_shown;
     }
 }
 
@@ -68,10 +71,12 @@ void Interpreter::endRow(int depth, const RowState &row)
     OpenRow &open = m_openRows.back();
     if (open.cellIsOpen) {
         m_sink.endCell(depth);
+        m_shownAtTable = m_shown;
         ++open.cells;
     }
     if (open.cells > 0) {
         m_sink.endRow(row, depth);
+        m_shownAtTable = m_shown;
     }
     open = {};
     if (depth == 1) {
@@ -87,10 +92,12 @@ void Interpreter::closeRowsBelow(int depth)
         OpenRow &open = m_openRows.back();
         if (open.cellIsOpen) {
             m_sink.endCell(last);
+            m_shownAtTable = m_shown;
             ++open.cells;
         }
         if (open.cells > 0) {
             m_sink.endRow(last == 1 ? m_row : m_nestedRow, last);
+            m_shownAtTable = m_shown;
         }
         m_openRows.pop_back();
     }

@@ -4,6 +4,7 @@
 #include "rtf/Interpreter.h"
 
 #include "rtf/FieldInstruction.h"
+#include "rtf/FieldText.h"
 
 #include <algorithm>
 
@@ -25,7 +26,8 @@ constexpr Nesting nestings[] = {
     {Destination::LevelText, Destination::ListLevel},    {Destination::Override, Destination::OverrideTable},
     {Destination::OverrideLevel, Destination::Override}, {Destination::LegacyBefore, Destination::LegacyList},
     {Destination::LegacyAfter, Destination::LegacyList}, {Destination::FieldInstruction, Destination::Field},
-    {Destination::FieldResult, Destination::Field},
+    {Destination::FieldResult, Destination::Field},      {Destination::FormEntry, Destination::FormField},
+    {Destination::FormText, Destination::FormField},
 };
 
 // Whether text, and so pictures, fields and the tables, may come in such a group.
@@ -41,7 +43,7 @@ bool mayNest(Destination inner, Destination outer)
     if (row != std::ranges::end(nestings)) {
         return row->outer == outer;
     }
-    return mayHoldText(outer);
+    return mayHoldText(outer) || (inner == Destination::FormField && outer == Destination::FieldInstruction);
 }
 
 } // namespace
@@ -53,7 +55,7 @@ void Interpreter::enter(Destination destination)
         return;
     }
     const Destination outer = m_state.destination;
-    if (outer == Destination::FieldInstruction) {
+    if (outer == Destination::FieldInstruction && destination != Destination::FormField) {
         // Of a field inside an instruction, its result is part of the instruction.
         if (destination == Destination::Skip || destination == Destination::Picture ||
             destination == Destination::FieldInstruction) {
@@ -104,14 +106,20 @@ void Interpreter::enter(Destination destination)
         m_picture = {};
         m_nibble = -1;
         break;
+    case Destination::FormEntry:
+        if (!m_openFields.empty()) {
+            m_openFields.back().form.entries << QString();
+        }
+        break;
     case Destination::Field:
-        m_openFields.push_back({m_stack.size(), {}, false});
+        m_openFields.push_back({m_stack.size(), {}, m_shown, 0, {}});
         break;
     case Destination::FieldResult:
         m_state.destination = Destination::Content;
         if (!m_openFields.empty()) {
-            m_openFields.back().hasResult = true;
-            m_state.chars[CharNumber::Link] = internField(m_openFields.back().instruction);
+            OpenField &field = m_openFields.back();
+            field.place = internField(field.instruction, m_state.chars[CharNumber::Link]);
+            m_state.chars[CharNumber::Link] = field.place;
         }
         break;
     default:
@@ -160,7 +168,9 @@ void Interpreter::finishFont()
     if (m_openFont < 0) {
         return;
     }
-    m_tables.fonts[std::size_t(m_openFont)].family = m_fontName.trimmed();
+    const QString family = m_fontName.trimmed();
+    m_tables.fonts[std::size_t(m_openFont)].family = family;
+    m_familyPlaces.insert(family.toLower(), m_openFont);
     m_fontName.clear();
     m_openFont = -1;
 }
@@ -250,18 +260,41 @@ int Interpreter::internLegacyList()
     return place;
 }
 
-int Interpreter::internField(const QString &text)
+int Interpreter::internField(const QString &text, int around)
 {
     const QString instruction = text.left(longestFieldInstruction).simplified();
     if (instruction.isEmpty()) {
-        return 0;
+        return around;
     }
-    int &place = m_fieldPlaces[instruction];
+    const Field outer = m_tables.fields[std::size_t(around)];
+    const bool isAlone =
+        outer.depth >= deepestField || outer.outer.size() + outer.instruction.size() >= longestOuterFields;
+    int &place = m_fieldPlaces[{isAlone ? 0 : around, instruction}];
     if (place == 0) {
+        Field field{instruction, hyperlinkTarget(instruction), {}, 1};
+        if (!isAlone) {
+            field.target = field.target.isEmpty() ? outer.target : field.target;
+            field.outer = outer.all();
+            field.depth = outer.depth + 1;
+        }
         place = static_cast<int>(m_tables.fields.size());
-        m_tables.fields.push_back({instruction, hyperlinkTarget(instruction)});
+        m_tables.fields.push_back(field);
     }
     return place;
+}
+
+// The innermost open field that has shown something already and goes on behind the paragraph that ends. Across cells
+// none does.
+qint32 Interpreter::fieldBehindParagraph(int depth) const
+{
+    if (depth > 0 || m_state.chars[CharNumber::Link] == 0) {
+        return 0;
+    }
+    const auto hasShown = [this](const OpenField &field) {
+        return field.place != 0 && m_shown > std::max(field.shownBefore, m_shownAtTable);
+    };
+    const auto field = std::find_if(m_openFields.rbegin(), m_openFields.rend(), hasShown);
+    return field == m_openFields.rend() ? 0 : field->place;
 }
 
 void Interpreter::addPictureText(QByteArrayView bytes)
@@ -289,22 +322,45 @@ void Interpreter::finishPicture()
 {
     m_sink.picture(m_picture, m_state.chars);
     m_hasContent = true;
+    ++m_shown;
     m_picture = {};
 }
 
-// Some fields have no result but say in their instruction what they show.
 void Interpreter::finishField()
 {
     const OpenField field = m_openFields.back();
     m_openFields.pop_back();
-    if (field.hasResult || !isContent()) {
+    if (!isContent()) {
         return;
     }
     flush();
+    if (m_shown == field.shownBefore) {
+        showField(field);
+    }
+}
+
+// What a field without a result shows is the field's all the same.
+void Interpreter::showField(const OpenField &field)
+{
+    const QString instruction = field.instruction.left(longestFieldInstruction).simplified();
+    const FieldText shown = fieldText(instruction, field.form);
+    if (shown.text.isEmpty()) {
+        return;
+    }
+    const CharState around = m_state.chars;
+    setChar(CharNumber::Link, internField(instruction, around[CharNumber::Link]));
+    if (const int font = m_familyPlaces.value(shown.font.toLower(), 0); font > 0) {
+        setChar(CharNumber::Font, font);
+    }
+    if (shown.halfPoints > 0) {
+        setChar(CharNumber::Size, shown.halfPoints);
+    }
     choosePage();
-    for (const QChar c : fieldText(field.instruction)) {
+    for (const QChar c : shown.text) {
         m_characters.appendUnicode(c.unicode());
     }
+    flush();
+    m_state.chars = around;
 }
 
 } // namespace rtf

@@ -60,6 +60,7 @@ constexpr Range paraRanges[] = {
     {0, 0x7FFFFFFF},                 // Border
     {-1, mostColors},                // Shade
     {0, deepestTable},               // TableDepth
+    {0, 0x7FFFFFFF},                 // Field
 };
 static_assert(std::size(paraRanges) == std::size_t(ParaNumber::Count));
 
@@ -352,6 +353,13 @@ void Interpreter::applyTableSpecial(Special word, qint32 number, bool hasNumber)
         break;
     case Special::LegacyFont:
         m_legacyList.font = fontPlace(number);
+        break;
+    case Special::FormResult:
+    case Special::FormStandard:
+        if (m_state.destination == Destination::FormField && !m_openFields.empty()) {
+            FormField &form = m_openFields.back().form;
+            (word == Special::FormResult ? form.result : form.standard) = number;
+        }
         break;
     default:
         if (hasNumber) {

@@ -48,6 +48,13 @@ constexpr qsizetype longestListLabel = 255;
 // Units of a field's instruction.
 constexpr qsizetype longestFieldInstruction = 32768;
 
+// Fields inside fields, and units of all instructions around one; a field beyond them stands for itself alone.
+constexpr int deepestField = 8;
+constexpr qsizetype longestOuterFields = 4096;
+
+// Brackets inside brackets of an equation; what is deeper is text without a form.
+constexpr int deepestEquation = 16;
+
 // Control words of one style, and styles that one is based on in turn.
 constexpr std::size_t mostStyleWords = 256;
 constexpr std::size_t longestStyleChain = 16;

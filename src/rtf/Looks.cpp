@@ -164,6 +164,7 @@ CharLook charLook(const CharState &state, const Tables &tables)
     if (field.target.isEmpty() || field.instruction != hyperlinkInstruction(field.target)) {
         look.instruction = field.instruction;
     }
+    look.outerFields = field.outer;
     return look;
 }
 
@@ -234,6 +235,9 @@ QTextCharFormat charFormat(const CharLook &look)
     if (!look.instruction.isEmpty()) {
         format.setProperty(FieldProperty, look.instruction);
     }
+    if (!look.outerFields.isEmpty()) {
+        format.setProperty(OuterFieldsProperty, look.outerFields);
+    }
     return format;
 }
 
@@ -274,8 +278,12 @@ CharLook charLook(const QTextCharFormat &format, const QFont &defaultFont)
     }
     look.target = format.isAnchor() ? format.anchorHref() : QString();
     look.instruction = format.stringProperty(FieldProperty);
-    if (!look.instruction.isEmpty() && hyperlinkTarget(look.instruction) != look.target) {
+    look.outerFields = format.stringProperty(OuterFieldsProperty);
+    // An address that is not the instruction's was set since; it stands for itself.
+    if (!look.instruction.isEmpty() &&
+        fieldsTarget(look.outerFields.split(QLatin1Char('\n')) << look.instruction) != look.target) {
         look.instruction.clear();
+        look.outerFields.clear();
     }
     return look;
 }

@@ -37,6 +37,7 @@ struct CharLook {
     int scale = 100;
     QString target;      // of a hyperlink
     QString instruction; // of a field, where the target does not say it all
+    QString outerFields; // the instructions of the fields around it, outermost first, one a line
 
     bool operator==(const CharLook &) const = default;
 };
@@ -72,6 +73,7 @@ struct ParaLook {
     QString styleName;
     std::vector<TabLook> tabs;
     BorderLooks borders;
+    QString openFields; // the instructions of the fields that go on behind it
 
     bool operator==(const ParaLook &) const = default;
 };

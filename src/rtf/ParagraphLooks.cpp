@@ -211,6 +211,7 @@ ParaLook paraLook(const ParaState &state, const Tables &tables)
         look.shade = qRgb(parts[0], parts[1], parts[2]);
     }
     look.styleName = tables.styleNames.value(state[ParaNumber::Style]);
+    look.openFields = tables.fields[std::size_t(state[ParaNumber::Field])].all();
     for (qint32 place = state[ParaNumber::Tabs]; place > 0; place = tables.tabs[std::size_t(place)].previous) {
         const TabStop &stop = tables.tabs[std::size_t(place)];
         look.tabs.push_back({stop.position, stop.kind, stop.kind == TabKind::Decimal ? TabLeader::None : stop.leader});
@@ -292,6 +293,9 @@ QTextBlockFormat blockFormat(const ParaLook &look, bool isInList)
     if (look.borders != BorderLooks{}) {
         format.setProperty(BordersProperty, bordersText(look.borders));
     }
+    if (!look.openFields.isEmpty()) {
+        format.setProperty(OpenFieldsProperty, look.openFields);
+    }
     return format;
 }
 
@@ -344,6 +348,7 @@ ParaLook paraLook(const QTextBlockFormat &format, bool isInList, qreal indent)
         constexpr QRgb shownColor = qRgb(128, 128, 128);
         look.borders[std::size_t(Side::Bottom)] = {defaultBorderWidth, BorderStyle::Single, shownColor};
     }
+    look.openFields = format.stringProperty(OpenFieldsProperty);
     return look;
 }
 

@@ -24,12 +24,16 @@ enum Property : int {
     // Pictures, beside the image format's own name, width and height
     PictureProperty, // QString: kind and numbers in the writer's notation
 
+    // More of character formats
+    OuterFieldsProperty, // QString: the instructions of the fields around the field, outermost first, one a line
+
     // Block formats
     HangProperty = QTextFormat::UserProperty + 0x200, // int: negative first-line indent of a list's paragraph
     ParagraphFlagsProperty,                           // int: ParaFlag bits of keep lines and keep with next
     StyleNameProperty,                                // QString: the paragraph style
     BordersProperty,                                  // QString: four sides, in the writer's notation
     TableLeadProperty,                                // bool: an empty block that only stands before a table
+    OpenFieldsProperty, // QString: the instructions of the fields that go on in the next paragraph, as above
 
     // List formats
     ListGroupProperty = QTextFormat::UserProperty + 0x300, // int: levels of one list have the same group

@@ -105,6 +105,7 @@ enum class ParaNumber : quint8 {
     Border,       // place in Tables::borders; 0 none
     Shade,        // place in Tables::colors; -1 none
     TableDepth,   // \itap
+    Field,        // place in Tables::fields of the field that goes on behind the paragraph; 0 none
     Count,
 };
 

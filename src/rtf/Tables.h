@@ -133,10 +133,16 @@ struct Picture {
     qint32 operator[](PictureNumber number) const { return numbers[std::size_t(number)]; }
 };
 
-// A field: its instruction as it stands, and the address when it is a hyperlink. Nothing ever follows the address.
+// A field: its instruction as it stands, and the address when it or one around it is a hyperlink. Nothing ever follows
+// the address.
 struct Field {
     QString instruction;
     QString target;
+    QString outer; // the instructions of the fields around it, outermost first, one a line
+    int depth = 0; // fields, this one and those around it
+
+    // The same with its own.
+    QString all() const { return outer.isEmpty() ? instruction : outer + QLatin1Char('\n') + instruction; }
 };
 
 struct Tables {

@@ -74,6 +74,7 @@ private:
     struct OpenField {
         int depth = 0;
         int result = 0;
+        const char *text = nullptr; // where its own begins
     };
 
     bool isInField() const { return !m_fields.isEmpty() && m_fields.last().result == 0; }
@@ -86,8 +87,7 @@ private:
             m_isFresh = true;
             return ++m_depth < deepestClear;
         case Token::Kind::GroupClose:
-            closeGroup();
-            return true;
+            return closeGroup();
         default:
             break;
         }
@@ -117,22 +117,26 @@ private:
 
     bool append(char byte) { return append(QByteArrayView(&byte, 1)); }
 
-    void closeGroup()
+    bool closeGroup()
     {
         m_isFresh = false;
         if (m_depth == 0) {
-            return;
+            return true;
         }
         --m_depth;
         if (m_fields.isEmpty()) {
-            return;
+            return true;
         }
         if (m_fields.last().result > m_depth) {
             m_fields.last().result = 0;
         }
-        if (m_fields.last().depth > m_depth) {
-            m_fields.removeLast();
+        if (m_fields.last().depth <= m_depth) {
+            return true;
         }
+        // A hyperlink without a text shows its address.
+        const bool hasText = m_fields.last().text != m_end;
+        m_fields.removeLast();
+        return hasText;
     }
 
     bool passWord(const Token &token, bool isIgnorable)
@@ -173,7 +177,7 @@ private:
         case Destination::NestedRow:
             return false;
         case Destination::Field:
-            m_fields.append({m_depth, 0});
+            m_fields.append({m_depth, 0, m_end});
             return true;
         case Destination::FieldInstruction:
             return !isInField() ? skip() : passInstruction();

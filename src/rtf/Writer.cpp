@@ -102,6 +102,7 @@ void Writer::writeFrame(QTextFrame::iterator begin, QTextFrame::iterator end, Pa
                 endParagraph(place);
                 place.isOpen = false;
             }
+            closeFields(0);
             const auto *table = qobject_cast<QTextTable *>(frame);
             if (table != nullptr && place.depth < deepestTable) {
                 writeTable(allCells(*table), place.depth + 1);
@@ -134,10 +135,14 @@ void Writer::endParagraph(const Paragraphs &place)
 
 void Writer::writeParagraph(const QTextBlock &block, int depth, bool isFirstOfCell)
 {
-    writeParagraphFormat(block, depth);
     const int length = block.length() - 1;
     const int begin = m_isWhole ? 0 : std::max(0, m_from - block.position());
     const int end = m_isWhole ? length : std::min(length, m_to - block.position());
+    const QString behind = depth == 0 ? block.blockFormat().stringProperty(OpenFieldsProperty) : QString();
+    const QStringList fieldsBehind = behind.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    const QTextBlock::iterator first = block.begin();
+    closeFields(commonFields(first.atEnd() ? fieldsBehind : charWords(first.fragment().charFormatIndex()).fields));
+    writeParagraphFormat(block, depth);
     const bool hasLabel = !m_listPlace.label.isEmpty() && begin == 0;
     if (length == 0) {
         setChars(markWords(block, isFirstOfCell));
@@ -151,7 +156,9 @@ void Writer::writeParagraph(const QTextBlock &block, int depth, bool isFirstOfCe
         }
         writeRuns(block, begin, end);
     }
-    closeField();
+    // A field goes on where its paragraph and the text before agree that it does.
+    closeFields(commonFields(fieldsBehind));
+    setParagraphWords(m_paragraph);
 }
 
 // Paragraph formatting goes on from one paragraph to the next, so it is written where it changes.
@@ -183,6 +190,7 @@ void Writer::writeParagraphFormat(const QTextBlock &block, int depth)
         words.word("\\ls", m_listPlace.number);
         words.word("\\ilvl", m_listPlace.level);
     }
+    m_paragraph = words;
     setParagraphWords(words);
 }
 
@@ -221,7 +229,8 @@ void Writer::writeRuns(const QTextBlock &block, int begin, int end)
             continue;
         }
         const CharWords &words = charWords(fragment.charFormatIndex());
-        openField(words);
+        openFields(words.fields);
+        setParagraphWords(m_paragraph);
         setChars(words);
         const QStringView run = QStringView(text).sliced(first, last - first);
         if (!run.contains(QChar::ObjectReplacementCharacter)) {
@@ -247,35 +256,38 @@ void Writer::writeRunWithPictures(QStringView run, const CharWords &words, const
     m_body.text(run.sliced(begin), words.isPictureFont);
 }
 
-void Writer::openField(const CharWords &words)
+// Closes the fields that what comes is not in, and opens those that it is in. Paragraph formatting that was set in a
+// field ends with it.
+void Writer::openFields(const QStringList &wanted)
 {
-    if (!m_isInField && words.target.isEmpty() && words.instruction.isEmpty()) {
-        return;
+    closeFields(commonFields(wanted));
+    for (auto i = qsizetype(m_fields.size()); i < wanted.size(); ++i) {
+        m_fields.push_back({wanted[i], m_chars, m_paragraphWords});
+        m_body.raw("{\\field{\\*\\fldinst{");
+        m_body.text(wanted[i]);
+        m_body.raw("}}{");
+        m_body.word("\\fldrslt");
     }
-    if (m_isInField && words.target == m_target && words.instruction == m_instruction) {
-        return;
-    }
-    closeField();
-    if (words.instruction.isEmpty() && words.target.isEmpty()) {
-        return;
-    }
-    m_isInField = true;
-    m_target = words.target;
-    m_instruction = words.instruction;
-    m_outerChars = m_chars;
-    m_body.raw("{\\field{\\*\\fldinst{");
-    m_body.text(words.instruction.isEmpty() ? hyperlinkInstruction(words.target) : words.instruction);
-    m_body.raw("}}{");
-    m_body.word("\\fldrslt");
 }
 
-void Writer::closeField()
+void Writer::closeFields(std::size_t left)
 {
-    if (m_isInField) {
+    while (m_fields.size() > left) {
         m_body.raw("}}");
-        m_chars = m_outerChars;
-        m_isInField = false;
+        m_chars = m_fields.back().chars;
+        if (m_paragraphWords != m_fields.back().paragraphWords) {
+            m_paragraphWords = m_fields.back().paragraphWords;
+            m_plainFormatIndex = -1;
+        }
+        m_fields.pop_back();
     }
+}
+
+// How many of the open fields these begin with.
+std::size_t Writer::commonFields(const QStringList &fields) const
+{
+    const auto differs = std::ranges::mismatch(m_fields, fields, {}, &OpenField::instruction);
+    return std::size_t(differs.in1 - m_fields.begin());
 }
 
 } // namespace rtf

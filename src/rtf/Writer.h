@@ -39,9 +39,15 @@ private:
     // The character formatting in words: what each word of the writer's table is set to.
     struct CharWords {
         std::vector<int> values; // as charWords says
-        QString target;
-        QString instruction;
+        QStringList fields;      // their instructions, outermost first
         bool isPictureFont = false;
+    };
+
+    // A field whose result is being written, and what was in force around it.
+    struct OpenField {
+        QString instruction;
+        std::vector<int> chars;
+        QByteArray paragraphWords;
     };
 
     // Where paragraphs are being written.
@@ -66,8 +72,9 @@ private:
     void setParagraphWords(const Output &words);
     void writeRuns(const QTextBlock &block, int begin, int end);
     void writeRunWithPictures(QStringView run, const CharWords &words, const QTextCharFormat &format);
-    void openField(const CharWords &words);
-    void closeField();
+    void openFields(const QStringList &wanted);
+    void closeFields(std::size_t left);
+    std::size_t commonFields(const QStringList &fields) const;
     void setChars(const CharWords &words);
     void writePicture(const Picture &picture);
     const CharWords &charWords(int formatIndex);
@@ -84,12 +91,10 @@ private:
     Output m_body;
     QHash<int, CharWords> m_charWords;
     QHash<int, CharWords> m_cellMarkWords;
-    std::vector<int> m_chars;      // in force
-    std::vector<int> m_outerChars; // in force around the field that is open
-    QString m_target;
-    QString m_instruction;
-    bool m_isInField = false;
+    std::vector<int> m_chars; // in force
+    std::vector<OpenField> m_fields;
     QByteArray m_paragraphWords; // in force; empty before the first paragraph
+    Output m_paragraph;          // the words for the paragraph that is being written
     int m_plainFormatIndex = -1; // of the paragraph before, if it is in no list
     int m_plainDepth = 0;
     WriterTables::ListPlace m_listPlace; // of the paragraph being written, if it is in a list

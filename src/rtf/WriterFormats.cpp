@@ -3,6 +3,7 @@
 
 #include "rtf/Writer.h"
 
+#include "rtf/FieldInstruction.h"
 #include "rtf/TableFormats.h"
 
 #include <QTextDocument>
@@ -190,8 +191,12 @@ Writer::CharWords Writer::wordsOf(const QTextCharFormat &format)
 {
     const CharLook look = charLook(format, m_document.defaultFont());
     CharWords words;
-    words.target = look.target;
-    words.instruction = look.instruction;
+    words.fields = look.outerFields.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    if (!look.instruction.isEmpty()) {
+        words.fields << look.instruction;
+    } else if (!look.target.isEmpty()) {
+        words.fields << hyperlinkInstruction(look.target);
+    }
     words.values.resize(std::size_t(Slot::Count));
     const auto set = [&words](Slot slot, int value) { words.values[std::size_t(slot)] = value; };
     for (const SlotRow &row : slotRows) {

@@ -35,6 +35,7 @@ void Writer::writeTable(const CellRange &cells, int depth)
             } else {
                 writeEmptyCell(depth);
             }
+            closeFields(0);
             m_body.word(depth == 1 ? "\\cell" : "\\nestcell");
             column = std::max(column + 1, cell.column() + cell.columnSpan());
         }

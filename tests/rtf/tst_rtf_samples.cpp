@@ -50,6 +50,7 @@ constexpr Exception exceptions[] = {
     {"other-plain-04", "it leaves out the second of two text boxes"},
     {"other-plain-06", "its labels of a list, which are no text"},
     {"other-table-03", "it leaves out the contents of a form field"},
+    {"other-table-04", "it leaves out equations"},
     {"other-unicode-01", "it shows letters for the Symbol font, and both forms of a text that is given twice"},
     {"riched-image-01", "a picture counts as one blank"},
     {"word-list-01", "its labels of a list, which are no text"},

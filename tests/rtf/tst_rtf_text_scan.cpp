@@ -59,6 +59,8 @@ void TestRtfTextScan::found_data()
     addRow("a link", "{\\field{\\*\\fldinst{HYPERLINK \"there\"}}{\\fldrslt wo}}rds", QStringLiteral("words"));
     addRow("a link in pieces", "w{\\field{\\*\\fldinst{HYPERLINK }{\\b \"a\"}}{\\fldrslt {o}}}rds",
            QStringLiteral("words"));
+    addRow("a link that shows its address", "a{\\field{\\*\\fldinst{HYPERLINK \"words\"}}{\\fldrslt}}b",
+           QStringLiteral("words"));
     addRow("a field of a symbol", "w{\\field{\\*\\fldinst SYMBOL 111}}rds", QStringLiteral("words"));
     addRow("words in a field that are none", "wo{\\field oops{\\fldrslt rds}}", QStringLiteral("words"));
     addRow("a shape", "wo{\\shp{\\*\\shpinst{\\shptxt rds}}}", QStringLiteral("rds"));
