@@ -3,6 +3,7 @@
 
 #include "app/Toolbar.h"
 
+#include "app/DesktopKeys.h"
 #include "app/TableText.h"
 #include "app/ToolbarIcon.h"
 #include "model/Ports.h"
@@ -10,10 +11,12 @@
 
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QHelpEvent>
 #include <QPainter>
 #include <QStyleOption>
 #include <QStylePainter>
 #include <QToolButton>
+#include <QToolTip>
 
 using namespace Qt::StringLiterals;
 
@@ -41,10 +44,37 @@ protected:
     }
 };
 
-// A button whose pressed state shows: styles draw it with so little difference that it is lost on dark colours.
+// What the tool tip adds to the button's name: the key that does the same, in parentheses.
+QString keyOfButton(const ToolbarRow &button)
+{
+    for (const CommandRow &item : commandTable) {
+        if (item.routine != button.routine || item.argument != button.argument)
+            continue;
+        if (const QString key = keyTextOf(item); !key.isEmpty())
+            return u" (%1)"_s.arg(key);
+    }
+    return QString();
+}
+
+// A button whose pressed state shows: styles draw it with so little difference that it is lost on dark colours. Its
+// tool tip is shown with the key, which is no part of its name.
 class ToolbarButton final : public QToolButton
 {
+public:
+    explicit ToolbarButton(const ToolbarRow &row)
+        : m_key(keyOfButton(row))
+    {
+    }
+
 protected:
+    bool event(QEvent *event) override
+    {
+        if (event->type() != QEvent::ToolTip)
+            return QToolButton::event(event);
+        QToolTip::showText(static_cast<QHelpEvent *>(event)->globalPos(), toolTip() + m_key, this);
+        return true;
+    }
+
     void paintEvent(QPaintEvent *event) override
     {
         if (!isChecked() || isDown()) {
@@ -65,6 +95,9 @@ protected:
         option.state &= ~QStyle::State_On;
         painter.drawComplexControl(QStyle::CC_ToolButton, option);
     }
+
+private:
+    QString m_key;
 };
 
 // A button is shown in more states than it may be used in: it then does what the menu item of its routine does.
@@ -123,7 +156,7 @@ Toolbar::Place Toolbar::addPlace(QWidget *content)
 QToolButton *Toolbar::makeButton(std::size_t row)
 {
     const QString key = toText(toolbarTable[row].key);
-    auto *made = new ToolbarButton;
+    auto *made = new ToolbarButton(toolbarTable[row]);
     made->setObjectName(u"tb"_s + toText(toolbarTable[row].icon));
     made->setText(key);
     made->setToolTip(key);

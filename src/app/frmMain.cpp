@@ -6,6 +6,7 @@
 #include "app/CommandBindings.h"
 #include "app/CommandMenus.h"
 #include "app/CommandState.h"
+#include "app/DesktopKeys.h"
 #include "app/DocumentFrame.h"
 #include "app/DroppedFiles.h"
 #include "app/MenuBarKeys.h"
@@ -94,6 +95,7 @@ frmMain::frmMain(QWidget *parent)
     // The menu that Qt offers by itself would show and hide the bar behind the option's back.
     setContextMenuPolicy(Qt::NoContextMenu);
 
+    new DesktopKeyFilter(*this);
     // An action fires before the area of the documents takes the key to switch between them.
     addShortcut("insertTab", QKeySequence(Qt::CTRL | Qt::Key_Tab), "mnuEditInsertTab", modEdit::EditInsertTab);
     addShortcut("help", QKeySequence(QKeySequence::HelpContents), "mnuHelpContents", modHelp::HelpContents);

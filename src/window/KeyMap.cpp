@@ -70,23 +70,14 @@ struct KeyPlace {
     quint32 scanCode;
 };
 
+// Those of the desktop's own keys, too.
 constexpr std::array places = {
-    KeyPlace{Qt::Key_T, 28}, KeyPlace{Qt::Key_I, 31}, KeyPlace{Qt::Key_P, 33},     KeyPlace{Qt::Key_A, 38},
-    KeyPlace{Qt::Key_C, 54}, KeyPlace{Qt::Key_B, 56}, KeyPlace{Qt::Key_Comma, 59}, KeyPlace{Qt::Key_Period, 60},
+    KeyPlace{Qt::Key_Q, 24},     KeyPlace{Qt::Key_W, 25},      KeyPlace{Qt::Key_T, 28}, KeyPlace{Qt::Key_U, 30},
+    KeyPlace{Qt::Key_I, 31},     KeyPlace{Qt::Key_O, 32},      KeyPlace{Qt::Key_P, 33}, KeyPlace{Qt::Key_A, 38},
+    KeyPlace{Qt::Key_S, 39},     KeyPlace{Qt::Key_D, 40},      KeyPlace{Qt::Key_F, 41}, KeyPlace{Qt::Key_H, 43},
+    KeyPlace{Qt::Key_C, 54},     KeyPlace{Qt::Key_B, 56},      KeyPlace{Qt::Key_N, 57}, KeyPlace{Qt::Key_M, 58},
+    KeyPlace{Qt::Key_Comma, 59}, KeyPlace{Qt::Key_Period, 60},
 };
-
-// What the key is on the US layout, for a layout that has another script's letter or another sign on it; 0 for the
-// rest.
-int keyByPlace(const QKeyEvent &event)
-{
-    constexpr int lastLatin1 = 0xff;
-    const int key = event.key();
-    const bool otherScript = key > lastLatin1 && key < Qt::Key_Escape;
-    const bool sign = key < Qt::Key_A && QChar(key).isPunct();
-    const auto place = std::find_if(places.begin(), places.end(),
-                                    [&event](const KeyPlace &each) { return each.scanCode == event.nativeScanCode(); });
-    return place != places.end() && (otherScript || sign) ? place->key : 0;
-}
 
 bool matches(const KeyBinding &binding, int key, const QKeyEvent &event)
 {
@@ -130,4 +121,19 @@ const KeyBinding *bindingOf(const QKeyEvent &event)
 bool isNextDocumentKey(const QKeyEvent &event)
 {
     return event.key() == Qt::Key_F6 && event.modifiers() == Qt::ControlModifier;
+}
+
+int keyByPlace(const QKeyEvent &event)
+{
+    constexpr int lastLatin1 = 0xff;
+    const int key = event.key();
+    const bool otherScript = key > lastLatin1 && key < Qt::Key_Escape;
+    const bool sign = key < Qt::Key_A && QChar(key).isPunct();
+    const auto place = std::find_if(places.begin(), places.end(),
+                                    [&event](const KeyPlace &each) { return each.scanCode == event.nativeScanCode(); });
+    if (place == places.end())
+        return 0;
+    // A sign where the US layout has a letter is a key of its own, which nobody presses for that letter.
+    const bool placeOfSign = place->key < Qt::Key_A;
+    return otherScript || (sign && placeOfSign) ? place->key : 0;
 }

@@ -40,3 +40,7 @@ const KeyBinding *bindingOf(const QKeyEvent &event);
 
 // Whether a key press is Ctrl+F6, which goes to the next document whatever menu item is enabled.
 bool isNextDocumentKey(const QKeyEvent &event);
+
+// What the key is on the US layout, of those that run commands, for a layout that has another script's letter or
+// another sign on it; 0 for the rest.
+int keyByPlace(const QKeyEvent &event);

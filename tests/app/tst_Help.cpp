@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/CommandTable.h"
+#include "app/DesktopKeys.h"
 #include "app/MainFixture.h"
 #include "app/TableText.h"
 #include "app/ToolbarTable.h"
@@ -241,6 +242,17 @@ void tst_Help::everyShownKeyStandsBesideItsItem()
         });
         QVERIFY2(stands, qPrintable(begin));
     }
+    for (const DesktopKey &desktopKey : desktopKeys) {
+        const CommandRow &row = commandTable[commandRow(desktopKey.item)];
+        const QString key = QKeySequence(desktopKey.key).toString();
+        const QString begin = captionOf(row).words + u" ("_s;
+        const QStringList lines = linesOf(u"The %1 menu"_s.arg(captionOf(menuOf(row)).words));
+        const bool stands = std::any_of(lines.begin(), lines.end(), [&](const QString &line) {
+            const QString inParentheses = line.section(u'(', 1).section(u')', 0, 0);
+            return line.startsWith(begin) && inParentheses.split(u", "_s).contains(key);
+        });
+        QVERIFY2(stands, qPrintable(begin + key));
+    }
     QVERIFY(keys > 20);
 }
 
@@ -266,6 +278,10 @@ void tst_Help::everyKeyIsListed()
     const QSet<QString> keys = listedKeys();
     for (const KeyBinding &binding : keyMap())
         QVERIFY2(keys.contains(nameOf(binding)), qPrintable(nameOf(binding)));
+    for (const DesktopKey &desktopKey : desktopKeys) {
+        const QString key = QKeySequence(desktopKey.key).toString();
+        QVERIFY2(keys.contains(key), qPrintable(key));
+    }
     for (const CommandRow &row : commandTable) {
         QString key = captionOf(row).key;
         key.replace(u"Plus"_s, u"Num +"_s).replace(u"Minus"_s, u"Num -"_s);

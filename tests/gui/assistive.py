@@ -93,7 +93,7 @@ def walk(accessible, enter=lambda accessible: True):
 
 
 def access_key(item):
-    """The letter that chooses a menu item; empty where it has none."""
+    """The letter that chooses a menu item; empty where it has none. An item with a key of its own tells that instead."""
     return item.queryAction().getKeyBinding(0).removeprefix("Alt+").lower()
 
 
@@ -101,7 +101,9 @@ def choose_item(item):
     """Chooses an item of the menu that shows it."""
     letter = access_key(item)
     others = [each for each in children(item.parent) if role_of(each) == "menu item" and each.name]
-    if letter and sum(access_key(each) == letter for each in others) == 1:
+    # Where an item tells its key, its letter may be this one, too.
+    clear = all(len(access_key(each)) <= 1 for each in others)
+    if letter and clear and sum(access_key(each) == letter for each in others) == 1:
         press(letter)
         return
     # A letter that several items have goes from one to the next, but not beyond one that is not enabled: the arrows do.

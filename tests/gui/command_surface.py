@@ -94,7 +94,8 @@ class Surface:
             self.items[row["name"]] = each
             if row["name"] == "mnuOutlineTaggedEntry":
                 continue
-            if each.name != without_marks(row["caption"]) or access_key(each) != marked_letter(row["caption"]):
+            told = row["shortcut"].lower() or marked_letter(row["caption"])
+            if each.name != without_marks(row["caption"]) or access_key(each) != told:
                 fail(f"{row['name']} reads {each.name!r} with {access_key(each)!r}, not {row['caption']!r}")
 
     def facts(self):

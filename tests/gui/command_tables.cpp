@@ -7,6 +7,7 @@
 
 #include "app/CommandBindings.h"
 #include "app/CommandState.h"
+#include "app/DesktopKeys.h"
 #include "app/TableText.h"
 #include "app/ToolbarRules.h"
 #include "window/KeyMap.h"
@@ -98,6 +99,15 @@ Situation situationOf(const QString &line)
     return situation;
 }
 
+QString shortcutOf(const CommandRow &row)
+{
+    for (const DesktopKey &each : desktopKeys) {
+        if (each.item == row.name)
+            return QKeySequence(each.key).toString();
+    }
+    return QString();
+}
+
 bool isBound(const CommandRow &row, const BoundRoutines &bound)
 {
     return row.kind != RowKind::Command || bound.contains(row.routine);
@@ -110,6 +120,7 @@ QJsonObject tables(const BoundRoutines &bound)
     for (const CommandRow &row : commandTable)
         items.append(QJsonObject{{u"name"_s, toText(row.name)},
                                  {u"caption"_s, toText(row.caption)},
+                                 {u"shortcut"_s, shortcutOf(row)},
                                  {u"parent"_s, toText(row.parent)},
                                  {u"kind"_s, QString::fromLatin1(kinds[static_cast<std::size_t>(row.kind)])},
                                  {u"bound"_s, isBound(row, bound)}});
@@ -123,6 +134,15 @@ QJsonObject tables(const BoundRoutines &bound)
             QJsonObject{{u"modifiers"_s, QString::fromLatin1(modifiers[static_cast<std::size_t>(binding.modifiers)])},
                         {u"key"_s, QKeySequence(binding.key).toString()},
                         {u"item"_s, toText(binding.item)}});
+    for (const DesktopKey &each : desktopKeys) {
+        const bool shift = each.key.keyboardModifiers().testFlag(Qt::ShiftModifier);
+        const bool ctrl = each.key.keyboardModifiers().testFlag(Qt::ControlModifier);
+        keys.append(QJsonObject{{u"modifiers"_s, shift  ? u"ctrl+shift"_s
+                                                 : ctrl ? u"ctrl"_s
+                                                        : QString()},
+                                {u"key"_s, QKeySequence(each.key.key()).toString()},
+                                {u"item"_s, toText(each.item)}});
+    }
     return {{u"items"_s, items}, {u"buttons"_s, buttons}, {u"keys"_s, keys}};
 }
 

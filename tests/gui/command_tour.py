@@ -23,6 +23,10 @@ TYPED = {("keypad", "+"): "KP_Add", ("keypad", "-"): "KP_Subtract", ("", "F2"): 
          ("alt", "Del"): "alt+Delete", **{("alt", letter): f"alt+{letter.lower()}" for letter in "ABICPT"},
          **{("alt", key): f"alt+{key}" for key in ("Left", "Right", "Up", "Down", "Home", "End")}}
 
+# And those that every program of the desktop has.
+DESKTOP = {**{("ctrl", letter): f"ctrl+{letter.lower()}" for letter in "NOSWPQFHBIU"},
+           ("ctrl+shift", "S"): "ctrl+shift+s", ("", "F3"): "F3"}
+
 # Other names for keys of the list above, for keyboards that tell them so.
 ALIASES = {("ctrl+shift", ","), ("ctrl+shift", ".")}
 
@@ -210,6 +214,7 @@ class Tour:
     def no_document(self):
         self.look("with no document")
         self.menus_open_by_their_access_keys()
+        press("ctrl+s", "ctrl+shift+s", "ctrl+w", "ctrl+p", "ctrl+h", "ctrl+b", "ctrl+i", "ctrl+u")
         press(*TYPED.values(), "ctrl+Tab", "ctrl+F6", "Menu", "Insert", "Delete", "alt+o", "alt+e")
         self.everything_enabled()
         if self.captions():
@@ -348,6 +353,12 @@ class Tour:
         for name, button in FORMATS.items():
             self.choose(name)
             wait(lambda shown=button: is_checked(self.surface.buttons[shown]), f"the pressed button {button}")
+        for name, keys in (("mnuEditFormatBold", "ctrl+b"), ("mnuEditFormatItalic", "ctrl+i"),
+                           ("mnuEditFormatUnderline", "ctrl+u")):
+            button = self.surface.buttons[FORMATS[name]]
+            for pressed in (False, True):
+                self.key(keys)
+                wait(lambda shown=button, on=pressed: is_checked(shown) == on, f"the button of {name} to follow {keys}")
         for name in ("StrikeThrough", "Bullet", "Indent", "Unindent"):
             self.choose(f"mnuEditFormat{name}")
         self.choose("mnuEditCurrentFont", answer="Escape")
@@ -388,11 +399,17 @@ class Tour:
         self.look("after finding")
         self.chosen.add("mnuSearchFind")
         self.choose("mnuSearchReplace", answer="Escape")
+        self.key("ctrl+f", answer="Escape")
+        self.key("ctrl+h", answer="Escape")
         self.choose("mnuViewGoToText")
         press("ctrl+Home")
         wait_equal(lambda: pane.queryText().caretOffset, 0, "the place of the caret at the beginning")
         self.choose("mnuSearchRepeat")
         wait_equal(lambda: pane.queryText().caretOffset, len("Third text"), "the place of the caret after repeating")
+        press("ctrl+Home")
+        wait_equal(lambda: pane.queryText().caretOffset, 0, "the place of the caret at the beginning again")
+        self.key("F3")
+        wait_equal(lambda: pane.queryText().caretOffset, len("Third text"), "the place of the caret after F3")
 
     def width(self, role):
         return self.program.in_document(role).queryComponent().getExtents(pyatspi.DESKTOP_COORDS).width
@@ -453,6 +470,13 @@ class Tour:
         wait(lambda: self.are_tiled("width", "height", "x", "y"), "windows behind each other")
         self.choose("mnuWindowArrangeIcons")
         self.close()
+        self.key("ctrl+n", label="Newer")
+        self.expect("naming another new document", "Newer <")
+        self.key("ctrl+w", answer="alt+n")
+        wait_equal(lambda: len(self.captions()), 1, "the documents after Ctrl+W")
+        self.look("after Ctrl+W")
+        self.key("ctrl+o", answer="Escape")
+        self.key("ctrl+q", answer="Escape")
 
     def are_tiled(self, same, also_same, *different):
         one, other = self.frames()
@@ -478,6 +502,11 @@ class Tour:
             before = os.stat(path).st_mtime_ns
             self.choose(name)
             wait(lambda: os.stat(path).st_mtime_ns != before, f"the saved file by {name}")
+        before = os.stat(path).st_mtime_ns
+        self.key("ctrl+s")
+        wait(lambda: os.stat(path).st_mtime_ns != before, "the saved file by Ctrl+S")
+        self.key("ctrl+shift+s", answer="Escape")
+        self.key("ctrl+p", answer="Escape")
         self.save_as("mnuFileSaveAs", "copy.qly")
         wait_equal(self.captions, ["copy.qly"], "the documents after saving under another name")
         rows = self.rows()
@@ -552,7 +581,7 @@ class Tour:
             fail(f"never chosen: {missed}")
         for key in self.tables.keys:
             name = (key["modifiers"], key["key"])
-            if name not in ALIASES and TYPED.get(name) not in self.pressed:
+            if name not in ALIASES and {**TYPED, **DESKTOP}.get(name) not in self.pressed:
                 fail(f"never pressed: {name}")
 
     def run(self):
