@@ -55,6 +55,12 @@ public:
 
     void setSelText(const QString &) override {}
 
+    bool pasteRTF(const QByteArray &) override { return false; }
+
+    bool pasteText(const QString &) override { return false; }
+
+    bool pastePicture(const QByteArray &) override { return false; }
+
     void mapSelText(const std::function<QString(const QString &)> &) override {}
 
     void changeSelection(const rtf::CharChange &) override {}

@@ -14,10 +14,27 @@ namespace limits
 // of a paragraph's glyphs in an int and goes down with the program at some 150 million characters.
 constexpr qsizetype longestParagraph = 1'000'000;
 
+// Characters without a place to break the line. Each line looks through the rest of them: half a million take minutes.
+constexpr qsizetype longestWord = 100'000;
+
 // Paragraphs that the text pane lays out. Beyond, its layout takes time that grows faster than the text.
 constexpr qsizetype mostParagraphs = 100'000;
 
 // Characters of one text that the text pane lays out.
 constexpr qsizetype longestText = 20'000'000;
+
+// What is pasted with its formatting: HTML elements, and cells of tables. Beyond, laying it out takes many seconds.
+constexpr qsizetype mostElements = 100'000;
+constexpr qsizetype mostCells = 20'000;
+
+// HTML elements within each other; those further in are taken for their words.
+constexpr std::size_t deepestElement = 200;
+
+// Items of one list of a web page.
+constexpr int longestHtmlList = 1000;
+
+// Bytes of a picture, or of all pictures that a web page brings along, and how many they may be.
+constexpr qint64 largestPicture = 32'000'000;
+constexpr std::size_t mostPastedPictures = 500;
 
 } // namespace limits

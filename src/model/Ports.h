@@ -134,7 +134,8 @@ public:
     virtual QString itemCaption(int iIndex) const = 0;
 };
 
-// The desktop's clipboard, which holds plain text, rich text (RTF), both or neither. Setting one removes the other.
+// The desktop's clipboard, which holds plain text, rich text (RTF), a picture, several of them or none. Setting one
+// removes the others.
 class Clipboard
 {
 public:
@@ -145,6 +146,8 @@ public:
     virtual void setText(const QString &text) = 0;
     virtual QByteArray richText() const = 0;
     virtual void setRichText(const QByteArray &rtf) = 0;
+    // A picture's file; empty when there is none.
+    virtual QByteArray picture() const = 0;
 };
 
 class Clock

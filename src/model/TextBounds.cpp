@@ -36,12 +36,34 @@ qsizetype wholeCharacters(QStringView text, qsizetype length)
     return halved ? length - 1 : length;
 }
 
+// Lines break at blanks, and between the characters of the scripts of East Asia.
+bool endsWord(QChar character)
+{
+    constexpr char16_t firstEastAsian = u'\u2e80';
+    return character.isSpace() || character >= firstEastAsian;
+}
+
+// Where in a paragraph its first too long word passes the bound, or the paragraph's end.
+qsizetype endOfBoundedWords(QStringView text, qsizetype start, qsizetype end)
+{
+    if (end - start <= limits::longestWord)
+        return end;
+    qsizetype word = start;
+    for (qsizetype at = start; at < end; ++at) {
+        if (endsWord(text[at]))
+            word = at + 1;
+        else if (at - word == limits::longestWord)
+            return at;
+    }
+    return end;
+}
+
 } // namespace
 
 qsizetype mayBeLaidOut(QStringView text, LineFeed lineFeed)
 {
     // Bounds on the characters alone let nearly every text through without a look at it.
-    if (text.size() <= std::min(limits::longestParagraph, limits::mostParagraphs))
+    if (text.size() <= std::min({limits::longestParagraph, limits::mostParagraphs, limits::longestWord}))
         return text.size();
     qsizetype start = 0;
     for (qsizetype paragraphs = 0; start < text.size(); ++paragraphs) {
@@ -49,8 +71,9 @@ qsizetype mayBeLaidOut(QStringView text, LineFeed lineFeed)
             return start;
         const qsizetype end = lineEndFrom(text, start, lineFeed);
         const qsizetype longest = std::min(limits::longestParagraph, limits::longestText - start);
-        if (end - start > longest)
-            return wholeCharacters(text, start + longest);
+        const qsizetype laidOut = endOfBoundedWords(text, start, std::min(end, start + longest));
+        if (laidOut < end)
+            return wholeCharacters(text, laidOut);
         start = behindLineEnd(text, end);
         if (start >= limits::longestText)
             return std::min(start, text.size());

@@ -48,6 +48,13 @@ public:
     virtual void setSelRTF(const QByteArray &rtf) = 0;
     virtual QString SelText() const = 0;
     virtual void setSelText(const QString &text) = 0;
+    // These put what comes from elsewhere in the place of the selection. What is too much to be laid out with its
+    // formatting comes as words alone, if the user agrees; what is too much even so is refused and the user is told.
+    // False when nothing was put in.
+    virtual bool pasteRTF(const QByteArray &rtf) = 0;
+    virtual bool pasteText(const QString &text) = 0;
+    // The picture's file.
+    virtual bool pastePicture(const QByteArray &file) = 0;
     // Replaces the selected text, each stretch of one look by what `map` makes of it, in order, and leaves the caret
     // behind it. A stretch of line breaks is shown to `map` but stays.
     virtual void mapSelText(const std::function<QString(const QString &)> &map) = 0;

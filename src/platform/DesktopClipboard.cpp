@@ -3,6 +3,7 @@
 
 #include "platform/DesktopClipboard.h"
 
+#include "platform/PastedPicture.h"
 #include "platform/RichTextMime.h"
 
 #include <QClipboard>
@@ -38,4 +39,10 @@ QString DesktopClipboard::text() const
 void DesktopClipboard::setText(const QString &text)
 {
     QGuiApplication::clipboard()->setText(QString(text).replace("\r\n"_L1, "\n"_L1));
+}
+
+QByteArray DesktopClipboard::picture() const
+{
+    const QMimeData *held = QGuiApplication::clipboard()->mimeData();
+    return held ? PastedPicture::fileIn(*held) : QByteArray();
 }

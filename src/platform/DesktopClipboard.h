@@ -15,4 +15,5 @@ public:
     void setText(const QString &text) override;
     QByteArray richText() const override;
     void setRichText(const QByteArray &rtf) override;
+    QByteArray picture() const override;
 };

@@ -6,19 +6,17 @@
 #include "model/EntryText.h"
 #include "model/SealedDocument.h"
 #include "platform/AltCharacter.h"
-#include "platform/RichTextMime.h"
 #include "rtf/PlainText.h"
 #include "rtf/Rtf.h"
 #include "rtf/SelectedStretches.h"
 #include "rtf/VisibleText.h"
 #include "util/AnsiCodec.h"
 
-#include <QDropEvent>
+#include <QDragEnterEvent>
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QTextBlock>
-#include <QTextDocumentFragment>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -35,42 +33,6 @@ QString withDocumentBreaks(QString text)
         .replace("\r\n"_L1, "\r"_L1)
         .replace(u'\r', QChar::ParagraphSeparator)
         .replace(u'\n', QChar::LineSeparator);
-}
-
-// A text from elsewhere, in which every kind of line break ends a paragraph.
-QString withParagraphs(QString text)
-{
-    return withDocumentBreaks(text.replace("\r\n"_L1, "\n"_L1).replace(u'\n', u'\r'));
-}
-
-// Takes out the pictures of a stretch of the document. HTML only names where its pictures are to be had.
-void removePictures(QTextDocument &document, int from, int to)
-{
-    std::vector<std::pair<int, int>> pictures;
-    for (QTextBlock block = document.findBlock(from); block.isValid() && block.position() < to; block = block.next()) {
-        for (auto it = block.begin(); !it.atEnd(); ++it) {
-            const QTextFragment fragment = it.fragment();
-            if (fragment.charFormat().isImageFormat() && fragment.position() >= from && fragment.position() < to)
-                pictures.emplace_back(fragment.position(), fragment.position() + fragment.length());
-        }
-    }
-    QTextCursor cursor(&document);
-    for (auto picture = pictures.crbegin(); picture != pictures.crend(); ++picture) {
-        cursor.setPosition(picture->first);
-        cursor.setPosition(picture->second, QTextCursor::KeepAnchor);
-        cursor.removeSelectedText();
-    }
-}
-
-// Takes the selection away and leaves the cursor where what replaces it goes: of cells, the first one.
-void removeSelection(QTextCursor &cursor)
-{
-    std::optional<int> firstCell;
-    if (cursor.hasComplexSelection())
-        firstCell = rtf::selectedStretches(cursor).front().from;
-    cursor.removeSelectedText();
-    if (firstCell)
-        cursor.setPosition(*firstCell);
 }
 
 // Keys of the desktop's text fields that would surprise here: they delete or jump by single letters that are, or may
@@ -173,6 +135,23 @@ void RichTextBox::noteSelection()
         return;
     m_noted = now;
     Q_EMIT selectionMoved();
+}
+
+// Takes the selection away and leaves the cursor where what replaces it goes: of cells, the first one.
+void RichTextBox::removeSelection(QTextCursor &cursor)
+{
+    std::optional<int> firstCell;
+    if (cursor.hasComplexSelection())
+        firstCell = rtf::selectedStretches(cursor).front().from;
+    cursor.removeSelectedText();
+    if (firstCell)
+        cursor.setPosition(*firstCell);
+}
+
+// A text from elsewhere, in which every kind of line break ends a paragraph.
+QString RichTextBox::withParagraphs(QString text)
+{
+    return withDocumentBreaks(text.replace("\r\n"_L1, "\n"_L1).replace(u'\n', u'\r'));
 }
 
 QByteArray RichTextBox::SelRTF() const
@@ -442,45 +421,4 @@ void RichTextBox::dragEnterEvent(QDragEnterEvent *event)
         event->ignore();
     else
         QTextEdit::dragEnterEvent(event);
-}
-
-QMimeData *RichTextBox::createMimeDataFromSelection() const
-{
-    const QTextCursor cursor = textCursor();
-    auto *mimeData = new QMimeData;
-    mimeData->setData(RichTextMime::written, rtf::write(cursor));
-    mimeData->setHtml(cursor.selection().toHtml());
-    mimeData->setText(rtf::plainText(cursor).replace("\r\n"_L1, "\n"_L1));
-    return mimeData;
-}
-
-bool RichTextBox::canInsertFromMimeData(const QMimeData *source) const
-{
-    return !Locked() && (RichTextMime::isIn(*source) || source->hasHtml() || source->hasText());
-}
-
-void RichTextBox::insertFromMimeData(const QMimeData *source)
-{
-    if (!source || !canInsertFromMimeData(source))
-        return;
-    const QByteArray richText = RichTextMime::textOf(*source);
-    if (!richText.isEmpty())
-        setSelRTF(richText);
-    else if (source->hasHtml())
-        insertHtmlFragment(source->html());
-    else if (source->hasText())
-        insertPlain(withParagraphs(source->text()));
-    ensureCursorVisible();
-}
-
-void RichTextBox::insertHtmlFragment(const QString &html)
-{
-    QTextCursor cursor = textCursor();
-    cursor.beginEditBlock();
-    removeSelection(cursor);
-    const int from = cursor.position();
-    cursor.insertFragment(QTextDocumentFragment::fromHtml(html, document()));
-    removePictures(*document(), from, cursor.position());
-    cursor.endEditBlock();
-    setTextCursor(cursor);
 }

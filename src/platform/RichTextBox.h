@@ -10,6 +10,8 @@
 
 #include <optional>
 
+struct BoundedHtml;
+
 // The rich-text pane, on Qt's text editor. Nothing that is loaded, pasted or dropped makes it read a file or an
 // address that a text names.
 class RichTextBox final : public QTextEdit, public TextPane
@@ -30,6 +32,9 @@ public:
     QString SelText() const override;
     // CR LF (or CR) begins a new paragraph, a lone LF a new line within the paragraph, as in Text().
     void setSelText(const QString &text) override;
+    bool pasteRTF(const QByteArray &rtf) override;
+    bool pasteText(const QString &text) override;
+    bool pastePicture(const QByteArray &file) override;
     void mapSelText(const std::function<QString(const QString &)> &map) override;
     void changeSelection(const rtf::CharChange &change) override;
     void changeText(const rtf::CharChange &change) override;
@@ -96,6 +101,7 @@ protected:
     void focusInEvent(QFocusEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
     QMimeData *createMimeDataFromSelection() const override;
     bool canInsertFromMimeData(const QMimeData *source) const override;
     void insertFromMimeData(const QMimeData *source) override;
@@ -115,7 +121,14 @@ private:
     QTextDocument *freshDocument();
     void showDocument(QTextDocument *fresh);
     void insertPlain(const QString &text);
-    void insertHtmlFragment(const QString &html);
+    static QString withParagraphs(QString text);
+    static void removeSelection(QTextCursor &cursor);
+    void tellUser(const QString &text);
+    bool hasRoomFor(const QString &text);
+    bool pasteWords(const QString &text);
+    void pasteHtml(const QString &html, const QString &text);
+    void insertHtmlFragment(const BoundedHtml &bounded);
+    void holdPictures(int from, int to, const std::vector<QByteArray> &files);
     void noteChange();
     void noteSelection();
 
@@ -133,4 +146,5 @@ private:
     std::optional<int> m_stepsBefore;
     std::optional<Noted> m_noted;
     bool m_loading = false;
+    bool m_isDropping = false;
 };

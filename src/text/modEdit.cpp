@@ -132,9 +132,11 @@ void EditPaste()
 {
     onActiveText("modEdit EditPaste", [](TextPane &pane) {
         if (const QByteArray rtf = ports().clipboard->richText(); !rtf.isEmpty())
-            pane.setSelRTF(rtf);
+            pane.pasteRTF(rtf);
         else if (const QString text = ports().clipboard->text(); !text.isEmpty())
-            pane.setSelText(text);
+            pane.pasteText(text);
+        else if (const QByteArray picture = ports().clipboard->picture(); !picture.isEmpty())
+            pane.pastePicture(picture);
     });
 }
 
@@ -146,7 +148,7 @@ void EditPasteSpecial()
         if (text.isEmpty())
             text = rtf::toPlainText(ports().clipboard->richText());
         if (!text.isEmpty())
-            pane.setSelText(text);
+            pane.pasteText(text);
     });
 }
 

@@ -14,7 +14,7 @@ void EditCut();
 // Puts the selection on the clipboard as rich text alone.
 void EditCopy();
 
-// Inserts the clipboard's rich text, else its plain text.
+// Inserts the clipboard's rich text, else its plain text, else its picture.
 void EditPaste();
 
 // Inserts the clipboard's text without formatting.

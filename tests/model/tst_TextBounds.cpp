@@ -8,6 +8,16 @@
 
 using namespace Qt::StringLiterals;
 
+namespace
+{
+
+QString words(qsizetype length)
+{
+    return u"words and "_s.repeated(length / 10 + 1).left(length);
+}
+
+} // namespace
+
 class tst_TextBounds : public QObject
 {
     Q_OBJECT
@@ -26,13 +36,21 @@ void tst_TextBounds::atTheBoundAndOneBeyond_data()
     const auto row = [](const char *name, const QString &text, qsizetype length) {
         QTest::newRow(name) << text << length;
     };
-    const QString longest(limits::longestParagraph, u'x');
+    const QString longest = words(limits::longestParagraph);
     row("nothing", QString(), 0);
     row("a short text", u"one\r\ntwo\r\n"_s, 10);
     row("the longest paragraph", longest, limits::longestParagraph);
     row("a longer one", longest + u'x', limits::longestParagraph);
     row("the longest paragraph twice", longest + u"\r\n"_s + longest, 2 * limits::longestParagraph + 2);
     row("a longer one behind it", longest + u"\r\n"_s + longest + u'x', 2 * limits::longestParagraph + 2);
+
+    const QString word(limits::longestWord, u'x');
+    row("the longest word", word, limits::longestWord);
+    row("a longer word", word + u'x', limits::longestWord);
+    row("longest words", word + u' ' + word + u"\r\n"_s + word, 3 * limits::longestWord + 3);
+    row("a longer word behind another", u"a "_s + word + u'x', limits::longestWord + 2);
+    const QString ideographs(2 * limits::longestWord, u'\u6f22');
+    row("a script without blanks", ideographs, 2 * limits::longestWord);
 
     const QString lines = u"a\r\n"_s.repeated(limits::mostParagraphs);
     row("the most paragraphs", lines, lines.size());
@@ -41,7 +59,7 @@ void tst_TextBounds::atTheBoundAndOneBeyond_data()
     row("empty paragraphs", empty, limits::mostParagraphs);
     row("one more empty paragraph", empty + u'\r', limits::mostParagraphs);
 
-    const QString whole = (QString(999'998, u'x') + u"\r\n"_s).repeated(limits::longestText / 1'000'000);
+    const QString whole = (words(999'998) + u"\r\n"_s).repeated(limits::longestText / 1'000'000);
     row("the longest text", whole, limits::longestText);
     row("a longer text", whole + u'x', limits::longestText);
 }
@@ -65,7 +83,7 @@ void tst_TextBounds::noCharacterIsHalved()
 {
     const QString text = u"x"_s + u"\U0001F600"_s.repeated(limits::longestParagraph);
     QCOMPARE(mayBeLaidOut(text, LineFeed::EndsParagraph), limits::longestParagraph - 1);
-    const QString lines = (QString(999'998, u'x') + u"\r\n"_s).repeated(limits::longestText / 1'000'000);
+    const QString lines = (words(999'998) + u"\r\n"_s).repeated(limits::longestText / 1'000'000);
     QCOMPARE(mayBeLaidOut(u"x"_s + lines, LineFeed::EndsParagraph), lines.size() + 1);
 }
 

@@ -99,6 +99,20 @@ public:
 
     void setSelText(const QString &text) override { setSelRTF(text.toLatin1()); }
 
+    bool pasteRTF(const QByteArray &newRtf) override
+    {
+        setSelRTF(newRtf);
+        return true;
+    }
+
+    bool pasteText(const QString &text) override
+    {
+        setSelText(text);
+        return true;
+    }
+
+    bool pastePicture(const QByteArray &) override { return false; }
+
     void mapSelText(const std::function<QString(const QString &)> &map) override { setSelText(map(SelText())); }
 
     void changeSelection(const rtf::CharChange &change) override

@@ -236,8 +236,11 @@ public:
         heldRich = rtf;
     }
 
+    QByteArray picture() const override { return heldPicture; }
+
     QString held;
     QByteArray heldRich;
+    QByteArray heldPicture;
 };
 
 // A clock that stands still.

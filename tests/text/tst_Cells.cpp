@@ -8,8 +8,11 @@
 #include "text/modEdit.h"
 #include "text/modFont.h"
 
+#include <QClipboard>
+#include <QGuiApplication>
 #include <QTest>
 #include <QTextBlock>
+#include <QTextFrame>
 #include <QTextTable>
 
 #include <memory>
@@ -77,6 +80,14 @@ private Q_SLOTS:
     void paragraphsOfThoseCellsAloneAreChanged_data() { drags(); }
 
     void paragraphsOfThoseCellsAloneAreChanged();
+
+    void theSameCellsAreSelectedAfterTheCaseHasGoneRound_data() { drags(); }
+
+    void theSameCellsAreSelectedAfterTheCaseHasGoneRound();
+
+    void cuttingPutsThoseCellsOnTheClipboard_data() { drags(); }
+
+    void cuttingPutsThoseCellsOnTheClipboard();
 
     void everyCellBeginsAName();
     void aColumnWhoseFirstCellIsEmptyGrowsByAPoint();
@@ -260,6 +271,47 @@ void tst_Cells::paragraphsOfThoseCellsAloneAreChanged()
     modEdit::EditFormatBullet();
     QCOMPARE(wordsWhere([](const QTextCursor &word) { return word.block().textList() != nullptr; }), cells);
     QCOMPARE(m_box->SelBullet(), std::optional(true));
+}
+
+void tst_Cells::theSameCellsAreSelectedAfterTheCaseHasGoneRound()
+{
+    QFETCH(const QStringList, cells);
+    showFourCells();
+    dragOverRow();
+    for (int i = 0; i < 3; ++i) {
+        modEdit::EditCaseToggle();
+        QVERIFY(m_box->SelHoldsCells());
+    }
+    QCOMPARE(shownText(), textWith({}, gone));
+    modEdit::EditFormatBold();
+    QCOMPARE(wordsWhere([](const QTextCursor &word) { return word.charFormat().fontWeight() == QFont::Bold; }), cells);
+}
+
+void tst_Cells::cuttingPutsThoseCellsOnTheClipboard()
+{
+    QFETCH(const QStringList, cells);
+    const auto text = [&](const QString &row) {
+        return cells.size() == 4                                    ? u"ka\tkb"_s + row + u"kc\tkd"_s
+               : cells.contains(u"ka"_s) == cells.contains(u"kb"_s) ? cells.join(u'\t')
+                                                                    : cells.join(row);
+    };
+    showFourCells();
+    dragOverRow();
+    QCOMPARE(m_box->SelText(), text(u"\r\n"_s));
+    modEdit::EditCut();
+    QCOMPARE(QGuiApplication::clipboard()->text(), text(u"\n"_s));
+    QCOMPARE(shownText(), textWith(cells, gone));
+    m_box->undo();
+    dragOverRow();
+    QTest::keyClick(m_box.get(), Qt::Key_X, Qt::ControlModifier);
+    QCOMPARE(QGuiApplication::clipboard()->text(), text(u"\n"_s));
+    QCOMPARE(shownText(), textWith(cells, gone));
+    // And back comes what was taken away, formatting and all.
+    m_box->setTextRTF({});
+    QTest::keyClick(m_box.get(), Qt::Key_V, Qt::ControlModifier);
+    for (const QString &word : {u"ka"_s, u"kb"_s, u"kc"_s, u"kd"_s})
+        QCOMPARE(m_box->Text().contains(word), cells.contains(word));
+    QCOMPARE(m_box->document()->rootFrame()->childFrames().size(), 1);
 }
 
 void tst_Cells::everyCellBeginsAName()

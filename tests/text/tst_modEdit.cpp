@@ -79,6 +79,7 @@ private Q_SLOTS:
     void cutAndPasteLoseIt();
     void cutGivesOtherProgramsTheirLineBreaks();
     void pasteSpecialLosesItAlways();
+    void pasteTakesAPictureWhereThereIsNoText();
     void pasteOfNothingDoesNothing();
     void copyPutsRichTextThereAlone();
     void theCaseGoesRound();
@@ -338,6 +339,22 @@ void tst_modEdit::pasteSpecialLosesItAlways()
     selectAll();
     modEdit::EditPasteSpecial();
     QCOMPARE(m_box->Text(), u"one\r\ntwo"_s);
+}
+
+void tst_modEdit::pasteTakesAPictureWhereThereIsNoText()
+{
+    QImage image(30, 20, QImage::Format_RGB32);
+    image.fill(Qt::blue);
+    QGuiApplication::clipboard()->setImage(image);
+    modEdit::EditPaste();
+    QCOMPARE(m_box->Text(), u" "_s);
+    QVERIFY(m_box->TextRTF().contains("\\pngblip"));
+    auto *both = new QMimeData;
+    both->setImageData(image);
+    both->setText(u"words"_s);
+    QGuiApplication::clipboard()->setMimeData(both);
+    modEdit::EditPaste();
+    QCOMPARE(m_box->Text(), u" words"_s);
 }
 
 void tst_modEdit::pasteOfNothingDoesNothing()

@@ -1,0 +1,257 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+// What goes from the text to the clipboard and comes from there, or by a drop.
+
+#include "platform/RichTextBox.h"
+
+#include "model/BoundedHtml.h"
+#include "model/HtmlTokens.h"
+#include "model/Limits.h"
+#include "model/Ports.h"
+#include "model/TextBounds.h"
+#include "platform/PastedPicture.h"
+#include "platform/RichTextMime.h"
+#include "rtf/Limits.h"
+#include "rtf/Pictures.h"
+#include "rtf/PlainText.h"
+#include "rtf/Rtf.h"
+#include "rtf/VisibleText.h"
+
+#include <QDropEvent>
+#include <QMimeData>
+#include <QScopedValueRollback>
+#include <QTextBlock>
+#include <QTextDocumentFragment>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// A pasted picture is shown no wider than the text, but even in a narrow pane it can be made out.
+constexpr int leastPictureWidth = 480; // pixels
+
+const QString tooLong = u"This is more text than one entry can show, so nothing was put in. It is still where it was "
+                        "copied from."_s;
+const QString badPicture = u"This picture is damaged, or larger than an entry can hold, so nothing was put in."_s;
+const QString onlyItsWords =
+    u"This has so many tables or so much formatting that only its words were put into the entry."_s;
+const QString wordsInstead =
+    u"This has so many tables or so much formatting that showing it would take minutes. Do you "
+    "want to put only its words into the entry?"_s;
+
+// How many cells of tables an RTF text ends.
+qsizetype cellsIn(const QByteArray &rtf)
+{
+    constexpr QByteArrayView word("\\cell");
+    qsizetype cells = 0;
+    for (qsizetype at = rtf.indexOf(word); at >= 0; at = rtf.indexOf(word, at)) {
+        at += word.size();
+        const char next = at < rtf.size() ? rtf[at] : ' ';
+        cells += next >= 'a' && next <= 'z' ? 0 : 1;
+    }
+    return cells;
+}
+
+// The pictures of a stretch of the document, from the last to the first; each is one character.
+std::vector<std::pair<int, QTextImageFormat>> picturesIn(const QTextDocument &document, int from, int to)
+{
+    std::vector<std::pair<int, QTextImageFormat>> pictures;
+    for (QTextBlock block = document.findBlock(from); block.isValid() && block.position() < to; block = block.next()) {
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            const QTextFragment fragment = it.fragment();
+            if (!fragment.charFormat().isImageFormat())
+                continue;
+            const int end = std::min(to, fragment.position() + fragment.length());
+            for (int at = std::max(from, fragment.position()); at < end; ++at)
+                pictures.emplace_back(at, fragment.charFormat().toImageFormat());
+        }
+    }
+    std::ranges::reverse(pictures);
+    return pictures;
+}
+
+// Whether the page is nothing but a picture, as browsers copy one.
+bool isPictureAlone(const QString &html)
+{
+    return html.size() < 10'000 && html.contains("<img"_L1, Qt::CaseInsensitive) &&
+           plainTextOfHtml(html).trimmed().isEmpty();
+}
+
+} // namespace
+
+QMimeData *RichTextBox::createMimeDataFromSelection() const
+{
+    const QTextCursor cursor = textCursor();
+    auto *mimeData = new QMimeData;
+    mimeData->setData(RichTextMime::written, rtf::write(cursor));
+    mimeData->setHtml(cursor.selection().toHtml());
+    mimeData->setText(rtf::plainText(cursor).replace("\r\n"_L1, "\n"_L1));
+    return mimeData;
+}
+
+bool RichTextBox::canInsertFromMimeData(const QMimeData *source) const
+{
+    return !Locked() &&
+           (RichTextMime::isIn(*source) || source->hasHtml() || source->hasText() || PastedPicture::isIn(*source));
+}
+
+void RichTextBox::insertFromMimeData(const QMimeData *source)
+{
+    if (!source || !canInsertFromMimeData(source))
+        return;
+    const QByteArray richText = RichTextMime::textOf(*source);
+    const bool hasPicture = PastedPicture::isIn(*source);
+    if (!richText.isEmpty())
+        pasteRTF(richText);
+    else if (source->hasHtml() && !(hasPicture && isPictureAlone(source->html())))
+        pasteHtml(source->html(), source->text());
+    else if (source->hasText() && !hasPicture)
+        pasteText(withParagraphs(source->text()));
+    else
+        pastePicture(PastedPicture::fileIn(*source));
+    ensureCursorVisible();
+}
+
+void RichTextBox::dropEvent(QDropEvent *event)
+{
+    const QScopedValueRollback dropping(m_isDropping, true);
+    QTextEdit::dropEvent(event);
+}
+
+// A drop is still going on in the program that it comes from, which waits for its end.
+void RichTextBox::tellUser(const QString &text)
+{
+    const auto inform = [text] {
+        if (Dialogs *dialogs = ports().dialogs)
+            dialogs->inform(text);
+    };
+    if (m_isDropping)
+        QMetaObject::invokeMethod(this, inform, Qt::QueuedConnection);
+    else
+        inform();
+}
+
+// Whether so much more text can be laid out; the user is told when not.
+bool RichTextBox::hasRoomFor(const QString &text)
+{
+    const qsizetype paragraphs = document()->blockCount() + text.count(u'\r') + text.count(QChar::ParagraphSeparator);
+    const bool fits = mayBeLaidOut(text, LineFeed::WithinParagraph) == text.size() &&
+                      document()->characterCount() + text.size() <= limits::longestText &&
+                      paragraphs <= limits::mostParagraphs;
+    if (!fits)
+        tellUser(tooLong);
+    return fits;
+}
+
+bool RichTextBox::pasteText(const QString &text)
+{
+    if (!hasRoomFor(text))
+        return false;
+    setSelText(text);
+    return true;
+}
+
+bool RichTextBox::pasteWords(const QString &text)
+{
+    if (!hasRoomFor(text))
+        return false;
+    if (m_isDropping)
+        tellUser(onlyItsWords);
+    else if (ports().dialogs && ports().dialogs->ask(wordsInstead) != Answer::Yes)
+        return false;
+    setSelText(text);
+    return true;
+}
+
+bool RichTextBox::pasteRTF(const QByteArray &rtf)
+{
+    // Small ones need no look.
+    if (rtf.size() > limits::mostCells) {
+        const QString text = rtf::toPlainText(rtf);
+        if (cellsIn(rtf) > limits::mostCells)
+            return pasteWords(text);
+        if (!hasRoomFor(text))
+            return false;
+    }
+    setSelRTF(rtf);
+    return true;
+}
+
+void RichTextBox::pasteHtml(const QString &html, const QString &text)
+{
+    const BoundedHtml bounded = boundedHtml(html);
+    const bool isLong = html.size() > limits::mostCells;
+    const QString words = !isLong && !bounded.isTooMuch ? QString()
+                          : text.isEmpty()              ? withParagraphs(plainTextOfHtml(html))
+                                                        : withParagraphs(text);
+    if (bounded.isTooMuch)
+        pasteWords(words);
+    else if (!isLong || hasRoomFor(words))
+        insertHtmlFragment(bounded);
+}
+
+bool RichTextBox::pastePicture(const QByteArray &file)
+{
+    const int widest = std::max(leastPictureWidth, viewport()->width() - qRound(2 * document()->documentMargin()));
+    const std::optional<rtf::Picture> picture = PastedPicture::fromFile(file, widest);
+    if (!picture) {
+        tellUser(badPicture);
+        return false;
+    }
+    QTextCursor cursor = textCursor();
+    cursor.beginEditBlock();
+    removeSelection(cursor);
+    qint64 pixels = rtf::mostTextPixels;
+    cursor.insertImage(rtf::addPicture(*document(), *picture, cursor.charFormat(), pixels));
+    cursor.endEditBlock();
+    setTextCursor(cursor);
+    return true;
+}
+
+void RichTextBox::insertHtmlFragment(const BoundedHtml &bounded)
+{
+    QTextCursor cursor = textCursor();
+    cursor.beginEditBlock();
+    removeSelection(cursor);
+    const int from = cursor.position();
+    cursor.insertFragment(QTextDocumentFragment::fromHtml(bounded.html, document()));
+    holdPictures(from, cursor.position(), bounded.pictures);
+    cursor.endEditBlock();
+    setTextCursor(cursor);
+}
+
+// Puts the pictures that came with a web page in the places that name them, and takes out what is only named.
+void RichTextBox::holdPictures(int from, int to, const std::vector<QByteArray> &files)
+{
+    const int widest = std::max(leastPictureWidth, viewport()->width() - qRound(2 * document()->documentMargin()));
+    qint64 pixels = rtf::mostTextPixels;
+    QTextCursor cursor(document());
+    for (const auto &[at, named] : picturesIn(*document(), from, to)) {
+        cursor.setPosition(at);
+        cursor.setPosition(at + 1, QTextCursor::KeepAnchor);
+        bool isNumber = false;
+        const std::size_t number =
+            named.name().sliced(std::min(named.name().size(), BoundedHtml::pictureName.size())).toULong(&isNumber);
+        std::optional<rtf::Picture> picture;
+        if (isNumber && named.name().startsWith(BoundedHtml::pictureName) && number < files.size())
+            picture = PastedPicture::fromFile(files[number], widest);
+        if (!picture) {
+            cursor.removeSelectedText();
+            continue;
+        }
+        QTextCharFormat around = named;
+        for (const int property : {int(QTextFormat::ImageName), int(QTextFormat::ImageWidth),
+                                   int(QTextFormat::ImageHeight), int(QTextFormat::ObjectType)})
+            around.clearProperty(property);
+        QTextImageFormat held = rtf::addPicture(*document(), *picture, around, pixels);
+        if (named.width() > 0 && named.height() > 0) {
+            held.setWidth(named.width());
+            held.setHeight(named.height());
+        }
+        cursor.setCharFormat(held);
+    }
+}

@@ -1,0 +1,366 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "platform/DesktopClipboard.h"
+#include "platform/RichTextBox.h"
+
+#include "model/Limits.h"
+#include "rtf/Limits.h"
+#include "support/FakePorts.h"
+
+#include <QApplication>
+#include <QBuffer>
+#include <QClipboard>
+#include <QDropEvent>
+#include <QImage>
+#include <QMimeData>
+#include <QTest>
+#include <QTextBlock>
+#include <QTextTable>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+// What comes into the text pane from the clipboard and by drops: pictures, and more than a pane can lay out.
+class tst_Pasting : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+
+    void init()
+    {
+        m_fake = std::make_unique<FakePorts>();
+        m_box = std::make_unique<RichTextBox>();
+        m_box->resize(600, 400);
+        m_box->show();
+        QVERIFY(QTest::qWaitForWindowActive(m_box.get()));
+        m_box->setFocus();
+    }
+
+    void cleanup()
+    {
+        m_box.reset();
+        m_fake.reset();
+    }
+
+    void tablesWithinTablesDoNotFreezeThePane();
+    void aPageOfTooManyCellsComesAsWordsAfterAQuestion();
+    void richTextOfTooManyCellsComesAsWordsAfterAQuestion();
+    void aNoToTheQuestionPastesNothing();
+    void aDropOfTooManyCellsComesAsWordsAndSaysSo();
+    void textBeyondTheBoundsIsRefusedAndStaysOnTheClipboard_data();
+    void textBeyondTheBoundsIsRefusedAndStaysOnTheClipboard();
+    void textWithinTheBoundsIsPasted();
+    void theTextThatIsThereCounts();
+    void aPictureIsPastedAndKept_data();
+    void aPictureIsPastedAndKept();
+    void aPictureIsShownNoWiderThanThePane();
+    void aPictureCanBeDropped();
+    void wordsAreTakenBeforeTheirPicture();
+    void aPictureCopiedFromAPageIsThePicture();
+    void aPictureOfAPageThatHoldsItIsKept();
+    void aPictureThatIsElsewhereLeavesItsWords();
+    void damagedAndHugePicturesAreRefusedWithANotice();
+    void aLockedTextTakesNoPicture();
+    void aPastedPictureIsOneStepToUndo();
+
+private:
+    static QByteArray fileOf(const QSize &size, const char *format)
+    {
+        QImage image(size, QImage::Format_RGB32);
+        image.fill(QColor(10, 200, 30));
+        QByteArray file;
+        QBuffer buffer(&file);
+        buffer.open(QIODevice::WriteOnly);
+        image.save(&buffer, format);
+        return file;
+    }
+
+    static QMimeData *pageData(const QString &html, const QString &text = {})
+    {
+        auto *data = new QMimeData;
+        data->setHtml(html);
+        if (!text.isEmpty())
+            data->setText(text);
+        return data;
+    }
+
+    static QMimeData *pictureData(const QByteArray &file)
+    {
+        auto *data = new QMimeData;
+        data->setData(u"image/png"_s, file);
+        return data;
+    }
+
+    void paste(QMimeData *data)
+    {
+        QApplication::clipboard()->setMimeData(data);
+        QTest::keyClick(m_box.get(), Qt::Key_V, Qt::ControlModifier);
+    }
+
+    void drop(const QMimeData &data)
+    {
+        QDragEnterEvent enter({20, 20}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(m_box->viewport(), &enter);
+        QVERIFY(enter.isAccepted());
+        QDropEvent event({20, 20}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(m_box->viewport(), &event);
+    }
+
+    QTextImageFormat firstPicture() const
+    {
+        for (QTextBlock block = m_box->document()->begin(); block.isValid(); block = block.next()) {
+            for (auto it = block.begin(); !it.atEnd(); ++it) {
+                if (it.fragment().charFormat().isImageFormat())
+                    return it.fragment().charFormat().toImageFormat();
+            }
+        }
+        return {};
+    }
+
+    static QString tableOf(qsizetype cells)
+    {
+        return u"<table>"_s + u"<tr><td>x</td></tr>"_s.repeated(cells) + u"</table>"_s;
+    }
+
+    std::unique_ptr<FakePorts> m_fake;
+    std::unique_ptr<RichTextBox> m_box;
+};
+
+void tst_Pasting::tablesWithinTablesDoNotFreezeThePane()
+{
+    constexpr int depth = 60;
+    paste(pageData(u"<table><tr><td>a"_s.repeated(depth) + u"</td></tr></table>"_s.repeated(depth)));
+    QCOMPARE(m_box->Text().count(u'a'), depth);
+    int deepest = 0;
+    for (QTextBlock block = m_box->document()->begin(); block.isValid(); block = block.next()) {
+        int tables = 0;
+        for (const QTextFrame *frame = QTextCursor(block).currentFrame(); frame; frame = frame->parentFrame())
+            tables += qobject_cast<const QTextTable *>(frame) ? 1 : 0;
+        deepest = std::max(deepest, tables);
+    }
+    QCOMPARE(deepest, rtf::deepestTable);
+}
+
+void tst_Pasting::aPageOfTooManyCellsComesAsWordsAfterAQuestion()
+{
+    m_fake->dialogs.answers = {Answer::Yes, Answer::Yes};
+    paste(pageData(tableOf(limits::mostCells + 1), u"the words\nalone"_s));
+    QCOMPARE(m_fake->dialogs.questions.size(), 1);
+    QCOMPARE(m_box->Text(), u"the words\r\nalone"_s);
+    // The page's own words, when nothing else is there.
+    m_box->clearText();
+    paste(pageData(u"<p>One</p>"_s + tableOf(limits::mostCells + 1)));
+    QVERIFY(m_box->Text().startsWith(u"One\r\nx\r\nx\r\n"_s));
+    QCOMPARE(m_box->Text().count(u'x'), limits::mostCells + 1);
+}
+
+void tst_Pasting::richTextOfTooManyCellsComesAsWordsAfterAQuestion()
+{
+    const auto rtfOf = [](qsizetype cells) {
+        return QByteArray("{\\rtf1" + QByteArray("\\trowd\\cellx1000\\intbl{\\b x}\\cell\\row ").repeated(cells) + "}");
+    };
+    m_fake->dialogs.answers = {Answer::Yes};
+    QVERIFY(m_box->pasteRTF(rtfOf(limits::mostCells + 1)));
+    QCOMPARE(m_fake->dialogs.questions.size(), 1);
+    QCOMPARE(m_box->Text().count(u'x'), limits::mostCells + 1);
+    QCOMPARE(m_box->document()->rootFrame()->childFrames().size(), 0);
+}
+
+void tst_Pasting::aNoToTheQuestionPastesNothing()
+{
+    m_box->setTextRTF("{\\rtf1 here}");
+    m_box->selectAll();
+    for (const Answer answer : {Answer::No, Answer::Cancel}) {
+        m_fake->dialogs.answers = {answer};
+        paste(pageData(tableOf(limits::mostCells + 1)));
+        QCOMPARE(m_box->Text(), u"here"_s);
+        QVERIFY(!m_box->document()->isUndoAvailable());
+    }
+    QCOMPARE(m_fake->dialogs.questions.size(), 2);
+}
+
+void tst_Pasting::aDropOfTooManyCellsComesAsWordsAndSaysSo()
+{
+    const std::unique_ptr<QMimeData> data(pageData(tableOf(limits::mostCells + 1), u"words"_s));
+    drop(*data);
+    QCOMPARE(m_box->Text(), u"words"_s);
+    QCOMPARE(m_fake->dialogs.questions, QStringList());
+    // The other program waits for the end of the drop.
+    QCOMPARE(m_fake->dialogs.informations, QStringList());
+    QTRY_COMPARE(m_fake->dialogs.informations.size(), 1);
+}
+
+void tst_Pasting::textBeyondTheBoundsIsRefusedAndStaysOnTheClipboard_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::newRow("lines") << u"a\n"_s.repeated(limits::mostParagraphs + 1);
+    QTest::newRow("a line") << QString(u"ab "_s.repeated(limits::longestParagraph / 3 + 1));
+    QTest::newRow("a word") << QString(limits::longestWord + 1, u'w');
+    QTest::newRow("characters") << QString(QString(999, u' ') + u'\n').repeated(limits::longestText / 1000 + 1);
+}
+
+void tst_Pasting::textBeyondTheBoundsIsRefusedAndStaysOnTheClipboard()
+{
+    QFETCH(const QString, text);
+    m_box->setTextRTF("{\\rtf1 here}");
+    m_box->selectAll();
+    auto *plain = new QMimeData;
+    plain->setText(text);
+    paste(plain);
+    QCOMPARE(m_fake->dialogs.informations.size(), 1);
+    paste(pageData(u"<p>"_s + QString(text).replace(u'\n', u"<br>"_s), text));
+    QVERIFY(m_fake->dialogs.informations.size() + m_fake->dialogs.questions.size() > 1);
+    QVERIFY(!m_box->pasteRTF("{\\rtf1 " + text.toLatin1().replace('\n', "\\par ") + "}"));
+    QCOMPARE(m_box->Text(), u"here"_s);
+    QVERIFY(!m_box->document()->isUndoAvailable());
+    QCOMPARE(QApplication::clipboard()->text(), text);
+}
+
+void tst_Pasting::textWithinTheBoundsIsPasted()
+{
+    QVERIFY(m_box->pasteText(u"a\r\n"_s.repeated(1000)));
+    QVERIFY(m_box->pasteText(QString(2000, u'w')));
+    QCOMPARE(m_fake->dialogs.informations, QStringList());
+    QCOMPARE(m_box->document()->blockCount(), 1001);
+}
+
+void tst_Pasting::theTextThatIsThereCounts()
+{
+    constexpr qsizetype half = limits::mostParagraphs / 2 + 1;
+    QVERIFY(m_box->pasteText(u"\r\n"_s.repeated(half)));
+    QVERIFY(!m_box->pasteText(u"\r\n"_s.repeated(half)));
+    QCOMPARE(m_fake->dialogs.informations.size(), 1);
+}
+
+void tst_Pasting::aPictureIsPastedAndKept_data()
+{
+    QTest::addColumn<QString>("type");
+    QTest::addColumn<QByteArray>("format");
+    QTest::addColumn<QByteArray>("word");
+    QTest::newRow("png") << u"image/png"_s << QByteArray("PNG") << QByteArray("\\pngblip");
+    QTest::newRow("jpeg") << u"image/jpeg"_s << QByteArray("JPEG") << QByteArray("\\jpegblip");
+    QTest::newRow("any other") << QString() << QByteArray() << QByteArray("\\pngblip");
+}
+
+void tst_Pasting::aPictureIsPastedAndKept()
+{
+    QFETCH(const QString, type);
+    QFETCH(const QByteArray, format);
+    QFETCH(const QByteArray, word);
+    const QByteArray file = format.isEmpty() ? QByteArray() : fileOf({40, 20}, format.constData());
+    auto *data = new QMimeData;
+    if (file.isEmpty()) {
+        QImage image(40, 20, QImage::Format_RGB32);
+        image.fill(Qt::blue);
+        data->setImageData(image);
+    } else {
+        data->setData(type, file);
+    }
+    paste(data);
+    const QTextImageFormat shown = firstPicture();
+    QCOMPARE(shown.width(), 40.0);
+    QCOMPARE(shown.height(), 20.0);
+    const QByteArray stored = m_box->TextRTF();
+    QVERIFY(stored.contains(word));
+    if (!file.isEmpty())
+        QVERIFY(stored.toLower().contains(file.toHex().left(100)));
+    m_box->setTextRTF(stored);
+    QCOMPARE(m_box->TextRTF(), stored);
+    QCOMPARE(m_fake->dialogs.informations, QStringList());
+}
+
+void tst_Pasting::aPictureIsShownNoWiderThanThePane()
+{
+    paste(pictureData(fileOf({2000, 1000}, "PNG")));
+    const QTextImageFormat shown = firstPicture();
+    QVERIFY(shown.width() <= m_box->viewport()->width());
+    QVERIFY(shown.width() > 400);
+    QVERIFY(std::abs(shown.width() - 2 * shown.height()) < 2);
+}
+
+void tst_Pasting::aPictureCanBeDropped()
+{
+    const std::unique_ptr<QMimeData> data(pictureData(fileOf({40, 20}, "PNG")));
+    drop(*data);
+    QCOMPARE(firstPicture().width(), 40.0);
+}
+
+void tst_Pasting::wordsAreTakenBeforeTheirPicture()
+{
+    QMimeData *data = pictureData(fileOf({40, 20}, "PNG"));
+    data->setHtml(u"<table><tr><td>cells</td></tr></table>"_s);
+    paste(data);
+    QVERIFY(m_box->Text().contains(u"cells"_s));
+    QVERIFY(firstPicture().name().isEmpty());
+}
+
+void tst_Pasting::aPictureCopiedFromAPageIsThePicture()
+{
+    QMimeData *data = pictureData(fileOf({40, 20}, "PNG"));
+    data->setHtml(u"<meta http-equiv=\"content-type\" content=\"text/html\"><img src=\"https://example.org/a.png\" "
+                  "alt=\"Logo\">"_s);
+    paste(data);
+    QCOMPARE(firstPicture().width(), 40.0);
+    QCOMPARE(m_box->Text(), u" "_s);
+}
+
+void tst_Pasting::aPictureOfAPageThatHoldsItIsKept()
+{
+    const QString source = QString::fromLatin1(fileOf({40, 20}, "PNG").toBase64());
+    paste(pageData(u"<p>a<img src=\"data:image/png;base64,%1\" width=\"80\" height=\"40\">b</p>"_s.arg(source)));
+    QCOMPARE(m_box->Text(), u"a b"_s);
+    QCOMPARE(firstPicture().width(), 80.0);
+    QVERIFY(m_box->TextRTF().contains("\\pngblip"));
+    m_box->undo();
+    QCOMPARE(m_box->Text(), QString());
+}
+
+void tst_Pasting::aPictureThatIsElsewhereLeavesItsWords()
+{
+    paste(pageData(u"<p>a <img src=\"https://example.org/a.png\" alt=\"Our logo\"> b</p>"_s));
+    QCOMPARE(m_box->Text(), u"a Our logo b"_s);
+}
+
+void tst_Pasting::damagedAndHugePicturesAreRefusedWithANotice()
+{
+    m_box->setTextRTF("{\\rtf1 here}");
+    m_box->selectAll();
+    paste(pictureData("no picture at all"));
+    QCOMPARE(m_fake->dialogs.informations.size(), 1);
+    // A few hundred bytes that would take gigabytes.
+    QByteArray huge = fileOf({40, 20}, "PNG");
+    huge.replace(16, 8, QByteArray::fromHex("0000ea600000ea60"));
+    paste(pictureData(huge));
+    QCOMPARE(m_fake->dialogs.informations.size(), 2);
+    paste(pictureData(fileOf({40, 20}, "PNG") + QByteArray(limits::largestPicture, 'x')));
+    QCOMPARE(m_fake->dialogs.informations.size(), 3);
+    QCOMPARE(m_box->Text(), u"here"_s);
+    QVERIFY(!m_box->document()->isUndoAvailable());
+    // In a page they are left out, and the words stay.
+    const QString source = QString::fromLatin1(huge.toBase64());
+    paste(pageData(u"<p>a<img src=\"data:image/png;base64,%1\">b</p>"_s.arg(source)));
+    QCOMPARE(m_box->Text(), u"ab"_s);
+}
+
+void tst_Pasting::aLockedTextTakesNoPicture()
+{
+    m_box->setLocked(true);
+    paste(pictureData(fileOf({40, 20}, "PNG")));
+    QCOMPARE(m_box->Text(), QString());
+}
+
+void tst_Pasting::aPastedPictureIsOneStepToUndo()
+{
+    m_box->setTextRTF("{\\rtf1 here}");
+    m_box->selectAll();
+    paste(pictureData(fileOf({40, 20}, "PNG")));
+    QCOMPARE(m_box->Text(), u" "_s);
+    m_box->undo();
+    QCOMPARE(m_box->Text(), u"here"_s);
+}
+
+QTEST_MAIN(tst_Pasting)
+#include "tst_Pasting.moc"
