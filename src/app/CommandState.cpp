@@ -32,6 +32,16 @@ bool activeWritable(State s)
     return s.Open() && s.ActiveWritable;
 }
 
+bool activeSavable(State s)
+{
+    return s.Open() && s.ActiveSavable;
+}
+
+bool savable(State s)
+{
+    return s.Savable;
+}
+
 bool writable(State s)
 {
     return s.Writable;
@@ -40,6 +50,18 @@ bool writable(State s)
 bool writableAndSelected(State s)
 {
     return s.Writable && s.Selected;
+}
+
+// Another file can be written whatever the document's own is.
+bool selected(State s)
+{
+    return s.Selected;
+}
+
+// The root stays: a document without entries could only replace its file by nothing.
+bool canDelete(State s)
+{
+    return s.Writable && s.Selected && !s.IsRoot;
 }
 
 bool textFocus(State s)
@@ -76,19 +98,19 @@ constexpr EnableRule staticRules[] = {
     {"mnuFilePrintPreview", documentOpen},
     {"mnuFileExport", documentOpen},
     {"mnuoutline", documentOpen},
-    {"mnuFileSave", activeWritable},
-    {"mnuFileSaveAll", activeWritable},
-    {"mnuFileSaveAs", activeWritable},
+    {"mnuFileSave", activeSavable},
+    {"mnuFileSaveAll", activeSavable},
+    {"mnuFileSaveAs", documentOpen},
     {"mnuEdit", activeWritable},
 };
 
 constexpr EnableRule dynamicRules[] = {
-    {"mnuFileSave", writable},
-    {"mnuFileSaveAs", writable},
+    {"mnuFileSave", savable},
+    {"mnuFileSaveAs", selected},
     {"mnuFileSaveAll", [](State s) { return s.AnyWritable; }},
     // Whatever the entry, but not without a document: the start of the program leaves the menu greyed.
     {"mnuoutline", documentOpen},
-    {"mnuOutlineDelete", writableAndSelected},
+    {"mnuOutlineDelete", canDelete},
     {"mnuOutlineInsertAbove", [](State s) { return s.Writable && !s.IsRoot; }},
     {"mnuOutlineInsertBelow", writable},
     {"mnuOutlineInsertChild", writable},
@@ -176,17 +198,19 @@ CommandState currentCommandState()
     CommandState state;
     state.documentCount = iDocumentCount;
     const std::vector<Document *> all = ports().windows->documents();
-    state.AnyWritable = std::any_of(all.begin(), all.end(), [](const Document *each) { return !each->bReadOnly(); });
+    state.AnyWritable = std::any_of(all.begin(), all.end(), [](const Document *each) { return each->mayBeSaved(); });
 
     const Document *active = DocumentActive();
     if (!active)
         return state;
     state.ActiveWritable = !active->bReadOnly();
+    state.ActiveSavable = active->mayBeSaved();
     const Entry *entry = active->tree.selected();
     if (!entry)
         return state;
     state.Selected = true;
     state.Writable = state.ActiveWritable;
+    state.Savable = state.ActiveSavable;
     state.TaggedExist = modNodes::NodesTaggedExist();
     state.Copied = modOutline::copiedEntry().entry() != nullptr;
     state.OutlineFocus = active->m_bOutlineHasFocus;

@@ -13,15 +13,20 @@
 class Document;
 
 // What menus and toolbar depend on: facts about the open documents and the selected entry. Without an active document,
-// or without a selected entry in it, all of it but the number of documents, ActiveWritable and AnyWritable is false.
+// or without a selected entry in it, all of it but the number of documents and what begins with Active and Any is
+// false.
 struct CommandState {
     int documentCount = 0;
     // An active document may be written, whether or not an entry is selected.
     bool ActiveWritable = false;
+    // It may be saved: it may be written, or might be when it was opened or last saved.
+    bool ActiveSavable = false;
+    // Any document may be saved.
     bool AnyWritable = false;
 
     bool Selected = false;
     bool Writable = false;
+    bool Savable = false;
     bool IsRoot = false;
     bool HasChildren = false;
     bool Expanded = false;

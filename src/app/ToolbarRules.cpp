@@ -41,7 +41,7 @@ bool writableText(State s)
 constexpr ButtonRule staticButtons[] = {
     {"New File", always},
     {"Open File", always},
-    {"Save File", [](State s) { return s.Open() && s.ActiveWritable; }},
+    {"Save File", [](State s) { return s.Open() && s.ActiveSavable; }},
     {"Print File", documentOpen},
     {"Preview File", documentOpen},
     {"Print Entry", documentOpen},
@@ -53,7 +53,7 @@ constexpr ButtonRule dynamicButtons[] = {
     {"Go To Text", outlineFocus},
     {"Copy Entry", outlineFocus},
     {"Paste Entry", outlineFocus},
-    {"Delete Entry", [](State s) { return s.OutlineFocus && s.Selected; }},
+    {"Delete Entry", [](State s) { return s.OutlineFocus && s.Selected && !s.IsRoot; }},
     {"New Entry Above", [](State s) { return s.OutlineFocus && !s.IsRoot; }},
     {"New Entry Below", outlineFocus},
     {"New Entry As Child", outlineFocus},

@@ -317,7 +317,7 @@ bool frmMain::MDIForm_QueryUnload()
     const std::vector<DocumentFrame *> frames = m_frames;
     for (const DocumentFrame *frame : frames) {
         // What was not saved was given up in the answers above; it is not asked about again.
-        frame->form()->document().m_bDataChanged = false;
+        frame->form()->document().giveUpChanges();
         frame->form()->close();
     }
     return true;

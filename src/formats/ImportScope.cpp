@@ -19,8 +19,7 @@ ImportScope::~ImportScope()
 {
     bBusy = false;
     m_document.trvOutline.setPaneVisible(true);
-    m_document.trvOutline.setLabelEdit(g_options.AutoLabelEdit ? LabelEditMode::tvwAutomatic
-                                                               : LabelEditMode::tvwManual);
+    m_document.trvOutline.setLabelEdit(optionalLabelEdit());
     modNodes::NodeSelect(m_document, m_document.tree.root());
     m_document.window.autoFitSplit();
 }

@@ -15,6 +15,7 @@
 
 #include "util/AnsiCodec.h"
 #include "util/Procedure.h"
+#include "util/RunTimeError.h"
 
 #include <QStringDecoder>
 
@@ -102,6 +103,8 @@ void DocExport(const QString &sFile)
         const HourglassPointer hourglass;
         try {
             const FailureScope failures;
+            if (!document->tree.root())
+                throw RunTimeError(ErrorNumber::InvalidCall);
             SafeFile file(sFile);
             DocSaveVersion(*document, file);
             file.flushToDisk();

@@ -4,9 +4,16 @@
 #include "model/Document.h"
 
 #include "model/DocumentWindow.h"
+#include "model/Globals.h"
+#include "model/OutlinePane.h"
 #include "model/SafeFile.h"
 
 #include <algorithm>
+
+LabelEditMode optionalLabelEdit()
+{
+    return g_options.AutoLabelEdit ? LabelEditMode::tvwAutomatic : LabelEditMode::tvwManual;
+}
 
 bool Document::bReadOnly() const
 {

@@ -16,6 +16,8 @@ class DocumentWindow;
 class OutlinePane;
 class TextPane;
 
+enum class FileAccess { Unknown, Writable, ReadOnly };
+
 // One open document: its outline, its file and fonts, and the panes and the window that show it. Owned by its window.
 class Document
 {
@@ -36,6 +38,16 @@ public:
     // Whether the document has a file that the current user may not write. Asked of the file system at every call.
     bool bReadOnly() const;
 
+    // Whether there may be something to save: unless it is read-only and was so from the start. A file that turns
+    // read-only is not to take away what was changed before.
+    bool mayBeSaved() const { return m_fileAccess == FileAccess::Writable || !bReadOnly(); }
+
+    // Whether closing would lose what is not in the document's file.
+    bool hasUnsavedChanges() const { return m_bDataChanged || m_bSaveRefused; }
+
+    // The user does not want what is not saved.
+    void giveUpChanges() { m_bDataChanged = m_bSaveRefused = false; }
+
     // Tells the user of a failure until it is dismissed or mended, in place of an earlier notice of its kind.
     void tell(DocumentNotice told);
     // What the notice of a kind told of is mended, or the user has read it.
@@ -49,6 +61,10 @@ public:
     // Full path; empty for a document that was never saved.
     QString m_sFile;
     bool m_bDataChanged = false;
+    // A save of changes was given up at a question. By then they no longer count as changed.
+    bool m_bSaveRefused = false;
+    // What the file was when it was read or last written.
+    FileAccess m_fileAccess = FileAccess::Unknown;
     // 1 native, -1 plain text.
     qint16 m_iFileFormatVersion = nativeFormat;
     clsFont m_fntOutlineFont;

@@ -12,6 +12,9 @@ class Entry;
 enum class LabelEditMode { tvwAutomatic = 0, tvwManual = 1 };
 
 // The outline pane of a document window as the core sees it: it shows the document's entry tree.
+// The mode that the option for renaming by a click asks for.
+LabelEditMode optionalLabelEdit();
+
 class OutlinePane
 {
 public:

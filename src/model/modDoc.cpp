@@ -74,8 +74,11 @@ bool textFormatAccepted(const Document &document, qint16 iVersion)
 }
 
 // Of the error being handled.
-QString notSavedText(const QString &sFile)
+QString notSavedText(const Document &document, const QString &sFile)
 {
+    if (!document.tree.root())
+        return u"The file %1 was not saved: this document has no entries any more, and no file is replaced by nothing."_s
+            .arg(sFile);
     const auto number = static_cast<ErrorNumber>(currentError().number);
     const bool folderGone = number == ErrorNumber::FileNotFound || number == ErrorNumber::PathNotFound;
     const QString reason = folderGone ? u"there is no such folder"_s : errorDescription(number);
@@ -100,6 +103,15 @@ void writeDocument(Document &document)
     const bool bMade = bKept && takeBackupStep(document, sBackup, [&] { file.moveOldFileTo(sBackup); });
     if (bMade || !bWanted)
         document.dismiss(NoticeKind::NoBackup);
+}
+
+// A document that was opened read-only and now has a file of its own can be edited.
+void unlockSaved(Document &document)
+{
+    if (std::exchange(document.m_fileAccess, FileAccess::Writable) != FileAccess::ReadOnly)
+        return;
+    document.txtRTF.setLocked(!document.tree.selected());
+    document.trvOutline.setLabelEdit(optionalLabelEdit());
 }
 
 } // namespace
@@ -129,8 +141,7 @@ void DocNew()
         g_fntDefaultTextFont.CopyTo(document->m_fntTextFont);
         document->m_bDataChanged = true;
         document->m_iFileFormatVersion = Document::nativeFormat;
-        document->trvOutline.setLabelEdit(g_options.AutoLabelEdit ? LabelEditMode::tvwAutomatic
-                                                                  : LabelEditMode::tvwManual);
+        document->trvOutline.setLabelEdit(optionalLabelEdit());
         document->trvOutline.setPaneVisible(true);
         ports().commands->MenuEnableDynamic();
     });
@@ -152,6 +163,9 @@ SaveOutcome DocSave(const QString &sFile)
         const qint16 iOldVersion = document->m_iFileFormatVersion;
         try {
             const FailureScope failures;
+            if (!document->tree.root())
+                throw RunTimeError(ErrorNumber::InvalidCall, u"%1: a document without entries, as %2"_s.arg(
+                                                                 errorDescription(ErrorNumber::InvalidCall), sFile));
             document->m_sFile = sFile;
             document->m_iFileFormatVersion = iVersion;
             writeDocument(*document);
@@ -162,7 +176,7 @@ SaveOutcome DocSave(const QString &sFile)
             ports().commands->MenuEnableDynamic();
             document->notice = u"The file %1 could not be saved"_s.arg(sFile);
             ports().commands->UpdateStatusBarText(document->notice);
-            document->tell({NoticeKind::NotSaved, notSavedText(sFile), sFile});
+            document->tell({NoticeKind::NotSaved, notSavedText(*document, sFile), sFile});
             throw;
         }
         if (!document->notice.isEmpty()) {
@@ -171,6 +185,8 @@ SaveOutcome DocSave(const QString &sFile)
             ports().commands->UpdateStatusBar(document->tree.selected());
         }
         document->dismiss(NoticeKind::NotSaved);
+        document->m_bSaveRefused = false;
+        unlockSaved(*document);
         document->window.setCaption(document->m_sFile);
         ports().commands->MenuEnableDynamic();
         ports().recentFiles->UpdateMRUFile(document->m_sFile, false);

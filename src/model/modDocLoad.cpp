@@ -117,17 +117,15 @@ void markReadOnly(Document &document)
     document.txtRTF.setLocked(true);
 }
 
-LabelEditMode optionalLabelEdit()
-{
-    return g_options.AutoLabelEdit ? LabelEditMode::tvwAutomatic : LabelEditMode::tvwManual;
-}
-
 void showLoaded(Document &document, Entry *selected)
 {
     document.trvOutline.setPaneVisible(true);
     // After the read-only step on purpose: with the option on, a read-only document has automatic label editing again.
     document.trvOutline.setLabelEdit(optionalLabelEdit());
-    modNodes::NodeSelectFull(document, selected);
+    if (selected)
+        modNodes::NodeSelectFull(document, selected);
+    else
+        modNodes::NodeTextGet(document, nullptr);
 }
 
 // Leaves the window with what was read and without its file's name, so that a save cannot overwrite the file.
@@ -170,7 +168,8 @@ void loadInto(Document &document, const QString &sFile, LoadResult &result)
     if (!result.selectedKey.isEmpty())
         selected = document.tree.itemByKey(result.selectedKey);
     document.window.setCaption(document.m_sFile);
-    if (document.bReadOnly())
+    document.m_fileAccess = document.bReadOnly() ? FileAccess::ReadOnly : FileAccess::Writable;
+    if (document.m_fileAccess == FileAccess::ReadOnly)
         markReadOnly(document);
     applyFlags(document, result);
     showLoaded(document, selected);

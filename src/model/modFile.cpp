@@ -30,9 +30,32 @@ bool isOpen(const QString &sFile)
                        [&sFile](const Document *document) { return document->m_sFile == sFile; });
 }
 
+// Whether a document cannot be saved under the name it has. Says why when that is the file's doing.
+bool needsAnotherName(Document &document)
+{
+    if (document.m_sFile.isEmpty())
+        return true;
+    if (document.m_fileAccess != FileAccess::Writable || !document.bReadOnly())
+        return false;
+    document.tell({NoticeKind::NotSaved, u"The file %1 may not be written any more. What you changed is in this window "
+                                         "only: save it under another name."_s.arg(document.m_sFile)});
+    return true;
+}
+
 FileDialogRequest saveRequest(const Document &document, std::vector<FileFilter> filters, const QString &extension)
 {
     return {std::move(filters), extension, modString::StringWithoutExtension(document.m_sFile)};
+}
+
+// An import that failed leaves no window without an entry behind.
+void closeUnlessImported(const QString &source)
+{
+    Document *document = DocumentActive();
+    if (!document || document->tree.root())
+        return;
+    document->giveUpChanges();
+    document->window.close();
+    ports().dialogs->warn(u"Warning - "_s + source + u" could not be imported"_s);
 }
 
 // What the user wants of the active document; nothing without a document or after Cancel.
@@ -107,12 +130,17 @@ bool FileSave()
         if (!document)
             return false;
         const bool bChangedBefore = document->m_bDataChanged;
+        const bool bUnsavedBefore = document->hasUnsavedChanges();
         document->m_bDataChanged = false;
-        if (!document->m_sFile.isEmpty())
-            return modDoc::DocSave(document->m_sFile) == SaveOutcome::Saved;
+        if (!needsAnotherName(*document)) {
+            const SaveOutcome outcome = modDoc::DocSave(document->m_sFile);
+            if (outcome == SaveOutcome::Refused)
+                document->m_bSaveRefused = bUnsavedBefore;
+            return outcome == SaveOutcome::Saved;
+        }
         const bool bSaved = FileSaveAs();
-        // A document without a file is nowhere but here: cancelling the dialog must not make it look saved.
-        if (!bSaved && document->m_sFile.isEmpty())
+        // What has no file that takes it is nowhere but here: cancelling the dialog must not make it look saved.
+        if (!bSaved)
             document->m_bDataChanged = bChangedBefore;
         return bSaved;
     });
@@ -137,7 +165,8 @@ void FileSaveAll()
     procedure("modFile FileSaveAll", [] {
         Document *failed = nullptr;
         for (Document *document : ports().windows->documents()) {
-            if (document->bReadOnly())
+            // A file that turned read-only matters only to a document that has something to save.
+            if (document->bReadOnly() && !(document->mayBeSaved() && document->hasUnsavedChanges()))
                 continue;
             document->window.activate();
             if (!FileSave() && !failed && document->hasNotice(NoticeKind::NotSaved))
@@ -171,6 +200,7 @@ void FileImportText()
             return;
         modDoc::DocNew();
         ports().formats->importText(*sFile);
+        closeUnlessImported(u"the file "_s + *sFile);
     });
 }
 
@@ -179,6 +209,7 @@ void FileImportClipboard()
     procedure("modFile FileImportClipboard", [] {
         modDoc::DocNew();
         ports().formats->importClipboard();
+        closeUnlessImported(u"the clipboard"_s);
     });
 }
 

@@ -235,7 +235,8 @@ void NodePaste(Document &document, EntryRef &source, bool removeSource)
         if (removeSource && isWithin(parentOfPaste(place), *entry))
             return;
         Entry *copy = NodeDuplicate(document, *source.tree(), entry, place.relative, place.relationship);
-        if (removeSource && copy)
+        // A root stays, so that its document never is without an entry.
+        if (removeSource && copy && !entry->isRoot())
             removePasted(source);
         NodeSelect(document, copy);
     });

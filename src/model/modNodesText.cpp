@@ -74,6 +74,8 @@ void NodeTextGet(Document &document, Entry *entry)
         const QByteArray text = entry ? textOf(document.tree, entry) : QByteArray();
         const TextLoadingScope loading(document.txtRTF);
         document.txtRTF.setTextRTF(text);
+        // What is typed where no entry takes it would be lost.
+        document.txtRTF.setLocked(!entry || document.m_fileAccess == FileAccess::ReadOnly);
         document.tree.setShownEntry(entry);
         document.textEntry.emplace(&document.tree, entry);
     });

@@ -243,7 +243,7 @@ void frmDocument::closeEvent(QCloseEvent *event)
 bool frmDocument::Form_QueryUnload()
 {
     treeView->EndLabelEdit();
-    if (m_document->bReadOnly() || !m_document->m_bDataChanged)
+    if (!m_document->hasUnsavedChanges() || !m_document->mayBeSaved())
         return true;
     activate();
     switch (ports().dialogs->ask(u"Do you want to save the file "_s + m_document->m_sFile + u"?"_s)) {

@@ -153,8 +153,7 @@ void ViewOptionsClickToRenameEntry()
 {
     toggle("modView ViewOptionsClickToRenameEntry", &Options::AutoLabelEdit);
     for (Document *document : ports().windows->documents())
-        document->trvOutline.setLabelEdit(g_options.AutoLabelEdit ? LabelEditMode::tvwAutomatic
-                                                                  : LabelEditMode::tvwManual);
+        document->trvOutline.setLabelEdit(optionalLabelEdit());
 }
 
 } // namespace modView

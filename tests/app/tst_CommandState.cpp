@@ -2,8 +2,10 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/CommandState.h"
+#include "model/modDoc.h"
 #include "outline/modOutline.h"
 #include "support/FakePorts.h"
+#include "util/ByteSink.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -43,8 +45,8 @@ CommandState ordinaryEntry()
 {
     CommandState state;
     state.documentCount = 1;
-    state.ActiveWritable = state.AnyWritable = true;
-    state.Selected = state.Writable = true;
+    state.ActiveWritable = state.ActiveSavable = state.AnyWritable = true;
+    state.Selected = state.Writable = state.Savable = true;
     return state;
 }
 
@@ -54,7 +56,7 @@ const std::map<char, bool CommandState::*> conditions{
     {'R', &CommandState::IsRoot},       {'H', &CommandState::HasChildren}, {'E', &CommandState::Expanded},
     {'1', &CommandState::FirstSibling}, {'9', &CommandState::LastSibling}, {'P', &CommandState::HasPrevious},
     {'Q', &CommandState::ParentIsRoot}, {'X', &CommandState::TaggedExist}, {'T', &CommandState::TextFocus},
-    {'C', &CommandState::Copied},       {'D', &CommandState::CanMoveDown},
+    {'V', &CommandState::Savable},      {'C', &CommandState::Copied},      {'D', &CommandState::CanMoveDown},
 };
 
 } // namespace
@@ -70,7 +72,7 @@ private Q_SLOTS:
     void menuEnableFollowsTheOpenDocuments();
     void withNoDocumentTheOutlineMenuIsGreyedAndTheOthersWork();
     void aReadOnlyDocumentOffersNothingThatWrites();
-    void theRootCannotBeMovedTaggedOrPrecededByAnEntry();
+    void theRootCannotBeMovedDeletedTaggedOrPrecededByAnEntry();
     void moveUpNeedsMoreThanTheFirstPlaceUnderTheRoot();
     void moveDownNeedsAFollowingSiblingSomewhereBelowTheRoot();
     void aTaggedEntryIsOfferedToBeUntagged();
@@ -79,6 +81,7 @@ private Q_SLOTS:
     void withoutASelectedEntryOnlyTheDocumentsCount();
     void aCopiedEntryCanBePastedAsLongAsItExists();
     void saveAllNeedsAnyDocumentThatMayBeWritten();
+    void aFileThatTurnsReadOnlyLeavesItsDocumentSavable();
 };
 
 void tst_CommandState::everyItemIsEnabledExactlyWhenItsConditionsHold_data()
@@ -88,10 +91,10 @@ void tst_CommandState::everyItemIsEnabledExactlyWhenItsConditionsHold_data()
     const auto row = [](const char *item, const char *needed, const char *forbidden = "") {
         QTest::newRow(item) << QByteArray(needed) << QByteArray(forbidden);
     };
-    row("mnuFileSave", "W");
-    row("mnuFileSaveAs", "W");
+    row("mnuFileSave", "V");
+    row("mnuFileSaveAs", "S");
     row("mnuFileSaveAll", "A");
-    row("mnuOutlineDelete", "WS");
+    row("mnuOutlineDelete", "WS", "R");
     row("mnuOutlineInsertAbove", "W", "R");
     row("mnuOutlineInsertBelow", "W");
     row("mnuOutlineInsertChild", "W");
@@ -155,18 +158,19 @@ void tst_CommandState::menuEnableFollowsTheOpenDocuments()
     const Names always{"mnuFile",     "mnuFileNew", "mnuFileOpen", "mnuFilePrintSetup",
                        "mnuFileExit", "mnuHelp",    "mnuView",     "mnuWindow"};
     CommandState state;
-    state.ActiveWritable = true;
+    state.ActiveWritable = state.ActiveSavable = true;
     QCOMPARE(enabledBy(menuEnableRules(), state), always);
 
     state.documentCount = 1;
-    state.ActiveWritable = false;
+    state.ActiveWritable = state.ActiveSavable = false;
     Names withReadOnly = always;
-    withReadOnly.insert({"mnuFileClose", "mnuFilePrint", "mnuFilePrintPreview", "mnuFileExport", "mnuoutline"});
+    withReadOnly.insert(
+        {"mnuFileClose", "mnuFileSaveAs", "mnuFilePrint", "mnuFilePrintPreview", "mnuFileExport", "mnuoutline"});
     QCOMPARE(enabledBy(menuEnableRules(), state), withReadOnly);
 
-    state.ActiveWritable = true;
+    state.ActiveWritable = state.ActiveSavable = true;
     Names withWritable = withReadOnly;
-    withWritable.insert({"mnuFileSave", "mnuFileSaveAll", "mnuFileSaveAs", "mnuEdit"});
+    withWritable.insert({"mnuFileSave", "mnuFileSaveAll", "mnuEdit"});
     QCOMPARE(enabledBy(menuEnableRules(), state), withWritable);
     QCOMPARE(menuEnableRules().size(), withWritable.size());
 }
@@ -189,11 +193,15 @@ void tst_CommandState::aReadOnlyDocumentOffersNothingThatWrites()
 {
     CommandState state = ordinaryEntry();
     state.Writable = state.ActiveWritable = state.AnyWritable = false;
+    state.Savable = state.ActiveSavable = false;
     state.TextFocus = state.HasChildren = true;
-    for (const char *item : {"mnuFileSave", "mnuFileSaveAs", "mnuFileSaveAll", "mnuEditClearEntryText", "mnuEditCut",
-                             "mnuEditPaste", "mnuEditFormat", "mnuOutlineInsertBelow", "mnuOutlineSortAll",
-                             "mnuOutlineRename", "mnuOutlineMove", "mnuSearchReplace"})
+    for (const char *item :
+         {"mnuFileSave", "mnuFileSaveAll", "mnuEditClearEntryText", "mnuEditCut", "mnuEditPaste", "mnuEditFormat",
+          "mnuOutlineInsertBelow", "mnuOutlineSortAll", "mnuOutlineRename", "mnuOutlineMove", "mnuSearchReplace"})
         QVERIFY2(!dynamicallyEnabled(item, state), item);
+    // Another file can always be written.
+    QVERIFY(dynamicallyEnabled("mnuFileSaveAs", state));
+    QVERIFY(enabledBy(menuEnableRules(), state).contains("mnuFileSaveAs"));
     QVERIFY(dynamicallyEnabled("mnuOutlineExpand", state));
     state.Expanded = true;
     QVERIFY(dynamicallyEnabled("mnuOutlineCollapse", state));
@@ -204,13 +212,13 @@ void tst_CommandState::aReadOnlyDocumentOffersNothingThatWrites()
     QVERIFY(!enabledBy(menuEnableRules(), state).contains("mnuEdit"));
 }
 
-void tst_CommandState::theRootCannotBeMovedTaggedOrPrecededByAnEntry()
+void tst_CommandState::theRootCannotBeMovedDeletedTaggedOrPrecededByAnEntry()
 {
     CommandState state = ordinaryEntry();
     state.IsRoot = state.FirstSibling = state.LastSibling = true;
     for (const char *item :
-         {"mnuOutlineInsertAbove", "mnuOutlineTaggedEntry", "mnuOutlineMove", "mnuOutlineMoveUp", "mnuOutlineMoveDown",
-          "mnuOutlineMoveFirst", "mnuOutlineMoveLast", "mnuOutlineIndent", "mnuOutlineUnindent"})
+         {"mnuOutlineInsertAbove", "mnuOutlineTaggedEntry", "mnuOutlineDelete", "mnuOutlineMove", "mnuOutlineMoveUp",
+          "mnuOutlineMoveDown", "mnuOutlineMoveFirst", "mnuOutlineMoveLast", "mnuOutlineIndent", "mnuOutlineUnindent"})
         QVERIFY2(!dynamicallyEnabled(item, state), item);
     QVERIFY(dynamicallyEnabled("mnuOutlineInsertBelow", state));
     QVERIFY(dynamicallyEnabled("mnuOutlineInsertChild", state));
@@ -356,6 +364,23 @@ void tst_CommandState::saveAllNeedsAnyDocumentThatMayBeWritten()
     writable.window.close();
     state = currentCommandState();
     QVERIFY(!state.AnyWritable);
+}
+
+// What was changed while the file could be written is still to be saved.
+void tst_CommandState::aFileThatTurnsReadOnlyLeavesItsDocumentSavable()
+{
+    const QTemporaryDir folder;
+    FakePorts fakes;
+    fakes.formats.onWriteNative = [](const Document &, ByteSink &sink) { sink.write("native"); };
+    Document &document = fakes.windows.createDocument();
+    document.tree.select(document.tree.insert(Relationship::tvwFirst, nullptr));
+    const QString path = folder.filePath(u"notes.qly"_s);
+    QCOMPARE(modDoc::DocSave(path), SaveOutcome::Saved);
+    QVERIFY(QFile::setPermissions(path, QFile::ReadOwner));
+    QVERIFY(document.bReadOnly());
+    const CommandState state = currentCommandState();
+    QVERIFY(state.Savable && state.ActiveSavable && state.AnyWritable);
+    QVERIFY(!state.Writable && !state.ActiveWritable);
 }
 
 QTEST_GUILESS_MAIN(tst_CommandState)

@@ -38,7 +38,8 @@ CommandState outlineState()
 {
     CommandState state;
     state.documentCount = 1;
-    state.ActiveWritable = state.AnyWritable = state.Writable = state.Selected = state.OutlineFocus = true;
+    state.ActiveWritable = state.ActiveSavable = state.AnyWritable = state.Writable = state.Selected =
+        state.OutlineFocus = true;
     return state;
 }
 
@@ -226,7 +227,7 @@ void tst_Toolbar::buttonsStayWhereTheyAreWhenTheSelectionMoves()
             before[row.key] = leftOf(*m_bar, row.key);
     }
     CommandState readOnly = rootState();
-    readOnly.Writable = readOnly.ActiveWritable = false;
+    readOnly.Writable = readOnly.ActiveWritable = readOnly.ActiveSavable = false;
     readOnly.HasChildren = true;
     int compared = 0;
     for (const CommandState &state : {rootState(), readOnly}) {

@@ -39,7 +39,7 @@ const Expected expectedButtons[] = {
     {"Go To Text", ViewGoToText, 0, "O"},
     {"Copy Entry", OutlineCopy, 0, "O"},
     {"Paste Entry", OutlinePaste, 0, "O"},
-    {"Delete Entry", OutlineDelete, 0, "OS"},
+    {"Delete Entry", OutlineDelete, 0, "OS!R"},
     {"Print Entry", FilePrint, 1, "D"},
     {"Preview Entry", FilePrintPreview, 1, "D"},
     {"New Entry Above", OutlineInsertAbove, 0, "O!R"},
@@ -79,10 +79,10 @@ const Expected expectedButtons[] = {
 };
 
 const std::map<char, bool CommandState::*> conditions{
-    {'V', &CommandState::ActiveWritable}, {'W', &CommandState::Writable},     {'S', &CommandState::Selected},
-    {'R', &CommandState::IsRoot},         {'H', &CommandState::HasChildren},  {'E', &CommandState::Expanded},
-    {'1', &CommandState::FirstSibling},   {'9', &CommandState::LastSibling},  {'P', &CommandState::HasPrevious},
-    {'Q', &CommandState::ParentIsRoot},   {'O', &CommandState::OutlineFocus}, {'T', &CommandState::TextFocus},
+    {'V', &CommandState::ActiveSavable}, {'W', &CommandState::Writable},     {'S', &CommandState::Selected},
+    {'R', &CommandState::IsRoot},        {'H', &CommandState::HasChildren},  {'E', &CommandState::Expanded},
+    {'1', &CommandState::FirstSibling},  {'9', &CommandState::LastSibling},  {'P', &CommandState::HasPrevious},
+    {'Q', &CommandState::ParentIsRoot},  {'O', &CommandState::OutlineFocus}, {'T', &CommandState::TextFocus},
     {'M', &CommandState::CanMoveDown},
 };
 

@@ -47,6 +47,7 @@ private Q_SLOTS:
 
     void importTextMakesADocumentOfTheFile();
     void importTextCancelledOpensNothing();
+    void anImportThatFailsLeavesNoWindow();
     void importClipboardMakesADocument();
     void exportTextAsksForAName();
     void exportTextCancelled();
@@ -367,6 +368,21 @@ void tst_modFile::importTextCancelledOpensNothing()
     modFile::FileImportText();
     QVERIFY(m_fake->windows.open.empty());
     QCOMPARE(m_fake->formats.importedFiles, QStringList());
+}
+
+void tst_modFile::anImportThatFailsLeavesNoWindow()
+{
+    openDocument(path(u"a.qly"_s));
+    m_fake->formats.importsFail = true;
+    m_fake->dialogs.openNames = {path(u"gone.txt"_s)};
+    modFile::FileImportText();
+    QCOMPARE(m_fake->windows.open.size(), size_t(1));
+    QCOMPARE(m_fake->windows.active->document.m_sFile, path(u"a.qly"_s));
+    QCOMPARE(m_fake->dialogs.warnings.size(), 1);
+    QVERIFY(m_fake->dialogs.warnings[0].contains(path(u"gone.txt"_s)));
+    modFile::FileImportClipboard();
+    QCOMPARE(m_fake->windows.open.size(), size_t(1));
+    QCOMPARE(m_fake->dialogs.warnings.size(), 2);
 }
 
 void tst_modFile::importClipboardMakesADocument()

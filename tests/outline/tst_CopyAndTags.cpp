@@ -28,7 +28,7 @@ private Q_SLOTS:
     void pasteAndDeleteIntoItselfLosesNothing();
     void pasteAndDeleteOfTheRootWithNothingSelectedLosesNothing();
     void pasteAndDeleteTakesTheSelectionOfAnotherDocument();
-    void pasteAndDeleteEmptiesAnotherDocument();
+    void pasteAndDeleteLeavesAnotherDocumentItsRoot();
     void copiesShareNothingWithTheirSource();
     void theCopiedEntryDiesWithItsEntry();
     void theCopiedEntryDiesWithItsDocument();
@@ -158,7 +158,7 @@ void tst_CopyAndTags::pasteAndDeleteTakesTheSelectionOfAnotherDocument()
     QCOMPARE(modNodes::nodCurrent().entry(), fixture.entry(u"B"_s));
 }
 
-void tst_CopyAndTags::pasteAndDeleteEmptiesAnotherDocument()
+void tst_CopyAndTags::pasteAndDeleteLeavesAnotherDocumentItsRoot()
 {
     OutlineFixture fixture({u"Root +<"_s, u" A"_s});
     Document &source = fixture.document();
@@ -169,8 +169,9 @@ void tst_CopyAndTags::pasteAndDeleteEmptiesAnotherDocument()
     plantOutline(fixture.document().tree, {u"Other <"_s});
     modOutline::OutlinePasteAndDelete();
     QCOMPARE(fixture.dump(), QStringList({u"Other +"_s, u" Root +<"_s, u"  A"_s}));
-    QCOMPARE(dumpOutline(source.tree), QStringList());
-    QCOMPARE(fixture.fakes.windows.fakeOf(source).text.rtf, QByteArray());
+    QCOMPARE(dumpOutline(source.tree), QStringList({u"Root +<"_s, u" A"_s}));
+    QCOMPARE(fixture.fakes.windows.fakeOf(source).text.rtf, QByteArray("text of the root"));
+    QVERIFY(!source.m_bDataChanged);
 }
 
 void tst_CopyAndTags::copiesShareNothingWithTheirSource()

@@ -280,9 +280,17 @@ public:
             onWritePlainText(document, sink);
     }
 
-    void importText(const QString &sFile) override { importedFiles.append(sFile); }
+    void importText(const QString &sFile) override
+    {
+        importedFiles.append(sFile);
+        import();
+    }
 
-    void importClipboard() override { ++timesClipboardImported; }
+    void importClipboard() override
+    {
+        ++timesClipboardImported;
+        import();
+    }
 
     void exportText(const QString &sFile) override { exportedFiles.append(sFile); }
 
@@ -296,6 +304,15 @@ public:
     QStringList exportedFiles;
     int timesClipboardImported = 0;
     int timesClipboardExported = 0;
+    // Whether an import ends without an entry, as one that fails does.
+    bool importsFail = false;
+
+private:
+    void import() const
+    {
+        if (!importsFail)
+            ports().windows->activeDocument()->tree.insert(Relationship::tvwFirst, nullptr);
+    }
 };
 
 // A settings store in memory. A section lists its decimal keys in numeric order, as the real one does.

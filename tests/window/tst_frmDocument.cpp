@@ -5,10 +5,10 @@
 
 #include "support/OutlineText.h"
 
+#include "formats/modDocText.h"
 #include "model/StoredText.h"
 #include "model/modDoc.h"
 #include "model/modFile.h"
-#include "outline/modOutline.h"
 #include "rtf/Rtf.h"
 #include "search/modSearch.h"
 #include "window/KeyMap.h"
@@ -63,6 +63,12 @@ private Q_SLOTS:
     void eventsAreSilentWhileBusy();
     void closingAnUnchangedDocumentAsksNothing();
     void closingAChangedReadOnlyDocumentAsksNothing();
+    void aFileThatTurnsReadOnlyTakesNothingAway_data();
+    void aFileThatTurnsReadOnlyTakesNothingAway();
+    void aReadOnlyDocumentSavedElsewhereCanBeEdited();
+    void withoutAnEntryTheTextPaneTakesNoWords();
+    void aDocumentWithoutEntriesReplacesNoFile();
+    void aRefusedSaveIsAskedAboutOnClosing();
     void cancelKeepsTheWindowAndTheCount();
     void noClosesWithoutSaving();
     void yesSavesAndCloses();
@@ -614,9 +620,109 @@ void tst_frmDocument::closingAChangedReadOnlyDocumentAsksNothing()
     openThreeEntries();
     QCOMPARE(modDoc::DocSave(file), SaveOutcome::Saved);
     QVERIFY(QFile::setPermissions(file, QFileDevice::ReadOwner | QFileDevice::ReadUser));
+    QVERIFY(modDoc::DocLoad(file));
     document().m_bDataChanged = true;
     QVERIFY(document().window.close());
     QVERIFY(m_fixture->fakes.dialogs.questions.isEmpty());
+}
+
+// Opened or saved while it could be written, then protected by somebody else or by a disk with errors.
+void tst_frmDocument::aFileThatTurnsReadOnlyTakesNothingAway_data()
+{
+    QTest::addColumn<bool>("loaded");
+    QTest::newRow("opened") << true;
+    QTest::newRow("saved") << false;
+}
+
+void tst_frmDocument::aFileThatTurnsReadOnlyTakesNothingAway()
+{
+    QFETCH(const bool, loaded);
+    const QString file = m_fixture->folder.filePath(u"fixed.qly"_s);
+    const QString other = m_fixture->folder.filePath(u"other.qly"_s);
+    openThreeEntries();
+    QCOMPARE(modDoc::DocSave(file), SaveOutcome::Saved);
+    if (loaded) {
+        QVERIFY(document().window.close());
+        QVERIFY(modDoc::DocLoad(file));
+    }
+    QVERIFY(QFile::setPermissions(file, QFileDevice::ReadOwner | QFileDevice::ReadUser));
+    clickOn(document().tree.root()->child(0));
+    form().textBox->setFocus();
+    QTest::keyClicks(form().textBox, u"kept "_s);
+    m_fixture->fakes.dialogs.answers = {Answer::Cancel};
+    QVERIFY2(!document().window.close(), "closing asks");
+    // Yes leads to another name, because the old one cannot be written.
+    m_fixture->fakes.dialogs.answers = {Answer::Yes};
+    m_fixture->fakes.dialogs.saveNames = {std::nullopt};
+    QVERIFY2(!document().window.close(), "without a name the window stays");
+    QVERIFY(document().hasNotice(NoticeKind::NotSaved));
+    QVERIFY(document().m_bDataChanged);
+    m_fixture->fakes.dialogs.answers = {Answer::Yes};
+    m_fixture->fakes.dialogs.saveNames = {other};
+    QVERIFY(document().window.close());
+    QVERIFY(modDoc::DocLoad(other));
+    QVERIFY(textOf(document().tree.root()->child(0)).startsWith(u"kept Text of"_s));
+}
+
+void tst_frmDocument::aReadOnlyDocumentSavedElsewhereCanBeEdited()
+{
+    const QString file = m_fixture->folder.filePath(u"fixed.qly"_s);
+    openThreeEntries();
+    QCOMPARE(modDoc::DocSave(file), SaveOutcome::Saved);
+    QVERIFY(QFile::setPermissions(file, QFileDevice::ReadOwner | QFileDevice::ReadUser));
+    QVERIFY(document().window.close());
+    QVERIFY(modDoc::DocLoad(file));
+    QCOMPARE(modDoc::DocSave(m_fixture->folder.filePath(u"copy.qly"_s)), SaveOutcome::Saved);
+    form().textBox->setFocus();
+    QTest::keyClicks(form().textBox, u"x"_s);
+    QCOMPARE(document().txtRTF.Text(), u"x"_s);
+}
+
+void tst_frmDocument::withoutAnEntryTheTextPaneTakesNoWords()
+{
+    Document &opened = openThreeEntries();
+    modNodes::NodeDelete(opened, opened.tree.root());
+    modNodes::showNothing(opened);
+    form().textBox->setFocus();
+    QTest::keyClicks(form().textBox, u"lost"_s);
+    QCOMPARE(opened.txtRTF.Text(), QString());
+    modNodes::NodeSelect(opened, modNodes::NodeInsert(opened, Relationship::tvwFirst, nullptr));
+    QTest::keyClicks(form().textBox, u"kept"_s);
+    QCOMPARE(textOf(opened.tree.root()), u"kept"_s);
+}
+
+void tst_frmDocument::aDocumentWithoutEntriesReplacesNoFile()
+{
+    const QString file = m_fixture->folder.filePath(u"kept.qly"_s);
+    Document &opened = openThreeEntries();
+    QCOMPARE(modDoc::DocSave(file), SaveOutcome::Saved);
+    const qint64 size = QFileInfo(file).size();
+    modNodes::NodeDelete(opened, opened.tree.root());
+    modNodes::showNothing(opened);
+    opened.m_bDataChanged = true;
+    modFile::FileSaveAll();
+    QVERIFY(opened.hasNotice(NoticeKind::NotSaved));
+    m_fixture->fakes.dialogs.answers = {Answer::Yes};
+    QVERIFY(!opened.window.close());
+    modDocText::DocExport(file);
+    QCOMPARE(QFileInfo(file).size(), size);
+    QVERIFY(!QFile::exists(m_fixture->folder.filePath(u"kept.bak"_s)));
+    m_fixture->fakes.dialogs.answers = {Answer::No};
+    QVERIFY(opened.window.close());
+}
+
+// A text warning answered No: the words are still nowhere but here.
+void tst_frmDocument::aRefusedSaveIsAskedAboutOnClosing()
+{
+    openThreeEntries();
+    document().m_sFile = m_fixture->folder.filePath(u"notes.txt"_s);
+    document().m_bDataChanged = true;
+    m_fixture->fakes.dialogs.answers = {Answer::No, Answer::Cancel};
+    QVERIFY(!modFile::FileSave());
+    QVERIFY(!document().window.close());
+    QCOMPARE(m_fixture->fakes.dialogs.questions.size(), 2);
+    m_fixture->fakes.dialogs.answers = {Answer::Yes, Answer::Yes};
+    QVERIFY(document().window.close());
 }
 
 void tst_frmDocument::cancelKeepsTheWindowAndTheCount()
@@ -705,17 +811,15 @@ void tst_frmDocument::aFailedLoadKeepsItsNoticeUntilTheSelectionMoves()
 void tst_frmDocument::aWindowWithoutEntriesShowsNoLabelOfAnother()
 {
     Document &emptied = openThreeEntries();
-    modOutline::OutlineCopy();
     Document &other = openThreeEntries();
     other.tree.setLabel(other.tree.root(), u"Other"_s);
-    modOutline::OutlinePasteAndDelete();
-    QVERIFY(!emptied.tree.root());
-    QCOMPARE(m_fixture->fakes.commands.statusText, u"Root"_s);
+    modNodes::NodeDelete(emptied, emptied.tree.root());
+    modNodes::showNothing(emptied);
     emptied.window.activate();
     QCOMPARE(m_fixture->fakes.commands.statusText, QString());
     QCOMPARE(emptied.txtRTF.Text(), QString());
     other.window.activate();
-    QCOMPARE(m_fixture->fakes.commands.statusText, u"Root"_s);
+    QCOMPARE(m_fixture->fakes.commands.statusText, u"Other"_s);
 }
 
 QTEST_MAIN(tst_frmDocument)
