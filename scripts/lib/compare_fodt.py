@@ -2,8 +2,9 @@
 # SPDX-License-Identifier: MIT
 """compare_fodt.py THEIRS OURS: how far the flat OpenDocument texts of two folders agree in text and formatting.
 
-Paragraphs are matched by their text. Characters are compared one by one in bold, italic, underline, font, size and
-colour, paragraphs in alignment and indents; blanks count for nothing but the text.
+Paragraphs are matched by their text. Characters are compared one by one in their looks and links, paragraphs in theirs,
+in the level of their list and in the cell where they stand; blanks count for nothing but the text. Fails when THEIRS
+has a text that OURS lacks, which is one that could not be loaded.
 """
 
 import collections
@@ -19,9 +20,17 @@ NS = {
     "fo": "urn:oasis:names:tc:opendocument:xmlns:xsl-fo-compatible:1.0",
     "svg": "urn:oasis:names:tc:opendocument:xmlns:svg-compatible:1.0",
     "draw": "urn:oasis:names:tc:opendocument:xmlns:drawing:1.0",
+    "table": "urn:oasis:names:tc:opendocument:xmlns:table:1.0",
+    "xlink": "http://www.w3.org/1999/xlink",
 }
-CHARACTER = ("bold", "italic", "underline", "font", "size", "colour")
-PARAGRAPH = ("alignment", "left", "right", "first line")
+CHARACTER = ("bold", "italic", "underline", "strike", "position", "font", "size", "colour", "background", "link")
+LENGTHS = (
+    ("left", "fo:margin-left"), ("right", "fo:margin-right"), ("first line", "fo:text-indent"),
+    ("above", "fo:margin-top"), ("below", "fo:margin-bottom"),
+)
+PARAGRAPH = (
+    "alignment", "left", "right", "first line", "above", "below", "line height", "border", "list", "cell", "page break",
+)
 
 
 def name(prefixed):
@@ -61,14 +70,37 @@ class Document:
         body = root.find("office:body/office:text", NS)
         self.walk(body)
 
-    def walk(self, element, lists=()):
+    def walk(self, element, lists=(), cells=()):
         for child in element:
             if child.tag in (name("text:p"), name("text:h")):
-                self.add_paragraph(child, lists)
+                self.add_paragraph(child, lists, cells)
             elif child.tag == name("text:list"):
-                self.walk(child, lists + (child.get(name("text:style-name")),))
-            elif child.tag not in (name("text:note"), name("office:annotation")):
-                self.walk(child, lists)
+                self.walk(child, lists + (child.get(name("text:style-name")),), cells)
+            elif child.tag == name("table:table"):
+                self.walk_table(child, cells)
+            elif child.tag not in (name("text:note"), name("office:annotation"), name("text:tracked-changes")):
+                self.walk(child, lists, cells)
+
+    def walk_table(self, table, cells):
+        for row, line in enumerate(self.rows_of(table)):
+            place = 0
+            for cell in line:
+                if cell.tag not in (name("table:table-cell"), name("table:covered-table-cell")):
+                    continue
+                if cell.tag == name("table:table-cell"):
+                    spans = tuple(int(cell.get(name("table:number-%s-spanned" % what), "1")) for what in ("rows", "columns"))
+                    self.walk(cell, (), cells + ((row, place) + spans,))
+                place += int(cell.get(name("table:number-columns-repeated"), "1"))
+
+    def rows_of(self, table):
+        """The rows of a table, without those of tables in it."""
+        rows = []
+        for child in table:
+            if child.tag == name("table:table-row"):
+                rows.append(child)
+            elif child.tag in (name("table:table-header-rows"), name("table:table-rows"), name("table:table-row-group")):
+                rows.extend(self.rows_of(child))
+        return rows
 
     def list_indents(self, lists):
         """The indents that a list gives its paragraphs: those of the level that is as deep as the list."""
@@ -110,6 +142,15 @@ class Document:
         size = text.get(name("fo:font-size"))
         if size is not None and size.endswith("pt"):
             properties["size"] = round(float(size[:-2]), 1)
+        line = text.get(name("style:text-line-through-style"))
+        if line is not None:
+            properties["strike"] = line != "none"
+        position = text.get(name("style:text-position"))
+        if position is not None:
+            properties["position"] = position.split()[0]
+        background = text.get(name("fo:background-color"))
+        if background is not None:
+            properties["background"] = background
         colour = text.get(name("fo:color"))
         if text.get(name("style:use-window-font-color")) == "true":
             properties["colour"] = "automatic"
@@ -117,9 +158,11 @@ class Document:
             properties["colour"] = "automatic" if colour == "#000000" else colour
         return properties
 
-    def add_paragraph(self, element, lists):
-        base = {"bold": False, "italic": False, "underline": False, "font": "", "size": 12.0, "colour": "automatic"}
-        look = {"alignment": "start", "left": 0.0, "right": 0.0, "first line": 0.0}
+    def add_paragraph(self, element, lists, cells):
+        base = {"bold": False, "italic": False, "underline": False, "strike": False, "position": "0%", "font": "",
+                "size": 12.0, "colour": "automatic", "background": "transparent", "link": ""}
+        look = {"alignment": "start", "left": 0.0, "right": 0.0, "first line": 0.0, "above": 0.0, "below": 0.0,
+                "line height": "100%", "border": "", "list": len(lists), "cell": cells, "page break": False}
         styles = self.chain("paragraph", element.get(name("text:style-name")))
         for style in styles:
             if lists and style is styles[-1]:
@@ -131,14 +174,26 @@ class Document:
             alignment = paragraph.get(name("fo:text-align"))
             if alignment is not None:
                 look["alignment"] = {"left": "start", "right": "end"}.get(alignment, alignment)
-            for key, attribute in (("left", "fo:margin-left"), ("right", "fo:margin-right"), ("first line", "fo:text-indent")):
+            for key, attribute in LENGTHS:
                 if paragraph.get(name(attribute)) is not None:
                     look[key] = inches(paragraph.get(name(attribute)))
+            for attribute in ("fo:line-height", "style:line-height-at-least"):
+                height = paragraph.get(name(attribute))
+                if height is not None:
+                    look["line height"] = height if height.endswith("%") else "%.2f" % inches(height)
+            borders = [(paragraph.get(name("fo:border")) or "none")] * 4
+            for i, side in enumerate(("top", "left", "bottom", "right")):
+                borders[i] = paragraph.get(name("fo:border-" + side)) or borders[i]
+            if any(border != "none" for border in borders):
+                look["border"] = ", ".join("none" if b == "none" else " ".join(b.split()[1:]) for b in borders)
+            if paragraph.get(name("fo:break-before")) is not None:
+                look["page break"] = paragraph.get(name("fo:break-before")) == "page"
         text = []
         characters = []
         later = []
 
         def put(string, properties):
+            string = string.replace("\u2006", "")  # LibreOffice puts it beside some blanks
             text.append(string)
             characters.extend([properties] * len(string))
 
@@ -153,7 +208,7 @@ class Document:
                 elif tag == name("text:line-break"):
                     put("\n", properties)
                 elif tag in (name("text:span"), name("text:a")):
-                    inner = properties
+                    inner = dict(properties, link=child.get(name("xlink:href"), properties["link"]))
                     for style in self.chain("text", child.get(name("text:style-name"))):
                         if style is not self.defaults.get("text"):
                             inner = self.character(inner, style)
@@ -169,7 +224,7 @@ class Document:
         run(element, base)
         self.paragraphs.append(("".join(text), look, characters))
         for frame in later:
-            self.walk(frame)
+            self.walk(frame, (), cells)
 
 
 def compare(theirs, ours, agreed, total, differences):
@@ -209,10 +264,13 @@ def compare(theirs, ours, agreed, total, differences):
 def main():
     theirs, ours = (pathlib.Path(folder) for folder in sys.argv[1:3])
     all_agreed, all_total = collections.Counter(), collections.Counter()
+    refused = []
+    for path in sorted(theirs.glob("*.rtf")):
+        if not path.with_suffix(".fodt").exists():
+            print("%s: cannot be loaded as it is" % path.stem)
     for path in sorted(theirs.glob("*.fodt")):
         if not (ours / path.name).exists():
-            print("%s: nothing of ours to compare with" % path.stem)
-            all_total["text"] += 1
+            refused.append(path.stem)
             continue
         agreed, total, differences = collections.Counter(), collections.Counter(), collections.Counter()
         compare(Document(path), Document(ours / path.name), agreed, total, differences)
@@ -227,6 +285,8 @@ def main():
         if all_total[key]:
             print("    %-10s %7.3f %% of %d" % (key, 100.0 * all_agreed[key] / all_total[key], all_total[key]))
     print("    %-10s %7.3f %%" % ("all", 100.0 * sum(all_agreed.values()) / max(1, sum(all_total.values()))))
+    if refused:
+        sys.exit("Refused when Quillery has written it: " + ", ".join(refused))
 
 
 main()

@@ -245,7 +245,9 @@ void Writer::writeParaLook(Output &output, const ParaLook &look, bool isInList)
         output.word(alignmentWords[std::size_t(look.alignment)]);
     }
     for (const ParaWord &row : paraWords) {
-        const bool isListIndent = isInList && (row.number == &ParaLook::left || row.number == &ParaLook::firstLine);
+        // Some word processors take the other indents from the list where one of them is missing.
+        const bool isListIndent = isInList && (row.number == &ParaLook::left || row.number == &ParaLook::right ||
+                                               row.number == &ParaLook::firstLine);
         if (look.*row.number != 0 || isListIndent) {
             output.word(row.word, look.*row.number);
         }

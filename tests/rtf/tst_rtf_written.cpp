@@ -21,6 +21,7 @@ private Q_SLOTS:
     void labelsStandInTheTextToo();
     void labelsOfTheDocumentsOwnListsStandInTheText();
     void labelsLookLikeTheTextBehindThem();
+    void aListSaysAllItsIndents();
     void addressesOfLinksComeBack_data();
     void addressesOfLinksComeBack();
     void tablesComeBackAsWideAsTheyWere_data();
@@ -179,6 +180,19 @@ void TestRtfWritten::everyRowOfANestedTableSaysWhereItIs()
     QVERIFY2(rows[4].startsWith(middle), rows[4]);
     const auto read = rtftest::documentOf(written);
     QCOMPARE(rtf::write(*read), written);
+}
+
+// Of a paragraph in a list that leaves one out, some word processors forget the others too.
+void TestRtfWritten::aListSaysAllItsIndents()
+{
+    QTextDocument document(QStringLiteral("item\ntext"));
+    QTextCursor(&document).createList(QTextListFormat::ListDisc);
+    const QByteArray written = rtf::write(document);
+    const QByteArray item = written.left(written.indexOf("item"));
+    for (const char *indent : {"\\li", "\\ri", "\\fi"}) {
+        QVERIFY2(item.sliced(item.lastIndexOf("\\pard")).contains(indent), written);
+    }
+    QVERIFY(!written.mid(written.indexOf("item")).contains("\\ri"));
 }
 
 void TestRtfWritten::addressesOfLinksComeBack_data()
