@@ -27,6 +27,10 @@ void replaceInLabel(Document &document, Entry *entry);
 // a text costs many times as much.
 bool mayHoldMatch(const QByteArray &text);
 
+// Goes to the text's beginning where the selection is what an earlier dialog found and left, and not what is searched
+// for now: replacing all begins with what the user has selected, whatever it is, but not with that.
+void dropLeftMatch(const Document &document);
+
 // Shows the selected entry's text anew with the caret at its start, or goes there in the one that is shown if it is the
 // same: that one can still be undone.
 void showSelectedText(Document &document);

@@ -52,6 +52,22 @@ void showMatchAgain(const Document &document)
     pane.setSelLength(length);
 }
 
+// What a dialog left selected when it closed. The addresses are only compared.
+struct LeftMatch {
+    const Entry *entry = nullptr;
+    int start = 0;
+    int length = 0;
+
+    bool operator==(const LeftMatch &) const = default;
+};
+
+LeftMatch s_leftMatch;
+
+LeftMatch selectionIn(const Document &document)
+{
+    return {document.tree.selected(), document.txtRTF.SelStart(), document.txtRTF.SelLength()};
+}
+
 void openDialog(const char *name, qint16 mode)
 {
     procedure(name, [mode] {
@@ -61,8 +77,10 @@ void openDialog(const char *name, qint16 mode)
             const SearchModeScope scope(mode);
             searchPorts().showDialog();
         }
-        if (const Document *document = DocumentActive())
+        if (const Document *document = DocumentActive()) {
             showMatchAgain(*document);
+            s_leftMatch = selectionIn(*document);
+        }
     });
 }
 
@@ -123,6 +141,14 @@ void showSelectedText(Document &document)
         document.txtRTF.setSelStart(0);
     else
         modNodes::NodeTextGetSelected();
+}
+
+void dropLeftMatch(const Document &document)
+{
+    TextPane &pane = document.txtRTF;
+    const bool isLeft = pane.SelLength() > 0 && selectionIn(document) == s_leftMatch;
+    if (isLeft && pane.SelText().compare(g_sSearchFind, labelComparison()) != 0)
+        pane.setSelStart(0);
 }
 
 SearchScope searchScope()

@@ -304,6 +304,7 @@ void SearchReplaceAll()
         Document *document = DocumentActive();
         if (!document || g_sSearchFind.isEmpty() || replacementHoldsExpression())
             return;
+        dropLeftMatch(*document);
         const SearchScope scope = searchScope();
         const bool isText = scope == SearchScope::CurrentText || scope == SearchScope::AllTexts;
         // Selected cells stay as they are, and the search goes on behind them.

@@ -75,6 +75,8 @@ private Q_SLOTS:
     void replacingAllLeavesPictures();
     void aMatchOverTheBorderOfCellsIsNotReplaced();
     void replacingAllLeavesSelectedCells();
+    void replacingAllLeavesWhatAnEarlierDialogFound_data();
+    void replacingAllLeavesWhatAnEarlierDialogFound();
     void withoutADocumentNothingIsFound();
     void theCommandsTakeTheSelectedText();
     void theMatchStaysSelectedWhenTheDialogCloses_data();
@@ -913,6 +915,41 @@ void tst_modSearch::replacingAllLeavesSelectedCells()
     modSearch::SearchReplaceAll();
     for (const QString &kept : {u"one"_s, u"two"_s, u"three"_s, u"four"_s, u"a dog"_s})
         QVERIFY2(f.box.Text().contains(kept), qPrintable(f.box.Text()));
+}
+
+void tst_modSearch::replacingAllLeavesWhatAnEarlierDialogFound_data()
+{
+    QTest::addColumn<QString>("scope");
+    QTest::addColumn<QString>("expression");
+    QTest::addColumn<QString>("text");
+    for (const QString &scope : {u"0"_s, u"1"_s}) {
+        QTest::addRow("something else, scope %s", qPrintable(scope)) << scope << u"cat"_s << u"a bird, a dog, a bird"_s;
+        QTest::addRow("the same, scope %s", qPrintable(scope)) << scope << u"Dog"_s << u"a cat, a bird, a cat"_s;
+    }
+}
+
+void tst_modSearch::replacingAllLeavesWhatAnEarlierDialogFound()
+{
+    QFETCH(const QString, scope);
+    QFETCH(const QString, expression);
+    QFETCH(const QString, text);
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, u"a cat, a dog, a cat"_s);
+    modNodes::NodeSelectFull(f.document, root);
+    g_sSearchScope = scope;
+    searchPorts().showDialog = [] {
+        g_sSearchFind = u"dog"_s;
+        QVERIFY(modSearch::SearchPerform());
+    };
+    modSearch::SearchFind();
+    QCOMPARE(f.box.SelText(), u"dog"_s);
+    searchPorts().showDialog = [&expression] {
+        g_sSearchFind = expression;
+        g_sSearchReplace = u"bird"_s;
+        modSearch::SearchReplaceAll();
+    };
+    modSearch::SearchReplace();
+    QCOMPARE(f.textOf(root), text);
 }
 
 void tst_modSearch::withoutADocumentNothingIsFound()
