@@ -134,6 +134,8 @@ int NoticeRow::heightFor(int width)
     constexpr int charactersBeside = 40;
     const int needed = m_buttons->sizeHint().width() + charactersBeside * fontMetrics().averageCharWidth();
     m_body->setDirection(needed > width ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+    // A layout within another keeps what it has measured until it is told.
+    m_body->invalidate();
     layout()->invalidate();
     return layout()->totalHeightForWidth(width);
 }

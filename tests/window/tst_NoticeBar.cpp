@@ -515,6 +515,7 @@ void tst_NoticeBar::longTextsWrap()
     for (int part = 0; part < 30; ++part)
         path += u"/a_folder_with_a_name"_s;
     document().tell({NoticeKind::NotReadWhole, u"The file %1 could not be read whole."_s.arg(path)});
+    QVERIFY(bar().height() > oneLine * 2);
     QTest::qWait(0);
     const QLabel *label = bar().findChild<QLabel *>(u"lblNotice"_s);
     QVERIFY(bar().height() > oneLine * 2);
