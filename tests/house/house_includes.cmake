@@ -1,8 +1,8 @@
 # cmake -D HOUSE=<folder> -D WIDGET_HEADERS=<folder> -P house_includes.cmake
 #
 # Reads every C++ file below HOUSE and fails, naming file and line, when a room of src/ includes a room that it may not, when
-# a room of the core includes a widget's header, when an include is not written from src/, or when a file does not begin
-# with its two SPDX lines. WIDGET_HEADERS is the folder of Qt's widget headers; it tells which short names are widgets.
+# a room of the core includes a widget's header, when an include is not written from src/, when a file of src/ has 500 lines
+# or more, or when a file does not begin with its two SPDX lines. WIDGET_HEADERS is the folder of Qt's widget headers; it tells which short names are widgets.
 cmake_minimum_required(VERSION 3.25)
 
 # What each room may include besides itself. Rooms that stand side by side (outline, text, search) do not know each other.
@@ -14,7 +14,7 @@ set(uses_outline formats ${uses_formats})
 set(uses_text formats ${uses_formats})
 set(uses_search formats ${uses_formats})
 set(uses_platform model ${uses_model})
-set(uses_print platform outline text search ${uses_search})
+set(uses_print platform ${uses_platform})
 set(uses_window platform outline text search ${uses_search})
 set(uses_app window print ${uses_window})
 set(rooms util rtf model formats outline text search platform print window app)
@@ -68,6 +68,11 @@ macro(check_file file)
   endif()
   if("${file}" MATCHES "^src/([a-z]+)/")
     set(room ${CMAKE_MATCH_1})
+    string(REGEX MATCHALL "\n" ends "${text}")
+    list(LENGTH ends length)
+    if(length GREATER_EQUAL 500)
+      complain("${file}:1" "${length} lines are too many for one file")
+    endif()
     if(NOT room IN_LIST rooms)
       complain("${file}:1" "no rule says what the room ${room} may include")
     endif()
