@@ -5,11 +5,11 @@
 
 #include "platform/LineFilter.h"
 #include "platform/PageFit.h"
+#include "platform/ReadableText.h"
 #include "rtf/Looks.h"
 #include "rtf/PlainText.h"
 #include "util/RunTimeError.h"
 
-#include <QAbstractTextDocumentLayout>
 #include <QPainter>
 #include <QTextBlock>
 #include <QTextCursor>
@@ -32,6 +32,16 @@ constexpr qreal layoutSteps = 64;
 qreal cutOff(qreal length)
 {
     return std::floor(length * layoutSteps) / layoutSteps;
+}
+
+// The colours of what is printed.
+QPalette paper()
+{
+    QPalette palette;
+    palette.setColor(QPalette::Text, Qt::black);
+    palette.setColor(QPalette::Base, Qt::white);
+    palette.setColor(QPalette::Link, QColor(0, 0, 238));
+    return palette;
 }
 
 } // namespace
@@ -70,6 +80,7 @@ void PageFormatter::layOut(QPaintDevice &device, const QSizeF &size, const Place
     keepWithNext();
     m_length = offsetOf(last().position() + last().length() - 1);
     findPages();
+    m_readable = readableText(begin(), last(), paper());
 }
 
 QTextBlock PageFormatter::begin() const
@@ -281,7 +292,8 @@ void PageFormatter::drawSheet(QPainter &painter, const QPointF &corner, int shee
     QPainter inner(&filter);
     QAbstractTextDocumentLayout::PaintContext context;
     context.clip = QRectF(0, top, size.width(), size.height());
-    context.palette.setColor(QPalette::Text, Qt::black);
+    context.palette = paper();
+    context.selections = m_readable;
     m_document->documentLayout()->draw(&inner, context);
     inner.end();
     painter.restore();

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QAbstractTextDocumentLayout>
 #include <QSizeF>
 #include <QTextDocument>
 
@@ -80,4 +81,5 @@ private:
     std::vector<int> m_starts;
     // Which pages of the layout those are: one that no line begins on, inside a tall picture, counts for nothing.
     std::vector<int> m_sheets;
+    QList<QAbstractTextDocumentLayout::Selection> m_readable;
 };

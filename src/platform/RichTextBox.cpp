@@ -101,6 +101,8 @@ void RichTextBox::showDocument(QTextDocument *fresh)
     const bool own = old->parent() == this;
     m_loading = true;
     m_fonts = {m_font};
+    setExtraSelections({});
+    m_coloured.reset();
     setDocument(fresh);
     // The control keeps the format at the old caret for what is typed next; the new text has its own.
     setTextCursor(QTextCursor(fresh));

@@ -100,6 +100,7 @@ protected:
     void keyPressEvent(QKeyEvent *event) override;
     void focusInEvent(QFocusEvent *event) override;
     void wheelEvent(QWheelEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
     void dragEnterEvent(QDragEnterEvent *event) override;
     void dropEvent(QDropEvent *event) override;
     QMimeData *createMimeDataFromSelection() const override;
@@ -116,6 +117,16 @@ private:
         bool operator==(const Noted &) const = default;
     };
 
+    // What readable colours were found for.
+    struct Coloured {
+        int revision;
+        int first;
+        int last;
+        qint64 palette;
+        bool operator==(const Coloured &) const = default;
+    };
+
+    void colourVisibleText();
     std::size_t fontIndex() const;
     void takeFont();
     QTextDocument *freshDocument();
@@ -145,6 +156,7 @@ private:
     // While steps are joined, how many steps the undo history had before.
     std::optional<int> m_stepsBefore;
     std::optional<Noted> m_noted;
+    std::optional<Coloured> m_coloured;
     bool m_loading = false;
     bool m_isDropping = false;
 };
