@@ -120,6 +120,8 @@ enum class Special : quint8 {
     RowWidth,
     RowWidthKind,
     Section,
+    SectionBreaks,
+    SectionGoesOn,
     Style,
     Tab,
     Unicode,

@@ -155,7 +155,8 @@ void Interpreter::leaveDestination(Destination destination, Destination outer)
         finishOverride();
         break;
     case Destination::LegacyList:
-        setPara(ParaNumber::LegacyList, m_legacyIsContinued ? 0 : internLegacyList());
+        m_paragraphLegacy = m_legacyIsContinued ? 0 : internLegacyList();
+        setPara(ParaNumber::LegacyList, m_paragraphLegacy);
         break;
     case Destination::Picture:
         finishPicture();
@@ -296,7 +297,10 @@ void Interpreter::choosePage()
     }
     m_pageFont = isContent() ? place : -1;
     const Font &font = m_tables.fonts[std::size_t(place)];
-    const int number = font.codePage != 0 ? font.codePage : m_documentPage;
+    // Labels and names of styles are in the document's own code page, whatever font there is.
+    const bool isDocuments = m_hasDocumentPage && (m_state.destination == Destination::LevelText ||
+                                                   m_state.destination == Destination::StyleSheet);
+    const int number = font.codePage != 0 && !isDocuments ? font.codePage : m_documentPage;
     const bool hasGlyphs = font.symbol && isContent();
     // A font without a name is shown in the default one, whose glyphs its bytes then mean.
     const QString &family = font.family.isEmpty() ? m_tables.fonts[0].family : font.family;
@@ -342,6 +346,7 @@ void Interpreter::takeText(QStringView text)
             m_sink.text(text, m_state.chars);
             m_hasContent = true;
             ++m_shown;
+            m_isPlain = false;
         }
         break;
     case Destination::FontTable:

@@ -103,7 +103,7 @@ private:
     void applyTableSpecial(Special word, qint32 number, bool hasNumber);
     void applyStyleable(const ControlWord &word, qint32 number, bool isOn);
     void applyStyleNumber(Special kind, int number);
-    void applyStyle(int key);
+    void applyStyle(int key, bool isWhole);
     void applyCharDefaults();
     void setChar(CharNumber number, qint32 value);
     void setCharFlag(CharFlag flag, bool on);
@@ -111,7 +111,7 @@ private:
     void setParaFlag(ParaFlag flag, bool on);
     void addTab(qint32 position);
     void changeBorders(qint16 Border::*part, qint32 value);
-    ResolvedStyle resolveStyle(int key);
+    ResolvedStyle resolveStyle(int key, bool isWhole);
 
     // Destinations and what stands in the tables (InterpreterTables.cpp)
     void enter(Destination destination);
@@ -142,6 +142,7 @@ private:
     void endContentParagraph();
     void endCell(int depth);
     void endRow(int depth, const RowState &row);
+    void dropBlanksBehindCell();
     void closeRowsBelow(int depth);
     void finish();
 
@@ -164,6 +165,7 @@ private:
     const CodePage *m_page = nullptr;
 
     int m_documentPage = windowsLatin;
+    bool m_hasDocumentPage = false; // said by its number
     int m_defaultFont = 0;
     QHash<int, int> m_fontPlaces;
     int m_lastFontNumber = -1;
@@ -179,7 +181,7 @@ private:
     bool m_isParagraphStyle = true;
     bool m_isCharStyle = false;
     QHash<int, Style> m_styles; // by number, or by charStyleKey() of the number
-    QHash<int, ResolvedStyle> m_resolvedStyles;
+    QHash<std::pair<int, bool>, ResolvedStyle> m_resolvedStyles;
 
     TabKind m_tabKind = TabKind::Left;
     TabLeader m_tabLeader = TabLeader::None;
@@ -193,11 +195,12 @@ private:
 
     QHash<qint32, qint32> m_listPlaces; // by \listid
     ListOverride m_override;
-    int m_overrideNumber = 0;
+    int m_overrideNumber = -1;
     int m_overrideLevel = -1;
     LegacyList m_legacyList;
     QHash<LegacyList, int> m_legacyPlaces;
     bool m_legacyIsContinued = false;
+    qint32 m_paragraphLegacy = 0; // the list that a \pn has said for this paragraph, in whichever group
 
     std::vector<OpenField> m_openFields;
     QHash<std::pair<int, QString>, int> m_fieldPlaces; // by the field around and the instruction
@@ -215,6 +218,9 @@ private:
     bool m_hasContent = false;   // text or a picture since the last paragraph
     bool m_hasParagraph = false; // any paragraph so far
     bool m_pageBreak = false;    // \page before the paragraph that comes
+    bool m_sectionEnded = false; // \sect before it
+    bool m_sectionsBreak = true; // the section that begins stands on a page of its own
+    bool m_isPlain = false;      // \plain since the last text or paragraph
 };
 
 } // namespace rtf

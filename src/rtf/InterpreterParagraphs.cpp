@@ -27,12 +27,23 @@ void Interpreter::endParagraph(int depth)
         row.cellIsOpen = true;
     }
     ParaState para = m_state.para;
-    if (std::exchange(m_pageBreak, false)) {
+    const qint32 legacy = std::exchange(m_paragraphLegacy, 0);
+    if (para[ParaNumber::LegacyList] == 0) {
+        para[ParaNumber::LegacyList] = legacy;
+    }
+    // Of the two ways to say a paragraph's list, the newer one is for readers that know it.
+    const auto list = m_tables.listOverrides.constFind(para[ParaNumber::ListNumber]);
+    if (list != m_tables.listOverrides.constEnd() && list->list >= 0) {
+        para[ParaNumber::LegacyList] = 0;
+    }
+    const bool isNewSection = std::exchange(m_sectionEnded, false) && m_sectionsBreak;
+    if (std::exchange(m_pageBreak, false) || isNewSection) {
         para.flags |= PageBreakBefore;
     }
     para[ParaNumber::Field] = fieldBehindParagraph(depth);
     m_sink.endParagraph(para, m_state.chars, depth);
     ++m_shown;
+    m_isPlain = false;
     m_hasContent = false;
     m_hasParagraph = true;
 }
@@ -63,6 +74,7 @@ void Interpreter::endCell(int depth)
 // Ends the row at this depth and all inside it. A row without cells is none.
 void Interpreter::endRow(int depth, const RowState &row)
 {
+    dropBlanksBehindCell();
     endContentParagraph();
     closeRowsBelow(depth);
     if (m_openRows.size() < std::size_t(depth)) {
@@ -81,6 +93,19 @@ void Interpreter::endRow(int depth, const RowState &row)
     open = {};
     if (depth == 1) {
         m_openRows.clear();
+    }
+}
+
+// Blanks between the last cell and the end of its row are notation, and no cell.
+void Interpreter::dropBlanksBehindCell()
+{
+    const bool isBehindCell = !m_openRows.empty() && m_openRows.back().cells > 0 && !m_openRows.back().cellIsOpen;
+    if (!isBehindCell || m_hasContent) {
+        return;
+    }
+    const QStringView text = m_characters.text();
+    if (std::ranges::all_of(text, [](QChar c) { return c == QLatin1Char(' '); })) {
+        m_characters.clear();
     }
 }
 

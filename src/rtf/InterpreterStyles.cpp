@@ -40,19 +40,21 @@ void Interpreter::applyStyleNumber(Special kind, int number)
         m_isCharStyle = kind == Special::CharStyle;
     } else if (kind == Special::Style) {
         setPara(ParaNumber::Style, number);
-        applyStyle(number);
+        applyStyle(number, !m_isPlain);
     } else if (kind == Special::CharStyle) {
-        applyStyle(charStyleKey(number));
+        applyStyle(charStyleKey(number), true);
     }
 }
 
-// A style sets what it says and leaves the rest. Writers repeat a style's formatting behind it; hand-made texts do not.
-void Interpreter::applyStyle(int key)
+// A style sets what it says and leaves the rest; a whole one also what the styles say that it is based on. Word
+// processors write \plain first, then the style and all that differs from \plain once more, so that what a style only
+// inherits and the paragraph does not say is off. Texts made by hand lean on their styles.
+void Interpreter::applyStyle(int key, bool isWhole)
 {
     if (!m_styles.contains(key)) {
         return;
     }
-    const ResolvedStyle style = resolveStyle(key);
+    const ResolvedStyle style = resolveStyle(key, isWhole);
     const CharState plainChars = CharState::plain();
     for (std::size_t i = 0; i < plainChars.numbers.size(); ++i) {
         if (style.chars.numbers[i] != plainChars.numbers[i]) {
@@ -70,12 +72,15 @@ void Interpreter::applyStyle(int key)
         }
     }
     m_state.para.flags |= style.para.flags;
+    if (style.para[ParaNumber::Tabs] != 0) {
+        m_state.para.flags |= TabsAreStyles;
+    }
 }
 
-// The formatting of a style and of those it is based on.
-Interpreter::ResolvedStyle Interpreter::resolveStyle(int key)
+// The formatting of a style and, for the whole of it, of those it is based on.
+Interpreter::ResolvedStyle Interpreter::resolveStyle(int key, bool isWhole)
 {
-    if (const auto known = m_resolvedStyles.constFind(key); known != m_resolvedStyles.constEnd()) {
+    if (const auto known = m_resolvedStyles.constFind({key, isWhole}); known != m_resolvedStyles.constEnd()) {
         return *known;
     }
     std::vector<const Style *> chain;
@@ -85,6 +90,9 @@ Interpreter::ResolvedStyle Interpreter::resolveStyle(int key)
             break;
         }
         chain.push_back(&*style);
+        if (!isWhole) {
+            break;
+        }
         next = style->isCharStyle ? charStyleKey(style->basedOn) : style->basedOn;
     }
     flush();
@@ -92,13 +100,15 @@ Interpreter::ResolvedStyle Interpreter::resolveStyle(int key)
     m_state.chars = CharState::plain();
     m_state.para = ParaState::plain();
     for (auto style = chain.rbegin(); style != chain.rend(); ++style) {
+        m_state.para.flags |= TabsAreStyles;
         for (const StyleWord &word : (*style)->words) {
             apply(*word.word, word.number, word.hasNumber);
         }
     }
+    m_state.para.flags &= ~quint32(TabsAreStyles);
     const ResolvedStyle resolved{m_state.chars, m_state.para};
     m_state = before;
-    m_resolvedStyles.insert(key, resolved);
+    m_resolvedStyles.insert({key, isWhole}, resolved);
     return resolved;
 }
 

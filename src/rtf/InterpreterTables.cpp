@@ -92,7 +92,7 @@ void Interpreter::enter(Destination destination)
         break;
     case Destination::Override:
         m_override = {};
-        m_overrideNumber = 0;
+        m_overrideNumber = -1;
         m_overrideLevel = -1;
         break;
     case Destination::OverrideLevel:
@@ -245,8 +245,8 @@ void Interpreter::finishListLevel()
 
 void Interpreter::finishOverride()
 {
-    if (m_overrideNumber > 0) {
-        m_tables.listOverrides.insert(m_overrideNumber, m_override);
+    if (m_overrideNumber >= 0) {
+        m_tables.listOverrides.insert(m_overrideNumber == 0 ? listZero : m_overrideNumber, m_override);
     }
 }
 

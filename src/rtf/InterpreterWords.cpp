@@ -204,11 +204,20 @@ void Interpreter::applySpecial(Special word, qint32 number, bool hasNumber)
     case Special::Section:
         if (isContent()) {
             endContentParagraph();
+            m_sectionEnded = m_hasParagraph;
         }
         break;
+    case Special::SectionBreaks:
+    case Special::SectionGoesOn:
+        m_sectionsBreak = word == Special::SectionBreaks;
+        break;
     case Special::Page:
-        if (isContent() && tableDepth() == 0) {
-            endContentParagraph();
+        // Behind a row the paragraph formatting is often that of its cells still.
+        if (isContent() && (tableDepth() == 0 || m_openRows.empty())) {
+            flush();
+            if (m_hasContent && tableDepth() == 0) {
+                endParagraph(0);
+            }
             m_pageBreak = true;
         }
         break;
@@ -229,9 +238,11 @@ void Interpreter::applySpecial(Special word, qint32 number, bool hasNumber)
     case Special::ParagraphDefaults:
         m_state.para = ParaState::plain();
         m_borderTarget = BorderTarget::None;
+        m_paragraphLegacy = isContent() ? 0 : m_paragraphLegacy;
         break;
     case Special::CharDefaults:
         applyCharDefaults();
+        m_isPlain = m_isPlain || isContent();
         break;
     case Special::Unicode:
         if (collectsText()) {
@@ -245,6 +256,7 @@ void Interpreter::applySpecial(Special word, qint32 number, bool hasNumber)
         break;
     case Special::AnsiCodePage:
         m_documentPage = number == 0 ? windowsLatin : number;
+        m_hasDocumentPage = true;
         m_pageFont = -1;
         break;
     case Special::DefaultFont:
@@ -405,6 +417,9 @@ void Interpreter::setPara(ParaNumber number, qint32 value)
         m_overrideNumber = qMax(0, value);
         return;
     }
+    if (number == ParaNumber::ListNumber && value == 0 && m_tables.listOverrides.contains(listZero)) {
+        value = listZero;
+    }
     m_state.para[number] = clampTo(paraRanges[std::size_t(number)], value);
     if (number == ParaNumber::Left) {
         m_state.para.flags |= LeftIsSet;
@@ -420,7 +435,9 @@ void Interpreter::setParaFlag(ParaFlag flag, bool on)
 
 void Interpreter::addTab(qint32 position)
 {
-    const qint32 previous = m_state.para[ParaNumber::Tabs];
+    // A paragraph that sets stops sets all of them, those of its style once more.
+    const qint32 previous = m_state.para.has(TabsAreStyles) ? 0 : m_state.para[ParaNumber::Tabs];
+    m_state.para.flags &= ~quint32(TabsAreStyles);
     const quint8 length = m_tables.tabs[std::size_t(previous)].length;
     if (length < mostTabs) {
         const std::array key{previous, position, qint32(m_tabKind), qint32(m_tabLeader)};

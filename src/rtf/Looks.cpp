@@ -17,7 +17,7 @@ namespace rtf
 namespace
 {
 
-constexpr quint32 effects = Outline | Shadow | Emboss | Engrave | DoubleStrike;
+constexpr quint32 effects = Outline | Shadow | Emboss | Engrave | DoubleStrike | Deleted | Revised;
 
 struct UnderlineRow {
     UnderlineKind kind;
@@ -181,7 +181,7 @@ QTextCharFormat charFormat(const CharLook &look)
     if ((look.flags & Italic) != 0) {
         format.setFontItalic(true);
     }
-    if ((look.flags & (Strike | DoubleStrike)) != 0) {
+    if ((look.flags & (Strike | DoubleStrike | Deleted)) != 0) {
         format.setFontStrikeOut(true);
     }
     const auto *row = std::ranges::find(underlineRows, look.underline, &UnderlineRow::kind);
@@ -226,7 +226,9 @@ QTextCharFormat charFormat(const CharLook &look)
         format.setProperty(HiddenProperty, true);
     }
     if ((look.flags & effects) != 0) {
-        format.setProperty(EffectsProperty, int(look.flags & effects));
+        // What is struck out because it is deleted may be struck out itself.
+        const quint32 strike = (look.flags & Deleted) != 0 ? look.flags & Strike : 0;
+        format.setProperty(EffectsProperty, int((look.flags & effects) | strike));
     }
     if (!look.target.isEmpty()) {
         format.setAnchor(true);
@@ -250,10 +252,13 @@ CharLook charLook(const QTextCharFormat &format, const QFont &defaultFont)
     const bool isBold = format.hasProperty(QTextFormat::FontWeight) ? format.fontWeight() >= QFont::DemiBold
                                                                     : defaultFont.weight() >= QFont::DemiBold;
     const bool isStruck = flagOf(format, QTextFormat::FontStrikeOut, defaultFont.strikeOut());
-    const auto keptEffects = static_cast<quint32>(format.intProperty(EffectsProperty)) & effects;
+    const auto keptEffects = static_cast<quint32>(format.intProperty(EffectsProperty)) & (effects | Strike);
     look.flags = (isBold ? Bold : 0u) | (flagOf(format, QTextFormat::FontItalic, defaultFont.italic()) ? Italic : 0u) |
-                 (format.boolProperty(HiddenProperty) ? Hidden : 0u) | (keptEffects & ~quint32(DoubleStrike));
-    if (isStruck) {
+                 (format.boolProperty(HiddenProperty) ? Hidden : 0u) |
+                 (keptEffects & ~quint32(Strike | DoubleStrike | Deleted));
+    if (isStruck && (keptEffects & Deleted) != 0) {
+        look.flags |= keptEffects & (Strike | DoubleStrike | Deleted);
+    } else if (isStruck) {
         look.flags |= (keptEffects & DoubleStrike) != 0 ? DoubleStrike : Strike;
     }
     if (format.fontCapitalization() == QFont::AllUppercase) {

@@ -17,8 +17,10 @@ namespace rtf
 namespace
 {
 
-constexpr quint32 keptFlags = KeepLines | KeepNext;
-constexpr int singleSpacing = 240; // \sl of a line of its own height
+constexpr quint32 keptFlags = KeepLines | KeepNext | BeforeIsAuto | AfterIsAuto | Contextual;
+
+constexpr int automaticSpace = 280; // twips
+constexpr int singleSpacing = 240;  // \sl of a line of its own height
 
 int length(qreal pixels)
 {
@@ -203,7 +205,9 @@ ParaLook paraLook(const ParaState &state, const Tables &tables)
         look.lineMultiple = look.lineSpacing != singleSpacing;
         look.lineSpacing = look.lineMultiple ? look.lineSpacing : 0;
     }
-    look.flags = state.flags & (RightToLeft | KeepLines | KeepNext | PageBreakBefore);
+    look.flags = state.flags & (RightToLeft | PageBreakBefore | keptFlags);
+    look.before = (look.flags & BeforeIsAuto) != 0 ? automaticSpace : look.before;
+    look.after = (look.flags & AfterIsAuto) != 0 ? automaticSpace : look.after;
     look.outlineLevel = state[ParaNumber::OutlineLevel];
     const qint32 shade = state[ParaNumber::Shade];
     if (shade > 0 && std::size_t(shade) < tables.colors.size() && tables.colors[std::size_t(shade)].isSet) {

@@ -111,7 +111,9 @@ qint32 side(const Picture &picture, PictureNumber goal, PictureNumber scale, Pic
     if (twips <= 0) {
         const bool isMetafile = picture.kind == PictureKind::Wmf || picture.kind == PictureKind::Emf;
         const qint64 size = std::clamp(picture[own], 0, 1'000'000);
-        twips = isMetafile ? size * twipsPerInch / himetricPerInch : size * 15;
+        // Pictures of the Macintosh count in points, others in pixels.
+        const int unit = picture.kind == PictureKind::MacPict ? 20 : 15;
+        twips = isMetafile ? size * twipsPerInch / himetricPerInch : size * unit;
     }
     if (twips <= 0) {
         twips = (pixels > 0 ? pixels : defaultPixels) * 15;

@@ -16,7 +16,7 @@ enum Property : int {
     // Character formats
     LanguageProperty = QTextFormat::UserProperty + 0x100, // int: Windows language number
     HiddenProperty,                                       // bool: \v; the text is shown
-    EffectsProperty,       // int: CharFlag bits of outline, shadow, emboss, engrave, double strike
+    EffectsProperty,       // int: CharFlag bits of outline, shadow, emboss, engrave, double strike, deleted, revised
     UnderlineKindProperty, // int: UnderlineKind, for those shown as another one
     OffsetProperty,        // int: half points above the base line
     FieldProperty,         // QString: the field's instruction
@@ -29,7 +29,7 @@ enum Property : int {
 
     // Block formats
     HangProperty = QTextFormat::UserProperty + 0x200, // int: negative first-line indent of a list's paragraph
-    ParagraphFlagsProperty,                           // int: ParaFlag bits of keep lines and keep with next
+    ParagraphFlagsProperty,                           // int: ParaFlag bits that are not shown
     StyleNameProperty,                                // QString: the paragraph style
     BordersProperty,                                  // QString: four sides, in the writer's notation
     TableLeadProperty,                                // bool: an empty block that only stands before a table

@@ -45,6 +45,8 @@ enum CharFlag : quint32 {
     Shadow = 1u << 8,
     Emboss = 1u << 9,
     Engrave = 1u << 10,
+    Deleted = 1u << 11, // by a change that was tracked
+    Revised = 1u << 12, // added by one
 };
 
 // The underlines of RTF; the order is that of the control words in the writer's table.
@@ -98,7 +100,7 @@ enum class ParaNumber : quint8 {
     LineMultiple, // \slmult
     Style,        // the number of the paragraph style
     OutlineLevel, // 0 to 8; 9 is body text
-    ListNumber,   // \ls; 0 none
+    ListNumber,   // \ls; 0 none, listZero \ls0 where that is a list
     ListLevel,    // 0 to 8
     LegacyList,   // place in Tables::legacyLists; 0 none
     Tabs,         // place in Tables::tabs; 0 none
@@ -117,9 +119,15 @@ enum ParaFlag : quint32 {
     PageBreakBefore = 1u << 4,
     LeftIsSet = 1u << 5,      // \li since \pard; if not, a list's own indent holds
     FirstLineIsSet = 1u << 6, // the same of \fi
+    TabsAreStyles = 1u << 7,  // the stops are those of the style, none of the paragraph's own
+    BeforeIsAuto = 1u << 8,   // the space is that of a web page's paragraphs
+    AfterIsAuto = 1u << 9,
+    Contextual = 1u << 10, // no space between paragraphs of one style
 };
 
 enum class ParaAlignment : qint16 { Left, Right, Center, Justify };
+
+constexpr qint32 listZero = 0x7FFFFFFF;
 
 struct ParaState {
     std::array<qint32, std::size_t(ParaNumber::Count)> numbers{};

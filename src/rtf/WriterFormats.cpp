@@ -42,6 +42,8 @@ enum class Slot : quint8 {
     Shadow,
     Emboss,
     Engrave,
+    Deleted,
+    Revised,
     Underline,
     UnderlineColor,
     Script,
@@ -76,6 +78,8 @@ constexpr SlotRow slotRows[] = {
     {Slot::Shadow, WordKind::Flag, "\\shad", 0, Shadow},
     {Slot::Emboss, WordKind::Flag, "\\embo", 0, Emboss},
     {Slot::Engrave, WordKind::Flag, "\\impr", 0, Engrave},
+    {Slot::Deleted, WordKind::Flag, "\\deleted", 0, Deleted},
+    {Slot::Revised, WordKind::Flag, "\\revised", 0, Revised},
     {Slot::Underline, WordKind::Underline, "", 0, 0},
     {Slot::UnderlineColor, WordKind::Number, "\\ulc", 0, 0},
     {Slot::Script, WordKind::Script, "", 0, 0},
@@ -113,7 +117,9 @@ struct ParaFlagWord {
 };
 
 constexpr ParaFlagWord paraFlagWords[] = {
-    {"\\rtlpar", RightToLeft}, {"\\keep", KeepLines}, {"\\keepn", KeepNext}, {"\\pagebb", PageBreakBefore}};
+    {"\\rtlpar", RightToLeft},        {"\\keep", KeepLines},       {"\\keepn", KeepNext},
+    {"\\pagebb", PageBreakBefore},    {"\\sbauto1", BeforeIsAuto}, {"\\saauto1", AfterIsAuto},
+    {"\\contextualspace", Contextual}};
 
 constexpr const char *tabKindWords[] = {"", "\\tqr", "\\tqc", "\\tqdec"};
 constexpr const char *tabLeaderWords[] = {"", "\\tldot", "\\tlmdot", "\\tlhyph", "\\tlul", "\\tlth", "\\tleq"};
