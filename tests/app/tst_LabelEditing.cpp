@@ -43,6 +43,7 @@ private Q_SLOTS:
     void escapeTooOftenLosesNoLabel();
     void aDialogOpenedFromTheMenusReturnsToTheOutline();
     void lookingIntoAMenuFirstChangesNothing();
+    void aCommandAfterALookIntoTheMenuReturnsTheKeyboard();
     void aMenuKeyOpensAnotherMenuAndReturnsTheKeyboard();
     void anOutlineKeyWorksWhileTheMenuBarIsMarked();
     void aClickEndsALabelEditThatWaitsForTheMenus();
@@ -309,6 +310,16 @@ void tst_LabelEditing::lookingIntoAMenuFirstChangesNothing()
     type(u"Below"_s);
     press(Qt::Key_Return);
     QCOMPARE(dumpOutline(DocumentActive()->tree), QStringList({u"Found +"_s, u" Below <"_s}));
+}
+
+void tst_LabelEditing::aCommandAfterALookIntoTheMenuReturnsTheKeyboard()
+{
+    plant(sample());
+    press(Qt::Key_F, Qt::AltModifier);
+    press(Qt::Key_Escape);
+    press(Qt::Key_F, Qt::AltModifier);
+    press(Qt::Key_S);
+    expectOutline();
 }
 
 void tst_LabelEditing::aMenuKeyOpensAnotherMenuAndReturnsTheKeyboard()
