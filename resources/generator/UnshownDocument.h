@@ -161,6 +161,8 @@ public:
 
     void activate() override {}
 
+    void bringToFront() override {}
+
     bool close() override { return true; }
 
     void autoFitSplit() override {}

@@ -21,6 +21,11 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
+QString helpFile()
+{
+    return programFile(u"Help.qly"_s);
+}
+
 void showHelpFile(HelpTopic topic)
 {
     const AppPorts &app = appPorts();
@@ -58,20 +63,22 @@ void HelpSearch()
             showHelpFile(HelpTopic::Search);
             return;
         }
+        // Without the manual there is nothing to search; any other document that may be open is not meant.
         LoadHelpQLYFile();
-        modSearch::SearchFind();
+        if (const Document *document = DocumentActive(); document && document->m_sFile == helpFile())
+            modSearch::SearchFind();
     });
 }
 
 void LoadHelpQLYFile()
 {
     procedure("modHelp LoadHelpQLYFile", [] {
-        const QString sFile = programFile(u"Help.qly"_s);
+        const QString sFile = helpFile();
         const std::vector<Document *> open = ports().windows->documents();
         const auto found = std::find_if(open.begin(), open.end(),
                                         [&sFile](const Document *document) { return document->m_sFile == sFile; });
         if (found != open.end())
-            (*found)->window.activate();
+            (*found)->window.bringToFront();
         else
             modDoc::DocLoad(sFile);
     });

@@ -15,6 +15,8 @@ public:
     virtual void setCaption(const QString &caption) = 0;
     // Makes this window the active one.
     virtual void activate() = 0;
+    // The same, and shows what is in it: a minimised window is restored.
+    virtual void bringToFront() = 0;
     // Closes the window as its close button does, asking about unsaved changes; false when it stays.
     virtual bool close() = 0;
     // Fits the split between the two panes, when the option says so.

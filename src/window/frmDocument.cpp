@@ -109,6 +109,13 @@ void frmDocument::activate()
         activateWindow();
 }
 
+void frmDocument::bringToFront()
+{
+    activate();
+    if (QMdiSubWindow *subWindow = subWindowOf(*this); subWindow && subWindow->isMinimized())
+        subWindow->showNormal();
+}
+
 bool frmDocument::close()
 {
     if (QMdiSubWindow *subWindow = subWindowOf(*this))

@@ -35,6 +35,7 @@ public:
     QString caption() const override;
     void setCaption(const QString &caption) override;
     void activate() override;
+    void bringToFront() override;
     bool close() override;
     void autoFitSplit() override;
     void noticesChanged() override;

@@ -11,6 +11,8 @@
 #include "window/frmDocument.h"
 
 #include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QTest>
@@ -36,6 +38,8 @@ private Q_SLOTS:
     void theHelpOutlineIsReadOnly();
     void searchOpensTheHelpAndThenTheDialog();
     void aMissingHelpOutlineIsNamedInTheStatusBar();
+    void aMissingHelpOutlineIsNotSoughtInAnotherDocument();
+    void contentsRestoresTheMinimisedHelp();
     void f1OpensTheHelp();
     void theDiagnosticWindowShowsTheActiveDocument();
     void theDiagnosticWindowIsEmptyWithoutADocument();
@@ -189,6 +193,28 @@ void tst_modHelp::aMissingHelpOutlineIsNamedInTheStatusBar()
     QVERIFY(std::any_of(labels.begin(), labels.end(), [this](const QLabel *label) {
         return label->text() == u"The file %1 could not be found"_s.arg(m_help);
     }));
+}
+
+void tst_modHelp::aMissingHelpOutlineIsNotSoughtInAnotherDocument()
+{
+    QVERIFY(QFile::remove(m_help));
+    m_main->choose("mnuFileNew");
+    bool searched = false;
+    searchPorts().showDialog = [&searched] { searched = true; };
+    m_main->choose("mnuHelpSearch");
+    QVERIFY(!searched);
+}
+
+void tst_modHelp::contentsRestoresTheMinimisedHelp()
+{
+    m_main->choose("mnuHelpContents");
+    auto *area = m_main->main.findChild<QMdiArea *>();
+    QMdiSubWindow *help = area->activeSubWindow();
+    help->showMinimized();
+    m_main->choose("mnuFileNew");
+    m_main->choose("mnuHelpContents");
+    QCOMPARE(area->activeSubWindow(), help);
+    QVERIFY(!help->isMinimized());
 }
 
 void tst_modHelp::f1OpensTheHelp()

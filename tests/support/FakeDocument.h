@@ -282,6 +282,8 @@ public:
             onActivate();
     }
 
+    void bringToFront() override { activate(); }
+
     bool close() override { return onClose ? onClose() : false; }
 
     void autoFitSplit() override { ++timesSplitFitted; }
