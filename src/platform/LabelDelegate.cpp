@@ -10,6 +10,8 @@
 
 #include <QApplication>
 #include <QFocusEvent>
+#include <QInputMethod>
+#include <QInputMethodEvent>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QMenuBar>
@@ -53,6 +55,7 @@ QWidget *LabelDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem
                                      const QModelIndex &index) const
 {
     m_editor = QStyledItemDelegate::createEditor(parent, option, index);
+    m_composed.clear();
     m_editor->setObjectName("labelEditor"_L1);
     m_editor->setAccessibleName(u"Label"_s);
     // The line editor's own limit would cut a longer label even when nothing is typed.
@@ -79,22 +82,49 @@ void LabelDelegate::setModelData(QWidget *editor, QAbstractItemModel *, const QM
         m_view->applyLabelEdit(index, onOneLine(rtf::visibleText(line->text())));
 }
 
+void LabelDelegate::endComposing()
+{
+    QGuiApplication::inputMethod()->commit();
+    if (!m_editor || m_composed.isEmpty())
+        return;
+    // The input method gave nothing back.
+    QInputMethodEvent composed;
+    composed.setCommitString(m_composed);
+    QCoreApplication::sendEvent(m_editor, &composed);
+}
+
 bool LabelDelegate::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_editor && event->type() == QEvent::FocusIn)
-        m_view->labelEditorGotFocus();
-    // The menu bar gives the keyboard back to the editor and to nobody else. The label is taken over all the same.
-    if (watched == m_editor && event->type() == QEvent::FocusOut &&
-        static_cast<QFocusEvent *>(event)->reason() == Qt::MenuBarFocusReason) {
-        Q_EMIT commitData(m_editor);
+    if (watched == m_editor && editorEvent(*event))
         return false;
-    }
     // Left to whoever has a command for it: the key goes on to the outline.
     if (event->type() == QEvent::KeyPress && isAltCharacter(*static_cast<QKeyEvent *>(event))) {
         event->ignore();
         return true;
     }
     return QStyledItemDelegate::eventFilter(watched, event);
+}
+
+// Whether the event is the editor's alone.
+bool LabelDelegate::editorEvent(const QEvent &event)
+{
+    switch (event.type()) {
+    case QEvent::InputMethod:
+        m_composed = static_cast<const QInputMethodEvent &>(event).preeditString();
+        return false;
+    case QEvent::FocusIn:
+        m_view->labelEditorGotFocus();
+        return false;
+    case QEvent::FocusOut:
+        endComposing();
+        // The menu bar gives the keyboard back to the editor and to nobody else. The label is taken over all the same.
+        if (static_cast<const QFocusEvent &>(event).reason() != Qt::MenuBarFocusReason)
+            return false;
+        Q_EMIT commitData(m_editor);
+        return true;
+    default:
+        return false;
+    }
 }
 
 void LabelDelegate::initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const

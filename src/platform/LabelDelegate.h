@@ -22,6 +22,9 @@ public:
     // The open editor, or null.
     QWidget *openEditor() const { return m_editor; }
 
+    // Makes what an input method is still composing in the open editor a part of the label.
+    void endComposing();
+
     QString displayText(const QVariant &value, const QLocale &locale) const override;
     QWidget *createEditor(QWidget *parent, const QStyleOptionViewItem &option, const QModelIndex &index) const override;
     void destroyEditor(QWidget *editor, const QModelIndex &index) const override;
@@ -32,9 +35,12 @@ protected:
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
 
 private:
+    bool editorEvent(const QEvent &event);
     QIcon image(const QString &name) const;
 
     TreeView *m_view;
     mutable QPointer<QWidget> m_editor;
+    // What is being composed in the editor.
+    mutable QString m_composed;
     mutable QHash<QString, QIcon> m_images;
 };

@@ -282,6 +282,7 @@ void TreeView::openWaitingEditor()
 void TreeView::EndLabelEdit()
 {
     if (QWidget *editor = m_delegate->openEditor()) {
+        m_delegate->endComposing();
         commitData(editor);
         QTreeView::closeEditor(editor, QAbstractItemDelegate::NoHint);
     }

@@ -120,6 +120,9 @@ private Q_SLOTS:
     void anEmptyLabelIsAccepted();
     void aPastedLineBreakBecomesABlank();
     void endLabelEditKeepsWhatWasTyped();
+    void whatIsBeingComposedBelongsToTheLabel_data();
+    void whatIsBeingComposedBelongsToTheLabel();
+    void whatIsComposedAndGivenUpIsNoPartOfTheLabel();
     void tabInTheEditorCommitsAndLeavesThePane();
     void leavingTheEditorCommits();
     void aHiddenPaneEditsOnceItIsShown();
@@ -614,6 +617,48 @@ void tst_TreeView::endLabelEditKeepsWhatWasTyped()
     QCOMPARE(edited.size(), 1);
     QTRY_VERIFY(!editor());
     QCOMPARE(edited.size(), 1);
+}
+
+void tst_TreeView::whatIsBeingComposedBelongsToTheLabel_data()
+{
+    QTest::addColumn<bool>("byFocus");
+    QTest::newRow("a command ends the editing") << false;
+    QTest::newRow("a click elsewhere ends it") << true;
+}
+
+void tst_TreeView::whatIsBeingComposedBelongsToTheLabel()
+{
+    QFETCH(const bool, byFocus);
+    build(*m_tree, garden);
+    m_tree->select(m_tree->root());
+    m_view->setFocus();
+    m_view->StartLabelEdit();
+    auto *editor = m_view->findChild<QLineEdit *>();
+    QTest::keyClicks(editor, u"Gar"_s);
+    QInputMethodEvent composing(u"den"_s, {});
+    QCoreApplication::sendEvent(editor, &composing);
+    if (byFocus)
+        QTest::mouseClick(m_other, Qt::LeftButton);
+    else
+        m_view->EndLabelEdit();
+    m_other->setFocus();
+    QCOMPARE(m_tree->root()->label(), u"Garden"_s);
+}
+
+void tst_TreeView::whatIsComposedAndGivenUpIsNoPartOfTheLabel()
+{
+    build(*m_tree, garden);
+    m_tree->select(m_tree->root());
+    m_view->setFocus();
+    m_view->StartLabelEdit();
+    auto *editor = m_view->findChild<QLineEdit *>();
+    QTest::keyClicks(editor, u"Gar"_s);
+    QInputMethodEvent composing(u"den"_s, {});
+    QCoreApplication::sendEvent(editor, &composing);
+    QInputMethodEvent givenUp;
+    QCoreApplication::sendEvent(editor, &givenUp);
+    m_view->EndLabelEdit();
+    QCOMPARE(m_tree->root()->label(), u"Gar"_s);
 }
 
 void tst_TreeView::tabInTheEditorCommitsAndLeavesThePane()
