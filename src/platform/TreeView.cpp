@@ -361,9 +361,20 @@ void TreeView::currentChanged(const QModelIndex &current, const QModelIndex &pre
 void TreeView::selectionChanged(const QItemSelection &selected, const QItemSelection &deselected)
 {
     QTreeView::selectionChanged(selected, deselected);
+    repaintRows(selected);
+    repaintRows(deselected);
     // Keyboard and mouse go on to change the current row, and that is enough.
     if (m_mirroring == 0)
         QMetaObject::invokeMethod(this, &TreeView::followSelection, Qt::QueuedConnection);
+}
+
+// Where one reads from right to left, Qt repaints a row without the room of its branch signs.
+void TreeView::repaintRows(const QItemSelection &rows)
+{
+    for (const QModelIndex &index : rows.indexes()) {
+        const QRect row = visualRect(index);
+        viewport()->update(0, row.top(), viewport()->width(), row.height());
+    }
 }
 
 // Assistive technology selects a row without making it the current one.
@@ -435,6 +446,24 @@ void TreeView::focusInEvent(QFocusEvent *event)
             mirrorSelection();
     }
     Q_EMIT gotFocus();
+}
+
+bool TreeView::isInSight(const QModelIndex &index) const
+{
+    const QRect row = visualRect(index);
+    return index.isValid() && row.top() >= 0 && row.bottom() < viewport()->height();
+}
+
+// A pane that becomes smaller does not lose sight of the selected row.
+void TreeView::resizeEvent(QResizeEvent *event)
+{
+    const QModelIndex current = currentIndex();
+    const QRect before(QPoint(), event->oldSize());
+    const QRect row = visualRect(current);
+    const bool wasInSight = current.isValid() && row.top() >= before.top() && row.bottom() <= before.bottom();
+    QTreeView::resizeEvent(event);
+    if (wasInSight && !isInSight(current))
+        scrollTo(current);
 }
 
 void TreeView::keyPressEvent(QKeyEvent *event)

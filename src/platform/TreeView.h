@@ -82,6 +82,7 @@ protected:
     using QTreeView::edit;
     void closeEditor(QWidget *editor, QAbstractItemDelegate::EndEditHint hint) override;
     void focusInEvent(QFocusEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
     void keyPressEvent(QKeyEvent *event) override;
     void mousePressEvent(QMouseEvent *event) override;
     void mouseMoveEvent(QMouseEvent *event) override;
@@ -101,6 +102,8 @@ private:
     void userMovedTo(Entry *entry);
     void followSelection();
     void openWaitingEditor();
+    void repaintRows(const QItemSelection &rows);
+    bool isInSight(const QModelIndex &index) const;
     void fitColumn(int atLeast);
     void scrollSideways(const QModelIndex &index, int position);
     QModelIndex nearestShown(const QModelIndex &index) const;

@@ -283,6 +283,7 @@ void frmDocument::showEvent(QShowEvent *event)
     m_laidOut = true;
     modView::ViewInitialise(*this);
     autoFitSplit();
+    treeView->ScrollTo(m_document->tree.selected());
 }
 
 // What a pane does not take, and the key that has ended a move of the split, which then does what it always does.

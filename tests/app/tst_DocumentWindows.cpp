@@ -41,6 +41,8 @@ private Q_SLOTS:
     void aPaneKeepsTheFocusWhenAMaximisedDocumentCloses_data();
     void aPaneKeepsTheFocusWhenAMaximisedDocumentCloses();
     void aPaneKeepsTheFocusWhenWindowsAreTiled();
+    void aDocumentOpensWithItsSelectedEntryInSight_data();
+    void aDocumentOpensWithItsSelectedEntryInSight();
     void movingAWindowByKeyboardKeepsItsKeys();
     void theCloseButtonAsksAboutChanges();
     void ctrlF6GoesToTheNextDocument();
@@ -236,6 +238,40 @@ void tst_DocumentWindows::aPaneKeepsTheFocusWhenWindowsAreTiled()
     expectPane(false);
     pressKey(Qt::Key_F6, Qt::ControlModifier);
     expectPane(false);
+}
+
+void tst_DocumentWindows::aDocumentOpensWithItsSelectedEntryInSight_data()
+{
+    QTest::addColumn<bool>("beforeTheMainWindow");
+    QTest::newRow("at the start") << true;
+    QTest::newRow("later") << false;
+}
+
+void tst_DocumentWindows::aDocumentOpensWithItsSelectedEntryInSight()
+{
+    QFETCH(const bool, beforeTheMainWindow);
+    modDoc::DocNew();
+    Document &made = *DocumentActive();
+    made.tree.insert(Relationship::tvwChild, nullptr);
+    for (int number = 0; number < 60; ++number)
+        made.tree.select(made.tree.insert(Relationship::tvwChild, made.tree.root()));
+    made.tree.setExpanded(made.tree.root(), true);
+    const QString file = m_main->app.folder.filePath(u"long.qly"_s);
+    QVERIFY(modDoc::DocSave(file) == SaveOutcome::Saved);
+    made.m_bDataChanged = false;
+    QVERIFY(made.window.close());
+    if (beforeTheMainWindow)
+        m_main->main.hide();
+    m_main->main.resize(433, 433);
+    modDoc::DocLoad(file);
+    m_main->main.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&m_main->main));
+    const Document &document = *m_main->main.activeDocument();
+    const TreeView &view = *static_cast<frmDocument &>(document.window).treeView;
+    const QRect row = view.visualRect(view.currentIndex());
+    QCOMPARE(document.tree.selected(), document.tree.root()->child(59));
+    QVERIFY(row.top() >= 0);
+    QVERIFY(row.bottom() < view.viewport()->height());
 }
 
 void tst_DocumentWindows::movingAWindowByKeyboardKeepsItsKeys()

@@ -123,6 +123,10 @@ private Q_SLOTS:
     void whatIsBeingComposedBelongsToTheLabel_data();
     void whatIsBeingComposedBelongsToTheLabel();
     void whatIsComposedAndGivenUpIsNoPartOfTheLabel();
+    void aRowIsPaintedWholeWhicheverWayOneReads_data();
+    void aRowIsPaintedWholeWhicheverWayOneReads();
+    void aSmallerPaneKeepsTheSelectedRowInSight();
+    void aSmallerPaneThatShowsOtherRowsStaysThere();
     void tabInTheEditorCommitsAndLeavesThePane();
     void leavingTheEditorCommits();
     void aHiddenPaneEditsOnceItIsShown();
@@ -659,6 +663,55 @@ void tst_TreeView::whatIsComposedAndGivenUpIsNoPartOfTheLabel()
     QCoreApplication::sendEvent(editor, &givenUp);
     m_view->EndLabelEdit();
     QCOMPARE(m_tree->root()->label(), u"Gar"_s);
+}
+
+void tst_TreeView::aRowIsPaintedWholeWhicheverWayOneReads_data()
+{
+    QTest::addColumn<Qt::LayoutDirection>("direction");
+    QTest::newRow("from left to right") << Qt::LeftToRight;
+    QTest::newRow("from right to left") << Qt::RightToLeft;
+}
+
+void tst_TreeView::aRowIsPaintedWholeWhicheverWayOneReads()
+{
+    QFETCH(const Qt::LayoutDirection, direction);
+    build(*m_tree, garden);
+    m_view->setLayoutDirection(direction);
+    m_tree->select(m_tree->root());
+    m_view->setFocus();
+    const auto onScreen = [this] {
+        QTest::qWait(50);
+        const QPoint place = m_view->viewport()->mapTo(m_window.get(), QPoint());
+        const QSize size = m_view->viewport()->size();
+        return m_window->screen()->grabWindow(m_window->winId(), place.x(), place.y(), size.width(), size.height());
+    };
+    const QImage before = onScreen().toImage();
+    QTest::keyClick(m_view, Qt::Key_Down);
+    const QImage moved = onScreen().toImage();
+    QVERIFY(moved != before);
+    m_view->viewport()->update();
+    QCOMPARE(moved, onScreen().toImage());
+}
+
+void tst_TreeView::aSmallerPaneKeepsTheSelectedRowInSight()
+{
+    build(*m_tree, garden);
+    Entry *last = m_tree->root()->child(2);
+    m_tree->select(last);
+    m_view->resize(250, 60);
+    const QRect row = m_view->visualRect(m_tree->indexOf(last));
+    QVERIFY(m_view->viewport()->rect().contains(row.center()));
+    QVERIFY(row.bottom() < m_view->viewport()->height());
+}
+
+void tst_TreeView::aSmallerPaneThatShowsOtherRowsStaysThere()
+{
+    build(*m_tree, garden);
+    m_view->resize(250, 100);
+    m_tree->select(m_tree->root()->child(2));
+    m_view->verticalScrollBar()->setValue(0);
+    m_view->resize(250, 60);
+    QCOMPARE(m_view->verticalScrollBar()->value(), 0);
 }
 
 void tst_TreeView::tabInTheEditorCommitsAndLeavesThePane()
