@@ -79,6 +79,16 @@ constexpr std::array places = {
     KeyPlace{Qt::Key_Comma, 59}, KeyPlace{Qt::Key_Period, 60},
 };
 
+// A letter without its place is a dead key on the layouts of other scripts.
+constexpr bool hasPlace(const KeyBinding &binding)
+{
+    const bool isLetter = binding.key >= Qt::Key_A && binding.key <= Qt::Key_Z;
+    return !isLetter ||
+           std::ranges::any_of(places, [&binding](const KeyPlace &place) { return place.key == binding.key; });
+}
+
+static_assert(std::ranges::all_of(bindings, hasPlace));
+
 bool matches(const KeyBinding &binding, int key, const QKeyEvent &event)
 {
     if (binding.key != key)
