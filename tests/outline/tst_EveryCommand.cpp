@@ -7,6 +7,7 @@
 #include "support/ErrorRecorder.h"
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -20,6 +21,8 @@ class tst_EveryCommand : public QObject
 private Q_SLOTS:
     void init();
     void cleanup();
+
+    void everyCommandIsHere();
 
     void withoutADocument_data() { commands(); }
 
@@ -81,6 +84,22 @@ void tst_EveryCommand::commands()
     QTest::addColumn<int>("index");
     for (size_t i = 0; i < everyCommand.size(); ++i)
         QTest::newRow(everyCommand[i].name) << static_cast<int>(i);
+}
+
+// Each that the module declares is tried below; one without a row would be tried by nobody.
+void tst_EveryCommand::everyCommandIsHere()
+{
+    QFile header(QStringLiteral(QUILLERY_SOURCE_DIR "/src/outline/modOutline.h"));
+    QVERIFY(header.open(QIODevice::ReadOnly));
+    QSet<QString> declared;
+    static const QRegularExpression declaration(u"^void (\\w+)\\("_s, QRegularExpression::MultilineOption);
+    for (auto found = declaration.globalMatch(QString::fromUtf8(header.readAll())); found.hasNext();)
+        declared.insert(found.next().captured(1));
+    QSet<QString> tried;
+    for (const OutlineRoutine &each : everyCommand)
+        tried.insert(QString::fromLatin1(each.name).section(u' ', 0, 0));
+    QVERIFY(declared.size() > 20);
+    QCOMPARE(declared - tried, QSet<QString>());
 }
 
 // What the row's command reports when no entry is selected.
