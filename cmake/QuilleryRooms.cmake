@@ -49,7 +49,7 @@ function(quillery_test_headers name header)
 endfunction()
 
 # quillery_test(NAME [SOURCES ...] LINKS ... [ENVIRONMENT ...] [LABELS ...]): the test program NAME, from NAME.cpp unless
-# SOURCES says otherwise. Tests run without a display and never read the user's own settings, log or home folder.
+# SOURCES says otherwise. A warning that it does not expect fails it. Tests run without a display and never read the user's own settings, log or home folder.
 function(quillery_test name)
   cmake_parse_arguments(TEST "" "TIMEOUT" "SOURCES;LINKS;ENVIRONMENT;LABELS" ${ARGN})
   if(NOT TEST_SOURCES)
@@ -63,7 +63,7 @@ function(quillery_test name)
   target_include_directories(${name} PRIVATE ${CMAKE_SOURCE_DIR}/tests)
   target_compile_definitions(${name} PRIVATE
     QUILLERY_TEST_DATA="${CMAKE_SOURCE_DIR}/tests/data" QUILLERY_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
-  target_link_libraries(${name} PRIVATE ${TEST_LINKS} Qt6::Test quillery_test_options)
+  target_link_libraries(${name} PRIVATE ${TEST_LINKS} quillery_test_quiet Qt6::Test quillery_test_options)
   if(TEST_LINKS MATCHES "quillery_(platform|searchwindow|printwindow|window|app)")
     target_precompile_headers(${name} REUSE_FROM quillery_test_widgets)
   elseif(NOT TEST_LINKS MATCHES "quillery_(util|generator)")
