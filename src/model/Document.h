@@ -63,6 +63,8 @@ public:
     bool m_bDataChanged = false;
     // A save of changes was given up at a question. By then they no longer count as changed.
     bool m_bSaveRefused = false;
+    // The file is an outline, whatever its name says.
+    bool m_bFromOutline = false;
     // What the file was when it was read or last written.
     FileAccess m_fileAccess = FileAccess::Unknown;
     // 1 native, -1 plain text.

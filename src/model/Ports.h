@@ -70,6 +70,9 @@ struct FileDialogRequest {
     // Appended to a name typed without an extension; without the stop.
     QString defaultExtension;
     QString initialName;
+    // A name to be written under the filter of this extension gets it even when it has a stop, unless it ends in an
+    // extension of one of the filters. Empty for none.
+    QString formatExtension = {};
 };
 
 // A font as its dialog shows and answers it. What is absent is not known, or was not chosen.

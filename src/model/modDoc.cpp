@@ -5,10 +5,12 @@
 
 #include "model/Document.h"
 #include "model/DocumentWindow.h"
+#include "model/FileNature.h"
 #include "model/Globals.h"
 #include "model/OutlinePane.h"
 #include "model/Ports.h"
 #include "model/SafeFile.h"
+#include "model/StoredText.h"
 #include "model/TextPane.h"
 
 #include "util/Procedure.h"
@@ -62,10 +64,23 @@ bool takeBackupStep(Document &document, const QString &sBackup, Step &&step)
     }
 }
 
+// Whether a document of one entry is more than the words of a text file.
+bool isMoreThanText(const Document &document)
+{
+    const Entry *root = document.tree.root();
+    return document.m_bFromOutline ||
+           (root && !looksPlain(NodeTextDecompressIfRequired(document.tree.storedText(root))));
+}
+
 bool textFormatAccepted(const Document &document, qint16 iVersion)
 {
-    if (iVersion != Document::plainTextFormat || document.tree.entryCount() <= 1)
+    if (iVersion != Document::plainTextFormat)
         return true;
+    if (document.tree.entryCount() <= 1)
+        return !isMoreThanText(document) ||
+               ports().dialogs->ask(u"Warning - you are saving this document as plain text. Only its words will be in "
+                                    "the file: formatting, tables, pictures and whatever else an outline holds will be "
+                                    "lost if the file is reloaded. Do you want to continue?"_s) == Answer::Yes;
     return ports().dialogs->ask(
                u"Warning - you are saving this document in text format.  Although the text itself will be retained, "
                "any rich text formatting and organisation into entries will be lost if the file is reloaded.  Normally "
@@ -186,6 +201,7 @@ SaveOutcome DocSave(const QString &sFile)
         }
         document->dismiss(NoticeKind::NotSaved);
         document->m_bSaveRefused = false;
+        document->m_bFromOutline = iVersion == Document::nativeFormat;
         unlockSaved(*document);
         document->window.setCaption(document->m_sFile);
         ports().commands->MenuEnableDynamic();

@@ -7,6 +7,7 @@
 
 #include "model/Document.h"
 #include "model/DocumentWindow.h"
+#include "model/FileNature.h"
 #include "model/Globals.h"
 #include "model/OutlinePane.h"
 #include "model/Ports.h"
@@ -48,6 +49,16 @@ void readOutline(Document &document, const QString &sFile, const QByteArray &buf
         ports().formats->readNative(document, buffer, result);
     else
         ports().formats->readPlainText(document, buffer);
+}
+
+// Why what is shown is something other than what the file is, in words; empty for an outline and for plain text.
+QString strangeness(qint16 iVersion, const QByteArray &buffer)
+{
+    if (iVersion == Document::nativeFormat)
+        return QString();
+    if (iVersion != Document::plainTextFormat)
+        return u"it is an outline of the format version %1, which this program does not know"_s.arg(iVersion);
+    return whyNoPlainText(buffer);
 }
 
 // Compares what is written with bytes at hand.
@@ -159,6 +170,8 @@ void loadInto(Document &document, const QString &sFile, LoadResult &result)
     document.m_sFile = sFile;
     const QByteArray buffer = readWholeFile(sFile);
     readOutline(document, sFile, buffer, result);
+    if (result.damage.isEmpty())
+        result.damage = strangeness(document.m_iFileFormatVersion, buffer);
     // All that may fail comes before the window takes on the file's name and its lock: a window that keeps only what
     // could be read has neither.
     if (!result.damage.isEmpty())
@@ -167,6 +180,7 @@ void loadInto(Document &document, const QString &sFile, LoadResult &result)
     Entry *selected = document.tree.root();
     if (!result.selectedKey.isEmpty())
         selected = document.tree.itemByKey(result.selectedKey);
+    document.m_bFromOutline = document.m_iFileFormatVersion == Document::nativeFormat;
     document.window.setCaption(document.m_sFile);
     document.m_fileAccess = document.bReadOnly() ? FileAccess::ReadOnly : FileAccess::Writable;
     if (document.m_fileAccess == FileAccess::ReadOnly)

@@ -12,6 +12,8 @@
 #include "util/Procedure.h"
 #include "util/modString.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -22,6 +24,18 @@ namespace
 const FileFilter nativeFilter = {u"Quillery Files (*.qly)"_s, u"*.qly"_s};
 const FileFilter textFilter = {u"Text Files (*.txt)"_s, u"*.txt"_s};
 const FileFilter everyFilter = {u"All Files (*.*)"_s, u"*.*"_s};
+
+// Whether another document than this one has a file, by whatever name.
+bool isOpenElsewhere(const Document &document, const QString &sFile)
+{
+    const QString sReal = QFileInfo(sFile).canonicalFilePath();
+    const std::vector<Document *> documents = ports().windows->documents();
+    return std::any_of(documents.begin(), documents.end(), [&](const Document *other) {
+        return other != &document && !other->m_sFile.isEmpty() &&
+               (other->m_sFile == sFile ||
+                (!sReal.isEmpty() && QFileInfo(other->m_sFile).canonicalFilePath() == sReal));
+    });
+}
 
 bool isOpen(const QString &sFile)
 {
@@ -34,6 +48,9 @@ bool isOpen(const QString &sFile)
 bool needsAnotherName(Document &document)
 {
     if (document.m_sFile.isEmpty())
+        return true;
+    // Saved under a name that says something else, an outline would become plain text.
+    if (document.m_bFromOutline && modDoc::DocDefaultVersionFromExt(document.m_sFile) != u"1")
         return true;
     if (document.m_fileAccess != FileAccess::Writable || !document.bReadOnly())
         return false;
@@ -56,6 +73,17 @@ void closeUnlessImported(const QString &source)
     document->giveUpChanges();
     document->window.close();
     ports().dialogs->warn(u"Warning - "_s + source + u" could not be imported"_s);
+}
+
+// The dialog for a document's file. Without its extension the name must not read as another format's.
+FileDialogRequest saveAsRequest(const Document &document)
+{
+    FileDialogRequest request = saveRequest(document, {nativeFilter, textFilter}, u"qly"_s);
+    request.formatExtension = u"qly"_s;
+    const QString sExtension = modString::StringExtension(request.initialName);
+    if (sExtension == u"qly" || sExtension == u"txt")
+        request.initialName = document.m_sFile;
+    return request;
 }
 
 // What the user wants of the active document; nothing without a document or after Cancel.
@@ -134,8 +162,10 @@ bool FileSave()
         document->m_bDataChanged = false;
         if (!needsAnotherName(*document)) {
             const SaveOutcome outcome = modDoc::DocSave(document->m_sFile);
-            if (outcome == SaveOutcome::Refused)
+            if (outcome == SaveOutcome::Refused && document->tree.entryCount() > 1)
                 document->m_bSaveRefused = bUnsavedBefore;
+            else if (outcome == SaveOutcome::Refused)
+                document->m_bDataChanged = bChangedBefore;
             return outcome == SaveOutcome::Saved;
         }
         const bool bSaved = FileSaveAs();
@@ -152,7 +182,12 @@ bool FileSaveAs()
         Document *document = DocumentActive();
         if (!document)
             return false;
-        const auto sFile = ports().dialogs->askSaveName(saveRequest(*document, {nativeFilter, textFilter}, u"qly"_s));
+        const auto sFile = ports().dialogs->askSaveName(saveAsRequest(*document));
+        if (sFile && isOpenElsewhere(*document, *sFile)) {
+            ports().dialogs->warn(u"Warning - the file "_s + *sFile +
+                                  u" is open in another window, so cannot be saved over"_s);
+            return false;
+        }
         if (!sFile || modDoc::DocSave(*sFile) != SaveOutcome::Saved)
             return false;
         document->m_bDataChanged = false;

@@ -206,7 +206,6 @@ void tst_modDocText::reading_data()
                                                         "a\0\n\0b\0",
                                                         8)
                                           << QByteArray("a\r\nb\r\n");
-    QTest::newRow("a NUL within") << QByteArray("a\0b", 3) << QByteArray("a\0b\r\n", 5);
 }
 
 void tst_modDocText::reading()

@@ -37,6 +37,7 @@ private Q_SLOTS:
     void saveAsAsksForAName_data();
     void saveAsAsksForAName();
     void saveAsCancelled();
+    void saveAsOverAnotherOpenDocumentIsRefused();
     void saveAllSkipsReadOnlyDocumentsAndAsksForNames();
     void saveAllGoesOnAfterACancelledDialog();
     void saveAllShowsTheFirstThatCouldNotBeSaved();
@@ -254,6 +255,9 @@ void tst_modFile::saveAsAsksForAName_data()
     QTest::newRow("a document with a file") << u"/a.d/notes.qly"_s << u"/a.d/notes"_s;
     QTest::newRow("a file without an extension") << u"/a.d/notes"_s << u"/a.d/notes"_s;
     QTest::newRow("a new document") << QString() << QString();
+    QTest::newRow("a name with stops") << u"/a.d/v1.2.qly"_s << u"/a.d/v1.2"_s;
+    QTest::newRow("a name that would be a text's without its extension")
+        << u"/a.d/notes.txt.qly"_s << u"/a.d/notes.txt.qly"_s;
 }
 
 void tst_modFile::saveAsAsksForAName()
@@ -267,6 +271,7 @@ void tst_modFile::saveAsAsksForAName()
     QCOMPARE(joined(request.filters), qlyFilter + u'|' + txtFilter);
     QCOMPARE(request.defaultExtension, u"qly"_s);
     QCOMPARE(request.initialName, initialName);
+    QCOMPARE(request.formatExtension, u"qly"_s);
     QCOMPARE(m_folder->read(u"b.txt"_s), QByteArray("text"));
     QCOMPARE(fake.document.m_sFile, path(u"b.txt"_s));
     QVERIFY(!fake.document.m_bDataChanged);
@@ -281,6 +286,25 @@ void tst_modFile::saveAsCancelled()
     QCOMPARE(fake.document.m_sFile, path(u"a.qly"_s));
     QVERIFY(m_folder->names().isEmpty());
     QCOMPARE(m_errors->count(), 0);
+}
+
+void tst_modFile::saveAsOverAnotherOpenDocumentIsRefused()
+{
+    m_folder->write(u"b.qly"_s, "other");
+    QVERIFY(QFile::link(path(u"b.qly"_s), path(u"link.qly"_s)));
+    openDocument(path(u"b.qly"_s));
+    const FakeDocument &fake = openDocument(path(u"a.qly"_s));
+    m_fake->dialogs.saveNames = {path(u"b.qly"_s), path(u"link.qly"_s)};
+    QVERIFY(!modFile::FileSaveAs());
+    QVERIFY(!modFile::FileSaveAs());
+    QCOMPARE(m_fake->dialogs.warnings.size(), 2);
+    QVERIFY(m_fake->dialogs.warnings[0].contains(path(u"b.qly"_s)));
+    QCOMPARE(m_folder->read(u"b.qly"_s), QByteArray("other"));
+    QCOMPARE(fake.document.m_sFile, path(u"a.qly"_s));
+    QVERIFY(fake.document.m_bDataChanged);
+    // Over its own file it may be.
+    m_fake->dialogs.saveNames = {path(u"a.qly"_s)};
+    QVERIFY(modFile::FileSaveAs());
 }
 
 void tst_modFile::saveAllSkipsReadOnlyDocumentsAndAsksForNames()
