@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QLineEdit>
 #include <QMessageBox>
 
 #include <algorithm>
@@ -115,20 +116,61 @@ QString extensionOf(const QString &pattern)
     return first.contains(u'.') && !extension.contains(u'*') && !extension.contains(u'?') ? extension : QString();
 }
 
+bool endsIn(const QString &name, const FileFilter &filter)
+{
+    const QString fileName = QFileInfo(name).fileName();
+    const QStringList patterns = filter.pattern.split(u';');
+    return std::any_of(patterns.cbegin(), patterns.cend(), [&fileName](const QString &pattern) {
+        const QString extension = extensionOf(pattern);
+        return !extension.isEmpty() && fileName.size() > extension.size() + 1 &&
+               fileName.endsWith(u'.' + extension, Qt::CaseInsensitive);
+    });
+}
+
 QString withExtension(QString name, const QString &chosenFilter, const FileDialogRequest &request)
 {
-    if (!QFileInfo(name).suffix().isEmpty())
+    if (std::any_of(request.filters.cbegin(), request.filters.cend(),
+                    [&name](const FileFilter &filter) { return endsIn(name, filter); }))
         return name;
     const auto chosen =
         std::find_if(request.filters.cbegin(), request.filters.cend(),
                      [&chosenFilter](const FileFilter &filter) { return chosenFilter.startsWith(filter.description); });
     QString extension = chosen == request.filters.cend() ? QString() : extensionOf(chosen->pattern);
+    // A stop in a name need not begin an extension, and what the documents' own filter is chosen for is a document.
+    if ((extension.isEmpty() || extension != request.formatExtension) && !QFileInfo(name).suffix().isEmpty())
+        return name;
     if (extension.isEmpty())
         extension = request.defaultExtension;
     if (name.endsWith(u'.'))
         name.chop(1);
     return extension.isEmpty() ? name : name + u'.' + extension;
 }
+
+// Finds a file whose name is typed without its extension.
+class OpenDialog final : public QFileDialog
+{
+public:
+    OpenDialog(const QString &folder, const QString &extension)
+        : QFileDialog(QApplication::activeWindow(), u"Open"_s, folder)
+        , m_extension(extension)
+    {
+    }
+
+protected:
+    void accept() override
+    {
+        auto *field = findChild<QLineEdit *>(u"fileNameEdit"_s);
+        if (field && !field->text().isEmpty() && !m_extension.isEmpty()) {
+            const QString path = directory().absoluteFilePath(field->text());
+            if (!QFileInfo::exists(path) && QFileInfo(path + u'.' + m_extension).isFile())
+                field->setText(field->text() + u'.' + m_extension);
+        }
+        QFileDialog::accept();
+    }
+
+private:
+    QString m_extension;
+};
 
 } // namespace
 
@@ -159,7 +201,7 @@ void MessageDialogs::warn(const QString &text)
 
 std::optional<QString> MessageDialogs::askOpenName(const FileDialogRequest &request)
 {
-    QFileDialog dialog(QApplication::activeWindow(), u"Open"_s, m_folder);
+    OpenDialog dialog(m_folder, request.defaultExtension);
     dialog.setFileMode(QFileDialog::ExistingFile);
     prepare(dialog, request);
     return chosenName(dialog);
@@ -175,6 +217,11 @@ std::optional<QString> MessageDialogs::askSaveName(const FileDialogRequest &requ
     prepare(dialog, request);
     while (const std::optional<QString> typed = chosenName(dialog)) {
         const QString name = withExtension(*typed, dialog.selectedNameFilter(), request);
+        const QString folder = QFileInfo(name).absolutePath();
+        if (!QFileInfo(folder).isDir()) {
+            warn(u"%1\nThis folder does not exist.\nPlease verify the correct path was given."_s.arg(folder));
+            continue;
+        }
         const QString question = u"%1 already exists.\nDo you want to replace it?"_s.arg(name);
         if (!QFileInfo::exists(name) || showBox(QMessageBox::Warning, question, QMessageBox::Yes | QMessageBox::No,
                                                 QMessageBox::No) == QMessageBox::Yes)
@@ -196,6 +243,7 @@ std::optional<QString> MessageDialogs::chosenName(QFileDialog &dialog)
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
         return std::nullopt;
     const QString name = dialog.selectedFiles().first();
-    m_folder = QFileInfo(name).absolutePath();
+    if (const QString folder = QFileInfo(name).absolutePath(); QFileInfo(folder).isDir())
+        m_folder = folder;
     return name;
 }

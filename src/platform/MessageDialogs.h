@@ -19,7 +19,8 @@ public:
     void informPlainly(const QString &text) override;
     void warn(const QString &text) override;
     std::optional<QString> askOpenName(const FileDialogRequest &request) override;
-    // A name without an extension gets that of the chosen filter, or else the default one.
+    // A name without an extension gets that of the chosen filter, or else the default one. Asks again for a folder that
+    // does not exist.
     std::optional<QString> askSaveName(const FileDialogRequest &request) override;
     std::optional<FontAttributes> askFont(const FontDialogRequest &request) override;
 

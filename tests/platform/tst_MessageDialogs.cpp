@@ -201,6 +201,77 @@ private Q_SLOTS:
                  path(saved));
     }
 
+    // A stop in a name is no extension: such a name would be saved as plain text.
+    void aNameUnderTheDocumentsFilterGetsItsExtension_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<int>("filter");
+        QTest::addColumn<QString>("saved");
+        QTest::newRow("a title") << u"Dr. Smith"_s << 0 << u"Dr. Smith.qly"_s;
+        QTest::newRow("a date") << u"Meeting 21.11.2026"_s << 0 << u"Meeting 21.11.2026.qly"_s;
+        QTest::newRow("a version") << u"v1.2"_s << 0 << u"v1.2.qly"_s;
+        QTest::newRow("another extension") << u"a.doc"_s << 0 << u"a.doc.qly"_s;
+        QTest::newRow("its own extension") << u"a.qly"_s << 0 << u"a.qly"_s;
+        QTest::newRow("its own in capitals") << u"a.QLY"_s << 0 << u"a.QLY"_s;
+        QTest::newRow("that of another filter") << u"a.txt"_s << 0 << u"a.txt"_s;
+        QTest::newRow("the second of another filter") << u"a.text"_s << 0 << u"a.text"_s;
+        QTest::newRow("an extension alone") << u".qly"_s << 0 << u".qly.qly"_s;
+        QTest::newRow("a stop at the end") << u"etc."_s << 0 << u"etc.qly"_s;
+        QTest::newRow("under the other filter") << u"notes.md"_s << 1 << u"notes.md"_s;
+        QTest::newRow("without a stop under the other filter") << u"notes"_s << 1 << u"notes.txt"_s;
+    }
+
+    void aNameUnderTheDocumentsFilterGetsItsExtension()
+    {
+        QFETCH(QString, typed);
+        QFETCH(int, filter);
+        QFETCH(QString, saved);
+        MessageDialogs dialogs;
+        next([this, typed, filter](QWidget *dialog) {
+            choose(dialog, filter);
+            accept(dialog, path(typed));
+        });
+        QCOMPARE(dialogs.askSaveName({{outlines, texts}, u"qly"_s, QString(), u"qly"_s}).value_or(QString()),
+                 path(saved));
+    }
+
+    void aFolderThatIsMissingIsAskedForAgain()
+    {
+        MessageDialogs dialogs;
+        next([this](QWidget *dialog) { accept(dialog, path(u"none/a"_s)); });
+        next([this](QWidget *dialog) {
+            auto *box = qobject_cast<QMessageBox *>(dialog);
+            QVERIFY(box);
+            QVERIFY(box->text().startsWith(path(u"none"_s)));
+            QTest::keyClick(box, Qt::Key_Return);
+        });
+        next([this](QWidget *dialog) { accept(dialog, path(u"a"_s)); });
+        QCOMPARE(dialogs.askSaveName({{outlines}, u"qly"_s, QString(), u"qly"_s}), std::optional(path(u"a.qly"_s)));
+    }
+
+    void aFileIsOpenedByItsNameWithoutExtension_data()
+    {
+        QTest::addColumn<QString>("typed");
+        QTest::addColumn<QString>("opened");
+        QTest::newRow("the extension is added") << u"base"_s << u"base.qly"_s;
+        QTest::newRow("to a name with a stop too") << u"v1.2"_s << u"v1.2.qly"_s;
+        QTest::newRow("not to a file that is there") << u"README"_s << u"README"_s;
+        QTest::newRow("nor to a whole name") << u"base.qly"_s << u"base.qly"_s;
+    }
+
+    void aFileIsOpenedByItsNameWithoutExtension()
+    {
+        QFETCH(QString, typed);
+        QFETCH(QString, opened);
+        for (const QString &name : {u"base.qly"_s, u"v1.2.qly"_s, u"README"_s, u"README.qly"_s})
+            create(name);
+        MessageDialogs dialogs;
+        next([this, typed](QWidget *dialog) { accept(dialog, path(typed)); });
+        // Where nothing of the name is found, there is a message to answer.
+        QMetaObject::invokeMethod(this, &tst_MessageDialogs::closeWhatIsLeft, Qt::QueuedConnection);
+        QCOMPARE(dialogs.askOpenName({{outlines, everything}, u"qly"_s, QString()}).value_or(QString()), path(opened));
+    }
+
     void anExistingFileIsReplacedOnlyAfterAQuestion()
     {
         create(u"a.qly"_s);
@@ -278,6 +349,17 @@ private Q_SLOTS:
     }
 
 private:
+    // Ends a dialog that did not end by its step.
+    void closeWhatIsLeft()
+    {
+        if (!m_steps.empty()) {
+            QMetaObject::invokeMethod(this, &tst_MessageDialogs::closeWhatIsLeft, Qt::QueuedConnection);
+            return;
+        }
+        while (QWidget *dialog = QApplication::activeModalWidget())
+            dialog->close();
+    }
+
     using Step = std::function<void(QWidget *)>;
 
     // What to do with the next dialog that opens, once it is shown.
