@@ -29,8 +29,6 @@ public:
 
     void hex(const QByteArray &bytes);
 
-    bool endsInWord() const { return m_endsInWord; }
-
     void append(const Output &other);
 
     const QByteArray &bytes() const { return m_bytes; }

@@ -74,7 +74,7 @@ QByteArray Writer::write()
     }
     // A selection that ends inside a paragraph leaves that one open, so that it goes into another text without a break.
     if (place.isOpen && (m_isWhole || m_document.findBlock(m_to).position() == m_to)) {
-        endParagraph(place);
+        endParagraph();
     }
 
     Output output;
@@ -99,7 +99,7 @@ void Writer::writeFrame(QTextFrame::iterator begin, QTextFrame::iterator end, Pa
                 continue;
             }
             if (place.isOpen) {
-                endParagraph(place);
+                endParagraph();
                 place.isOpen = false;
             }
             closeFields(0);
@@ -116,7 +116,7 @@ void Writer::writeFrame(QTextFrame::iterator begin, QTextFrame::iterator end, Pa
             continue;
         }
         if (place.isOpen) {
-            endParagraph(place);
+            endParagraph();
         }
         const bool isLead = block.length() == 1 && block.blockFormat().boolProperty(TableLeadProperty);
         place.isOpen = !isLead;
@@ -126,9 +126,8 @@ void Writer::writeFrame(QTextFrame::iterator begin, QTextFrame::iterator end, Pa
     }
 }
 
-void Writer::endParagraph(const Paragraphs &place)
+void Writer::endParagraph()
 {
-    Q_UNUSED(place)
     m_body.word("\\par");
     m_body.lineEnd();
 }

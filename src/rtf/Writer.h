@@ -64,7 +64,7 @@ private:
     void writeCellDefinition(const CellRange &cells, const QTextTableCell &cell, int row);
     void writeEmptyCell(int depth);
     void writeBorder(Output &output, const BorderLook &border);
-    void endParagraph(const Paragraphs &place);
+    void endParagraph();
     void writeParagraph(const QTextBlock &block, int depth, bool isFirstOfCell);
     void writeParagraphFormat(const QTextBlock &block, int depth);
     void writeListLabel();
