@@ -155,6 +155,7 @@ inline constexpr ControlWord controlWords[] = {
     row("field", Action::Destination, Destination::Field),
     row("filetbl", Action::Destination, Destination::Skip),
     row("fldinst", Action::Destination, Destination::FieldInstruction),
+    row("fldlock", Action::Special, Special::FieldLock),
     row("fldrslt", Action::Destination, Destination::FieldResult),
     row("fname", Action::Destination, Destination::Skip),
     row("fontemb", Action::Destination, Destination::Skip),

@@ -90,6 +90,7 @@ enum class Special : quint8 {
     DefaultTab,
     Expand,
     FallbackLength,
+    FieldLock,
     Font,
     FontCharset,
     FontCodePage,

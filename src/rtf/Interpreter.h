@@ -50,6 +50,7 @@ private:
         QString instruction;
         qint64 shownBefore = 0; // m_shown at its beginning
         qint32 place = 0;       // in Tables::fields, once its result has begun
+        bool isLocked = false;  // its result is never to be made anew
         FormField form;
     };
 
@@ -143,6 +144,7 @@ private:
     void endCell(int depth);
     void endRow(int depth, const RowState &row);
     void dropBlanksBehindCell();
+    void endNestedRow();
     void closeRowsBelow(int depth);
     void finish();
 
@@ -213,6 +215,8 @@ private:
 
     RowState m_row;
     RowState m_nestedRow;
+    bool m_nestedRowIsDefined = false; // since the last nested row
+    QHash<int, RowState> m_nestedRows; // the last that was defined, by depth
     CellState m_cell;
     std::vector<OpenRow> m_openRows;
     bool m_hasContent = false;   // text or a picture since the last paragraph

@@ -109,6 +109,20 @@ void Interpreter::dropBlanksBehindCell()
     }
 }
 
+// Ends a row of a table in a table. One that is not defined is like the last one that was, at its own depth: the rows
+// of deeper tables may have come between.
+void Interpreter::endNestedRow()
+{
+    const int depth = qMax(2, tableDepth());
+    RowState &last = m_nestedRows[depth];
+    if (std::exchange(m_nestedRowIsDefined, false)) {
+        last = m_nestedRow;
+    } else if (!last.cells.empty()) {
+        m_nestedRow = last;
+    }
+    endRow(depth, m_nestedRow);
+}
+
 // Ends the rows that are deeper than the paragraph that comes.
 void Interpreter::closeRowsBelow(int depth)
 {

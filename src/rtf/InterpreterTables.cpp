@@ -112,14 +112,17 @@ void Interpreter::enter(Destination destination)
         }
         break;
     case Destination::Field:
-        m_openFields.push_back({m_stack.size(), {}, m_shown, 0, {}});
+        m_openFields.push_back({m_stack.size(), {}, m_shown, 0, false, {}});
         break;
     case Destination::FieldResult:
         m_state.destination = Destination::Content;
         if (!m_openFields.empty()) {
             OpenField &field = m_openFields.back();
-            field.place = internField(field.instruction, m_state.chars[CharNumber::Link]);
-            m_state.chars[CharNumber::Link] = field.place;
+            // What is locked is text: other programs would make it anew. A link stays one.
+            if (!field.isLocked || !hyperlinkTarget(field.instruction).isEmpty()) {
+                field.place = internField(field.instruction, m_state.chars[CharNumber::Link]);
+                m_state.chars[CharNumber::Link] = field.place;
+            }
         }
         break;
     default:

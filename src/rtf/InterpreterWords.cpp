@@ -233,7 +233,7 @@ void Interpreter::applySpecial(Special word, qint32 number, bool hasNumber)
         }
         break;
     case Special::NestedRow:
-        endRow(qMax(2, tableDepth()), m_nestedRow);
+        endNestedRow();
         break;
     case Special::ParagraphDefaults:
         m_state.para = ParaState::plain();
@@ -258,6 +258,11 @@ void Interpreter::applySpecial(Special word, qint32 number, bool hasNumber)
         m_documentPage = number == 0 ? windowsLatin : number;
         m_hasDocumentPage = true;
         m_pageFont = -1;
+        break;
+    case Special::FieldLock:
+        if (!m_openFields.empty()) {
+            m_openFields.back().isLocked = true;
+        }
         break;
     case Special::DefaultFont:
         m_defaultFont = number;
@@ -300,6 +305,7 @@ void Interpreter::applyTableSpecial(Special word, qint32 number, bool hasNumber)
 {
     switch (word) {
     case Special::RowDefaults:
+        m_nestedRowIsDefined = m_state.destination == Destination::NestedRow;
         currentRow() = {};
         m_cell = {};
         break;

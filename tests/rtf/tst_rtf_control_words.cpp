@@ -174,6 +174,7 @@ const QHash<QByteArrayView, QByteArrayView> &bodiesByName()
         {"wbmwidthbytes", "a{\\pict\\wbitmap0@4 0102}b"},
         {"field", "a{@{\\*\\fldinst HYPERLINK \"x\"}{\\fldrslt b}}c"},
         {"fldinst", "a{\\field{\\*@ HYPERLINK \"x\"}{\\fldrslt b}}c"},
+        {"fldlock", "a{\\field@{\\*\\fldinst DATE}{\\fldrslt b}}c"},
         {"fldrslt", "a{\\field{\\*\\fldinst HYPERLINK \"x\"}{@ b}}c"},
         {"formfield", "a{\\field{\\*\\fldinst FORMCHECKBOX {\\*@\\ffres1}}{\\fldrslt}}c"},
         {"ffres", "a{\\field{\\*\\fldinst FORMCHECKBOX {\\*\\formfield@1}}{\\fldrslt}}c"},

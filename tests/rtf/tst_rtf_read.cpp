@@ -21,6 +21,8 @@ private Q_SLOTS:
     void paragraphFormats();
     void edgesOfCellsThatNearlyMeetAreOne_data();
     void edgesOfCellsThatNearlyMeetAreOne();
+    void aNestedRowWithoutDefinitionIsLikeTheOneBefore();
+    void aLockedFieldIsTextAndALockedLinkALink();
     void readingLeavesNoUndo();
     void insertReplacesTheSelection();
     void appendKeepsTheLookOfEveryParagraph_data();
@@ -131,6 +133,29 @@ void TestRtfRead::edgesOfCellsThatNearlyMeetAreOne()
     const auto *table = qobject_cast<QTextTable *>(document->rootFrame()->childFrames().value(0));
     QVERIFY(table);
     QTEST(table->columns(), "columns");
+}
+
+// As word processors write the rows whose cells hold tables themselves.
+void TestRtfRead::aNestedRowWithoutDefinitionIsLikeTheOneBefore()
+{
+    const auto document = rtftest::documentOf(
+        "{\\rtf1\\trowd\\cellx6000\\intbl\\itap2 a\\nestcell b\\nestcell{\\*\\nesttableprops\\trowd\\cellx2000"
+        "\\cellx4000\\nestrow}\\itap2 c\\nestcell\\itap3 deep\\nestcell{\\*\\nesttableprops\\trowd\\cellx1000"
+        "\\nestrow}\\itap2 d\\nestcell{\\*\\nesttableprops\\nestrow}\\itap1\\cell\\row\\pard x}");
+    const auto *inner =
+        qobject_cast<QTextTable *>(document->rootFrame()->childFrames().value(0)->childFrames().value(0));
+    QVERIFY(inner);
+    QCOMPARE(inner->rows(), 2);
+    QCOMPARE(inner->columns(), 2);
+}
+
+void TestRtfRead::aLockedFieldIsTextAndALockedLinkALink()
+{
+    const auto document = rtftest::documentOf("{\\rtf1 {\\field\\fldlock{\\*\\fldinst DATE}{\\fldrslt today}} and "
+                                              "{\\field\\fldlock{\\*\\fldinst HYPERLINK \"x\"}{\\fldrslt there}}}");
+    QCOMPARE(rtf::plainText(*document), QStringLiteral("today and there"));
+    const QByteArray written = rtf::write(*document);
+    QVERIFY2(!written.contains("DATE") && written.contains("HYPERLINK"), written);
 }
 
 void TestRtfRead::readingLeavesNoUndo()
