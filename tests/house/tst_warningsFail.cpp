@@ -22,7 +22,11 @@ private Q_SLOTS:
         qWarning("planted");
     }
 
-    void aPlatformWithoutAScreen() { qWarning("This plugin does not support propagateSizeHints()"); }
+    void whatTheMachineSaysOfItself()
+    {
+        qWarning("This plugin does not support propagateSizeHints()");
+        qWarning("  OpenType support missing for \"DejaVu Sans\", script 9");
+    }
 };
 
 QTEST_MAIN(tst_warningsFail)
