@@ -83,8 +83,24 @@ Entry *NodeInsert(Document &document, Relationship relationship, Entry *relative
             relative = root;
             relationship = Relationship::tvwChild;
         }
-        return document.tree.insert(relationship, relative);
+        return withRoom(document, [&] { return document.tree.insert(relationship, relative); });
     });
+}
+
+Entry *withRoom(Document &document, const std::function<Entry *()> &add)
+{
+    try {
+        Entry *added = add();
+        document.dismiss(NoticeKind::DocumentFull);
+        return added;
+    } catch (const RunTimeError &error) {
+        // A load tells itself what it could not take.
+        if (error.number() == ErrorNumber::Overflow && !bBusy)
+            document.tell({NoticeKind::DocumentFull,
+                           u"Nothing was inserted: a document holds at most %1 entries, and this one has no room for "
+                           "more. Delete some, or go on in a new document."_s.arg(EntryTree::maximumCount)});
+        throw;
+    }
 }
 
 void NodeInitialise(Document &document, Entry *entry)
@@ -203,7 +219,8 @@ Entry *NodeDuplicate(Document &document, const EntryTree &sourceTree, Entry *sou
             relative = root;
             relationship = Relationship::tvwChild;
         }
-        Entry *copy = document.tree.insertCopy(sourceTree, source, relationship, relative);
+        Entry *copy =
+            withRoom(document, [&] { return document.tree.insertCopy(sourceTree, source, relationship, relative); });
         NodeSelect(document, copy);
         NodeTextGet(document, copy);
         return copy;

@@ -5,6 +5,8 @@
 
 #include "model/EntryTree.h"
 
+#include <functional>
+
 class Document;
 class clsFont;
 
@@ -18,6 +20,10 @@ EntryRef &nodCurrent();
 // Adds an empty, untagged entry and returns it (null after a reported error, such as 6 for a full tree). The first
 // entry becomes the root; with no relative, or the root as relative, any later one becomes the root's last child.
 Entry *NodeInsert(Document &document, Relationship relationship, Entry *relative);
+
+// Runs what adds entries to a document's outline and answers what that answers. The user is told when the outline has
+// no room for them, until it has.
+Entry *withRoom(Document &document, const std::function<Entry *()> &add);
 
 // Makes a just-inserted entry ready for the user: selected, labelled "New Entry", its label open for editing.
 void NodeInitialise(Document &document, Entry *entry);

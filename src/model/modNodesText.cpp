@@ -49,15 +49,21 @@ private:
 
 constexpr auto textGetName = "modNodes NodeTextGet";
 
-// An entry's text; the damaged bytes of one that cannot be inflated, which leaves a record but shows no message.
-QByteArray textOf(const EntryTree &tree, const Entry *entry)
+// An entry's text; the damaged bytes of one that cannot be inflated, which leaves a record and a notice but asks
+// nothing.
+QByteArray textOf(Document &document, const Entry *entry)
 {
+    const EntryTree &tree = document.tree;
     const QByteArray storedText = tree.storedText(entry);
     const QByteArray text = NodeTextDecompressIfRequired(storedText);
-    if (isUninflated(text, storedText))
+    if (isUninflated(text, storedText)) {
         reportError(textGetName, RunTimeError(ErrorNumber::InvalidFileFormat,
                                               u"%1: the text of the entry %2 is damaged"_s.arg(
                                                   errorDescription(ErrorNumber::InvalidFileFormat), tree.key(entry))));
+        document.tell(
+            {NoticeKind::DamagedText, u"The text of the entry \"%1\" is damaged and cannot be shown. What stands "
+                                      "in its place is kept as it is until you change it."_s.arg(entry->label())});
+    }
     return text;
 }
 
@@ -71,7 +77,7 @@ void NodeTextGet(Document &document, Entry *entry)
     procedure(textGetName, [&] {
         // The pane's content is still the source of a text that was changed and not read since.
         document.tree.resolvePendingText();
-        const QByteArray text = entry ? textOf(document.tree, entry) : QByteArray();
+        const QByteArray text = entry ? textOf(document, entry) : QByteArray();
         const TextLoadingScope loading(document.txtRTF);
         document.txtRTF.setTextRTF(text);
         // What is typed where no entry takes it would be lost.

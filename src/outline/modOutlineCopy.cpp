@@ -145,7 +145,9 @@ void OutlinePasteTaggedEntries()
         // Each copy is the place of the next, so the copies stand in the order of their sources.
         for (const Entry *source : tagged) {
             const modNodes::PastePlace place = modNodes::placeForPaste(document, source);
-            document.tree.select(document.tree.insertCopy(document.tree, source, place.relationship, place.relative));
+            document.tree.select(modNodes::withRoom(document, [&] {
+                return document.tree.insertCopy(document.tree, source, place.relationship, place.relative);
+            }));
         }
     });
 }

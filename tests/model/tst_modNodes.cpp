@@ -66,6 +66,7 @@ private Q_SLOTS:
     void sorting();
     void settingTheFontOfASubtree();
     void settingTheFontLeavesDamagedTexts();
+    void aDamagedTextIsToldOfWhenItIsShown();
 
     void nestedActionsHideThePanesOnce();
     void everyActionEndsThoughAnErrorHappens();
@@ -579,6 +580,24 @@ void tst_modNodes::settingTheFontLeavesDamagedTexts()
     tree.setStoredText(damaged, "12,abc");
     modNodes::NodeSetFontAll(fake.document, tree.root(), clsFont());
     QCOMPARE(tree.storedText(damaged), QByteArray("12,abc"));
+}
+
+void tst_modNodes::aDamagedTextIsToldOfWhenItIsShown()
+{
+    FakeDocument &fake = plantStandard();
+    const ErrorRecorder errors;
+    EntryTree &tree = fake.document.tree;
+    Entry *damaged = entryLabelled(tree, u"A"_s);
+    tree.setStoredText(damaged, "12,abc");
+    modNodes::NodeSelectFull(fake.document, entryLabelled(tree, u"B"_s));
+    QVERIFY(fake.document.notices().empty());
+    modNodes::NodeSelectFull(fake.document, damaged);
+    QVERIFY(fake.document.hasNotice(NoticeKind::DamagedText));
+    QVERIFY(fake.document.notices()[0].text.contains(u"\"A\""_s));
+    modNodes::NodeSelectFull(fake.document, entryLabelled(tree, u"B"_s));
+    QVERIFY2(fake.document.hasNotice(NoticeKind::DamagedText), "it stands until it is read");
+    QCOMPARE(tree.storedText(damaged), QByteArray("12,abc"));
+    QCOMPARE(errors.count(), 1);
 }
 
 void tst_modNodes::nestedActionsHideThePanesOnce()

@@ -239,6 +239,13 @@ void tst_EveryCommand::onAFullOutline()
     for (const ErrorRecorder::Record &record : m_errors->records())
         QCOMPARE(record.report.number, 6);
     QVERIFY(m_errors->count() <= 1);
+    // Whoever wanted more entries is told that they are not there.
+    Document &document = fixture.document();
+    QCOMPARE(document.hasNotice(NoticeKind::DocumentFull), m_errors->count() == 1);
+    if (tree.entryCount() == EntryTree::maximumCount)
+        modNodes::NodeDelete(document, tree.selected());
+    modNodes::NodeInsert(document, Relationship::tvwChild, tree.root());
+    QVERIFY(!document.hasNotice(NoticeKind::DocumentFull));
 }
 
 QTEST_GUILESS_MAIN(tst_EveryCommand)
