@@ -3,37 +3,22 @@
 
 #include "rtf/Characters.h"
 
+#include "rtf/VisibleText.h"
+
 namespace rtf
 {
 
 namespace
 {
 
-constexpr char16_t dropped = 0;
-
-// The character that a text document can hold in place of one read; 0 for none.
+// The character that a text document can hold in place of one read.
 char16_t acceptable(char16_t unit)
 {
     if (unit >= 0x20 && unit < 0x2028) {
         return unit;
     }
-    switch (unit) {
-    case '\t':
-        return unit;
-    case '\n':
-    case '\v':
-    case QChar::LineSeparator:
-    case QChar::ParagraphSeparator:
-        return QChar::LineSeparator;
-    case QChar::ObjectReplacementCharacter:
-    case 0xFDD0: // the marks of frames and cells inside a text document
-    case 0xFDD1:
-    case 0xFFFE:
-    case 0xFFFF:
-        return QChar::ReplacementCharacter;
-    default:
-        return unit < 0x20 ? dropped : unit;
-    }
+    const bool isBreak = unit == '\n' || unit == '\r' || unit == QChar::ParagraphSeparator;
+    return isBreak ? char16_t(QChar::LineSeparator) : visibleCharacter(unit);
 }
 
 } // namespace
@@ -59,10 +44,8 @@ void Characters::appendPlain(QByteArrayView bytes)
         appendByte(static_cast<quint8>(bytes.front()));
         bytes = bytes.sliced(1);
     }
-    decodeBytes();
-    if (m_highSurrogate != 0) {
-        appendUnit(QChar::ReplacementCharacter);
-    }
+    complete();
+    m_endsInReturn = false;
     m_text.append(QLatin1StringView(bytes));
 }
 
@@ -97,7 +80,8 @@ void Characters::appendUnicode(quint32 number)
 
 void Characters::appendRaw(char16_t unit)
 {
-    decodeBytes();
+    complete();
+    m_endsInReturn = false;
     m_text.append(QChar(unit));
 }
 
@@ -123,6 +107,7 @@ void Characters::clear()
         m_bytes.resize(0);
     }
     m_leadPending = false;
+    m_endsInReturn = false;
     m_highSurrogate = 0;
 }
 
@@ -161,8 +146,11 @@ void Characters::appendUnit(char16_t unit)
         m_highSurrogate = unit;
         return;
     }
-    if (const char16_t c = acceptable(unit); c != dropped) {
-        m_text.append(QChar(c));
+    // CR LF are one break.
+    const bool isSecondHalf = unit == '\n' && m_endsInReturn;
+    m_endsInReturn = unit == '\r';
+    if (!isSecondHalf) {
+        m_text.append(QChar(acceptable(unit)));
     }
 }
 

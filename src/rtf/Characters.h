@@ -13,7 +13,8 @@ namespace rtf
 {
 
 // Collects the characters of a stretch of text from bytes of a code page and from UTF-16 units. Double-byte characters
-// may be spelt in any mixture of plain and escaped bytes; what no text document can hold is left out or replaced.
+// may be spelt in any mixture of plain and escaped bytes; what no text document can hold is replaced by something
+// visible.
 class Characters
 {
 public:
@@ -54,6 +55,7 @@ private:
     const CodePage *m_page = nullptr;
     Glyphs m_glyphs = Glyphs::None;
     bool m_leadPending = false;
+    bool m_endsInReturn = false;
     char16_t m_highSurrogate = 0;
 };
 

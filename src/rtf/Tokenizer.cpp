@@ -113,12 +113,11 @@ Token Tokenizer::next()
             return simpleToken(Token::Kind::GroupClose);
         case '\\':
             return readControl();
-        case '\t':
-            return byteToken(Token::Kind::Byte, '\t');
+        case '\r':
+        case '\n':
+            break;
         default:
-            if (static_cast<quint8>(c) >= 0x80) {
-                return byteToken(Token::Kind::Byte, static_cast<quint8>(c));
-            }
+            return byteToken(Token::Kind::Byte, static_cast<quint8>(c));
         }
     }
     return {};

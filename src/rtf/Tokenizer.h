@@ -17,7 +17,7 @@ struct Token {
         Word,   // \word with an optional number
         Symbol, // \ and one character that is no letter
         Text,   // bytes of 0x20 to 0x7F without special ones
-        Byte,   // \'hh, or a byte above 0x7F, or a tab that stands in the text
+        Byte,   // \'hh, or a byte above 0x7F or below 0x20, but for line ends
         Binary, // the data of \bin
     };
 

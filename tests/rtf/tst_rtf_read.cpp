@@ -62,6 +62,21 @@ void TestRtfRead::characters_data()
     row("breaks", "a\\par b\\line c\\tab d\\\ne", QStringLiteral("a\r\nb\nc\td\r\ne"));
     row("the last paragraph end makes none", "a\\par b\\par", QStringLiteral("a\r\nb"));
     row("line ends are no text", "a\r\nb", QStringLiteral("ab"));
+    row("control characters",
+        QByteArray("a\0b\x01"
+                   "c\x1c"
+                   "d\x1e"
+                   "e\x7f",
+                   10),
+        QStringLiteral("a\u2400b\u2401c\u241cd\u241ee\u007f"));
+    row("control characters escaped", "a\\'00b\\'01c\\u28?d\\u-3?", QStringLiteral("a\u2400b\u2401c\u241cd\ufffd"));
+    row("breaks that are characters", "a\vb\fc\\'0bd\\'0ce\\'0df\\'0ag\\'0d\\'0ah\\u13?\\u10?i",
+        QStringLiteral("a\nb\nc\nd\ne\nf\ng\nh\ni"));
+    row("breaks that are not one", "a\\'0dx\\'0a\\'0d\\~\\'0ab", QStringLiteral("a\nx\n\n\u00a0\nb"));
+    row("half a character before plain text", "\\uc0\\u-10179 abc\\u-8704 d", QStringLiteral("\ufffdabc\ufffdd"));
+    row("half a character before an escape", "\\uc0\\u-10179\\'61", QStringLiteral("\ufffda"));
+    row("a fallback ends with its group", "{\\uc3\\u8364 x}yz{\\u8364}abc", QStringLiteral("\u20acyz\u20acabc"));
+    row("a fallback does not go into a group", "\\uc2\\u8364 {x}yz", QStringLiteral("\u20acxyz"));
     row("unknown destinations", "a{\\*\\unheard of {this}}b{\\info{\\title T}}c", QStringLiteral("abc"));
     row("headers and footnotes", "{\\header H}a{\\footnote F}b", QStringLiteral("ab"));
     row("Symbol font", "{\\fonttbl{\\f0 A;}{\\f1\\fcharset2 Symbol;}}\\f1 abc\\f0 abc",

@@ -63,6 +63,8 @@ void TestRtfTokenizer::tokens_data()
                                      << QStringLiteral("byte 04, text x, byte 3f, text zz, end");
     QTest::newRow("bytes above ASCII and tabs")
         << QByteArray("a\xe4\tb") << QStringLiteral("text a, byte e4, byte 09, text b, end");
+    QTest::newRow("control characters") << QByteArray("a\0b\x0b\x1f", 5)
+                                        << QStringLiteral("text a, byte 00, text b, byte 0b, byte 1f, end");
     QTest::newRow("binary") << QByteArray("\\bin3 }{\\x") << QStringLiteral("binary 3, text x, end");
     QTest::newRow("binary beyond the end") << QByteArray("\\bin2000000000 ab") << QStringLiteral("binary 2, end");
     QTest::newRow("binary of a negative length")
