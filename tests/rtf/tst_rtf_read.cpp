@@ -3,6 +3,8 @@
 
 #include "rtf/RtfSupport.h"
 
+#include <QImage>
+
 using rtftest::blockOf;
 using rtftest::documentOf;
 using rtftest::formatAt;
@@ -25,6 +27,11 @@ private Q_SLOTS:
     void aLockedFieldIsTextAndALockedLinkALink();
     void readingLeavesNoUndo();
     void insertReplacesTheSelection();
+    void theFirstParagraphInsertedTakesItsFormatWhereItMay_data();
+    void theFirstParagraphInsertedTakesItsFormatWhereItMay();
+    void deeperNumbersBeginAnewBelowEachHigherOne();
+    void bitmapsOfEveryDepthAreShown_data();
+    void bitmapsOfEveryDepthAreShown();
     void appendKeepsTheLookOfEveryParagraph_data();
     void appendKeepsTheLookOfEveryParagraph();
 };
@@ -250,6 +257,118 @@ void TestRtfRead::aLongListOfBulletsIsSeveralAndOneOfNumbersIsNot()
     };
     QCOMPARE(lists("\\pnlvlblt{\\pntxtb\\'B7}"), std::pair(QList<int>({500, 500, 200}), qsizetype(1)));
     QCOMPARE(lists("\\pnlvlbody\\pndec{\\pntxta .}"), std::pair(QList<int>({1200}), qsizetype(1)));
+}
+
+void TestRtfRead::theFirstParagraphInsertedTakesItsFormatWhereItMay_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<int>("position");
+    QTest::addColumn<QByteArray>("rtf");
+    QTest::addColumn<QString>("alignments"); // of the paragraphs afterwards
+    QTest::addColumn<QString>("result");
+    const QByteArray one("{\\rtf1\\qc X}");
+    const QByteArray two("{\\rtf1\\qc X\\par\\qr Y}");
+    const QByteArray row("{\\rtf1\\trowd\\cellx2000\\intbl X\\cell\\row\\pard\\qr Y}");
+    QTest::newRow("one into nothing") << QString() << 0 << one << "c"
+                                      << "X";
+    QTest::newRow("two into nothing") << QString() << 0 << two << "cr"
+                                      << "X\nY";
+    QTest::newRow("one at the beginning") << "old" << 0 << one << "l"
+                                          << "Xold";
+    QTest::newRow("two at the beginning") << "old" << 0 << two << "cr"
+                                          << "X\nYold";
+    QTest::newRow("one inside") << "old" << 1 << one << "l"
+                                << "oXld";
+    QTest::newRow("two inside") << "old" << 1 << two << "lr"
+                                << "oX\nYld";
+    QTest::newRow("two at the end") << "old" << 3 << two << "lr"
+                                    << "oldX\nY";
+    QTest::newRow("two into an empty paragraph") << "a\n\nb" << 2 << two << "lcrl"
+                                                 << "a\nX\nY\nb";
+    QTest::newRow("two at the beginning of the second") << "a\nold" << 2 << two << "lcr"
+                                                        << "a\nX\nYold";
+}
+
+void TestRtfRead::theFirstParagraphInsertedTakesItsFormatWhereItMay()
+{
+    QFETCH(const QString, text);
+    QFETCH(const int, position);
+    QFETCH(const QByteArray, rtf);
+    QFETCH(const QString, alignments);
+    QFETCH(const QString, result);
+    QTextDocument document(text);
+    QTextCursor cursor(&document);
+    cursor.setPosition(position);
+    rtf::insert(rtf, cursor);
+    QCOMPARE(document.toPlainText(), result);
+    QString found;
+    for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+        const Qt::Alignment alignment = block.blockFormat().alignment();
+        found += QLatin1Char(alignment & Qt::AlignHCenter ? 'c' : alignment & Qt::AlignRight ? 'r' : 'l');
+    }
+    QCOMPARE(found, alignments);
+    document.undo();
+    QCOMPARE(document.toPlainText(), text);
+}
+
+void TestRtfRead::deeperNumbersBeginAnewBelowEachHigherOne()
+{
+    const auto document = documentOf("{\\rtf1{\\*\\listtable{\\list{\\listlevel\\levelnfc0{\\leveltext\\'02\\'00.;}}{"
+                                     "\\listlevel\\levelnfc0{\\leveltext"
+                                     "\\'02\\'01.;}}{\\listlevel\\levelnfc0{\\leveltext\\'02\\'02.;}}\\listid1}}{\\*"
+                                     "\\listoverridetable{\\listoverride"
+                                     "\\listid1\\ls1}}\\ls1 one\\par\\ilvl1 a\\par b\\par\\ilvl2 x\\par\\ilvl1 "
+                                     "c\\par\\ilvl2 y\\par\\ilvl0 two\\par\\ilvl1 d"
+                                     "\\par\\ilvl0 three\\par\\ilvl2 z}");
+    QString numbers;
+    for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
+        QVERIFY(block.textList() != nullptr);
+        numbers += block.text() + QString::number(block.textList()->itemNumber(block) + 1) + QLatin1Char(' ');
+    }
+    QCOMPARE(numbers, QStringLiteral("one1 a1 b2 x1 c3 y1 two2 d1 three3 z1 "));
+}
+
+void TestRtfRead::bitmapsOfEveryDepthAreShown_data()
+{
+    QTest::addColumn<int>("bits");
+    QTest::addColumn<quint32>("compression");
+    QTest::addColumn<quint32>("used");
+    QTest::addColumn<QByteArray>("between"); // palette or masks
+    QTest::addColumn<QByteArray>("pixel");
+    const QByteArray masks = QByteArray::fromHex("0000ff0000ff0000ff000000");
+    const QByteArray shortMasks = QByteArray::fromHex("00f80000e00700001f000000");
+    const QByteArray palette = QByteArray::fromHex("00000000"
+                                                   "0201ff00");
+    QTest::newRow("24 bits") << 24 << 0u << 0u << QByteArray() << QByteArray::fromHex("0201ff00");
+    QTest::newRow("32 bits") << 32 << 0u << 0u << QByteArray() << QByteArray::fromHex("0201ff00");
+    QTest::newRow("32 bits with masks") << 32 << 3u << 0u << masks << QByteArray::fromHex("0201ff00");
+    QTest::newRow("16 bits with masks") << 16 << 3u << 0u << shortMasks << QByteArray::fromHex("00f80000");
+    QTest::newRow("8 bits with two colours") << 8 << 0u << 2u << palette << QByteArray::fromHex("01000000");
+    QTest::newRow("8 bits with all colours")
+        << 8 << 0u << 0u << palette + QByteArray(4 * 254, '\0') << QByteArray::fromHex("01000000");
+    QTest::newRow("1 bit") << 1 << 0u << 0u << palette << QByteArray::fromHex("80000000");
+}
+
+void TestRtfRead::bitmapsOfEveryDepthAreShown()
+{
+    QFETCH(const int, bits);
+    QFETCH(const quint32, compression);
+    QFETCH(const quint32, used);
+    QFETCH(const QByteArray, between);
+    QFETCH(const QByteArray, pixel);
+    QByteArray dib;
+    for (const quint32 number : {40u, 1u, 1u, 1u | quint32(bits) << 16, compression, 4u, 0u, 0u, used, 0u}) {
+        for (const int shift : {0, 8, 16, 24}) {
+            dib += static_cast<char>(number >> shift);
+        }
+    }
+    dib += between + pixel;
+    const auto document = documentOf("{\\rtf1{\\pict\\dibitmap0 " + dib.toHex() + "}}");
+    const QUrl name(document->begin().begin().fragment().charFormat().toImageFormat().name());
+    const QImage image = QImage::fromData(document->resource(QTextDocument::ImageResource, name).toByteArray());
+    QCOMPARE(image.size(), QSize(1, 1));
+    const QColor color = image.pixelColor(0, 0);
+    QVERIFY2(color.red() > 240 && color.green() < 10 && color.blue() < 10, qPrintable(color.name()));
 }
 
 QTEST_MAIN(TestRtfRead)
