@@ -34,7 +34,7 @@ std::vector<SelectedStretch> selectedStretches(const QTextCursor &selection)
     }
     // A merged cell is met at each place that it covers.
     std::ranges::sort(stretches, {}, &SelectedStretch::from);
-    stretches.erase(std::ranges::unique(stretches).begin(), stretches.end());
+    stretches.erase(std::unique(stretches.begin(), stretches.end()), stretches.end());
     return stretches;
 }
 

@@ -357,16 +357,16 @@ void TestRtfRead::bitmapsOfEveryDepthAreShown()
     QFETCH(const QByteArray, between);
     QFETCH(const QByteArray, pixel);
     QByteArray dib;
-    for (const quint32 number : {40u, 1u, 1u, 1u | quint32(bits) << 16, compression, 4u, 0u, 0u, used, 0u}) {
+    for (const quint32 number : {40u, 1u, 8u, 1u | quint32(bits) << 16, compression, 32u, 0u, 0u, used, 0u}) {
         for (const int shift : {0, 8, 16, 24}) {
             dib += static_cast<char>(number >> shift);
         }
     }
-    dib += between + pixel;
+    dib += between + QByteArray(7 * 4, '\0') + pixel; // the last row is the topmost
     const auto document = documentOf("{\\rtf1{\\pict\\dibitmap0 " + dib.toHex() + "}}");
     const QUrl name(document->begin().begin().fragment().charFormat().toImageFormat().name());
     const QImage image = QImage::fromData(document->resource(QTextDocument::ImageResource, name).toByteArray());
-    QCOMPARE(image.size(), QSize(1, 1));
+    QCOMPARE(image.size(), QSize(1, 8));
     const QColor color = image.pixelColor(0, 0);
     QVERIFY2(color.red() > 240 && color.green() < 10 && color.blue() < 10, qPrintable(color.name()));
 }
