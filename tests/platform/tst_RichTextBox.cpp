@@ -5,6 +5,7 @@
 
 #include "rtf/Rtf.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QApplication>
 #include <QClipboard>
 #include <QDir>
@@ -17,6 +18,7 @@
 #include <QTemporaryDir>
 #include <QTest>
 #include <QTextBlock>
+#include <QTextFrame>
 #include <QTextList>
 #include <QWheelEvent>
 
@@ -109,6 +111,7 @@ private Q_SLOTS:
     void everyPastedCharacterIsKeptOrInSight();
     void wordsBesideAPicturesCharacterAreKept_data();
     void wordsBesideAPicturesCharacterAreKept();
+    void whatAPageShowsIsShownAgain();
     void cutAndUndo();
     void pastingIsOneStepOfUndo();
     void nothingPastedReadsAFile();
@@ -921,6 +924,37 @@ void tst_RichTextBox::wordsBesideAPicturesCharacterAreKept()
     }
     m_box->setTextRTF(QByteArray(m_box->TextRTF()));
     QCOMPARE(m_box->Text(), u"the picture \uFFFD shows my house"_s);
+}
+
+void tst_RichTextBox::whatAPageShowsIsShownAgain()
+{
+    auto *data = new QMimeData;
+    data->setHtml(u"<p>above</p><hr><table><tr><td>a</td><td>b</td></tr></table><p>below</p>"_s);
+    QApplication::clipboard()->setMimeData(data);
+    m_box->setTextRTF({});
+    m_box->paste();
+    const auto rules = [this] {
+        int count = 0;
+        for (QTextBlock block = m_box->document()->begin(); block.isValid(); block = block.next())
+            count += block.blockFormat().hasProperty(QTextFormat::BlockTrailingHorizontalRulerWidth);
+        return count;
+    };
+    const auto tableWidth = [this] {
+        const QTextFrame::iterator end = m_box->document()->rootFrame()->end();
+        for (QTextFrame::iterator it = m_box->document()->rootFrame()->begin(); it != end; ++it) {
+            if (QTextFrame *frame = it.currentFrame())
+                return m_box->document()->documentLayout()->frameBoundingRect(frame).width();
+        }
+        return 0.0;
+    };
+    QCOMPARE(rules(), 1);
+    const qreal width = tableWidth();
+    QVERIFY(width > 0 && width < 100);
+    const QString text = m_box->Text();
+    m_box->setTextRTF(QByteArray(m_box->TextRTF()));
+    QCOMPARE(m_box->Text(), text);
+    QCOMPARE(rules(), 1);
+    QVERIFY2(qAbs(tableWidth() - width) < 25, qPrintable(QString::number(tableWidth())));
 }
 
 void tst_RichTextBox::cutAndUndo()
