@@ -225,7 +225,13 @@ void Toolbar::setPressed(std::span<const PressedButton> buttons)
 
 void Toolbar::setButtonToolTip(std::string_view key, const QString &toolTip)
 {
-    button(key)->setToolTip(toolTip);
+    QToolButton *changed = button(key);
+    changed->setToolTip(toolTip);
+    // Assistive technology tells what a press does now, as the tooltip does; by its own name where that says the same.
+    const QString ownName = QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size()));
+    const QString name = toolTip.compare(ownName, Qt::CaseInsensitive) == 0 ? ownName : toolTip;
+    changed->setAccessibleName(name);
+    changed->setAccessibleDescription(name);
 }
 
 void Toolbar::changeEvent(QEvent *event)

@@ -230,9 +230,11 @@ void tst_ToolbarInMain::theTagButtonFollowsTheEntry()
     QCOMPARE(button->toolTip(), u"Tag entry"_s);
     QTest::mouseClick(button, Qt::LeftButton);
     QCOMPARE(button->toolTip(), u"Untag entry"_s);
-    QCOMPARE(button->accessibleName(), u"Tag Entry"_s);
+    QCOMPARE(button->accessibleName(), u"Untag entry"_s);
+    QCOMPARE(button->accessibleDescription(), u"Untag entry"_s);
     QTest::mouseClick(button, Qt::LeftButton);
     QCOMPARE(button->toolTip(), u"Tag entry"_s);
+    QCOMPARE(button->accessibleName(), u"Tag Entry"_s);
 }
 
 void tst_ToolbarInMain::aClickEndsTheEditingOfALabel()

@@ -76,8 +76,9 @@ class Surface:
             self.items[top["name"]] = program.menu(without_marks(top["caption"]))
         for name in [item["name"] for item in tables.items if item["kind"] == "menu"]:
             self.find_items(name)
-        self.buttons = {each.name: each for each in walk(program.tool_bar)
-                        if role_of(each) in ("push button", "check box")}
+        # The button of a tagged entry says what it does then.
+        self.buttons = {"Tag Entry" if each.name == "Untag entry" else each.name: each
+                        for each in walk(program.tool_bar) if role_of(each) in ("push button", "check box")}
 
     def find_items(self, menu):
         """Pairs the rows of a menu with what it holds: as many, in the same order, with the same words and letters."""
