@@ -13,7 +13,6 @@
 
 #include <QDirIterator>
 #include <QFile>
-#include <QRegularExpression>
 #include <QScopeGuard>
 #include <QTest>
 #include <QTextBlock>
@@ -146,7 +145,6 @@ private:
 
 void tst_modFont::init()
 {
-    QTest::failOnWarning(QRegularExpression(u"."_s));
     m_fake = std::make_unique<FakePorts>();
     m_windows = std::make_unique<OpenDocuments>();
     ports().windows = m_windows.get();
