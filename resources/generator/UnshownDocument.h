@@ -168,6 +168,8 @@ public:
     void autoFitSplit() override {}
 
     void noticesChanged() override {}
+
+    void holdKeys() override {}
 };
 
 class UnshownDocument

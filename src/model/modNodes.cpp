@@ -95,10 +95,13 @@ Entry *withRoom(Document &document, const std::function<Entry *()> &add)
         return added;
     } catch (const RunTimeError &error) {
         // A load tells itself what it could not take.
-        if (error.number() == ErrorNumber::Overflow && !bBusy)
+        if (error.number() == ErrorNumber::Overflow && !bBusy) {
             document.tell({NoticeKind::DocumentFull,
                            u"Nothing was inserted: a document holds at most %1 entries, and this one has no room for "
-                           "more. Delete some, or go on in a new document."_s.arg(EntryTree::maximumCount)});
+                           "more. Delete some, or go on in a new document. Esc leads back to the outline."_s.arg(
+                               EntryTree::maximumCount)});
+            document.window.holdKeys();
+        }
         throw;
     }
 }
@@ -284,6 +287,7 @@ void NodeDelete(Document &document, Entry *entry)
         const ActionScope action;
         Entry *parent = entry->parent();
         document.tree.remove(entry);
+        document.dismiss(NoticeKind::DocumentFull);
         if (parent && parent->childCount() == 0)
             document.tree.setExpanded(parent, false);
     });

@@ -22,7 +22,7 @@ EntryRef &nodCurrent();
 Entry *NodeInsert(Document &document, Relationship relationship, Entry *relative);
 
 // Runs what adds entries to a document's outline and answers what that answers. The user is told when the outline has
-// no room for them, until it has.
+// no room for them, until it has, and what is typed next is kept out of the panes.
 Entry *withRoom(Document &document, const std::function<Entry *()> &add);
 
 // Makes a just-inserted entry ready for the user: selected, labelled "New Entry", its label open for editing.

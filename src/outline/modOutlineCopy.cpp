@@ -57,6 +57,7 @@ void deleteAll(Document &document, const std::vector<Entry *> &entries)
     for (const Entry *entry : entries)
         parents.insert(entry->parent());
     document.tree.removeAll(entries);
+    document.dismiss(NoticeKind::DocumentFull);
     // As NodeDelete does for each.
     for (Entry *parent : parents) {
         if (parent->childCount() == 0)

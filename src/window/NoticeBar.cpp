@@ -237,6 +237,18 @@ void NoticeBar::enter()
         rowOf(m_shown.front().kind)->findChild<QAbstractButton *>()->setFocus(Qt::TabFocusReason);
 }
 
+void NoticeBar::hold()
+{
+    if (!m_shown.empty())
+        setFocus(Qt::OtherFocusReason);
+}
+
+// Whoever types on without a look would come into a pane by Tab.
+bool NoticeBar::focusNextPrevChild(bool next)
+{
+    return hasFocus() || QWidget::focusNextPrevChild(next);
+}
+
 // What the bar does not take goes on to the window, as the keys of its panes do.
 void NoticeBar::keyPressEvent(QKeyEvent *event)
 {
@@ -283,6 +295,6 @@ NoticeRow *NoticeBar::rowOf(NoticeKind kind)
 // Otherwise Qt would hand the focus to whatever comes next.
 void NoticeBar::leaveIfInside(const QWidget *part)
 {
-    if (part->isAncestorOf(window()->focusWidget()))
+    if (part->isAncestorOf(window()->focusWidget()) || hasFocus())
         Q_EMIT left();
 }

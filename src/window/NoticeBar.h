@@ -62,6 +62,8 @@ public:
     int layOut();
     // Gives the focus to the first button.
     void enter();
+    // Takes the keyboard and does nothing with what is typed, until Esc, F6 or the mouse goes back to a pane.
+    void hold();
 
 Q_SIGNALS:
     void saveAsChosen();
@@ -74,6 +76,7 @@ Q_SIGNALS:
 
 protected:
     void keyPressEvent(QKeyEvent *event) override;
+    bool focusNextPrevChild(bool next) override;
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:

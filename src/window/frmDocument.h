@@ -39,6 +39,7 @@ public:
     bool close() override;
     void autoFitSplit() override;
     void noticesChanged() override;
+    void holdKeys() override;
 
     // To be called when the window becomes the active one.
     void Form_Activate();

@@ -42,6 +42,11 @@ void frmDocument::noticesChanged()
         textBox->ensureCursorVisible();
 }
 
+void frmDocument::holdKeys()
+{
+    noticeBar->hold();
+}
+
 // A window that grows again gives the outline back the width that it had to give up when it shrank.
 void frmDocument::layOutPanes()
 {

@@ -164,17 +164,25 @@ void tst_modNodes::insertingBesideAnotherEntry()
 
 void tst_modNodes::insertingIntoAFullTreeIsError6AndLeavesAUsableTree()
 {
-    Document &document = plant({u"Root"_s}).document;
+    FakeDocument &fake = plant({u"Root"_s});
+    Document &document = fake.document;
     while (document.tree.entryCount() < 32767)
         modNodes::NodeInsert(document, Relationship::tvwChild, nullptr);
     QCOMPARE(m_errors->count(), 0);
+    QVERIFY(!document.hasNotice(NoticeKind::DocumentFull));
+    QCOMPARE(fake.window.timesKeysHeld, 0);
     QVERIFY(!modNodes::NodeInsert(document, Relationship::tvwChild, nullptr));
+    QVERIFY(document.hasNotice(NoticeKind::DocumentFull));
+    QCOMPARE(fake.window.timesKeysHeld, 1);
     QVERIFY(!modNodes::NodeDuplicate(document, document.tree, document.tree.root()->child(0), document.tree.root(),
                                      Relationship::tvwChild));
     QCOMPARE(m_errors->summary(), QStringList({u"6 modNodes NodeInsert"_s, u"6 modNodes NodeDuplicate"_s}));
+    QCOMPARE(fake.window.timesKeysHeld, 2);
     modNodes::NodeDelete(document, document.tree.root()->child(5));
+    QVERIFY(!document.hasNotice(NoticeKind::DocumentFull));
     QVERIFY(modNodes::NodeInsert(document, Relationship::tvwChild, nullptr));
     QCOMPARE(m_errors->count(), 2);
+    QCOMPARE(fake.window.timesKeysHeld, 2);
 }
 
 void tst_modNodes::initialisingMakesReadyForTheUser()

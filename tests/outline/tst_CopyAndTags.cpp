@@ -352,6 +352,7 @@ void tst_CopyAndTags::taggedEntriesThatDoNotFitLeaveTheLastCopySelected()
     }
     modOutline::OutlinePasteTaggedEntries();
     QCOMPARE(errors.summary(), QStringList{u"6 modOutline OutlinePasteTaggedEntries"_s});
+    QVERIFY(fixture.document().hasNotice(NoticeKind::DocumentFull));
     QCOMPARE(tree.selected(), tree.root()->firstChild()->lastSibling());
     QCOMPARE(tree.selected()->label(), u"A"_s);
     QCOMPARE(fixture.fake().text.rtf, QByteArray("text of A"));

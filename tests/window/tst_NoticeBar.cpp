@@ -3,6 +3,7 @@
 
 #include "window/WindowFixture.h"
 
+#include "support/ErrorRecorder.h"
 #include "support/Obstacles.h"
 #include "support/OutlineText.h"
 
@@ -78,6 +79,8 @@ private Q_SLOTS:
     void theWindowsKeysWorkFromTheBar();
     void f6WithoutNoticesIsThePanes();
     void longTextsWrap();
+    void whatIsTypedForAnEntryTooManyGoesNowhere_data();
+    void whatIsTypedForAnEntryTooManyGoesNowhere();
     void manyNoticesLeaveThePanesHalfTheWindow();
     void inANarrowWindowTheButtonsStandBelow();
     void aLargerFontGetsMoreRoom();
@@ -670,6 +673,52 @@ void tst_NoticeBar::aScreenReaderFindsAMessageToSpeak()
         QCOMPARE(found->text(QAccessible::Name), caption);
         QCOMPARE(found->text(QAccessible::Description), notSaved);
     }
+}
+
+void tst_NoticeBar::whatIsTypedForAnEntryTooManyGoesNowhere_data()
+{
+    QTest::addColumn<QString>("from");
+    QTest::newRow("from the outline") << u"outline"_s;
+    QTest::newRow("from the text") << u"text"_s;
+    QTest::newRow("from an open label") << u"label"_s;
+}
+
+// A new entry is its command, its label, Tab and its text, typed without a look at the screen.
+void tst_NoticeBar::whatIsTypedForAnEntryTooManyGoesNowhere()
+{
+    QFETCH(const QString, from);
+    const ErrorRecorder errors;
+    EntryTree &tree = document().tree;
+    {
+        const BulkChange bulk(tree);
+        while (tree.entryCount() < EntryTree::maximumCount)
+            tree.insert(Relationship::tvwChild, tree.root());
+    }
+    Entry *selected = tree.root()->firstChild();
+    modNodes::NodeSelect(document(), selected);
+    form().textBox->setTextRTF("{\\rtf1 its text}");
+    if (from == "text"_L1)
+        form().textBox->setFocus();
+    else if (from == "label"_L1)
+        QTest::keyClick(form().treeView, Qt::Key_F2);
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_B, Qt::AltModifier);
+    QCOMPARE(errors.summary(), QStringList{u"6 modNodes NodeInsert"_s});
+    QVERIFY(document().hasNotice(NoticeKind::DocumentFull));
+    for (const QString &words : {u"Second thoughts"_s, u"\t"_s, u"of this and that"_s, u"\r"_s, u"more"_s}) {
+        for (const QChar c : words) {
+            const Qt::Key key = c == u'\t' ? Qt::Key_Tab : c == u'\r' ? Qt::Key_Return : Qt::Key(c.toUpper().unicode());
+            QTest::sendKeyEvent(QTest::Click, QApplication::focusWidget(), key, QString(c), Qt::NoModifier);
+        }
+    }
+    QCOMPARE(tree.selected(), selected);
+    QCOMPARE(selected->label(), u"First"_s);
+    QCOMPARE(form().textBox->Text(), u"its text"_s);
+    QVERIFY(document().hasNotice(NoticeKind::DocumentFull));
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_Escape);
+    QVERIFY(form().treeView->hasFocus() || form().textBox->hasFocus());
+    // Room again, and nothing to tell.
+    modNodes::NodeDelete(document(), tree.root()->child(5));
+    QVERIFY(!document().hasNotice(NoticeKind::DocumentFull));
 }
 
 QTEST_MAIN(tst_NoticeBar)
