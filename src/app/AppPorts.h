@@ -25,6 +25,15 @@ struct WindowPlace {
     bool operator==(const WindowPlace &other) const = default;
 };
 
+// Which windows fill their room, and the main window's place while it does not.
+struct WindowStates {
+    bool mainMaximised = false;
+    bool documentsMaximised = false;
+    WindowPlace normalPlace;
+
+    bool operator==(const WindowStates &other) const = default;
+};
+
 class MainWindow
 {
 public:
@@ -33,6 +42,12 @@ public:
     virtual WindowPlace place() const = 0;
     // Moves and sizes the window, onto a screen if the place lies on none.
     virtual void setPlace(const WindowPlace &place) = 0;
+    virtual WindowStates states() const = 0;
+    // The main window fills its screen when it is shown, and a document's window the room for documents when it is the
+    // first.
+    virtual void setMaximised(bool mainWindow, bool documents) = 0;
+    // Moves and cuts the window so that it lies on one screen whole.
+    virtual void fitToScreen() = 0;
     virtual void setToolbarVisible(bool visible) = 0;
     virtual void setStatusBarVisible(bool visible) = 0;
 };

@@ -8,6 +8,7 @@
 #include "search/frmSearch.h"
 #include "search/modSearch.h"
 #include "util/Procedure.h"
+#include "util/ProgramFiles.h"
 #include "util/RunTimeError.h"
 
 #include <QApplication>
@@ -29,6 +30,7 @@ void showHelpFile(const QString &sFile, HelpTopic)
 
 Application::Application(const QString &commandLine)
     : m_log(SessionLog::folders(QCoreApplication::applicationDirPath()))
+    , m_settings(IniSettingsStore::FirstSettings{sharedFile(QStringLiteral("first.ini"))})
     , m_recentFiles(m_settings, m_mainWindow.recentFileItems())
     , m_printing(m_printerDialogs, &m_mainWindow)
     , m_sessionEnd(m_mainWindow)

@@ -39,10 +39,9 @@ qint64 distanceBetween(const QRect &window, const QRect &screen)
 
 } // namespace
 
-QRect placedOnScreens(const QRect &wanted, const QList<QRect> &screens)
+QRect fittedToScreen(const QRect &wanted, const QList<QRect> &screens)
 {
-    const auto grabbable = [&](const QRect &screen) { return canBeGrabbed(wanted, screen); };
-    if (screens.isEmpty() || std::any_of(screens.begin(), screens.end(), grabbable))
+    if (screens.isEmpty())
         return wanted;
     const QRect screen = *std::min_element(screens.begin(), screens.end(), [&](const QRect &a, const QRect &b) {
         return distanceBetween(wanted, a) < distanceBetween(wanted, b);
@@ -51,6 +50,14 @@ QRect placedOnScreens(const QRect &wanted, const QList<QRect> &screens)
     placed.moveLeft(std::clamp(placed.left(), screen.left(), screen.right() + 1 - placed.width()));
     placed.moveTop(std::clamp(placed.top(), screen.top(), screen.bottom() + 1 - placed.height()));
     return placed;
+}
+
+QRect placedOnScreens(const QRect &wanted, const QList<QRect> &screens)
+{
+    const auto grabbable = [&](const QRect &screen) { return canBeGrabbed(wanted, screen); };
+    if (screens.isEmpty() || std::any_of(screens.begin(), screens.end(), grabbable))
+        return wanted;
+    return fittedToScreen(wanted, screens);
 }
 
 QRect pixelsFromPlace(const WindowPlace &place, double dotsPerInch)

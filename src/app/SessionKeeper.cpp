@@ -36,8 +36,10 @@ void SessionKeeper::storeNow()
     if (!m_started)
         return;
     State state = currentState();
-    if (appPorts().mainWindow->minimised())
+    if (appPorts().mainWindow->minimised()) {
         state.place = m_stored.place;
+        state.states = m_stored.states;
+    }
     if (state == m_stored)
         return;
     m_stored = state;
@@ -52,7 +54,8 @@ void SessionKeeper::stop()
 
 SessionKeeper::State SessionKeeper::currentState()
 {
-    State state{g_options, appPorts().mainWindow->place(), appPorts().recentFiles->list(), {}};
+    State state{
+        g_options, appPorts().mainWindow->place(), appPorts().mainWindow->states(), appPorts().recentFiles->list(), {}};
     // Elements without a name come and go with each start.
     state.recentFiles.removeAll(QString());
     for (const Document *document : ports().windows->documents())

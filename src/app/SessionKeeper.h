@@ -35,6 +35,7 @@ private:
     struct State {
         Options options;
         WindowPlace place;
+        WindowStates states;
         QStringList recentFiles;
         QStringList openFiles;
 

@@ -9,12 +9,15 @@
 #include "app/DesktopKeys.h"
 #include "app/DocumentFrame.h"
 #include "app/DroppedFiles.h"
+#include "app/EmptyArea.h"
 #include "app/MenuBarKeys.h"
 #include "app/ScreenPlacement.h"
 #include "app/StatusBar.h"
 #include "app/Toolbar.h"
+#include "app/Tour.h"
 #include "app/frmDebug.h"
 #include "app/modHelp.h"
+#include "app/modMRU.h"
 #include "app/modMain.h"
 #include "model/Globals.h"
 #include "model/OutlinePane.h"
@@ -82,6 +85,13 @@ frmMain::frmMain(QWidget *parent)
     m_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     m_area->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
     setCentralWidget(m_area);
+    m_emptyArea = new EmptyArea(*m_area);
+    connect(m_emptyArea, &EmptyArea::itemChosen, this, [this](const QString &item) {
+        if (auto *action = findChild<QAction *>(item); action && action->isEnabled())
+            action->trigger();
+        showEmptyArea();
+    });
+    connect(m_emptyArea, &EmptyArea::tourChosen, this, Tour::open);
     connect(m_area, &QMdiArea::subWindowActivated, this,
             [this](QMdiSubWindow *window) { frameActivated(qobject_cast<DocumentFrame *>(window)); });
 
@@ -143,6 +153,7 @@ void frmMain::MDIForm_Load()
         modMain::Initialise();
         setToolbarVisible(g_options.ViewToolbar);
         setStatusBarVisible(g_options.ViewStatusbar);
+        showEmptyArea();
         m_statusBar->start();
         m_timer->start();
     });
@@ -171,8 +182,13 @@ Document &frmMain::createDocument()
     m_area->addSubWindow(frame);
     m_frames.push_back(frame);
     // Before the main window shows, the area activates nothing by itself.
+    const bool maximised = m_frames.size() == 1 && m_documentsMaximised;
     m_active = frame;
-    frame->show();
+    m_emptyArea->hide();
+    if (maximised)
+        frame->showMaximized();
+    else
+        frame->show();
     m_area->setActiveSubWindow(frame);
     MenuEnable(iDocumentCount);
     return form->document();
@@ -267,6 +283,43 @@ void frmMain::setPlace(const WindowPlace &place)
     const QRect placed = placedOnScreens(pixelsFromPlace(place, logicalDpiX()), freeScreenAreas());
     resize(placed.size());
     move(placed.topLeft());
+}
+
+WindowStates frmMain::states() const
+{
+    return {isMaximized(), documentsMaximised(), placeFromPixels(normalGeometry(), logicalDpiX())};
+}
+
+void frmMain::setMaximised(bool mainWindow, bool documents)
+{
+    setWindowState(windowState().setFlag(Qt::WindowMaximized, mainWindow));
+    m_documentsMaximised = documents;
+}
+
+void frmMain::fitToScreen()
+{
+    // The frame is not there yet; titles are about this high.
+    constexpr QMargins frame(4, 32, 4, 4);
+    const QRect fitted = fittedToScreen(QRect(pos(), size()).marginsAdded(frame), freeScreenAreas());
+    resize(fitted.marginsRemoved(frame).size());
+    move(fitted.topLeft());
+}
+
+bool frmMain::documentsMaximised() const
+{
+    return m_active && !m_active->isMinimized() ? m_active->isMaximized() : m_documentsMaximised;
+}
+
+// Shows what can be done while there is no document.
+void frmMain::showEmptyArea()
+{
+    if (m_frames.empty()) {
+        QStringList recentFiles = appPorts().recentFiles->list();
+        recentFiles.removeAll(QString());
+        m_emptyArea->setRecentFiles(recentFiles);
+        m_emptyArea->setTourOffered(Tour::isThere());
+    }
+    m_emptyArea->setVisible(m_frames.empty());
 }
 
 void frmMain::setToolbarVisible(bool visible)
@@ -409,6 +462,7 @@ void frmMain::frameActivated(DocumentFrame *frame)
 
 void frmMain::frameClosed(DocumentFrame *frame)
 {
+    m_documentsMaximised = frame->isMaximized();
     std::erase(m_frames, frame);
     if (m_active == frame)
         m_active = m_frames.empty() ? nullptr : m_frames.back();
@@ -417,4 +471,6 @@ void frmMain::frameClosed(DocumentFrame *frame)
         UpdateStatusBarText(QString());
     MenuEnable(iDocumentCount);
     MenuEnableDynamic();
+    if (!m_sessionEnded)
+        showEmptyArea();
 }

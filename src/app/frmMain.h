@@ -13,6 +13,7 @@
 
 class CommandMenus;
 class DocumentFrame;
+class EmptyArea;
 class MenuBarKeys;
 class QMdiArea;
 class QTimer;
@@ -57,6 +58,9 @@ public:
     bool minimised() const override;
     WindowPlace place() const override;
     void setPlace(const WindowPlace &place) override;
+    WindowStates states() const override;
+    void setMaximised(bool mainWindow, bool documents) override;
+    void fitToScreen() override;
     void setToolbarVisible(bool visible) override;
     void setStatusBarVisible(bool visible) override;
 
@@ -77,10 +81,13 @@ private:
     void Timer1_Timer();
     void addShortcut(const char *name, const QKeySequence &key, const char *item, void (*routine)());
     void showOverwriting();
+    void showEmptyArea();
+    bool documentsMaximised() const;
     void frameActivated(DocumentFrame *frame);
     void frameClosed(DocumentFrame *frame);
 
     QMdiArea *const m_area;
+    EmptyArea *m_emptyArea = nullptr;
     MenuBarKeys *m_menuBarKeys = nullptr;
     CommandMenus *m_menus = nullptr;
     Toolbar *m_toolbar = nullptr;
@@ -90,4 +97,6 @@ private:
     std::vector<DocumentFrame *> m_frames;
     DocumentFrame *m_active = nullptr;
     bool m_sessionEnded = false;
+    // While there is no document, what the next one's window is to be.
+    bool m_documentsMaximised = false;
 };

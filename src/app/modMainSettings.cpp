@@ -24,6 +24,13 @@ namespace
 
 const QString settingsSection = u"Settings"_s;
 const QString fontSection = u"OutlineFont"_s;
+// What a window does beyond having a place. Only what is so is stored.
+const QString windowsSection = u"Windows"_s;
+
+constexpr QLatin1StringView mainMaximised("MainMaximised");
+constexpr QLatin1StringView documentsMaximised("DocumentsMaximised");
+// Asked for by the first settings, and forgotten once there are the user's own.
+constexpr QLatin1StringView fitToScreen("FitToScreen");
 
 constexpr qint64 defaultFontSize = 10 * clsFont::point;
 
@@ -56,6 +63,14 @@ constexpr std::array placeSettings{
     PlaceSetting{QLatin1StringView("MainHeight"), &WindowPlace::height, 6500},
 };
 
+// Where a maximised main window goes when it is that no longer. Stored for one only.
+constexpr std::array normalPlaceSettings{
+    PlaceSetting{QLatin1StringView("NormalLeft"), &WindowPlace::left, 1000},
+    PlaceSetting{QLatin1StringView("NormalTop"), &WindowPlace::top, 1000},
+    PlaceSetting{QLatin1StringView("NormalWidth"), &WindowPlace::width, 6500},
+    PlaceSetting{QLatin1StringView("NormalHeight"), &WindowPlace::height, 6500},
+};
+
 std::optional<QString> stored(const QString &section, QLatin1StringView key)
 {
     return appPorts().settings->value(section, key);
@@ -72,9 +87,9 @@ bool storedBoolean(const QString &section, QLatin1StringView key, bool byDefault
     return text ? Numbers::toBoolean(*text) : byDefault;
 }
 
-float storedSingle(QLatin1StringView key, float byDefault)
+float storedSingle(const QString &section, QLatin1StringView key, float byDefault)
 {
-    const std::optional<QString> text = stored(settingsSection, key);
+    const std::optional<QString> text = stored(section, key);
     if (!text)
         return byDefault;
     const double value = Numbers::toNumber(*text);
@@ -116,8 +131,32 @@ void loadPlace()
 {
     WindowPlace place;
     for (const PlaceSetting &setting : placeSettings)
-        place.*setting.value = storedSingle(setting.key, setting.byDefault);
+        place.*setting.value = storedSingle(settingsSection, setting.key, setting.byDefault);
+    const bool maximised = storedBoolean(windowsSection, mainMaximised, false);
+    if (maximised) {
+        for (const PlaceSetting &setting : normalPlaceSettings)
+            place.*setting.value = storedSingle(windowsSection, setting.key, setting.byDefault);
+    }
     appPorts().mainWindow->setPlace(place);
+    if (storedBoolean(windowsSection, fitToScreen, false))
+        appPorts().mainWindow->fitToScreen();
+    appPorts().mainWindow->setMaximised(maximised, storedBoolean(windowsSection, documentsMaximised, false));
+}
+
+void saveStates()
+{
+    const auto storeIf = [](bool wanted, QLatin1StringView key, const QString &value) {
+        if (wanted)
+            store(windowsSection, key, value);
+        else
+            appPorts().settings->removeValue(windowsSection, key);
+    };
+    const WindowStates states = appPorts().mainWindow->states();
+    storeIf(states.mainMaximised, mainMaximised, Numbers::fromBoolean(true));
+    storeIf(states.documentsMaximised, documentsMaximised, Numbers::fromBoolean(true));
+    for (const PlaceSetting &setting : normalPlaceSettings)
+        storeIf(states.mainMaximised, setting.key, fromSingle(states.normalPlace.*setting.value));
+    appPorts().settings->removeValue(windowsSection, fitToScreen);
 }
 
 void savePlace()
@@ -170,6 +209,7 @@ void SaveSettings()
         // A minimised window has no place worth keeping.
         if (!appPorts().mainWindow->minimised())
             savePlace();
+        saveStates();
         appPorts().settings->flush();
     });
 }

@@ -5,7 +5,10 @@
 
 #include "util/RunTimeError.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QSettings>
+#include <QTemporaryDir>
 
 #include <algorithm>
 #include <tuple>
@@ -29,6 +32,24 @@ QString decodedName(QString name)
 QString fullName(const QString &section, const QString &key)
 {
     return encodedName(section) + u'/' + encodedName(key);
+}
+
+// Where the settings of the user lie. Asking a settings object for it would open the file.
+QString userFile()
+{
+    const QString configured = qEnvironmentVariable("XDG_CONFIG_HOME");
+    QString folder = configured.isEmpty() ? u".config"_s : configured;
+    if (QDir::isRelativePath(folder))
+        folder = QDir::homePath() + u'/' + folder;
+    return folder + u"/Quillery/Quillery.ini"_s;
+}
+
+// Whether a file can be read without waiting, and soon. Settings are a few thousand bytes.
+bool isReadableAsSettings(const QString &fileName)
+{
+    constexpr qint64 largestFile = 4 * 1024 * 1024;
+    const QFileInfo info(fileName);
+    return info.isFile() && info.size() <= largestFile;
 }
 
 // A value written by hand with a bare comma arrives as a list.
@@ -59,14 +80,26 @@ bool keyBefore(const QString &a, const QString &b)
 } // namespace
 
 IniSettingsStore::IniSettingsStore()
-    : m_settings(std::make_unique<QSettings>(QSettings::IniFormat, QSettings::UserScope, u"Quillery"_s, u"Quillery"_s))
+    : IniSettingsStore(userFile())
 {
-    m_settings->setFallbacksEnabled(false);
+}
+
+IniSettingsStore::IniSettingsStore(const FirstSettings &first)
+    : IniSettingsStore()
+{
+    if (!QFileInfo::exists(fileName()) && isReadableAsSettings(first.fileName))
+        m_first = std::make_unique<QSettings>(first.fileName, QSettings::IniFormat);
 }
 
 IniSettingsStore::IniSettingsStore(const QString &fileName)
-    : m_settings(std::make_unique<QSettings>(fileName, QSettings::IniFormat))
 {
+    if (!QFileInfo::exists(fileName) || isReadableAsSettings(fileName)) {
+        m_settings = std::make_unique<QSettings>(fileName, QSettings::IniFormat);
+        return;
+    }
+    m_unusable = fileName;
+    m_standIn = std::make_unique<QTemporaryDir>();
+    m_settings = std::make_unique<QSettings>(m_standIn->filePath(u"Quillery.ini"_s), QSettings::IniFormat);
 }
 
 IniSettingsStore::~IniSettingsStore() = default;
@@ -74,9 +107,10 @@ IniSettingsStore::~IniSettingsStore() = default;
 std::optional<QString> IniSettingsStore::value(const QString &section, const QString &key) const
 {
     const QString name = fullName(section, key);
-    if (!m_settings->contains(name))
+    const QSettings &settings = m_first && !m_settings->contains(name) ? *m_first : *m_settings;
+    if (!settings.contains(name))
         return std::nullopt;
-    return textOf(m_settings->value(name));
+    return textOf(settings.value(name));
 }
 
 void IniSettingsStore::setValue(const QString &section, const QString &key, const QString &value)
@@ -104,13 +138,18 @@ void IniSettingsStore::removeValue(const QString &section, const QString &key)
 
 void IniSettingsStore::flush()
 {
+    if (!m_unusable.isEmpty())
+        throw RunTimeError(ErrorNumber::PathFileAccess,
+                           u"The settings are not kept, because %1 is no file of settings"_s.arg(m_unusable));
     m_settings->sync();
     // A line that was no setting when the file was read is no reason against writing.
     if (m_settings->status() == QSettings::AccessError)
         throw RunTimeError(ErrorNumber::PathFileAccess, u"The settings could not be written to %1"_s.arg(fileName()));
+    // Now they are the user's own.
+    m_first.reset();
 }
 
 QString IniSettingsStore::fileName() const
 {
-    return m_settings->fileName();
+    return m_unusable.isEmpty() ? m_settings->fileName() : m_unusable;
 }

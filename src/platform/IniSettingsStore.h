@@ -8,12 +8,22 @@
 #include <memory>
 
 class QSettings;
+class QTemporaryDir;
 
-// The settings store in an INI file of the user's configuration folder: $XDG_CONFIG_HOME/Quillery/Quillery.ini.
+// The settings store in an INI file of the user's configuration folder: $XDG_CONFIG_HOME/Quillery/Quillery.ini. What
+// lies there and cannot be such a file, because it is a pipe or far too large, is left alone: nothing is read, and
+// writing fails.
 class IniSettingsStore final : public SettingsStore
 {
 public:
     IniSettingsStore();
+
+    // The same; while the user has no such file, the values of another one hold, which is never written.
+    struct FirstSettings {
+        QString fileName;
+    };
+
+    explicit IniSettingsStore(const FirstSettings &first);
     // A store in a file of its own.
     explicit IniSettingsStore(const QString &fileName);
     ~IniSettingsStore() override;
@@ -29,4 +39,9 @@ public:
 
 private:
     std::unique_ptr<QSettings> m_settings;
+    // Null unless the user has no settings.
+    std::unique_ptr<QSettings> m_first;
+    // What the store would be in but cannot; empty otherwise. The settings are then in a file that goes with the store.
+    QString m_unusable;
+    std::unique_ptr<QTemporaryDir> m_standIn;
 };

@@ -9,10 +9,15 @@
 
 using namespace Qt::StringLiterals;
 
+QString sharedFile(const QString &name)
+{
+    return QDir::cleanPath(QCoreApplication::applicationDirPath() + u"/../share/quillery/"_s + name);
+}
+
 QString programFile(const QString &name)
 {
     const QDir folder(QCoreApplication::applicationDirPath());
     const QString beside = folder.filePath(name);
-    const QString shared = QDir::cleanPath(folder.filePath(u"../share/quillery/"_s + name));
+    const QString shared = sharedFile(name);
     return !QFileInfo::exists(beside) && QFileInfo::exists(shared) ? shared : beside;
 }

@@ -25,6 +25,16 @@ public:
         ++timesPlaced;
     }
 
+    WindowStates states() const override { return currentStates; }
+
+    void setMaximised(bool mainWindow, bool documents) override
+    {
+        currentStates.mainMaximised = mainWindow;
+        currentStates.documentsMaximised = documents;
+    }
+
+    void fitToScreen() override { ++timesFitted; }
+
     void setToolbarVisible(bool visible) override { toolbar = visible; }
 
     void setStatusBarVisible(bool visible) override { statusBar = visible; }
@@ -34,6 +44,8 @@ public:
     bool statusBar = true;
     WindowPlace current{15, 30, 4500, 3000};
     int timesPlaced = 0;
+    int timesFitted = 0;
+    WindowStates currentStates;
 };
 
 class FakeRecentFileItems final : public RecentFileItems

@@ -37,6 +37,9 @@ private Q_SLOTS:
     void aTextThatIsNoSuchValueIsLoggedAndEndsTheReading();
     void fractionsOfATwipSurvive();
     void aStoreThatCannotBeWrittenIsLogged();
+    void maximisedWindowsAreRemembered();
+    void aMaximisedMainWindowRemembersWhereItWas();
+    void firstSettingsFitTheWindowToTheScreenOnce();
 
 private:
     void put(const char *key, const QString &value);
@@ -267,6 +270,46 @@ void tst_Settings::aStoreThatCannotBeWrittenIsLogged()
     modMain::SaveSettings();
     QCOMPARE(m_app->logLines().value(0).left(10), u"Error 75 -"_s);
     QCOMPARE(m_app->logLines().value(1), u"Quillery modMain SaveSettings"_s);
+}
+
+void tst_Settings::maximisedWindowsAreRemembered()
+{
+    modMain::LoadSettings();
+    QVERIFY(m_app->mainWindow.currentStates == WindowStates());
+    m_app->mainWindow.currentStates.documentsMaximised = true;
+    modMain::SaveSettings();
+    QCOMPARE(got("Windows", "DocumentsMaximised"), u"True"_s);
+    QCOMPARE(got("Windows", "MainMaximised"), u"(none)"_s);
+    m_app->mainWindow.currentStates = {};
+    modMain::LoadSettings();
+    QVERIFY(m_app->mainWindow.currentStates.documentsMaximised);
+    QVERIFY(!m_app->mainWindow.currentStates.mainMaximised);
+    m_app->mainWindow.currentStates = {};
+    modMain::SaveSettings();
+    QVERIFY(m_app->settings.section(u"Windows"_s).empty());
+}
+
+void tst_Settings::aMaximisedMainWindowRemembersWhereItWas()
+{
+    m_app->mainWindow.current = {0, 0, 19200, 12000};
+    m_app->mainWindow.currentStates = {true, false, {600, 450, 9000, 7500}};
+    modMain::SaveSettings();
+    // A maximised window's values are stored as they stand.
+    QCOMPARE(got("Settings", "MainWidth"), u"19200"_s);
+    m_app->mainWindow.currentStates = {};
+    modMain::LoadSettings();
+    QVERIFY(m_app->mainWindow.currentStates.mainMaximised);
+    QVERIFY(m_app->mainWindow.current == (WindowPlace{600, 450, 9000, 7500}));
+}
+
+void tst_Settings::firstSettingsFitTheWindowToTheScreenOnce()
+{
+    m_app->settings.values[{u"Windows"_s, u"FitToScreen"_s}] = u"True"_s;
+    modMain::LoadSettings();
+    QCOMPARE(m_app->mainWindow.timesFitted, 1);
+    modMain::SaveSettings();
+    modMain::LoadSettings();
+    QCOMPARE(m_app->mainWindow.timesFitted, 1);
 }
 
 QTEST_GUILESS_MAIN(tst_Settings)

@@ -7,10 +7,38 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 using namespace Qt::StringLiterals;
+
+namespace
+{
+
+class EnvironmentGuard
+{
+public:
+    EnvironmentGuard(const char *name, const QByteArray &value)
+        : m_name(name)
+        , m_before(qgetenv(name))
+    {
+        qputenv(name, value);
+    }
+
+    ~EnvironmentGuard() { qputenv(m_name, m_before); }
+
+    EnvironmentGuard(const EnvironmentGuard &) = delete;
+    EnvironmentGuard &operator=(const EnvironmentGuard &) = delete;
+
+private:
+    const char *m_name;
+    QByteArray m_before;
+};
+
+} // namespace
 
 class tst_IniSettingsStore : public QObject
 {
@@ -40,6 +68,71 @@ private Q_SLOTS:
         store.flush();
         QCOMPARE(IniSettingsStore(m_file).value(u"Settings"_s, u"A"_s), std::optional(QString()));
         QCOMPARE(IniSettingsStore(m_file).value(u"Settings"_s, u"B"_s), std::optional(QString()));
+    }
+
+    void aPipeInPlaceOfTheFileIsNeitherReadNorWritten()
+    {
+        QCOMPARE(mkfifo(qPrintable(m_file), 0600), 0);
+        IniSettingsStore store(m_file);
+        QCOMPARE(store.value(u"Settings"_s, u"A"_s), std::nullopt);
+        store.setValue(u"Settings"_s, u"A"_s, u"1"_s);
+        QCOMPARE(store.value(u"Settings"_s, u"A"_s), std::optional(u"1"_s));
+        QVERIFY_THROWS_EXCEPTION(RunTimeError, store.flush());
+        QCOMPARE(store.fileName(), m_file);
+        QVERIFY(QFileInfo::exists(m_file) && !QFileInfo(m_file).isFile());
+    }
+
+    void aFileFarTooLargeIsLeftAlone()
+    {
+        constexpr qint64 size = 90 * 1024 * 1024;
+        QFile file(m_file);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(file.write("[Settings]\nA=1\n") > 0);
+        QVERIFY(file.resize(size));
+        file.close();
+        IniSettingsStore store(m_file);
+        QCOMPARE(store.value(u"Settings"_s, u"A"_s), std::nullopt);
+        store.setValue(u"Settings"_s, u"A"_s, u"2"_s);
+        QVERIFY_THROWS_EXCEPTION(RunTimeError, store.flush());
+        QCOMPARE(QFileInfo(m_file).size(), size);
+    }
+
+    void firstSettingsHoldUntilThereAreTheUsersOwn()
+    {
+        const EnvironmentGuard config("XDG_CONFIG_HOME", m_folder->filePath(u"config"_s).toUtf8());
+        const IniSettingsStore::FirstSettings first{m_file};
+        QFile file(m_file);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(file.write("[Settings]\nMainWidth=19200\nMainLeft=600\n") > 0);
+        file.close();
+        {
+            IniSettingsStore store(first);
+            QCOMPARE(store.value(u"Settings"_s, u"MainWidth"_s), std::optional(u"19200"_s));
+            QCOMPARE(store.value(u"Settings"_s, u"Backup"_s), std::nullopt);
+            QVERIFY(!QFileInfo::exists(store.fileName()));
+            store.setValue(u"Settings"_s, u"MainWidth"_s, u"15000"_s);
+            QCOMPARE(store.value(u"Settings"_s, u"MainWidth"_s), std::optional(u"15000"_s));
+            store.flush();
+        }
+        const IniSettingsStore store(first);
+        QCOMPARE(store.value(u"Settings"_s, u"MainWidth"_s), std::optional(u"15000"_s));
+        QCOMPARE(store.value(u"Settings"_s, u"MainLeft"_s), std::nullopt);
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QCOMPARE(file.readAll(), QByteArray("[Settings]\nMainWidth=19200\nMainLeft=600\n"));
+    }
+
+    void anEmptyStoreOfTheUserNeedsNoFirstSettings()
+    {
+        const EnvironmentGuard config("XDG_CONFIG_HOME", m_folder->path().toUtf8());
+        QVERIFY(QDir(m_folder->path()).mkdir(u"Quillery"_s));
+        QFile own(m_folder->filePath(u"Quillery/Quillery.ini"_s));
+        QVERIFY(own.open(QIODevice::WriteOnly));
+        QFile file(m_file);
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QVERIFY(file.write("[Settings]\nMainWidth=19200\n") > 0);
+        file.close();
+        const IniSettingsStore store(IniSettingsStore::FirstSettings{m_file});
+        QCOMPARE(store.value(u"Settings"_s, u"MainWidth"_s), std::nullopt);
     }
 
     void everyTextComesBack_data()
