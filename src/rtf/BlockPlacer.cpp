@@ -171,6 +171,12 @@ void BlockPlacer::fillRow(const Table &table, std::size_t row, QTextTable &targe
         // The cell's own format holds how many columns and rows it spans.
         QTextCharFormat format = cell.format();
         format.merge(cellFormat(state, m_formats.tables()));
+        if (source.state.height != 0) {
+            format.setProperty(RowHeightProperty, source.state.height);
+        }
+        if (source.state.keep) {
+            format.setProperty(RowKeepProperty, true);
+        }
         cell.setFormat(format);
         QTextCursor cursor = cell.firstCursorPosition();
         Place inside{cursor, false, false, true};

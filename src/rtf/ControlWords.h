@@ -117,6 +117,8 @@ enum class Special : quint8 {
     RowDefaults,
     RowGap,
     RowHeader,
+    RowHeight,
+    RowKeep,
     RowLeft,
     RowWidth,
     RowWidthKind,

@@ -25,20 +25,20 @@ WidthKind preferredWidthKind(qint32 number)
 }
 
 constexpr Range charRanges[] = {
-    {0, 0},                          // Font, which never comes from a number directly
-    {2, 3276},                       // Size
-    {-1, mostColors},                // Foreground
-    {-1, mostColors},                // Background
-    {-1, mostColors},                // Pattern
-    {-1, mostColors},                // Highlight
-    {0, 0},                          // Underline
-    {-1, mostColors},                // UnderlineColor
-    {-1, 1},                         // Script
-    {-3276, 3276},                   // Offset
-    {0, 65535},                      // Language
-    {-longestLength, longestLength}, // Spacing
-    {1, 600},                        // Scale
-    {0, 0},                          // Link
+    {0, qint32(mostFonts) - 1},            // Font
+    {2, 3276},                             // Size
+    {-1, mostColors},                      // Foreground
+    {-1, mostColors},                      // Background
+    {-1, mostColors},                      // Pattern
+    {-1, mostColors},                      // Highlight
+    {0, qint32(UnderlineKind::Count) - 1}, // Underline
+    {-1, mostColors},                      // UnderlineColor
+    {-1, 1},                               // Script
+    {-3276, 3276},                         // Offset
+    {0, 65535},                            // Language
+    {-longestLength, longestLength},       // Spacing
+    {1, 600},                              // Scale
+    {0, 0x7FFFFFFF},                       // Link
 };
 static_assert(std::size(charRanges) == std::size_t(CharNumber::Count));
 
@@ -322,6 +322,12 @@ void Interpreter::applyTableSpecial(Special word, qint32 number, bool hasNumber)
     case Special::RowLeft:
         currentRow().left = std::clamp(number, -longestLength, longestLength);
         break;
+    case Special::RowHeight:
+        currentRow().height = std::clamp(number, -longestLength, longestLength);
+        break;
+    case Special::RowKeep:
+        currentRow().keep = true;
+        break;
     case Special::RowHeader:
         currentRow().header = true;
         break;
@@ -399,9 +405,7 @@ void Interpreter::applyCharDefaults()
 
 void Interpreter::setChar(CharNumber number, qint32 value)
 {
-    const qint32 wanted = number == CharNumber::Font || number == CharNumber::Underline || number == CharNumber::Link
-                              ? value
-                              : clampTo(charRanges[std::size_t(number)], value);
+    const qint32 wanted = clampTo(charRanges[std::size_t(number)], value);
     if (m_state.chars[number] != wanted) {
         beforeCharChange();
         m_state.chars[number] = wanted;

@@ -46,6 +46,10 @@ enum Property : int {
     // Of any format: int, means nothing. A document sorts its formats by most of their properties, but not by families,
     // tab stops and column widths: of those that differ in nothing else it looks through all. This tells them apart.
     SpreadProperty = QTextFormat::UserProperty + 0x400,
+
+    // Formats of cells: what their row has that a text document's rows have not
+    RowHeightProperty = QTextFormat::UserProperty + 0x500, // int: as \trrh counts
+    RowKeepProperty,                                       // bool: on one page
 };
 
 } // namespace rtf

@@ -192,6 +192,8 @@ struct RowState {
     qint32 gap = 0;       // half the space between the texts of two cells, twips
     qint16 alignment = 0; // ParaAlignment
     bool header = false;
+    bool keep = false; // on one page
+    qint32 height = 0; // twips; at least so high, a negative one exactly, 0 as its text needs
     PreferredWidth width;
     std::vector<CellState> cells;
 };

@@ -58,6 +58,7 @@ private:
 
     void writeFrame(QTextFrame::iterator begin, QTextFrame::iterator end, Paragraphs &place);
     void writeTable(const CellRange &cells, int depth);
+    void writeRowHeight(const CellRange &cells, int row);
     void writeRowDefinition(const CellRange &cells, const ColumnWidths &widths, int row);
     void writeTableWidth(const QTextTableFormat &format, const ColumnWidths &widths);
     void writePreferredWidth(const char *kindWord, const char *word, const PreferredWidth &width);

@@ -5,6 +5,7 @@
 
 #include "rtf/ColumnWidths.h"
 #include "rtf/Limits.h"
+#include "rtf/Properties.h"
 #include "rtf/TableFormats.h"
 #include "rtf/Units.h"
 
@@ -80,6 +81,7 @@ void Writer::writeRowDefinition(const CellRange &cells, const ColumnWidths &widt
     if (row < format.headerRowCount()) {
         m_body.word("\\trhdr");
     }
+    writeRowHeight(cells, row);
     writeTableWidth(format, widths);
     for (int column = cells.firstColumn; column < cells.endColumn();) {
         const int first = column;
@@ -88,6 +90,25 @@ void Writer::writeRowDefinition(const CellRange &cells, const ColumnWidths &widt
         writeCellDefinition(cells, cell, row);
         writePreferredWidth("\\clftsWidth", "\\clwWidth", widths.preferredOf(first, column));
         m_body.word("\\cellx", edges[std::size_t(column)] - before);
+    }
+}
+
+// The cells that begin in the row know it.
+void Writer::writeRowHeight(const CellRange &cells, int row)
+{
+    for (int column = cells.firstColumn; column < cells.endColumn(); ++column) {
+        const QTextTableCell cell = cells.table->cellAt(row, column);
+        if (cell.row() != row) {
+            continue;
+        }
+        const QTextCharFormat format = cell.format();
+        if (format.boolProperty(RowKeepProperty)) {
+            m_body.word("\\trkeep");
+        }
+        if (const int height = format.intProperty(RowHeightProperty); height != 0) {
+            m_body.word("\\trrh", height);
+        }
+        return;
     }
 }
 

@@ -126,6 +126,8 @@ const QHash<QByteArrayView, QByteArrayView> &bodiesByName()
         {"trgaph", "\\trowd@200\\cellx1000\\intbl a\\cell\\row"},
         {"trleft", "\\trowd@300\\cellx1000\\intbl a\\cell\\row"},
         {"trhdr", "\\trowd@\\cellx1000\\intbl a\\cell\\row"},
+        {"trrh", "\\trowd@400\\cellx1000\\intbl a\\cell\\row"},
+        {"trkeep", "\\trowd@\\cellx1000\\intbl a\\cell\\row"},
         {"trql", "\\trowd\\trqc@\\cellx1000\\intbl a\\cell\\row"},
         // Tables of the text
         {"fonttbl", "{@{\\f7 Courier New;}}\\f7 a"},

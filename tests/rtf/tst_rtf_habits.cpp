@@ -32,6 +32,7 @@ private Q_SLOTS:
     void blanksBehindTheLastCellAreNoCell();
     void picturesOfTheMacintoshCountInPoints();
     void automaticSpaceIsKept();
+    void heightsOfRowsAreKept();
 
 private:
     static QList<double> tabsOf(const QTextBlock &block)
@@ -274,6 +275,22 @@ void TestRtfHabits::automaticSpaceIsKept()
     QCOMPARE(blockOf(*document, QStringLiteral("b")).blockFormat().topMargin(), 100 / 15.0);
     const QByteArray written = rtf::write(*document);
     QVERIFY2(written.contains("\\sbauto1\\saauto1\\contextualspace"), written.constData());
+    QCOMPARE(rtftest::roundTripFault(rtf), QString());
+}
+
+void TestRtfHabits::heightsOfRowsAreKept()
+{
+    const QByteArray rtf(
+        "{\\rtf1 x\\par\\trowd\\trrh400\\trkeep\\clvmgf\\cellx1000\\cellx2000\\intbl a\\cell b\\cell\\row"
+        "\\trowd\\trrh-300\\clvmrg\\cellx1000\\cellx2000\\intbl\\cell c\\cell\\row"
+        "\\trowd\\cellx1000\\cellx2000\\intbl d\\cell\\itap2 e\\nestcell{\\*\\nesttableprops\\trowd\\trrh200\\cellx500"
+        "\\nestrow}\\itap1\\cell\\row\\pard y}");
+    const QByteArray written = rtf::write(*documentOf(rtf));
+    QVERIFY2(written.contains("\\trkeep\\trrh400"), written.constData());
+    QCOMPARE(written.count("\\trrh-300"), 1);
+    QCOMPARE(written.count("\\trrh200"), 1);
+    QCOMPARE(written.count("\\trrh"), 3);
+    QCOMPARE(written.count("\\trkeep"), 1);
     QCOMPARE(rtftest::roundTripFault(rtf), QString());
 }
 
