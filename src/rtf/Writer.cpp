@@ -128,8 +128,21 @@ void Writer::writeFrame(QTextFrame::iterator begin, QTextFrame::iterator end, Pa
 
 void Writer::endParagraph()
 {
-    m_body.word("\\par");
+    endWith("\\par");
     m_body.lineEnd();
+}
+
+// Ends a paragraph or a cell. Where that is an empty one in superscript, its end alone is.
+void Writer::endWith(const char *word)
+{
+    if (!endSuperscript()) {
+        m_body.word(word);
+        return;
+    }
+    m_body.raw("{");
+    m_body.word("\\super");
+    m_body.word(word);
+    m_body.raw("}");
 }
 
 void Writer::writeParagraph(const QTextBlock &block, int depth, bool isFirstOfCell)
@@ -157,6 +170,9 @@ void Writer::writeParagraph(const QTextBlock &block, int depth, bool isFirstOfCe
     }
     // A field goes on where its paragraph and the text before agree that it does.
     closeFields(commonFields(fieldsBehind));
+    if (length != 0) {
+        endSuperscript();
+    }
     setParagraphWords(m_paragraph);
 }
 
@@ -261,6 +277,7 @@ void Writer::openFields(const QStringList &wanted)
 {
     closeFields(commonFields(wanted));
     for (auto i = qsizetype(m_fields.size()); i < wanted.size(); ++i) {
+        endSuperscript();
         m_fields.push_back({wanted[i], m_chars, m_paragraphWords});
         m_body.raw("{\\field{\\*\\fldinst{");
         m_body.text(wanted[i]);

@@ -66,6 +66,7 @@ private:
     void writeEmptyCell(int depth);
     void writeBorder(Output &output, const BorderLook &border);
     void endParagraph();
+    void endWith(const char *word);
     void writeParagraph(const QTextBlock &block, int depth, bool isFirstOfCell);
     void writeParagraphFormat(const QTextBlock &block, int depth);
     void writeListLabel();
@@ -77,6 +78,7 @@ private:
     void closeFields(std::size_t left);
     std::size_t commonFields(const QStringList &fields) const;
     void setChars(const CharWords &words);
+    bool endSuperscript();
     void writePicture(const Picture &picture);
     const CharWords &charWords(int formatIndex);
     const CharWords &markWords(const QTextBlock &block, bool isFirstOfCell);

@@ -242,6 +242,19 @@ void Writer::setChars(const CharWords &words)
     m_chars = words.values;
 }
 
+// Switches superscript off, where it is on. It must not reach over a paragraph's end: some word processors take what
+// stands before one for the number of a note, and lose it.
+bool Writer::endSuperscript()
+{
+    constexpr auto place = std::size_t(Slot::Script);
+    if (m_chars.empty() || m_chars[place] <= 0) {
+        return false;
+    }
+    m_chars[place] = 0;
+    m_body.word("\\nosupersub");
+    return true;
+}
+
 void Writer::writeParaLook(Output &output, const ParaLook &look, bool isInList)
 {
     if (const int style = m_tables.style(look.styleName); style != 0) {

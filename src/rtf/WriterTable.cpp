@@ -37,7 +37,7 @@ void Writer::writeTable(const CellRange &cells, int depth)
                 writeEmptyCell(depth);
             }
             closeFields(0);
-            m_body.word(depth == 1 ? "\\cell" : "\\nestcell");
+            endWith(depth == 1 ? "\\cell" : "\\nestcell");
             column = std::max(column + 1, cell.column() + cell.columnSpan());
         }
         if (depth > 1) {

@@ -22,6 +22,8 @@ private Q_SLOTS:
     void labelsOfTheDocumentsOwnListsStandInTheText();
     void labelsLookLikeTheTextBehindThem();
     void aListSaysAllItsIndents();
+    void superscriptEndsWithItsParagraph_data();
+    void superscriptEndsWithItsParagraph();
     void addressesOfLinksComeBack_data();
     void addressesOfLinksComeBack();
     void tablesComeBackAsWideAsTheyWere_data();
@@ -193,6 +195,45 @@ void TestRtfWritten::aListSaysAllItsIndents()
         QVERIFY2(item.sliced(item.lastIndexOf("\\pard")).contains(indent), written);
     }
     QVERIFY(!written.mid(written.indexOf("item")).contains("\\ri"));
+}
+
+void TestRtfWritten::superscriptEndsWithItsParagraph_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::newRow("paragraphs") << QByteArray("\\super one\\par two\\par");
+    QTest::newRow("an empty one") << QByteArray("\\super one\\par\\par two\\nosupersub three\\par");
+    QTest::newRow("cells") << QByteArray(
+        "\\trowd\\cellx1000\\cellx2000\\intbl\\super one\\cell\\cell\\row\\pard two\\par");
+    QTest::newRow("links") << QByteArray(
+        "\\super one{\\field{\\*\\fldinst HYPERLINK \"x\"}{\\fldrslt two\\nosupersub  "
+        "three}}four\\par{\\field{\\*\\fldinst HYPERLINK \"y\"}{\\fldrslt five\\par six}}\\par");
+    QTest::newRow("items") << QByteArray("{\\*\\pn\\pnlvlbody\\pndec{\\pntxta .}}\\super one\\par two\\par");
+}
+
+// Some word processors lose superscript that does not.
+void TestRtfWritten::superscriptEndsWithItsParagraph()
+{
+    QFETCH(const QByteArray, body);
+    const auto document = rtftest::documentOf("{\\rtf1{\\fonttbl{\\f0 Arial;}}\\f0\\fs24 " + body + "}");
+    const QByteArray written = rtf::write(*document);
+    // As in the groups that are open.
+    QList<bool> isOn{false};
+    const QByteArray words = QByteArray(written).replace("{\\super\\par}", "").replace("{\\super\\cell}", "");
+    for (qsizetype at = 0; at < words.size(); ++at) {
+        const QByteArrayView rest = QByteArrayView(words).sliced(at);
+        const bool isEnd = rest.startsWith("\\par\n") || rest.startsWith("\\cell") || rest.startsWith("\\field");
+        QVERIFY2(!isOn.last() || !isEnd, written);
+        if (rest.front() == '{') {
+            isOn << isOn.last();
+        } else if (rest.front() == '}') {
+            isOn.removeLast();
+        } else if (rest.startsWith("\\super") || rest.startsWith("\\nosupersub")) {
+            isOn.last() = rest.startsWith("\\super");
+        }
+    }
+    const auto read = rtftest::documentOf(written);
+    QCOMPARE(rtftest::difference(*read, *document), QString());
+    QCOMPARE(rtf::write(*read), written);
 }
 
 void TestRtfWritten::addressesOfLinksComeBack_data()
