@@ -95,7 +95,7 @@ void LabelDelegate::endComposing()
 
 bool LabelDelegate::eventFilter(QObject *watched, QEvent *event)
 {
-    if (watched == m_editor && editorEvent(*event))
+    if (watched == m_editor && isForEditorAlone(*event))
         return false;
     // Left to whoever has a command for it: the key goes on to the outline.
     if (event->type() == QEvent::KeyPress && isAltCharacter(*static_cast<QKeyEvent *>(event))) {
@@ -106,7 +106,7 @@ bool LabelDelegate::eventFilter(QObject *watched, QEvent *event)
 }
 
 // Whether the event is the editor's alone.
-bool LabelDelegate::editorEvent(const QEvent &event)
+bool LabelDelegate::isForEditorAlone(const QEvent &event)
 {
     switch (event.type()) {
     case QEvent::InputMethod:

@@ -35,7 +35,7 @@ protected:
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override;
 
 private:
-    bool editorEvent(const QEvent &event);
+    bool isForEditorAlone(const QEvent &event);
     QIcon image(const QString &name) const;
 
     TreeView *m_view;
