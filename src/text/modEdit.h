@@ -53,7 +53,8 @@ void EditFormatBullet();
 void EditFormatIndent();
 void EditFormatUnindent();
 
-// Ask for a font: for the selected text, or without a selection for the pane; and for all texts of the document.
+// Ask for a font: for the selected text, or without a selection for the entry's whole text; and for all texts of the
+// document.
 void EditCurrentFont();
 void EditDocumentFont();
 

@@ -68,7 +68,17 @@ FontAttributes attributesOfSelection(const TextPane &pane)
             pane.SelUnderline(), pane.SelStrikeThru(), pane.SelColor()};
 }
 
-void setSelection(TextPane &pane, const FontAttributes &attributes)
+// The font at the caret, which is the whole text's where that has one.
+FontAttributes attributesAtCaret(const TextPane &pane)
+{
+    FontAttributes attributes = attributesOfSelection(pane);
+    attributes.name = attributes.name.value_or(pane.Font().family());
+    attributes.size = attributes.size.value_or(pane.Font().pointSizeF());
+    attributes.colour.reset();
+    return attributes;
+}
+
+rtf::CharChange changeTo(const FontAttributes &attributes)
 {
     rtf::CharChange change;
     if (attributes.name)
@@ -85,7 +95,7 @@ void setSelection(TextPane &pane, const FontAttributes &attributes)
         change.setStrikeOut(*attributes.strikeThrough);
     if (attributes.colour)
         change.setColour(*attributes.colour);
-    pane.changeSelection(change);
+    return change;
 }
 
 void askForDetails(clsFont &font)
@@ -167,15 +177,15 @@ bool ChangeTreeviewFont(clsFont &font)
 bool ChangeRTFFont(TextPane &pane)
 {
     return procedure("modFont ChangeRTFFont", [&] {
-        QFont shown = pane.Font();
-        clsFont font;
-        font.GetFont(shown);
-        askForDetails(font);
-        font.SetFont(shown);
-        pane.changeFont(shown);
-        // Beside text that has a font of its own, what is typed next would take that one.
+        FontAttributes chosen = chosenFont(attributesAtCaret(pane), false);
+        // The dialog does not offer these, so what is underlined or struck through stays so.
+        chosen.underline.reset();
+        chosen.strikeThrough.reset();
+        const rtf::CharChange change = changeTo(chosen);
+        pane.changeText(change);
+        // What is typed next would go by what stands beside it, or by nothing in an empty text.
         if (pane.SelLength() == 0)
-            setSelection(pane, attributesOf(font));
+            pane.changeSelection(change);
         return true;
     });
 }
@@ -183,7 +193,7 @@ bool ChangeRTFFont(TextPane &pane)
 bool ChangeRTFSelFont(TextPane &pane)
 {
     return procedure("modFont ChangeRTFSelFont", [&] {
-        setSelection(pane, chosenFont(attributesOfSelection(pane), true));
+        pane.changeSelection(changeTo(chosenFont(attributesOfSelection(pane), true)));
         return true;
     });
 }

@@ -21,7 +21,8 @@ namespace modFont
 bool ChangeFontDetails(clsFont &font);
 // The same, and gives the font to the active document's outline.
 bool ChangeTreeviewFont(clsFont &font);
-// Lets the user change a pane's own font: that of text which names none, and of what is typed next at the caret.
+// Lets the user choose the font of all of a pane's text and of what is typed next at the caret, as one step of undo. It
+// concerns this text alone: what other texts begin with stays as it was.
 bool ChangeRTFFont(TextPane &pane);
 // Lets the user change the font, effects and colour of a pane's selection, as one step of undo.
 bool ChangeRTFSelFont(TextPane &pane);

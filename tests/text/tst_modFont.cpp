@@ -107,8 +107,13 @@ private Q_SLOTS:
     void theDialogShowsOnlyWhatTheSelectionShares();
     void allIsWrittenToTheSelectionInOneStep();
     void whatWasNotChosenStaysAsItWas();
-    void withoutASelectionThePaneTakesTheFont();
-    void thePanesFontCanBeUndone();
+    void withoutASelectionTheWholeTextTakesTheFont_data();
+    void withoutASelectionTheWholeTextTakesTheFont();
+    void otherEntriesBeginAsTheyDid();
+    void anEmptyTextBeginsWithTheFontChosen();
+    void whatTheDialogDoesNotOfferStays();
+    void theDialogShowsTheFontAtTheCaret();
+    void theFontOfTheWholeTextCanBeUndone();
     void sizesAreSteppedByAPoint_data();
     void sizesAreSteppedByAPoint();
     void theSizeInsideAWordIsStepped();
@@ -279,29 +284,111 @@ void tst_modFont::whatWasNotChosenStaysAsItWas()
     QCOMPARE(f.box.SelBold(), std::nullopt);
 }
 
-void tst_modFont::withoutASelectionThePaneTakesTheFont()
+void tst_modFont::withoutASelectionTheWholeTextTakesTheFont_data()
+{
+    QTest::addColumn<bool>("isTyped");
+    QTest::newRow("just typed") << true;
+    QTest::newRow("shown again") << false;
+}
+
+void tst_modFont::withoutASelectionTheWholeTextTakesTheFont()
+{
+    QFETCH(const bool, isTyped);
+    OpenDocument &f = *m_first;
+    Entry *root = f.add(nullptr, isTyped ? "" : "one {\\fs40\\b two}\\par three");
+    modNodes::NodeSelectFull(f.document, root);
+    if (isTyped) {
+        QTest::keyClicks(&f.box, u"one two"_s);
+        QTest::keyClick(&f.box, Qt::Key_Return);
+        QTest::keyClicks(&f.box, u"three"_s);
+    }
+    const QString text = f.box.Text();
+    select(static_cast<int>(text.size()), 0);
+    const QByteArray before = f.box.TextRTF();
+    const QFont base = f.box.Font();
+    f.timesChanged = 0;
+    dialogs().fonts = {FontAttributes{u"DejaVu Serif"_s, 16, false, true, false, false, {}}};
+    modEdit::EditCurrentFont();
+    QVERIFY(!dialogs().fontRequests.front().effects);
+    QVERIFY(f.document.m_bDataChanged);
+    QTest::keyClicks(&f.box, u"x"_s);
+    select(0, static_cast<int>(text.size()) + 1);
+    QCOMPARE(f.box.SelText(), text + u'x');
+    QCOMPARE(f.box.SelFontName(), std::optional(u"DejaVu Serif"_s));
+    QCOMPARE(f.box.SelFontSize(), std::optional(16.0));
+    QCOMPARE(f.box.SelBold(), std::optional(false));
+    QCOMPARE(f.box.SelItalic(), std::optional(true));
+    QCOMPARE(f.box.Font(), base);
+    f.box.undo();
+    f.box.undo();
+    QCOMPARE(f.box.TextRTF(), before);
+}
+
+void tst_modFont::otherEntriesBeginAsTheyDid()
 {
     OpenDocument &f = *m_first;
     Entry *root = f.add(nullptr, "one");
+    Entry *other = f.document.tree.insert(Relationship::tvwChild, root);
     modNodes::NodeSelectFull(f.document, root);
     select(3, 0);
-    dialogs().fonts = {FontAttributes{u"DejaVu Serif"_s, 16, true, false, false, false, {}}};
+    dialogs().fonts = {FontAttributes{u"DejaVu Serif"_s, 30, true, false, false, false, {}}};
     modEdit::EditCurrentFont();
-    QVERIFY(!dialogs().fontRequests.front().effects);
-    QCOMPARE(f.box.Font().family(), u"DejaVu Serif"_s);
-    QCOMPARE(f.box.Font().pointSizeF(), 16.0);
-    QVERIFY(f.box.Font().bold());
-    QVERIFY(f.document.m_bDataChanged);
-    QTest::keyClicks(&f.box, u"x"_s);
-    select(0, 3);
-    QCOMPARE(f.box.SelFontSize(), std::optional(10.0));
-    select(3, 1);
-    QCOMPARE(f.box.SelFontSize(), std::optional(16.0));
-    QCOMPARE(f.box.SelFontName(), std::optional(u"DejaVu Serif"_s));
-    QCOMPARE(f.box.SelBold(), std::optional(true));
+    const double base = f.box.Font().pointSizeF();
+    modNodes::NodeSelectFull(f.document, other);
+    QTest::keyClicks(&f.box, u"typed"_s);
+    select(0, 5);
+    QCOMPARE(f.box.SelFontSize(), std::optional(base));
+    QCOMPARE(f.box.SelBold(), std::optional(false));
+    QVERIFY(base != 30);
 }
 
-void tst_modFont::thePanesFontCanBeUndone()
+void tst_modFont::anEmptyTextBeginsWithTheFontChosen()
+{
+    OpenDocument &f = *m_first;
+    Entry *root = f.document.tree.insert(Relationship::tvwFirst, nullptr);
+    modNodes::NodeSelectFull(f.document, root);
+    dialogs().fonts = {FontAttributes{u"DejaVu Serif"_s, 30, true, false, false, false, {}}};
+    modEdit::EditCurrentFont();
+    modNodes::NodeTextGet(f.document, root);
+    QTest::keyClicks(&f.box, u"typed"_s);
+    select(0, 5);
+    QCOMPARE(f.box.SelFontSize(), std::optional(30.0));
+    QCOMPARE(f.box.SelFontName(), std::optional(u"DejaVu Serif"_s));
+}
+
+void tst_modFont::whatTheDialogDoesNotOfferStays()
+{
+    OpenDocument &f = *m_first;
+    Entry *root = f.add(nullptr, "one {\\ul two} {\\strike three}");
+    modNodes::NodeSelectFull(f.document, root);
+    select(5, 0);
+    // As the dialog answers them when it does not offer them.
+    dialogs().fonts = {FontAttributes{u"DejaVu Serif"_s, 16, false, false, true, false, {}}};
+    modEdit::EditCurrentFont();
+    select(0, 3);
+    QCOMPARE(f.box.SelUnderline(), std::optional(false));
+    select(4, 3);
+    QCOMPARE(f.box.SelUnderline(), std::optional(true));
+    select(8, 5);
+    QCOMPARE(f.box.SelStrikeThru(), std::optional(true));
+}
+
+void tst_modFont::theDialogShowsTheFontAtTheCaret()
+{
+    OpenDocument &f = *m_first;
+    Entry *root = f.add(nullptr, "one {\\fs40\\b two}");
+    modNodes::NodeSelectFull(f.document, root);
+    select(6, 0);
+    dialogs().fonts = {std::nullopt};
+    modEdit::EditCurrentFont();
+    const FontAttributes &initial = dialogs().fontRequests.front().initial;
+    QCOMPARE(initial.name, std::optional(u"DejaVu Sans"_s));
+    QCOMPARE(initial.size, std::optional(20.0));
+    QCOMPARE(initial.bold, std::optional(true));
+    QCOMPARE(initial.colour, std::nullopt);
+}
+
+void tst_modFont::theFontOfTheWholeTextCanBeUndone()
 {
     OpenDocument &f = *m_first;
     Entry *root = f.document.tree.insert(Relationship::tvwFirst, nullptr);
@@ -309,7 +396,6 @@ void tst_modFont::thePanesFontCanBeUndone()
     modNodes::NodeSelectFull(f.document, root);
     select(7, 0);
     QTest::keyClicks(&f.box, u"s"_s);
-    const QFont before = f.box.Font();
     const QByteArray textBefore = f.textOf(root);
     dialogs().fonts = {FontAttributes{u"DejaVu Serif"_s, 16, true, false, false, false, {}},
                        FontAttributes{u"DejaVu Serif"_s, 20, false, false, false, false, {}}};
@@ -317,27 +403,14 @@ void tst_modFont::thePanesFontCanBeUndone()
     const QByteArray textBetween = f.textOf(root);
     QVERIFY(textBetween != textBefore);
     modEdit::EditCurrentFont();
-    QCOMPARE(f.box.Font().pointSizeF(), 20.0);
+    const QByteArray textAfter = f.textOf(root);
     f.box.undo();
-    QCOMPARE(f.box.Font().pointSizeF(), 16.0);
-    QVERIFY(f.box.Font().bold());
-    QCOMPARE(f.box.document()->defaultFont(), f.box.Font());
     QCOMPARE(f.textOf(root), textBetween);
     f.box.undo();
-    QCOMPARE(f.box.Font(), before);
     QCOMPARE(f.textOf(root), textBefore);
     f.box.redo();
-    QCOMPARE(f.box.Font().pointSizeF(), 16.0);
-    QCOMPARE(f.textOf(root), textBetween);
-    f.box.undo();
-    f.box.undo();
-    QCOMPARE(f.box.Text(), u"no font"_s);
-    QVERIFY(!f.box.document()->isUndoAvailable());
-    // Another text begins with the font that is left.
     f.box.redo();
-    f.box.redo();
-    modNodes::NodeTextGet(f.document, root);
-    QCOMPARE(f.box.Font().pointSizeF(), 16.0);
+    QCOMPARE(f.textOf(root), textAfter);
 }
 
 void tst_modFont::sizesAreSteppedByAPoint_data()
