@@ -3,6 +3,9 @@
 
 #include "rtf/RtfSupport.h"
 
+#include <QDir>
+#include <QFile>
+#include <QRandomGenerator>
 #include <QTextCursor>
 #include <QTextTable>
 
@@ -22,6 +25,8 @@ private Q_SLOTS:
     void aTextBesideATableLeavesItOut();
     void aSelectionThatEndsInAParagraphLeavesItOpen();
     void aSelectedBreakIsWritten();
+    void anyPartOfATextGoesElsewhereWhole_data();
+    void anyPartOfATextGoesElsewhereWhole();
 
 private:
     // A table whose cells are named after their place, row and column, between two paragraphs.
@@ -252,6 +257,50 @@ void TestRtfSelection::aSelectedBreakIsWritten()
     caret.setPosition(1);
     rtf::insert(rtf::write(cursor), caret);
     QCOMPARE(rtf::plainText(target), QStringLiteral("xne\r\ny"));
+}
+
+void TestRtfSelection::anyPartOfATextGoesElsewhereWhole_data()
+{
+    QTest::addColumn<QString>("path");
+    const QDir folder(QStringLiteral(QUILLERY_TEST_DATA "/rtf"));
+    const QStringList names = folder.entryList({QStringLiteral("*.rtf")}, QDir::Files, QDir::Name);
+    QVERIFY(!names.isEmpty());
+    for (const QString &name : names) {
+        QTest::newRow(qPrintable(name)) << folder.filePath(name);
+    }
+}
+
+void TestRtfSelection::anyPartOfATextGoesElsewhereWhole()
+{
+    QFETCH(const QString, path);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::ReadOnly));
+    const auto document = rtftest::documentOf(file.readAll());
+    QRandomGenerator random(1);
+    for (int i = 0; i < 40; ++i) {
+        QTextCursor cursor(document.get());
+        cursor.setPosition(random.bounded(document->characterCount()));
+        cursor.setPosition(random.bounded(document->characterCount()), QTextCursor::KeepAnchor);
+        if (!rtf::plainText(cursor).isValidUtf16()) {
+            continue; // half a character
+        }
+        const QByteArray written = rtf::write(cursor);
+        QTextDocument target(QStringLiteral("xy"));
+        QTextCursor caret(&target);
+        caret.setPosition(1);
+        rtf::insert(written, caret);
+        QString expected = QLatin1Char('x') + rtf::plainText(cursor) + QLatin1Char('y');
+        QString inserted = rtf::plainText(target);
+        if (written.contains("\\trowd")) {
+            // A table has paragraphs of its own around it.
+            for (QString *text : {&expected, &inserted}) {
+                text->removeIf(
+                    [](QChar c) { return c == QLatin1Char('\t') || c == QLatin1Char('\r') || c == QLatin1Char('\n'); });
+            }
+        }
+        QVERIFY2(inserted == expected,
+                 qPrintable(QStringLiteral("%1 to %2").arg(cursor.anchor()).arg(cursor.position())));
+    }
 }
 
 QTEST_MAIN(TestRtfSelection)
