@@ -10,7 +10,6 @@
 #include "model/StoredText.h"
 #include "rtf/Rtf.h"
 #include "util/ByteSink.h"
-#include "util/Procedure.h"
 
 #include <QTextDocument>
 
@@ -61,11 +60,9 @@ void buildDocument(const OutlineSource &source, Document &document)
 QByteArray makeNativeFile(QStringView source)
 {
     const OutlineSource outline = parseOutlineSource(source);
-    // The core's routines report their failures to a log; a tool has none and wants to hear of them.
-    const FailureScope failures;
     UnshownDocument unshown;
     buildDocument(outline, unshown.document);
     MemorySink sink;
-    modDocV1::DocSaveVersion(unshown.document, sink);
+    modDocV1::write(unshown.document, sink);
     return sink.bytes;
 }

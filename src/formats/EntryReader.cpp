@@ -247,7 +247,7 @@ void EntryReader::beginEntry(const QByteArray &path, qsizetype at)
         relative = m_document.tree.itemByPath(path.first(stop + 1) + QByteArray::number(place - 1));
         relationship = Relationship::tvwNext;
     }
-    m_entry = modNodes::NodeInsert(m_document, relationship, relative);
+    m_entry = modNodes::insertEntry(m_document, relationship, relative);
     m_has[NodeKey] = true;
     m_behind = NodeKey + 1;
     // Entries are written in outline order, so each is its parent's last so far, and the first one the only root.

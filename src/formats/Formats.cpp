@@ -9,22 +9,22 @@
 
 void Formats::readNative(Document &document, const QByteArray &buffer, LoadResult &result)
 {
-    modDocV1::DocLoadVersion(document, buffer, result);
+    modDocV1::read(document, buffer, result);
 }
 
 void Formats::readPlainText(Document &document, const QByteArray &buffer)
 {
-    modDocText::DocLoadVersion(document, buffer);
+    modDocText::read(document, buffer);
 }
 
 void Formats::writeNative(const Document &document, ByteSink &sink)
 {
-    modDocV1::DocSaveVersion(document, sink);
+    modDocV1::write(document, sink);
 }
 
 void Formats::writePlainText(const Document &document, ByteSink &sink)
 {
-    modDocText::DocSaveVersion(document, sink);
+    modDocText::write(document, sink);
 }
 
 void Formats::importText(const QString &sFile)

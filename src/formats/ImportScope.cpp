@@ -7,19 +7,23 @@
 #include "model/DocumentWindow.h"
 #include "model/OutlinePane.h"
 #include "model/modNodes.h"
+#include "util/Procedure.h"
 
 ImportScope::ImportScope(Document &document)
     : m_document(document)
 {
-    bBusy = true;
+    m_busy.emplace();
     m_document.trvOutline.setPaneVisible(false);
 }
 
 ImportScope::~ImportScope()
 {
-    bBusy = false;
-    m_document.trvOutline.setPaneVisible(true);
-    m_document.trvOutline.setLabelEdit(optionalLabelEdit());
-    modNodes::NodeSelect(m_document, m_document.tree.root());
-    m_document.window.autoFitSplit();
+    m_busy.reset();
+    // While another failure is on its way there is no room for one more.
+    procedure("modDocText DocImport", [this] {
+        m_document.trvOutline.setPaneVisible(true);
+        m_document.trvOutline.setLabelEdit(optionalLabelEdit());
+        modNodes::NodeSelect(m_document, m_document.tree.root());
+        m_document.window.autoFitSplit();
+    });
 }

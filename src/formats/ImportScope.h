@@ -6,6 +6,8 @@
 #include "model/Globals.h"
 #include "model/Ports.h"
 
+#include <optional>
+
 class Document;
 
 // Frames an import into a new document: hourglass, busy flag and hidden outline while it lives, and at its end, however
@@ -21,4 +23,5 @@ public:
 private:
     Document &m_document;
     HourglassPointer m_hourglass;
+    std::optional<BusyScope> m_busy;
 };

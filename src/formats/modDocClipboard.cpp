@@ -32,7 +32,6 @@ void DocImport()
         if (!document)
             return;
         const ImportScope import(*document);
-        const FailureScope failures;
         modDocText::makeTextEntry(*document, ports().clipboard->text());
     });
 }

@@ -63,7 +63,7 @@ QString plainTextLayout(const Document &document)
 
 void makeTextEntry(Document &document, const QString &text)
 {
-    Entry *entry = modNodes::NodeInsert(document, Relationship::tvwFirst, nullptr);
+    Entry *entry = modNodes::insertEntry(document, Relationship::tvwFirst, nullptr);
     const QByteArray bytes = AnsiCodec::fromText(withLineEnds(text));
     document.tree.setLabel(entry, u"Text"_s);
     // Left as it stands, a text that begins with a number and a comma would be shown without that beginning.
@@ -73,12 +73,22 @@ void makeTextEntry(Document &document, const QString &text)
 
 void DocSaveVersion(const Document &document, ByteSink &sink)
 {
-    procedure("modDocText DocSaveVersion", [&] { sink.write(AnsiCodec::fromText(plainTextLayout(document))); });
+    procedure("modDocText DocSaveVersion", [&] { write(document, sink); });
+}
+
+void write(const Document &document, ByteSink &sink)
+{
+    sink.write(AnsiCodec::fromText(plainTextLayout(document)));
 }
 
 void DocLoadVersion(Document &document, const QByteArray &buffer)
 {
-    procedure("modDocText DocLoadVersion", [&] { makeTextEntry(document, decodeFile(buffer)); });
+    procedure("modDocText DocLoadVersion", [&] { read(document, buffer); });
+}
+
+void read(Document &document, const QByteArray &buffer)
+{
+    makeTextEntry(document, decodeFile(buffer));
 }
 
 void DocImport(const QString &sFile)
@@ -89,8 +99,7 @@ void DocImport(const QString &sFile)
             return;
         const ImportScope import(*document);
         const QByteArray buffer = readWholeFile(sFile);
-        const FailureScope failures;
-        DocLoadVersion(*document, buffer);
+        read(*document, buffer);
     });
 }
 
@@ -102,11 +111,10 @@ void DocExport(const QString &sFile)
             return;
         const HourglassPointer hourglass;
         try {
-            const FailureScope failures;
             if (!document->tree.root())
                 throw RunTimeError(ErrorNumber::InvalidCall);
             SafeFile file(sFile);
-            DocSaveVersion(*document, file);
+            write(*document, file);
             file.flushToDisk();
             file.replace();
         } catch (...) {

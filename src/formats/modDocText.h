@@ -23,6 +23,9 @@ void makeTextEntry(Document &document, const QString &text);
 void DocSaveVersion(const Document &document, ByteSink &sink);
 // Reads a text file's bytes: Unicode with a byte order mark, else UTF-8 or Windows-1252 as AnsiCodec tells them apart.
 void DocLoadVersion(Document &document, const QByteArray &buffer);
+// The two again, but they throw what goes wrong.
+void write(const Document &document, ByteSink &sink);
+void read(Document &document, const QByteArray &buffer);
 
 // Reads a text file into the active document, which must be empty.
 void DocImport(const QString &sFile);

@@ -52,11 +52,14 @@ namespace modDocV1
 
 void DocLoadVersion(Document &document, const QByteArray &buffer, LoadResult &result)
 {
-    procedure("modDocV1 DocLoadVersion", [&] {
-        result.selectedKey = QString::fromLatin1(modDoc::DocLoadTag(buffer, "selecteditemkey"));
-        loadFonts(document, buffer);
-        EntryReader(document, buffer, result).read();
-    });
+    procedure("modDocV1 DocLoadVersion", [&] { read(document, buffer, result); });
+}
+
+void read(Document &document, const QByteArray &buffer, LoadResult &result)
+{
+    result.selectedKey = QString::fromLatin1(modDoc::DocLoadTag(buffer, "selecteditemkey"));
+    loadFonts(document, buffer);
+    EntryReader(document, buffer, result).read();
 }
 
 } // namespace modDocV1

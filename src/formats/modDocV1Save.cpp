@@ -76,6 +76,18 @@ void saveFont(RecordWriter &header, const QByteArray &prefix, const clsFont &fon
     header.write(prefix + "fontunderline", booleanText(font.Underline()));
 }
 
+void writeEntries(const Document &document, const Entry *top, const QByteArray &path, ByteSink &sink)
+{
+    for (OutlineWalk walk(top, path); walk.entry(); walk.next()) {
+        RecordWriter entry(sink, walk.entry()->foreignRecords());
+        entry.write("nodekey", walk.path());
+        entry.writeLabel(walk.entry()->label());
+        entry.write("nodetagged", booleanText(walk.entry()->tagged()));
+        entry.write("nodevisible", booleanText(walk.visible()));
+        entry.write("nodetext", recordText(document.tree.storedText(walk.entry())));
+    }
+}
+
 } // namespace
 
 namespace modDocV1
@@ -83,33 +95,27 @@ namespace modDocV1
 
 void DocSaveVersion(const Document &document, ByteSink &sink)
 {
-    procedure("modDocV1 DocSaveVersion", [&] {
-        const Entry *root = document.tree.root();
-        if (!root)
-            return;
-        const Entry *selected = document.tree.selected() ? document.tree.selected() : root;
-        RecordWriter header(sink, document.foreignHeader);
-        header.write("formatversion", "1");
-        header.write("selecteditemkey", document.tree.key(selected).toLatin1());
-        saveFont(header, "outline", document.m_fntOutlineFont);
-        saveFont(header, "text", document.m_fntTextFont);
-        DocSaveNodeAll(document, root, "0", sink);
-        sink.write(document.foreignTrailer);
-    });
+    procedure("modDocV1 DocSaveVersion", [&] { write(document, sink); });
+}
+
+void write(const Document &document, ByteSink &sink)
+{
+    const Entry *root = document.tree.root();
+    if (!root)
+        return;
+    const Entry *selected = document.tree.selected() ? document.tree.selected() : root;
+    RecordWriter header(sink, document.foreignHeader);
+    header.write("formatversion", "1");
+    header.write("selecteditemkey", document.tree.key(selected).toLatin1());
+    saveFont(header, "outline", document.m_fntOutlineFont);
+    saveFont(header, "text", document.m_fntTextFont);
+    writeEntries(document, root, "0", sink);
+    sink.write(document.foreignTrailer);
 }
 
 void DocSaveNodeAll(const Document &document, const Entry *top, const QByteArray &path, ByteSink &sink)
 {
-    procedure("modDocV1 DocSaveNodeAll", [&] {
-        for (OutlineWalk walk(top, path); walk.entry(); walk.next()) {
-            RecordWriter entry(sink, walk.entry()->foreignRecords());
-            entry.write("nodekey", walk.path());
-            entry.writeLabel(walk.entry()->label());
-            entry.write("nodetagged", booleanText(walk.entry()->tagged()));
-            entry.write("nodevisible", booleanText(walk.visible()));
-            entry.write("nodetext", recordText(document.tree.storedText(walk.entry())));
-        }
-    });
+    procedure("modDocV1 DocSaveNodeAll", [&] { writeEntries(document, top, path, sink); });
 }
 
 void DocSaveNodeTag(ByteSink &sink, QByteArrayView tagName, QByteArrayView value)

@@ -175,7 +175,8 @@ struct LoadResult {
     int cutLabels = 0;
 };
 
-// The document formats, implemented above the core's document lifecycle.
+// The document formats, implemented above the core's document lifecycle. Reading and writing throw what goes wrong; the
+// imports and exports report it.
 class DocumentFormats
 {
 public:

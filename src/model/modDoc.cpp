@@ -24,6 +24,14 @@ namespace
 
 constexpr auto saveName = "modDoc DocSave";
 
+// A new document window with its untitled caption.
+Document &openUntitled()
+{
+    Document &document = ports().windows->createDocument();
+    document.window.setCaption(u"Document %1"_s.arg(iDocumentCount));
+    return document;
+}
+
 void applyFont(const clsFont &font, OutlinePane &pane)
 {
     QFont platformFont = pane.Font();
@@ -136,18 +144,13 @@ namespace modDoc
 
 Document *DocInit()
 {
-    return procedure("modDoc DocInit", [] {
-        Document &document = ports().windows->createDocument();
-        document.window.setCaption(u"Document %1"_s.arg(iDocumentCount));
-        return &document;
-    });
+    return procedure("modDoc DocInit", [] { return &openUntitled(); });
 }
 
 void DocNew()
 {
     procedure("modDoc DocNew", [] {
-        const FailureScope failures;
-        Document *document = DocInit();
+        Document *document = &openUntitled();
         ports().commands->UpdateStatusBarText(QString());
         document->trvOutline.setPaneVisible(false);
         applyFont(g_fntDefaultOutlineFont, document->trvOutline);
@@ -177,7 +180,6 @@ SaveOutcome DocSave(const QString &sFile)
         const QString sOldFile = document->m_sFile;
         const qint16 iOldVersion = document->m_iFileFormatVersion;
         try {
-            const FailureScope failures;
             if (!document->tree.root())
                 throw RunTimeError(ErrorNumber::InvalidCall, u"%1: a document without entries, as %2"_s.arg(
                                                                  errorDescription(ErrorNumber::InvalidCall), sFile));

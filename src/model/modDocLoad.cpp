@@ -117,7 +117,7 @@ void applyFlags(Document &document, const LoadResult &result)
                 document.tree.setExpanded(ancestor, true);
         }
         if (flagged(result.tagged, index))
-            modNodes::NodeTagOn(document, entry);
+            document.tree.setTagged(entry, true);
     }
 }
 
@@ -233,7 +233,6 @@ bool DocLoad(const QString &sFile)
         {
             const BusyScope busy;
             try {
-                const FailureScope failures;
                 loadInto(*document, sFile, result);
             } catch (...) {
                 keepWhatWasRead(*document, sFile, result);

@@ -77,14 +77,17 @@ EntryRef &nodCurrent()
 
 Entry *NodeInsert(Document &document, Relationship relationship, Entry *relative)
 {
-    return procedure("modNodes NodeInsert", [&] {
-        Entry *root = document.tree.root();
-        if (root && (!relative || relative == root)) {
-            relative = root;
-            relationship = Relationship::tvwChild;
-        }
-        return withRoom(document, [&] { return document.tree.insert(relationship, relative); });
-    });
+    return procedure("modNodes NodeInsert", [&] { return insertEntry(document, relationship, relative); });
+}
+
+Entry *insertEntry(Document &document, Relationship relationship, Entry *relative)
+{
+    Entry *root = document.tree.root();
+    if (root && (!relative || relative == root)) {
+        relative = root;
+        relationship = Relationship::tvwChild;
+    }
+    return withRoom(document, [&] { return document.tree.insert(relationship, relative); });
 }
 
 Entry *withRoom(Document &document, const std::function<Entry *()> &add)

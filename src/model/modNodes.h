@@ -20,6 +20,8 @@ EntryRef &nodCurrent();
 // Adds an empty, untagged entry and returns it (null after a reported error, such as 6 for a full tree). The first
 // entry becomes the root; with no relative, or the root as relative, any later one becomes the root's last child.
 Entry *NodeInsert(Document &document, Relationship relationship, Entry *relative);
+// The same, but throws instead of reporting.
+Entry *insertEntry(Document &document, Relationship relationship, Entry *relative);
 
 // Runs what adds entries to a document's outline and answers what that answers. The user is told when the outline has
 // no room for them, until it has, and what is typed next is kept out of the panes.

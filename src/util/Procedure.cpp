@@ -15,7 +15,6 @@ namespace
 
 ErrorReporter s_reporter = nullptr;
 RemarkWriter s_remarkWriter = nullptr;
-int s_failureScopes = 0;
 
 } // namespace
 
@@ -52,24 +51,9 @@ void remark(const QString &line)
         s_remarkWriter(line);
 }
 
-FailureScope::FailureScope()
-{
-    ++s_failureScopes;
-}
-
-FailureScope::~FailureScope()
-{
-    --s_failureScopes;
-}
-
 void detail::enterProcedure(const char *name)
 {
     g_sProcedure = QString::fromLatin1(name);
-}
-
-bool detail::failuresPropagate()
-{
-    return s_failureScopes > 0;
 }
 
 void detail::reportCurrentException(const char *name) noexcept

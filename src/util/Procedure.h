@@ -25,27 +25,16 @@ void setErrorReporter(ErrorReporter reporter);
 // What the error report would tell of the exception being handled.
 ErrorReport currentError();
 
-// While one lives, a failing routine passes its error on instead of reporting it, so that the routine that opened the
-// scope ends as a whole and reports once.
-class FailureScope
-{
-public:
-    FailureScope();
-    ~FailureScope();
-    FailureScope(const FailureScope &) = delete;
-    FailureScope &operator=(const FailureScope &) = delete;
-};
-
 namespace detail
 {
 void enterProcedure(const char *name);
-bool failuresPropagate();
 // Reports the exception being handled in the name of the routine that caught it; a cancelled dialog is not reported.
 void reportCurrentException(const char *name) noexcept;
 } // namespace detail
 
 // Runs a routine's body under its name: records the name, and on any exception reports it once and returns the default
-// value of the body's result.
+// value of the body's result. Never throws. What is a part of several routines and is to end them by its failure is a
+// function of its own that throws; a routine that others call by name runs that function here.
 template <typename Body>
 auto procedure(const char *name, Body &&body) -> std::invoke_result_t<Body>
 {
@@ -54,8 +43,6 @@ auto procedure(const char *name, Body &&body) -> std::invoke_result_t<Body>
     try {
         return std::forward<Body>(body)();
     } catch (...) {
-        if (detail::failuresPropagate())
-            throw;
         detail::reportCurrentException(name);
     }
     if constexpr (!std::is_void_v<Result>)

@@ -66,6 +66,8 @@ private Q_SLOTS:
     void aFailedSaveUnderAnotherNameKeepsTheOldOne();
     void aFullDiskAtAnyByteLosesNothing();
 
+    void whatFailsBesideALoadOrASaveIsReportedByItself();
+
     void defaultVersions_data();
     void defaultVersions();
     void tags_data();
@@ -393,7 +395,8 @@ void tst_modDoc::whatWouldBeSavedOtherwiseIsRemarkedOn_data()
     QTest::newRow("bytes less") << u"a.qly"_s << QByteArray("nativ") << true;
     QTest::newRow("bytes more") << u"a.qly"_s << QByteArray("native ") << true;
     QTest::newRow("text is never the same") << u"a.txt"_s << QByteArray("one") << false;
-    QTest::newRow("text in a native file's clothes") << u"a.qly"_s << QByteArray("{\\qlf_formatversion -1}\r\n") << true;
+    QTest::newRow("text in a native file's clothes")
+        << u"a.qly"_s << QByteArray("{\\qlf_formatversion -1}\r\n") << true;
 }
 
 void tst_modDoc::whatWouldBeSavedOtherwiseIsRemarkedOn()
@@ -413,7 +416,7 @@ void tst_modDoc::aFailedLoadKeepsWhatWasReadWithoutTheFilesName_data()
     QTest::addColumn<int>("kind");
     QTest::addColumn<QString>("report");
     QTest::newRow("the reader raises an error") << 0 << u"13 modDoc DocLoad"_s;
-    QTest::newRow("a routine below the reader raises one") << 1 << u"35601 modDoc DocLoad"_s;
+    QTest::newRow("the memory is full") << 1 << u"7 modDoc DocLoad"_s;
     QTest::newRow("the reader met damage") << 2 << u"321 modDoc DocLoad"_s;
     QTest::newRow("the selected entry does not exist") << 3 << u"35601 modDoc DocLoad"_s;
     QTest::newRow("the version is no 16-bit number") << 4 << u"6 modDoc DocLoad"_s;
@@ -433,7 +436,7 @@ void tst_modDoc::aFailedLoadKeepsWhatWasReadWithoutTheFilesName()
         if (kind == 0)
             throw RunTimeError(ErrorNumber::TypeMismatch);
         if (kind == 1)
-            procedure("modNodes NodeInsert", [] { throw RunTimeError(ErrorNumber::ElementNotFound); });
+            throw std::bad_alloc();
         if (kind == 2)
             result.damage = u"bytes between two records"_s;
         if (kind == 3)
@@ -675,7 +678,7 @@ void tst_modDoc::aFailedSaveChangesNothing_data()
     QTest::newRow("the folder may not be written") << 0 << u"70 modDoc DocSave"_s;
     QTest::newRow("the disk is full") << 1 << u"61 modDoc DocSave"_s;
     QTest::newRow("the writer raises an error") << 2 << u"5 modDoc DocSave"_s;
-    QTest::newRow("a routine below the writer raises one") << 3 << u"6 modDoc DocSave"_s;
+    QTest::newRow("the memory is full") << 3 << u"7 modDoc DocSave"_s;
     QTest::newRow("the file became read-only") << 4 << u"70 modDoc DocSave"_s;
 }
 
@@ -695,7 +698,7 @@ void tst_modDoc::aFailedSaveChangesNothing()
         if (kind == 2)
             throw RunTimeError(ErrorNumber::InvalidCall);
         if (kind == 3)
-            procedure("modDocV1 DocSaveVersion", [] { throw RunTimeError(ErrorNumber::Overflow); });
+            throw std::bad_alloc();
     };
     SaveOutcome outcome = SaveOutcome::Saved;
     if (kind == 0) {
@@ -759,6 +762,27 @@ void tst_modDoc::aFullDiskAtAnyByteLosesNothing()
     QCOMPARE(modDoc::DocSave((*m_folder)(u"a.qly"_s)), SaveOutcome::Saved);
     QCOMPARE(m_folder->read(u"a.qly"_s), content);
     QCOMPARE(m_folder->read(u"a.bak"_s), QByteArray("old"));
+}
+
+// What a pane or a message box sets off is not part of the loading or saving that goes on.
+void tst_modDoc::whatFailsBesideALoadOrASaveIsReportedByItself()
+{
+    const auto slot = [] { procedure("a slot", [] { throw RunTimeError(ErrorNumber::ObjectNotSet); }); };
+    m_folder->write(u"a.qly"_s, "native");
+    m_fake->formats.onReadNative = [&](Document &document, const QByteArray &, LoadResult &) {
+        plantOutline(document.tree, {u"Root"_s, u" A"_s});
+        m_fake->windows.fakeOf(document).text.onTextSet = slot;
+    };
+    QVERIFY(modDoc::DocLoad((*m_folder)(u"a.qly"_s)));
+    QVERIFY(m_errors->count() > 0);
+    for (const QString &line : m_errors->summary())
+        QCOMPARE(line, u"91 a slot"_s);
+    QCOMPARE(active().m_sFile, (*m_folder)(u"a.qly"_s));
+    m_errors->clear();
+    m_fake->dialogs.onAsk = slot;
+    m_fake->dialogs.answers = {Answer::Yes};
+    QCOMPARE(modDoc::DocSave((*m_folder)(u"a.txt"_s)), SaveOutcome::Saved);
+    QCOMPARE(m_errors->summary(), QStringList(u"91 a slot"_s));
 }
 
 void tst_modDoc::defaultVersions_data()

@@ -112,8 +112,11 @@ private:
     // The number of the error that the printing ends with.
     qint32 failureOf(const PrintComposition &text)
     {
-        const FailureScope failures;
-        return errorNumberOf([&] { PrintRTF(text, *m_printer, PrintMargins(), [] { return true; }); });
+        m_fixture->errors.clear();
+        PrintRTF(text, *m_printer, PrintMargins(), [] { return true; });
+        const qint32 number = m_fixture->errors.count() == 0 ? 0 : m_fixture->errors.records().back().report.number;
+        m_fixture->errors.clear();
+        return number;
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;

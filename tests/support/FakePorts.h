@@ -119,6 +119,8 @@ public:
     Answer ask(const QString &question) override
     {
         questions.append(question);
+        if (onAsk)
+            onAsk();
         return take(answers, question, Answer::Cancel);
     }
 
@@ -153,6 +155,8 @@ public:
         return take(fonts, QStringLiteral("font dialog"), std::optional<FontAttributes>());
     }
 
+    // What happens while a question stands.
+    std::function<void()> onAsk;
     std::deque<Answer> answers;
     std::deque<std::optional<QString>> openNames;
     std::deque<std::optional<QString>> saveNames;

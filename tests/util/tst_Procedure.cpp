@@ -25,9 +25,6 @@ private Q_SLOTS:
     void everyKindOfExceptionIsReported_data();
     void everyKindOfExceptionIsReported();
     void aCancelledDialogIsNotReported();
-    void aFailureScopePassesTheErrorToTheRoutineThatOpenedIt();
-    void aFailureScopeEndsWithItsBlock();
-    void failureScopesNest();
     void anErrorCanBeReportedWithoutEndingTheRoutine();
     void withoutAReporterNothingIsLostOrThrown();
     void everyErrorNumberHasItsWords();
@@ -140,53 +137,10 @@ void tst_Procedure::aCancelledDialogIsNotReported()
     QCOMPARE(errors.summary(), QStringList());
 }
 
-void tst_Procedure::aFailureScopePassesTheErrorToTheRoutineThatOpenedIt()
-{
-    const ErrorRecorder errors;
-    bool wentOn = false;
-    const bool whole = procedure("modDoc DocLoad", [&] {
-        const FailureScope failures;
-        procedure("modDocV1 DocLoadVersion",
-                  [] { procedure("modNodes NodeInsert", [] { failWith(ErrorNumber::Overflow); }); });
-        wentOn = true;
-        return true;
-    });
-    QVERIFY(!whole);
-    QVERIFY(!wentOn);
-    QCOMPARE(errors.summary(), QStringList(u"6 modDoc DocLoad"_s));
-}
-
-void tst_Procedure::aFailureScopeEndsWithItsBlock()
-{
-    const ErrorRecorder errors;
-    procedure("modOne Outer", [] {
-        {
-            const FailureScope failures;
-        }
-        procedure("modTwo Inner", [] { failWith(ErrorNumber::Overflow); });
-    });
-    QCOMPARE(errors.summary(), QStringList(u"6 modTwo Inner"_s));
-    QVERIFY(!detail::failuresPropagate());
-}
-
-void tst_Procedure::failureScopesNest()
-{
-    const ErrorRecorder errors;
-    procedure("modOne Outer", [] {
-        const FailureScope outer;
-        {
-            const FailureScope inner;
-        }
-        procedure("modTwo Inner", [] { failWith(ErrorNumber::DiskFull); });
-    });
-    QCOMPARE(errors.summary(), QStringList(u"61 modOne Outer"_s));
-}
-
 void tst_Procedure::anErrorCanBeReportedWithoutEndingTheRoutine()
 {
     const ErrorRecorder errors;
     const int result = procedure("modOne Outer", [] {
-        const FailureScope failures;
         reportError("modTwo Remarks", RunTimeError(ErrorNumber::InvalidFileFormat, u"a label was cut"_s));
         return 3;
     });
