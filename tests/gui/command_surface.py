@@ -111,7 +111,8 @@ class Surface:
             return found
         rows = self.program.rows(document)
         if self.is_writable(document):
-            found |= {"ActiveWritable", "Writable"}
+            # No file of the tour changes its permissions while it is open.
+            found |= {"ActiveWritable", "ActiveSavable", "Writable", "Savable"}
         found.add("Selected")
         found |= self.entry_facts(rows)
         if document.name == self.tags_hidden_in or any(row.tagged for row in rows):

@@ -34,9 +34,11 @@ struct Fact {
 
 constexpr Fact facts[] = {
     {"ActiveWritable", &CommandState::ActiveWritable},
+    {"ActiveSavable", &CommandState::ActiveSavable},
     {"AnyWritable", &CommandState::AnyWritable},
     {"Selected", &CommandState::Selected},
     {"Writable", &CommandState::Writable},
+    {"Savable", &CommandState::Savable},
     {"IsRoot", &CommandState::IsRoot},
     {"HasChildren", &CommandState::HasChildren},
     {"Expanded", &CommandState::Expanded},
