@@ -3,6 +3,13 @@
 
 #include "model/Ports.h"
 
+namespace
+{
+
+int s_hourglasses = 0;
+
+} // namespace
+
 Ports &ports()
 {
     static Ports instance;
@@ -16,10 +23,12 @@ Document *DocumentActive()
 
 HourglassPointer::HourglassPointer()
 {
-    ports().pointer->setHourglass(true);
+    if (s_hourglasses++ == 0)
+        ports().pointer->setHourglass(true);
 }
 
 HourglassPointer::~HourglassPointer()
 {
-    ports().pointer->setHourglass(false);
+    if (--s_hourglasses == 0)
+        ports().pointer->setHourglass(false);
 }

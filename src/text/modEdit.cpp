@@ -3,8 +3,7 @@
 
 #include "text/modEdit.h"
 
-#include "model/Document.h"
-#include "model/Ports.h"
+#include "model/ActiveDocument.h"
 #include "model/TextPane.h"
 #include "rtf/Rtf.h"
 #include "text/modFont.h"
@@ -21,17 +20,11 @@ namespace
 
 constexpr int indentStep = 300; // twips
 
-// Runs a command on the text pane of the active document, under its name. On a long text it may take a while.
+// Runs a command on the text pane of the active document. On a long text it may take a while.
 template <typename Body>
 void onActiveText(const char *name, Body &&body)
 {
-    procedure(name, [&] {
-        Document *document = DocumentActive();
-        if (!document)
-            return;
-        const HourglassPointer hourglass;
-        body(document->txtRTF);
-    });
+    onActiveDocument(name, [&](Document &document) { body(document.txtRTF); });
 }
 
 void insert(const char *name, const QString &text)

@@ -102,6 +102,8 @@ private Q_SLOTS:
 
     void everyCommandShowsTheHourglass();
 
+    void theHourglassStaysUntilTheOutermostIsDone();
+
     void withoutADocumentNothingHappens_data() { everyCommand(); }
 
     void withoutADocumentNothingHappens();
@@ -622,6 +624,16 @@ void tst_modEdit::everyCommandShowsTheHourglass()
     command();
     m_fake->dialogs.answers.clear();
     QCOMPARE(m_fake->pointer.timesHourglass, 1);
+    QVERIFY(!m_fake->pointer.hourglass);
+}
+
+void tst_modEdit::theHourglassStaysUntilTheOutermostIsDone()
+{
+    {
+        const HourglassPointer outer;
+        modEdit::EditSelectAll();
+        QVERIFY(m_fake->pointer.hourglass);
+    }
     QVERIFY(!m_fake->pointer.hourglass);
 }
 
