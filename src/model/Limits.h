@@ -23,6 +23,9 @@ constexpr qsizetype mostParagraphs = 100'000;
 // Characters of one text that the text pane lays out.
 constexpr qsizetype longestText = 20'000'000;
 
+// Characters that may be typed or pasted into a label.
+constexpr int longestLabel = 32'767;
+
 // What is pasted with its formatting: HTML elements, and cells of tables. Beyond, laying it out takes many seconds.
 constexpr qsizetype mostElements = 100'000;
 constexpr qsizetype mostCells = 20'000;

@@ -4,6 +4,8 @@
 #include "platform/LabelDelegate.h"
 
 #include "model/EntryTree.h"
+#include "model/Limits.h"
+#include "model/Ports.h"
 #include "platform/AltCharacter.h"
 #include "platform/TreeView.h"
 #include "rtf/VisibleText.h"
@@ -16,7 +18,7 @@
 #include <QLineEdit>
 #include <QMenuBar>
 
-#include <limits>
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -35,6 +37,21 @@ QString onOneLine(QString text)
     for (const char16_t lineBreak : {u'\n', u'\r', u'\v', u'\f', u'\u0085', u'\u2028', u'\u2029'})
         text.replace(QChar(lineBreak), u' ');
     return text;
+}
+
+// A label that is longer already is not cut, though nothing can be added to it. Megabytes pasted into one line would
+// take minutes at each key.
+void bound(QLineEdit &line, qsizetype length)
+{
+    line.setMaxLength(static_cast<int>(std::max<qsizetype>(limits::longestLabel, length)));
+    const auto tell = [] {
+        if (Dialogs *dialogs = ports().dialogs)
+            dialogs->inform(u"A label has room for %L1 characters. What goes beyond was left out; what was pasted is "
+                            "still where it was copied from."_s.arg(limits::longestLabel));
+    };
+    // The paste is to be over before the message takes the keyboard.
+    QObject::connect(&line, &QLineEdit::inputRejected, qApp, tell,
+                     Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
 } // namespace
@@ -58,9 +75,8 @@ QWidget *LabelDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem
     m_composed.clear();
     m_editor->setObjectName("labelEditor"_L1);
     m_editor->setAccessibleName(u"Label"_s);
-    // The line editor's own limit would cut a longer label even when nothing is typed.
     if (QLineEdit *line = qobject_cast<QLineEdit *>(m_editor))
-        line->setMaxLength(std::numeric_limits<int>::max());
+        bound(*line, index.data(Qt::EditRole).toString().size());
     connect(qApp, &QApplication::focusChanged, m_editor, [this](const QWidget *from, const QWidget *to) {
         if (qobject_cast<const QMenuBar *>(from) && to != m_editor)
             m_view->EndLabelEdit();

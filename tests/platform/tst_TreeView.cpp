@@ -4,6 +4,8 @@
 #include "platform/TreeView.h"
 
 #include "model/EntryTree.h"
+#include "model/Limits.h"
+#include "support/FakePorts.h"
 
 #include <QAbstractItemModelTester>
 #include <QApplication>
@@ -134,6 +136,7 @@ private Q_SLOTS:
     void automaticLabelEditOpensOnASecondClick();
     void aSecondClickBesideTheLabelDoesNotEdit();
     void aVeryLongLabelIsNotCut();
+    void noMoreIsPastedIntoALabelThanItHasRoomFor();
     void tabLeavesThePane();
     void aHiddenPaneKeepsFocusAndScrollsWhenShown();
     void scrollToShowsTheRow();
@@ -786,6 +789,26 @@ void tst_TreeView::aSecondClickBesideTheLabelDoesNotEdit()
     click({m_view->viewport()->width() - 4, labelPoint(u"Oak"_s).y()});
     QTest::qWait(QApplication::doubleClickInterval() * 2);
     QVERIFY(!editor());
+}
+
+void tst_TreeView::noMoreIsPastedIntoALabelThanItHasRoomFor()
+{
+    FakePorts fakes;
+    build(*m_tree, garden);
+    m_tree->select(entry(u"Oak"_s));
+    for (const qsizetype length :
+         {qsizetype(limits::longestLabel), qsizetype(limits::longestLabel) + 1, qsizetype(20'000'000)}) {
+        QGuiApplication::clipboard()->setText(QString(length, u'x'));
+        m_view->StartLabelEdit();
+        QVERIFY(editor());
+        editor()->selectAll();
+        QTest::keyClick(editor(), Qt::Key_V, Qt::ControlModifier);
+        QCOMPARE(editor()->text().size(), limits::longestLabel);
+        QTest::keyClick(editor(), Qt::Key_Return);
+        QCoreApplication::processEvents();
+        QCOMPARE(fakes.dialogs.informations.size(), length > limits::longestLabel ? 1 : 0);
+        fakes.dialogs.informations.clear();
+    }
 }
 
 void tst_TreeView::aVeryLongLabelIsNotCut()
