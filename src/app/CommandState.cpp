@@ -74,6 +74,11 @@ bool writableAndTextFocus(State s)
     return s.Writable && s.TextFocus;
 }
 
+bool changeableText(State s)
+{
+    return s.Writable && s.TextFocus && !s.TextWithheld;
+}
+
 bool taggedExist(State s)
 {
     return s.TaggedExist;
@@ -134,16 +139,16 @@ constexpr EnableRule dynamicRules[] = {
     {"mnuEdit", textFocus},
     {"mnuEditCopy", textFocus},
     {"mnuEditSelectAll", textFocus},
-    {"mnuEditCase", writableAndTextFocus},
+    {"mnuEditCase", changeableText},
     {"mnuEditClearEntryText", writableAndTextFocus},
-    {"mnuEditCurrentFont", writableAndTextFocus},
-    {"mnuEditCut", writableAndTextFocus},
-    {"mnuEditDelete", writableAndTextFocus},
+    {"mnuEditCurrentFont", changeableText},
+    {"mnuEditCut", changeableText},
+    {"mnuEditDelete", changeableText},
     {"mnuEditDocumentFont", writableAndTextFocus},
-    {"mnuEditFormat", writableAndTextFocus},
-    {"mnuEditInsert", writableAndTextFocus},
-    {"mnuEditPaste", writableAndTextFocus},
-    {"mnuEditPasteSpecial", writableAndTextFocus},
+    {"mnuEditFormat", changeableText},
+    {"mnuEditInsert", changeableText},
+    {"mnuEditPaste", changeableText},
+    {"mnuEditPasteSpecial", changeableText},
     {"mnuSearchReplace", writable},
 };
 
@@ -213,6 +218,7 @@ CommandState currentCommandState()
     state.Savable = state.ActiveSavable;
     state.TaggedExist = modNodes::NodesTaggedExist();
     state.Copied = modOutline::copiedEntry().entry() != nullptr;
+    state.TextWithheld = active->bTextWithheld();
     state.OutlineFocus = active->m_bOutlineHasFocus;
     state.TextFocus = active->m_bTextHasFocus;
     state.ExpansionLevel = active->m_iExpansionLevel;

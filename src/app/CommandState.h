@@ -36,6 +36,8 @@ struct CommandState {
     bool ParentIsRoot = false;
     bool Tagged = false;
     bool TaggedExist = false;
+    // The text pane shows damaged bytes or the beginning of a long text, which only clearing the text can change.
+    bool TextWithheld = false;
     bool OutlineFocus = false;
     bool TextFocus = false;
     // The entry copy buffer holds copied entries.

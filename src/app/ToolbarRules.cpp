@@ -35,7 +35,7 @@ bool textFocus(State s)
 
 bool writableText(State s)
 {
-    return s.TextFocus && s.Writable;
+    return s.TextFocus && s.Writable && !s.TextWithheld;
 }
 
 constexpr ButtonRule staticButtons[] = {

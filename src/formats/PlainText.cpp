@@ -9,6 +9,7 @@
 #include "rtf/Rtf.h"
 
 #include "util/AnsiCodec.h"
+#include "util/RunTimeError.h"
 
 using namespace Qt::StringLiterals;
 
@@ -42,7 +43,10 @@ QString withLineEnds(const QString &text)
 
 QString plainTextOf(const QByteArray &storedText)
 {
-    const QByteArray text = NodeTextDecompressIfRequired(storedText);
+    const auto [text, state] = inflated(storedText);
+    if (state == TextState::Beginning)
+        throw RunTimeError(ErrorNumber::OutOfMemory,
+                           u"Out of memory: a text is too long to be written as characters"_s);
     if (rtf::isRtf(text))
         return rtf::toPlainText(text);
     return withBreaks(AnsiCodec::toText(text), u"\r\n");

@@ -6,9 +6,13 @@
 #include "model/StoredText.h"
 #include "model/modDoc.h"
 
+#include "util/RunTimeError.h"
+
 #include <zlib.h>
 
 #include <cstring>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -68,7 +72,9 @@ QByteArray recordText(const QByteArray &storedText)
 {
     if (!holdsOpener(storedText))
         return storedText;
-    const QByteArray text = NodeTextDecompressIfRequired(storedText);
+    const auto [text, state] = inflated(storedText);
+    if (state == TextState::Beginning)
+        throw RunTimeError(ErrorNumber::OutOfMemory, u"Out of memory: a text is too long to be written"_s);
     if (text != storedText && !readsAsCompressed(text) && !holdsOpener(text))
         return text;
     const QByteArray compressed = NodeTextCompressIfRequired(text);

@@ -7,6 +7,8 @@
 #include "model/Globals.h"
 #include "model/OutlinePane.h"
 #include "model/SafeFile.h"
+#include "model/TextCheck.h"
+#include "model/TextPane.h"
 
 #include <algorithm>
 
@@ -15,10 +17,30 @@ LabelEditMode optionalLabelEdit()
     return g_options.AutoLabelEdit ? LabelEditMode::tvwAutomatic : LabelEditMode::tvwManual;
 }
 
+Document::Document(OutlinePane &outlinePane, TextPane &textPane, DocumentWindow &documentWindow)
+    : trvOutline(outlinePane)
+    , txtRTF(textPane)
+    , window(documentWindow)
+{
+}
+
+Document::~Document() = default;
+
+void Document::checkTexts()
+{
+    m_textCheck = std::make_unique<TextCheck>(*this);
+}
+
 bool Document::bReadOnly() const
 {
     const QString sFile = m_sFile.trimmed();
     return !sFile.isEmpty() && isReadOnlyFile(sFile);
+}
+
+void Document::updateTextLock()
+{
+    const Entry *entry = textEntry ? textEntry->entry() : tree.selected();
+    txtRTF.setLocked(!entry || m_textWithheld || m_fileAccess == FileAccess::ReadOnly);
 }
 
 void Document::tell(DocumentNotice told)

@@ -9,11 +9,13 @@
 
 #include <QString>
 
+#include <memory>
 #include <optional>
 #include <vector>
 
 class DocumentWindow;
 class OutlinePane;
+class TextCheck;
 class TextPane;
 
 enum class FileAccess { Unknown, Writable, ReadOnly };
@@ -22,13 +24,8 @@ enum class FileAccess { Unknown, Writable, ReadOnly };
 class Document
 {
 public:
-    Document(OutlinePane &outlinePane, TextPane &textPane, DocumentWindow &documentWindow)
-        : trvOutline(outlinePane)
-        , txtRTF(textPane)
-        , window(documentWindow)
-    {
-    }
-
+    Document(OutlinePane &outlinePane, TextPane &textPane, DocumentWindow &documentWindow);
+    ~Document();
     Document(const Document &) = delete;
     Document &operator=(const Document &) = delete;
 
@@ -47,6 +44,19 @@ public:
 
     // The user does not want what is not saved.
     void giveUpChanges() { m_bDataChanged = m_bSaveRefused = false; }
+
+    // Whether the text pane shows something else than the entry's text: bytes that could not be inflated, or only its
+    // beginning. It is locked then, and what is done to it is not stored.
+    bool bTextWithheld() const { return m_textWithheld; }
+
+    void setTextWithheld(bool withheld) { m_textWithheld = withheld; }
+
+    // Locks the text pane, or frees it: where no entry would take what is typed, in a document that was opened
+    // read-only, and where the text is withheld.
+    void updateTextLock();
+
+    // Looks for damaged texts, behind whatever else is to be done.
+    void checkTexts();
 
     // Tells the user of a failure until it is dismissed or mended, in place of an earlier notice of its kind.
     void tell(DocumentNotice told);
@@ -94,4 +104,6 @@ public:
 
 private:
     std::vector<DocumentNotice> m_notices;
+    std::unique_ptr<TextCheck> m_textCheck;
+    bool m_textWithheld = false;
 };

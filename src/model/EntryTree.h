@@ -87,6 +87,8 @@ public:
     void setPendingText(Entry *entry, std::function<QByteArray()> source);
     void resolvePendingText() const;
 
+    bool isPending(const Entry *entry) const { return entry == m_pendingEntry; }
+
     // What a file says of an entry that this program does not know. Copies have it too.
     void setForeignRecords(Entry *entry, ForeignRecordList records);
 

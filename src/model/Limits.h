@@ -10,6 +10,15 @@
 namespace limits
 {
 
+// Bytes that a stored text is inflated to. A thousandth of that can be enough in a file.
+constexpr qsizetype longestInflated = qsizetype(256) << 20;
+
+// Bytes that are inflated in all to find a document's damaged texts.
+constexpr qint64 mostChecked = qint64(4) << 30;
+
+// Characters of a text's beginning that the text pane shows when it may not show it whole.
+constexpr qsizetype shownBeginning = 100'000;
+
 // Characters of one paragraph that the text pane lays out. It takes a second; the text engine itself counts the bytes
 // of a paragraph's glyphs in an int and goes down with the program at some 150 million characters.
 constexpr qsizetype longestParagraph = 1'000'000;

@@ -9,6 +9,8 @@
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
 
+#include <zlib.h>
+
 #include <limits>
 
 QByteArray NodeTextCompressIfRequired(const QByteArray &text)
@@ -23,15 +25,6 @@ QByteArray NodeTextCompressIfRequired(const QByteArray &text)
     return storedText;
 }
 
-namespace
-{
-
-// What a stored form holds: where its compressed bytes begin and how long their text is; 0 for a plain text.
-struct CompressedPart {
-    qsizetype start = 0;
-    qint32 length = 0;
-};
-
 CompressedPart compressedPart(const QByteArray &storedText)
 {
     if (storedText.startsWith('{'))
@@ -45,8 +38,6 @@ CompressedPart compressedPart(const QByteArray &storedText)
     return {comma + 1, length > 0 ? Numbers::toInt32(length) : 0};
 }
 
-} // namespace
-
 bool readsAsCompressed(const QByteArray &text)
 {
     try {
@@ -56,10 +47,9 @@ bool readsAsCompressed(const QByteArray &text)
     }
 }
 
-QByteArray NodeTextDecompressIfRequired(const QByteArray &storedText)
+Inflated inflated(const QByteArray &storedText)
 {
     constexpr auto name = "modNodes NodeTextDecompressIfRequired";
-    detail::enterProcedure(name);
     CompressedPart part;
     try {
         part = compressedPart(storedText);
@@ -68,13 +58,25 @@ QByteArray NodeTextDecompressIfRequired(const QByteArray &storedText)
         reportError(name, error);
     }
     if (part.length == 0)
-        return storedText;
+        return {storedText, TextState::Whole};
     const QByteArray compressed = storedText.sliced(part.start);
     QByteArray text;
-    return modCompress::DecompressString(compressed, part.length, text) == 0 ? text : compressed;
+    switch (modCompress::DecompressString(compressed, part.length, text)) {
+    case Z_OK:
+        return {text, TextState::Whole};
+    case Z_BUF_ERROR:
+        // A text that goes on behind its stated length is damaged, and one behind the bound is not.
+        if (text.size() < part.length)
+            return {text, TextState::Beginning};
+        break;
+    default:
+        break;
+    }
+    return {compressed, TextState::Damaged};
 }
 
-bool isUninflated(const QByteArray &text, const QByteArray &storedText)
+QByteArray NodeTextDecompressIfRequired(const QByteArray &storedText)
 {
-    return readsAsCompressed(storedText) && text == QByteArrayView(storedText).sliced(storedText.indexOf(',') + 1);
+    detail::enterProcedure("modNodes NodeTextDecompressIfRequired");
+    return inflated(storedText).text;
 }

@@ -15,12 +15,36 @@ inline constexpr bool bCompressText = true;
 // The stored form of a text: compressed, or as it is when compression fails.
 QByteArray NodeTextCompressIfRequired(const QByteArray &text);
 
-// The text of a stored form. Damaged compressed bytes are themselves the text. Error 6 when the first comma lies beyond
+// The text of a stored form. Damaged compressed bytes are themselves the text, and a text without end is its beginning.
+// Error 6 when the first comma lies beyond
 // position 32767 is reported, and the text is then the stored form.
 QByteArray NodeTextDecompressIfRequired(const QByteArray &storedText);
 
+// Where a stored form's compressed bytes begin and how long their text is said to be; a length of 0 for a plain text.
+struct CompressedPart {
+    qsizetype start = 0;
+    qint32 length = 0;
+};
+
+// Error 6 when the first comma lies beyond position 32767, or the length beyond 32 bits.
+CompressedPart compressedPart(const QByteArray &storedText);
+
+enum class TextState {
+    Whole,
+    // It goes on beyond limits::longestInflated.
+    Beginning,
+    // Its compressed bytes cannot be inflated, and stand for it.
+    Damaged
+};
+
+// What a stored form holds.
+struct Inflated {
+    QByteArray text;
+    TextState state = TextState::Whole;
+};
+
+// The same with what became of it.
+Inflated inflated(const QByteArray &storedText);
+
 // Whether a text, stored as it stands, would be taken for a compressed one: it begins with a number and a comma.
 bool readsAsCompressed(const QByteArray &text);
-
-// Whether a text, got from a stored form, is its compressed bytes because these could not be inflated.
-bool isUninflated(const QByteArray &text, const QByteArray &storedText);

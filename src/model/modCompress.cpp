@@ -3,6 +3,8 @@
 
 #include "model/modCompress.h"
 
+#include "model/Limits.h"
+
 #include "util/Numbers.h"
 
 #include <zlib.h>
@@ -53,12 +55,13 @@ int DecompressString(const QByteArray &compressed, qint32 length, QByteArray &te
     // Deflate expands at most 1032 times, so a longer stated length is never reached and need not be allocated.
     constexpr qint64 maximumExpansion = 1032;
     const qint64 reachable = static_cast<qint64>(compressed.size()) * maximumExpansion;
-    QByteArray buffer(static_cast<qsizetype>(std::min<qint64>(length, reachable)), Qt::Uninitialized);
+    const qint64 bounded = std::min<qint64>(reachable, limits::longestInflated);
+    QByteArray buffer(static_cast<qsizetype>(std::min<qint64>(length, bounded)), Qt::Uninitialized);
     uLongf size = static_cast<uLongf>(buffer.size());
     const int result =
         uncompress(reinterpret_cast<Bytef *>(buffer.data()), &size,
                    reinterpret_cast<const Bytef *>(compressed.constData()), static_cast<uLong>(compressed.size()));
-    if (result == Z_OK) {
+    if (result == Z_OK || result == Z_BUF_ERROR) {
         buffer.truncate(static_cast<qsizetype>(size));
         text = buffer;
     }

@@ -133,7 +133,7 @@ void unlockSaved(Document &document)
 {
     if (std::exchange(document.m_fileAccess, FileAccess::Writable) != FileAccess::ReadOnly)
         return;
-    document.txtRTF.setLocked(!document.tree.selected());
+    document.updateTextLock();
     document.trvOutline.setLabelEdit(optionalLabelEdit());
 }
 

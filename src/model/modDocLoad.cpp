@@ -243,6 +243,8 @@ bool DocLoad(const QString &sFile)
             remark(u"%1: %2"_s.arg(sFile, result.remark));
         if (result.cutLabels > 0)
             tellOfCutLabels(*document, result.cutLabels);
+        if (document->m_iFileFormatVersion == Document::nativeFormat)
+            document->checkTexts();
         document->window.autoFitSplit();
         ports().recentFiles->UpdateMRUFile(sFile, false);
         // Only now it is known whether the document may be written.

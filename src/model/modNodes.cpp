@@ -339,11 +339,10 @@ void NodeSetFontAll(Document &document, Entry *entry, const clsFont &font)
         // Showing each text in the pane would cost many times as much.
         const rtf::CharChange change = font.asChange();
         for (Entry *each = entry; each; each = nextInOutline(each, entry)) {
-            const QByteArray storedText = document.tree.storedText(each);
-            const QByteArray text = NodeTextDecompressIfRequired(storedText);
-            if (isUninflated(text, storedText))
+            const Inflated stored = inflated(document.tree.storedText(each));
+            if (stored.state != TextState::Whole)
                 continue;
-            EntryText changed(text, base);
+            EntryText changed(stored.text, base);
             changed.change(change);
             document.tree.setStoredText(each, NodeTextCompressIfRequired(changed.toRtf()));
         }

@@ -85,7 +85,7 @@ void NodeExpandToLevel(Document &document, Entry *entry, int level);
 // Sets the sorted state of an entry and every descendant; True sorts their children by label.
 void NodeSortAll(Document &document, Entry *entry, bool sorted);
 // Applies a font description to the pane's own font and to the whole text of an entry and every descendant; the pane
-// must show its entry's text anew then. A text that is damaged stays as it is.
+// must show its entry's text anew then. A text that is not to be had whole stays as it is.
 void NodeSetFontAll(Document &document, Entry *entry, const clsFont &font);
 
 // Bracket a structural change: the panes are hidden from the first start to the last end, and the split is fitted then.
@@ -112,5 +112,7 @@ void NodeTextPut(Document &document, Entry *entry);
 // The same for the active document and its selected entry.
 void NodeTextGetSelected();
 void NodeTextPutSelected();
+// Gives up a text that is not shown whole: the entry in the pane has no text then, and the pane is unlocked.
+void NodeTextDiscard(Document &document);
 
 } // namespace modNodes

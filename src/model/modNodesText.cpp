@@ -8,11 +8,12 @@
 #include "model/Document.h"
 #include "model/Globals.h"
 #include "model/Ports.h"
+#include "model/ShownText.h"
 #include "model/StoredText.h"
+#include "model/TextCheck.h"
 #include "model/TextPane.h"
 
 #include "util/Procedure.h"
-#include "util/RunTimeError.h"
 
 using namespace Qt::StringLiterals;
 
@@ -47,24 +48,19 @@ private:
     bool m_wasVisible;
 };
 
-constexpr auto textGetName = "modNodes NodeTextGet";
-
-// An entry's text; the damaged bytes of one that cannot be inflated, which leaves a record and a notice but asks
-// nothing.
-QByteArray textOf(Document &document, const Entry *entry)
+// A text that is not shown whole stands in a locked pane, and the user is told why.
+void tellOfWithheldText(Document &document, const Entry *entry, TextState state)
 {
-    const EntryTree &tree = document.tree;
-    const QByteArray storedText = tree.storedText(entry);
-    const QByteArray text = NodeTextDecompressIfRequired(storedText);
-    if (isUninflated(text, storedText)) {
-        reportError(textGetName, RunTimeError(ErrorNumber::InvalidFileFormat,
-                                              u"%1: the text of the entry %2 is damaged"_s.arg(
-                                                  errorDescription(ErrorNumber::InvalidFileFormat), tree.key(entry))));
-        document.tell(
-            {NoticeKind::DamagedText, u"The text of the entry \"%1\" is damaged and cannot be shown. What stands "
-                                      "in its place is kept as it is until you change it."_s.arg(entry->label())});
-    }
-    return text;
+    document.setTextWithheld(state != TextState::Whole);
+    document.updateTextLock();
+    if (state != TextState::Beginning)
+        document.dismiss(NoticeKind::LongText);
+    else
+        document.tell({NoticeKind::LongText,
+                       u"The text of \"%1\" is too long to be shown whole. What is seen is its beginning, which can be "
+                       "read but not changed; the whole text is kept."_s.arg(briefLabel(entry->label()))});
+    if (state == TextState::Damaged && !document.hasNotice(NoticeKind::DamagedText))
+        tellOfDamagedTexts(document, {entry->label()}, 1);
 }
 
 } // namespace
@@ -74,16 +70,17 @@ namespace modNodes
 
 void NodeTextGet(Document &document, Entry *entry)
 {
-    procedure(textGetName, [&] {
+    procedure("modNodes NodeTextGet", [&] {
         // The pane's content is still the source of a text that was changed and not read since.
         document.tree.resolvePendingText();
-        const QByteArray text = entry ? textOf(document, entry) : QByteArray();
-        const TextLoadingScope loading(document.txtRTF);
-        document.txtRTF.setTextRTF(text);
-        // What is typed where no entry takes it would be lost.
-        document.txtRTF.setLocked(!entry || document.m_fileAccess == FileAccess::ReadOnly);
+        const Inflated shown = entry ? shownText(document.tree.storedText(entry)) : Inflated();
+        {
+            const TextLoadingScope loading(document.txtRTF);
+            document.txtRTF.setTextRTF(shown.text);
+        }
         document.tree.setShownEntry(entry);
         document.textEntry.emplace(&document.tree, entry);
+        tellOfWithheldText(document, entry, shown.state);
     });
 }
 
@@ -95,12 +92,29 @@ void NodeTextPut(Document &document, Entry *entry)
         // A pane that could not be filled anew still holds another entry's text, which can only become that one's.
         if (entry && document.textEntry)
             entry = document.textEntry->entry();
+        // Its text is not in the pane, and must not give way to what is.
+        if (document.bTextWithheld())
+            return;
         document.tree.setShownEntry(entry);
         if (!entry)
             return;
         // Made when somebody reads it: compressing a long text at every key would make typing slow.
         document.tree.setPendingText(entry,
                                      [&pane = document.txtRTF] { return NodeTextCompressIfRequired(pane.TextRTF()); });
+    });
+}
+
+void NodeTextDiscard(Document &document)
+{
+    procedure("modNodes NodeTextDiscard", [&] {
+        Entry *entry = document.textEntry ? document.textEntry->entry() : nullptr;
+        if (!entry || !document.bTextWithheld())
+            return;
+        document.tree.setStoredText(entry, QByteArray());
+        document.m_bDataChanged = true;
+        NodeTextGet(document, entry);
+        document.checkTexts();
+        ports().commands->MenuEnableDynamic();
     });
 }
 

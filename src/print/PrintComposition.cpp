@@ -269,9 +269,8 @@ void PrintComposition::addHeading(QTextCursor &cursor, const Entry *entry, bool 
 
 void PrintComposition::addText(QTextCursor &cursor, const Entry *entry, Damage damage) const
 {
-    const QByteArray storedText = m_tree.storedText(entry);
-    const QByteArray text = NodeTextDecompressIfRequired(storedText);
-    if (isUninflated(text, storedText)) {
+    const auto [text, state] = inflated(m_tree.storedText(entry));
+    if (state == TextState::Damaged) {
         if (damage == Damage::Ignore)
             return;
         reportError("frmPreview PreviewNodeAll",

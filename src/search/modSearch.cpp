@@ -330,7 +330,7 @@ void SearchReplaceText()
 {
     procedure("modSearch SearchReplaceText", [] {
         Document *document = DocumentActive();
-        if (!document || document->txtRTF.SelLength() <= 0)
+        if (!document || document->bTextWithheld() || document->txtRTF.SelLength() <= 0)
             return;
         TextPane &pane = document->txtRTF;
         // A match that reaches over the border of a cell selects more than is looked for.

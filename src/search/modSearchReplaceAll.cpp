@@ -118,6 +118,8 @@ void storePane(Document &document)
 
 void replaceAllInPane(Document &document)
 {
+    if (document.bTextWithheld())
+        return;
     TextPane &pane = document.txtRTF;
     QString text = pane.FindableText();
     bool isChanged = false;
@@ -149,11 +151,10 @@ struct StoredWay {
 
 StoredWay goThroughStored(Document &document, Entry *entry)
 {
-    const QByteArray storedText = document.tree.storedText(entry);
-    const QByteArray text = NodeTextDecompressIfRequired(storedText);
-    if (isUninflated(text, storedText) || !mayHoldMatch(text))
+    const Inflated stored = inflated(document.tree.storedText(entry));
+    if (stored.state != TextState::Whole || !mayHoldMatch(stored.text))
         return {};
-    EntryText changed(text, document.txtRTF.Font());
+    EntryText changed(stored.text, document.txtRTF.Font());
     Way way(changed.findableText());
     way.run();
     if (way.replacements().empty())
@@ -177,9 +178,9 @@ void replaceAllInTexts(Document &document)
 
     TextPane &pane = document.txtRTF;
     QString text = pane.FindableText();
-    if (goThroughRest(pane, pane.SelLength() > 0 ? pane.SelStart() : 0, text))
+    if (!document.bTextWithheld() && goThroughRest(pane, pane.SelLength() > 0 ? pane.SelStart() : 0, text))
         storePane(document);
-    isClean[at(first)] = !holdsMatch(text);
+    isClean[at(first)] = document.bTextWithheld() || !holdsMatch(text);
     int last = first;
     for (int i = first % count + 1, others = 0; others < count - 1; i = i % count + 1) {
         const StoredWay way = isClean[at(i)] ? StoredWay() : goThroughStored(document, entries.at(i));

@@ -5,6 +5,7 @@
 
 #include "model/ActiveDocument.h"
 #include "model/TextPane.h"
+#include "model/modNodes.h"
 #include "rtf/Rtf.h"
 #include "text/modFont.h"
 #include "util/Procedure.h"
@@ -27,15 +28,25 @@ void onActiveText(const char *name, Body &&body)
     onActiveDocument(name, [&](Document &document) { body(document.txtRTF); });
 }
 
+// The same for a command that changes the text, which one that is not shown whole does not let happen.
+template <typename Body>
+void changeActiveText(const char *name, Body &&body)
+{
+    onActiveText(name, [&](TextPane &pane) {
+        if (!DocumentActive()->bTextWithheld())
+            body(pane);
+    });
+}
+
 void insert(const char *name, const QString &text)
 {
-    onActiveText(name, [&](TextPane &pane) { pane.setSelText(text); });
+    changeActiveText(name, [&](TextPane &pane) { pane.setSelText(text); });
 }
 
 // Only what is known to be all on goes off by being used once; a mixed selection goes off as well.
 void toggle(const char *name, std::optional<bool> (TextPane::*property)() const, void (TextPane::*set)(bool))
 {
-    onActiveText(name, [&](TextPane &pane) {
+    changeActiveText(name, [&](TextPane &pane) {
         const std::optional<bool> on = (pane.*property)();
         (pane.*set)(on && !*on);
     });
@@ -43,7 +54,7 @@ void toggle(const char *name, std::optional<bool> (TextPane::*property)() const,
 
 void align(const char *name, TextPane::Alignment alignment)
 {
-    onActiveText(name, [&](TextPane &pane) { pane.setSelAlignment(alignment); });
+    changeActiveText(name, [&](TextPane &pane) { pane.setSelAlignment(alignment); });
 }
 
 void lower(TextPane &pane)
@@ -86,7 +97,7 @@ void properName(TextPane &pane)
 template <typename Change>
 void changeCase(const char *name, Change &&change)
 {
-    onActiveText(name, [&](TextPane &pane) {
+    changeActiveText(name, [&](TextPane &pane) {
         if (!pane.SelText().isEmpty())
             change(pane);
     });
@@ -104,7 +115,7 @@ namespace modEdit
 
 void EditCut()
 {
-    onActiveText("modEdit EditCut", [](TextPane &pane) {
+    changeActiveText("modEdit EditCut", [](TextPane &pane) {
         ports().clipboard->setText(pane.SelText());
         pane.setSelText({});
     });
@@ -123,7 +134,7 @@ void EditCopy()
 
 void EditPaste()
 {
-    onActiveText("modEdit EditPaste", [](TextPane &pane) {
+    changeActiveText("modEdit EditPaste", [](TextPane &pane) {
         if (const QByteArray rtf = ports().clipboard->richText(); !rtf.isEmpty())
             pane.pasteRTF(rtf);
         else if (const QString text = ports().clipboard->text(); !text.isEmpty())
@@ -135,7 +146,7 @@ void EditPaste()
 
 void EditPasteSpecial()
 {
-    onActiveText("modEdit EditPasteSpecial", [](TextPane &pane) {
+    changeActiveText("modEdit EditPasteSpecial", [](TextPane &pane) {
         QString text = ports().clipboard->text();
         // Our own Copy puts rich text there alone.
         if (text.isEmpty())
@@ -169,7 +180,10 @@ void EditClearEntryText()
         if (answer != Answer::Yes)
             return;
         const HourglassPointer hourglass;
-        document->txtRTF.clearText();
+        if (document->bTextWithheld())
+            modNodes::NodeTextDiscard(*document);
+        else
+            document->txtRTF.clearText();
     });
 }
 
@@ -253,7 +267,7 @@ void EditFormatBullet()
 
 void EditFormatIndent()
 {
-    onActiveText("modEdit EditFormatIndent", [](TextPane &pane) {
+    changeActiveText("modEdit EditFormatIndent", [](TextPane &pane) {
         if (const std::optional<int> indent = pane.SelIndent())
             pane.setSelIndent(*indent + indentStep);
     });
@@ -261,8 +275,8 @@ void EditFormatIndent()
 
 void EditFormatUnindent()
 {
-    onActiveText("modEdit EditFormatUnindent",
-                 [](TextPane &pane) { pane.setSelIndent(std::max(pane.SelIndent().value_or(0) - indentStep, 0)); });
+    changeActiveText("modEdit EditFormatUnindent",
+                     [](TextPane &pane) { pane.setSelIndent(std::max(pane.SelIndent().value_or(0) - indentStep, 0)); });
 }
 
 void EditCurrentFont()

@@ -57,6 +57,7 @@ const std::map<char, bool CommandState::*> conditions{
     {'1', &CommandState::FirstSibling}, {'9', &CommandState::LastSibling}, {'P', &CommandState::HasPrevious},
     {'Q', &CommandState::ParentIsRoot}, {'X', &CommandState::TaggedExist}, {'T', &CommandState::TextFocus},
     {'V', &CommandState::Savable},      {'C', &CommandState::Copied},      {'D', &CommandState::CanMoveDown},
+    {'B', &CommandState::TextWithheld},
 };
 
 // The letters of the conditions that an item needs, and of those that forbid it.
@@ -93,16 +94,16 @@ constexpr ConditionRow conditionRows[] = {
     {"mnuEdit", "T"},
     {"mnuEditCopy", "T"},
     {"mnuEditSelectAll", "T"},
-    {"mnuEditCase", "WT"},
+    {"mnuEditCase", "WT", "B"},
     {"mnuEditClearEntryText", "WT"},
-    {"mnuEditCurrentFont", "WT"},
-    {"mnuEditCut", "WT"},
-    {"mnuEditDelete", "WT"},
+    {"mnuEditCurrentFont", "WT", "B"},
+    {"mnuEditCut", "WT", "B"},
+    {"mnuEditDelete", "WT", "B"},
     {"mnuEditDocumentFont", "WT"},
-    {"mnuEditFormat", "WT"},
-    {"mnuEditInsert", "WT"},
-    {"mnuEditPaste", "WT"},
-    {"mnuEditPasteSpecial", "WT"},
+    {"mnuEditFormat", "WT", "B"},
+    {"mnuEditInsert", "WT", "B"},
+    {"mnuEditPaste", "WT", "B"},
+    {"mnuEditPasteSpecial", "WT", "B"},
     {"mnuSearchReplace", "W"},
 };
 

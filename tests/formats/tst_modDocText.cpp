@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "formats/modDocText.h"
+#include "model/Limits.h"
 #include "model/StoredText.h"
 #include "model/modNodes.h"
 #include "support/FormatsFixture.h"
@@ -18,6 +19,7 @@ class tst_modDocText : public QObject
 
 private Q_SLOTS:
     void init();
+    void aLineTooLongForThePaneIsShownInPartAndKeptWhole();
     void cleanup();
 
     void theLayoutOfAnOutline();
@@ -313,6 +315,26 @@ void tst_modDocText::withoutADocumentNothingHappens()
     modDocText::DocExport(path(u"b.txt"_s));
     QCOMPARE(m_folder->names(), QStringList(u"a.txt"_s));
     QCOMPARE(m_fixture->errors.count(), 0);
+}
+
+void tst_modDocText::aLineTooLongForThePaneIsShownInPartAndKeptWhole()
+{
+    const QByteArray line = QByteArray(2 * limits::longestParagraph, 'x');
+    m_folder->write(u"a.txt"_s, line + "\r\n");
+    QVERIFY(modDoc::DocLoad((*m_folder)(u"a.txt"_s)));
+    FakeDocument &loaded = *m_fixture->active();
+    QCOMPARE(loaded.text.rtf, line.left(limits::shownBeginning));
+    QVERIFY(loaded.text.locked);
+    QCOMPARE(loaded.document.notices().size(), size_t(1));
+    QCOMPARE(loaded.document.notices()[0].kind, NoticeKind::LongText);
+    loaded.text.rtf = "typed";
+    modNodes::NodeTextPutSelected();
+    QVERIFY(loaded.document.tree.storedText(loaded.document.tree.root()) == line + "\r\n");
+    // Where a text is short again, the pane is free and the notice gone.
+    Entry *other = loaded.document.tree.insert(Relationship::tvwChild, loaded.document.tree.root());
+    modNodes::NodeSelectFull(loaded.document, other);
+    QVERIFY(!loaded.text.locked);
+    QVERIFY(loaded.document.notices().empty());
 }
 
 QTEST_MAIN(tst_modDocText)

@@ -3,6 +3,7 @@
 
 #include "formats/modDocV1.h"
 #include "model/StoredText.h"
+#include "model/TextCheck.h"
 #include "model/modNodes.h"
 #include "support/FormatsFixture.h"
 #include "support/NativeChecker.h"
@@ -55,7 +56,9 @@ private Q_SLOTS:
     void theFormatFollowsVersionAndExtension_data();
     void theFormatFollowsVersionAndExtension();
     void afterLoadingTheTextPaneHasTheOutlinesFont();
-    void aDamagedTextShowsItsBytesAndIsRecorded();
+    void aDamagedTextIsLockedToldOfAndKept();
+    void damagedTextsAreFoundBehindTheOpening();
+    void soundTextsOfEveryKindAreNotToldOf();
     void aMissingSelectedKeySelectsTheRoot();
     void unknownRecordsAreWrittenBackWhereTheyStood();
     void unknownRecordsGoWhereTheirEntryGoes();
@@ -672,16 +675,85 @@ void tst_modDocV1::afterLoadingTheTextPaneHasTheOutlinesFont()
     QVERIFY(loaded.document.m_fntTextFont.Italic() && !loaded.document.m_fntTextFont.Bold());
 }
 
-void tst_modDocV1::aDamagedTextShowsItsBytesAndIsRecorded()
+void tst_modDocV1::aDamagedTextIsLockedToldOfAndKept()
 {
     const QByteArray stream = NodeTextCompressIfRequired("{\\rtf1 some text}").mid(3);
-    const FakeDocument &loaded = load(header + entry("0", "Root", "16," + stream.chopped(3)));
+    const QByteArray record = "{\\qlf_nodetext 16," + stream.chopped(3) + "}\r\n";
+    FakeDocument &loaded = load(header + entry("0", "Root", "16," + stream.chopped(3)) + entry("0.1", "A"));
+    Document &document = loaded.document;
+    Entry *root = document.tree.root();
     QVERIFY(m_loaded);
     QCOMPARE(loaded.text.rtf, stream.chopped(3));
-    QCOMPARE(m_fixture->errors.summary(), QStringList(u"321 modNodes NodeTextGet"_s));
-    QCOMPARE(m_fixture->fake.dialogs.warnings, QStringList());
-    // The text is untouched as long as nobody changes it.
-    QVERIFY(FormatsFixture::savedNative(loaded.document).contains("{\\qlf_nodetext 16," + stream.chopped(3) + "}\r\n"));
+    QVERIFY(loaded.text.locked);
+    QVERIFY(document.bTextWithheld());
+    QCOMPARE(m_fixture->errors.summary(), QStringList());
+    QCOMPARE(document.notices().size(), size_t(1));
+    QCOMPARE(document.notices()[0].kind, NoticeKind::DamagedText);
+    QVERIFY(document.notices()[0].text.contains(u"\"Root\""_s));
+    // Whatever comes of the bytes in the pane, the stored ones stay.
+    loaded.text.rtf += "typed";
+    modNodes::NodeTextPut(document, root);
+    QVERIFY(FormatsFixture::savedNative(document).contains(record));
+    modNodes::NodeSelectFull(document, root->child(0));
+    QVERIFY(!loaded.text.locked);
+    QVERIFY(!document.bTextWithheld());
+    modNodes::NodeSelectFull(document, root);
+    QVERIFY(loaded.text.locked);
+    QVERIFY(FormatsFixture::savedNative(document).contains(record));
+    // Until they are given up.
+    document.m_bDataChanged = false;
+    modNodes::NodeTextDiscard(document);
+    QVERIFY(document.m_bDataChanged);
+    QVERIFY(!loaded.text.locked);
+    QCOMPARE(loaded.text.rtf, QByteArray());
+    loaded.text.rtf = "{\\rtf1 new}";
+    modNodes::NodeTextPut(document, root);
+    QCOMPARE(checkNative(FormatsFixture::savedNative(document)).entry("0").text, QByteArray("{\\rtf1 new}"));
+    QTRY_VERIFY(document.notices().empty());
+}
+
+void tst_modDocV1::damagedTextsAreFoundBehindTheOpening()
+{
+    QRandomGenerator random(5);
+    QByteArray bytes = header + entry("0", "Root");
+    for (int i = 1; i <= 20; ++i) {
+        const QByteArray text = "{\\rtf1 " + noise(random, 30000).toHex() + '}';
+        QByteArray stored = NodeTextCompressIfRequired(text);
+        if (i % 5 == 0)
+            stored[stored.size() / 2] = static_cast<char>(~stored[stored.size() / 2]);
+        bytes += entry("0." + QByteArray::number(i), "Entry " + QByteArray::number(i), stored);
+    }
+    const Document &loaded = load(bytes).document;
+    QVERIFY(m_loaded);
+    QVERIFY2(loaded.notices().empty(), "the opening does not wait for it");
+    QTRY_COMPARE(loaded.notices().size(), size_t(1));
+    QCOMPARE(loaded.notices()[0].kind, NoticeKind::DamagedText);
+    QVERIFY(loaded.notices()[0].text.contains(u"4 entries"_s));
+    QVERIFY(loaded.notices()[0].text.contains(u"\"Entry 5\", \"Entry 10\", \"Entry 15\", \"Entry 20\""_s));
+    QCOMPARE(m_fixture->errors.remarks().size(), 1);
+    QCOMPARE(FormatsFixture::savedNative(loaded), bytes);
+}
+
+void tst_modDocV1::soundTextsOfEveryKindAreNotToldOf()
+{
+    QRandomGenerator random(6);
+    const QByteArray texts[] = {NodeTextCompressIfRequired("{\\rtf1 x}"),
+                                NodeTextCompressIfRequired(noise(random, 300000)),
+                                NodeTextCompressIfRequired(QByteArray(65536, 'x')),
+                                NodeTextCompressIfRequired(QByteArray(5'000'000, 'x')),
+                                "2147483647" + NodeTextCompressIfRequired("{\\rtf1 x}").sliced(1),
+                                QByteArray(),
+                                "{\\rtf1 12,plain}",
+                                "plain, too",
+                                QByteArray(40000, 'y') + ","};
+    Document &document = m_fixture->plant({u"Root"_s}).document;
+    for (const QByteArray &text : texts)
+        document.tree.setStoredText(document.tree.insert(Relationship::tvwChild, document.tree.root()), text);
+    TextCheck check(document);
+    while (check.goOn()) {
+    }
+    QVERIFY(document.notices().empty());
+    QCOMPARE(m_fixture->errors.summary(), QStringList());
 }
 
 void tst_modDocV1::aMissingSelectedKeySelectsTheRoot()

@@ -242,8 +242,9 @@ void tst_StoredText::resultCodesAreThoseOfZlib()
 {
     QByteArray result = "before";
     QCOMPARE(modCompress::DecompressString("abc", 12, result), Z_DATA_ERROR);
-    QCOMPARE(modCompress::DecompressString(compressed("abcdef"), 3, result), Z_BUF_ERROR);
     QCOMPARE(result, QByteArray("before"));
+    QCOMPARE(modCompress::DecompressString(compressed("abcdef"), 3, result), Z_BUF_ERROR);
+    QCOMPARE(result, QByteArray("abc"));
     QCOMPARE(modCompress::CompressString("abc", result), Z_OK);
     QCOMPARE(result, compressed("abc"));
 }
