@@ -43,7 +43,7 @@ private:
 
 bool hasUnsavedChanges(const Document *document)
 {
-    return document->m_bDataChanged && !document->bReadOnly();
+    return document->hasUnsavedChanges() && document->mayBeSaved();
 }
 
 // What is to be ended when the toolkit ends the program by itself.

@@ -61,6 +61,7 @@ private Q_SLOTS:
     void aCancelKeepsTheDesktopSession();
     void aFailedSaveKeepsTheDesktopSession();
     void whereNobodyMayBeAskedUnsavedChangesRefuseTheLogOut();
+    void aFileThatTurnedReadOnlyIsAskedAboutToo();
     void aLabelBeingTypedIsAnUnsavedChange();
     void aDocumentInTheMiddleOfASaveRefusesTheLogOut();
     void afterAnAgreedLogOutTheDesktopsEndAsksNothing();
@@ -151,6 +152,16 @@ void tst_SessionEnd::whereNobodyMayBeAskedUnsavedChangesRefuseTheLogOut()
     QCOMPARE(questions(), QStringList());
     QCOMPARE(logOut.steps.last(), u"refuses"_s);
     QVERIFY(document.m_bDataChanged);
+}
+
+void tst_SessionEnd::aFileThatTurnedReadOnlyIsAskedAboutToo()
+{
+    const Document &document = openChanged(u"a.txt"_s);
+    QVERIFY(QFile::setPermissions(document.m_sFile, QFile::ReadOwner));
+    answers() = {Answer::Cancel};
+    FakeLogOut logOut;
+    m_end->commitData(logOut);
+    QCOMPARE(logOut.steps, QStringList({u"asks to speak"_s, u"has spoken"_s, u"refuses"_s}));
 }
 
 void tst_SessionEnd::aLabelBeingTypedIsAnUnsavedChange()
