@@ -14,12 +14,10 @@
 namespace
 {
 
-// No character and no end of a paragraph takes less than a byte, or as rich text less than four.
-bool isShort(const QByteArray &text, bool isRtf)
+// No character takes less than a byte, so that a short text passes no bound.
+bool isShort(const QByteArray &text)
 {
-    constexpr qsizetype shortestBreak = 4;
-    return text.size() <=
-           std::min(limits::longestParagraph, isRtf ? limits::mostParagraphs * shortestBreak : limits::mostParagraphs);
+    return text.size() <= std::min({limits::longestParagraph, limits::mostParagraphs, limits::longestWord});
 }
 
 } // namespace
@@ -27,9 +25,9 @@ bool isShort(const QByteArray &text, bool isRtf)
 Inflated shownText(const QByteArray &storedText)
 {
     Inflated shown = inflated(storedText);
-    const bool isRtf = rtf::isRtf(shown.text);
-    if (shown.state != TextState::Beginning && isShort(shown.text, isRtf))
+    if (shown.state != TextState::Beginning && isShort(shown.text))
         return shown;
+    const bool isRtf = rtf::isRtf(shown.text);
     const QString text = isRtf ? rtf::toPlainText(shown.text) : AnsiCodec::toText(shown.text);
     const qsizetype length = mayBeLaidOut(text, isRtf ? LineFeed::WithinParagraph : LineFeed::EndsParagraph);
     if (shown.state != TextState::Beginning && length == text.size())

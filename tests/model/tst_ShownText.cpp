@@ -29,9 +29,14 @@ void tst_ShownText::textsAtTheBoundAndBeyondIt_data()
 {
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<bool>("whole");
-    const QByteArray longest(limits::longestParagraph, 'x');
+    const QByteArray longest = QByteArray("x ").repeated(limits::longestParagraph / 2);
+    const QByteArray longestWord(limits::longestWord, 'x');
     QTest::newRow("the longest line") << longest << true;
     QTest::newRow("a longer line") << longest + 'x' << false;
+    QTest::newRow("the longest word") << longestWord << true;
+    QTest::newRow("a longer word") << longestWord + 'x' << false;
+    QTest::newRow("the longest word as rich text") << "{\\rtf1 " + longestWord + '}' << true;
+    QTest::newRow("a longer word as rich text") << "{\\rtf1 " + longestWord + "x}" << false;
     QTest::newRow("a line beyond all texts") << QByteArray(limits::longestText + 1, 'x') << false;
     QTest::newRow("the most lines") << QByteArray("a\r\n").repeated(limits::mostParagraphs) << true;
     QTest::newRow("a line more") << QByteArray("a\n").repeated(limits::mostParagraphs + 1) << false;
