@@ -113,8 +113,14 @@ QColor Finder::shownColour(const QTextCharFormat &format, const QColor &backgrou
     return format.isAnchor() && contrast(link, background) >= discernible ? link : blackOrWhite(background);
 }
 
+// What stands side by side in one colour is one selection: the layout mixes up the edges of selections that touch.
 void Finder::add(const QTextBlock &block, int from, int to, const QColor &colour)
 {
+    if (!m_found.isEmpty() && m_found.back().cursor.block() == block && m_found.back().cursor.position() == from &&
+        m_found.back().format.foreground().color() == colour) {
+        m_found.back().cursor.setPosition(to, QTextCursor::KeepAnchor);
+        return;
+    }
     QAbstractTextDocumentLayout::Selection selection;
     selection.cursor = QTextCursor(block);
     selection.cursor.setPosition(from);

@@ -36,6 +36,7 @@ private Q_SLOTS:
 
     void textOnItsOwnBackgroundCanBeRead_data();
     void textOnItsOwnBackgroundCanBeRead();
+    void everyWordOfAParagraphCanBeRead();
     void otherTextHasTheDesktopsColour();
     void textOfAColourOfItsOwnKeepsIt();
     void linksCanBeToldFromTheirBackground();
@@ -80,7 +81,7 @@ private:
     // The greatest ratio of brightness between two points of a word's place, from 1 to 21.
     double contrastIn(const QRect &place)
     {
-        const QImage shown = m_box->viewport()->grab(place).toImage();
+        const QImage shown = m_box->viewport()->grab().toImage().copy(place);
         double darkest = 1;
         double lightest = 0;
         for (int y = 0; y < shown.height(); ++y) {
@@ -137,6 +138,19 @@ void tst_ReadableText::textOnItsOwnBackgroundCanBeRead()
     else
         m_box->setTextRTF(rtf);
     QVERIFY(contrastIn(placeOf(u"WORDS"_s)) > 4);
+}
+
+void tst_ReadableText::everyWordOfAParagraphCanBeRead()
+{
+    for (const bool dark : {false, true}) {
+        m_box->setPalette(desktop(dark));
+        pastePage(u"<p style='background:#fff'>ONE words <b>TWO</b> and THREE <a href='http://a.b'>FOUR</a> and FIVE "
+                  "<span style='background:#ffff00'>SIX marked</span> <span style='background:#000000'>SEVEN "
+                  "dark</span><span style='background:#ffff00'>EIGHT</span> <i>NINE</i><b>TEN</b></p>"_s);
+        for (const QString &word : {u"ONE"_s, u"TWO"_s, u"THREE"_s, u"FOUR"_s, u"FIVE"_s, u"SIX"_s, u"SEVEN"_s,
+                                    u"EIGHT"_s, u"NINE"_s, u"TEN"_s})
+            QVERIFY2(contrastIn(placeOf(word)) > 3, qPrintable(word));
+    }
 }
 
 void tst_ReadableText::otherTextHasTheDesktopsColour()
@@ -226,7 +240,7 @@ void tst_ReadableText::theSelectionIsStillSeen()
     m_box->setPalette(desktop(true));
     pastePage(u"<p style='background:#ffffff'>WORDS</p>"_s);
     m_box->setTextCursor(m_box->document()->find(u"WORDS"_s));
-    const QImage shown = m_box->viewport()->grab(placeOf(u"WORDS"_s)).toImage();
+    const QImage shown = m_box->viewport()->grab().toImage().copy(placeOf(u"WORDS"_s));
     int highlighted = 0;
     for (int y = 0; y < shown.height(); ++y) {
         for (int x = 0; x < shown.width(); ++x)
