@@ -346,6 +346,7 @@ void Interpreter::takeText(QStringView text)
             m_sink.text(text, m_state.chars);
             m_hasContent = true;
             ++m_shown;
+            m_shownField = m_state.chars[CharNumber::Link];
             m_isPlain = false;
         }
         break;

@@ -49,7 +49,6 @@ private:
         std::size_t depth = 0; // of its group
         QString instruction;
         qint64 shownBefore = 0; // m_shown at its beginning
-        qint32 place = 0;       // in Tables::fields, once its result has begun
         bool isLocked = false;  // its result is never to be made anew
         FormField form;
     };
@@ -131,7 +130,7 @@ private:
     void finishOverride();
     int internLegacyList();
     int internField(const QString &instruction, int around);
-    qint32 fieldBehindParagraph(int depth) const;
+    qint32 commonField(qint32 one, qint32 other) const;
     void addPictureText(QByteArrayView bytes);
     void finishPicture();
     void finishField();
@@ -208,7 +207,7 @@ private:
     QHash<std::pair<int, QString>, int> m_fieldPlaces; // by the field around and the instruction
     QHash<QString, int> m_familyPlaces;                // of fonts, by their name
     qint64 m_shown = 0;                                // texts, pictures and paragraph ends so far
-    qint64 m_shownAtTable = 0;                         // the same at the end of the last cell or row
+    qint32 m_shownField = 0;                           // the field of what was shown last, outside tables
 
     Picture m_picture;
     int m_nibble = -1;

@@ -40,7 +40,9 @@ void Interpreter::endParagraph(int depth)
     if (std::exchange(m_pageBreak, false) || isNewSection) {
         para.flags |= PageBreakBefore;
     }
-    para[ParaNumber::Field] = fieldBehindParagraph(depth);
+    // A field goes on behind the paragraph where it has shown something before; across cells none does.
+    m_shownField = depth > 0 ? 0 : commonField(m_shownField, m_state.chars[CharNumber::Link]);
+    para[ParaNumber::Field] = m_shownField;
     m_sink.endParagraph(para, m_state.chars, depth);
     ++m_shown;
     m_isPlain = false;
@@ -67,7 +69,6 @@ void Interpreter::endCell(int depth)
         row.cellIsOpen = false;
         ++row.cells;
         m_sink.endCell(depth);
-        m_shownAtTable = m_shown;
     }
 }
 
@@ -83,12 +84,10 @@ void Interpreter::endRow(int depth, const RowState &row)
     OpenRow &open = m_openRows.back();
     if (open.cellIsOpen) {
         m_sink.endCell(depth);
-        m_shownAtTable = m_shown;
         ++open.cells;
     }
     if (open.cells > 0) {
         m_sink.endRow(row, depth);
-        m_shownAtTable = m_shown;
     }
     open = {};
     if (depth == 1) {
@@ -131,12 +130,10 @@ void Interpreter::closeRowsBelow(int depth)
         OpenRow &open = m_openRows.back();
         if (open.cellIsOpen) {
             m_sink.endCell(last);
-            m_shownAtTable = m_shown;
             ++open.cells;
         }
         if (open.cells > 0) {
             m_sink.endRow(last == 1 ? m_row : m_nestedRow, last);
-            m_shownAtTable = m_shown;
         }
         m_openRows.pop_back();
     }

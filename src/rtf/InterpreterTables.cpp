@@ -112,16 +112,16 @@ void Interpreter::enter(Destination destination)
         }
         break;
     case Destination::Field:
-        m_openFields.push_back({m_stack.size(), {}, m_shown, 0, false, {}});
+        m_openFields.push_back({m_stack.size(), {}, m_shown, false, {}});
         break;
     case Destination::FieldResult:
         m_state.destination = Destination::Content;
         if (!m_openFields.empty()) {
-            OpenField &field = m_openFields.back();
+            const OpenField &field = m_openFields.back();
             // What is locked is text: other programs would make it anew. A link stays one.
             if (!field.isLocked || !hyperlinkTarget(field.instruction).isEmpty()) {
-                field.place = internField(field.instruction, m_state.chars[CharNumber::Link]);
-                m_state.chars[CharNumber::Link] = field.place;
+                qint32 &link = m_state.chars[CharNumber::Link];
+                link = internField(field.instruction, link);
             }
         }
         break;
@@ -274,10 +274,11 @@ int Interpreter::internField(const QString &text, int around)
         outer.depth >= deepestField || outer.outer.size() + outer.instruction.size() >= longestOuterFields;
     int &place = m_fieldPlaces[{isAlone ? 0 : around, instruction}];
     if (place == 0) {
-        Field field{instruction, hyperlinkTarget(instruction), {}, 1};
+        Field field{instruction, hyperlinkTarget(instruction), {}, 0, 1};
         if (!isAlone) {
             field.target = field.target.isEmpty() ? outer.target : field.target;
             field.outer = outer.all();
+            field.around = around;
             field.depth = outer.depth + 1;
         }
         place = static_cast<int>(m_tables.fields.size());
@@ -286,18 +287,15 @@ int Interpreter::internField(const QString &text, int around)
     return place;
 }
 
-// The innermost open field that has shown something already and goes on behind the paragraph that ends. Across cells
-// none does.
-qint32 Interpreter::fieldBehindParagraph(int depth) const
+// The innermost field that holds what both do.
+qint32 Interpreter::commonField(qint32 one, qint32 other) const
 {
-    if (depth > 0 || m_state.chars[CharNumber::Link] == 0) {
-        return 0;
+    const std::vector<Field> &fields = m_tables.fields;
+    while (one != other) {
+        qint32 &deeper = fields[std::size_t(one)].depth > fields[std::size_t(other)].depth ? one : other;
+        deeper = fields[std::size_t(deeper)].around;
     }
-    const auto hasShown = [this](const OpenField &field) {
-        return field.place != 0 && m_shown > std::max(field.shownBefore, m_shownAtTable);
-    };
-    const auto field = std::find_if(m_openFields.rbegin(), m_openFields.rend(), hasShown);
-    return field == m_openFields.rend() ? 0 : field->place;
+    return one;
 }
 
 void Interpreter::addPictureText(QByteArrayView bytes)
@@ -326,6 +324,7 @@ void Interpreter::finishPicture()
     m_sink.picture(m_picture, m_state.chars);
     m_hasContent = true;
     ++m_shown;
+    m_shownField = m_state.chars[CharNumber::Link];
     m_picture = {};
 }
 

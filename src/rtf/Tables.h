@@ -138,8 +138,9 @@ struct Picture {
 struct Field {
     QString instruction;
     QString target;
-    QString outer; // the instructions of the fields around it, outermost first, one a line
-    int depth = 0; // fields, this one and those around it
+    QString outer;     // the instructions of the fields around it, outermost first, one a line
+    qint32 around = 0; // place of the field around; 0 none
+    int depth = 0;     // fields, this one and those around it
 
     // The same with its own.
     QString all() const { return outer.isEmpty() ? instruction : outer + QLatin1Char('\n') + instruction; }

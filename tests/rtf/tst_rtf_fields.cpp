@@ -125,6 +125,14 @@ void TestRtfFields::aFieldOfSeveralParagraphsIsWrittenAsOne_data()
     row("a list",
         "{\\field{\\*\\fldinst TOC}{\\fldrslt{\\*\\pn\\pnlvlbody\\pndec{\\pntxta .}}A\\par B\\par\\pard C}}\\par d", 1);
     row("a style", "{\\field{\\*\\fldinst INCLUDETEXT \"x\"}{\\fldrslt{\\b A\\par}}}\\pard\\plain b\\par", 1);
+    row("a field that stands alone in it",
+        QByteArray("{\\field{\\*\\fldinst TOC}{\\fldrslt ").repeated(9) + "x" + QByteArray("}}").repeated(9) +
+            "\\par y",
+        1);
+    row("text behind one in it",
+        "{\\field{\\*\\fldinst TOC}{\\fldrslt A{\\field{\\*\\fldinst " + QByteArray(5000, 'q') +
+            "}{\\fldrslt B{\\field{\\*\\fldinst PAGE}{\\fldrslt C}}}}\\par D\\par\\par E}}\\par",
+        4);
     row("a hyperlink over two paragraphs", "{\\field{\\*\\fldinst HYPERLINK \"x\"}{\\fldrslt A\\par B}}c", 1);
     // A text document's tables stand between paragraphs; a field cannot reach over them.
     row("a table inside",
