@@ -135,13 +135,18 @@ void RichTextBox::tellUser(const QString &text)
         inform();
 }
 
-// Whether so much more text can be laid out; the user is told when not.
+// Whether so much text can be laid out in the place of the selection; the user is told when not.
 bool RichTextBox::hasRoomFor(const QString &text)
 {
-    const qsizetype paragraphs = document()->blockCount() + text.count(u'\r') + text.count(QChar::ParagraphSeparator);
+    const QTextCursor cursor = textCursor();
+    const int from = cursor.selectionStart();
+    const int to = cursor.selectionEnd();
+    const int left = document()->characterCount() - (to - from);
+    const int paragraphsLeft =
+        document()->blockCount() + document()->findBlock(from).blockNumber() - document()->findBlock(to).blockNumber();
+    const qsizetype paragraphs = paragraphsLeft + text.count(u'\r') + text.count(QChar::ParagraphSeparator);
     const bool fits = mayBeLaidOut(text, LineFeed::WithinParagraph) == text.size() &&
-                      document()->characterCount() + text.size() <= limits::longestText &&
-                      paragraphs <= limits::mostParagraphs;
+                      left + text.size() <= limits::longestText && paragraphs <= limits::mostParagraphs;
     if (!fits)
         tellUser(tooLong);
     return fits;

@@ -233,6 +233,10 @@ void tst_Pasting::theTextThatIsThereCounts()
     QVERIFY(m_box->pasteText(u"\r\n"_s.repeated(half)));
     QVERIFY(!m_box->pasteText(u"\r\n"_s.repeated(half)));
     QCOMPARE(m_fake->dialogs.informations.size(), 1);
+    // But not what is replaced.
+    m_box->selectAll();
+    QVERIFY(m_box->pasteText(u"\r\n"_s.repeated(half)));
+    QCOMPARE(m_box->document()->blockCount(), half + 1);
 }
 
 void tst_Pasting::aPictureIsPastedAndKept_data()

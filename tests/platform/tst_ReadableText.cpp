@@ -37,6 +37,7 @@ private Q_SLOTS:
     void textOnItsOwnBackgroundCanBeRead_data();
     void textOnItsOwnBackgroundCanBeRead();
     void everyWordOfAParagraphCanBeRead();
+    void whatIsBesideTheSelectionCanStillBeRead();
     void otherTextHasTheDesktopsColour();
     void textOfAColourOfItsOwnKeepsIt();
     void linksCanBeToldFromTheirBackground();
@@ -150,6 +151,25 @@ void tst_ReadableText::everyWordOfAParagraphCanBeRead()
         for (const QString &word : {u"ONE"_s, u"TWO"_s, u"THREE"_s, u"FOUR"_s, u"FIVE"_s, u"SIX"_s, u"SEVEN"_s,
                                     u"EIGHT"_s, u"NINE"_s, u"TEN"_s})
             QVERIFY2(contrastIn(placeOf(word)) > 3, qPrintable(word));
+    }
+}
+
+void tst_ReadableText::whatIsBesideTheSelectionCanStillBeRead()
+{
+    m_box->setPalette(desktop(true));
+    pastePage(u"<p style='background:#fff'>ONE words <b>TWO</b> and THREE more FOUR words <i>FIVE</i> and SIX</p>"_s);
+    const QStringList words = {u"ONE"_s, u"TWO"_s, u"THREE"_s, u"FOUR"_s, u"FIVE"_s, u"SIX"_s};
+    for (const QString &first : words) {
+        for (const QString &last : words) {
+            const int from = m_box->document()->find(first).selectionStart();
+            const int to = m_box->document()->find(last).selectionEnd();
+            QTextCursor cursor(m_box->document());
+            cursor.setPosition(from);
+            cursor.setPosition(std::max(from, to), QTextCursor::KeepAnchor);
+            m_box->setTextCursor(cursor);
+            for (const QString &word : words)
+                QVERIFY2(contrastIn(placeOf(word)) > 1.8, qPrintable(word + u" beside "_s + cursor.selectedText()));
+        }
     }
 }
 
