@@ -41,7 +41,7 @@ private:
     QSessionManager &m_manager;
 };
 
-bool hasUnsavedChanges(const Document *document)
+bool wouldLoseChanges(const Document *document)
 {
     return document->hasUnsavedChanges() && document->mayBeSaved();
 }
@@ -90,7 +90,7 @@ void SessionEnd::commitData(LogOut &logOut)
         // A label being typed is a change, too.
         for (const Document *document : documents)
             document->trvOutline.EndLabelEdit();
-        if (std::any_of(documents.begin(), documents.end(), hasUnsavedChanges)) {
+        if (std::any_of(documents.begin(), documents.end(), wouldLoseChanges)) {
             // In the middle of a load or a save there is no document to ask about.
             const bool ended = !bBusy && logOut.maySpeak() && m_mainWindow.mayGiveUpDocuments();
             logOut.hasSpoken();
