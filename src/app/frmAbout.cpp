@@ -49,6 +49,11 @@ frmAbout::frmAbout(QWidget *parent, Purpose purpose)
     picture->setPixmap(QGuiApplication::windowIcon().pixmap(iconSize));
     layout->addWidget(picture);
 
+    // The title stands between the icon and the buttons of the desktop's frame.
+    constexpr int frameButtons = 140;
+    layout->addItem(new QSpacerItem(fontMetrics().horizontalAdvance(windowTitle()) + frameButtons -
+                                        layout->contentsMargins().left() - layout->contentsMargins().right(),
+                                    0));
     addLabel(*layout, u"lblTitle"_s, u"Quillery"_s, 2);
     addLabel(*layout, u"lblSubtitle"_s, u"The Outliner"_s, 1);
     // The systems whose conventions the program keeps, wherever it runs.

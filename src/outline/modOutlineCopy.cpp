@@ -47,6 +47,20 @@ bool liesWithin(const Entry *entry, const std::vector<Entry *> &subtrees)
     return false;
 }
 
+// A label is as long as its user likes; a question about it is to fit on the screen, and on a few lines.
+QString labelForQuestion(const QString &label)
+{
+    constexpr qsizetype most = 80;
+    QString shown = label.simplified().size() > most || label.contains(u'\n') ? label.simplified() : label;
+    if (shown.size() <= most)
+        return shown;
+    qsizetype end = most - 1;
+    // Half a character is no text.
+    if (shown.at(end).isLowSurrogate())
+        --end;
+    return shown.left(end) + u'…';
+}
+
 void deleteAll(Document &document, const std::vector<Entry *> &entries)
 {
     if (entries.empty())
@@ -108,7 +122,8 @@ void OutlineDelete()
         Entry *entry = document.tree.selected();
         if (!entry)
             return;
-        const QString question = u"Do you really want to delete the entry '"_s + entry->label() + u"'?"_s;
+        const QString question =
+            u"Do you really want to delete the entry '"_s + labelForQuestion(entry->label()) + u"'?"_s;
         if (ports().dialogs->ask(question) != Answer::Yes)
             return;
         Entry *survivor = modNodes::survivorOf(*entry);

@@ -8,6 +8,7 @@
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
+#include <QGridLayout>
 #include <QLineEdit>
 #include <QMessageBox>
 
@@ -47,6 +48,19 @@ QString title()
     return u"Quillery"_s;
 }
 
+// The box is laid out for its text alone; beside the title stand the icon and the buttons of the desktop's frame.
+void widenForTitle(QMessageBox &box)
+{
+    constexpr int frameButtons = 120;
+    auto *grid = qobject_cast<QGridLayout *>(box.layout());
+    if (!grid)
+        return;
+    QFont font = box.font();
+    font.setBold(true);
+    const int width = QFontMetrics(font).horizontalAdvance(box.windowTitle()) + frameButtons;
+    grid->addItem(new QSpacerItem(width, 0), grid->rowCount(), 0, 1, grid->columnCount());
+}
+
 int showBox(QMessageBox::Icon icon, const QString &text, QMessageBox::StandardButtons buttons,
             QMessageBox::StandardButton preset)
 {
@@ -55,6 +69,7 @@ int showBox(QMessageBox::Icon icon, const QString &text, QMessageBox::StandardBu
     // A file name is never markup.
     box.setTextFormat(Qt::PlainText);
     box.setDefaultButton(preset);
+    widenForTitle(box);
     return box.exec();
 }
 

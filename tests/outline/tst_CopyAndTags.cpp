@@ -34,6 +34,7 @@ private Q_SLOTS:
     void theCopiedEntryDiesWithItsDocument();
     void deleteSelectsASurvivor_data();
     void deleteSelectsASurvivor();
+    void aLongLabelIsShortenedInTheQuestionAlone();
     void deleteOfTheRootEmptiesTheOutline();
     void aDeclinedDeleteMarksTheDocumentChanged();
     void theRootIsNeverTagged();
@@ -232,6 +233,26 @@ void tst_CopyAndTags::deleteSelectsASurvivor()
              QStringList{u"Do you really want to delete the entry '"_s + deleted + u"'?"_s});
     QVERIFY(!fixture.entry(deleted));
     QCOMPARE(fixture.document().tree.selected(), fixture.entry(survivor));
+}
+
+void tst_CopyAndTags::aLongLabelIsShortenedInTheQuestionAlone()
+{
+    OutlineFixture fixture({u"Root +"_s, u" A"_s, u" B"_s});
+    const QString label = u"a word and "_s.repeated(300);
+    Entry *entry = fixture.entry(u"A"_s);
+    fixture.document().tree.setLabel(entry, label);
+    modNodes::NodeSelect(fixture.document(), entry);
+    fixture.fakes.dialogs.answers = {Answer::No};
+    modOutline::OutlineDelete();
+    QCOMPARE(fixture.fakes.dialogs.questions,
+             QStringList{u"Do you really want to delete the entry '"_s + label.left(79) + u"…'?"_s});
+    QCOMPARE(entry->label(), label);
+    // As long as it may be.
+    fixture.document().tree.setLabel(entry, label.left(80));
+    fixture.fakes.dialogs.answers = {Answer::No};
+    modOutline::OutlineDelete();
+    QCOMPARE(fixture.fakes.dialogs.questions.last(),
+             u"Do you really want to delete the entry '"_s + label.left(80) + u"'?"_s);
 }
 
 void tst_CopyAndTags::deleteOfTheRootEmptiesTheOutline()
