@@ -69,7 +69,10 @@ bool SessionLog::append(const QString &record) const
 
 QStringList SessionLog::folders(const QString &programFolder)
 {
-    return {programFolder, stateFolder()};
+    // An installed program has its data elsewhere, and its folder is for programs.
+    const QDir folder(programFolder);
+    const bool installed = !folder.exists(u"Help.qly"_s) && folder.exists(u"../share/quillery"_s);
+    return installed ? QStringList(stateFolder()) : QStringList{programFolder, stateFolder()};
 }
 
 QString SessionLog::bounded(const QString &contents)

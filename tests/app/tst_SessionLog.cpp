@@ -8,6 +8,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <sys/stat.h>
+
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -32,6 +34,8 @@ private Q_SLOTS:
     void theStateFolderFollowsTheEnvironment_data();
     void theStateFolderFollowsTheEnvironment();
     void replacingTheLogLeavesNoOtherFile();
+    void anInstalledProgramKeepsItsLogOutOfItsFolder();
+    void aPipeInTheLogsPlaceDoesNotHoldUpTheStart();
 
 private:
     static QByteArray contents(const QString &folder);
@@ -200,6 +204,30 @@ void tst_SessionLog::theStateFolderFollowsTheEnvironment()
     const QStringList folders = SessionLog::folders(u"/opt/quillery/bin"_s);
     qputenv("XDG_STATE_HOME", before);
     QCOMPARE(folders, QStringList({u"/opt/quillery/bin"_s, expected}));
+}
+
+void tst_SessionLog::anInstalledProgramKeepsItsLogOutOfItsFolder()
+{
+    const QTemporaryDir prefix;
+    QVERIFY(QDir(prefix.path()).mkpath(u"bin"_s));
+    const QString programs = prefix.filePath(u"bin"_s);
+    QCOMPARE(SessionLog::folders(programs).first(), programs);
+    QVERIFY(QDir(prefix.path()).mkpath(u"share/quillery"_s));
+    const QStringList folders = SessionLog::folders(programs);
+    QCOMPARE(folders.size(), 1);
+    QVERIFY(folders.first().endsWith(u"/Quillery"_s));
+    // One that runs from the folder it was built in has its manual beside it.
+    setContents(programs, QByteArray());
+    QVERIFY(QFile::copy(programs + u"/Quillery.log"_s, programs + u"/Help.qly"_s));
+    QCOMPARE(SessionLog::folders(programs).first(), programs);
+}
+
+void tst_SessionLog::aPipeInTheLogsPlaceDoesNotHoldUpTheStart()
+{
+    const QTemporaryDir folder;
+    QCOMPARE(mkfifo(qPrintable(folder.filePath(u"Quillery.log"_s)), 0600), 0);
+    const SessionLog log({folder.path()});
+    log.append(u"a record"_s);
 }
 
 void tst_SessionLog::replacingTheLogLeavesNoOtherFile()
