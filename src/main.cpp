@@ -6,18 +6,52 @@
 #include <QApplication>
 #include <QIcon>
 
+#include <cstdio>
+#include <string_view>
+
 using namespace Qt::StringLiterals;
+
+namespace
+{
+
+constexpr const char *helpText =
+    "Usage: quillery [FILE]...\n"
+    "Write, arrange and search outlines.\n\n"
+    "Opens the files; without any, what the options say: the documents of the last session,\n"
+    "a new one, both or none. An argument that is no file as it stands may hold several\n"
+    "names with blanks between.\n\n"
+    "      --help     show this text and end\n"
+    "      --version  show the version and end\n";
+
+// Whether the arguments ask for a text instead of the program, which then needs no display.
+bool answersInTheTerminal(int argc, char *argv[])
+{
+    for (int place = 1; place < argc; ++place) {
+        const std::string_view argument = argv[place];
+        if (argument == "--version")
+            std::puts("Quillery " QUILLERY_VERSION);
+        else if (argument == "--help")
+            std::fputs(helpText, stdout);
+        else
+            continue;
+        return true;
+    }
+    return false;
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
+    if (answersInTheTerminal(argc, argv))
+        return 0;
     QApplication qtApplication(argc, argv);
     QApplication::setApplicationName(u"Quillery"_s);
     QApplication::setApplicationVersion(QStringLiteral(QUILLERY_VERSION));
     QApplication::setDesktopFileName(u"quillery"_s);
     QApplication::setWindowIcon(QIcon(u":/icons/quillery.svg"_s));
 
-    // The names are one text again, as they were typed: blanks separate them, whatever the shell made of quotes.
-    Application application(QApplication::arguments().mid(1).join(u' '));
+    Application application(QApplication::arguments().mid(1));
     application.Main();
     return application.exec();
 }

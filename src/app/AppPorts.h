@@ -4,6 +4,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 #include <functional>
 
@@ -76,6 +77,9 @@ struct AppPorts {
     QString commandLine;
     // Null where there is no keyboard to ask.
     LockKeys *lockKeys = nullptr;
+    // The same as the program was given it. Where there are any, an argument that names an existing file as a whole is
+    // that file, and only the others are separated by blanks.
+    QStringList arguments = {};
     // Null where a session is stored at its end alone.
     SessionKeeper *keeper = nullptr;
     // The application help file, which only the desktop's viewer reads, and how to show it; raises error 53 when the

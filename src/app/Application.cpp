@@ -28,7 +28,7 @@ void showHelpFile(const QString &sFile, HelpTopic)
 
 } // namespace
 
-Application::Application(const QString &commandLine)
+Application::Application(const QStringList &arguments)
     : m_log(SessionLog::folders(QCoreApplication::applicationDirPath()))
     , m_settings(IniSettingsStore::FirstSettings{sharedFile(QStringLiteral("first.ini"))})
     , m_recentFiles(m_settings, m_mainWindow.recentFileItems())
@@ -37,7 +37,8 @@ Application::Application(const QString &commandLine)
 {
     ports() = {&m_mainWindow, &m_mainWindow, &m_dialogs, &m_pointer, &m_recentFiles,
                &m_clipboard,  &m_formats,    &m_clock,   &m_printing};
-    appPorts() = {&m_settings, &m_mainWindow, &m_recentFiles, &m_log, commandLine, &m_lockKeys};
+    appPorts() = {&m_settings, &m_mainWindow, &m_recentFiles, &m_log, arguments.join(u' '), &m_lockKeys};
+    appPorts().arguments = arguments;
     appPorts().showHelpFile = showHelpFile;
     appPorts().keeper = &m_keeper;
     searchPorts() = {&m_settings, [this] { frmSearch(&m_mainWindow).exec(); }, modMain::SaveSettings};

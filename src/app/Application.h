@@ -23,8 +23,8 @@
 class Application
 {
 public:
-    // The argument text of the command line: file names separated by single blanks.
-    explicit Application(const QString &commandLine);
+    // The arguments of the command line, which name files.
+    explicit Application(const QStringList &arguments);
     ~Application();
     Application(const Application &) = delete;
     Application &operator=(const Application &) = delete;

@@ -114,11 +114,28 @@ QStringList GetCommandLineFiles(const QString &arguments)
     });
 }
 
+QStringList GetArgumentFiles(const QStringList &arguments)
+{
+    return procedure("modMain GetArgumentFiles", [&] {
+        QStringList files;
+        for (const QString &argument : arguments) {
+            const QString sFile = argument.isEmpty() ? QString() : FullPathName(argument);
+            if (!sFile.isEmpty() && modString::FileExists(sFile))
+                files.append(sFile);
+            else
+                files.append(GetCommandLineFiles(argument));
+        }
+        return files;
+    });
+}
+
 void LoadInitialFiles()
 {
     procedure("modMain LoadInitialFiles", [] {
         bool bFileGiven = false;
-        for (const QString &name : GetCommandLineFiles(appPorts().commandLine)) {
+        const QStringList &arguments = appPorts().arguments;
+        for (const QString &name :
+             arguments.isEmpty() ? GetCommandLineFiles(appPorts().commandLine) : GetArgumentFiles(arguments)) {
             const QString sFile = FullPathName(name);
             if (!modString::FileExists(sFile))
                 continue;

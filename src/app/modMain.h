@@ -28,6 +28,9 @@ void InitialiseGlobals();
 // mean nothing, so a path with a blank cannot be given. A list of one empty element when there are none.
 QStringList GetCommandLineFiles(const QString &arguments);
 
+// The same of arguments, each of which is first tried as one name, as the desktop gives it for a path with a blank.
+QStringList GetArgumentFiles(const QStringList &arguments);
+
 // Opens the files of the command line, up to the first that cannot be read whole; without any, what the options
 // StartWithLatestDocuments and StartWithNewDocument ask for.
 void LoadInitialFiles();

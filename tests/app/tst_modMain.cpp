@@ -15,6 +15,7 @@ class tst_modMain : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void anArgumentWithABlankIsAFileWhenItNamesOne();
     void init();
 
     void cleanup() { m_app.reset(); }
@@ -274,6 +275,19 @@ void tst_modMain::initialiseEndsByComputingTheCommandState()
     modMain::Initialise();
     QCOMPARE(m_app->core.commands.menuEnableCounts.back(), 1);
     QVERIFY(m_app->core.commands.timesMenuEnableDynamic > 0);
+}
+
+void tst_modMain::anArgumentWithABlankIsAFileWhenItNamesOne()
+{
+    const QString whole = m_app->makeFile(u"my notes.txt"_s);
+    const QString first = m_app->makeFile(u"a.txt"_s);
+    const QString second = m_app->makeFile(u"b.txt"_s);
+    QCOMPARE(modMain::GetArgumentFiles({whole, first + u"  "_s + second, QString()}),
+             QStringList({whole, first, second, QString()}));
+    appPorts().arguments = {whole};
+    appPorts().commandLine = whole;
+    modMain::LoadInitialFiles();
+    QCOMPARE(m_app->openFiles(), QStringList(whole));
 }
 
 QTEST_GUILESS_MAIN(tst_modMain)
