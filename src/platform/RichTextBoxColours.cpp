@@ -8,8 +8,8 @@
 #include "platform/ReadableText.h"
 
 #include <QPaintEvent>
-#include <QTextCursor>
 #include <QTextBlock>
+#include <QTextCursor>
 #include <QTextTable>
 
 #include <algorithm>
