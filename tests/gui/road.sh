@@ -1,6 +1,8 @@
 # SPDX-FileCopyrightText: 2026 The Quillery developers
 # SPDX-License-Identifier: MIT
 # shellcheck shell=bash
+# What is read from the scripts around it, and what only they use.
+# shellcheck disable=SC2034,SC2154
 # What the scripts that drive the real program under X have in common. Sourced after common.sh and display.sh.
 
 program=''
