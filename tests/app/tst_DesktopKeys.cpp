@@ -202,10 +202,9 @@ void tst_DesktopKeys::aReadOnlyDocumentIgnoresWhatWrites()
     QVERIFY(QFile::setPermissions(file, QFile::ReadOwner));
     modDoc::DocLoad(file);
     form()->textBox->setFocus();
-    for (const char *item : {"mnuFileSave", "mnuFileSaveAs", "mnuEditFormatBold", "mnuSearchReplace", "mnuFilePrint"})
+    for (const char *item : {"mnuFileSave", "mnuEditFormatBold", "mnuSearchReplace", "mnuFilePrint"})
         watch(item);
     press(Qt::Key_S, Qt::ControlModifier);
-    press(Qt::Key_S, Qt::ControlModifier | Qt::ShiftModifier);
     press(Qt::Key_B, Qt::ControlModifier);
     press(Qt::Key_H, Qt::ControlModifier);
     QCOMPARE(m_chosen, QStringList());
