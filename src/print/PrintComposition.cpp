@@ -4,7 +4,7 @@
 #include "print/PrintComposition.h"
 
 #include "model/Document.h"
-#include "model/StoredText.h"
+#include "model/ShownText.h"
 #include "rtf/Looks.h"
 #include "rtf/Rtf.h"
 #include "util/AnsiCodec.h"
@@ -269,7 +269,8 @@ void PrintComposition::addHeading(QTextCursor &cursor, const Entry *entry, bool 
 
 void PrintComposition::addText(QTextCursor &cursor, const Entry *entry, Damage damage) const
 {
-    const auto [text, state] = inflated(m_tree.storedText(entry));
+    // What is too long to be laid out in the text pane is too long for paper as well: its beginning is printed.
+    const auto [text, state] = shownText(m_tree.storedText(entry));
     if (state == TextState::Damaged) {
         if (damage == Damage::Ignore)
             return;

@@ -3,6 +3,7 @@
 
 #include "print/PrintComposition.h"
 
+#include "model/Limits.h"
 #include "print/PrintFixture.h"
 
 #include <QTest>
@@ -40,6 +41,7 @@ private Q_SLOTS:
     void anEmptyListItemStays();
     void aTextThatIsNoRtfIsPrintedAsItIs();
     void aDamagedTextIsLeftOutAndReported();
+    void ofATextTooLongToBeLaidOutTheBeginningIsPrinted();
     void piecesTogetherAreTheWhole();
     void aLongTextIsBrokenBetweenParagraphs();
     void whatBelongsTogetherIsNotBroken();
@@ -210,6 +212,15 @@ void tst_PrintComposition::aDamagedTextIsLeftOutAndReported()
     QVERIFY(!m_fixture->errors.records().empty());
     QCOMPARE(m_fixture->errors.records().back().report.number, 321);
     m_fixture->errors.clear();
+}
+
+void tst_PrintComposition::ofATextTooLongToBeLaidOutTheBeginningIsPrinted()
+{
+    Document &document = m_fixture->plant({u"Root"_s});
+    document.tree.setStoredText(document.tree.root(), QByteArray("x ").repeated(limits::longestParagraph));
+    const QStringList printed = lines(*compose(m_fixture->extent(document, u"Root"_s, true)));
+    QCOMPARE(printed.size(), 2);
+    QCOMPARE(printed[1].size(), limits::shownBeginning);
 }
 
 void tst_PrintComposition::piecesTogetherAreTheWhole()
