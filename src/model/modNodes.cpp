@@ -227,10 +227,22 @@ Entry *NodeDuplicate(Document &document, const EntryTree &sourceTree, Entry *sou
         }
         Entry *copy =
             withRoom(document, [&] { return document.tree.insertCopy(sourceTree, source, relationship, relative); });
+        if (copy)
+            noteExpandedCopy(document, *copy);
         NodeSelect(document, copy);
         NodeTextGet(document, copy);
         return copy;
     });
+}
+
+void noteExpandedCopy(Document &document, const Entry &copy)
+{
+    for (const Entry *entry = &copy; entry; entry = nextInOutline(entry, &copy)) {
+        if (entry->expanded() && entry->childCount() > 0) {
+            document.m_iExpansionLevel = 0;
+            return;
+        }
+    }
 }
 
 PastePlace placeForPaste(const Document &document, const Entry *source)

@@ -67,6 +67,10 @@ struct PastePlace {
     Relationship relationship = Relationship::tvwFirst;
 };
 
+// To be called for a copy that was inserted: one with open entries in it opens a part of the outline by hand, so that
+// no level that the outline was expanded to applies any more.
+void noteExpandedCopy(Document &document, const Entry &copy);
+
 PastePlace placeForPaste(const Document &document, const Entry *source);
 
 // Where the selection goes when an entry is removed: to the previous sibling, else the next one, else the parent.

@@ -74,8 +74,12 @@ void deleteAll(Document &document, const std::vector<Entry *> &entries)
     document.dismiss(NoticeKind::DocumentFull);
     // As NodeDelete does for each.
     for (Entry *parent : parents) {
-        if (parent->childCount() == 0)
-            document.tree.setExpanded(parent, false);
+        if (parent->childCount() > 0)
+            continue;
+        // A bulk change tells nobody of it.
+        if (parent->expanded())
+            document.m_iExpansionLevel = parent->isRoot() ? 1 : 0;
+        document.tree.setExpanded(parent, false);
     }
 }
 
@@ -161,9 +165,11 @@ void OutlinePasteTaggedEntries()
         // Each copy is the place of the next, so the copies stand in the order of their sources.
         for (const Entry *source : tagged) {
             const modNodes::PastePlace place = modNodes::placeForPaste(document, source);
-            document.tree.select(modNodes::withRoom(document, [&] {
+            Entry *copy = modNodes::withRoom(document, [&] {
                 return document.tree.insertCopy(document.tree, source, place.relationship, place.relative);
-            }));
+            });
+            modNodes::noteExpandedCopy(document, *copy);
+            document.tree.select(copy);
         }
     });
 }

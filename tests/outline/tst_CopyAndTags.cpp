@@ -44,6 +44,10 @@ private Q_SLOTS:
     void aTaggedEntryInsideATaggedOnePastesOnce();
     void deleteTaggedSelectsTheRootWhenTheSelectionGoes_data();
     void deleteTaggedSelectsTheRootWhenTheSelectionGoes();
+    void deletingTheTaggedEntriesOfAnOpenParentReleasesTheLevel_data();
+    void deletingTheTaggedEntriesOfAnOpenParentReleasesTheLevel();
+    void pastingAnOpenEntryReleasesTheLevel_data();
+    void pastingAnOpenEntryReleasesTheLevel();
     void aDeclinedDeleteOfTaggedEntriesKeepsThem();
     void taggedEntriesThatDoNotFitLeaveTheLastCopySelected();
     void tenThousandTaggedEntries();
@@ -348,6 +352,54 @@ void tst_CopyAndTags::deleteTaggedSelectsTheRootWhenTheSelectionGoes()
     QVERIFY(!fixture.entry(u"B1"_s));
     QVERIFY(!fixture.entry(u"B"_s)->expanded());
     QCOMPARE(fixture.document().tree.selected(), fixture.entry(afterwards));
+}
+
+void tst_CopyAndTags::deletingTheTaggedEntriesOfAnOpenParentReleasesTheLevel_data()
+{
+    QTest::addColumn<QStringList>("outline");
+    QTest::addColumn<int>("level");
+    QTest::newRow("its only child") << QStringList{u"Root +<"_s, u" A +"_s, u"  B *"_s, u" C"_s} << 0;
+    QTest::newRow("one of two") << QStringList{u"Root +<"_s, u" A +"_s, u"  B *"_s, u"  B2"_s, u" C"_s} << -1;
+    QTest::newRow("all that the root has") << QStringList{u"Root +<"_s, u" A *+"_s, u"  B"_s, u" C *"_s} << 1;
+}
+
+void tst_CopyAndTags::deletingTheTaggedEntriesOfAnOpenParentReleasesTheLevel()
+{
+    QFETCH(const QStringList, outline);
+    QFETCH(const int, level);
+    OutlineFixture fixture(outline);
+    modOutline::OutlineExpandAll();
+    QCOMPARE(fixture.document().m_iExpansionLevel, qint16(-1));
+    fixture.fakes.dialogs.answers = {Answer::Yes};
+    modOutline::OutlineDeleteTaggedEntries();
+    QCOMPARE(fixture.document().m_iExpansionLevel, static_cast<qint16>(level));
+}
+
+void tst_CopyAndTags::pastingAnOpenEntryReleasesTheLevel_data()
+{
+    QTest::addColumn<bool>("open");
+    QTest::addColumn<bool>("tagged");
+    QTest::newRow("open") << true << false;
+    QTest::newRow("closed") << false << false;
+    QTest::newRow("open and tagged") << true << true;
+    QTest::newRow("closed and tagged") << false << true;
+}
+
+void tst_CopyAndTags::pastingAnOpenEntryReleasesTheLevel()
+{
+    QFETCH(const bool, open);
+    QFETCH(const bool, tagged);
+    OutlineFixture fixture({u"Root +"_s, u" A *"_s, u"  B"_s, u" C <"_s});
+    modOutline::OutlineExpandToLevel(2);
+    fixture.document().tree.setExpanded(fixture.entry(u"A"_s), open);
+    fixture.document().m_iExpansionLevel = 2;
+    modOutline::copiedEntry().set(&fixture.document().tree, fixture.entry(u"A"_s));
+    if (tagged)
+        modOutline::OutlinePasteTaggedEntries();
+    else
+        modOutline::OutlinePaste();
+    QCOMPARE(fixture.document().tree.entryCount(), 6);
+    QCOMPARE(fixture.document().m_iExpansionLevel, static_cast<qint16>(open ? 0 : 2));
 }
 
 void tst_CopyAndTags::aDeclinedDeleteOfTaggedEntriesKeepsThem()
