@@ -127,6 +127,8 @@ frmMain::~frmMain()
 {
     // The documents' windows may still call this one while they go.
     m_area->disconnect(this);
+    for (const DocumentFrame *frame : findChildren<DocumentFrame *>())
+        frame->form()->document().tree.disconnect(this);
     m_active = nullptr;
     for (DocumentFrame *frame : std::exchange(m_frames, {})) {
         frame->disconnect(this);
@@ -179,6 +181,8 @@ Document &frmMain::createDocument()
     auto *form = new frmDocument;
     auto *frame = new DocumentFrame(form);
     connect(frame, &DocumentFrame::closed, this, &frmMain::frameClosed);
+    // Only then is the document gone, and an entry copied from it with it.
+    connect(&form->document().tree, &QObject::destroyed, this, &frmMain::MenuEnableDynamic);
     m_area->addSubWindow(frame);
     m_frames.push_back(frame);
     // Before the main window shows, the area activates nothing by itself.
@@ -221,6 +225,8 @@ void frmMain::MenuEnable(int documentCount)
         m_menus->applyRules(menuEnableRules(), state);
         m_toolbar->applyMenuEnable(state);
     });
+    // What depends on the selected entry too is never left half said.
+    MenuEnableDynamic();
 }
 
 void frmMain::MenuEnableDynamic()

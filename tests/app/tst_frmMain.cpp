@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "app/CommandTable.h"
 #include "app/MainFixture.h"
 #include "app/frmAbout.h"
 #include "model/modDoc.h"
@@ -15,6 +16,7 @@
 #include <QStatusBar>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
 #include <QUrl>
 
 using namespace Qt::StringLiterals;
@@ -39,6 +41,9 @@ private Q_SLOTS:
     void aNewDocumentIsTheActiveOneEvenBeforeTheMainWindowShows();
     void documentsAreListedInTheOrderOfTheirOpening();
     void aClosedDocumentIsNoLongerListedAndAnotherOneIsActive();
+    void pastingEndsWithTheDocumentOfTheCopiedEntry();
+    void everyRefreshOfTheCommandsTellsTheWholeState_data();
+    void everyRefreshOfTheCommandsTellsTheWholeState();
     void closingTheLastDocumentGreysItsCommands();
     void closingWithNoDocumentOpenAsksNothing();
     void refusingToExitLeavesEverythingAsItIs_data();
@@ -218,6 +223,59 @@ void tst_frmMain::aClosedDocumentIsNoLongerListedAndAnotherOneIsActive()
     QCOMPARE(iDocumentCount, qint16(1));
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCOMPARE(DocumentActive(), &first);
+}
+
+void tst_frmMain::pastingEndsWithTheDocumentOfTheCopiedEntry()
+{
+    m_main->start();
+    newDocument();
+    Document &source = newDocument();
+    m_main->choose("mnuOutlineCopy");
+    QVERIFY(m_main->enabled("mnuOutlinePaste"));
+    source.m_bDataChanged = false;
+    m_main->choose("mnuFileClose");
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!m_main->enabled("mnuOutlinePaste"));
+}
+
+void tst_frmMain::everyRefreshOfTheCommandsTellsTheWholeState_data()
+{
+    QTest::addColumn<QString>("situation");
+    for (const char *situation : {"no document", "outline", "text", "read-only", "nothing selected"})
+        QTest::newRow(situation) << QString::fromLatin1(situation);
+}
+
+void tst_frmMain::everyRefreshOfTheCommandsTellsTheWholeState()
+{
+    QFETCH(const QString, situation);
+    m_main->start();
+    if (situation == u"read-only"_s) {
+        const QString file = m_main->app.makeFile(u"locked.txt"_s, "text");
+        QVERIFY(QFile::setPermissions(file, QFileDevice::ReadOwner));
+        modDoc::DocLoad(file);
+    } else if (situation != u"no document"_s) {
+        newDocument();
+    }
+    if (situation == u"text"_s)
+        m_main->choose("mnuViewGoToText");
+    if (situation == u"nothing selected"_s)
+        DocumentActive()->tree.select(nullptr);
+    const auto state = [this] {
+        QStringList found;
+        for (const CommandRow &row : commandTable) {
+            if (m_main->enabled(std::string(row.name).c_str()))
+                found.append(QString::fromLatin1(row.name.data(), static_cast<qsizetype>(row.name.size())));
+        }
+        for (const QToolButton *button : m_main->main.findChildren<QToolButton *>()) {
+            if (!button->isHidden())
+                found.append(button->text());
+        }
+        return found;
+    };
+    m_main->main.MenuEnableDynamic();
+    const QStringList whole = state();
+    m_main->main.MenuEnable(iDocumentCount);
+    QCOMPARE(state(), whole);
 }
 
 void tst_frmMain::closingTheLastDocumentGreysItsCommands()
