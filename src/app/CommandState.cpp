@@ -202,20 +202,19 @@ CommandState currentCommandState()
 {
     CommandState state;
     state.documentCount = iDocumentCount;
-    const std::vector<Document *> all = ports().windows->documents();
-    state.AnyWritable = std::any_of(all.begin(), all.end(), [](const Document *each) { return each->mayBeSaved(); });
-
     const Document *active = DocumentActive();
     if (!active)
         return state;
-    state.ActiveWritable = !active->bReadOnly();
-    state.ActiveSavable = active->mayBeSaved();
+    state.ActiveWritable = !active->bReadOnlyAsSeen();
+    state.ActiveSavable = active->mayBeSavedAsSeen();
     const Entry *entry = active->tree.selected();
     if (!entry)
         return state;
     state.Selected = true;
     state.Writable = state.ActiveWritable;
     state.Savable = state.ActiveSavable;
+    const std::vector<Document *> all = ports().windows->documents();
+    state.AnyWritable = std::ranges::any_of(all, &Document::mayBeSavedAsSeen);
     state.TaggedExist = modNodes::NodesTaggedExist();
     state.Copied = modOutline::copiedEntry().entry() != nullptr;
     state.TextWithheld = active->bTextWithheld();

@@ -13,8 +13,8 @@
 class Document;
 
 // What menus and toolbar depend on: facts about the open documents and the selected entry. Without an active document,
-// or without a selected entry in it, all of it but the number of documents and what begins with Active and Any is
-// false.
+// or without a selected entry in it, all of it but the number of documents and what begins with Active is false. What
+// the file system says is what it said when the documents' files were last looked at.
 struct CommandState {
     int documentCount = 0;
     // An active document may be written, whether or not an entry is selected.

@@ -43,6 +43,13 @@ void Document::updateTextLock()
     txtRTF.setLocked(!entry || m_textWithheld || m_fileAccess == FileAccess::ReadOnly);
 }
 
+bool Document::bReadOnlyAsSeen() const
+{
+    if (!m_seenFile || m_seenFile->sFile != m_sFile)
+        m_seenFile = SeenFile{m_sFile, bReadOnly()};
+    return m_seenFile->bReadOnly;
+}
+
 void Document::tell(DocumentNotice told)
 {
     const auto place = std::ranges::lower_bound(m_notices, told.kind, {}, &DocumentNotice::kind);

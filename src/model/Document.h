@@ -39,6 +39,14 @@ public:
     // read-only is not to take away what was changed before.
     bool mayBeSaved() const { return m_fileAccess == FileAccess::Writable || !bReadOnly(); }
 
+    // The same by what was seen when the file was last looked at: for menus and buttons, which ask at every step.
+    bool bReadOnlyAsSeen() const;
+
+    bool mayBeSavedAsSeen() const { return m_fileAccess == FileAccess::Writable || !bReadOnlyAsSeen(); }
+
+    // To be called when the window gets the keyboard and when the file was written.
+    void lookAtFileAgain() { m_seenFile.reset(); }
+
     // Whether closing would lose what is not in the document's file.
     bool hasUnsavedChanges() const { return m_bDataChanged || m_bSaveRefused; }
 
@@ -103,7 +111,13 @@ public:
     DocumentWindow &window;
 
 private:
+    struct SeenFile {
+        QString sFile;
+        bool bReadOnly = false;
+    };
+
     std::vector<DocumentNotice> m_notices;
     std::unique_ptr<TextCheck> m_textCheck;
     bool m_textWithheld = false;
+    mutable std::optional<SeenFile> m_seenFile;
 };

@@ -131,6 +131,7 @@ void writeDocument(Document &document)
 // A document that was opened read-only and now has a file of its own can be edited.
 void unlockSaved(Document &document)
 {
+    document.lookAtFileAgain();
     if (std::exchange(document.m_fileAccess, FileAccess::Writable) != FileAccess::ReadOnly)
         return;
     document.updateTextLock();

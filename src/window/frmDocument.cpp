@@ -130,6 +130,7 @@ void frmDocument::autoFitSplit()
 
 void frmDocument::Form_Activate()
 {
+    m_document->lookAtFileAgain();
     procedure("frmDocument Form_Activate", [this] {
         if (bBusy)
             return;
@@ -380,6 +381,7 @@ void frmDocument::paneGotFocus(bool outline)
     if (m_paneHolds > 0)
         return;
     procedure(outline ? "frmDocument trvOutline_GotFocus" : "frmDocument txtRTF_GotFocus", [&] {
+        m_document->lookAtFileAgain();
         m_document->m_bOutlineHasFocus = outline;
         m_document->m_bTextHasFocus = !outline;
         m_lastPane = outline ? static_cast<QWidget *>(treeView) : textBox;

@@ -348,7 +348,8 @@ void tst_CommandState::withoutASelectedEntryOnlyTheDocumentsCount()
     Document &document = ports().windows->createDocument();
     document.m_bOutlineHasFocus = true;
     state = currentCommandState();
-    QVERIFY(state.Open() && state.AnyWritable && state.ActiveWritable);
+    QVERIFY(state.Open() && state.ActiveWritable);
+    QVERIFY(!state.AnyWritable);
     QVERIFY(!state.Selected && !state.Writable && !state.OutlineFocus && !state.IsRoot);
 }
 
@@ -379,6 +380,7 @@ void tst_CommandState::saveAllNeedsAnyDocumentThatMayBeWritten()
     Document &writable = fakes.windows.createDocument();
     Document &readOnly = fakes.windows.createDocument();
     readOnly.m_sFile = path;
+    readOnly.tree.select(readOnly.tree.insert(Relationship::tvwFirst, nullptr));
     QVERIFY(readOnly.bReadOnly());
     CommandState state = currentCommandState();
     QVERIFY(state.AnyWritable && !state.ActiveWritable);

@@ -199,6 +199,7 @@ void tst_OutlineMenu::aReadOnlyDocumentIsNotChanged()
     QCOMPARE(modDoc::DocSave(file), SaveOutcome::Saved);
     document.m_sFile = file;
     QVERIFY(QFile::setPermissions(file, QFile::ReadOwner));
+    document.lookAtFileAgain();
     modOutline::OutlineCopy();
     m_main->main.MenuEnableDynamic();
     QCOMPARE(m_main->enabled(item.item), item.onReadOnly);

@@ -44,6 +44,7 @@ private Q_SLOTS:
     void pastingEndsWithTheDocumentOfTheCopiedEntry();
     void everyRefreshOfTheCommandsTellsTheWholeState_data();
     void everyRefreshOfTheCommandsTellsTheWholeState();
+    void aFileThatTurnsReadOnlyIsSeenWhenTheKeyboardComesAndNotAtEachStep();
     void closingTheLastDocumentGreysItsCommands();
     void closingWithNoDocumentOpenAsksNothing();
     void refusingToExitLeavesEverythingAsItIs_data();
@@ -276,6 +277,27 @@ void tst_frmMain::everyRefreshOfTheCommandsTellsTheWholeState()
     const QStringList whole = state();
     m_main->main.MenuEnable(iDocumentCount);
     QCOMPARE(state(), whole);
+}
+
+void tst_frmMain::aFileThatTurnsReadOnlyIsSeenWhenTheKeyboardComesAndNotAtEachStep()
+{
+    m_main->start();
+    m_main->main.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&m_main->main));
+    Document &document = newDocument();
+    modNodes::NodeInsert(document, Relationship::tvwChild, document.tree.root());
+    document.m_sFile = m_main->app.folder.filePath(u"saved.qly"_s);
+    m_main->choose("mnuFileSave");
+    QVERIFY(QFile::setPermissions(document.m_sFile, QFileDevice::ReadOwner));
+    modNodes::NodeSelectFull(document, document.tree.root()->child(0));
+    modNodes::NodeSelectFull(document, document.tree.root());
+    QVERIFY(m_main->enabled("mnuOutlineRename"));
+    QVERIFY(document.bReadOnly());
+    m_main->choose("mnuViewGoToText");
+    QVERIFY(!m_main->enabled("mnuOutlineRename"));
+    QVERIFY(QFile::setPermissions(document.m_sFile, QFileDevice::ReadOwner | QFileDevice::WriteOwner));
+    m_main->choose("mnuViewGoToOutline");
+    QVERIFY(m_main->enabled("mnuOutlineRename"));
 }
 
 void tst_frmMain::closingTheLastDocumentGreysItsCommands()
