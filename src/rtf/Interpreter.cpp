@@ -3,6 +3,8 @@
 
 #include "rtf/Interpreter.h"
 
+#include <algorithm>
+
 namespace rtf
 {
 
@@ -342,7 +344,10 @@ void Interpreter::takeText(QStringView text)
     switch (m_state.destination) {
     case Destination::Content:
     case Destination::ShapeText:
-        if (!text.isEmpty()) {
+        if (isBehindCell() && std::ranges::all_of(text, [](QChar c) { return c == QLatin1Char(' '); })) {
+            m_blanks += text;
+        } else if (!text.isEmpty()) {
+            takeBlanks();
             m_sink.text(text, m_state.chars);
             m_hasContent = true;
             ++m_shown;

@@ -142,7 +142,8 @@ private:
     void endContentParagraph();
     void endCell(int depth);
     void endRow(int depth, const RowState &row);
-    void dropBlanksBehindCell();
+    bool isBehindCell() const;
+    void takeBlanks();
     void endNestedRow();
     void closeRowsBelow(int depth);
     void finish();
@@ -218,6 +219,7 @@ private:
     QHash<int, RowState> m_nestedRows; // the last that was defined, by depth
     CellState m_cell;
     std::vector<OpenRow> m_openRows;
+    QString m_blanks;            // behind a cell, as long as nothing else has come
     bool m_hasContent = false;   // text or a picture since the last paragraph
     bool m_hasParagraph = false; // any paragraph so far
     bool m_pageBreak = false;    // \page before the paragraph that comes

@@ -19,6 +19,7 @@ int Interpreter::tableDepth() const
 void Interpreter::endParagraph(int depth)
 {
     flush();
+    takeBlanks();
     closeRowsBelow(depth);
     while (m_openRows.size() < std::size_t(depth)) {
         m_openRows.emplace_back();
@@ -53,6 +54,7 @@ void Interpreter::endParagraph(int depth)
 void Interpreter::endContentParagraph()
 {
     flush();
+    takeBlanks();
     if (m_hasContent) {
         endParagraph(tableDepth());
     }
@@ -75,7 +77,8 @@ void Interpreter::endCell(int depth)
 // Ends the row at this depth and all inside it. A row without cells is none.
 void Interpreter::endRow(int depth, const RowState &row)
 {
-    dropBlanksBehindCell();
+    flush();
+    m_blanks.clear(); // between the last cell and the end of its row they are notation
     endContentParagraph();
     closeRowsBelow(depth);
     if (m_openRows.size() < std::size_t(depth)) {
@@ -95,16 +98,21 @@ void Interpreter::endRow(int depth, const RowState &row)
     }
 }
 
-// Blanks between the last cell and the end of its row are notation, and no cell.
-void Interpreter::dropBlanksBehindCell()
+// Whether a cell has ended and nothing of another one has come.
+bool Interpreter::isBehindCell() const
 {
-    const bool isBehindCell = !m_openRows.empty() && m_openRows.back().cells > 0 && !m_openRows.back().cellIsOpen;
-    if (!isBehindCell || m_hasContent) {
-        return;
-    }
-    const QStringView text = m_characters.text();
-    if (std::ranges::all_of(text, [](QChar c) { return c == QLatin1Char(' '); })) {
-        m_characters.clear();
+    return !m_hasContent && !m_openRows.empty() && m_openRows.back().cells > 0 && !m_openRows.back().cellIsOpen;
+}
+
+// Blanks behind a cell that turn out to be text.
+void Interpreter::takeBlanks()
+{
+    if (!m_blanks.isEmpty()) {
+        m_sink.text(m_blanks, m_state.chars);
+        m_blanks.clear();
+        m_hasContent = true;
+        ++m_shown;
+        m_shownField = m_state.chars[CharNumber::Link];
     }
 }
 
@@ -143,6 +151,7 @@ void Interpreter::closeRowsBelow(int depth)
 void Interpreter::finish()
 {
     flush();
+    takeBlanks();
     const auto isPicture = [](const Group &group) { return group.destination == Destination::Picture; };
     if (isPicture(m_state) || std::ranges::any_of(m_stack, isPicture)) {
         finishPicture(); // the text was cut off inside it

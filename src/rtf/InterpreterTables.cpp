@@ -321,6 +321,7 @@ void Interpreter::addPictureText(QByteArrayView bytes)
 
 void Interpreter::finishPicture()
 {
+    takeBlanks();
     m_sink.picture(m_picture, m_state.chars);
     m_hasContent = true;
     ++m_shown;

@@ -245,8 +245,14 @@ void TestRtfHabits::blanksBehindTheLastCellAreNoCell()
     };
     QCOMPARE(columns("  "), 2);
     QCOMPARE(columns("    "), 2);
+    QCOMPARE(columns(" {\\b  }\\fs30 "), 2);
+    QCOMPARE(columns(" {\\b  }C"), 3);
     QCOMPARE(columns(" C"), 3);
     QCOMPARE(columns("\\~"), 3);
+    for (const QByteArray end : {"\\row", "{\\fs30}\\row", "\\b\\row", "\\b\\par\\row", "\\b x\\row", "\\b",
+                                 "\\i\\sect", "{\\pict 01}\\row", "\\cell\\row"}) {
+        QCOMPARE(rtftest::roundTripFault("{\\rtf1\\trowd\\cellx1000\\intbl A\\cell  " + end + "}"), QString());
+    }
     QCOMPARE(rtf::toPlainText("{\\rtf1\\trowd\\cellx1000\\intbl A\\cell  \\row\\pard x}"),
              rtf::plainText(*documentOf("{\\rtf1\\trowd\\cellx1000\\intbl A\\cell\\row\\pard x}")));
 }
