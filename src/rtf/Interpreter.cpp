@@ -345,6 +345,7 @@ void Interpreter::takeText(QStringView text)
     case Destination::Content:
     case Destination::ShapeText:
         if (isBehindCell() && std::ranges::all_of(text, [](QChar c) { return c == QLatin1Char(' '); })) {
+            m_blankChars = m_blanks.isEmpty() ? m_state.chars : m_blankChars;
             m_blanks += text;
         } else if (!text.isEmpty()) {
             takeBlanks();

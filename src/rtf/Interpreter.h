@@ -219,6 +219,7 @@ private:
     QHash<int, RowState> m_nestedRows; // the last that was defined, by depth
     CellState m_cell;
     std::vector<OpenRow> m_openRows;
+    CharState m_blankChars;
     QString m_blanks;            // behind a cell, as long as nothing else has come
     bool m_hasContent = false;   // text or a picture since the last paragraph
     bool m_hasParagraph = false; // any paragraph so far

@@ -101,18 +101,19 @@ void Interpreter::endRow(int depth, const RowState &row)
 // Whether a cell has ended and nothing of another one has come.
 bool Interpreter::isBehindCell() const
 {
-    return !m_hasContent && !m_openRows.empty() && m_openRows.back().cells > 0 && !m_openRows.back().cellIsOpen;
+    return !m_hasContent && m_state.chars[CharNumber::Link] == 0 && !m_openRows.empty() &&
+           m_openRows.back().cells > 0 && !m_openRows.back().cellIsOpen;
 }
 
 // Blanks behind a cell that turn out to be text.
 void Interpreter::takeBlanks()
 {
     if (!m_blanks.isEmpty()) {
-        m_sink.text(m_blanks, m_state.chars);
+        m_sink.text(m_blanks, m_blankChars);
         m_blanks.clear();
         m_hasContent = true;
         ++m_shown;
-        m_shownField = m_state.chars[CharNumber::Link];
+        m_shownField = 0;
     }
 }
 
