@@ -18,7 +18,8 @@ class EntryRef;
 enum class Relationship { tvwFirst = 0, tvwLast = 1, tvwNext = 2, tvwPrevious = 3, tvwChild = 4 };
 
 // The outline of one document: a single-rooted, ordered tree of entries with the selected entry and the order of
-// insertion. It is the item model that the outline pane shows (one column; the label is the display and edit role).
+// insertion. It is the item model that the outline pane shows (one column; the label is the edit role, and the display
+// role what is shown of it).
 // At most 32767 entries: one more is run-time error 6. No operation recurses on the depth of the tree.
 class EntryTree final : public QAbstractItemModel
 {

@@ -4,6 +4,7 @@
 // The tree as an item model: what the outline pane reads and is told.
 
 #include "model/EntryTree.h"
+#include "model/ShownLabel.h"
 
 using namespace Qt::StringLiterals;
 
@@ -68,6 +69,7 @@ QVariant EntryTree::data(const QModelIndex &index, int role) const
         return QVariant();
     switch (role) {
     case Qt::DisplayRole:
+        return shownLabel(entry->m_label);
     case Qt::EditRole:
         return entry->m_label;
     case Qt::AccessibleDescriptionRole:

@@ -35,6 +35,16 @@ constexpr qsizetype longestText = 20'000'000;
 // Characters that may be typed or pasted into a label.
 constexpr int longestLabel = 32'767;
 
+// Characters of a label that the outline and the status bar show. A row is laid out whole whatever of it is in sight,
+// and every row's width is asked for.
+constexpr qsizetype shownLabel = 1000;
+
+// Characters of a label from a file that its editor takes. The editor lays out the whole of them at each key.
+constexpr qsizetype longestEditedLabel = 100'000;
+
+// Characters of a label that are printed.
+constexpr qsizetype printedLabel = longestLabel;
+
 // What is pasted with its formatting: HTML elements, and cells of tables. Beyond, laying it out takes many seconds.
 constexpr qsizetype mostElements = 100'000;
 constexpr qsizetype mostCells = 20'000;

@@ -5,6 +5,7 @@
 
 #include "model/Document.h"
 #include "model/Limits.h"
+#include "model/ShownLabel.h"
 #include "model/StoredText.h"
 
 #include "util/Procedure.h"
@@ -173,10 +174,4 @@ void tellOfDamagedTexts(Document &document, const QStringList &labels, qsizetype
     document.tell({NoticeKind::DamagedText,
                    what + u" What there is of it is kept in the file as it is; \"Clear entry text\" in the Edit menu "
                           "makes room for a new text."_s});
-}
-
-QString briefLabel(const QString &label)
-{
-    constexpr qsizetype longest = 40;
-    return label.size() <= longest ? label : label.left(longest - 1) + u'\u2026';
 }

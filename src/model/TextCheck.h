@@ -44,6 +44,3 @@ private:
 
 // Tells that so many texts are damaged, those of the labels among them.
 void tellOfDamagedTexts(Document &document, const QStringList &labels, qsizetype count);
-
-// A label as it is named in a sentence: shortened where it is long.
-QString briefLabel(const QString &label);

@@ -8,6 +8,7 @@
 #include "model/Document.h"
 #include "model/Globals.h"
 #include "model/Ports.h"
+#include "model/ShownLabel.h"
 #include "model/ShownText.h"
 #include "model/StoredText.h"
 #include "model/TextCheck.h"

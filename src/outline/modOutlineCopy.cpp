@@ -6,6 +6,7 @@
 #include "outline/OutlineCommand.h"
 #include "outline/modOutline.h"
 
+#include "model/ShownLabel.h"
 #include "model/modNodes.h"
 
 #include <QScopeGuard>
@@ -51,14 +52,9 @@ bool liesWithin(const Entry *entry, const std::vector<Entry *> &subtrees)
 QString labelForQuestion(const QString &label)
 {
     constexpr qsizetype most = 80;
-    QString shown = label.simplified().size() > most || label.contains(u'\n') ? label.simplified() : label;
-    if (shown.size() <= most)
-        return shown;
-    qsizetype end = most - 1;
-    // Half a character is no text.
-    if (shown.at(end).isLowSurrogate())
-        --end;
-    return shown.left(end) + u'…';
+    const QString beginning = shownLabel(label);
+    const QString oneLine = beginning.simplified();
+    return shownLabel(oneLine.size() > most || beginning.contains(u'\n') ? oneLine : beginning, most);
 }
 
 void deleteAll(Document &document, const std::vector<Entry *> &entries)

@@ -54,6 +54,19 @@ void bound(QLineEdit &line, qsizetype length)
                      Qt::ConnectionType(Qt::QueuedConnection | Qt::SingleShotConnection));
 }
 
+// Opened all the same, the editor would stand still at each key. What it took would be less than the label.
+void tellOfEndlessLabel(qsizetype length)
+{
+    const auto tell = [length] {
+        if (Dialogs *dialogs = ports().dialogs)
+            dialogs->inform(u"This label has %L1 characters, and only labels of up to %L2 can be edited. It is kept "
+                            "whole; the outline shows its beginning."_s.arg(length)
+                                .arg(limits::longestEditedLabel));
+    };
+    // Whoever asked for the editor is to be done before the message takes the keyboard.
+    QMetaObject::invokeMethod(qApp, tell, Qt::QueuedConnection);
+}
+
 } // namespace
 
 LabelDelegate::LabelDelegate(TreeView *view)
@@ -71,12 +84,17 @@ QString LabelDelegate::displayText(const QVariant &value, const QLocale &) const
 QWidget *LabelDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem &option,
                                      const QModelIndex &index) const
 {
+    const qsizetype length = index.data(Qt::EditRole).toString().size();
+    if (length > limits::longestEditedLabel) {
+        tellOfEndlessLabel(length);
+        return nullptr;
+    }
     m_editor = QStyledItemDelegate::createEditor(parent, option, index);
     m_composed.clear();
     m_editor->setObjectName("labelEditor"_L1);
     m_editor->setAccessibleName(u"Label"_s);
     if (QLineEdit *line = qobject_cast<QLineEdit *>(m_editor))
-        bound(*line, index.data(Qt::EditRole).toString().size());
+        bound(*line, length);
     connect(qApp, &QApplication::focusChanged, m_editor, [this](const QWidget *from, const QWidget *to) {
         if (qobject_cast<const QMenuBar *>(from) && to != m_editor)
             m_view->EndLabelEdit();

@@ -4,6 +4,7 @@
 #include "platform/OutlineWidth.h"
 
 #include "model/EntryTree.h"
+#include "model/ShownLabel.h"
 #include "platform/TreeView.h"
 
 #include <QEvent>
@@ -87,7 +88,7 @@ void OutlineWidth::measure()
     const Entry *entry = m_tree.root();
     while (entry) {
         ++m_rows;
-        candidates.push_back({entry, level * m_view.indentation() + estimate(entry->label())});
+        candidates.push_back({entry, level * m_view.indentation() + estimate(shownLabel(entry->label()))});
         if (entry->expanded() && entry->childCount() > 0 && level <= TreeView::deepestOpenLevel) {
             entry = entry->firstChild();
             ++level;

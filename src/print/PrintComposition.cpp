@@ -4,6 +4,7 @@
 #include "print/PrintComposition.h"
 
 #include "model/Document.h"
+#include "model/ShownLabel.h"
 #include "model/ShownText.h"
 #include "rtf/Looks.h"
 #include "rtf/Rtf.h"
@@ -259,7 +260,7 @@ void PrintComposition::addHeading(QTextCursor &cursor, const Entry *entry, bool 
     cursor.setBlockFormat(paragraph);
     cursor.setBlockCharFormat(characters);
     // A label is one line, whatever characters it holds.
-    QString label = entry->label();
+    QString label = shownLabel(entry->label(), limits::printedLabel);
     for (QChar &character : label) {
         if (character == u'\n' || character == u'\r' || character == QChar::ParagraphSeparator)
             character = u' ';

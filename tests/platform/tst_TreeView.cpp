@@ -5,9 +5,12 @@
 
 #include "model/EntryTree.h"
 #include "model/Limits.h"
+#include "model/ShownLabel.h"
+#include "platform/OutlineWidth.h"
 #include "support/FakePorts.h"
 
 #include <QAbstractItemModelTester>
+#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QLineEdit>
@@ -136,6 +139,8 @@ private Q_SLOTS:
     void automaticLabelEditOpensOnASecondClick();
     void aSecondClickBesideTheLabelDoesNotEdit();
     void aVeryLongLabelIsNotCut();
+    void labelsAreEditedUpToABound();
+    void aLabelOfMegabytesIsNoWiderThanItsBeginning();
     void noMoreIsPastedIntoALabelThanItHasRoomFor();
     void tabLeavesThePane();
     void aHiddenPaneKeepsFocusAndScrollsWhenShown();
@@ -819,6 +824,46 @@ void tst_TreeView::aVeryLongLabelIsNotCut()
     m_tree->select(m_tree->root());
     m_view->StartLabelEdit();
     m_view->EndLabelEdit();
+    QCOMPARE(m_tree->root()->label(), label);
+}
+
+void tst_TreeView::labelsAreEditedUpToABound()
+{
+    FakePorts fakes;
+    build(*m_tree, garden);
+    m_tree->select(m_tree->root());
+    const QString longest(limits::longestEditedLabel, u'x');
+    m_tree->setLabel(m_tree->root(), longest);
+    m_view->StartLabelEdit();
+    QVERIFY(editor());
+    QCOMPARE(editor()->text(), longest);
+    m_view->EndLabelEdit();
+    QCOMPARE(m_tree->root()->label(), longest);
+    QTRY_VERIFY(!editor());
+    QCOMPARE(fakes.dialogs.informations, QStringList());
+
+    m_tree->setLabel(m_tree->root(), longest + u'x');
+    m_view->StartLabelEdit();
+    QVERIFY(!editor());
+    QCoreApplication::processEvents();
+    QCOMPARE(fakes.dialogs.informations.size(), 1);
+    QVERIFY(fakes.dialogs.informations[0].contains(u"It is kept whole"_s));
+    m_view->EndLabelEdit();
+    QCOMPARE(m_tree->root()->label(), longest + u'x');
+}
+
+void tst_TreeView::aLabelOfMegabytesIsNoWiderThanItsBeginning()
+{
+    build(*m_tree, garden);
+    const QString label(5'000'000, u'x');
+    m_tree->setLabel(m_tree->root(), shownLabel(label));
+    OutlineWidth width(*m_view, *m_tree);
+    const int shown = width.widestRow();
+    m_tree->setLabel(m_tree->root(), label);
+    QCOMPARE(width.widestRow(), shown);
+    QCOMPARE(m_view->sizeHintForIndex(m_tree->indexOf(m_tree->root())).width(), shown - m_view->indentation());
+    QAccessibleInterface *row = QAccessible::queryAccessibleInterface(m_view)->child(1);
+    QCOMPARE(row->text(QAccessible::Name), shownLabel(label));
     QCOMPARE(m_tree->root()->label(), label);
 }
 

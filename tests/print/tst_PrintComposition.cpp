@@ -31,6 +31,7 @@ private Q_SLOTS:
 
     void oneEntry();
     void anEntryWithItsDescendantsInOutlineOrder();
+    void ofALabelWithoutEndTheBeginningIsPrinted();
     void headingsGetSmallerWithTheLevel();
     void headingSizesCountFromTheEntryThatPrintingBeginsWith();
     void anEntryWithoutATextIsItsLabel();
@@ -92,6 +93,17 @@ void tst_PrintComposition::anEntryWithItsDescendantsInOutlineOrder()
     QCOMPARE(lines(*compose(m_fixture->extent(document, u"Root"_s, true))),
              QStringList({u"20: Root"_s, u"text of Root"_s, u"17: A"_s, u"text of A"_s, u"15: B"_s, u"text of B"_s,
                           u"13.5: C"_s, u"text of C"_s, u"15: D"_s, u"text of D"_s, u"17: E"_s, u"text of E"_s}));
+}
+
+void tst_PrintComposition::ofALabelWithoutEndTheBeginningIsPrinted()
+{
+    Document &document = m_fixture->plant({u"Root"_s});
+    const QString label(limits::printedLabel, u'x');
+    for (const QString &longer : {label, label.repeated(100)}) {
+        document.tree.setLabel(document.tree.root(), longer);
+        QCOMPARE(lines(*compose({&document, document.tree.root(), false})).value(0).size(),
+                 label.size() + u"20: "_s.size());
+    }
 }
 
 void tst_PrintComposition::headingsGetSmallerWithTheLevel()
