@@ -117,7 +117,8 @@ qsizetype EntryReader::readRecord(qsizetype at)
     const int headerRecord = placeAmong(recordNames::header, name);
     if (headerRecord >= 0 && !m_hasHeader[static_cast<size_t>(headerRecord)])
         return readHeaderRecord(headerRecord, at);
-    return keepForeignRecord(at);
+    // Written before the one that counts, it would be the first itself.
+    return keepForeignRecord(at, m_entry ? m_behind : std::max(m_behind, headerRecord + 1));
 }
 
 qsizetype EntryReader::readHeaderRecord(int record, qsizetype at)
@@ -128,7 +129,12 @@ qsizetype EntryReader::readHeaderRecord(int record, qsizetype at)
     else
         m_behind = record + 1;
     bool cut = false;
-    const qsizetype end = endRecord(nextBrace(at), cut);
+    const qsizetype brace = nextBrace(at);
+    if (const qsizetype next = nextOpener(at + 1); next < brace) {
+        m_damage.note(u"a record without its end", at);
+        return next;
+    }
+    const qsizetype end = endRecord(brace, cut);
     if (cut)
         m_remarks.note(u"a name was cut at its closing brace", at);
     return end;
@@ -190,7 +196,7 @@ qsizetype EntryReader::readExactLabel(qsizetype at)
 }
 
 // An unknown record is passed over like any reader of the format does, and kept to be written back.
-qsizetype EntryReader::keepForeignRecord(qsizetype at)
+qsizetype EntryReader::keepForeignRecord(qsizetype at, int behindRecords)
 {
     const qsizetype brace = nextBrace(at);
     bool holdsBraces = false;
@@ -206,10 +212,10 @@ qsizetype EntryReader::keepForeignRecord(qsizetype at)
         closing = recordEnd.sliced(1);
     }
     m_remarks.note(u"an unknown record", at);
-    const bool joins = !m_foreign.empty() && m_foreign.back().behind == m_behind &&
+    const bool joins = !m_foreign.empty() && m_foreign.back().behind == behindRecords &&
                        isOfEntry(m_foreign.back().bytes) == isOfEntry(record);
     if (!joins)
-        m_foreign.push_back({m_behind, QByteArray()});
+        m_foreign.push_back({behindRecords, QByteArray()});
     m_foreign.back().bytes.append(record).append(closing);
     return behind;
 }

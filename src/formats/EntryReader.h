@@ -39,7 +39,8 @@ private:
     qsizetype readHeaderRecord(int record, qsizetype at);
     qsizetype readEntryRecord(Record record, qsizetype at);
     qsizetype readExactLabel(qsizetype at);
-    qsizetype keepForeignRecord(qsizetype at);
+    // To be written back behind so many records of the program's own.
+    qsizetype keepForeignRecord(qsizetype at, int behindRecords);
     void takeText(qsizetype start, qsizetype end);
     void beginEntry(const QByteArray &path, qsizetype at);
     void completeEntry();

@@ -20,6 +20,9 @@ namespace
 qsizetype findOpener(QByteArrayView bytes, qsizetype from)
 {
     const QByteArrayView rest = bytes.sliced(from);
+    // Of a text without bytes there may be no address either, which memmem does not take.
+    if (rest.size() < modDoc::recordOpener.size())
+        return -1;
     const void *found = memmem(rest.data(), static_cast<size_t>(rest.size()), modDoc::recordOpener.data(),
                                static_cast<size_t>(modDoc::recordOpener.size()));
     return found ? static_cast<const char *>(found) - bytes.data() : -1;

@@ -17,9 +17,12 @@
 namespace
 {
 
+// Where another record opens within the value, its own end is missing.
 QString headerText(const QByteArray &buffer, const QByteArray &tagName)
 {
-    return AnsiCodec::toText(modDoc::DocLoadTag(buffer, tagName));
+    const QByteArray value = modDoc::DocLoadTag(buffer, tagName);
+    const qsizetype opener = value.indexOf(modDoc::recordOpener);
+    return AnsiCodec::toText(opener < 0 ? value : value.first(opener));
 }
 
 void loadFont(const QByteArray &buffer, const QByteArray &prefix, clsFont &font)

@@ -75,6 +75,11 @@ inline QByteArray writtenNative(const Document &document)
 // What one document says that the other does not, in words; empty when they say the same.
 inline QString otherWords(const Document &one, const Document &other)
 {
+    if (one.m_fntOutlineFont.Name() != other.m_fntOutlineFont.Name() ||
+        one.m_fntTextFont.Name() != other.m_fntTextFont.Name() ||
+        one.m_fntOutlineFont.Size() != other.m_fntOutlineFont.Size() ||
+        one.m_fntTextFont.Size() != other.m_fntTextFont.Size())
+        return QStringLiteral("another font");
     const Entry *left = one.tree.root();
     const Entry *right = other.tree.root();
     for (; left && right;

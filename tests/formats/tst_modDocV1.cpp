@@ -62,6 +62,8 @@ private Q_SLOTS:
     void aMissingSelectedKeySelectsTheRoot();
     void unknownRecordsAreWrittenBackWhereTheyStood();
     void unknownRecordsGoWhereTheirEntryGoes();
+    void ofHeaderRecordsOfOneNameTheFirstStaysTheFirst();
+    void aHeaderRecordEndsWhereTheNextOneOpens();
     void whatIsUnderstoodAllTheSameIsARemark_data();
     void whatIsUnderstoodAllTheSameIsARemark();
     void aLabelThatWasWrittenWithABraceOnlyIsCutAndTold();
@@ -803,6 +805,29 @@ void tst_modDocV1::unknownRecordsGoWhereTheirEntryGoes()
     tree.remove(tree.root()->child(1));
     tree.remove(tree.root()->child(2));
     QVERIFY(!FormatsFixture::savedNative(loaded).contains("nodenotes"));
+}
+
+void tst_modDocV1::ofHeaderRecordsOfOneNameTheFirstStaysTheFirst()
+{
+    QByteArray bytes = header + entry("0", "Root");
+    bytes.replace("{\\qlf_textfontname Arial}\r\n", "{\\qlf_textfontname Courier}\r\n");
+    bytes.replace("{\\qlf_outlinefontsize", "{\\qlf_textfontname Times}\r\n{\\qlf_outlinefontsize");
+    const Document &loaded = load(bytes).document;
+    QVERIFY(m_loaded);
+    QCOMPARE(loaded.m_fntTextFont.Name(), u"Times"_s);
+    const Document &again = load(FormatsFixture::savedNative(loaded), u"b.qly"_s).document;
+    QCOMPARE(again.m_fntTextFont.Name(), u"Times"_s);
+}
+
+void tst_modDocV1::aHeaderRecordEndsWhereTheNextOneOpens()
+{
+    QByteArray bytes = header + entry("0", "Root");
+    bytes.replace("{\\qlf_outlinefontname MS Sans Serif}\r\n", "{\\qlf_outlinefontname MS Sans {\\qlf_unknown x}\r\n");
+    const Document &loaded = load(bytes).document;
+    QVERIFY(!m_loaded);
+    QVERIFY(loaded.hasNotice(NoticeKind::NotReadWhole));
+    QCOMPARE(loaded.m_fntOutlineFont.Name(), u"MS Sans "_s);
+    QVERIFY(loaded.foreignHeader.at(0).bytes.contains("unknown x"));
 }
 
 void tst_modDocV1::whatIsUnderstoodAllTheSameIsARemark_data()
