@@ -199,6 +199,10 @@ qsizetype EntryReader::readExactLabel(qsizetype at)
 qsizetype EntryReader::keepForeignRecord(qsizetype at, int behindRecords)
 {
     const qsizetype brace = nextBrace(at);
+    if (const qsizetype next = nextOpener(at + 1); next < brace) {
+        m_damage.note(u"a record without its end", at);
+        return next;
+    }
     bool holdsBraces = false;
     const qsizetype behind = endRecord(brace, holdsBraces);
     if (brace == m_buffer.size())

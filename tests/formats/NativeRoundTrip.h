@@ -129,9 +129,8 @@ inline QString nativeFault(const QByteArray &bytes)
     if (const QByteArray again = writtenNative(second.document); again != written) {
         const auto at = std::ranges::mismatch(written, again).in1 - written.begin();
         return QStringLiteral("other bytes from %1 on: %2 became %3")
-            .arg(at)
-            .arg(QString::fromLatin1(written.mid(at, 60).toPercentEncoding(" {}")))
-            .arg(QString::fromLatin1(again.mid(at, 60).toPercentEncoding(" {}")));
+            .arg(QString::number(at), QString::fromLatin1(written.mid(at, 60).toPercentEncoding(" {}")),
+                 QString::fromLatin1(again.mid(at, 60).toPercentEncoding(" {}")));
     }
     return plainTextFault(first.document);
 }

@@ -64,6 +64,7 @@ private Q_SLOTS:
     void unknownRecordsGoWhereTheirEntryGoes();
     void ofHeaderRecordsOfOneNameTheFirstStaysTheFirst();
     void aHeaderRecordEndsWhereTheNextOneOpens();
+    void anUnknownRecordEndsWhereTheNextOneOpens();
     void whatIsUnderstoodAllTheSameIsARemark_data();
     void whatIsUnderstoodAllTheSameIsARemark();
     void aLabelThatWasWrittenWithABraceOnlyIsCutAndTold();
@@ -828,6 +829,17 @@ void tst_modDocV1::aHeaderRecordEndsWhereTheNextOneOpens()
     QVERIFY(loaded.hasNotice(NoticeKind::NotReadWhole));
     QCOMPARE(loaded.m_fntOutlineFont.Name(), u"MS Sans "_s);
     QVERIFY(loaded.foreignHeader.at(0).bytes.contains("unknown x"));
+}
+
+void tst_modDocV1::anUnknownRecordEndsWhereTheNextOneOpens()
+{
+    QByteArray bytes = header + entry("0", "Root");
+    bytes.replace("{\\qlf_outlinefontname", "{\\qlf_textfontsize 20}\r\n{\\qlf_outlinefontname");
+    bytes.replace("{\\qlf_textfontname Arial}", "{\\qlf_unknown x");
+    const Document &loaded = load(bytes).document;
+    QVERIFY(!m_loaded);
+    const Document &again = load(FormatsFixture::savedNative(loaded), u"b.qly"_s).document;
+    QCOMPARE(again.m_fntTextFont.Size(), loaded.m_fntTextFont.Size());
 }
 
 void tst_modDocV1::whatIsUnderstoodAllTheSameIsARemark_data()
