@@ -47,7 +47,6 @@ QString plainTextOf(const QByteArray &storedText)
     if (state == TextState::Beginning)
         throw RunTimeError(ErrorNumber::OutOfMemory,
                            u"Out of memory: a text is too long to be written as characters"_s);
-    if (rtf::isRtf(text))
-        return rtf::toPlainText(text);
-    return withBreaks(AnsiCodec::toText(text), u"\r\n");
+    // A line break within a paragraph, which the text pane counts as one character, ends a line of the file like any.
+    return withBreaks(rtf::isRtf(text) ? rtf::toPlainText(text) : AnsiCodec::toText(text), u"\r\n");
 }

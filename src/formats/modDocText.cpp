@@ -52,7 +52,7 @@ QString plainTextLayout(const Document &document)
         return layout;
     for (OutlineWalk walk(document.tree.root(), "0"); walk.entry(); walk.next()) {
         const Entry *entry = walk.entry();
-        layout += QLatin1StringView(walk.path()) + u' ' + entry->label() + "\r\n"_L1;
+        layout += withLineEnds(QLatin1StringView(walk.path()) + u' ' + entry->label());
         const QString text = withoutTrailingLineEnds(plainTextOf(document.tree.storedText(entry)));
         layout += text + "\r\n"_L1;
         if (!text.isEmpty())

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void trailingEmptyLines_data();
     void trailingEmptyLines();
     void formattedAndCompressedTexts();
+    void everyLineEndsWithCrLf();
     void headingsOfADeepOutline();
     void exportLeavesTheDocumentAsItWas();
     void exportedBytes_data();
@@ -118,6 +119,16 @@ void tst_modDocText::formattedAndCompressedTexts()
     document.tree.setStoredText(document.tree.root()->child(0), NodeTextCompressIfRequired(rtf));
     QCOMPARE(modDocText::plainTextLayout(document), u"0 Root\r\nBold and plain\r\nsecond\r\n\r\n"
                                                     "0.1 A\r\nBold and plain\r\nsecond\r\n\r\n"_s);
+}
+
+void tst_modDocText::everyLineEndsWithCrLf()
+{
+    Document &document = m_fixture->plant({u"Root"_s, u" A"_s}).document;
+    document.tree.setLabel(document.tree.root(), u"two\nlines"_s);
+    document.tree.setStoredText(document.tree.root(), "{\\rtf1 one\\line two\\par three\\line}");
+    document.tree.setStoredText(document.tree.root()->child(0), "one\ntwo\rthree");
+    QCOMPARE(modDocText::plainTextLayout(document), u"0 two\r\nlines\r\none\r\ntwo\r\nthree\r\n\r\n"
+                                                    "0.1 A\r\none\r\ntwo\r\nthree\r\n\r\n"_s);
 }
 
 void tst_modDocText::headingsOfADeepOutline()
