@@ -120,7 +120,8 @@ public:
         if (removeSource && isWithin(newParent, source))
             return;
         SlowEntry *pasted = duplicate(source, relationship, relative, false);
-        if (removeSource) {
+        // An outline keeps its root: of another document's it is a copy that comes.
+        if (removeSource && source->parent) {
             LiteralOutline &from = *m_copied.outline;
             SlowEntry *survivor = from.survivorOf(source);
             const bool selectionGoes = isWithin(from.selected(), source);
