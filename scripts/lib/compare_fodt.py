@@ -67,6 +67,7 @@ class Document:
             for style in root.iter(name("text:list-style"))
         }
         self.paragraphs = []
+        self.breaks = False  # the table that comes begins a page
         body = root.find("office:body/office:text", NS)
         self.walk(body)
 
@@ -81,7 +82,18 @@ class Document:
             elif child.tag not in (name("text:note"), name("office:annotation"), name("text:tracked-changes")):
                 self.walk(child, lists, cells)
 
+    def begins_page(self, style, kind):
+        """Whether a style says to begin a page; None when it says nothing. LibreOffice lets a section begin by naming a
+        page style, which the first one of a text does as well."""
+        properties = style.find("style:%s-properties" % kind, NS)
+        broken = None if properties is None else properties.get(name("fo:break-before"))
+        if style.get(name("style:master-page-name")) and self.paragraphs:
+            return True
+        return None if broken is None else broken == "page"
+
     def walk_table(self, table, cells):
+        for style in self.chain("table", table.get(name("table:style-name"))):
+            self.breaks = self.breaks or bool(self.begins_page(style, "table"))
         for row, line in enumerate(self.rows_of(table)):
             place = 0
             for cell in line:
@@ -168,6 +180,9 @@ class Document:
             if lists and style is styles[-1]:
                 look.update(self.list_indents(lists))
             base = self.character(base, style)
+            begins_page = self.begins_page(style, "paragraph")
+            if begins_page is not None:
+                look["page break"] = begins_page
             paragraph = style.find("style:paragraph-properties", NS)
             if paragraph is None:
                 continue
@@ -186,8 +201,8 @@ class Document:
                 borders[i] = paragraph.get(name("fo:border-" + side)) or borders[i]
             if any(border != "none" for border in borders):
                 look["border"] = ", ".join("none" if b == "none" else " ".join(b.split()[1:]) for b in borders)
-            if paragraph.get(name("fo:break-before")) is not None:
-                look["page break"] = paragraph.get(name("fo:break-before")) == "page"
+        look["page break"] = look["page break"] or self.breaks
+        self.breaks = False
         text = []
         characters = []
         later = []
