@@ -339,7 +339,7 @@ void TestRtfControlWords::everyWord()
 
 void TestRtfControlWords::theRecordIsTheOneKept()
 {
-    QFile written(QStringLiteral("control-words.txt"));
+    QFile written(QCoreApplication::applicationDirPath() + QStringLiteral("/control-words.txt"));
     QVERIFY(written.open(QIODevice::WriteOnly));
     written.write(m_record);
     written.close();
