@@ -3,66 +3,79 @@
 
 #include "rtf/FieldInstruction.h"
 
+#include <vector>
+
 namespace rtf
 {
 
 namespace
 {
 
-bool isNamed(const QStringList &parts, QLatin1StringView name)
-{
-    return !parts.isEmpty() && parts.front().compare(name, Qt::CaseInsensitive) == 0;
-}
+struct Part {
+    QString text;
+    bool isQuoted = false; // any of it, so that it is no switch
+};
 
-} // namespace
-
-QStringList splitInstruction(const QString &instruction)
+std::vector<Part> partsOf(const QString &instruction)
 {
-    QStringList parts;
-    QString part;
+    std::vector<Part> parts;
+    Part part;
     bool isQuoted = false;
     bool hasPart = false;
     for (qsizetype i = 0; i < instruction.size(); ++i) {
         const QChar c = instruction[i];
         const QChar following = i + 1 < instruction.size() ? instruction[i + 1] : QChar();
         if (isQuoted && c == QLatin1Char('\\') && (following == c || following == QLatin1Char('"'))) {
-            part += following;
+            part.text += following;
             ++i;
         } else if (c == QLatin1Char('"')) {
             isQuoted = !isQuoted;
+            part.isQuoted = true;
             hasPart = true;
         } else if (c.isSpace() && !isQuoted) {
             if (hasPart) {
-                parts << part;
+                parts.push_back(part);
             }
-            part.clear();
+            part = {};
             hasPart = false;
         } else {
-            part += c;
+            part.text += c;
             hasPart = true;
         }
     }
     if (hasPart) {
-        parts << part;
+        parts.push_back(part);
     }
     return parts;
 }
 
+} // namespace
+
+QStringList splitInstruction(const QString &instruction)
+{
+    QStringList texts;
+    for (const Part &part : partsOf(instruction)) {
+        texts << part.text;
+    }
+    return texts;
+}
+
 QString hyperlinkTarget(const QString &instruction)
 {
-    const QStringList parts = splitInstruction(instruction);
-    if (!isNamed(parts, QLatin1StringView("HYPERLINK"))) {
+    const std::vector<Part> parts = partsOf(instruction);
+    if (parts.empty() || parts.front().text.compare(QLatin1StringView("HYPERLINK"), Qt::CaseInsensitive) != 0) {
         return {};
     }
     QString address;
     QString place;
-    for (qsizetype i = 1; i < parts.size(); ++i) {
-        const QString &part = parts[i];
-        const bool isSwitch = part.size() == 2 && part.front() == QLatin1Char('\\');
+    for (std::size_t i = 1; i < parts.size(); ++i) {
+        const QString &part = parts[i].text;
+        const bool isSwitch = !parts[i].isQuoted && part.size() == 2 && part.front() == QLatin1Char('\\');
         if (!isSwitch) {
             address = address.isEmpty() ? part : address;
         } else if (part == QLatin1StringView("\\l")) {
-            place = parts.value(++i);
+            ++i;
+            place = i < parts.size() ? parts[i].text : QString();
         } else if (part == QLatin1StringView("\\o") || part == QLatin1StringView("\\t")) {
             ++i;
         }

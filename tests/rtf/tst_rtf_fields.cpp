@@ -15,6 +15,8 @@ class TestRtfFields : public QObject
 private Q_SLOTS:
     void aFieldWithoutAResultShowsWhatItMeans_data();
     void aFieldWithoutAResultShowsWhatItMeans();
+    void anAddressThatLooksLikeASwitchStaysOne_data();
+    void anAddressThatLooksLikeASwitchStaysOne();
     void aSymbolHasTheFontAndSizeThatItsInstructionNames();
     void aFieldOfSeveralParagraphsIsWrittenAsOne_data();
     void aFieldOfSeveralParagraphsIsWrittenAsOne();
@@ -86,6 +88,26 @@ void TestRtfFields::aFieldWithoutAResultShowsWhatItMeans()
             instruction.first(instruction.indexOf(' ') < 0 ? instruction.size() : instruction.indexOf(' '));
         QVERIFY(shown.isEmpty() || written.contains("{\\*\\fldinst{" + name));
     }
+}
+
+void TestRtfFields::anAddressThatLooksLikeASwitchStaysOne_data()
+{
+    QTest::addColumn<QString>("address");
+    for (const char *address : {"\\l", "\\o", "\\t", "\\h", "a", "\\", "\"", "\\l x"}) {
+        QTest::newRow(address) << QString::fromLatin1(address);
+    }
+}
+
+void TestRtfFields::anAddressThatLooksLikeASwitchStaysOne()
+{
+    QFETCH(const QString, address);
+    QTextDocument document;
+    QTextCharFormat link;
+    link.setAnchor(true);
+    link.setAnchorHref(address);
+    QTextCursor(&document).insertText(QStringLiteral("here"), link);
+    const auto again = rtftest::documentOf(rtf::write(document));
+    QCOMPARE(rtftest::formatAt(*again, QStringLiteral("here")).anchorHref(), address);
 }
 
 void TestRtfFields::aSymbolHasTheFontAndSizeThatItsInstructionNames()
