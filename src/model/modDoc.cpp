@@ -7,6 +7,7 @@
 #include "model/DocumentWindow.h"
 #include "model/FileNature.h"
 #include "model/Globals.h"
+#include "model/LeftOutText.h"
 #include "model/OutlinePane.h"
 #include "model/Ports.h"
 #include "model/SafeFile.h"
@@ -136,6 +137,8 @@ void unlockSaved(Document &document)
         return;
     document.updateTextLock();
     document.trvOutline.setLabelEdit(optionalLabelEdit());
+    if (Entry *entry = document.textEntry ? document.textEntry->entry() : nullptr; entry && !document.bTextWithheld())
+        tellOfLeftOutParts(document, entry, NodeTextDecompressIfRequired(document.tree.storedText(entry)));
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 
 #include "model/Document.h"
 #include "model/Globals.h"
+#include "model/LeftOutText.h"
 #include "model/Ports.h"
 #include "model/ShownLabel.h"
 #include "model/ShownText.h"
@@ -82,6 +83,7 @@ void NodeTextGet(Document &document, Entry *entry)
         document.tree.setShownEntry(entry);
         document.textEntry.emplace(&document.tree, entry);
         tellOfWithheldText(document, entry, shown.state);
+        tellOfLeftOutParts(document, entry, shown.text);
     });
 }
 

@@ -7,6 +7,7 @@
 
 #include "model/BoundedHtml.h"
 #include "model/HtmlTokens.h"
+#include "model/LeftOutText.h"
 #include "model/Limits.h"
 #include "model/Ports.h"
 #include "model/TextBounds.h"
@@ -183,6 +184,8 @@ bool RichTextBox::pasteRTF(const QByteArray &rtf)
             return false;
     }
     setSelRTF(rtf);
+    if (const QString parts = leftOutParts(rtf); !parts.isEmpty() && ports().commands)
+        ports().commands->UpdateStatusBarText(u"Not put in: "_s + parts);
     return true;
 }
 

@@ -2,11 +2,13 @@
 // SPDX-License-Identifier: MIT
 
 #include "model/StoredText.h"
+#include "model/modDoc.h"
 #include "model/modNodes.h"
 #include "support/ErrorRecorder.h"
 #include "support/FakePorts.h"
 #include "support/OutlineText.h"
 
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <limits>
@@ -67,6 +69,8 @@ private Q_SLOTS:
     void settingTheFontOfASubtree();
     void settingTheFontLeavesDamagedTexts();
     void aDamagedTextIsToldOfWhenItIsShown();
+    void whatATextHasThatIsNotShownIsTold();
+    void aReadOnlyTextLosesNothing();
 
     void nestedActionsHideThePanesOnce();
     void everyActionEndsThoughAnErrorHappens();
@@ -606,6 +610,47 @@ void tst_modNodes::aDamagedTextIsToldOfWhenItIsShown()
     QVERIFY2(fake.document.hasNotice(NoticeKind::DamagedText), "it stands until it is read");
     QCOMPARE(tree.storedText(damaged), QByteArray("12,abc"));
     QCOMPARE(errors.count(), 0);
+}
+
+void tst_modNodes::whatATextHasThatIsNotShownIsTold()
+{
+    FakeDocument &fake = plantStandard();
+    EntryTree &tree = fake.document.tree;
+    const QByteArray text = "{\\rtf1 a{\\footnote b}{\\*\\annotation c}{\\xe d}}";
+    Entry *entry = entryLabelled(tree, u"A"_s);
+    Entry *other = entryLabelled(tree, u"B"_s);
+    tree.setStoredText(entry, NodeTextCompressIfRequired(text));
+    tree.setStoredText(other, NodeTextCompressIfRequired("{\\rtf1 a\\par b}"));
+    modNodes::NodeSelectFull(fake.document, entry);
+    QCOMPARE(fake.document.notices().size(), size_t(1));
+    QCOMPARE(fake.document.notices()[0].kind, NoticeKind::LeftOutParts);
+    QCOMPARE(
+        fake.document.notices()[0].text,
+        u"The text of \"A\" comes from another program and has footnotes, comments and marks for an index that are "
+        "not shown here. They are kept until the text is changed for the first time, and then they are gone."_s);
+    QVERIFY(!fake.text.locked);
+    modNodes::NodeSelectFull(fake.document, other);
+    QVERIFY(fake.document.notices().empty());
+    // Words that are no control words tell nothing.
+    tree.setStoredText(entry, NodeTextCompressIfRequired("\\footnote a"));
+    modNodes::NodeSelectFull(fake.document, entry);
+    QVERIFY(fake.document.notices().empty());
+    modNodes::NodeTextGet(fake.document, nullptr);
+    QVERIFY(fake.document.notices().empty());
+}
+
+void tst_modNodes::aReadOnlyTextLosesNothing()
+{
+    FakeDocument &fake = plantStandard();
+    EntryTree &tree = fake.document.tree;
+    Entry *entry = entryLabelled(tree, u"A"_s);
+    tree.setStoredText(entry, "{\\rtf1 a{\\footnote b}}");
+    fake.document.m_fileAccess = FileAccess::ReadOnly;
+    modNodes::NodeSelectFull(fake.document, entry);
+    QVERIFY(fake.document.notices().empty());
+    const QTemporaryDir folder;
+    QCOMPARE(modDoc::DocSave(folder.filePath(u"a.qly"_s)), SaveOutcome::Saved);
+    QVERIFY2(fake.document.hasNotice(NoticeKind::LeftOutParts), "it can be changed now");
 }
 
 void tst_modNodes::nestedActionsHideThePanesOnce()

@@ -54,6 +54,7 @@ private Q_SLOTS:
     void textBeyondTheBoundsIsRefusedAndStaysOnTheClipboard();
     void textWithinTheBoundsIsPasted();
     void theTextThatIsThereCounts();
+    void whatAPastedTextHasThatIsNotShownIsSaid();
     void aPictureIsPastedAndKept_data();
     void aPictureIsPastedAndKept();
     void aPictureIsShownNoWiderThanThePane();
@@ -237,6 +238,20 @@ void tst_Pasting::theTextThatIsThereCounts()
     m_box->selectAll();
     QVERIFY(m_box->pasteText(u"\r\n"_s.repeated(half)));
     QCOMPARE(m_box->document()->blockCount(), half + 1);
+}
+
+void tst_Pasting::whatAPastedTextHasThatIsNotShownIsSaid()
+{
+    auto *data = new QMimeData;
+    data->setData(u"text/rtf"_s, "{\\rtf1 a{\\footnote b}{\\header c}}");
+    paste(data);
+    QCOMPARE(m_box->Text(), u"a"_s);
+    QCOMPARE(m_fake->commands.statusText, u"Not put in: footnotes and headers or footers"_s);
+    m_fake->commands.statusText.clear();
+    data = new QMimeData;
+    data->setData(u"text/rtf"_s, "{\\rtf1 a}");
+    paste(data);
+    QCOMPARE(m_fake->commands.statusText, QString());
 }
 
 void tst_Pasting::aPictureIsPastedAndKept_data()
