@@ -58,6 +58,44 @@ QString asText(QStringView value)
     return value.toString().replace(u'<', "&lt;"_L1);
 }
 
+// How many cells a table has once it is laid out: every row gets as many as the widest one has, and what a cell spans
+// is made of cells too.
+class HtmlGrid
+{
+public:
+    qsizetype places() const { return m_rows * m_columns; }
+
+    void startRow()
+    {
+        ++m_rows;
+        m_column = 0;
+    }
+
+    void addCell(int columns, int rows)
+    {
+        if (m_rows == 0)
+            startRow();
+        while (m_column < m_takenUntil.size() && m_takenUntil[m_column] >= m_rows)
+            ++m_column;
+        m_takenUntil.resize(std::max(m_takenUntil.size(), m_column + std::size_t(columns)));
+        for (const std::size_t end = m_column + std::size_t(columns); m_column < end; ++m_column)
+            m_takenUntil[m_column] = m_rows + rows - 1;
+        m_columns = std::max(m_columns, qsizetype(m_column));
+    }
+
+private:
+    qsizetype m_rows = 0;
+    qsizetype m_columns = 0;
+    std::size_t m_column = 0; // behind the last cell of the last row
+    // The last row that a cell takes of each column.
+    std::vector<qsizetype> m_takenUntil;
+};
+
+int spanOf(QStringView value)
+{
+    return std::clamp(value.toInt(), 1, static_cast<int>(rtf::mostCells));
+}
+
 class HtmlBounder
 {
 public:
@@ -85,6 +123,7 @@ private:
     void picture(const HtmlToken &token);
     bool heldPicture(const HtmlToken &token);
     void style(QStringView sheet);
+    void takePlaces(const HtmlToken &token, HtmlElement element);
     void closeImplied(HtmlElement element);
     void startItem();
     void closeTop();
@@ -99,7 +138,10 @@ private:
     // End tags to come of elements that are too deep to be remembered.
     QHash<QString, int> m_forgotten;
     int m_tables = 0;
+    // Of the tables that are open and not too deep.
+    std::vector<HtmlGrid> m_grids;
     qsizetype m_elements = 0;
+    // Of all tables, as they are laid out.
     qsizetype m_cells = 0;
     qsizetype m_rules = 0;
     qint64 m_pictureBytes = 0;
@@ -171,7 +213,7 @@ QString HtmlBounder::tag(const HtmlToken &token) const
         if (holdsLengths(attribute.name))
             value = withBoundedNumbers(value);
         else if (attribute.name == "colspan"_L1 || attribute.name == "rowspan"_L1)
-            value = QString::number(std::clamp(value.toInt(), 1, static_cast<int>(rtf::mostCells)));
+            value = QString::number(spanOf(value));
         const QChar quote = value.contains(u'"') ? u'\'' : u'"';
         written += u' ' + attribute.name + u'=' + quote + value + quote;
     }
@@ -208,7 +250,7 @@ void HtmlBounder::start(const HtmlToken &token)
     Open open{token.name, element, token.name, tag(token), 0};
     if (element == HtmlElement::Table)
         ++m_tables;
-    m_cells += element == HtmlElement::Cell ? 1 : 0;
+    takePlaces(token, element);
     if (m_tables > rtf::deepestTable && element >= HtmlElement::Table && element <= HtmlElement::Cell) {
         open.writtenName = element == HtmlElement::Row ? u"div"_s : QString();
         open.startTag = element == HtmlElement::Row ? u"<div>"_s : element == HtmlElement::Cell ? u" "_s : QString();
@@ -216,6 +258,24 @@ void HtmlBounder::start(const HtmlToken &token)
     m_result.html += open.startTag;
     ++m_openByName[token.name];
     m_open.push_back(std::move(open));
+}
+
+void HtmlBounder::takePlaces(const HtmlToken &token, HtmlElement element)
+{
+    const bool isTooDeep = m_tables > rtf::deepestTable;
+    if (element == HtmlElement::Table && !isTooDeep)
+        m_grids.emplace_back();
+    if (m_grids.empty() || isTooDeep) {
+        m_cells += element == HtmlElement::Cell ? 1 : 0;
+        return;
+    }
+    HtmlGrid &grid = m_grids.back();
+    m_cells -= grid.places();
+    if (element == HtmlElement::Row)
+        grid.startRow();
+    else if (element == HtmlElement::Cell)
+        grid.addCell(spanOf(token.attribute(u"colspan")), spanOf(token.attribute(u"rowspan")));
+    m_cells += grid.places();
 }
 
 // Ends what a start tag ends without saying so.
@@ -301,8 +361,11 @@ void HtmlBounder::closeTop()
     const Open &open = m_open.back();
     if (!open.writtenName.isEmpty())
         m_result.html += "</"_L1 + open.writtenName + u'>';
-    if (open.element == HtmlElement::Table)
+    if (open.element == HtmlElement::Table) {
+        if (m_tables <= rtf::deepestTable)
+            m_grids.pop_back();
         --m_tables;
+    }
     --m_openByName[open.name];
     m_open.pop_back();
 }

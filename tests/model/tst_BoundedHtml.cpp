@@ -29,6 +29,8 @@ private Q_SLOTS:
     void paragraphsThatAreNeverClosedStandBesideEachOther();
     void aLongListGoesOnInAnother();
     void elementsAndCellsAreCounted();
+    void theEmptyPlacesOfATableAreCounted_data();
+    void theEmptyPlacesOfATableAreCounted();
     void numbersBeyondAllMeasureAreCutDown();
     void aStyleSheetOfTooManyRulesIsLeftOut();
     void aPictureThatIsElsewhereLeavesItsWords();
@@ -163,6 +165,38 @@ void tst_BoundedHtml::elementsAndCellsAreCounted()
     const auto table = [](qsizetype cells) { return QString(u"<table>"_s + u"<tr><td>x"_s.repeated(cells)); };
     QVERIFY(!boundedHtml(table(limits::mostCells)).isTooMuch);
     QVERIFY(boundedHtml(table(limits::mostCells + 1)).isTooMuch);
+}
+
+void tst_BoundedHtml::theEmptyPlacesOfATableAreCounted_data()
+{
+    QTest::addColumn<QString>("within");
+    QTest::addColumn<QString>("beyond");
+    const auto row = [](int cells) { return QString(u"<tr>"_s + u"<td>x"_s.repeated(cells)); };
+    constexpr int side = 100;
+    constexpr int other = limits::mostCells / side;
+    QTest::newRow("one wide row over many short ones")
+        << u"<table>"_s + row(side) + row(1).repeated(other - 1) << u"<table>"_s + row(side) + row(1).repeated(other);
+    QTest::newRow("many short rows over a wide one")
+        << u"<table>"_s + row(1).repeated(other - 1) + row(side) << u"<table>"_s + row(1).repeated(other) + row(side);
+    QTest::newRow("cells over many columns") << u"<table><tr>"_s + u"<td colspan=200>x"_s.repeated(100)
+                                             << u"<table><tr>"_s + u"<td colspan=200>x"_s.repeated(101);
+    const auto pushed = [&row](int rows) {
+        return QString(u"<table><tr>"_s + u"<td rowspan=255>x"_s.repeated(50) + row(50).repeated(rows));
+    };
+    QTest::newRow("cells beside those of the rows above") << pushed(199) << pushed(200);
+    const QString table = u"<table>"_s + row(side) + row(1).repeated(side - 1) + u"</table>"_s;
+    QTest::newRow("several tables") << table.repeated(2) << table.repeated(2) + u"<table><tr><td>x"_s;
+    const QString inner = u"<table><tr><td>"_s + table + u"</table>"_s;
+    QTest::newRow("tables within tables")
+        << table + u"<table>"_s + row(side) + row(1).repeated(side - 2) + u"</table>"_s << table + inner;
+}
+
+void tst_BoundedHtml::theEmptyPlacesOfATableAreCounted()
+{
+    QFETCH(const QString, within);
+    QFETCH(const QString, beyond);
+    QVERIFY(!boundedHtml(within).isTooMuch);
+    QVERIFY(boundedHtml(beyond).isTooMuch);
 }
 
 void tst_BoundedHtml::numbersBeyondAllMeasureAreCutDown()
