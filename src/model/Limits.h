@@ -49,6 +49,12 @@ constexpr qsizetype printedLabel = longestLabel;
 constexpr qsizetype mostElements = 100'000;
 constexpr qsizetype mostCells = 20'000;
 
+// Cells of tables that the text pane lays out. Reading what was written may give some more than there were.
+constexpr qsizetype mostShownCells = 30'000;
+
+// Bytes of rich text that are pasted without a look at how much text is there already.
+constexpr qsizetype mostUnlooked = 20'000;
+
 // HTML elements within each other; those further in are taken for their words.
 constexpr std::size_t deepestElement = 200;
 

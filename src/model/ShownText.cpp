@@ -14,10 +14,11 @@
 namespace
 {
 
-// No character takes less than a byte, so that a short text passes no bound.
+// No character takes less than a byte, so that a short text passes no bound unless it has tables.
 bool isShort(const QByteArray &text)
 {
-    return text.size() <= std::min({limits::longestParagraph, limits::mostParagraphs, limits::longestWord});
+    return text.size() <= std::min({limits::longestParagraph, limits::mostParagraphs, limits::longestWord}) &&
+           !text.contains("cell");
 }
 
 } // namespace
@@ -28,9 +29,9 @@ Inflated shownText(const QByteArray &storedText)
     if (shown.state != TextState::Beginning && isShort(shown.text))
         return shown;
     const bool isRtf = rtf::isRtf(shown.text);
-    const QString text = isRtf ? rtf::toPlainText(shown.text) : AnsiCodec::toText(shown.text);
+    const auto [text, cells] = isRtf ? rtf::plainContent(shown.text) : rtf::PlainContent{AnsiCodec::toText(shown.text)};
     const qsizetype length = mayBeLaidOut(text, isRtf ? LineFeed::WithinParagraph : LineFeed::EndsParagraph);
-    if (shown.state != TextState::Beginning && length == text.size())
+    if (shown.state != TextState::Beginning && length == text.size() && cells <= limits::mostShownCells)
         return shown;
     qsizetype beginning = std::min(length, limits::shownBeginning);
     if (beginning < text.size() && beginning > 0 && text[beginning].isLowSurrogate())

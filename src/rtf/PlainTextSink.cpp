@@ -67,7 +67,7 @@ void PlainTextSink::endRow(const RowState &row, int depth)
         isEmpty.push_back(cell.isEmpty);
     }
     if (!table.shape.addRow(row, isEmpty)) {
-        table.shape = {};
+        endShape(table.shape);
         table.shape.addRow(row, isEmpty);
         m_text.insert(table.cells.front().start, paragraphBreak);
         m_paragraphStart += paragraphBreak.size();
@@ -125,9 +125,19 @@ void PlainTextSink::openTable()
 void PlainTextSink::closeTables(std::size_t depth)
 {
     while (m_tables.size() > depth) {
+        endShape(m_tables.back().shape);
         m_tables.pop_back();
         container(m_tables.size()).endsInTable = true;
     }
+}
+
+void PlainTextSink::endShape(TableShape &shape)
+{
+    if (!shape.rows().empty()) {
+        shape.finish();
+        m_cells += qsizetype(shape.rows().size()) * (qsizetype(shape.edges().size()) - 1);
+    }
+    shape = {};
 }
 
 } // namespace rtf

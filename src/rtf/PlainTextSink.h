@@ -29,6 +29,9 @@ public:
     // The whole text, once the events have ended.
     QString takeText() { return std::move(m_text); }
 
+    // How many cells all tables have then.
+    qsizetype cells() const { return m_cells; }
+
 private:
     struct OpenCell {
         qsizetype start = 0;
@@ -53,11 +56,13 @@ private:
     void addEmptyBlock();
     void openTable();
     void closeTables(std::size_t depth);
+    void endShape(TableShape &shape);
 
     QString m_text;                 // every paragraph behind its CR LF
     qsizetype m_paragraphStart = 0; // of the paragraph that is being collected, at its CR LF
     Container m_document;
     std::vector<OpenTable> m_tables;
+    qsizetype m_cells = 0;
 };
 
 } // namespace rtf

@@ -73,9 +73,14 @@ QByteArray write(const QTextCursor &selection)
 
 QString toPlainText(QByteArrayView rtf)
 {
+    return plainContent(rtf).text;
+}
+
+PlainContent plainContent(QByteArrayView rtf)
+{
     PlainTextSink sink;
     Interpreter(rtf, sink, Interpreter::Detail::TextOnly).run();
-    return sink.takeText();
+    return {sink.takeText(), sink.cells()};
 }
 
 } // namespace rtf

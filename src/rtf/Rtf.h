@@ -39,4 +39,12 @@ QByteArray write(const QTextCursor &selection);
 // The text that plainText() gives for the document that read() would build, without building it.
 QString toPlainText(QByteArrayView rtf);
 
+// The same, and how many cells all tables of that document have; what a cell spans counts too.
+struct PlainContent {
+    QString text;
+    qsizetype cells = 0;
+};
+
+PlainContent plainContent(QByteArrayView rtf);
+
 } // namespace rtf

@@ -48,6 +48,19 @@ void tst_ShownText::textsAtTheBoundAndBeyondIt_data()
                                          << true;
     QTest::newRow("two paragraphs more") << "{\\rtf1 " + QByteArray("\\par").repeated(limits::mostParagraphs + 2) + '}'
                                          << false;
+    const auto table = [](qsizetype rows) {
+        return "{\\rtf1 " + QByteArray("\\trowd\\cellx900\\cellx1800 some\\cell more\\cell\\row\n").repeated(rows) +
+               "}";
+    };
+    QTest::newRow("the most cells") << table(limits::mostShownCells / 2) << true;
+    QTest::newRow("more cells") << table(limits::mostShownCells / 2 + 1) << false;
+    const auto nested = [](qsizetype cells) {
+        return "{\\rtf1 " +
+               QByteArray("\\itap2 some\\nestcell{\\*\\nesttableprops\\trowd\\cellx900\\nestrow}\n").repeated(cells) +
+               "\\itap1 \\cell\\trowd\\cellx1800\\row}";
+    };
+    QTest::newRow("the most nested cells") << nested(limits::mostShownCells - 1) << true;
+    QTest::newRow("more nested cells") << nested(limits::mostShownCells) << false;
     QTest::newRow("much that is not text") << "{\\rtf1{\\*\\unknown " + QByteArray(3'000'000, 'x') + "}one}" << true;
 }
 
