@@ -161,6 +161,7 @@ BoundedHtml HtmlBounder::run()
     }
     while (!m_open.empty())
         closeTop();
+    m_result.cells = m_cells;
     if (m_rules * m_elements > mostStyleSteps) {
         for (auto sheet = m_sheets.crbegin(); sheet != m_sheets.crend(); ++sheet)
             m_result.html.remove(sheet->first, sheet->second);

@@ -22,6 +22,9 @@ struct BoundedHtml {
     // filled then.
     bool isTooMuch = false;
 
+    // Cells of all tables, as they will be laid out.
+    qsizetype cells = 0;
+
     static constexpr QLatin1StringView pictureName{"quillery:pasted/"};
 };
 

@@ -136,6 +136,7 @@ private:
     static void removeSelection(QTextCursor &cursor);
     void tellUser(const QString &text);
     bool hasRoomFor(const QString &text);
+    bool hasRoomForCells(qsizetype cells) const;
     bool pasteWords(const QString &text);
     void pasteHtml(const QString &html, const QString &text);
     void insertHtmlFragment(const BoundedHtml &bounded);

@@ -24,6 +24,7 @@
 #include <QScopedValueRollback>
 #include <QTextBlock>
 #include <QTextDocumentFragment>
+#include <QTextTable>
 
 #include <algorithm>
 
@@ -44,15 +45,16 @@ const QString wordsInstead =
     u"This has so many tables or so much formatting that showing it would take minutes. Do you "
     "want to put only its words into the entry?"_s;
 
-// How many cells of tables an RTF text ends.
-qsizetype cellsIn(const QByteArray &rtf)
+// How many cells the tables of a frame have, those left out that lie wholly in a stretch of the document.
+qsizetype cellsIn(const QTextFrame *frame, int from, int to)
 {
-    constexpr QByteArrayView word("\\cell");
     qsizetype cells = 0;
-    for (qsizetype at = rtf.indexOf(word); at >= 0; at = rtf.indexOf(word, at)) {
-        at += word.size();
-        const char next = at < rtf.size() ? rtf[at] : ' ';
-        cells += next >= 'a' && next <= 'z' ? 0 : 1;
+    for (const QTextFrame *child : frame->childFrames()) {
+        if (child->firstPosition() > from && child->lastPosition() < to)
+            continue;
+        if (const auto *table = qobject_cast<const QTextTable *>(child))
+            cells += qsizetype(table->rows()) * table->columns();
+        cells += cellsIn(child, from, to);
     }
     return cells;
 }
@@ -153,6 +155,14 @@ bool RichTextBox::hasRoomFor(const QString &text)
     return fits;
 }
 
+// Whether so many cells more can be laid out in the place of the selection.
+bool RichTextBox::hasRoomForCells(qsizetype cells) const
+{
+    const QTextCursor cursor = textCursor();
+    return cells == 0 || cells + cellsIn(document()->rootFrame(), cursor.selectionStart(), cursor.selectionEnd()) <=
+                             limits::mostCells;
+}
+
 bool RichTextBox::pasteText(const QString &text)
 {
     if (!hasRoomFor(text))
@@ -175,14 +185,11 @@ bool RichTextBox::pasteWords(const QString &text)
 
 bool RichTextBox::pasteRTF(const QByteArray &rtf)
 {
-    // Small ones need no look.
-    if (rtf.size() > limits::mostCells) {
-        const QString text = rtf::toPlainText(rtf);
-        if (cellsIn(rtf) > limits::mostCells)
-            return pasteWords(text);
-        if (!hasRoomFor(text))
-            return false;
-    }
+    const auto [text, cells] = rtf::plainContent(rtf);
+    if (!hasRoomForCells(cells))
+        return pasteWords(text);
+    if (rtf.size() > limits::mostUnlooked && !hasRoomFor(text))
+        return false;
     setSelRTF(rtf);
     if (const QString parts = leftOutParts(rtf); !parts.isEmpty() && ports().commands)
         ports().commands->UpdateStatusBarText(u"Not put in: "_s + parts);
@@ -192,11 +199,12 @@ bool RichTextBox::pasteRTF(const QByteArray &rtf)
 void RichTextBox::pasteHtml(const QString &html, const QString &text)
 {
     const BoundedHtml bounded = boundedHtml(html);
-    const bool isLong = html.size() > limits::mostCells;
-    const QString words = !isLong && !bounded.isTooMuch ? QString()
-                          : text.isEmpty()              ? withParagraphs(plainTextOfHtml(html))
-                                                        : withParagraphs(text);
-    if (bounded.isTooMuch)
+    const bool isLong = html.size() > limits::mostUnlooked;
+    const bool isTooMuch = bounded.isTooMuch || !hasRoomForCells(bounded.cells);
+    const QString words = !isLong && !isTooMuch ? QString()
+                          : text.isEmpty()      ? withParagraphs(plainTextOfHtml(html))
+                                                : withParagraphs(text);
+    if (isTooMuch)
         pasteWords(words);
     else if (!isLong || hasRoomFor(words))
         insertHtmlFragment(bounded);

@@ -5,6 +5,7 @@
 #include "platform/RichTextBox.h"
 
 #include "model/Limits.h"
+#include "model/ShownText.h"
 #include "rtf/Limits.h"
 #include "support/FakePorts.h"
 
@@ -48,6 +49,9 @@ private Q_SLOTS:
     void tablesWithinTablesDoNotFreezeThePane();
     void aPageOfTooManyCellsComesAsWordsAfterAQuestion();
     void richTextOfTooManyCellsComesAsWordsAfterAQuestion();
+    void nestedCellsOfRichTextCount();
+    void theCellsThatAreThereCount_data();
+    void theCellsThatAreThereCount();
     void aNoToTheQuestionPastesNothing();
     void aDropOfTooManyCellsComesAsWordsAndSaysSo();
     void textBeyondTheBoundsIsRefusedAndStaysOnTheClipboard_data();
@@ -168,6 +172,58 @@ void tst_Pasting::richTextOfTooManyCellsComesAsWordsAfterAQuestion()
     QCOMPARE(m_fake->dialogs.questions.size(), 1);
     QCOMPARE(m_box->Text().count(u'x'), limits::mostCells + 1);
     QCOMPARE(m_box->document()->rootFrame()->childFrames().size(), 0);
+}
+
+void tst_Pasting::nestedCellsOfRichTextCount()
+{
+    const auto rtfOf = [](qsizetype cells) {
+        return QByteArray(
+            "{\\rtf1 " +
+            QByteArray("\\itap2 x\\nestcell{\\*\\nesttableprops\\trowd\\cellx900\\nestrow}\n").repeated(cells - 1) +
+            "\\itap1 \\cell\\trowd\\cellx1800\\row}");
+    };
+    QVERIFY(m_box->pasteRTF(rtfOf(limits::mostCells)));
+    QCOMPARE(m_fake->dialogs.questions.size(), 0);
+    QCOMPARE(m_box->document()->rootFrame()->childFrames().size(), 1);
+    m_box->clearText();
+    m_fake->dialogs.answers = {Answer::Yes};
+    QVERIFY(m_box->pasteRTF(rtfOf(limits::mostCells + 1)));
+    QCOMPARE(m_fake->dialogs.questions.size(), 1);
+    QCOMPARE(m_box->document()->rootFrame()->childFrames().size(), 0);
+    QCOMPARE(m_box->Text().count(u'x'), limits::mostCells);
+}
+
+void tst_Pasting::theCellsThatAreThereCount_data()
+{
+    QTest::addColumn<bool>("isPage");
+    QTest::newRow("a page") << true;
+    QTest::newRow("rich text") << false;
+}
+
+void tst_Pasting::theCellsThatAreThereCount()
+{
+    QFETCH(const bool, isPage);
+    const auto pasteCells = [&](qsizetype cells) {
+        if (isPage)
+            paste(pageData(tableOf(cells)));
+        else
+            m_box->pasteRTF("{\\rtf1" + QByteArray("\\trowd\\cellx1000 x\\cell\\row ").repeated(cells) + "}");
+    };
+    pasteCells(limits::mostCells - 10);
+    m_box->setSelStart(static_cast<int>(m_box->Text().size()));
+    pasteCells(10);
+    QCOMPARE(m_fake->dialogs.questions.size(), 0);
+    QCOMPARE(m_box->document()->rootFrame()->childFrames().size(), 2);
+    m_fake->dialogs.answers = {Answer::No};
+    pasteCells(1);
+    QCOMPARE(m_fake->dialogs.questions.size(), 1);
+    // What is read again is shown whole.
+    QCOMPARE(shownText(m_box->TextRTF()).state, TextState::Whole);
+    // What is replaced counts no more.
+    QTest::keyClick(m_box.get(), Qt::Key_A, Qt::ControlModifier);
+    pasteCells(limits::mostCells);
+    QCOMPARE(m_fake->dialogs.questions.size(), 1);
+    QCOMPARE(m_box->document()->rootFrame()->childFrames().size(), 1);
 }
 
 void tst_Pasting::aNoToTheQuestionPastesNothing()
