@@ -285,4 +285,8 @@ void PrintComposition::addText(QTextCursor &cursor, const Entry *entry, Damage d
         rtf::append(text, cursor);
     else if (!text.isEmpty())
         cursor.insertText(AnsiCodec::toText(text));
+    if (state == TextState::Beginning) {
+        cursor.insertBlock();
+        cursor.insertText(u"(This text is too long to be printed whole.)"_s);
+    }
 }

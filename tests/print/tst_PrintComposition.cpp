@@ -42,7 +42,7 @@ private Q_SLOTS:
     void anEmptyListItemStays();
     void aTextThatIsNoRtfIsPrintedAsItIs();
     void aDamagedTextIsLeftOutAndReported();
-    void ofATextTooLongToBeLaidOutTheBeginningIsPrinted();
+    void ofATextTooLongToBeLaidOutTheBeginningIsPrintedAndTheRestToldOf();
     void piecesTogetherAreTheWhole();
     void aLongTextIsBrokenBetweenParagraphs();
     void whatBelongsTogetherIsNotBroken();
@@ -226,13 +226,14 @@ void tst_PrintComposition::aDamagedTextIsLeftOutAndReported()
     m_fixture->errors.clear();
 }
 
-void tst_PrintComposition::ofATextTooLongToBeLaidOutTheBeginningIsPrinted()
+void tst_PrintComposition::ofATextTooLongToBeLaidOutTheBeginningIsPrintedAndTheRestToldOf()
 {
     Document &document = m_fixture->plant({u"Root"_s});
     document.tree.setStoredText(document.tree.root(), QByteArray("x ").repeated(limits::longestParagraph));
     const QStringList printed = lines(*compose(m_fixture->extent(document, u"Root"_s, true)));
-    QCOMPARE(printed.size(), 2);
+    QCOMPARE(printed.size(), 3);
     QCOMPARE(printed[1].size(), limits::shownBeginning);
+    QCOMPARE(printed[2], u"(This text is too long to be printed whole.)"_s);
 }
 
 void tst_PrintComposition::piecesTogetherAreTheWhole()
