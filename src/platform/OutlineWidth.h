@@ -3,12 +3,12 @@
 
 #pragma once
 
-#include <QFontMetrics>
+#include <QFontMetricsF>
 #include <QHash>
 #include <QObject>
 #include <QStringView>
 
-#include <array>
+#include <vector>
 
 class Entry;
 class EntryTree;
@@ -30,22 +30,30 @@ public:
     // How many entries have a row.
     int visibleRows();
 
+    // How many rows were measured as they are drawn so far, which is what takes time.
+    int measuredRows() const { return m_measured; }
+
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
     void forgetFont();
     void measure();
-    int estimate(QStringView label);
-    int estimate(QChar character);
+    int estimate(QStringView label, bool plain);
+    double advance(char16_t before, char16_t code);
+    double measuredAdvance(char16_t before, char16_t code) const;
+    double overhang(char16_t last);
+    double atMost(char16_t code);
     int exactWidth(const Entry *entry) const;
 
     TreeView &m_view;
     const EntryTree &m_tree;
-    QFontMetrics m_metrics;
-    // What the image and the margins around it and the label take at most.
-    int m_frame = 0;
-    std::array<qint16, 256> m_latin = {};
-    QHash<char16_t, qint16> m_others;
+    QFontMetricsF m_metrics;
+    // What a character adds behind another, in pixels: a table of all pairs of the commonest, and those met of the
+    // others.
+    std::vector<double> m_pairs;
+    QHash<quint32, double> m_otherPairs;
+    QHash<char16_t, double> m_overhangs;
+    mutable int m_measured = 0;
     bool m_known = false;
     int m_widest = 0;
     int m_rows = 0;

@@ -48,22 +48,27 @@ void toggle(const char *name, bool Options::*option)
     });
 }
 
-// The outline's width that needs no horizontal scroll bar, in twips.
-float neededWidth(const frmDocument &form)
+// The outline's width that needs no horizontal scroll bar, in pixels.
+int neededWidth(const frmDocument &form)
 {
     TreeView &view = *form.treeView;
     OutlineWidth &width = *form.outlineWidth;
     const int frame = 2 * view.frameWidth();
     const bool scrolls =
-        width.visibleRows() * view.sizeHintForIndex(view.model()->index(0, 0)).height() > form.height() - frame;
+        width.visibleRows() * view.sizeHintForIndex(view.model()->index(0, 0)).height() > view.height() - frame;
     const int bar = scrolls ? view.style()->pixelMetric(QStyle::PM_ScrollBarExtent, nullptr, &view) : 0;
-    return form.toTwips(width.widestRow() + frame + bar);
+    return width.widestRow() + frame + bar;
 }
 
 void fitSplit(frmDocument &form)
 {
-    const float steps = std::ceil((neededWidth(form) - modSplit::minimumPaneWidth) / fittingStep);
-    modSplit::SplitSizeControls(form, modSplit::minimumPaneWidth + std::max(steps, 0.F) * fittingStep);
+    const int needed = neededWidth(form);
+    const float steps = std::ceil((form.toTwips(needed) - modSplit::minimumPaneWidth) / fittingStep);
+    float position = modSplit::minimumPaneWidth + std::max(steps, 0.F) * fittingStep;
+    // A step less may do as well: a pane is as many whole pixels wide as are nearest to its twips.
+    if (steps > 0 && form.toPixels(position - fittingStep) >= needed)
+        position -= fittingStep;
+    modSplit::SplitSizeControls(form, position);
 }
 
 } // namespace

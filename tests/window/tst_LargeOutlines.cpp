@@ -7,6 +7,7 @@
 #include "window/WindowFixture.h"
 
 #include "model/modDoc.h"
+#include "platform/OutlineWidth.h"
 #include "search/modSearch.h"
 
 #include <QElapsedTimer>
@@ -34,6 +35,7 @@ private Q_SLOTS:
     void tenThousandTaggedEntriesTakeWellUnderASecond();
     void everythingOpensInAFullOutline();
     void everyLabelOfAFullOutlineIsReplaced();
+    void fittingAFullOutlineMeasuresFewLabels();
 
 private:
     static void commands();
@@ -168,6 +170,26 @@ void tst_LargeOutlines::everyLabelOfAFullOutlineIsReplaced()
     QCOMPARE(shownDifference(*m_fixture->form().treeView, tree()), QString());
     QCOMPARE(tree().root()->label(), u"a very long dog"_s);
     QVERIFY(m_fixture->form().m_fTreeWidth > width);
+}
+
+// All are equally wide, so that each can be the widest: their widths must be known without drawing them.
+void tst_LargeOutlines::fittingAFullOutlineMeasuresFewLabels()
+{
+    const Entry *last = growSiblings(tree(), EntryTree::maximumCount - 2);
+    {
+        const BulkChange bulk(tree());
+        for (int i = 1; i <= tree().entryCount(); ++i)
+            tree().setLabel(tree().collection().at(i), u"Entry %1 of many"_s.arg(i + 10'000));
+    }
+    tree().setExpanded(tree().root(), true);
+    OutlineWidth &width = *m_fixture->form().outlineWidth;
+    const int before = width.measuredRows();
+    // What was known is forgotten.
+    tree().setLabel(tree().root(), u"Root"_s);
+    const int widest = width.widestRow();
+    QVERIFY(width.measuredRows() - before < 10);
+    QCOMPARE(widest, 3 * m_fixture->form().treeView->indentation() +
+                         m_fixture->form().treeView->sizeHintForIndex(tree().indexOf(last)).width());
 }
 
 QTEST_MAIN(tst_LargeOutlines)

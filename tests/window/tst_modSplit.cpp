@@ -11,7 +11,10 @@
 #include "window/modSplit.h"
 #include "window/modView.h"
 
+#include "platform/OutlineWidth.h"
+
 #include <QLineEdit>
+#include <QRandomGenerator>
 #include <QScrollBar>
 #include <QTest>
 
@@ -43,6 +46,9 @@ private Q_SLOTS:
     void aWiderWindowKeepsTheSplitThatWasSet();
     void fittingShowsTheWidestLabelWhole_data();
     void fittingShowsTheWidestLabelWhole();
+    void fittingALongListGivesTheNarrowestWidth_data();
+    void fittingALongListGivesTheNarrowestWidth();
+    void fittingCountsWholePixels();
     void fittingShortLabelsGivesTheMinimum();
     void aHiddenLabelDoesNotCount();
     void aMoveFitsTheSplit();
@@ -53,6 +59,7 @@ private:
     frmDocument &form() { return m_fixture->form(); }
 
     void makeWidth(float twips);
+    bool scrollsSideways(float twips);
 
     std::unique_ptr<WindowFixture> m_fixture;
 };
@@ -298,6 +305,69 @@ void tst_modSplit::fittingShowsTheWidestLabelWhole()
     form().treeView->resize(width - form().toPixels(100) - 1, form().treeView->height());
     QApplication::processEvents();
     QVERIFY(form().treeView->horizontalScrollBar()->isVisible());
+}
+
+// Whether the outline has a horizontal scroll bar when it is so wide.
+bool tst_modSplit::scrollsSideways(float twips)
+{
+    modSplit::SplitSizeControls(form(), twips);
+    // Rows out of sight count only where they come into view.
+    form().treeView->resizeColumnToContents(0);
+    QApplication::processEvents();
+    return form().outlineWidth->widestRow() > form().treeView->viewport()->width() ||
+           form().treeView->horizontalScrollBar()->isVisible();
+}
+
+void tst_modSplit::fittingALongListGivesTheNarrowestWidth_data()
+{
+    QTest::addColumn<QString>("alphabet");
+    QTest::newRow("Latin") << u"abcdefghijklmnopqrstuvwxyz    AVTWYo.,0123456789"_s;
+    QTest::newRow("accents") << u"abcdefgh\u00e4\u00f6\u00fc\u00df\u00e9 \u0159\u0161"_s;
+    QTest::newRow("Greek") << u"\u03b1\u03b2\u03b3\u03b4\u03b5\u0391\u0394 \u2013"_s;
+    QTest::newRow("digits") << u"0123456789"_s;
+    QTest::newRow("Chinese") << u"\u8fd9\u662f\u4e00\u4e2a\u6bd4\u8f83"_s;
+    QTest::newRow("Arabic") << u"\u0647\u0630\u0627 \u0639\u0646\u0648\u0627"_s;
+}
+
+void tst_modSplit::fittingALongListGivesTheNarrowestWidth()
+{
+    QFETCH(QString, alphabet);
+    m_fixture->main.resize(2600, 700);
+    makeWidth(36000);
+    QStringList lines = {u"Root +"_s};
+    QRandomGenerator chance(7);
+    for (int i = 0; i < 100; ++i) {
+        QString label = u" x"_s;
+        for (int length = chance.bounded(103, 108); length > 0; --length)
+            label += alphabet.at(chance.bounded(int(alphabet.size())));
+        lines += label + u'x';
+    }
+    plantOutline(form().document().tree, lines);
+    int widest = 0;
+    const EntryTree &tree = form().document().tree;
+    for (int i = 0; i < tree.root()->childCount(); ++i) {
+        const QModelIndex row = tree.indexOf(tree.root()->child(i));
+        const int width = form().treeView->sizeHintForIndex(row).width();
+        widest = std::max(widest, 2 * form().treeView->indentation() + width);
+    }
+    modView::ViewFitSplit();
+    QCOMPARE(form().outlineWidth->widestRow(), widest);
+    const float fitted = form().m_fTreeWidth;
+    QVERIFY(!scrollsSideways(fitted));
+    QVERIFY(scrollsSideways(fitted - 100));
+}
+
+void tst_modSplit::fittingCountsWholePixels()
+{
+    makeWidth(14000);
+    plantOutline(form().document().tree, {u"Root"_s});
+    for (int length = 20; length < 60; ++length) {
+        form().document().tree.setLabel(form().document().tree.root(), QString(length, u'n'));
+        modView::ViewFitSplit();
+        const float fitted = form().m_fTreeWidth;
+        QVERIFY(!scrollsSideways(fitted));
+        QVERIFY2(scrollsSideways(fitted - 100), qPrintable(QString::number(length)));
+    }
 }
 
 void tst_modSplit::fittingShortLabelsGivesTheMinimum()
