@@ -137,6 +137,7 @@ private:
     void tellUser(const QString &text);
     bool hasRoomFor(const QString &text);
     bool hasRoomForCells(qsizetype cells) const;
+    bool hasRoomForHeight(const QTextDocument &pasted) const;
     bool pasteWords(const QString &text);
     void pasteHtml(const QString &html, const QString &text);
     void insertHtmlFragment(const BoundedHtml &bounded);

@@ -13,6 +13,7 @@
 #include "model/TextBounds.h"
 #include "platform/PastedPicture.h"
 #include "platform/RichTextMime.h"
+#include "platform/TextHeight.h"
 #include "rtf/Limits.h"
 #include "rtf/Pictures.h"
 #include "rtf/PlainText.h"
@@ -163,6 +164,11 @@ bool RichTextBox::hasRoomForCells(qsizetype cells) const
                              limits::mostCells;
 }
 
+bool RichTextBox::hasRoomForHeight(const QTextDocument &pasted) const
+{
+    return roughHeight(*document()) + roughHeight(pasted) <= tallestText;
+}
+
 bool RichTextBox::pasteText(const QString &text)
 {
     if (!hasRoomFor(text))
@@ -190,6 +196,10 @@ bool RichTextBox::pasteRTF(const QByteArray &rtf)
         return pasteWords(text);
     if (rtf.size() > limits::mostUnlooked && !hasRoomFor(text))
         return false;
+    QTextDocument pasted;
+    rtf::read(rtf, pasted);
+    if (!hasRoomForHeight(pasted))
+        return pasteWords(text);
     setSelRTF(rtf);
     if (const QString parts = leftOutParts(rtf); !parts.isEmpty() && ports().commands)
         ports().commands->UpdateStatusBarText(u"Not put in: "_s + parts);
@@ -201,13 +211,20 @@ void RichTextBox::pasteHtml(const QString &html, const QString &text)
     const BoundedHtml bounded = boundedHtml(html);
     const bool isLong = html.size() > limits::mostUnlooked;
     const bool isTooMuch = bounded.isTooMuch || !hasRoomForCells(bounded.cells);
-    const QString words = !isLong && !isTooMuch ? QString()
-                          : text.isEmpty()      ? withParagraphs(plainTextOfHtml(html))
-                                                : withParagraphs(text);
-    if (isTooMuch)
+    const QString words = text.isEmpty() ? withParagraphs(plainTextOfHtml(html)) : withParagraphs(text);
+    if (isTooMuch) {
         pasteWords(words);
-    else if (!isLong || hasRoomFor(words))
+        return;
+    }
+    if (isLong && !hasRoomFor(words))
+        return;
+    QTextDocument pasted;
+    pasted.setUndoRedoEnabled(false);
+    pasted.setHtml(bounded.html);
+    if (hasRoomForHeight(pasted))
         insertHtmlFragment(bounded);
+    else
+        pasteWords(words);
 }
 
 bool RichTextBox::pastePicture(const QByteArray &file)

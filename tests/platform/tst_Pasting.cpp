@@ -52,6 +52,8 @@ private Q_SLOTS:
     void nestedCellsOfRichTextCount();
     void theCellsThatAreThereCount_data();
     void theCellsThatAreThereCount();
+    void whatIsTooTallToBeLaidOutComesAsWordsAfterAQuestion_data();
+    void whatIsTooTallToBeLaidOutComesAsWordsAfterAQuestion();
     void aNoToTheQuestionPastesNothing();
     void aDropOfTooManyCellsComesAsWordsAndSaysSo();
     void textBeyondTheBoundsIsRefusedAndStaysOnTheClipboard_data();
@@ -224,6 +226,32 @@ void tst_Pasting::theCellsThatAreThereCount()
     pasteCells(limits::mostCells);
     QCOMPARE(m_fake->dialogs.questions.size(), 1);
     QCOMPARE(m_box->document()->rootFrame()->childFrames().size(), 1);
+}
+
+void tst_Pasting::whatIsTooTallToBeLaidOutComesAsWordsAfterAQuestion_data()
+{
+    QTest::addColumn<QString>("html");
+    QTest::addColumn<QByteArray>("rtf");
+    QTest::newRow("margins") << u"<p style='margin-top:9999px'>x</p>"_s.repeated(1000) << QByteArray();
+    QTest::newRow("lines far apart") << u"<p style='line-height:9999%'>x</p>"_s.repeated(10'000) << QByteArray();
+    QTest::newRow("huge letters") << u"<span style='font-size:9999px'>x</span> "_s.repeated(1000) << QByteArray();
+    QTest::newRow("spacing of rich text")
+        << QString() << QByteArray("{\\rtf1\\sb31680 " + QByteArray("x\\par ").repeated(5000) + '}');
+    QTest::newRow("huge letters of rich text")
+        << QString() << QByteArray("{\\rtf1\\fs3276 " + QByteArray("x\\par ").repeated(5000) + '}');
+}
+
+void tst_Pasting::whatIsTooTallToBeLaidOutComesAsWordsAfterAQuestion()
+{
+    QFETCH(const QString, html);
+    QFETCH(const QByteArray, rtf);
+    m_fake->dialogs.answers = {Answer::No};
+    if (rtf.isEmpty())
+        paste(pageData(html));
+    else
+        QVERIFY(!m_box->pasteRTF(rtf));
+    QCOMPARE(m_fake->dialogs.questions.size(), 1);
+    QVERIFY(m_box->Text().isEmpty());
 }
 
 void tst_Pasting::aNoToTheQuestionPastesNothing()
