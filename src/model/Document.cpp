@@ -22,6 +22,13 @@ Document::Document(OutlinePane &outlinePane, TextPane &textPane, DocumentWindow 
     , txtRTF(textPane)
     , window(documentWindow)
 {
+    // What is told of damaged texts may have gone with their entries.
+    const auto lookAgain = [this] {
+        if (hasNotice(NoticeKind::DamagedText))
+            checkTexts();
+    };
+    QObject::connect(&tree, &EntryTree::rowsRemoved, &tree, lookAgain);
+    QObject::connect(&tree, &EntryTree::modelReset, &tree, lookAgain);
 }
 
 Document::~Document() = default;

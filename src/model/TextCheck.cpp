@@ -155,8 +155,10 @@ void TextCheck::tell()
             labels.append(entry->label());
     }
     m_damaged.clear();
-    if (labels.isEmpty())
+    if (labels.isEmpty()) {
+        m_document.dismiss(NoticeKind::DamagedText);
         return;
+    }
     remark(u"%1: damaged texts: %2"_s.arg(m_document.m_sFile).arg(labels.size()));
     tellOfDamagedTexts(m_document, labels, labels.size());
 }

@@ -58,6 +58,8 @@ private Q_SLOTS:
     void afterLoadingTheTextPaneHasTheOutlinesFont();
     void aDamagedTextIsLockedToldOfAndKept();
     void damagedTextsAreFoundBehindTheOpening();
+    void whatIsToldOfDamagedTextsGoesWithTheirEntries();
+    void aDismissedNoticeOfDamagedTextsStaysAway();
     void soundTextsOfEveryKindAreNotToldOf();
     void aMissingSelectedKeySelectsTheRoot();
     void unknownRecordsAreWrittenBackWhereTheyStood();
@@ -735,6 +737,33 @@ void tst_modDocV1::damagedTextsAreFoundBehindTheOpening()
     QVERIFY(loaded.notices()[0].text.contains(u"\"Entry 5\", \"Entry 10\", \"Entry 15\", \"Entry 20\""_s));
     QCOMPARE(m_fixture->errors.remarks().size(), 1);
     QCOMPARE(FormatsFixture::savedNative(loaded), bytes);
+}
+
+void tst_modDocV1::whatIsToldOfDamagedTextsGoesWithTheirEntries()
+{
+    const QByteArray damaged = "40," + NodeTextCompressIfRequired("{\\rtf1 some words}").sliced(3, 12);
+    Document &document = load(header + entry("0", "Root") + entry("0.1", "A", damaged) + entry("0.2", "B") +
+                              entry("0.2.1", "C", damaged) + entry("0.3", "D"))
+                             .document;
+    QVERIFY(m_loaded);
+    QTRY_COMPARE(document.notices().size(), size_t(1));
+    QVERIFY(document.notices()[0].text.contains(u"2 entries"_s));
+    modNodes::NodeDelete(document, document.tree.root()->child(2));
+    modNodes::NodeDelete(document, document.tree.root()->child(0));
+    QTRY_VERIFY(document.notices()[0].text.contains(u"The text of \"C\""_s));
+    document.tree.removeAll({document.tree.root()->child(0)});
+    QTRY_VERIFY(document.notices().empty());
+}
+
+void tst_modDocV1::aDismissedNoticeOfDamagedTextsStaysAway()
+{
+    const QByteArray damaged = "40," + NodeTextCompressIfRequired("{\\rtf1 some words}").sliced(3, 12);
+    Document &document = load(header + entry("0", "Root") + entry("0.1", "A", damaged) + entry("0.2", "B")).document;
+    QTRY_COMPARE(document.notices().size(), size_t(1));
+    document.dismiss(NoticeKind::DamagedText);
+    modNodes::NodeDelete(document, document.tree.root()->child(1));
+    QTest::qWait(200);
+    QVERIFY(document.notices().empty());
 }
 
 void tst_modDocV1::soundTextsOfEveryKindAreNotToldOf()
