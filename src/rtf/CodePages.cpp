@@ -3,6 +3,8 @@
 
 #include "rtf/CodePages.h"
 
+#include "util/AnsiCodec.h"
+
 #include <QStringDecoder>
 
 #include <algorithm>
@@ -82,13 +84,6 @@ constexpr LeadBytes leadBytes[] = {
 
 constexpr int utf8 = 65001;
 
-// The upper half of the Windows-1252 bytes 80 to 9F; 0 where a control character stands.
-constexpr char16_t latinSpecials[] = {
-    0x20AC, 0,      0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0,      0x017D, 0,      0,      0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0,      0x017E, 0x0178,
-};
-
 // The Symbol font's encoding from 20 to FF, as unicode.org publishes it; 0 where it has no glyph.
 constexpr char16_t symbols[] = {
     0x0020, 0x0021, 0x2200, 0x0023, 0x2203, 0x0025, 0x0026, 0x220B, 0x0028, 0x0029, 0x2217, 0x002B, 0x002C, 0x2212,
@@ -120,14 +115,10 @@ int codePageOfCharset(int charset)
 
 int latinByte(char16_t character)
 {
-    if (character < 0x80 || (character >= 0xA0 && character <= 0xFF)) {
-        return character;
-    }
-    const auto *place =
-        character < 0x100 ? std::ranges::end(latinSpecials) : std::ranges::find(latinSpecials, character);
-    return place == std::ranges::end(latinSpecials)
-               ? -1
-               : 0x80 + static_cast<int>(place - std::ranges::begin(latinSpecials));
+    // Readers do not agree on the bytes that the code page leaves undefined.
+    const bool isControl = character >= 0x80 && character < 0xA0;
+    const std::optional<char> byte = isControl ? std::nullopt : AnsiCodec::byteOf(character);
+    return byte ? static_cast<uchar>(*byte) : -1;
 }
 
 char16_t symbolCharacter(quint8 byte)

@@ -19,16 +19,6 @@ constexpr std::array<char16_t, 32> upperControls = {
     0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178,
 };
 
-std::optional<char> byteOf(char16_t character)
-{
-    if (character < 0x80 || (character >= 0xA0 && character <= 0xFF))
-        return static_cast<char>(character);
-    const auto *found = std::find(upperControls.begin(), upperControls.end(), character);
-    if (found == upperControls.end())
-        return std::nullopt;
-    return static_cast<char>(0x80 + (found - upperControls.begin()));
-}
-
 bool isAscii(QByteArrayView bytes)
 {
     return std::all_of(bytes.begin(), bytes.end(), [](char byte) { return static_cast<uchar>(byte) < 0x80; });
@@ -49,7 +39,7 @@ std::optional<QByteArray> encodeAnsi(QStringView text)
     QByteArray bytes(text.size(), Qt::Uninitialized);
     char *to = bytes.data();
     for (const QChar character : text) {
-        const std::optional<char> byte = byteOf(character.unicode());
+        const std::optional<char> byte = AnsiCodec::byteOf(character.unicode());
         if (!byte)
             return std::nullopt;
         *to++ = *byte;
@@ -80,4 +70,14 @@ QString AnsiCodec::toText(QByteArrayView bytes)
         *to++ = value >= 0x80 && value <= 0x9F ? QChar(upperControls[value - 0x80]) : QChar(char16_t(value));
     }
     return text;
+}
+
+std::optional<char> AnsiCodec::byteOf(char16_t character)
+{
+    if (character < 0x80 || (character >= 0xA0 && character <= 0xFF))
+        return static_cast<char>(character);
+    const auto *found = std::find(upperControls.begin(), upperControls.end(), character);
+    if (found == upperControls.end())
+        return std::nullopt;
+    return static_cast<char>(0x80 + (found - upperControls.begin()));
 }

@@ -6,6 +6,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
+
 // The 8-bit text of documents and plain-text files: Windows-1252, with UTF-8 for what does not fit into it.
 namespace AnsiCodec
 {
@@ -18,5 +20,9 @@ QByteArray fromText(QStringView text);
 // Any byte value has a character; the five bytes that the code page leaves undefined are the C1 controls of that
 // number.
 QString toText(QByteArrayView bytes);
+
+// The byte of a character in Windows-1252. A C1 control is that of its number only where the code page leaves the byte
+// undefined.
+std::optional<char> byteOf(char16_t character);
 
 } // namespace AnsiCodec
