@@ -8,7 +8,6 @@
 #include <QCollator>
 
 #include <algorithm>
-#include <set>
 #include <unordered_set>
 
 using namespace Qt::StringLiterals;
@@ -134,6 +133,7 @@ Entry *EntryTree::attach(std::unique_ptr<Entry> subtree, const Place &place)
         m_collection.append(entry);
         expansion = expansion || entry->m_expanded;
     }
+    assertWhole(top);
     if (announcing()) {
         endInsertRows();
         if (expansion)
@@ -164,6 +164,7 @@ void EntryTree::move(Entry *entry, Relationship relationship, Entry *relative)
         renumber(from, from == place.parent ? std::min(row, newRow) : row);
         if (from != place.parent)
             renumber(place.parent, newRow);
+        assertWhole(entry);
         if (announcing())
             endMoveRows();
     }
@@ -176,6 +177,7 @@ void EntryTree::renewInsertion(Entry *entry)
         m_collection.remove(each);
         m_collection.append(each);
     }
+    assertWhole(entry);
 }
 
 void EntryTree::remove(Entry *entry)
@@ -195,6 +197,7 @@ void EntryTree::remove(Entry *entry)
     } else {
         removed = std::move(m_root);
     }
+    assertWhole(parent);
     if (announcing())
         endRemoveRows();
 }
@@ -222,6 +225,7 @@ void EntryTree::removeAll(const std::vector<Entry *> &entries)
         std::erase_if(parent->m_children, [&tops](const auto &child) { return tops.contains(child.get()); });
         renumber(parent, 0);
     }
+    assertWhole(m_root.get());
 }
 
 void EntryTree::clear()
@@ -331,6 +335,7 @@ void EntryTree::sortChildren(Entry *entry)
         Q_EMIT layoutAboutToBeChanged({parent}, QAbstractItemModel::VerticalSortHint);
     std::stable_sort(children.begin(), children.end(), before);
     renumber(entry, 0);
+    assertWhole(entry);
     if (announcing()) {
         const QModelIndexList from = persistentIndexList();
         QModelIndexList to;
@@ -420,38 +425,6 @@ void EntryTree::dropReferences(const std::function<bool(const Entry *)> &goes)
         m_pendingEntry = nullptr;
         m_pendingSource = nullptr;
     }
-}
-
-QString EntryTree::brokenInvariant() const
-{
-    int count = 0;
-    int tagged = 0;
-    std::set<const Entry *> collected;
-    for (int index = 1; index <= m_collection.count(); ++index) {
-        const Entry *entry = m_collection.at(index);
-        if (!entry || m_collection.indexOf(entry) != index)
-            return u"the collection's index %1 does not lead back to itself"_s.arg(index);
-        collected.insert(entry);
-    }
-    bool selectedFound = !m_selected;
-    for (const Entry *entry = m_root.get(); entry; entry = nextInOutline(entry, m_root.get())) {
-        ++count;
-        tagged += entry->m_tagged ? 1 : 0;
-        selectedFound = selectedFound || entry == m_selected;
-        if (!collected.contains(entry))
-            return u"the entry %1 is not in the collection"_s.arg(key(entry));
-        for (int row = 0; row < entry->childCount(); ++row) {
-            if (entry->child(row)->m_row != row || entry->child(row)->m_parent != entry)
-                return u"child %1 of %2 does not know its place"_s.arg(row + 1).arg(key(entry));
-        }
-    }
-    if (count != m_collection.count())
-        return u"%1 entries in the tree, %2 in the collection"_s.arg(count).arg(m_collection.count());
-    if (tagged != m_taggedCount)
-        return u"%1 tagged entries, %2 counted"_s.arg(tagged).arg(m_taggedCount);
-    if (!selectedFound)
-        return u"the selected entry is not in the tree"_s;
-    return QString();
 }
 
 void EntryRef::set(EntryTree *tree, Entry *entry)

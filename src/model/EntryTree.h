@@ -146,6 +146,8 @@ private:
     void forget(Entry *subtree);
     void dropReferences(const std::function<bool(const Entry *)> &goes);
     void sortChildren(Entry *entry);
+    // In debug builds, goes down where the tree is not whole: around an entry, and as a whole where it is small.
+    void assertWhole(const Entry *entry) const;
 
     bool announcing() const { return m_bulkDepth == 0; }
 

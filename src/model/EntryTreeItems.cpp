@@ -117,6 +117,7 @@ void EntryTree::setTagged(Entry *entry, bool tagged)
         return;
     entry->m_tagged = tagged;
     m_taggedCount += tagged ? 1 : -1;
+    assertWhole(entry);
     if (!announcing())
         return;
     const QModelIndex index = indexOf(entry);
@@ -137,6 +138,7 @@ void EntryTree::select(Entry *entry)
     if (m_selected == entry)
         return;
     m_selected = entry;
+    assertWhole(entry);
     if (announcing())
         Q_EMIT selectedChanged(entry);
 }

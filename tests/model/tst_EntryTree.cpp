@@ -9,7 +9,12 @@
 #include <QSignalSpy>
 #include <QTest>
 
+#include <csignal>
 #include <memory>
+
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -117,6 +122,7 @@ private Q_SLOTS:
     void aReferenceEmptiesItself();
     void aReferenceOutlivesItsTree();
     void bulkChangesAreOneReset();
+    void aDebugBuildGoesDownWhereATreeIsNotWhole();
     void itemModelEdges();
 
     void aFullTreeRefusesOneMore();
@@ -947,6 +953,29 @@ void tst_EntryTree::bulkChangesAreOneReset()
     QCOMPARE(dumpOutline(watched.tree),
              QStringList({u"Root +"_s, u" A +"_s, u"  A1 *"_s, u"  A2"_s, u" C +*<"_s, u" Z"_s}));
     QCOMPARE(watched.tree.brokenInvariant(), QString());
+}
+
+void tst_EntryTree::aDebugBuildGoesDownWhereATreeIsNotWhole()
+{
+#ifdef QT_NO_DEBUG
+    QSKIP("only a debug build looks");
+#endif
+    const pid_t child = fork();
+    QVERIFY(child >= 0);
+    if (child == 0) {
+        constexpr rlimit noCore = {};
+        setrlimit(RLIMIT_CORE, &noCore);
+        std::signal(SIGABRT, SIG_DFL);
+        qInstallMessageHandler([](QtMsgType, const QMessageLogContext &, const QString &) {});
+        EntryTree tree;
+        tree.insert(Relationship::tvwFirst, nullptr);
+        EntryTree other;
+        tree.select(other.insert(Relationship::tvwFirst, nullptr));
+        _exit(0);
+    }
+    int status = 0;
+    QCOMPARE(waitpid(child, &status, 0), child);
+    QVERIFY(WIFSIGNALED(status) && WTERMSIG(status) == SIGABRT);
 }
 
 void tst_EntryTree::itemModelEdges()
