@@ -6,9 +6,13 @@
 #include "app/modHelp.h"
 #include "model/modDoc.h"
 #include "model/modNodes.h"
+#include "platform/RichTextBox.h"
+#include "platform/TreeView.h"
 #include "search/modSearch.h"
 #include "util/RunTimeError.h"
+#include "window/SplitterBar.h"
 #include "window/frmDocument.h"
+#include "window/modSplit.h"
 
 #include <QLabel>
 #include <QMdiArea>
@@ -41,6 +45,7 @@ private Q_SLOTS:
     void aMissingHelpOutlineIsNotSoughtInAnotherDocument();
     void contentsRestoresTheMinimisedHelp();
     void f1OpensTheHelp();
+    void f1DuringAMoveOfTheSplitAcceptsItAndGivesTheHelpTheKeyboard();
     void theDiagnosticWindowShowsTheActiveDocument();
     void theDiagnosticWindowIsEmptyWithoutADocument();
     void theDiagnosticWindowOpensByItsKey();
@@ -225,6 +230,29 @@ void tst_modHelp::f1OpensTheHelp()
     QTest::keyClick(m_main->main.windowHandle(), Qt::Key_Escape);
     QTest::keyClick(m_main->main.windowHandle(), Qt::Key_F1);
     QCOMPARE(m_main->main.activeDocument()->m_sFile, m_help);
+}
+
+void tst_modHelp::f1DuringAMoveOfTheSplitAcceptsItAndGivesTheHelpTheKeyboard()
+{
+    m_main->main.resize(1000, 800);
+    m_main->main.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&m_main->main));
+    modDoc::DocNew();
+    frmDocument &moved = static_cast<frmDocument &>(DocumentActive()->window);
+    const float before = moved.m_fTreeWidth;
+    m_main->choose("mnuViewMoveSplit");
+    QTest::keyClick(moved.picSplitter, Qt::Key_Right);
+    QTest::keyClick(m_main->main.windowHandle(), Qt::Key_F1);
+    QTRY_COMPARE(openFiles().size(), 2);
+    QVERIFY(!moved.m_bMovingSplit);
+    QVERIFY(!moved.picSplitter->isVisible());
+    QCOMPARE(moved.m_fTreeWidth, before + modSplit::keyboardStep);
+    Document *active = m_main->main.activeDocument();
+    QCOMPARE(active->m_sFile, m_help);
+    const frmDocument &help = static_cast<frmDocument &>(active->window);
+    QVERIFY(help.parentWidget() == m_main->main.findChild<QMdiArea *>()->activeSubWindow());
+    QVERIFY(help.treeView->hasFocus() || help.textBox->hasFocus());
+    QVERIFY(active->m_bOutlineHasFocus != active->m_bTextHasFocus);
 }
 
 void tst_modHelp::theDiagnosticWindowShowsTheActiveDocument()
