@@ -3,11 +3,6 @@
 
 #include "app/Tour.h"
 
-#include "model/Document.h"
-#include "model/DocumentWindow.h"
-#include "model/Globals.h"
-#include "model/Ports.h"
-#include "model/TextPane.h"
 #include "model/modDoc.h"
 #include "util/Procedure.h"
 #include "util/ProgramFiles.h"
@@ -36,21 +31,7 @@ bool isThere()
 
 void open()
 {
-    procedure("modHelp Tour", [] {
-        const QString sFile = tourFile();
-        if (!modDoc::DocLoad(sFile))
-            return;
-        Document *document = DocumentActive();
-        if (!document || document->m_sFile != sFile)
-            return;
-        document->m_sFile.clear();
-        document->window.setCaption(u"A tour of outlining"_s);
-        // An installed sample is locked.
-        document->txtRTF.setLocked(false);
-        ports().recentFiles->UpdateMRUFile(sFile, true);
-        ports().commands->MenuEnable(iDocumentCount);
-        ports().commands->MenuEnableDynamic();
-    });
+    procedure("modHelp Tour", [] { modDoc::DocLoadUnnamed(tourFile(), u"A tour of outlining"_s); });
 }
 
 } // namespace Tour

@@ -25,6 +25,10 @@ void DocNew();
 // without a file name, and the failure is in the session log. A file that does not exist opens nothing.
 bool DocLoad(const QString &sFile);
 
+// Opens a file as a document that has none: it is looked at, and what the user makes of it is saved elsewhere. So it
+// may be written in whatever the file allows, and is no recent file.
+bool DocLoadUnnamed(const QString &sFile, const QString &sCaption);
+
 // Writes the active document to a file; the extension decides the format.
 SaveOutcome DocSave(const QString &sFile);
 

@@ -164,7 +164,8 @@ void tellOfCutLabels(Document &document, int cutLabels)
         {NoticeKind::NotReadWhole, which + u" shown up to it only. Saving the document gives up the rest."_s});
 }
 
-void loadInto(Document &document, const QString &sFile, LoadResult &result)
+// A window that is a look at a file takes on the caption, and not the file's name and lock.
+void loadInto(Document &document, const QString &sFile, LoadResult &result, const QString &sCaption)
 {
     document.trvOutline.setPaneVisible(false);
     document.m_sFile = sFile;
@@ -181,13 +182,53 @@ void loadInto(Document &document, const QString &sFile, LoadResult &result)
     if (!result.selectedKey.isEmpty())
         selected = document.tree.itemByKey(result.selectedKey);
     document.m_bFromOutline = document.m_iFileFormatVersion == Document::nativeFormat;
-    document.window.setCaption(document.m_sFile);
+    if (!sCaption.isEmpty())
+        document.m_sFile.clear();
+    document.window.setCaption(sCaption.isEmpty() ? sFile : sCaption);
     document.m_fileAccess = document.bReadOnly() ? FileAccess::ReadOnly : FileAccess::Writable;
     if (document.m_fileAccess == FileAccess::ReadOnly)
         markReadOnly(document);
     applyFlags(document, result);
     showLoaded(document, selected);
     remarkOnOddities(document, sFile, buffer, result);
+}
+
+// Opens a file in a window of its own, under its name or under a caption. A file that does not exist opens nothing.
+bool load(const QString &sFile, const QString &sCaption)
+{
+    if (!modString::FileExists(sFile)) {
+        ports().commands->MenuEnableDynamic();
+        ports().commands->UpdateStatusBarText(u"The file %1 could not be found"_s.arg(sFile));
+        return true;
+    }
+    const HourglassPointer hourglass;
+    ports().commands->UpdateStatusBarText(QString());
+    Document *document = modDoc::DocInit();
+    if (!document)
+        return false;
+    LoadResult result;
+    {
+        const BusyScope busy;
+        try {
+            loadInto(*document, sFile, result, sCaption);
+        } catch (...) {
+            keepWhatWasRead(*document, sFile, result);
+            throw;
+        }
+    }
+    if (!result.remark.isEmpty())
+        remark(u"%1: %2"_s.arg(sFile, result.remark));
+    if (result.cutLabels > 0)
+        tellOfCutLabels(*document, result.cutLabels);
+    if (document->m_iFileFormatVersion == Document::nativeFormat)
+        document->checkTexts();
+    document->window.autoFitSplit();
+    if (sCaption.isEmpty())
+        ports().recentFiles->UpdateMRUFile(sFile, false);
+    // Only now it is known whether the document may be written.
+    ports().commands->MenuEnable(iDocumentCount);
+    ports().commands->MenuEnableDynamic();
+    return true;
 }
 
 // Asks about what saves that were cut short would have written. It becomes a document beside the others, in a file of
@@ -218,42 +259,14 @@ namespace modDoc
 
 bool DocLoad(const QString &sFile)
 {
-    const bool bLoaded = procedure(routineName, [&] {
-        if (!modString::FileExists(sFile)) {
-            ports().commands->MenuEnableDynamic();
-            ports().commands->UpdateStatusBarText(u"The file %1 could not be found"_s.arg(sFile));
-            return true;
-        }
-        const HourglassPointer hourglass;
-        ports().commands->UpdateStatusBarText(QString());
-        Document *document = DocInit();
-        if (!document)
-            return false;
-        LoadResult result;
-        {
-            const BusyScope busy;
-            try {
-                loadInto(*document, sFile, result);
-            } catch (...) {
-                keepWhatWasRead(*document, sFile, result);
-                throw;
-            }
-        }
-        if (!result.remark.isEmpty())
-            remark(u"%1: %2"_s.arg(sFile, result.remark));
-        if (result.cutLabels > 0)
-            tellOfCutLabels(*document, result.cutLabels);
-        if (document->m_iFileFormatVersion == Document::nativeFormat)
-            document->checkTexts();
-        document->window.autoFitSplit();
-        ports().recentFiles->UpdateMRUFile(sFile, false);
-        // Only now it is known whether the document may be written.
-        ports().commands->MenuEnable(iDocumentCount);
-        ports().commands->MenuEnableDynamic();
-        return true;
-    });
+    const bool bLoaded = procedure(routineName, [&] { return load(sFile, QString()); });
     offerUnfinishedSaves(sFile);
     return bLoaded;
+}
+
+bool DocLoadUnnamed(const QString &sFile, const QString &sCaption)
+{
+    return procedure(routineName, [&] { return load(sFile, sCaption); });
 }
 
 QByteArray DocLoadTag(const QByteArray &buffer, const QByteArray &tagName)

@@ -4,6 +4,8 @@
 #include "app/EmptyArea.h"
 #include "app/MainFixture.h"
 #include "model/modDoc.h"
+#include "platform/RichTextBox.h"
+#include "platform/TreeView.h"
 #include "window/frmDocument.h"
 
 #include <QAccessible>
@@ -165,7 +167,10 @@ void tst_EmptyArea::theTourIsADocumentWithoutAFile()
     QFile::remove(sample);
     QVERIFY(QFile::copy(QStringLiteral(QUILLERY_SOURCE_DIR "/resources/sample.qly"), sample));
     QVERIFY(QFile::setPermissions(sample, QFile::ReadOwner));
+    for (int number = 1; number <= g_options.MaxMRUFiles; ++number)
+        set("MRU", qPrintable(QString::number(number)), u"/home/me/%1.qly"_s.arg(number));
     start();
+    const QStringList recent = m_main->recentFiles.list();
     QVERIFY(row(u"tour"_s)->isVisible());
     QTest::mouseClick(row(u"tour"_s), Qt::LeftButton);
     QCOMPARE(m_main->main.documents().size(), 1U);
@@ -174,7 +179,20 @@ void tst_EmptyArea::theTourIsADocumentWithoutAFile()
     QVERIFY(!document.bReadOnly());
     QVERIFY(!document.m_bDataChanged);
     QVERIFY(m_main->enabled("mnuFileSave"));
-    QVERIFY(!m_main->recentFiles.list().contains(sample));
+    QCOMPARE(document.window.caption(), u"A tour of outlining"_s);
+    // What is only looked at takes no recent file's place.
+    QCOMPARE(m_main->recentFiles.list(), recent);
+    // Each of its entries can be written in, not only the one that is shown first.
+    auto &form = static_cast<frmDocument &>(document.window);
+    for (int step = 0; step < 2; ++step) {
+        form.treeView->setFocus();
+        QTest::keyClick(form.treeView, Qt::Key_Down);
+        form.textBox->setFocus();
+        QTest::keyClicks(form.textBox, u"written "_s);
+        QVERIFY(document.txtRTF.Text().startsWith(u"written "_s));
+    }
+    QVERIFY(document.m_bDataChanged);
+    DocumentActive()->giveUpChanges();
     QVERIFY(QFile::remove(sample));
 }
 
