@@ -206,6 +206,8 @@ SaveOutcome DocSave(const QString &sFile)
             ports().commands->UpdateStatusBar(document->tree.selected());
         }
         document->dismiss(NoticeKind::NotSaved);
+        // What was read has a file now, which holds all that is shown.
+        document->dismiss(NoticeKind::NotReadWhole);
         document->m_bSaveRefused = false;
         document->m_bFromOutline = iVersion == Document::nativeFormat;
         unlockSaved(*document);

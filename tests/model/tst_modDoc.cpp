@@ -46,6 +46,7 @@ private Q_SLOTS:
     void aFailedLoadKeepsWhatWasReadWithoutTheFilesName_data();
     void aFailedLoadKeepsWhatWasReadWithoutTheFilesName();
     void aFailedLoadOfAReadOnlyFileLeavesAnUnlockedWindow();
+    void whatWasReadIsADocumentLikeAnyOtherOnceSaved();
     void aFileThatMayNotBeRead();
 
     void savingWithoutADocument();
@@ -473,6 +474,27 @@ void tst_modDoc::aFailedLoadOfAReadOnlyFileLeavesAnUnlockedWindow()
     QVERIFY(!modDoc::DocLoad((*m_folder)(u"a.qly"_s)));
     QVERIFY(!m_fake->windows.active->text.locked);
     QCOMPARE(m_fake->windows.active->window.text, u"Document 1"_s);
+}
+
+void tst_modDoc::whatWasReadIsADocumentLikeAnyOtherOnceSaved()
+{
+    m_folder->write(u"a.qly"_s, "x");
+    m_fake->formats.onReadNative = [](Document &document, const QByteArray &, LoadResult &result) {
+        plantOutline(document.tree, {u"Root"_s});
+        result.damage = u"bytes between two records"_s;
+    };
+    QVERIFY(!modDoc::DocLoad((*m_folder)(u"a.qly"_s)));
+    QVERIFY(active().hasNotice(NoticeKind::NotReadWhole));
+    m_folder->setMode(QString(), 0555);
+    {
+        const OrdinaryUser user;
+        QCOMPARE(modDoc::DocSave((*m_folder)(u"b.qly"_s)), SaveOutcome::Failed);
+    }
+    QVERIFY(active().hasNotice(NoticeKind::NotReadWhole));
+    m_folder->setMode(QString(), 0777);
+    QCOMPARE(modDoc::DocSave((*m_folder)(u"b.qly"_s)), SaveOutcome::Saved);
+    QVERIFY2(active().notices().empty(), "it has a file's name now");
+    QCOMPARE(m_folder->read(u"a.qly"_s), QByteArray("x"));
 }
 
 void tst_modDoc::aFileThatMayNotBeRead()
