@@ -18,6 +18,8 @@
 #include "util/RunTimeError.h"
 #include "util/modString.h"
 
+#include <optional>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -58,18 +60,16 @@ qint16 formatOf(const QString &sFile)
     return modString::StringExtension(sFile) == u"qly" ? Document::nativeFormat : Document::plainTextFormat;
 }
 
-// Takes a step of making the backup. That it fails is told, but keeps nobody from saving.
+// Takes a step of making the backup. That it fails keeps nobody from saving; why it failed is returned.
 template <typename Step>
-bool takeBackupStep(Document &document, const QString &sBackup, Step &&step)
+std::optional<ErrorNumber> tryBackupStep(Step &&step)
 {
     try {
         step();
-        return true;
+        return std::nullopt;
     } catch (const RunTimeError &error) {
         reportError(saveName, error);
-        document.tell({NoticeKind::NoBackup, u"The file was saved, but no backup of what it held before could be made "
-                                             "as %1 (%2)."_s.arg(sBackup, errorDescription(error.number()))});
-        return false;
+        return error.number();
     }
 }
 
@@ -121,11 +121,18 @@ void writeDocument(Document &document)
     const QString sBackup = backupName(file.target());
     // A file named .bak would be its own backup, and a protected backup is not to be touched.
     const bool bWanted = g_options.Backup && sBackup != file.target() && !isReadOnlyFile(sBackup);
-    const bool bKept = bWanted && takeBackupStep(document, sBackup, [&] { file.keepOldFile(); });
+    std::optional<ErrorNumber> failure;
+    if (bWanted)
+        failure = tryBackupStep([&] { file.keepOldFile(); });
     file.replace();
     // The older backup goes only now: had the file not been replaced, it would still be the backup.
-    const bool bMade = bKept && takeBackupStep(document, sBackup, [&] { file.moveOldFileTo(sBackup); });
-    if (bMade || !bWanted)
+    if (bWanted && !failure)
+        failure = tryBackupStep([&] { file.moveOldFileTo(sBackup); });
+    // Only now it is true that the file was saved.
+    if (failure)
+        document.tell({NoticeKind::NoBackup, u"The file was saved, but no backup of what it held before could be made "
+                                             "as %1 (%2)."_s.arg(sBackup, errorDescription(*failure))});
+    else
         document.dismiss(NoticeKind::NoBackup);
 }
 

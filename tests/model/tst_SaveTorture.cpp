@@ -36,6 +36,10 @@ private Q_SLOTS:
 
     void everyCallFails();
 
+    void everyCallFailsFromOneOn_data() { situations(); }
+
+    void everyCallFailsFromOneOn();
+
     void killedBeforeEveryCall_data() { situations(); }
 
     void killedBeforeEveryCall();
@@ -215,6 +219,29 @@ void tst_SaveTorture::everyCallFails()
         }
     }
     QVERIFY(failed > 10);
+}
+
+void tst_SaveTorture::everyCallFailsFromOneOn()
+{
+    QFETCH(const int, target);
+    QFETCH(const int, backup);
+    begin(target, backup);
+    FailingCalls::startListing();
+    QCOMPARE(save(), SaveOutcome::Saved);
+    const auto calls = static_cast<int>(FailingCalls::stopListing().size());
+    for (int place = 0; place < calls; ++place) {
+        begin(target, backup);
+        FailingCalls::failFrom(place, EIO);
+        const bool saved = save() == SaveOutcome::Saved;
+        FailingCalls::stop();
+        const QString what = u"every call from %1 on failing: "_s.arg(place);
+        const QString fault = judge(backup, saved, false);
+        QVERIFY2(fault.isEmpty(), qPrintable(what + fault));
+        const Document &document = m_fake->windows.active->document;
+        QVERIFY2(saved != document.hasNotice(NoticeKind::NotSaved), qPrintable(what + u"the notice is wrong"_s));
+        QVERIFY2(saved || !document.hasNotice(NoticeKind::NoBackup),
+                 qPrintable(what + u"a save that failed says that the file was saved"_s));
+    }
 }
 
 void tst_SaveTorture::killedBeforeEveryCall()

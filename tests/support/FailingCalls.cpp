@@ -22,7 +22,7 @@
 namespace
 {
 
-enum class Mode { Off, List, Fail, Die };
+enum class Mode { Off, List, Fail, FailOn, Die };
 
 Mode s_mode = Mode::Off;
 int s_place = 0;
@@ -41,6 +41,11 @@ bool interferes(const char *name)
         return false;
     case Mode::Fail:
         if (s_count++ != s_place)
+            return false;
+        errno = s_error;
+        return true;
+    case Mode::FailOn:
+        if (s_count++ < s_place)
             return false;
         errno = s_error;
         return true;
@@ -86,6 +91,12 @@ void failAt(int place, int systemError)
     s_error = systemError;
     s_count = 0;
     s_mode = Mode::Fail;
+}
+
+void failFrom(int place, int systemError)
+{
+    failAt(place, systemError);
+    s_mode = Mode::FailOn;
 }
 
 void dieAt(int place)

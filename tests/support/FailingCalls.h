@@ -18,6 +18,8 @@ std::vector<std::string> stopListing();
 
 // From now on the call of this place in such a list (from 0) fails with an error number, once.
 void failAt(int place, int systemError);
+// From now on that call and every one after it fail.
+void failFrom(int place, int systemError);
 // From now on the process is killed before the call of this place.
 void dieAt(int place);
 // All calls work again.
