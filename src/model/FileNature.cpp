@@ -5,6 +5,7 @@
 
 #include "model/SealedDocument.h"
 
+#include "rtf/Looks.h"
 #include "rtf/Rtf.h"
 
 #include <QStringDecoder>
@@ -13,7 +14,6 @@
 #include <QTextList>
 
 #include <algorithm>
-#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -72,20 +72,24 @@ bool isBrokenUtf8(QByteArrayView bytes)
     return broken > 0 && valid > broken;
 }
 
-bool looksPlain(const QTextCharFormat &format)
+// Whether characters look as in the font. Nobody sees what language they are marked with.
+bool looksPlain(const QTextCharFormat &format, const QFont &font)
 {
-    return !format.isImageFormat() && !format.isAnchor() && format.fontWeight() <= QFont::Normal &&
-           !format.fontItalic() && !format.fontUnderline() && !format.fontStrikeOut() && !format.fontOverline() &&
-           format.verticalAlignment() == QTextCharFormat::AlignNormal && format.foreground().style() == Qt::NoBrush &&
-           format.background().style() == Qt::NoBrush;
+    if (format.isImageFormat() || format.isAnchor())
+        return false;
+    rtf::CharLook look = rtf::charLook(format, font);
+    look.language = 0;
+    return look == rtf::charLook(QTextCharFormat(), font);
 }
 
+// Which way a paragraph is read its characters say too.
 bool looksPlain(const QTextBlock &block)
 {
-    const QTextBlockFormat format = block.blockFormat();
-    return !block.textList() && (format.alignment() & (Qt::AlignRight | Qt::AlignHCenter | Qt::AlignJustify)) == 0 &&
-           format.indent() == 0 && qFuzzyIsNull(format.leftMargin()) && qFuzzyIsNull(format.rightMargin()) &&
-           qFuzzyIsNull(format.textIndent()) && format.background().style() == Qt::NoBrush;
+    if (block.textList() || block.blockFormat().indent() != 0)
+        return false;
+    rtf::ParaLook look = rtf::paraLook(block.blockFormat(), false, 0);
+    look.flags &= ~quint32(rtf::RightToLeft);
+    return look == rtf::ParaLook();
 }
 
 } // namespace
@@ -106,7 +110,7 @@ QString whyNoPlainText(const QByteArray &bytes)
     return QString();
 }
 
-bool looksPlain(const QByteArray &text)
+bool looksPlain(const QByteArray &text, const QFont &font)
 {
     if (!rtf::isRtf(text))
         return true;
@@ -114,16 +118,11 @@ bool looksPlain(const QByteArray &text)
     rtf::read(text, document);
     if (!document.rootFrame()->childFrames().isEmpty())
         return false;
-    std::optional<QTextCharFormat> first;
     for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
         if (!looksPlain(block))
             return false;
         for (auto at = block.begin(); !at.atEnd(); ++at) {
-            const QTextCharFormat format = at.fragment().charFormat();
-            if (!first)
-                first = format;
-            if (!looksPlain(format) || format.fontFamilies() != first->fontFamilies() ||
-                !qFuzzyCompare(format.fontPointSize() + 1, first->fontPointSize() + 1))
+            if (!looksPlain(at.fragment().charFormat(), font))
                 return false;
         }
     }

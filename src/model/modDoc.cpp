@@ -77,8 +77,10 @@ std::optional<ErrorNumber> tryBackupStep(Step &&step)
 bool isMoreThanText(const Document &document)
 {
     const Entry *root = document.tree.root();
+    QFont font = document.txtRTF.Font();
+    document.m_fntTextFont.SetFont(font);
     return document.m_bFromOutline ||
-           (root && !looksPlain(NodeTextDecompressIfRequired(document.tree.storedText(root))));
+           (root && !looksPlain(NodeTextDecompressIfRequired(document.tree.storedText(root)), font));
 }
 
 bool textFormatAccepted(const Document &document, qint16 iVersion)

@@ -3,6 +3,7 @@
 
 #include "model/FileNature.h"
 
+#include <QFont>
 #include <QRandomGenerator>
 #include <QTest>
 
@@ -85,6 +86,24 @@ void tst_FileNature::whatLooksPlain_data()
     QTest::newRow("raised") << head + "one {\\super two}}" << false;
     QTest::newRow("two fonts") << head + "one {\\f1 two}}" << false;
     QTest::newRow("two sizes") << head + "one {\\fs40 two}}" << false;
+    QTest::newRow("all of it in another font") << head + "\\f1 one\\par two}" << false;
+    QTest::newRow("all of it in another size") << head + "\\fs40 one\\par two}" << false;
+    QTest::newRow("in a language") << head + "\\lang1031 eins}" << true;
+    QTest::newRow("hidden") << head + "one {\\v two}}" << false;
+    QTest::newRow("capitals") << head + "one {\\caps two}}" << false;
+    QTest::newRow("small capitals") << head + "one {\\scaps two}}" << false;
+    QTest::newRow("spaced out") << head + "one {\\expndtw40 two}}" << false;
+    QTest::newRow("stretched") << head + "one {\\charscalex150 two}}" << false;
+    QTest::newRow("outlined") << head + "one {\\outl two}}" << false;
+    QTest::newRow("a field") << head + "{\\field{\\*\\fldinst PAGE}{\\fldrslt 2}}}" << false;
+    QTest::newRow("space before") << head + "\\sb240 one\\par}" << false;
+    QTest::newRow("space after") << head + "\\sa240 one\\par}" << false;
+    QTest::newRow("line spacing") << head + "\\sl480\\slmult1 one\\par}" << false;
+    QTest::newRow("tab stops") << head + "\\tx3000 one\\tab two\\par}" << false;
+    QTest::newRow("a rule") << head + "one\\par\\pard\\brdrb\\brdrs\\brdrw15\\par\\pard two}" << false;
+    QTest::newRow("a page break") << head + "one\\par\\pagebb two\\par}" << false;
+    QTest::newRow("a heading") << head + "\\outlinelevel0 one\\par}" << false;
+    QTest::newRow("shaded") << head + "\\cbpat1 one\\par}" << false;
     QTest::newRow("centred") << head + "\\qc one\\par}" << false;
     QTest::newRow("indented") << head + "\\li720 one\\par}" << false;
     QTest::newRow("a bullet") << head +
@@ -103,7 +122,12 @@ void tst_FileNature::whatLooksPlain()
 {
     QFETCH(const QByteArray, text);
     QFETCH(const bool, plain);
-    QCOMPARE(looksPlain(text), plain);
+    QFont font(u"Arial"_s, 10);
+    QCOMPARE(looksPlain(text, font), plain);
+    // What is bold throughout is so by the font where the document's is bold.
+    font.setBold(true);
+    const bool isBold = QByteArrayView(QTest::currentDataTag()) == "all of it bold";
+    QCOMPARE(looksPlain(text, font), isBold || !text.startsWith("{\\rtf"));
 }
 
 QTEST_MAIN(tst_FileNature)
