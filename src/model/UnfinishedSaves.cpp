@@ -14,6 +14,7 @@
 #include <QFileInfo>
 #include <QScopeGuard>
 
+#include <algorithm>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -68,14 +69,15 @@ void examine(const QString &path, const TemporaryName &name, const QString &targ
 
 } // namespace
 
+// The oldest comes first, so that the latest gets the name of a file that is not there.
 std::vector<UnfinishedSave> unfinishedSaves(const QString &sFile)
 {
     const QString sTarget = followLinks(sFile);
     const QString folder = QFileInfo(sTarget).absolutePath();
     const QByteArray carried = TemporaryName::carried(QFile::encodeName(QFileInfo(sTarget).fileName()));
     std::vector<UnfinishedSave> found;
-    const QStringList names =
-        QDir(folder).entryList({u".quillery-*"_s}, QDir::Files | QDir::Hidden | QDir::System, QDir::Name);
+    const QStringList names = QDir(folder).entryList({u".quillery-*"_s}, QDir::Files | QDir::Hidden | QDir::System,
+                                                     QDir::Time | QDir::Reversed);
     for (const QString &entry : names) {
         const std::optional<TemporaryName> name = TemporaryName::parse(QFile::encodeName(entry));
         if (!name)
@@ -86,13 +88,16 @@ std::vector<UnfinishedSave> unfinishedSaves(const QString &sFile)
     return found;
 }
 
-QString nameUnfinishedSave(const UnfinishedSave &save)
+QString nameUnfinishedSave(const UnfinishedSave &save, const std::vector<UnfinishedSave> &all)
 {
+    // Beside a file of that name what is older would look outdated, though nobody has decided about it.
+    const bool isContested = std::ranges::any_of(
+        all, [&save](const UnfinishedSave &other) { return other.path != save.path && other.target == save.target; });
     const QFileInfo target(save.target);
     // A name that had to be cut off lost its extension, which says what the file is.
     const QString suffix = target.suffix().isEmpty() ? u"qly"_s : target.suffix();
     const QString stem = target.absolutePath() + u'/' + target.completeBaseName();
-    QString name = QFileInfo::exists(save.target) ? QString() : stem + u'.' + suffix;
+    QString name = isContested || QFileInfo::exists(save.target) ? QString() : stem + u'.' + suffix;
     for (int number = 1; name.isEmpty() || QFileInfo::exists(name); ++number) {
         const QString which = number == 1 ? QString() : u" %1"_s.arg(number);
         name = u"%1 (unfinished save%2).%3"_s.arg(stem, which, suffix);

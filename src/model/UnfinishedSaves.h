@@ -21,6 +21,6 @@ struct UnfinishedSave {
 // is left alone.
 std::vector<UnfinishedSave> unfinishedSaves(const QString &sFile);
 
-// Gives the content a name of its own beside its target, or the target's if that is free, and returns it. Throws a file
-// error.
-QString nameUnfinishedSave(const UnfinishedSave &save);
+// Gives the content a name of its own beside its target, or the target's if that is free and no other unfinished save
+// is to become it, and returns it. Throws a file error.
+QString nameUnfinishedSave(const UnfinishedSave &save, const std::vector<UnfinishedSave> &all);

@@ -26,6 +26,9 @@
 #include <QFile>
 #include <QFileInfo>
 #include <QLocale>
+#include <QSet>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -231,25 +234,39 @@ bool load(const QString &sFile, const QString &sCaption)
     return true;
 }
 
+bool loadAndOffer(const QString &sFile, QSet<QString> &asked);
+
 // Asks about what saves that were cut short would have written. It becomes a document beside the others, in a file of
-// its own from the first moment.
-void offerUnfinishedSaves(const QString &sFile)
+// its own from the first moment. Opening that asks about what belongs to it, so what there is to ask about is looked up
+// again after each answer, and nothing is asked twice.
+void offerUnfinishedSaves(const QString &sFile, QSet<QString> &asked)
 {
-    procedure(routineName, [&] {
-        if (sFile.isEmpty())
+    while (true) {
+        const std::vector<UnfinishedSave> saves = unfinishedSaves(sFile);
+        const auto next = std::ranges::find_if(
+            saves, [&asked](const UnfinishedSave &unfinished) { return !asked.contains(unfinished.path); });
+        if (next == saves.end())
             return;
-        for (const UnfinishedSave &unfinished : unfinishedSaves(sFile)) {
-            const QString sTime =
-                QLocale::system().toString(QFileInfo(unfinished.path).lastModified(), QLocale::ShortFormat);
-            const Answer answer = ports().dialogs->ask(
-                u"Saving the file %1 was cut short (%2), but all that was to be saved is there. Do you want to keep it "
-                "in a file of its own and open that? If you choose No, it is deleted."_s.arg(unfinished.target, sTime));
-            if (answer == Answer::Yes)
-                modDoc::DocLoad(nameUnfinishedSave(unfinished));
-            else if (answer == Answer::No)
-                QFile::remove(unfinished.path);
-        }
+        asked.insert(next->path);
+        const QString sTime = QLocale::system().toString(QFileInfo(next->path).lastModified(), QLocale::ShortFormat);
+        const Answer answer = ports().dialogs->ask(
+            u"Saving the file %1 was cut short (%2), but all that was to be saved is there. Do you want to keep it in "
+            "a file of its own and open that? If you choose No, it is deleted."_s.arg(next->target, sTime));
+        if (answer == Answer::Yes)
+            loadAndOffer(nameUnfinishedSave(*next, saves), asked);
+        else if (answer == Answer::No)
+            QFile::remove(next->path);
+    }
+}
+
+bool loadAndOffer(const QString &sFile, QSet<QString> &asked)
+{
+    const bool bLoaded = procedure(routineName, [&] { return load(sFile, QString()); });
+    procedure(routineName, [&] {
+        if (!sFile.isEmpty())
+            offerUnfinishedSaves(sFile, asked);
     });
+    return bLoaded;
 }
 
 } // namespace
@@ -259,9 +276,8 @@ namespace modDoc
 
 bool DocLoad(const QString &sFile)
 {
-    const bool bLoaded = procedure(routineName, [&] { return load(sFile, QString()); });
-    offerUnfinishedSaves(sFile);
-    return bLoaded;
+    QSet<QString> asked;
+    return loadAndOffer(sFile, asked);
 }
 
 bool DocLoadUnnamed(const QString &sFile, const QString &sCaption)

@@ -37,6 +37,8 @@ private Q_SLOTS:
     void wholeContentIsOffered_data();
     void wholeContentIsOffered();
     void contentOfAFileThatNeverWasIsOffered();
+    void twoOfAFileThatNeverWasAreEachAskedAboutOnce_data();
+    void twoOfAFileThatNeverWasAreEachAskedAboutOnce();
     void aNameThatIsTakenGetsANumber();
     void contentIsOfferedThroughALink();
 
@@ -201,6 +203,40 @@ void tst_UnfinishedSaves::contentOfAFileThatNeverWasIsOffered()
     QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
     QCOMPARE(m_folder->read(u"new.qly"_s), QByteArray("never saved before"));
     QCOMPARE(m_fake->windows.active->document.m_sFile, path(u"new.qly"_s));
+}
+
+void tst_UnfinishedSaves::twoOfAFileThatNeverWasAreEachAskedAboutOnce_data()
+{
+    QTest::addColumn<Answer>("first");
+    QTest::addColumn<Answer>("second");
+    QTest::newRow("both are kept") << Answer::Yes << Answer::Yes;
+    QTest::newRow("the first is kept") << Answer::Yes << Answer::No;
+    QTest::newRow("the second is kept") << Answer::No << Answer::Yes;
+    QTest::newRow("the second is kept, the first waits") << Answer::Cancel << Answer::Yes;
+    QTest::newRow("both wait") << Answer::Cancel << Answer::Cancel;
+}
+
+void tst_UnfinishedSaves::twoOfAFileThatNeverWasAreEachAskedAboutOnce()
+{
+    QFETCH(const Answer, first);
+    QFETCH(const Answer, second);
+    crash(u"new.qly"_s, "earlier");
+    setAge(m_folder->names().filter(u".quillery-whole"_s)[0], 30);
+    crash(u"new.qly"_s, "later");
+    m_fake->dialogs.answers = {first, second};
+    QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
+    QCOMPARE(m_fake->dialogs.questions.size(), 2);
+    const int kept = (first == Answer::Yes ? 1 : 0) + (second == Answer::Yes ? 1 : 0);
+    const int waiting = (first == Answer::Cancel ? 1 : 0) + (second == Answer::Cancel ? 1 : 0);
+    QCOMPARE(m_fake->windows.open.size(), size_t(1 + kept));
+    QCOMPARE(m_folder->names().filter(u".quillery-whole"_s).size(), waiting);
+    // The file's own name is for the last that is decided about.
+    const bool laterIsLast = second == Answer::Yes && first != Answer::Cancel;
+    QCOMPARE(m_folder->read(u"new.qly"_s), laterIsLast ? QByteArray("later") : QByteArray());
+    const QByteArray beside = m_folder->read(u"new (unfinished save).qly"_s);
+    QCOMPARE(beside, first == Answer::Yes        ? QByteArray("earlier")
+                     : kept == 1 && !laterIsLast ? QByteArray("later")
+                                                 : QByteArray());
 }
 
 void tst_UnfinishedSaves::aNameThatIsTakenGetsANumber()
