@@ -25,23 +25,24 @@ const FileFilter nativeFilter = {u"Quillery Files (*.qly)"_s, u"*.qly"_s};
 const FileFilter textFilter = {u"Text Files (*.txt)"_s, u"*.txt"_s};
 const FileFilter everyFilter = {u"All Files (*.*)"_s, u"*.*"_s};
 
-// Whether another document than this one has a file, by whatever name.
-bool isOpenElsewhere(const Document &document, const QString &sFile)
+// A file as it is called without links. Of one that is not there only the folder is known.
+QString realName(const QString &sFile)
 {
-    const QString sReal = QFileInfo(sFile).canonicalFilePath();
-    const std::vector<Document *> documents = ports().windows->documents();
-    return std::any_of(documents.begin(), documents.end(), [&](const Document *other) {
-        return other != &document && !other->m_sFile.isEmpty() &&
-               (other->m_sFile == sFile ||
-                (!sReal.isEmpty() && QFileInfo(other->m_sFile).canonicalFilePath() == sReal));
-    });
+    const QFileInfo file(sFile);
+    if (const QString sReal = file.canonicalFilePath(); !sReal.isEmpty())
+        return sReal;
+    const QString sFolder = QFileInfo(file.absolutePath()).canonicalFilePath();
+    return sFolder.isEmpty() ? sFile : sFolder + u'/' + file.fileName();
 }
 
-bool isOpen(const QString &sFile)
+// Whether a document other than one left out has a file, by whatever name.
+bool isOpen(const QString &sFile, const Document *leftOut = nullptr)
 {
+    const QString sReal = realName(sFile);
     const std::vector<Document *> documents = ports().windows->documents();
-    return std::any_of(documents.begin(), documents.end(),
-                       [&sFile](const Document *document) { return document->m_sFile == sFile; });
+    return std::any_of(documents.begin(), documents.end(), [&](const Document *document) {
+        return document != leftOut && !document->m_sFile.isEmpty() && realName(document->m_sFile) == sReal;
+    });
 }
 
 // Whether a document cannot be saved under the name it has. Says why when that is the file's doing.
@@ -183,7 +184,7 @@ bool FileSaveAs()
         if (!document)
             return false;
         const auto sFile = ports().dialogs->askSaveName(saveAsRequest(*document));
-        if (sFile && isOpenElsewhere(*document, *sFile)) {
+        if (sFile && isOpen(*sFile, document)) {
             ports().dialogs->warn(u"Warning - the file "_s + *sFile +
                                   u" is open in another window, so cannot be saved over"_s);
             return false;

@@ -27,6 +27,7 @@ private Q_SLOTS:
 
     void aRecentFileIsLoaded();
     void aRecentFileThatIsOpenIsRefused();
+    void aRecentFileThatIsOpenByAnotherNameIsRefused();
     void aRecentFileThatIsGoneIsToldAndRemoved();
 
     void saveWritesToTheDocumentsFile();
@@ -186,6 +187,19 @@ void tst_modFile::aRecentFileThatIsOpenIsRefused()
                                                    u" is already loaded, so cannot be loaded again"_s));
     QCOMPARE(m_fake->windows.open.size(), size_t(2));
     QVERIFY(m_fake->recentFiles.updates.empty());
+}
+
+void tst_modFile::aRecentFileThatIsOpenByAnotherNameIsRefused()
+{
+    m_folder->write(u"a.qly"_s, "x");
+    QVERIFY(QFile::link(path(u"a.qly"_s), path(u"link.qly"_s)));
+    QVERIFY(QFile::link(m_folder->path(), path(u"here"_s)));
+    openDocument(path(u"a.qly"_s));
+    m_fake->recentFiles.captions = {u"&1 "_s + path(u"link.qly"_s), u"&2 "_s + path(u"here/a.qly"_s)};
+    modFile::FileMRU(1);
+    modFile::FileMRU(2);
+    QCOMPARE(m_fake->dialogs.warnings.size(), 2);
+    QCOMPARE(m_fake->windows.open.size(), size_t(1));
 }
 
 void tst_modFile::aRecentFileThatIsGoneIsToldAndRemoved()
