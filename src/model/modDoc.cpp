@@ -55,11 +55,6 @@ QString backupName(const QString &sFile)
     return modString::StringWithoutExtension(sFile) + u".bak"_s;
 }
 
-qint16 formatOf(const QString &sFile)
-{
-    return modString::StringExtension(sFile) == u"qly" ? Document::nativeFormat : Document::plainTextFormat;
-}
-
 // Takes a step of making the backup. That it fails keeps nobody from saving; why it failed is returned.
 template <typename Step>
 std::optional<ErrorNumber> tryBackupStep(Step &&step)
@@ -186,7 +181,7 @@ SaveOutcome DocSave(const QString &sFile)
             return SaveOutcome::Failed;
         const HourglassPointer hourglass;
         const BusyScope busy;
-        const qint16 iVersion = formatOf(sFile);
+        const qint16 iVersion = DocDefaultVersionFromExt(sFile);
         // Asked before anything else: whoever says no has the file, its backup and the document's name as they were.
         if (!textFormatAccepted(*document, iVersion))
             return SaveOutcome::Refused;
@@ -227,9 +222,9 @@ SaveOutcome DocSave(const QString &sFile)
     });
 }
 
-QString DocDefaultVersionFromExt(const QString &sFile)
+qint16 DocDefaultVersionFromExt(const QString &sFile)
 {
-    return QString::number(formatOf(sFile));
+    return modString::StringExtension(sFile) == u"qly" ? Document::nativeFormat : Document::plainTextFormat;
 }
 
 } // namespace modDoc

@@ -32,8 +32,8 @@ bool DocLoadUnnamed(const QString &sFile, const QString &sCaption);
 // Writes the active document to a file; the extension decides the format.
 SaveOutcome DocSave(const QString &sFile);
 
-// "1" for the extension "qly" in any case, "-1" for any other.
-QString DocDefaultVersionFromExt(const QString &sFile);
+// The native format for the extension "qly" in any case, plain text for any other.
+qint16 DocDefaultVersionFromExt(const QString &sFile);
 
 // The value of the first record of that tag anywhere in a native file's bytes; empty when there is none.
 QByteArray DocLoadTag(const QByteArray &buffer, const QByteArray &tagName);

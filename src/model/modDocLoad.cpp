@@ -39,9 +39,9 @@ constexpr auto routineName = "modDoc DocLoad";
 
 qint16 fileFormatVersion(const QString &sFile, const QByteArray &buffer)
 {
-    const QString sDefault = modDoc::DocDefaultVersionFromExt(sFile);
     const QString sStored = QString::fromLatin1(modDoc::DocLoadTag(buffer, "formatversion"));
-    return Numbers::toInt16(Numbers::toNumber(Numbers::isNumeric(sStored) ? sStored : sDefault));
+    return Numbers::isNumeric(sStored) ? Numbers::toInt16(Numbers::toNumber(sStored))
+                                       : modDoc::DocDefaultVersionFromExt(sFile);
 }
 
 void readOutline(Document &document, const QString &sFile, const QByteArray &buffer, LoadResult &result)

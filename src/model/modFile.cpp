@@ -51,7 +51,7 @@ bool needsAnotherName(Document &document)
     if (document.m_sFile.isEmpty())
         return true;
     // Saved under a name that says something else, an outline would become plain text.
-    if (document.m_bFromOutline && modDoc::DocDefaultVersionFromExt(document.m_sFile) != u"1")
+    if (document.m_bFromOutline && modDoc::DocDefaultVersionFromExt(document.m_sFile) != Document::nativeFormat)
         return true;
     if (document.m_fileAccess != FileAccess::Writable || !document.bReadOnly())
         return false;

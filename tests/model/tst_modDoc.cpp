@@ -810,21 +810,21 @@ void tst_modDoc::whatFailsBesideALoadOrASaveIsReportedByItself()
 void tst_modDoc::defaultVersions_data()
 {
     QTest::addColumn<QString>("file");
-    QTest::addColumn<QString>("version");
-    QTest::newRow("qly") << u"/a/b.qly"_s << u"1"_s;
-    QTest::newRow("in any case") << u"/a/b.QlY"_s << u"1"_s;
-    QTest::newRow("txt") << u"/a/b.txt"_s << u"-1"_s;
-    QTest::newRow("none") << u"/a/b"_s << u"-1"_s;
-    QTest::newRow("only as the name") << u"/a/qly"_s << u"-1"_s;
-    QTest::newRow("of the folder") << u"/a.qly/b"_s << u"-1"_s;
-    QTest::newRow("not the last") << u"/a/b.qly.bak"_s << u"-1"_s;
-    QTest::newRow("empty") << QString() << u"-1"_s;
+    QTest::addColumn<qint16>("version");
+    QTest::newRow("qly") << u"/a/b.qly"_s << Document::nativeFormat;
+    QTest::newRow("in any case") << u"/a/b.QlY"_s << Document::nativeFormat;
+    QTest::newRow("txt") << u"/a/b.txt"_s << Document::plainTextFormat;
+    QTest::newRow("none") << u"/a/b"_s << Document::plainTextFormat;
+    QTest::newRow("only as the name") << u"/a/qly"_s << Document::plainTextFormat;
+    QTest::newRow("of the folder") << u"/a.qly/b"_s << Document::plainTextFormat;
+    QTest::newRow("not the last") << u"/a/b.qly.bak"_s << Document::plainTextFormat;
+    QTest::newRow("empty") << QString() << Document::plainTextFormat;
 }
 
 void tst_modDoc::defaultVersions()
 {
     QFETCH(const QString, file);
-    QFETCH(const QString, version);
+    QFETCH(const qint16, version);
     QCOMPARE(modDoc::DocDefaultVersionFromExt(file), version);
 }
 
