@@ -3,19 +3,36 @@
 
 #include "model/ShownLabel.h"
 
-QString shownLabel(const QString &label, qsizetype longest)
+#include <QTextBoundaryFinder>
+
+namespace
 {
-    if (label.size() <= longest)
-        return label;
-    qsizetype end = longest - 1;
-    // Half a character is no text.
-    if (label.at(end).isLowSurrogate() && label.at(end - 1).isHighSurrogate())
-        --end;
-    return label.first(end) + u'\u2026';
+
+// The last place up to a given one where a label can be cut: between two characters as they are read, where a letter
+// has its accents. One that is longer than any real one ends where it has to, though not in half a code point.
+qsizetype cutBefore(const QString &label, qsizetype end)
+{
+    constexpr qsizetype longestCharacter = 64;
+    const qsizetype start = qMax<qsizetype>(0, end - longestCharacter);
+    const QString around = label.sliced(start, qMin(label.size(), end + 2) - start);
+    QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, around);
+    finder.setPosition(end - start);
+    const qsizetype found = finder.isAtBoundary() ? end - start : finder.toPreviousBoundary();
+    if (found > 0)
+        return start + found;
+    return label.at(end).isLowSurrogate() && label.at(end - 1).isHighSurrogate() ? end - 1 : end;
 }
 
-QString briefLabel(const QString &label)
+} // namespace
+
+QString shownLabel(const QString &label, qsizetype longest)
 {
-    constexpr qsizetype longest = 40;
-    return shownLabel(label, longest);
+    return label.size() <= longest ? label : label.first(cutBefore(label, longest - 1)) + u'\u2026';
+}
+
+QString briefLabel(const QString &label, qsizetype longest)
+{
+    if (label.size() <= longest && !label.contains(u'\n'))
+        return label;
+    return shownLabel(label.simplified(), longest);
 }

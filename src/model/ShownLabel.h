@@ -11,5 +11,5 @@
 // in all.
 QString shownLabel(const QString &label, qsizetype longest = limits::shownLabel);
 
-// A label as it is named in a sentence.
-QString briefLabel(const QString &label);
+// A label as it is named in a sentence: on one line, its beginning where there is more than so many characters.
+QString briefLabel(const QString &label, qsizetype longest = 40);

@@ -48,15 +48,6 @@ bool liesWithin(const Entry *entry, const std::vector<Entry *> &subtrees)
     return false;
 }
 
-// A label is as long as its user likes; a question about it is to fit on the screen, and on a few lines.
-QString labelForQuestion(const QString &label)
-{
-    constexpr qsizetype most = 80;
-    const QString beginning = shownLabel(label);
-    const QString oneLine = beginning.simplified();
-    return shownLabel(oneLine.size() > most || beginning.contains(u'\n') ? oneLine : beginning, most);
-}
-
 void deleteAll(Document &document, const std::vector<Entry *> &entries)
 {
     if (entries.empty())
@@ -122,8 +113,9 @@ void OutlineDelete()
         Entry *entry = document.tree.selected();
         if (!entry)
             return;
+        constexpr qsizetype mostOfLabel = 80;
         const QString question =
-            u"Do you really want to delete the entry '"_s + labelForQuestion(entry->label()) + u"'?"_s;
+            u"Do you really want to delete the entry '"_s + briefLabel(entry->label(), mostOfLabel) + u"'?"_s;
         if (ports().dialogs->ask(question) != Answer::Yes)
             return;
         Entry *survivor = modNodes::survivorOf(*entry);
