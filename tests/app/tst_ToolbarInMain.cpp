@@ -33,6 +33,7 @@ private Q_SLOTS:
     void everyRowAgreesWithTheTable_data();
     void everyRowAgreesWithTheTable();
     void aButtonWorksOnTheDocument();
+    void nothingDeletesTheRoot();
     void anExpansionButtonStaysPressedWhateverIsClicked();
     void expandingByHandReleasesTheExpansionButtons();
     void theFormatButtonsFollowTheTextsSelection();
@@ -158,6 +159,29 @@ void tst_ToolbarInMain::aButtonWorksOnTheDocument()
     layOut();
     QTest::mouseClick(buttonOf(m_main->main, "Go To Outline"), Qt::LeftButton);
     QVERIFY(form().treeView->hasFocus());
+}
+
+void tst_ToolbarInMain::nothingDeletesTheRoot()
+{
+    startMain();
+    const Document &document = makeDocument();
+    const int before = document.tree.entryCount();
+    QWindow *window = m_main->main.windowHandle();
+    const auto *button = buttonOf(m_main->main, "Delete Entry");
+    QVERIFY(button->isVisible());
+    const QPoint place = button->mapTo(&m_main->main, button->rect().center());
+    QTest::keyClick(window, Qt::Key_Home);
+    QVERIFY(document.tree.selected()->isRoot());
+    layOut();
+    // Nobody is asked either.
+    QTest::keyClick(window, Qt::Key_Delete, Qt::AltModifier);
+    QTest::mouseClick(window, Qt::LeftButton, Qt::NoModifier, place);
+    QTest::keyClick(window, Qt::Key_Delete, Qt::AltModifier);
+    form().textBox->setFocus();
+    QTest::keyClick(window, Qt::Key_Delete, Qt::AltModifier);
+    QCOMPARE(document.tree.entryCount(), before);
+    QCOMPARE(m_main->app.core.dialogs.questions, QStringList());
+    QVERIFY(!button->isVisible());
 }
 
 void tst_ToolbarInMain::anExpansionButtonStaysPressedWhateverIsClicked()
