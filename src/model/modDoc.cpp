@@ -182,12 +182,13 @@ SaveOutcome DocSave(const QString &sFile)
         const HourglassPointer hourglass;
         const BusyScope busy;
         const qint16 iVersion = DocDefaultVersionFromExt(sFile);
-        // Asked before anything else: whoever says no has the file, its backup and the document's name as they were.
-        if (!textFormatAccepted(*document, iVersion))
-            return SaveOutcome::Refused;
         const QString sOldFile = document->m_sFile;
         const qint16 iOldVersion = document->m_iFileFormatVersion;
         try {
+            // Asked before anything else: whoever says no has the file, its backup and the document's name as they
+            // were.
+            if (!textFormatAccepted(*document, iVersion))
+                return SaveOutcome::Refused;
             if (!document->tree.root())
                 throw RunTimeError(ErrorNumber::InvalidCall, u"%1: a document without entries, as %2"_s.arg(
                                                                  errorDescription(ErrorNumber::InvalidCall), sFile));

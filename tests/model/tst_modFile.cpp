@@ -35,6 +35,7 @@ private Q_SLOTS:
     void saveCancelledKeepsANewDocumentChanged();
     void saveRefusedMarksTheDocumentUnchanged();
     void saveThatFailsKeepsTheDocumentChanged();
+    void aSaveThatFailsBeforeItBeginsKeepsTheDocumentChanged();
     void saveAsAsksForAName_data();
     void saveAsAsksForAName();
     void saveAsCancelled();
@@ -260,6 +261,18 @@ void tst_modFile::saveThatFailsKeepsTheDocumentChanged()
     QVERIFY(!modFile::FileSave());
     QVERIFY(fake.document.m_bDataChanged);
     QCOMPARE(m_errors->summary(), QStringList(u"76 modDoc DocSave"_s));
+}
+
+void tst_modFile::aSaveThatFailsBeforeItBeginsKeepsTheDocumentChanged()
+{
+    FakeDocument &fake = openDocument(path(u"a.txt"_s));
+    // The text is looked at before the file is.
+    fake.document.tree.setPendingText(fake.document.tree.root(), []() -> QByteArray { throw std::bad_alloc(); });
+    QVERIFY(!modFile::FileSave());
+    QVERIFY(fake.document.m_bDataChanged);
+    QVERIFY(fake.document.hasNotice(NoticeKind::NotSaved));
+    QCOMPARE(m_errors->summary(), QStringList(u"7 modDoc DocSave"_s));
+    QVERIFY(m_folder->names().isEmpty());
 }
 
 void tst_modFile::saveAsAsksForAName_data()
