@@ -256,7 +256,12 @@ void FileExportText()
         if (!document)
             return;
         const auto sFile = ports().dialogs->askSaveName(saveRequest(*document, {textFilter}, u"txt"_s));
-        if (sFile)
+        if (!sFile)
+            return;
+        // The document that has the file would look as if it were still in there, and be closed without a question.
+        if (isOpen(*sFile))
+            ports().dialogs->warn(u"Warning - the file "_s + *sFile + u" is open, so cannot be exported over"_s);
+        else
             ports().formats->exportText(*sFile);
     });
 }

@@ -54,6 +54,7 @@ private Q_SLOTS:
     void importClipboardMakesADocument();
     void exportTextAsksForAName();
     void exportTextCancelled();
+    void exportTextOverAnOpenFileIsRefused();
     void exportClipboard();
     void printingAsksHowMuch_data();
     void printingAsksHowMuch();
@@ -453,6 +454,21 @@ void tst_modFile::exportTextAsksForAName()
     QCOMPARE(request.initialName, u"/a/notes"_s);
     QCOMPARE(m_fake->formats.exportedFiles, QStringList(path(u"b.txt"_s)));
     QCOMPARE(m_fake->windows.active->document.m_sFile, u"/a/notes.qly"_s);
+}
+
+void tst_modFile::exportTextOverAnOpenFileIsRefused()
+{
+    for (const QString &name : {u"a.qly"_s, u"b.txt"_s}) {
+        m_folder->write(name, "x");
+        openDocument(path(name));
+    }
+    QVERIFY(QFile::link(path(u"a.qly"_s), path(u"link.txt"_s)));
+    // Neither its own file, nor another document's, nor one by another name.
+    m_fake->dialogs.saveNames = {path(u"b.txt"_s), path(u"a.qly"_s), path(u"link.txt"_s)};
+    for (int time = 0; time < 3; ++time)
+        modFile::FileExportText();
+    QCOMPARE(m_fake->formats.exportedFiles, QStringList());
+    QCOMPARE(m_fake->dialogs.warnings.size(), 3);
 }
 
 void tst_modFile::exportTextCancelled()
