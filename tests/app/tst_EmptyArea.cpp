@@ -37,6 +37,7 @@ private Q_SLOTS:
     void everyLineTellsItsNameAndKey();
     void itIsCutRatherThanTheWindowEnlarged();
     void theTourIsADocumentWithoutAFile();
+    void whatIsTypedIntoATextFileIsSavedWithoutAQuestion();
     void theFirstDocumentFillsTheAreaWhenTheLastOneDid();
     void anUntouchedStoreOpensDocumentsAsBefore();
     void theMainWindowStartsMaximisedWhenItEndedSo();
@@ -194,6 +195,25 @@ void tst_EmptyArea::theTourIsADocumentWithoutAFile()
     QVERIFY(document.m_bDataChanged);
     DocumentActive()->giveUpChanges();
     QVERIFY(QFile::remove(sample));
+}
+
+void tst_EmptyArea::whatIsTypedIntoATextFileIsSavedWithoutAQuestion()
+{
+    const QString sFile = m_main->app.makeFile(u"a.txt"_s, "label");
+    start();
+    QVERIFY(modDoc::DocLoad(sFile));
+    m_main->choose("mnuFileNew");
+    DocumentActive()->trvOutline.EndLabelEdit();
+    m_main->app.core.dialogs.saveNames = {sFile.chopped(5) + u"b.txt"_s};
+    for (const Document *document : m_main->main.documents()) {
+        auto &form = static_cast<frmDocument &>(document->window);
+        form.activate();
+        form.textBox->setFocus();
+        QTest::keyClicks(form.textBox, u"typed"_s);
+        m_main->choose("mnuFileSave");
+        QVERIFY(!document->m_bDataChanged);
+    }
+    QCOMPARE(m_main->app.core.dialogs.questions, QStringList());
 }
 
 void tst_EmptyArea::theFirstDocumentFillsTheAreaWhenTheLastOneDid()
