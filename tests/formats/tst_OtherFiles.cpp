@@ -190,6 +190,8 @@ void tst_OtherFiles::formattingIsAskedAboutBeforeItGoes_data()
     QTest::addColumn<bool>("asks");
     const QByteArray head = "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0\\fs20 ";
     QTest::newRow("words alone") << head + "one\\par two}" << false;
+    QTest::newRow("words in another font")
+        << QByteArray(head).replace("Arial", "Courier New") + "one\\par two}" << true;
     QTest::newRow("a bold word") << head + "one {\\b two}}" << true;
     QTest::newRow("a table") << head + "\\trowd\\cellx1000 a\\cell\\row}" << true;
 }
@@ -200,6 +202,8 @@ void tst_OtherFiles::formattingIsAskedAboutBeforeItGoes()
     QFETCH(const bool, asks);
     m_folder->write(u"notes.txt"_s, "as it was");
     QVERIFY(modDoc::DocLoad(path(u"notes.txt"_s)));
+    active().m_fntTextFont.setName(u"Arial"_s);
+    active().m_fntTextFont.setSize(10 * clsFont::point);
     active().tree.setStoredText(active().tree.root(), NodeTextCompressIfRequired(text));
     active().m_bDataChanged = true;
     if (asks) {
