@@ -6,7 +6,7 @@
 
 #include "GeneratedDocument.h"
 
-#include "model/modDoc.h"
+#include "document/modDoc.h"
 #include "support/FormatsFixture.h"
 
 #include <QFile>

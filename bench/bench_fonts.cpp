@@ -3,9 +3,9 @@
 
 // Giving all texts of a document another font.
 
+#include "document/modNodes.h"
 #include "model/Entry.h"
 #include "model/StoredText.h"
-#include "model/modNodes.h"
 #include "search/SearchFixture.h"
 
 #include <QApplication>

@@ -7,7 +7,7 @@
 #include "outline/modOutline.h"
 #include "window/WindowFixture.h"
 
-#include "model/modDoc.h"
+#include "document/modDoc.h"
 
 #include <QApplication>
 

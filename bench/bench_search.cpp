@@ -4,9 +4,9 @@
 // Searching all texts of a document: a search that finds nothing beside a pass that only inflates the texts, and
 // replacing every match.
 
+#include "document/modNodes.h"
 #include "model/Entry.h"
 #include "model/StoredText.h"
-#include "model/modNodes.h"
 #include "platform/RichTextBox.h"
 #include "rtf/Rtf.h"
 #include "search/SearchFixture.h"

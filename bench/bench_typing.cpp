@@ -5,8 +5,8 @@
 // of 200 keys counts, as whoever types feels that one.
 
 #include "app/MainFixture.h"
+#include "document/modNodes.h"
 #include "model/StoredText.h"
-#include "model/modNodes.h"
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 #include "window/frmDocument.h"

@@ -6,8 +6,8 @@
 // must not cost more in a full outline than in a small one.
 
 #include "app/MainFixture.h"
+#include "document/modNodes.h"
 #include "model/StoredText.h"
-#include "model/modNodes.h"
 #include "platform/TreeView.h"
 #include "window/frmDocument.h"
 

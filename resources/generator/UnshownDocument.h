@@ -3,10 +3,10 @@
 
 #pragma once
 
-#include "model/Document.h"
-#include "model/DocumentWindow.h"
-#include "model/OutlinePane.h"
-#include "model/TextPane.h"
+#include "document/Document.h"
+#include "document/DocumentWindow.h"
+#include "document/OutlinePane.h"
+#include "document/TextPane.h"
 
 // Panes and a window that show nothing, for documents that only exist to be written to a file.
 

@@ -6,7 +6,7 @@
 #include "app/modHelp.h"
 #include "app/modViewBars.h"
 #include "app/modWindow.h"
-#include "model/modFile.h"
+#include "document/modFile.h"
 #include "outline/modOutline.h"
 #include "search/modSearch.h"
 #include "text/modEdit.h"

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "app/CommandTable.h"
-#include "model/Globals.h"
+#include "document/Globals.h"
 
 #include <QString>
 

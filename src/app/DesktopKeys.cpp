@@ -4,7 +4,7 @@
 #include "app/DesktopKeys.h"
 
 #include "app/TableText.h"
-#include "model/Ports.h"
+#include "document/Ports.h"
 #include "window/KeyMap.h"
 
 #include <QAction>

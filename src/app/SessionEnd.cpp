@@ -5,9 +5,9 @@
 
 #include "app/frmMain.h"
 #include "app/modMain.h"
-#include "model/Document.h"
-#include "model/Globals.h"
-#include "model/OutlinePane.h"
+#include "document/Document.h"
+#include "document/Globals.h"
+#include "document/OutlinePane.h"
 #include "util/Procedure.h"
 
 #include <QApplication>

@@ -5,8 +5,8 @@
 
 #include "app/modMRU.h"
 #include "app/modMain.h"
-#include "model/Document.h"
-#include "model/Ports.h"
+#include "document/Document.h"
+#include "document/Ports.h"
 
 SessionKeeper::SessionKeeper(QObject *parent)
     : QObject(parent)

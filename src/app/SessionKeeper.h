@@ -4,7 +4,7 @@
 #pragma once
 
 #include "app/AppPorts.h"
-#include "model/Globals.h"
+#include "document/Globals.h"
 
 #include <QObject>
 #include <QStringList>

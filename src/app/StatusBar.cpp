@@ -4,7 +4,7 @@
 #include "app/StatusBar.h"
 
 #include "app/AppPorts.h"
-#include "model/Ports.h"
+#include "document/Ports.h"
 #include "platform/LockKeys.h"
 #include "util/Procedure.h"
 

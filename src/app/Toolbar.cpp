@@ -6,7 +6,7 @@
 #include "app/DesktopKeys.h"
 #include "app/TableText.h"
 #include "app/ToolbarIcon.h"
-#include "model/Ports.h"
+#include "document/Ports.h"
 #include "util/Procedure.h"
 
 #include <QEvent>

@@ -3,7 +3,7 @@
 
 #include "app/ToolbarRules.h"
 
-#include "model/TextPane.h"
+#include "document/TextPane.h"
 #include "util/Procedure.h"
 
 using namespace Qt::StringLiterals;

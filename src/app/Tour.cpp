@@ -3,7 +3,7 @@
 
 #include "app/Tour.h"
 
-#include "model/modDoc.h"
+#include "document/modDoc.h"
 #include "util/Procedure.h"
 #include "util/ProgramFiles.h"
 

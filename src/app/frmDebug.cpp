@@ -3,9 +3,9 @@
 
 #include "app/frmDebug.h"
 
-#include "model/Document.h"
-#include "model/Ports.h"
-#include "model/TextPane.h"
+#include "document/Document.h"
+#include "document/Ports.h"
+#include "document/TextPane.h"
 #include "util/Procedure.h"
 
 #include <QApplication>

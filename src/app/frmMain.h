@@ -4,7 +4,7 @@
 #pragma once
 
 #include "app/AppPorts.h"
-#include "model/Ports.h"
+#include "document/Ports.h"
 
 #include <QMainWindow>
 #include <QPointer>

@@ -4,7 +4,7 @@
 #include "app/modMRU.h"
 
 #include "app/AppPorts.h"
-#include "model/Globals.h"
+#include "document/Globals.h"
 #include "util/Blanks.h"
 #include "util/Numbers.h"
 #include "util/Procedure.h"

@@ -6,7 +6,7 @@
 #include "app/AppPorts.h"
 #include "app/modHelp.h"
 #include "app/modMain.h"
-#include "model/Globals.h"
+#include "document/Globals.h"
 #include "util/Numbers.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"

@@ -4,8 +4,8 @@
 #include "app/modViewBars.h"
 
 #include "app/AppPorts.h"
-#include "model/Globals.h"
-#include "model/Ports.h"
+#include "document/Globals.h"
+#include "document/Ports.h"
 #include "util/Procedure.h"
 
 namespace modView

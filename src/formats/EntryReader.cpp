@@ -5,9 +5,9 @@
 
 #include "formats/LabelRecords.h"
 
-#include "model/Document.h"
-#include "model/modDoc.h"
-#include "model/modNodes.h"
+#include "document/Document.h"
+#include "document/modDoc.h"
+#include "document/modNodes.h"
 
 #include "util/AnsiCodec.h"
 #include "util/Numbers.h"

@@ -6,8 +6,8 @@
 #include "formats/Findings.h"
 #include "formats/RecordNames.h"
 
+#include "document/Ports.h"
 #include "model/ForeignRecords.h"
-#include "model/Ports.h"
 
 #include <QByteArray>
 #include <QString>

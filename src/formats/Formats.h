@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "model/Ports.h"
+#include "document/Ports.h"
 
 // The formats that the document lifecycle reads and writes.
 class Formats final : public DocumentFormats

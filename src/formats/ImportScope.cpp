@@ -3,10 +3,10 @@
 
 #include "formats/ImportScope.h"
 
-#include "model/Document.h"
-#include "model/DocumentWindow.h"
-#include "model/OutlinePane.h"
-#include "model/modNodes.h"
+#include "document/Document.h"
+#include "document/DocumentWindow.h"
+#include "document/OutlinePane.h"
+#include "document/modNodes.h"
 #include "util/Procedure.h"
 
 ImportScope::ImportScope(Document &document)

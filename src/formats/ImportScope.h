@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "model/Globals.h"
-#include "model/Ports.h"
+#include "document/Globals.h"
+#include "document/Ports.h"
 
 #include <optional>
 

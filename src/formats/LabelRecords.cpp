@@ -3,7 +3,7 @@
 
 #include "formats/LabelRecords.h"
 
-#include "model/modDoc.h"
+#include "document/modDoc.h"
 
 #include "util/AnsiCodec.h"
 

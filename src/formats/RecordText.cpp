@@ -3,8 +3,8 @@
 
 #include "formats/RecordText.h"
 
+#include "document/modDoc.h"
 #include "model/StoredText.h"
-#include "model/modDoc.h"
 
 #include "util/RunTimeError.h"
 

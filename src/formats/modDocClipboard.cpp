@@ -6,8 +6,8 @@
 #include "formats/ImportScope.h"
 #include "formats/modDocText.h"
 
-#include "model/Document.h"
-#include "model/Ports.h"
+#include "document/Document.h"
+#include "document/Ports.h"
 
 #include "util/Procedure.h"
 

@@ -7,11 +7,11 @@
 #include "formats/OutlineWalk.h"
 #include "formats/PlainText.h"
 
-#include "model/Document.h"
-#include "model/Ports.h"
-#include "model/SafeFile.h"
+#include "document/Document.h"
+#include "document/Ports.h"
+#include "document/SafeFile.h"
+#include "document/modNodes.h"
 #include "model/StoredText.h"
-#include "model/modNodes.h"
 
 #include "util/AnsiCodec.h"
 #include "util/Procedure.h"

@@ -5,10 +5,10 @@
 
 #include "formats/EntryReader.h"
 
-#include "model/Document.h"
-#include "model/OutlinePane.h"
-#include "model/TextPane.h"
-#include "model/modDoc.h"
+#include "document/Document.h"
+#include "document/OutlinePane.h"
+#include "document/TextPane.h"
+#include "document/modDoc.h"
 
 #include "util/AnsiCodec.h"
 #include "util/Numbers.h"

@@ -8,8 +8,8 @@
 #include "formats/RecordNames.h"
 #include "formats/RecordText.h"
 
-#include "model/Document.h"
-#include "model/modDoc.h"
+#include "document/Document.h"
+#include "document/modDoc.h"
 
 #include "util/AnsiCodec.h"
 #include "util/ByteSink.h"

@@ -3,8 +3,6 @@
 
 #include "model/TextFind.h"
 
-#include "model/TextPane.h"
-
 #include <algorithm>
 
 namespace
@@ -28,7 +26,7 @@ int findText(const QString &text, const QString &expression, int start, int end,
 {
     const qsizetype length = expression.size();
     const qsizetype limit = end < 0 ? text.size() : std::min<qsizetype>(end, text.size());
-    const Qt::CaseSensitivity sensitivity = options & TextPane::MatchCase ? Qt::CaseSensitive : Qt::CaseInsensitive;
+    const Qt::CaseSensitivity sensitivity = options & TextFind::MatchCase ? Qt::CaseSensitive : Qt::CaseInsensitive;
     if (length == 0)
         return -1;
     for (qsizetype at = std::max(start, 0); at + length <= limit; ++at) {
@@ -36,7 +34,7 @@ int findText(const QString &text, const QString &expression, int start, int end,
         if (at < 0)
             return -1;
         const bool isPartOfWord = isWordCharacter(text, at - 1) || isWordCharacter(text, at + length);
-        if (!(options & TextPane::WholeWord) || !isPartOfWord)
+        if (!(options & TextFind::WholeWord) || !isPartOfWord)
             return static_cast<int>(at);
     }
     return -1;

@@ -3,9 +3,6 @@
 
 #include "model/clsFont.h"
 
-#include "model/TextPane.h"
-#include "rtf/CharChange.h"
-
 #include <algorithm>
 #include <cmath>
 
@@ -47,17 +44,6 @@ void clsFont::SetFont(QFont &font) const
         font.setPointSizeF(points());
     font.setStrikeOut(m_bStrikeThrough);
     font.setUnderline(m_bUnderline);
-}
-
-void clsFont::SetRTFSelFont(TextPane &pane) const
-{
-    const int start = pane.SelStart();
-    const int length = pane.SelLength();
-    pane.setSelStart(0);
-    pane.setSelLength(static_cast<int>(pane.Text().size()));
-    pane.changeSelection(asChange());
-    pane.setSelStart(start);
-    pane.setSelLength(length);
 }
 
 rtf::CharChange clsFont::asChange() const

@@ -3,8 +3,8 @@
 
 #include "outline/EntryDrag.h"
 
-#include "model/Document.h"
-#include "model/modNodes.h"
+#include "document/Document.h"
+#include "document/modNodes.h"
 
 DragState &dragState()
 {

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "model/ActiveDocument.h"
+#include "document/ActiveDocument.h"
 
 // What all outline commands have in common.
 

@@ -6,8 +6,8 @@
 #include "outline/OutlineCommand.h"
 #include "outline/modOutline.h"
 
+#include "document/modNodes.h"
 #include "model/ShownLabel.h"
-#include "model/modNodes.h"
 
 #include <QScopeGuard>
 

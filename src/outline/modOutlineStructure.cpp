@@ -6,7 +6,7 @@
 #include "outline/OutlineCommand.h"
 #include "outline/modOutline.h"
 
-#include "model/modNodes.h"
+#include "document/modNodes.h"
 
 #include <vector>
 

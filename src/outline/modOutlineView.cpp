@@ -6,9 +6,9 @@
 #include "outline/OutlineCommand.h"
 #include "outline/modOutline.h"
 
-#include "model/DocumentWindow.h"
-#include "model/OutlinePane.h"
-#include "model/modNodes.h"
+#include "document/DocumentWindow.h"
+#include "document/OutlinePane.h"
+#include "document/modNodes.h"
 #include "util/RunTimeError.h"
 
 using namespace Qt::StringLiterals;

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "model/Ports.h"
+#include "document/Ports.h"
 
 // The desktop's clipboard. Text is read with CR LF line breaks, whichever the program that put it there used, and put
 // there with the LF that other programs expect.

@@ -3,9 +3,9 @@
 
 #include "platform/LabelDelegate.h"
 
+#include "document/Ports.h"
 #include "model/EntryTree.h"
 #include "model/Limits.h"
-#include "model/Ports.h"
 #include "platform/AltCharacter.h"
 #include "platform/TreeView.h"
 #include "rtf/VisibleText.h"

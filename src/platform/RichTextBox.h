@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "model/TextPane.h"
+#include "document/TextPane.h"
 
 #include <QTextEdit>
 #include <QTextFormat>

@@ -5,11 +5,11 @@
 
 #include "platform/RichTextBox.h"
 
+#include "document/LeftOutText.h"
+#include "document/Ports.h"
 #include "model/BoundedHtml.h"
 #include "model/HtmlTokens.h"
-#include "model/LeftOutText.h"
 #include "model/Limits.h"
-#include "model/Ports.h"
 #include "model/TextBounds.h"
 #include "platform/PastedPicture.h"
 #include "platform/RichTextMime.h"

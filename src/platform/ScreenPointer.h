@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "model/Ports.h"
+#include "document/Ports.h"
 
 // The screen's mouse pointer. Showing the hourglass twice needs no second step to end it.
 class ScreenPointer final : public MousePointer

@@ -3,8 +3,8 @@
 
 #pragma once
 
+#include "document/OutlinePane.h"
 #include "model/Entry.h"
-#include "model/OutlinePane.h"
 
 #include <QPersistentModelIndex>
 #include <QPointer>

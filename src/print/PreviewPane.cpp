@@ -3,7 +3,7 @@
 
 #include "print/PreviewPane.h"
 
-#include "model/Ports.h"
+#include "document/Ports.h"
 #include "print/PagedText.h"
 #include "util/Procedure.h"
 #include "util/Twips.h"

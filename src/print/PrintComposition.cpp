@@ -3,7 +3,7 @@
 
 #include "print/PrintComposition.h"
 
-#include "model/Document.h"
+#include "document/Document.h"
 #include "model/ShownLabel.h"
 #include "model/ShownText.h"
 #include "rtf/Looks.h"

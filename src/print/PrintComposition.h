@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "model/Ports.h"
+#include "document/Ports.h"
 
 #include <QFont>
 

@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "model/SafeFile.h"
+#include "document/SafeFile.h"
 #include "print/SpoolFolder.h"
 
 #include <QPainter>

@@ -3,8 +3,8 @@
 
 #include "print/PrintWindows.h"
 
-#include "model/Document.h"
-#include "model/DocumentWindow.h"
+#include "document/Document.h"
+#include "document/DocumentWindow.h"
 #include "print/PrinterDialogs.h"
 #include "print/frmPreview.h"
 #include "util/RunTimeError.h"

@@ -3,8 +3,8 @@
 
 #include "print/frmPreview.h"
 
-#include "model/Document.h"
-#include "model/TextPane.h"
+#include "document/Document.h"
+#include "document/TextPane.h"
 #include "print/PagedText.h"
 #include "print/PreviewPane.h"
 #include "print/PrintProgress.h"

@@ -3,10 +3,10 @@
 
 #include "search/frmSearch.h"
 
-#include "model/Document.h"
-#include "model/OutlinePane.h"
-#include "model/Ports.h"
-#include "model/TextPane.h"
+#include "document/Document.h"
+#include "document/OutlinePane.h"
+#include "document/Ports.h"
+#include "document/TextPane.h"
 #include "search/clsHistory.h"
 #include "search/modSearch.h"
 #include "util/Blanks.h"

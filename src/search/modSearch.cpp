@@ -3,13 +3,13 @@
 
 #include "search/modSearch.h"
 
-#include "model/Document.h"
-#include "model/OutlinePane.h"
-#include "model/Ports.h"
+#include "document/Document.h"
+#include "document/OutlinePane.h"
+#include "document/Ports.h"
+#include "document/TextPane.h"
+#include "document/modNodes.h"
 #include "model/StoredText.h"
 #include "model/TextFind.h"
-#include "model/TextPane.h"
-#include "model/modNodes.h"
 #include "rtf/Rtf.h"
 #include "rtf/TextScan.h"
 #include "search/SearchSteps.h"

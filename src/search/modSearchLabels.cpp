@@ -5,10 +5,10 @@
 
 #include "search/modSearch.h"
 
-#include "model/Document.h"
-#include "model/Ports.h"
-#include "model/TextPane.h"
-#include "model/modNodes.h"
+#include "document/Document.h"
+#include "document/Ports.h"
+#include "document/TextPane.h"
+#include "document/modNodes.h"
 #include "search/SearchSteps.h"
 #include "util/Procedure.h"
 #include "util/modString.h"

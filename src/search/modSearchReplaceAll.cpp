@@ -5,13 +5,13 @@
 
 #include "search/modSearch.h"
 
-#include "model/Document.h"
+#include "document/Document.h"
+#include "document/Ports.h"
+#include "document/TextPane.h"
+#include "document/modNodes.h"
 #include "model/EntryText.h"
-#include "model/Ports.h"
 #include "model/StoredText.h"
 #include "model/TextFind.h"
-#include "model/TextPane.h"
-#include "model/modNodes.h"
 #include "search/SearchSteps.h"
 #include "util/Procedure.h"
 

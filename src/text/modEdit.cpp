@@ -3,9 +3,9 @@
 
 #include "text/modEdit.h"
 
-#include "model/ActiveDocument.h"
-#include "model/TextPane.h"
-#include "model/modNodes.h"
+#include "document/ActiveDocument.h"
+#include "document/TextPane.h"
+#include "document/modNodes.h"
 #include "rtf/Rtf.h"
 #include "text/modFont.h"
 #include "util/Procedure.h"

@@ -3,9 +3,9 @@
 
 #include "window/KeyMap.h"
 
-#include "model/Document.h"
-#include "model/Ports.h"
-#include "model/TextPane.h"
+#include "document/Document.h"
+#include "document/Ports.h"
+#include "document/TextPane.h"
 #include "outline/modOutline.h"
 #include "text/modEdit.h"
 #include "text/modFont.h"

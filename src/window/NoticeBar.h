@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "model/DocumentNotice.h"
+#include "document/DocumentNotice.h"
 
 #include <QWidget>
 

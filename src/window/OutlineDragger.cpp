@@ -12,9 +12,9 @@
 
 #include "platform/TreeView.h"
 
-#include "model/Globals.h"
-#include "model/Ports.h"
-#include "model/modNodes.h"
+#include "document/Globals.h"
+#include "document/Ports.h"
+#include "document/modNodes.h"
 
 #include "util/Procedure.h"
 

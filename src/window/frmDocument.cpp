@@ -17,10 +17,10 @@
 
 #include "search/modSearch.h"
 
-#include "model/Globals.h"
-#include "model/Ports.h"
-#include "model/modFile.h"
-#include "model/modNodes.h"
+#include "document/Globals.h"
+#include "document/Ports.h"
+#include "document/modFile.h"
+#include "document/modNodes.h"
 
 #include "util/Procedure.h"
 #include "util/Twips.h"

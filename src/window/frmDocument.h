@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "model/Document.h"
-#include "model/DocumentWindow.h"
+#include "document/Document.h"
+#include "document/DocumentWindow.h"
 
 #include <QPointer>
 #include <QWidget>

@@ -10,8 +10,8 @@
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 
-#include "model/Ports.h"
-#include "model/modFile.h"
+#include "document/Ports.h"
+#include "document/modFile.h"
 
 #include "util/Procedure.h"
 

@@ -3,8 +3,8 @@
 
 #include "window/modOutlineFont.h"
 
-#include "model/Document.h"
-#include "model/Ports.h"
+#include "document/Document.h"
+#include "document/Ports.h"
 #include "text/modFont.h"
 #include "util/Procedure.h"
 

@@ -10,8 +10,8 @@
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 
-#include "model/Globals.h"
-#include "model/Ports.h"
+#include "document/Globals.h"
+#include "document/Ports.h"
 
 #include "util/Procedure.h"
 

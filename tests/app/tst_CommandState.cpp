@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/CommandState.h"
-#include "model/modDoc.h"
+#include "document/modDoc.h"
 #include "outline/modOutline.h"
 #include "support/FakePorts.h"
 #include "util/ByteSink.h"

@@ -5,7 +5,7 @@
 #include "app/CommandState.h"
 #include "app/MainFixture.h"
 #include "app/TableText.h"
-#include "model/modNodes.h"
+#include "document/modNodes.h"
 #include "outline/modOutline.h"
 #include "platform/DesktopClipboard.h"
 #include "rtf/Rtf.h"

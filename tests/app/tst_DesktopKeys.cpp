@@ -5,7 +5,7 @@
 #include "app/MainFixture.h"
 #include "app/TableText.h"
 #include "app/ToolbarTable.h"
-#include "model/modDoc.h"
+#include "document/modDoc.h"
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 #include "window/KeyMap.h"

@@ -3,7 +3,7 @@
 
 #include "app/DocumentFrame.h"
 #include "app/MainFixture.h"
-#include "model/modDoc.h"
+#include "document/modDoc.h"
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 #include "support/Obstacles.h"

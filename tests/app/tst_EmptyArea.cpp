@@ -3,7 +3,7 @@
 
 #include "app/EmptyArea.h"
 #include "app/MainFixture.h"
-#include "model/modDoc.h"
+#include "document/modDoc.h"
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 #include "window/frmDocument.h"

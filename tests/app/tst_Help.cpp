@@ -6,9 +6,9 @@
 #include "app/MainFixture.h"
 #include "app/TableText.h"
 #include "app/ToolbarTable.h"
+#include "document/Document.h"
+#include "document/modDoc.h"
 #include "formats/PlainText.h"
-#include "model/Document.h"
-#include "model/modDoc.h"
 #include "window/KeyMap.h"
 
 #include "OutlineSource.h"

@@ -6,8 +6,8 @@
 
 #include "support/OutlineText.h"
 
-#include "model/modDoc.h"
-#include "model/modNodes.h"
+#include "document/modDoc.h"
+#include "document/modNodes.h"
 #include "outline/modOutline.h"
 #include "platform/TreeView.h"
 #include "window/frmDocument.h"

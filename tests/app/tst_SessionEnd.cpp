@@ -3,7 +3,7 @@
 
 #include "app/MainFixture.h"
 #include "app/SessionEnd.h"
-#include "model/modDoc.h"
+#include "document/modDoc.h"
 #include "platform/MessageDialogs.h"
 
 #include <QLineEdit>

@@ -4,7 +4,7 @@
 #include "app/DocumentFrame.h"
 #include "app/MainFixture.h"
 #include "app/ToolbarTable.h"
-#include "model/modDoc.h"
+#include "document/modDoc.h"
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 #include "window/frmDocument.h"

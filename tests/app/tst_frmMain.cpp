@@ -4,8 +4,8 @@
 #include "app/CommandTable.h"
 #include "app/MainFixture.h"
 #include "app/frmAbout.h"
-#include "model/modDoc.h"
-#include "model/modNodes.h"
+#include "document/modDoc.h"
+#include "document/modNodes.h"
 #include "window/frmDocument.h"
 
 #include <QDropEvent>

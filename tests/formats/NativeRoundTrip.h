@@ -3,10 +3,10 @@
 
 #pragma once
 
+#include "document/Globals.h"
 #include "formats/PlainText.h"
 #include "formats/modDocText.h"
 #include "formats/modDocV1.h"
-#include "model/Globals.h"
 #include "model/StoredText.h"
 #include "support/ErrorRecorder.h"
 #include "support/FakeDocument.h"

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "document/modNodes.h"
 #include "model/StoredText.h"
-#include "model/modNodes.h"
 #include "support/FormatsFixture.h"
 #include "support/NativeChecker.h"
 #include "support/Obstacles.h"

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "document/modFile.h"
 #include "model/StoredText.h"
-#include "model/modFile.h"
 #include "support/FormatsFixture.h"
 #include "support/Obstacles.h"
 

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "document/modFile.h"
+#include "document/modNodes.h"
 #include "formats/modDocClipboard.h"
-#include "model/modFile.h"
-#include "model/modNodes.h"
 #include "support/FormatsFixture.h"
 
 #include <QTest>

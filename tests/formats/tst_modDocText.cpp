@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "document/modNodes.h"
 #include "formats/modDocText.h"
 #include "model/Limits.h"
 #include "model/StoredText.h"
-#include "model/modNodes.h"
 #include "support/FormatsFixture.h"
 #include "support/NativeChecker.h"
 #include "support/Obstacles.h"

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "document/TextCheck.h"
+#include "document/modNodes.h"
 #include "formats/modDocV1.h"
 #include "model/StoredText.h"
-#include "model/TextCheck.h"
-#include "model/modNodes.h"
 #include "support/FormatsFixture.h"
 #include "support/NativeChecker.h"
 #include "support/Obstacles.h"

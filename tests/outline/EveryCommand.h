@@ -3,9 +3,9 @@
 
 #pragma once
 
-#include "model/Document.h"
-#include "model/Ports.h"
-#include "model/modNodes.h"
+#include "document/Document.h"
+#include "document/Ports.h"
+#include "document/modNodes.h"
 #include "outline/EntryDrag.h"
 #include "outline/modOutline.h"
 

@@ -7,8 +7,8 @@
 #include "support/FakeDocument.h"
 #include "support/ShownRows.h"
 
+#include "document/TextPane.h"
 #include "model/StoredText.h"
-#include "model/TextPane.h"
 #include "platform/TreeView.h"
 #include "rtf/Rtf.h"
 #include "window/frmDocument.h"

@@ -6,8 +6,8 @@
 #include "support/FakePorts.h"
 #include "support/OutlineText.h"
 
-#include "model/modDoc.h"
-#include "model/modNodes.h"
+#include "document/modDoc.h"
+#include "document/modNodes.h"
 
 #include <QAbstractItemModelTester>
 

@@ -5,8 +5,8 @@
 #include "support/ErrorRecorder.h"
 #include "support/FakePorts.h"
 
+#include "document/modNodes.h"
 #include "model/StoredText.h"
-#include "model/modNodes.h"
 #include "outline/EntryDrag.h"
 #include "outline/modOutline.h"
 #include "platform/RichTextBox.h"

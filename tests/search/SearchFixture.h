@@ -3,9 +3,9 @@
 
 #pragma once
 
+#include "document/modNodes.h"
 #include "model/Entry.h"
 #include "model/StoredText.h"
-#include "model/modNodes.h"
 #include "platform/RichTextBox.h"
 #include "rtf/Rtf.h"
 #include "search/modSearch.h"

@@ -3,12 +3,12 @@
 
 #pragma once
 
-#include "model/Document.h"
-#include "model/DocumentWindow.h"
+#include "document/Document.h"
+#include "document/DocumentWindow.h"
+#include "document/Globals.h"
+#include "document/OutlinePane.h"
+#include "document/TextPane.h"
 #include "model/EntryText.h"
-#include "model/Globals.h"
-#include "model/OutlinePane.h"
-#include "model/TextPane.h"
 #include "rtf/CharChange.h"
 
 #include <functional>

@@ -3,9 +3,9 @@
 
 #pragma once
 
+#include "document/modDoc.h"
 #include "formats/Formats.h"
 #include "formats/modDocV1.h"
-#include "model/modDoc.h"
 #include "support/ErrorRecorder.h"
 #include "support/FakePorts.h"
 #include "support/OutlineText.h"

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "document/modNodes.h"
 #include "model/StoredText.h"
-#include "model/modNodes.h"
 #include "platform/RichTextBox.h"
 #include "rtf/Rtf.h"
 #include "support/ErrorRecorder.h"

@@ -5,8 +5,8 @@
 
 #include "support/FakePorts.h"
 
+#include "document/modNodes.h"
 #include "formats/Formats.h"
-#include "model/modNodes.h"
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 #include "window/frmDocument.h"

@@ -6,7 +6,7 @@
 #include "support/ShownRows.h"
 #include "window/WindowFixture.h"
 
-#include "model/modDoc.h"
+#include "document/modDoc.h"
 #include "platform/OutlineWidth.h"
 #include "search/modSearch.h"
 

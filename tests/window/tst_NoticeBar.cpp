@@ -7,8 +7,8 @@
 #include "support/Obstacles.h"
 #include "support/OutlineText.h"
 
-#include "model/modDoc.h"
-#include "model/modFile.h"
+#include "document/modDoc.h"
+#include "document/modFile.h"
 #include "window/NoticeBar.h"
 #include "window/SplitterBar.h"
 

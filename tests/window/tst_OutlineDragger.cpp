@@ -6,7 +6,7 @@
 #include "support/ErrorRecorder.h"
 #include "support/OutlineText.h"
 
-#include "model/modDoc.h"
+#include "document/modDoc.h"
 #include "outline/EntryDrag.h"
 #include "window/OutlineDragger.h"
 

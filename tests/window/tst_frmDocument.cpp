@@ -5,10 +5,10 @@
 
 #include "support/OutlineText.h"
 
+#include "document/modDoc.h"
+#include "document/modFile.h"
 #include "formats/modDocText.h"
 #include "model/StoredText.h"
-#include "model/modDoc.h"
-#include "model/modFile.h"
 #include "rtf/Rtf.h"
 #include "search/modSearch.h"
 #include "window/KeyMap.h"

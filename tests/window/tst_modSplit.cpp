@@ -5,7 +5,7 @@
 
 #include "support/OutlineText.h"
 
-#include "model/modDoc.h"
+#include "document/modDoc.h"
 #include "outline/modOutline.h"
 #include "window/SplitterBar.h"
 #include "window/modSplit.h"

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "model/LeftOutText.h"
+#include "document/LeftOutText.h"
 
-#include "model/Document.h"
+#include "document/Document.h"
 #include "model/ShownLabel.h"
 
 #include "rtf/LeftOut.h"

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "model/TextCheck.h"
+#include "document/TextCheck.h"
 
-#include "model/Document.h"
+#include "document/Document.h"
 #include "model/Limits.h"
 #include "model/ShownLabel.h"
 #include "model/StoredText.h"

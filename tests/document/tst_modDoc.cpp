@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "model/modDoc.h"
-#include "model/modNodes.h"
+#include "document/modDoc.h"
+#include "document/modNodes.h"
 #include "support/ErrorRecorder.h"
 #include "support/FakePorts.h"
 #include "support/Obstacles.h"

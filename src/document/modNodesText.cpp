@@ -3,17 +3,17 @@
 
 // Moving texts between the entries and the text pane.
 
-#include "model/modNodes.h"
+#include "document/modNodes.h"
 
-#include "model/Document.h"
-#include "model/Globals.h"
-#include "model/LeftOutText.h"
-#include "model/Ports.h"
+#include "document/Document.h"
+#include "document/Globals.h"
+#include "document/LeftOutText.h"
+#include "document/Ports.h"
+#include "document/TextCheck.h"
+#include "document/TextPane.h"
 #include "model/ShownLabel.h"
 #include "model/ShownText.h"
 #include "model/StoredText.h"
-#include "model/TextCheck.h"
-#include "model/TextPane.h"
 
 #include "util/Procedure.h"
 

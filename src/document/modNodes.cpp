@@ -1,16 +1,16 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "model/modNodes.h"
+#include "document/modNodes.h"
 
-#include "model/Document.h"
-#include "model/DocumentWindow.h"
+#include "document/Document.h"
+#include "document/DocumentWindow.h"
+#include "document/Globals.h"
+#include "document/OutlinePane.h"
+#include "document/Ports.h"
+#include "document/TextPane.h"
 #include "model/EntryText.h"
-#include "model/Globals.h"
-#include "model/OutlinePane.h"
-#include "model/Ports.h"
 #include "model/StoredText.h"
-#include "model/TextPane.h"
 #include "rtf/CharChange.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"

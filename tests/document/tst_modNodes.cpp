@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "document/modDoc.h"
+#include "document/modNodes.h"
 #include "model/StoredText.h"
-#include "model/modDoc.h"
-#include "model/modNodes.h"
 #include "support/ErrorRecorder.h"
 #include "support/FakePorts.h"
 #include "support/OutlineText.h"

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "model/SafeFile.h"
-#include "model/TemporaryName.h"
-#include "model/UnfinishedSaves.h"
-#include "model/modDoc.h"
+#include "document/SafeFile.h"
+#include "document/TemporaryName.h"
+#include "document/UnfinishedSaves.h"
+#include "document/modDoc.h"
 #include "support/ErrorRecorder.h"
 #include "support/FakePorts.h"
 #include "support/Obstacles.h"

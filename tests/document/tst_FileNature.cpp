@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "model/FileNature.h"
+#include "document/FileNature.h"
 
 #include <QFont>
 #include <QRandomGenerator>

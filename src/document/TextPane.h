@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "model/TextFind.h"
 #include "util/Bracket.h"
 
 #include <QByteArray>
@@ -30,7 +31,7 @@ class CharChange;
 class TextPane
 {
 public:
-    enum FindOption { WholeWord = 2, MatchCase = 4, NoHighlight = 8 };
+    using enum TextFind::Option;
 
     enum Alignment { Left = 0, Right = 1, Centre = 2 };
 

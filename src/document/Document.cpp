@@ -1,14 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "model/Document.h"
+#include "document/Document.h"
 
-#include "model/DocumentWindow.h"
-#include "model/Globals.h"
-#include "model/OutlinePane.h"
-#include "model/SafeFile.h"
-#include "model/TextCheck.h"
-#include "model/TextPane.h"
+#include "document/DocumentWindow.h"
+#include "document/Globals.h"
+#include "document/OutlinePane.h"
+#include "document/SafeFile.h"
+#include "document/TextCheck.h"
+#include "document/TextPane.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "model/SafeFile.h"
-#include "model/TemporaryName.h"
+#include "document/SafeFile.h"
+#include "document/TemporaryName.h"
 #include "support/ErrorRecorder.h"
 #include "support/Obstacles.h"
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "model/modFile.h"
+#include "document/modFile.h"
 #include "support/ErrorRecorder.h"
 #include "support/FakePorts.h"
 #include "support/Obstacles.h"

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "model/UnfinishedSaves.h"
+#include "document/UnfinishedSaves.h"
 
-#include "model/SafeFile.h"
-#include "model/TemporaryName.h"
+#include "document/SafeFile.h"
+#include "document/TemporaryName.h"
 
 #include "util/RunTimeError.h"
 

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "model/Ports.h"
+#include "document/Ports.h"
 
 namespace
 {

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "model/SafeFile.h"
+#include "document/SafeFile.h"
 
-#include "model/TemporaryName.h"
+#include "document/TemporaryName.h"
 
 #include "util/RunTimeError.h"
 

@@ -3,8 +3,8 @@
 
 #pragma once
 
-#include "model/Document.h"
-#include "model/Ports.h"
+#include "document/Document.h"
+#include "document/Ports.h"
 
 #include "util/Procedure.h"
 

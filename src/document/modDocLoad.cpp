@@ -3,18 +3,18 @@
 
 // Reading a file into a new document window.
 
-#include "model/modDoc.h"
+#include "document/modDoc.h"
 
-#include "model/Document.h"
-#include "model/DocumentWindow.h"
-#include "model/FileNature.h"
-#include "model/Globals.h"
-#include "model/OutlinePane.h"
-#include "model/Ports.h"
-#include "model/SafeFile.h"
-#include "model/TextPane.h"
-#include "model/UnfinishedSaves.h"
-#include "model/modNodes.h"
+#include "document/Document.h"
+#include "document/DocumentWindow.h"
+#include "document/FileNature.h"
+#include "document/Globals.h"
+#include "document/OutlinePane.h"
+#include "document/Ports.h"
+#include "document/SafeFile.h"
+#include "document/TextPane.h"
+#include "document/UnfinishedSaves.h"
+#include "document/modNodes.h"
 
 #include "util/ByteSink.h"
 #include "util/Numbers.h"

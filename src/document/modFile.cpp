@@ -1,13 +1,13 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "model/modFile.h"
+#include "document/modFile.h"
 
-#include "model/Document.h"
-#include "model/DocumentWindow.h"
-#include "model/Ports.h"
-#include "model/modDoc.h"
-#include "model/modNodes.h"
+#include "document/Document.h"
+#include "document/DocumentWindow.h"
+#include "document/Ports.h"
+#include "document/modDoc.h"
+#include "document/modNodes.h"
 
 #include "util/Procedure.h"
 #include "util/modString.h"

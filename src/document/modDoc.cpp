@@ -1,18 +1,18 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "model/modDoc.h"
+#include "document/modDoc.h"
 
-#include "model/Document.h"
-#include "model/DocumentWindow.h"
-#include "model/FileNature.h"
-#include "model/Globals.h"
-#include "model/LeftOutText.h"
-#include "model/OutlinePane.h"
-#include "model/Ports.h"
-#include "model/SafeFile.h"
+#include "document/Document.h"
+#include "document/DocumentWindow.h"
+#include "document/FileNature.h"
+#include "document/Globals.h"
+#include "document/LeftOutText.h"
+#include "document/OutlinePane.h"
+#include "document/Ports.h"
+#include "document/SafeFile.h"
+#include "document/TextPane.h"
 #include "model/StoredText.h"
-#include "model/TextPane.h"
 
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
