@@ -3,6 +3,9 @@
 
 #include "platform/DesktopColours.h"
 
+#include "platform/HighContrast.h"
+#include "platform/LegibleStyle.h"
+
 #include <QApplication>
 #include <QDBusConnection>
 #include <QDBusPendingCallWatcher>
@@ -10,6 +13,7 @@
 #include <QDBusVariant>
 #include <QFileInfo>
 #include <QPalette>
+#include <QStyle>
 
 using namespace Qt::StringLiterals;
 
@@ -74,6 +78,7 @@ uint schemeOf(QVariant value)
 DesktopColours::DesktopColours(QObject *parent)
     : QObject(parent)
 {
+    makeLegible();
     if (!userChoseColours() && hasSessionBus())
         ask();
 }
@@ -109,4 +114,18 @@ void DesktopColours::follow(uint scheme)
     m_dark = dark;
     // An empty palette is the toolkit's own again.
     QApplication::setPalette(dark ? darkPalette() : QPalette());
+    makeLegible();
+}
+
+// Only where the toolkit's own style draws: another one knows for itself what to do with such colours.
+void DesktopColours::makeLegible()
+{
+    const bool isDrawnHere = qobject_cast<LegibleStyle *>(QApplication::style());
+    if (!isDrawnHere && QApplication::style()->name() != "fusion"_L1)
+        return;
+    QPalette colours = QApplication::palette();
+    if (HighContrast::mend(colours))
+        QApplication::setPalette(colours);
+    if (!isDrawnHere && LegibleStyle::isNeededFor(colours))
+        QApplication::setStyle(new LegibleStyle);
 }

@@ -3,48 +3,25 @@
 
 #include "platform/ReadableText.h"
 
+#include "platform/Contrast.h"
+
 #include <QPalette>
 #include <QTextBlock>
 #include <QTextDocument>
 #include <QTextTable>
 
-#include <algorithm>
-#include <cmath>
-
 namespace
 {
 
-// Ratios of luminance: what is comfortable to read, and what can just be made out.
-constexpr double readable = 4.5;
-constexpr double discernible = 3.0;
-
-double luminance(const QColor &colour)
-{
-    const auto linear = [](double part) {
-        return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
-    };
-    return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
-}
-
-double contrast(const QColor &one, const QColor &other)
-{
-    const double first = luminance(one) + 0.05;
-    const double second = luminance(other) + 0.05;
-    return std::max(first, second) / std::min(first, second);
-}
-
 QColor blackOrWhite(const QColor &background)
 {
-    return contrast(Qt::black, background) >= contrast(Qt::white, background) ? Qt::black : Qt::white;
+    return Contrast::between(Qt::black, background) >= Contrast::between(Qt::white, background) ? Qt::black : Qt::white;
 }
 
 // A colour laid over another one.
 QColor over(const QColor &top, const QColor &bottom)
 {
-    const double alpha = top.alphaF();
-    const auto mixed = [alpha](double upper, double lower) { return float(alpha * upper + (1 - alpha) * lower); };
-    return QColor::fromRgbF(mixed(top.redF(), bottom.redF()), mixed(top.greenF(), bottom.greenF()),
-                            mixed(top.blueF(), bottom.blueF()));
+    return Contrast::mixed(bottom, top, top.alphaF());
 }
 
 // What is seen behind something of a format that stands on a background.
@@ -107,10 +84,12 @@ QColor Finder::shownColour(const QTextCharFormat &format, const QColor &backgrou
     const QColor text = own.style() == Qt::NoBrush ? m_palette.color(QPalette::Text) : own.color();
     if (own.style() != Qt::NoBrush && !format.isAnchor())
         return {};
-    if (contrast(text, background) >= (own.style() == Qt::NoBrush ? readable : discernible))
+    if (Contrast::between(text, background) >=
+        (own.style() == Qt::NoBrush ? Contrast::readable : Contrast::discernible))
         return {};
     const QColor link = m_palette.color(QPalette::Link);
-    return format.isAnchor() && contrast(link, background) >= discernible ? link : blackOrWhite(background);
+    return format.isAnchor() && Contrast::between(link, background) >= Contrast::discernible ? link
+                                                                                             : blackOrWhite(background);
 }
 
 // What stands side by side in one colour is one selection: the layout mixes up the edges of selections that touch.
