@@ -17,8 +17,13 @@ LabelEditMode optionalLabelEdit()
     return g_options.AutoLabelEdit ? LabelEditMode::tvwAutomatic : LabelEditMode::tvwManual;
 }
 
-Document::Document(OutlinePane &outlinePane, TextPane &textPane, DocumentWindow &documentWindow)
-    : trvOutline(outlinePane)
+Document::Document(OutlinePane &outlinePane, TextPane &textPane, DocumentWindow &documentWindow,
+                   std::unique_ptr<Outline> read)
+    : outline(read ? std::move(read) : std::make_unique<Outline>())
+    , tree(outline->tree)
+    , m_fntOutlineFont(outline->outlineFont)
+    , m_fntTextFont(outline->textFont)
+    , trvOutline(outlinePane)
     , txtRTF(textPane)
     , window(documentWindow)
 {

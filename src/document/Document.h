@@ -4,8 +4,7 @@
 #pragma once
 
 #include "document/DocumentNotice.h"
-#include "model/EntryTree.h"
-#include "model/clsFont.h"
+#include "model/Outline.h"
 
 #include <QString>
 
@@ -24,7 +23,9 @@ enum class FileAccess { Unknown, Writable, ReadOnly };
 class Document
 {
 public:
-    Document(OutlinePane &outlinePane, TextPane &textPane, DocumentWindow &documentWindow);
+    // Without an outline it begins with an empty one.
+    Document(OutlinePane &outlinePane, TextPane &textPane, DocumentWindow &documentWindow,
+             std::unique_ptr<Outline> read = nullptr);
     ~Document();
     Document(const Document &) = delete;
     Document &operator=(const Document &) = delete;
@@ -87,8 +88,6 @@ public:
     FileAccess m_fileAccess = FileAccess::Unknown;
     // 1 native, -1 plain text.
     qint16 m_iFileFormatVersion = nativeFormat;
-    clsFont m_fntOutlineFont;
-    clsFont m_fntTextFont;
 
     bool m_bOutlineHasFocus = false;
     bool m_bTextHasFocus = false;
@@ -98,14 +97,15 @@ public:
     // What the status bar says of the document's file instead of the selected label, until the selection changes.
     QString notice;
 
-    // What its file holds beside the entries that this program does not know: in the header, and behind the last entry.
-    ForeignRecordList foreignHeader;
-    QByteArray foreignTrailer;
-
     // The entry whose text the text pane holds, whatever was typed into it since; nothing before the first.
     std::optional<EntryRef> textEntry;
 
-    EntryTree tree;
+    // What the file holds of it, or will hold, and the parts of that by their own names.
+    const std::unique_ptr<Outline> outline;
+    EntryTree &tree;
+    clsFont &m_fntOutlineFont;
+    clsFont &m_fntTextFont;
+
     OutlinePane &trvOutline;
     TextPane &txtRTF;
     DocumentWindow &window;

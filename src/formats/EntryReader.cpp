@@ -285,7 +285,7 @@ void EntryReader::completeEntry()
         m_result.tagged[index] = m_tagged;
         m_result.visible[index] = m_visible;
     } else if (!m_foreign.empty()) {
-        m_document.foreignHeader = std::move(m_foreign);
+        m_document.outline->foreignHeader = std::move(m_foreign);
     }
     m_foreign.clear();
     m_has.fill(false);
@@ -346,7 +346,7 @@ void EntryReader::setTrailerApart()
     const auto first = std::ranges::find_if(
         m_foreign, [](const ForeignRecords &each) { return each.behind == RecordCount && !isOfEntry(each.bytes); });
     for (auto each = first; each != m_foreign.end(); ++each)
-        m_document.foreignTrailer += each->bytes;
+        m_document.outline->foreignTrailer += each->bytes;
     m_foreign.erase(first, m_foreign.end());
 }
 

@@ -104,13 +104,13 @@ void write(const Document &document, ByteSink &sink)
     if (!root)
         return;
     const Entry *selected = document.tree.selected() ? document.tree.selected() : root;
-    RecordWriter header(sink, document.foreignHeader);
+    RecordWriter header(sink, document.outline->foreignHeader);
     header.write("formatversion", "1");
     header.write("selecteditemkey", document.tree.key(selected).toLatin1());
     saveFont(header, "outline", document.m_fntOutlineFont);
     saveFont(header, "text", document.m_fntTextFont);
     writeEntries(document, root, "0", sink);
-    sink.write(document.foreignTrailer);
+    sink.write(document.outline->foreignTrailer);
 }
 
 void DocSaveNodeAll(const Document &document, const Entry *top, const QByteArray &path, ByteSink &sink)

@@ -857,7 +857,7 @@ void tst_modDocV1::aHeaderRecordEndsWhereTheNextOneOpens()
     QVERIFY(!m_loaded);
     QVERIFY(loaded.hasNotice(NoticeKind::NotReadWhole));
     QCOMPARE(loaded.m_fntOutlineFont.Name(), u"MS Sans "_s);
-    QVERIFY(loaded.foreignHeader.at(0).bytes.contains("unknown x"));
+    QVERIFY(loaded.outline->foreignHeader.at(0).bytes.contains("unknown x"));
 }
 
 void tst_modDocV1::anUnknownRecordEndsWhereTheNextOneOpens()
