@@ -3,6 +3,8 @@
 
 #include "app/SessionLog.h"
 
+#include "util/StateFolder.h"
+
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
@@ -39,13 +41,6 @@ bool replaceFile(const QString &path, const QString &contents)
         return false;
     const QByteArray bytes = contents.toUtf8();
     return file.write(bytes) == bytes.size() && file.commit();
-}
-
-QString stateFolder()
-{
-    // A relative value of the variable counts as none (XDG base directories).
-    const QString base = qEnvironmentVariable("XDG_STATE_HOME");
-    return (QDir::isAbsolutePath(base) ? base : QDir::homePath() + u"/.local/state"_s) + u"/Quillery"_s;
 }
 
 } // namespace

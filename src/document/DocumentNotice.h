@@ -6,7 +6,16 @@
 #include <QString>
 
 // What went wrong with a document and is not mended yet. One of a kind stands at a time; the gravest kind comes first.
-enum class NoticeKind { NotSaved, NotReadWhole, DamagedText, LongText, LeftOutParts, DocumentFull, NoBackup };
+enum class NoticeKind {
+    NotSaved,
+    FileDamaged,
+    NotReadWhole,
+    DamagedText,
+    LongText,
+    LeftOutParts,
+    DocumentFull,
+    NoBackup
+};
 
 // Shown in the document's window until the user dismisses it or what it tells of is mended.
 struct DocumentNotice {

@@ -3,12 +3,17 @@
 
 #include "document/SafeFile.h"
 
+#include "document/FileCalls.h"
 #include "document/TemporaryName.h"
 
 #include "util/RunTimeError.h"
+#include "util/StateFolder.h"
 
+#include <QCryptographicHash>
+#include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QScopeGuard>
 
 #include <cerrno>
 #include <cstdio>
@@ -18,6 +23,10 @@
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -29,44 +38,6 @@ mode_t newFileMode()
     const mode_t mask = umask(0);
     umask(mask);
     return 0666 & ~mask;
-}
-
-// A renamed file is safe from a power cut only when its folder's entry is on disk too.
-void flushFolder(const QString &folder)
-{
-    const int descriptor = open(QFile::encodeName(folder).constData(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
-    if (descriptor < 0)
-        return;
-    fsync(descriptor);
-    close(descriptor);
-}
-
-// Writes all of it; false when that fails.
-bool writeAll(int descriptor, QByteArrayView bytes)
-{
-    while (!bytes.isEmpty()) {
-        const ssize_t written = ::write(descriptor, bytes.data(), static_cast<size_t>(bytes.size()));
-        if (written < 0 && errno == EINTR)
-            continue;
-        if (written < 0)
-            return false;
-        bytes = bytes.sliced(written);
-    }
-    return true;
-}
-
-bool copyAll(int from, int to)
-{
-    QByteArray buffer(bufferSize, Qt::Uninitialized);
-    while (true) {
-        const ssize_t count = read(from, buffer.data(), static_cast<size_t>(buffer.size()));
-        if (count < 0 && errno == EINTR)
-            continue;
-        if (count <= 0)
-            return count == 0;
-        if (!writeAll(to, QByteArrayView(buffer).first(count)))
-            return false;
-    }
 }
 
 QByteArray temporaryPath(const QString &folder, const TemporaryName &name)
@@ -99,6 +70,19 @@ bool isReadOnly(const QByteArray &name, const struct stat &status)
     return access(name.constData(), W_OK) != 0 && (errno == EACCES || errno == EROFS || errno == EPERM);
 }
 
+// Whether a folder takes no new file, whatever can be done with those that it has.
+bool refusesNewFiles(int error)
+{
+    return error == EACCES || error == EPERM || error == EROFS || error == ENOSPC || error == EDQUOT;
+}
+
+// A file with its old content is as old as that. That it is not, harms nobody.
+void setModified(int descriptor, const timespec &time)
+{
+    const timespec times[] = {{0, UTIME_OMIT}, time};
+    futimens(descriptor, times);
+}
+
 // Whether nobody took a new file for a leftover before it was locked.
 bool isStillThere(int descriptor)
 {
@@ -107,6 +91,13 @@ bool isStillThere(int descriptor)
 }
 
 } // namespace
+
+// The folder's name is too long to be a name within another.
+QString sideFolder(const QString &folder)
+{
+    const QByteArray digest = QCryptographicHash::hash(QFile::encodeName(folder), QCryptographicHash::Sha256);
+    return stateFolder() + u"/saving/"_s + QString::fromLatin1(digest.first(16).toHex());
+}
 
 QString followLinks(const QString &path)
 {
@@ -144,7 +135,7 @@ QByteArray readWholeFile(const QString &path)
     return content;
 }
 
-SafeFile::SafeFile(const QString &path)
+SafeFile::SafeFile(const QString &path, const std::function<bool()> &mayWriteInPlace)
     : m_target(followLinks(path))
     , m_folder(QFileInfo(m_target).absolutePath())
 {
@@ -158,34 +149,51 @@ SafeFile::SafeFile(const QString &path)
         throw fileError(EINVAL, m_target);
     if (m_targetExists && isReadOnly(name, status))
         throw fileError(EACCES, m_target);
-    create();
+    m_inPlace = m_targetExists && status.st_nlink > 1;
+    create(mayWriteInPlace);
     try {
         adoptPermissions();
     } catch (...) {
-        close(m_descriptor);
-        unlink(m_temporary.constData());
+        removeTemporaries();
         throw;
     }
 }
 
-void SafeFile::create()
+void SafeFile::create(const std::function<bool()> &mayWriteInPlace)
+{
+    int error = createIn(m_folder);
+    if (error && m_targetExists && refusesNewFiles(error) && mayWriteInPlace && mayWriteInPlace()) {
+        const QString side = sideFolder(m_folder);
+        // Whose content it is says who may look at it.
+        if (QDir().mkpath(side) &&
+            QFile::setPermissions(side, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner)) {
+            m_folder = side;
+            m_inPlace = true;
+            error = createIn(m_folder);
+        }
+    }
+    if (!error)
+        return;
+    if (!QFileInfo(m_folder).isDir())
+        throw RunTimeError(ErrorNumber::PathNotFound,
+                           QStringLiteral("%1: %2").arg(errorDescription(ErrorNumber::PathNotFound), m_folder));
+    throw fileError(error, m_target);
+}
+
+// Creates the temporary file; the system's error, or 0.
+int SafeFile::createIn(const QString &folder)
 {
     const QByteArray fileName = QFile::encodeName(QFileInfo(m_target).fileName());
     const TemporaryName name{TemporaryName::Part, "XXXXXX", fileName};
     const int suffixSize = static_cast<int>(TemporaryName::carried(fileName).size()) + 1;
     while (true) {
-        m_temporary = temporaryPath(m_folder, name);
+        m_temporary = temporaryPath(folder, name);
         m_descriptor = mkostemps(m_temporary.data(), suffixSize, O_CLOEXEC);
-        if (m_descriptor < 0) {
-            const int error = errno;
-            if (!QFileInfo(m_folder).isDir())
-                throw RunTimeError(ErrorNumber::PathNotFound,
-                                   QStringLiteral("%1: %2").arg(errorDescription(ErrorNumber::PathNotFound), m_folder));
-            throw fileError(error, m_target);
-        }
+        if (m_descriptor < 0)
+            return errno;
         // Where a file system has no locks, nobody takes the file for a leftover either.
         if (flock(m_descriptor, LOCK_EX | LOCK_NB) != 0 ? errno != EWOULDBLOCK : isStillThere(m_descriptor))
-            return;
+            return 0;
         unlink(m_temporary.constData());
         close(m_descriptor);
     }
@@ -193,12 +201,22 @@ void SafeFile::create()
 
 SafeFile::~SafeFile()
 {
-    for (const QByteArray &name : {m_temporary, m_kept}) {
+    removeTemporaries();
+}
+
+void SafeFile::removeTemporaries()
+{
+    // The old content first: without the new one beside it, it would be taken for the only whole one.
+    for (const QByteArray &name : {m_kept, m_temporary}) {
         if (!name.isEmpty())
             unlink(name.constData());
     }
-    if (m_descriptor >= 0)
-        close(m_descriptor);
+    for (const int descriptor : {m_keptDescriptor, m_descriptor}) {
+        if (descriptor >= 0)
+            close(descriptor);
+    }
+    if (m_folder != QFileInfo(m_target).absolutePath())
+        rmdir(QFile::encodeName(m_folder).constData());
 }
 
 void SafeFile::adoptPermissions()
@@ -259,11 +277,7 @@ void SafeFile::writeBuffer()
 void SafeFile::flushToDisk()
 {
     writeBuffer();
-    if (fsync(m_descriptor) != 0)
-        fail(m_target);
-    // A network file system may report a failed write only when a descriptor is closed; the first one keeps the lock.
-    const int twin = dup(m_descriptor);
-    if (twin < 0 || close(twin) != 0)
+    if (!flushFile(m_descriptor))
         fail(m_target);
     const QByteArray whole = atStage(m_temporary, TemporaryName::Whole);
     if (std::rename(m_temporary.constData(), whole.constData()) != 0)
@@ -277,42 +291,102 @@ void SafeFile::keepOldFile()
         return;
     const QByteArray target = QFile::encodeName(m_target);
     const QByteArray kept = atStage(m_temporary, TemporaryName::Old);
-    // A second name costs nothing. Not every file system gives one, and not to everybody.
-    if (link(target.constData(), kept.constData()) != 0)
+    // A second name costs nothing. Not every file system gives one, and not to everybody, and it would go along with
+    // what is written in place.
+    if (m_inPlace || link(target.constData(), kept.constData()) != 0)
         copyOldFileTo(kept);
     m_kept = kept;
 }
 
-void SafeFile::copyOldFileTo(const QByteArray &copy) const
+void SafeFile::copyOldFileTo(const QByteArray &copy)
 {
     const int from = open(QFile::encodeName(m_target).constData(), O_RDONLY | O_CLOEXEC);
     if (from < 0)
         throw fileError(errno, m_target);
     struct stat old = {};
     int error = fstat(from, &old) == 0 ? 0 : errno;
-    const int to = error ? -1 : open(copy.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
-    if (to < 0 || !copyAll(from, to) || fchmod(to, old.st_mode & 0777) != 0 || fsync(to) != 0)
+    const int to = error ? -1 : open(copy.constData(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0600);
+    if (to < 0 || !copyAll(from, to) || fchmod(to, old.st_mode & 0777) != 0 || !flushFile(to))
         error = errno;
     // A backup is as old as its content.
     const timespec times[] = {old.st_atim, old.st_mtim};
     if (to >= 0 && !error && futimens(to, times) != 0)
         errno = 0;
-    if (to >= 0 && close(to) != 0 && !error)
-        error = errno;
     close(from);
-    if (!error)
-        return;
-    if (to >= 0)
-        unlink(copy.constData());
-    throw fileError(error, m_target);
+    if (error) {
+        if (to >= 0) {
+            unlink(copy.constData());
+            close(to);
+        }
+        throw fileError(error, m_target);
+    }
+    // Like the temporary file: in use as long as it is open.
+    flock(to, LOCK_EX | LOCK_NB);
+    m_keptDescriptor = to;
 }
 
 void SafeFile::replace()
 {
+    if (m_inPlace)
+        return overwrite();
     if (std::rename(m_temporary.constData(), QFile::encodeName(m_target).constData()) != 0)
         fail(m_target);
     m_temporary.clear();
     flushFolder(m_folder);
+}
+
+// Everything that is needed to end up with the one content or the other is on disk, and its names tell of it, before
+// the first byte of the file changes.
+void SafeFile::overwrite()
+{
+    if (m_kept.isEmpty())
+        keepOldFile();
+    for (const auto &[name, stage] :
+         {std::pair(&m_kept, TemporaryName::Before), std::pair(&m_temporary, TemporaryName::Over)}) {
+        const QByteArray next = atStage(*name, stage);
+        if (std::rename(name->constData(), next.constData()) != 0)
+            fail(m_target);
+        *name = next;
+    }
+    flushFolder(m_folder);
+    const int target = open(QFile::encodeName(m_target).constData(), O_WRONLY | O_CLOEXEC);
+    if (target < 0)
+        fail(m_target);
+    const auto closed = qScopeGuard([target] { close(target); });
+    struct stat content = {};
+    struct stat old = {};
+    if (fstat(m_descriptor, &content) != 0 || fstat(target, &old) != 0)
+        fail(m_target);
+    if (!reserveRoom(target, content.st_size)) {
+        const int error = errno;
+        // What room there was is given back.
+        if (ftruncate(target, old.st_size) == 0)
+            setModified(target, old.st_mtim);
+        throw fileError(error, m_target);
+    }
+    if (overwriteContent(m_descriptor, target))
+        return;
+    const int error = errno;
+    putBack(target, error);
+    setModified(target, old.st_mtim);
+    throw fileError(error, m_target);
+}
+
+// Gives the file its old content again after an error. What cannot be put back stays where it is kept.
+void SafeFile::putBack(int target, int error)
+{
+    if (overwriteContent(m_keptDescriptor, target))
+        return;
+    m_stranded = std::exchange(m_kept, QByteArray());
+    m_temporary.clear();
+    const RunTimeError cause = fileError(error, m_target);
+    throw RunTimeError(cause.number(),
+                       QStringLiteral("%1; what it held before is in %2").arg(cause.description(), strandedCopy()));
+}
+
+QString SafeFile::strandedCopy() const
+{
+    return QFile::decodeName(m_stranded);
 }
 
 void SafeFile::moveOldFileTo(const QString &path)

@@ -10,7 +10,8 @@ namespace
 
 constexpr qsizetype uniqueSize = 6;
 // By stage.
-constexpr std::array<QByteArrayView, 3> namePrefixes = {".quillery-part-", ".quillery-whole-", ".quillery-old-"};
+constexpr std::array<QByteArrayView, 5> namePrefixes = {".quillery-part-", ".quillery-whole-", ".quillery-old-",
+                                                        ".quillery-over-", ".quillery-before-"};
 
 } // namespace
 
@@ -21,7 +22,7 @@ QByteArray TemporaryName::text() const
 
 std::optional<TemporaryName> TemporaryName::parse(const QByteArray &name)
 {
-    for (const Stage stage : {Part, Whole, Old}) {
+    for (const Stage stage : {Part, Whole, Old, Over, Before}) {
         if (!name.startsWith(namePrefixes[stage]))
             continue;
         const QByteArray rest = name.sliced(namePrefixes[stage].size());

@@ -11,9 +11,11 @@
 // leaves can be judged by its name alone.
 struct TemporaryName {
     enum Stage {
-        Part,  // being written
-        Whole, // written, and on disk
-        Old,   // the replaced content on its way to the backup
+        Part,   // being written
+        Whole,  // written, and on disk
+        Old,    // the replaced content on its way to the backup
+        Over,   // whole content that is being written over the file in place
+        Before, // what the file held before that
     };
 
     Stage stage = Part;

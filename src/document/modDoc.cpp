@@ -106,10 +106,34 @@ QString notSavedText(const Document &document, const QString &sFile)
     return u"The file %1 could not be saved: %2. What you changed is in this window only."_s.arg(sFile, reason);
 }
 
+// Whether a file may be written over in place, because nothing else can be done in its folder.
+bool inPlaceAccepted(const QString &sFile)
+{
+    return ports().dialogs->ask(
+               u"The folder of \"%1\" takes no new files, so the file cannot be replaced as a whole. Do you want to "
+               "write over it in place? What it holds now is kept in another folder until that has succeeded."_s.arg(
+                   sFile)) == Answer::Yes;
+}
+
+// What can be neither written nor put back is damaged; the user learns where the whole old content is.
+void replaceFile(Document &document, SafeFile &file)
+{
+    try {
+        file.replace();
+    } catch (...) {
+        if (const QString sCopy = file.strandedCopy(); !sCopy.isEmpty())
+            document.tell(
+                {NoticeKind::FileDamaged, u"The file %1 could be neither written nor put back as it was. What "
+                                          "it held before is whole in the file %2."_s.arg(file.target(), sCopy)});
+        throw;
+    }
+    document.dismiss(NoticeKind::FileDamaged);
+}
+
 void writeDocument(Document &document)
 {
     // The new content is complete and on disk before the old file or its backup is touched.
-    SafeFile file(document.m_sFile);
+    SafeFile file(document.m_sFile, [&document] { return inPlaceAccepted(document.m_sFile); });
     if (document.m_iFileFormatVersion == Document::nativeFormat)
         ports().formats->writeNative(document, file);
     else
@@ -121,7 +145,7 @@ void writeDocument(Document &document)
     std::optional<ErrorNumber> failure;
     if (bWanted)
         failure = tryBackupStep([&] { file.keepOldFile(); });
-    file.replace();
+    replaceFile(document, file);
     // The older backup goes only now: had the file not been replaced, it would still be the backup.
     if (bWanted && !failure)
         failure = tryBackupStep([&] { file.moveOldFileTo(sBackup); });

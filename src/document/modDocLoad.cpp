@@ -249,9 +249,11 @@ void offerUnfinishedSaves(const QString &sFile, QSet<QString> &asked)
             return;
         asked.insert(next->path);
         const QString sTime = QLocale::system().toString(QFileInfo(next->path).lastModified(), QLocale::ShortFormat);
+        const QString sWhat = next->isOldContent ? u"so that it may be damaged, but all that it held before is there"_s
+                                                 : u"but all that was to be saved is there"_s;
         const Answer answer = ports().dialogs->ask(
-            u"Saving the file %1 was cut short (%2), but all that was to be saved is there. Do you want to keep it in "
-            "a file of its own and open that? If you choose No, it is deleted."_s.arg(next->target, sTime));
+            u"Saving the file %1 was cut short (%2), %3. Do you want to keep it in a file of its own and open that? If "
+            "you choose No, it is deleted."_s.arg(next->target, sTime, sWhat));
         if (answer == Answer::Yes)
             loadAndOffer(nameUnfinishedSave(*next, saves), asked);
         else if (answer == Answer::No)

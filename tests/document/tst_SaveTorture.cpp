@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "document/SafeFile.h"
+#include "document/TemporaryName.h"
 #include "document/UnfinishedSaves.h"
 #include "document/modDoc.h"
 #include "support/ErrorRecorder.h"
@@ -11,18 +12,22 @@
 #include "support/OutlineText.h"
 #include "util/ByteSink.h"
 
+#include <QDir>
 #include <QRandomGenerator>
 #include <QTest>
 
+#include <array>
 #include <cerrno>
 #include <csignal>
+#include <optional>
 #include <sys/wait.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
 // Saving while every call of the file system fails in turn, and while the process is killed before each of them. What
-// stands in the folder afterwards is always whole: the old document or the new one, and its backup.
+// stands in the folder afterwards is always whole: the old document or the new one, and its backup. A file that is
+// written in place can be neither after a kill, or when nothing works any more; then both lie beside it.
 class tst_SaveTorture : public QObject
 {
     Q_OBJECT
@@ -48,20 +53,28 @@ private Q_SLOTS:
 private:
     enum Backup { NoBackupWanted, NoOldBackup, OldBackup };
 
-    enum Target { Existing, Link, Another, New };
+    enum Target { Existing, Link, Another, New, TwoNames, FullFolder };
 
     static void situations();
     void begin(int target, int backup);
     // What is wrong in the folder, in words; empty when nothing is.
     QString judge(int backup, bool saved, bool killed) const;
-
+    QString judgeDamaged(bool killed) const;
     QString judgeLeftovers() const;
 
-    SaveOutcome save() { return modDoc::DocSave((*m_folder)(m_name)); }
+    SaveOutcome save()
+    {
+        m_fake->dialogs.answers.assign(1, Answer::Yes);
+        return modDoc::DocSave((*m_folder)(m_name));
+    }
 
     std::unique_ptr<FakePorts> m_fake;
     std::unique_ptr<ErrorRecorder> m_errors;
     std::unique_ptr<TestFolder> m_folder;
+    std::unique_ptr<TestFolder> m_state;
+    // Holds as long as a save is to meet a folder that takes no new file.
+    std::optional<OrdinaryUser> m_user;
+    int m_target = Existing;
     QString m_name;
     // The file that the document is really kept in.
     QString m_real;
@@ -95,6 +108,10 @@ void tst_SaveTorture::situations()
     QTest::newRow("through a symbolic link") << int(Link) << int(OldBackup);
     QTest::newRow("over another file") << int(Another) << int(OldBackup);
     QTest::newRow("a new file") << int(New) << int(NoOldBackup);
+    QTest::newRow("a file with two names") << int(TwoNames) << int(OldBackup);
+    QTest::newRow("a file with two names, without a backup") << int(TwoNames) << int(NoBackupWanted);
+    QTest::newRow("a folder that takes no new file") << int(FullFolder) << int(OldBackup);
+    QTest::newRow("a folder that takes no new file, without a backup") << int(FullFolder) << int(NoBackupWanted);
 }
 
 // The short form runs in memory where it can: a disk takes its time to flush each of a thousand files.
@@ -110,6 +127,8 @@ void tst_SaveTorture::init()
     m_fake = std::make_unique<FakePorts>();
     m_errors = std::make_unique<ErrorRecorder>();
     m_folder = std::make_unique<TestFolder>();
+    m_state = std::make_unique<TestFolder>();
+    qputenv("XDG_STATE_HOME", QFile::encodeName(m_state->path()));
     m_fake->formats.onWriteNative = [](const Document &, ByteSink &sink) {
         for (qsizetype at = 0; at < newContent().size(); at += 300000)
             sink.write(
@@ -120,9 +139,11 @@ void tst_SaveTorture::init()
 void tst_SaveTorture::cleanup()
 {
     FailingCalls::stop();
+    m_user.reset();
     m_errors.reset();
     m_fake.reset();
     m_folder.reset();
+    m_state.reset();
 }
 
 // A changed document and its folder as they are before each save.
@@ -131,6 +152,10 @@ void tst_SaveTorture::begin(int target, int backup)
     m_fake->windows.open.clear();
     m_fake->windows.active = nullptr;
     m_errors->clear();
+    m_user.reset();
+    m_folder->setMode(QString(), 0777);
+    QDir((*m_state)(u"Quillery"_s)).removeRecursively();
+    m_target = target;
     for (const QString &name : m_folder->names())
         QFile::remove((*m_folder)(name));
     m_real = target == Link ? u"real.qly"_s : u"a.qly"_s;
@@ -148,15 +173,28 @@ void tst_SaveTorture::begin(int target, int backup)
     plantOutline(document.tree, {u"Root"_s});
     document.m_sFile = target == Another ? (*m_folder)(u"own.qly"_s) : target == New ? QString() : (*m_folder)(m_name);
     document.m_bDataChanged = true;
+    if (target == TwoNames)
+        QCOMPARE(link(qPrintable((*m_folder)(m_real)), qPrintable((*m_folder)(u"twin.qly"_s))), 0);
+    if (target == FullFolder) {
+        m_folder->setMode(QString(), 0555);
+        m_user.emplace();
+    }
 }
 
 QString tst_SaveTorture::judge(int backup, bool saved, bool killed) const
 {
     const QByteArray content = m_folder->read(m_real);
     const bool isOld = m_existed ? content == oldContent : content.isNull();
-    if (content != newContent() && !isOld)
-        return m_existed && content.isNull() ? u"the file is gone"_s : u"the file is damaged"_s;
-    if (!killed && saved != (content == newContent()))
+    if (m_target == TwoNames && m_folder->read(u"twin.qly"_s) != content)
+        return u"the file has lost its other name"_s;
+    // What could not be put back can be anything by then.
+    const bool isTold = !killed && m_fake->windows.active->document.hasNotice(NoticeKind::FileDamaged);
+    if (isTold || (content != newContent() && !isOld)) {
+        const QString fault = content.isNull() ? u"the file is gone"_s : judgeDamaged(killed);
+        if (!fault.isEmpty())
+            return fault;
+    }
+    if (!killed && !isTold && saved != (content == newContent()))
         return u"the file is not what the save says"_s;
     const QString sBackup = m_real.chopped(4) + u".bak"_s;
     const QByteArray kept = m_folder->read(sBackup);
@@ -172,6 +210,24 @@ QString tst_SaveTorture::judge(int backup, bool saved, bool killed) const
         if (std::ranges::none_of(notices, [](const auto &each) { return each.kind == NoticeKind::NoBackup; }))
             return u"nothing tells of the backup that was not made"_s;
     }
+    return QString();
+}
+
+// A file that is neither the old one nor the new one.
+QString tst_SaveTorture::judgeDamaged(bool killed) const
+{
+    if (m_target != TwoNames && m_target != FullFolder)
+        return u"the file is damaged"_s;
+    if (killed) {
+        const std::vector<UnfinishedSave> unfinished = unfinishedSaves((*m_folder)(m_name));
+        const auto old = std::ranges::count(unfinished, true, &UnfinishedSave::isOldContent);
+        return old == 1 && unfinished.size() == 2 ? QString() : u"the old and the new content are not both offered"_s;
+    }
+    const auto &notices = m_fake->windows.active->document.notices();
+    const auto told = std::ranges::find(notices, NoticeKind::FileDamaged, &DocumentNotice::kind);
+    const QString copy = told == notices.end() ? QString() : told->text.section(u"file "_s, -1).chopped(1);
+    if (copy.isEmpty() || readWholeFile(copy) != oldContent)
+        return u"the damage is not told together with the name of a whole copy"_s;
     return QString();
 }
 
@@ -207,6 +263,7 @@ void tst_SaveTorture::everyCallFails()
             if (saved)
                 continue;
             ++failed;
+            QVERIFY2(!document.hasNotice(NoticeKind::FileDamaged), qPrintable(what + u"the file was not put back"_s));
             QVERIFY2(document.m_bDataChanged, qPrintable(what + u"the document counts as unchanged"_s));
             QVERIFY2(document.m_sFile == sFileBefore, qPrintable(what + u"the document has another name"_s));
             QVERIFY2(!document.notices().empty() && document.notices().front().kind == NoticeKind::NotSaved,
@@ -215,7 +272,8 @@ void tst_SaveTorture::everyCallFails()
             // Whatever stood in the way, the next save does it.
             QVERIFY2(save() == SaveOutcome::Saved, qPrintable(what + u"no save works any more"_s));
             QCOMPARE(m_folder->read(m_real), newContent());
-            QVERIFY(document.notices().empty());
+            QVERIFY(!document.hasNotice(NoticeKind::NotSaved) && !document.hasNotice(NoticeKind::FileDamaged));
+            QVERIFY(target == FullFolder || document.notices().empty());
         }
     }
     QVERIFY(failed > 10);
@@ -275,16 +333,21 @@ QString tst_SaveTorture::judgeLeftovers() const
 {
     const std::vector<UnfinishedSave> unfinished = unfinishedSaves((*m_folder)(m_name));
     qsizetype whole = 0;
-    for (const QString &name : m_folder->names()) {
+    QStringList names = m_folder->names();
+    const QString side = sideFolder(m_folder->path());
+    names += QDir(side).entryList(QDir::Files | QDir::Hidden);
+    for (const QString &name : std::as_const(names)) {
         if (name.startsWith(u".quillery-part"_s))
             return u"an unfinished file stays"_s;
-        whole += name.startsWith(u".quillery-whole"_s) ? 1 : 0;
+        const auto stage = TemporaryName::parse(QFile::encodeName(name));
+        whole += stage && stage->stage != TemporaryName::Old ? 1 : 0;
     }
     if (whole != static_cast<qsizetype>(unfinished.size()))
         return u"whole content is not offered"_s;
     for (const UnfinishedSave &each : unfinished) {
-        if (readWholeFile(each.path) != newContent() || each.target != (*m_folder)(m_real))
-            return u"what is offered is not the new content"_s;
+        if (readWholeFile(each.path) != (each.isOldContent ? oldContent : newContent()) ||
+            each.target != (*m_folder)(m_real))
+            return u"what is offered is not what it should be"_s;
         if (m_folder->read(m_real) == newContent())
             return u"what was saved is offered again"_s;
     }
@@ -298,7 +361,8 @@ void tst_SaveTorture::killedAtAnyMoment()
     QRandomGenerator random =
         kills > 0 ? QRandomGenerator(QRandomGenerator::global()->generate()) : QRandomGenerator(20261122);
     for (int kill = 0; kill < (kills > 0 ? kills : 20); ++kill) {
-        begin(Existing, kill % 2 == 0 ? OldBackup : NoBackupWanted);
+        const std::array targets = {Existing, TwoNames, FullFolder};
+        begin(targets[static_cast<size_t>(kill / 2) % targets.size()], kill % 2 == 0 ? OldBackup : NoBackupWanted);
         int ready[2] = {};
         QCOMPARE(pipe(ready), 0);
         const pid_t child = fork();

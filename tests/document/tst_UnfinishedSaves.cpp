@@ -41,6 +41,9 @@ private Q_SLOTS:
     void twoOfAFileThatNeverWasAreEachAskedAboutOnce();
     void aNameThatIsTakenGetsANumber();
     void contentIsOfferedThroughALink();
+    void aFileDamagedInPlaceIsOfferedOldAndNew_data();
+    void aFileDamagedInPlaceIsOfferedOldAndNew();
+    void whatWasWrittenInPlaceToItsEndIsNotOffered();
 
 private:
     enum Stage { Writing, Written };
@@ -257,6 +260,57 @@ void tst_UnfinishedSaves::contentIsOfferedThroughALink()
     QVERIFY(modDoc::DocLoad(path(u"link.qly"_s)));
     QCOMPARE(m_folder->read(u"notes (unfinished save).qly"_s), QByteArray("unfinished"));
     QVERIFY(QFileInfo(path(u"link.qly"_s)).isSymLink());
+}
+
+void tst_UnfinishedSaves::aFileDamagedInPlaceIsOfferedOldAndNew_data()
+{
+    QTest::addColumn<bool>("beside");
+    QTest::newRow("beside it") << true;
+    QTest::newRow("in the folder of those that take no new file") << false;
+}
+
+void tst_UnfinishedSaves::aFileDamagedInPlaceIsOfferedOldAndNew()
+{
+    QFETCH(const bool, beside);
+    const TestFolder state;
+    qputenv("XDG_STATE_HOME", QFile::encodeName(state.path()));
+    const QString side = beside ? m_folder->path() : sideFolder(m_folder->path());
+    QVERIFY(QDir().mkpath(side));
+    m_folder->write(u"notes.qly"_s, "neither");
+    for (const auto &[stage, content] : {std::pair(TemporaryName::Before, "old"), {TemporaryName::Over, "new"}}) {
+        QFile file(side + u'/' + QFile::decodeName(TemporaryName{stage, "abcdef", "notes.qly"}.text()));
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == 3);
+    }
+    setAge(u"notes.qly"_s, -60);
+    m_fake->dialogs.answers = {Answer::Yes, Answer::Yes};
+    QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
+    QVERIFY(m_fake->dialogs.questions.size() == 2);
+    QVERIFY(m_fake->dialogs.questions[0].contains(path(u"notes.qly"_s)));
+    QVERIFY(m_fake->dialogs.questions[0].contains(u"damaged"_s));
+    QVERIFY(!m_fake->dialogs.questions[1].contains(u"damaged"_s));
+    const TestFolder &named = beside ? *m_folder : state;
+    const QString where = beside ? QString() : u"Quillery/"_s;
+    QCOMPARE(named.read(where + u"notes (before the save).qly"_s), QByteArray("old"));
+    QCOMPARE(named.read(where + u"notes (unfinished save).qly"_s), QByteArray("new"));
+    QCOMPARE(m_fake->windows.open.size(), size_t(3));
+    // Asked once.
+    QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
+    QCOMPARE(m_fake->dialogs.questions.size(), 2);
+    QVERIFY(beside || !QFileInfo::exists(side));
+}
+
+void tst_UnfinishedSaves::whatWasWrittenInPlaceToItsEndIsNotOffered()
+{
+    for (const QByteArray &held : {QByteArray("old"), QByteArray("new")}) {
+        m_folder->write(u"notes.qly"_s, held);
+        m_folder->write(QFile::decodeName(TemporaryName{TemporaryName::Before, "abcdef", "notes.qly"}.text()), "old");
+        m_folder->write(QFile::decodeName(TemporaryName{TemporaryName::Over, "abcdef", "notes.qly"}.text()), "new");
+        if (held == "old")
+            m_fake->dialogs.answers = {Answer::No}; // the new content, which has not reached the file
+        QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
+        QCOMPARE(m_folder->names(), QStringList(u"notes.qly"_s));
+        QCOMPARE(m_folder->read(u"notes.qly"_s), held);
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_UnfinishedSaves)

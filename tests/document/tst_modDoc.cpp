@@ -57,6 +57,8 @@ private Q_SLOTS:
     void noBackup_data();
     void noBackup();
     void theBackupLiesBesideALinksTarget();
+    void aFolderThatTakesNoNewFileIsAskedAboutOnceASave();
+    void aFileWithTwoNamesKeepsBothAndItsBackup();
     void oneEntryAsTextIsNotAskedAbout();
     void severalEntriesAsTextAreAskedAbout();
     void aRefusedTextWarningChangesNothing_data();
@@ -620,6 +622,45 @@ void tst_modDoc::theBackupLiesBesideALinksTarget()
     QCOMPARE(active().m_sFile, (*m_folder)(u"link.qly"_s));
 }
 
+void tst_modDoc::aFolderThatTakesNoNewFileIsAskedAboutOnceASave()
+{
+    const TestFolder state;
+    qputenv("XDG_STATE_HOME", QFile::encodeName(state.path()));
+    Document &document = plant(1);
+    m_folder->write(u"a.qly"_s, "a longer old content");
+    const QString sFile = (*m_folder)(u"a.qly"_s);
+    m_folder->setMode(QString(), 0555);
+    {
+        const OrdinaryUser user;
+        m_fake->dialogs.answers = {Answer::Yes, Answer::Yes};
+        QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Saved);
+        QCOMPARE(m_fake->dialogs.questions.size(), 1);
+        QVERIFY(m_fake->dialogs.questions[0].contains(sFile));
+        QCOMPARE(m_folder->read(u"a.qly"_s), QByteArray("native"));
+        // No backup can lie beside the file.
+        QVERIFY(document.hasNotice(NoticeKind::NoBackup));
+        QVERIFY(!document.hasNotice(NoticeKind::NotSaved));
+        QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Saved);
+        QCOMPARE(m_fake->dialogs.questions.size(), 2);
+    }
+    QCOMPARE(m_folder->names(), QStringList(u"a.qly"_s));
+    QVERIFY(QDir(state(u"Quillery/saving"_s)).isEmpty());
+}
+
+void tst_modDoc::aFileWithTwoNamesKeepsBothAndItsBackup()
+{
+    plant(1);
+    m_folder->write(u"a.qly"_s, "a longer old content", 0640);
+    QCOMPARE(link(qPrintable((*m_folder)(u"a.qly"_s)), qPrintable((*m_folder)(u"twin.qly"_s))), 0);
+    QCOMPARE(modDoc::DocSave((*m_folder)(u"a.qly"_s)), SaveOutcome::Saved);
+    QCOMPARE(m_folder->read(u"a.qly"_s), QByteArray("native"));
+    QCOMPARE(m_folder->read(u"twin.qly"_s), QByteArray("native"));
+    QCOMPARE(m_folder->read(u"a.bak"_s), QByteArray("a longer old content"));
+    QCOMPARE(m_folder->mode(u"a.bak"_s), mode_t(0640));
+    QCOMPARE(m_folder->names(), QStringList({u"a.bak"_s, u"a.qly"_s, u"twin.qly"_s}));
+    QVERIFY(m_fake->dialogs.questions.isEmpty());
+}
+
 void tst_modDoc::oneEntryAsTextIsNotAskedAbout()
 {
     plant(1);
@@ -726,6 +767,7 @@ void tst_modDoc::aFailedSaveChangesNothing()
     if (kind == 0) {
         m_folder->setMode(QString(), 0555);
         const OrdinaryUser user;
+        m_fake->dialogs.answers = {Answer::No};
         outcome = modDoc::DocSave(sFile);
     } else if (kind == 1) {
         const FullDisk disk(3);

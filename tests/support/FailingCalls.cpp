@@ -113,7 +113,7 @@ void stop()
 
 std::span<const int> errorsOf(const std::string &call)
 {
-    static const std::array<Errors, 19> table = {{
+    static const std::array<Errors, 23> table = {{
         {"open", {EACCES, EMFILE, ENFILE, ENOSPC, EROFS, EIO, ENOMEM}},
         {"mkostemps", {EACCES, EMFILE, ENFILE, ENOSPC, EDQUOT, EROFS, EIO, ENAMETOOLONG}},
         {"write", {ENOSPC, EDQUOT, EFBIG, EIO, ENOMEM}},
@@ -132,6 +132,10 @@ std::span<const int> errorsOf(const std::string &call)
         {"fstat", {EIO, ENOMEM}},
         {"access", {EACCES, EIO, EROFS}},
         {"flistxattr", {ENOTSUP, EIO}},
+        {"fallocate", {ENOSPC, EDQUOT, EFBIG, EIO, EOPNOTSUPP, EINTR}},
+        {"ftruncate", {EIO, EROFS}},
+        {"mkdir", {EACCES, ENOSPC, EROFS}},
+        {"rmdir", {EACCES, EBUSY}},
         {"fsetxattr", {ENOTSUP, ENOSPC, EPERM}},
     }};
     const auto found = std::ranges::find(table, call, [](const Errors &row) { return std::string(row.call); });
@@ -278,6 +282,30 @@ int fstat(int descriptor, struct stat *result) noexcept
 {
     static auto *const real = original<int(int, struct stat *)>(nullptr, "fstat");
     return interferes("fstat") ? -1 : real(descriptor, result);
+}
+
+int fallocate(int descriptor, int mode, off_t from, off_t size)
+{
+    static auto *const real = original(&fallocate, "fallocate");
+    return interferes("fallocate") ? -1 : real(descriptor, mode, from, size);
+}
+
+int ftruncate(int descriptor, off_t size) noexcept
+{
+    static auto *const real = original<int(int, off_t)>(nullptr, "ftruncate");
+    return interferes("ftruncate") ? -1 : real(descriptor, size);
+}
+
+int mkdir(const char *path, mode_t mode) noexcept
+{
+    static auto *const real = original<int(const char *, mode_t)>(nullptr, "mkdir");
+    return interferes("mkdir") ? -1 : real(path, mode);
+}
+
+int rmdir(const char *path) noexcept
+{
+    static auto *const real = original<int(const char *)>(nullptr, "rmdir");
+    return interferes("rmdir") ? -1 : real(path);
 }
 
 int access(const char *path, int mode) noexcept
