@@ -3,6 +3,24 @@
 
 #include "model/Entry.h"
 
+#include <atomic>
+
+namespace
+{
+
+EntryId nextEntryId()
+{
+    static std::atomic<quint64> last = 0;
+    return EntryId(++last);
+}
+
+} // namespace
+
+Entry::Entry()
+    : m_id(nextEntryId())
+{
+}
+
 Entry::~Entry()
 {
     // Taken apart level by level: destroying a chain of thousands of children by recursion would overflow the stack.

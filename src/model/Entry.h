@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "model/EntryId.h"
 #include "model/ForeignRecords.h"
 
 #include <QByteArray>
@@ -13,14 +14,16 @@
 
 class EntryTree;
 
-// One entry of an outline. Read through its own members, changed only through the EntryTree that owns it; the address
-// is a stable handle as long as the entry is in its tree (EntryRef holds one beyond that).
+// One entry of an outline. Read through its own members, changed only through the EntryTree that owns it. What
+// remembers an entry beyond a single operation holds its id, or an EntryRef.
 class Entry
 {
 public:
     ~Entry();
     Entry(const Entry &) = delete;
     Entry &operator=(const Entry &) = delete;
+
+    EntryId id() const { return m_id; }
 
     const QString &label() const { return m_label; }
 
@@ -61,14 +64,19 @@ public:
 private:
     friend class EntryTree;
     friend class EntryCollection;
-    Entry() = default;
+    friend class Subtree;
+    Entry();
 
+    const EntryId m_id;
     QString m_label;
     QByteArray m_storedText;
     Entry *m_parent = nullptr;
     std::vector<std::unique_ptr<Entry>> m_children;
     int m_row = 0;
+    // Its place in the order of insertion: the slot in the collection, while in a tree, and the number that says what
+    // was inserted before what, which it keeps; 0 before it first is in a tree.
     qsizetype m_slot = -1;
+    qint64 m_insertion = 0;
     // Null for nearly every entry.
     std::unique_ptr<const ForeignRecordList> m_foreignRecords;
     bool m_tagged = false;

@@ -6,15 +6,20 @@
 #include "model/Entry.h"
 
 // A tree's entries in the order in which they were inserted, numbered from 1 without gaps: a removal closes up the
-// indices behind it. Appending and removing cost O(1); the numbering is brought up to date when it is next asked for.
+// indices behind it. Adding and removing cost O(1); the numbering is brought up to date when it is next asked for.
 class EntryCollection
 {
 public:
     int count() const { return m_count; }
 
-    void append(Entry *entry);
-    void remove(Entry *entry);
-    void clear();
+    // Lets the next `more` calls of add() or renew() succeed; throws where there is no memory.
+    void makeRoom(int more);
+    // An entry that never was in the order of insertion goes to its end, any other back to its place in it.
+    void add(Entry *entry) noexcept;
+    void remove(Entry *entry) noexcept;
+    // Puts an entry at the end, or at the place that an earlier insertion number says.
+    void renew(Entry *entry) noexcept;
+    void renew(Entry *entry, qint64 insertion) noexcept;
 
     // The 1-based index of an entry of this collection.
     int indexOf(const Entry *entry) const;
@@ -22,9 +27,13 @@ public:
     Entry *at(int index) const;
 
 private:
-    void closeUp() const;
+    void closeUp() const noexcept;
 
+    // Those that came back lie behind the others, unordered, until somebody asks for a number.
     mutable std::vector<Entry *> m_slots;
-    mutable bool m_hasGaps = false;
+    mutable size_t m_ordered = 0;
+    mutable qint64 m_lastOrdered = 0;
+    mutable bool m_tidy = true;
+    qint64 m_lastInsertion = 0;
     int m_count = 0;
 };

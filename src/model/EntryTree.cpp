@@ -3,12 +3,12 @@
 
 #include "model/EntryTree.h"
 
+#include "util/MakeRoom.h"
 #include "util/RunTimeError.h"
 
 #include <QCollator>
 
 #include <algorithm>
-#include <unordered_set>
 
 using namespace Qt::StringLiterals;
 
@@ -42,17 +42,14 @@ EntryTree::EntryTree(QObject *parent)
 {
 }
 
-EntryTree::~EntryTree()
-{
-    while (!m_references.empty())
-        m_references.back()->clear();
-}
+EntryTree::~EntryTree() = default;
 
 Entry *EntryTree::insert(Relationship relationship, Entry *relative)
 {
     requireRoomFor(1);
     const Place place = placeFor(relationship, relative);
-    return attach(std::unique_ptr<Entry>(new Entry), place);
+    Subtree subtree = Subtree::fresh();
+    return put(subtree, place);
 }
 
 Entry *EntryTree::insertCopy(const EntryTree &sourceTree, const Entry *source, Relationship relationship,
@@ -60,10 +57,16 @@ Entry *EntryTree::insertCopy(const EntryTree &sourceTree, const Entry *source, R
 {
     requireRoomFor(subtreeSize(source));
     const Place place = placeFor(relationship, relative);
-    sourceTree.resolvePendingText();
-
     // The copy is complete before it joins the tree, so a copy into the source's own subtree copies what was there
     // before.
+    Subtree copy = sourceTree.copyOf(source);
+    return put(copy, place);
+}
+
+Subtree EntryTree::copyOf(const Entry *source) const
+{
+    resolvePendingText();
+
     struct Pair {
         const Entry *source;
         Entry *copy;
@@ -71,6 +74,8 @@ Entry *EntryTree::insertCopy(const EntryTree &sourceTree, const Entry *source, R
 
     std::unique_ptr<Entry> top(new Entry);
     std::vector<Pair> pending = {{source, top.get()}};
+    int count = 0;
+    qsizetype weight = 0;
     while (!pending.empty()) {
         const auto [from, to] = pending.back();
         pending.pop_back();
@@ -87,8 +92,10 @@ Entry *EntryTree::insertCopy(const EntryTree &sourceTree, const Entry *source, R
             pending.push_back({child.get(), copy.get()});
             to->m_children.push_back(std::move(copy));
         }
+        ++count;
+        weight += weightOf(*to);
     }
-    return attach(std::move(top), place);
+    return Subtree(std::move(top), count, weight);
 }
 
 EntryTree::Place EntryTree::placeFor(Relationship relationship, Entry *relative) const
@@ -115,117 +122,87 @@ EntryTree::Place EntryTree::placeFor(Relationship relationship, Entry *relative)
     }
 }
 
-Entry *EntryTree::attach(std::unique_ptr<Entry> subtree, const Place &place)
+EntryTree::Place EntryTree::placeForMove(const Entry *entry, Relationship relationship, Entry *relative) const
 {
-    Entry *top = subtree.get();
-    if (announcing())
-        beginInsertRows(indexOf(place.parent), place.row, place.row);
-    top->m_parent = place.parent;
-    if (place.parent) {
-        std::vector<std::unique_ptr<Entry>> &siblings = place.parent->m_children;
-        siblings.insert(siblings.begin() + place.row, std::move(subtree));
-        renumber(place.parent, place.row);
-    } else {
-        m_root = std::move(subtree);
-    }
-    bool expansion = false;
-    for (Entry *entry = top; entry; entry = nextInOutline(entry, top)) {
-        m_collection.append(entry);
-        expansion = expansion || entry->m_expanded;
-    }
-    assertWhole(top);
-    if (announcing()) {
-        endInsertRows();
-        if (expansion)
-            Q_EMIT expansionReset();
-    }
-    return top;
+    Place place = placeFor(relationship, relative);
+    if (!entry->m_parent || !place.parent || place.parent == entry || entry->isAncestorOf(place.parent))
+        throw RunTimeError(ErrorNumber::InvalidCall, u"An entry cannot be moved into itself"_s);
+    if (entry->m_parent == place.parent && place.row > entry->m_row)
+        --place.row;
+    return place;
 }
 
 void EntryTree::move(Entry *entry, Relationship relationship, Entry *relative)
 {
-    const Place place = placeFor(relationship, relative);
-    if (!entry->m_parent || !place.parent || place.parent == entry || entry->isAncestorOf(place.parent))
-        throw RunTimeError(ErrorNumber::InvalidCall, u"An entry cannot be moved into itself"_s);
+    const Place place = placeForMove(entry, relationship, relative);
+    m_collection.makeRoom(subtreeSize(entry));
+    moveTo(entry, place);
+    renewInsertion(entry);
+}
+
+void EntryTree::moveTo(Entry *entry, const Place &place)
+{
     Entry *from = entry->m_parent;
     const int row = entry->m_row;
-    const bool inPlace = from == place.parent && (place.row == row || place.row == row + 1);
-    if (!inPlace) {
-        if (announcing())
-            beginMoveRows(indexOf(from), row, row, indexOf(place.parent), place.row);
-        std::vector<std::unique_ptr<Entry>> &old = from->m_children;
-        std::unique_ptr<Entry> moving = std::move(old[static_cast<size_t>(row)]);
-        old.erase(old.begin() + row);
-        // The place was counted with the entry still among its siblings.
-        const int newRow = place.row - (from == place.parent && place.row > row ? 1 : 0);
-        entry->m_parent = place.parent;
-        std::vector<std::unique_ptr<Entry>> &siblings = place.parent->m_children;
-        siblings.insert(siblings.begin() + newRow, std::move(moving));
-        renumber(from, from == place.parent ? std::min(row, newRow) : row);
-        if (from != place.parent)
-            renumber(place.parent, newRow);
-        assertWhole(entry);
-        if (announcing())
-            endMoveRows();
-    }
-    renewInsertion(entry);
+    const bool sameParent = from == place.parent;
+    if (sameParent && place.row == row)
+        return;
+    std::vector<std::unique_ptr<Entry>> &siblings = place.parent->m_children;
+    makeRoomBehind(siblings, 1);
+    // The item model counts the place with the entry still among its siblings.
+    const int countedRow = place.row + (sameParent && place.row > row ? 1 : 0);
+    if (announcing())
+        beginMoveRows(indexOf(from), row, row, indexOf(place.parent), countedRow);
+    std::vector<std::unique_ptr<Entry>> &old = from->m_children;
+    std::unique_ptr<Entry> moving = std::move(old[static_cast<size_t>(row)]);
+    old.erase(old.begin() + row);
+    entry->m_parent = place.parent;
+    siblings.insert(siblings.begin() + place.row, std::move(moving));
+    renumber(from, sameParent ? std::min(row, place.row) : row);
+    if (!sameParent)
+        renumber(place.parent, place.row);
+    assertWhole(entry);
+    if (announcing())
+        endMoveRows();
 }
 
 void EntryTree::renewInsertion(Entry *entry)
 {
-    for (Entry *each = entry; each; each = nextInOutline(each, entry)) {
-        m_collection.remove(each);
-        m_collection.append(each);
-    }
+    m_collection.makeRoom(subtreeSize(entry));
+    for (Entry *each = entry; each; each = nextInOutline(each, entry))
+        m_collection.renew(each);
+    assertWhole(entry);
+}
+
+std::vector<qint64> EntryTree::insertionPlaces(const Entry *entry) const
+{
+    std::vector<qint64> places;
+    for (const Entry *each = entry; each; each = nextInOutline(each, entry))
+        places.push_back(each->m_insertion);
+    return places;
+}
+
+void EntryTree::restoreInsertion(Entry *entry, const std::vector<qint64> &places)
+{
+    m_collection.makeRoom(static_cast<int>(places.size()));
+    auto place = places.begin();
+    for (Entry *each = entry; each && place != places.end(); each = nextInOutline(each, entry))
+        m_collection.renew(each, *place++);
     assertWhole(entry);
 }
 
 void EntryTree::remove(Entry *entry)
 {
-    dropReferences([entry](const Entry *each) { return each == entry || entry->isAncestorOf(each); });
-    Entry *parent = entry->m_parent;
-    const int row = entry->m_row;
-    if (announcing())
-        beginRemoveRows(indexOf(parent), row, row);
-    forget(entry);
-    std::unique_ptr<Entry> removed;
-    if (parent) {
-        std::vector<std::unique_ptr<Entry>> &siblings = parent->m_children;
-        removed = std::move(siblings[static_cast<size_t>(row)]);
-        siblings.erase(siblings.begin() + row);
-        renumber(parent, row);
-    } else {
-        removed = std::move(m_root);
-    }
-    assertWhole(parent);
-    if (announcing())
-        endRemoveRows();
+    if (liesBelow(m_pendingEntry, {entry}))
+        forgetPendingText();
+    take(entry);
 }
 
 void EntryTree::removeAll(const std::vector<Entry *> &entries)
 {
-    const BulkChange bulk(*this);
-    const std::unordered_set<const Entry *> tops(entries.begin(), entries.end());
-    dropReferences([&tops](const Entry *each) {
-        while (each && !tops.contains(each))
-            each = each->m_parent;
-        return each != nullptr;
-    });
-    std::unordered_set<Entry *> parents;
-    for (Entry *entry : entries) {
-        forget(entry);
-        parents.insert(entry->m_parent);
-    }
-    // Closing the gap behind every single one would cost its number of siblings each time.
-    for (Entry *parent : parents) {
-        if (!parent) {
-            m_root.reset();
-            continue;
-        }
-        std::erase_if(parent->m_children, [&tops](const auto &child) { return tops.contains(child.get()); });
-        renumber(parent, 0);
-    }
-    assertWhole(m_root.get());
+    if (liesBelow(m_pendingEntry, entries))
+        forgetPendingText();
+    takeAll(entries);
 }
 
 void EntryTree::clear()
@@ -356,10 +333,8 @@ QByteArray EntryTree::storedText(const Entry *entry) const
 
 void EntryTree::setStoredText(Entry *entry, const QByteArray &storedText)
 {
-    if (entry == m_pendingEntry) {
-        m_pendingEntry = nullptr;
-        m_pendingSource = nullptr;
-    }
+    if (entry == m_pendingEntry)
+        forgetPendingText();
     if (entry == m_shown)
         m_shown = nullptr;
     entry->m_storedText = storedText;
@@ -388,6 +363,12 @@ void EntryTree::resolvePendingText() const
     m_pendingSource = nullptr;
 }
 
+void EntryTree::forgetPendingText()
+{
+    m_pendingEntry = nullptr;
+    m_pendingSource = nullptr;
+}
+
 void EntryTree::requireRoomFor(int more) const
 {
     if (entryCount() + more > maximumCount)
@@ -398,49 +379,4 @@ void EntryTree::renumber(Entry *parent, int fromRow)
 {
     for (int row = fromRow; row < parent->childCount(); ++row)
         parent->m_children[static_cast<size_t>(row)]->m_row = row;
-}
-
-// Takes a subtree that goes out of all that is counted and numbered.
-void EntryTree::forget(Entry *subtree)
-{
-    for (Entry *gone = subtree; gone; gone = nextInOutline(gone, subtree)) {
-        m_collection.remove(gone);
-        m_taggedCount -= gone->m_tagged ? 1 : 0;
-    }
-}
-
-// Lets go of every entry that goes.
-void EntryTree::dropReferences(const std::function<bool(const Entry *)> &goes)
-{
-    if (m_selected && goes(m_selected))
-        select(nullptr);
-    if (m_shown && goes(m_shown))
-        m_shown = nullptr;
-    const std::vector<EntryRef *> references = m_references;
-    for (EntryRef *reference : references) {
-        if (goes(reference->entry()))
-            reference->clear();
-    }
-    if (m_pendingEntry && goes(m_pendingEntry)) {
-        m_pendingEntry = nullptr;
-        m_pendingSource = nullptr;
-    }
-}
-
-void EntryRef::set(EntryTree *tree, Entry *entry)
-{
-    clear();
-    if (!tree || !entry)
-        return;
-    m_tree = tree;
-    m_entry = entry;
-    tree->m_references.push_back(this);
-}
-
-void EntryRef::clear()
-{
-    if (m_tree)
-        std::erase(m_tree->m_references, this);
-    m_tree = nullptr;
-    m_entry = nullptr;
 }

@@ -3,16 +3,17 @@
 
 #pragma once
 
+#include "model/EntriesById.h"
 #include "model/Entry.h"
 #include "model/EntryCollection.h"
+#include "model/Subtree.h"
 #include "util/Bracket.h"
 
 #include <QAbstractItemModel>
+#include <QPointer>
 
 #include <functional>
 #include <vector>
-
-class EntryRef;
 
 // Where an entry is inserted, seen from a relative entry.
 enum class Relationship { tvwFirst = 0, tvwLast = 1, tvwNext = 2, tvwPrevious = 3, tvwChild = 4 };
@@ -20,7 +21,8 @@ enum class Relationship { tvwFirst = 0, tvwLast = 1, tvwNext = 2, tvwPrevious = 
 // The outline of one document: a single-rooted, ordered tree of entries with the selected entry and the order of
 // insertion. It is the item model that the outline pane shows (one column; the label is the edit role, and the display
 // role what is shown of it).
-// At most 32767 entries: one more is run-time error 6. No operation recurses on the depth of the tree.
+// At most 32767 entries: one more is run-time error 6. No operation recurses on the depth of the tree. An operation
+// that fails, for lack of memory say, leaves the tree as it was.
 class EntryTree final : public QAbstractItemModel
 {
     Q_OBJECT
@@ -36,11 +38,23 @@ public:
 
     Entry *root() const { return m_root.get(); }
 
+    // The entry of that id; null when it is not in this tree, be it that it was taken out.
+    Entry *entry(EntryId id) const { return m_byId.find(id); }
+
     int entryCount() const { return m_collection.count(); }
 
     const EntryCollection &collection() const { return m_collection; }
 
     int taggedCount() const { return m_taggedCount; }
+
+    // A place as the parent (null for the root's) and the row that the entry will have.
+    struct Place {
+        Entry *parent;
+        int row;
+    };
+
+    // The place that a relationship names; error 5 when it does not exist.
+    Place placeFor(Relationship relationship, Entry *relative) const;
 
     // Adds an empty entry; with no relative the tree must be empty and the entry becomes the root. Errors: 6 when the
     // tree is full, 5 when the place does not exist (a sibling of the root).
@@ -48,15 +62,32 @@ public:
     // Adds a copy of the source's subtree as it stands now, which may be of another tree: labels, stored texts and
     // expansion, never tags. Errors as insert(); a refused copy changes nothing.
     Entry *insertCopy(const EntryTree &sourceTree, const Entry *source, Relationship relationship, Entry *relative);
+    // Such a copy, in no tree yet.
+    Subtree copyOf(const Entry *source) const;
     // Puts an entry with its subtree, as it is, at another place of this tree; it goes to the end of the order of
     // insertion. Error 5 when the place lies inside the subtree or does not exist.
     void move(Entry *entry, Relationship relationship, Entry *relative);
+    // The place that a move leads to, counted without the entry; errors as move().
+    Place placeForMove(const Entry *entry, Relationship relationship, Entry *relative) const;
+    // The same, but the order of insertion stays.
+    void moveTo(Entry *entry, const Place &place);
     // Moves an entry's subtree to the end of the order of insertion.
     void renewInsertion(Entry *entry);
+    // The places of an entry and its descendants, in outline order, in the order of insertion, and back to them.
+    std::vector<qint64> insertionPlaces(const Entry *entry) const;
+    void restoreInsertion(Entry *entry, const std::vector<qint64> &places);
     // Removes an entry with its subtree; a selection inside is dropped.
     void remove(Entry *entry);
     // The same for many, none of which lies inside another; announced as one reset.
     void removeAll(const std::vector<Entry *> &entries);
+    // Removes an entry and hands it over with its subtree; put() is its exact inverse.
+    Subtree take(Entry *entry);
+    std::vector<TakenSubtree> takeAll(const std::vector<Entry *> &entries);
+    // Puts a subtree, which is empty afterwards, at a place that exists; null is the root's parent. Error 6 when the
+    // tree is full, and then the subtree is as it was.
+    Entry *put(Subtree &subtree, const Place &place);
+    // Puts back what takeAll() took, with the tree as that left it; announced as one reset.
+    void putAll(std::vector<TakenSubtree> &taken);
     void clear();
 
     // "KEY" + the path: "0" for the root, and the parent's path + "." + the 1-based place for any other entry. Always
@@ -132,19 +163,15 @@ Q_SIGNALS:
     void labelChanged(Entry *entry);
 
 private:
-    friend class EntryRef;
-
-    struct Place {
-        Entry *parent;
-        int row;
-    };
-
-    Place placeFor(Relationship relationship, Entry *relative) const;
-    Entry *attach(std::unique_ptr<Entry> subtree, const Place &place);
+    void makeRoomFor(int more);
     void requireRoomFor(int more) const;
     void renumber(Entry *parent, int fromRow);
-    void forget(Entry *subtree);
-    void dropReferences(const std::function<bool(const Entry *)> &goes);
+    static qsizetype weightOf(const Entry &entry);
+    bool enter(Entry *top);
+    qsizetype leave(Entry *top);
+    static bool liesBelow(const Entry *entry, const std::vector<Entry *> &tops);
+    void letGoOf(const std::vector<Entry *> &tops);
+    void forgetPendingText();
     void sortChildren(Entry *entry);
     // In debug builds, goes down where the tree is not whole: around an entry, and as a whole where it is small.
     void assertWhole(const Entry *entry) const;
@@ -153,9 +180,9 @@ private:
 
     std::unique_ptr<Entry> m_root;
     EntryCollection m_collection;
+    EntriesById m_byId;
     Entry *m_selected = nullptr;
     const Entry *m_shown = nullptr;
-    std::vector<EntryRef *> m_references;
     mutable Entry *m_pendingEntry = nullptr;
     mutable std::function<QByteArray()> m_pendingSource;
     int m_taggedCount = 0;
@@ -165,28 +192,30 @@ private:
 // Announces what happens to a tree while it lives as one reset, so that the pane is laid out once.
 using BulkChange = Bracket<EntryTree, &EntryTree::beginBulkChange, &EntryTree::endBulkChange>;
 
-// A reference to an entry that empties itself when the entry or its tree goes away.
+// A reference to an entry that is empty as long as the entry is not in its tree, and when the tree is gone.
 class EntryRef
 {
 public:
     EntryRef() = default;
 
-    EntryRef(EntryTree *tree, Entry *entry) { set(tree, entry); }
+    EntryRef(EntryTree *tree, const Entry *entry) { set(tree, entry); }
 
-    ~EntryRef() { clear(); }
+    void set(EntryTree *tree, const Entry *entry)
+    {
+        m_tree = entry ? tree : nullptr;
+        m_id = tree && entry ? entry->id() : EntryId::None;
+    }
 
-    EntryRef(const EntryRef &) = delete;
-    EntryRef &operator=(const EntryRef &) = delete;
+    void clear() { set(nullptr, nullptr); }
 
-    void set(EntryTree *tree, Entry *entry);
-    void clear();
+    EntryId id() const { return m_id; }
 
-    Entry *entry() const { return m_entry; }
+    Entry *entry() const { return m_tree ? m_tree->entry(m_id) : nullptr; }
 
-    EntryTree *tree() const { return m_tree; }
+    // Null unless the entry is in it.
+    EntryTree *tree() const { return entry() ? m_tree.data() : nullptr; }
 
 private:
-    friend class EntryTree;
-    EntryTree *m_tree = nullptr;
-    Entry *m_entry = nullptr;
+    QPointer<EntryTree> m_tree;
+    EntryId m_id = EntryId::None;
 };

@@ -18,6 +18,8 @@ QString EntryTree::brokenInvariant() const
         const Entry *entry = m_collection.at(index);
         if (!entry || m_collection.indexOf(entry) != index)
             return u"the collection's index %1 does not lead back to itself"_s.arg(index);
+        if (index > 1 && m_collection.at(index - 1)->m_insertion >= entry->m_insertion)
+            return u"the collection's index %1 is out of order"_s.arg(index);
         collected.insert(entry);
     }
     bool selectedFound = !m_selected;
@@ -27,11 +29,15 @@ QString EntryTree::brokenInvariant() const
         selectedFound = selectedFound || entry == m_selected;
         if (!collected.contains(entry))
             return u"the entry %1 is not in the collection"_s.arg(key(entry));
+        if (this->entry(entry->m_id) != entry)
+            return u"the id of %1 does not lead to it"_s.arg(key(entry));
         for (int row = 0; row < entry->childCount(); ++row) {
             if (entry->child(row)->m_row != row || entry->child(row)->m_parent != entry)
                 return u"child %1 of %2 does not know its place"_s.arg(row + 1).arg(key(entry));
         }
     }
+    if (count != m_byId.count())
+        return u"%1 entries in the tree, %2 known by their ids"_s.arg(count).arg(m_byId.count());
     if (count != m_collection.count())
         return u"%1 entries in the tree, %2 in the collection"_s.arg(count).arg(m_collection.count());
     if (tagged != m_taggedCount)

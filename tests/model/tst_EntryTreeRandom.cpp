@@ -47,7 +47,7 @@ public:
         Watched watched;
         watched.number = node->number;
         watched.index = tree.indexOf(entryOf(node));
-        watched.reference = std::make_unique<EntryRef>(&tree, entryOf(node));
+        watched.reference.set(&tree, entryOf(node));
         m_watched.push_back(std::move(watched));
     }
 
@@ -89,7 +89,7 @@ private:
     struct Watched {
         int number = 0;
         QPersistentModelIndex index;
-        std::unique_ptr<EntryRef> reference;
+        EntryRef reference;
         bool indexUsed = true;
     };
 
@@ -99,7 +99,7 @@ private:
             const auto node = std::find_if(slow.collection.begin(), slow.collection.end(),
                                            [&](const Node *each) { return each->number == watched.number; });
             const Entry *expected = node == slow.collection.end() ? nullptr : entryOf(*node);
-            if (watched.reference->entry() != expected)
+            if (watched.reference.entry() != expected)
                 return u"a reference lost its entry"_s;
             if (watched.indexUsed && tree.entryAt(watched.index) != expected)
                 return u"a persistent index lost its entry"_s;
@@ -130,7 +130,7 @@ public:
         m_node = nodes[m_random.bounded(static_cast<quint32>(nodes.size()))];
         // Removal is as likely as insertion once a tree is large, so that trees stay of a size to compare.
         const bool large = nodes.size() > 40;
-        switch (m_random.bounded(16)) {
+        switch (m_random.bounded(17)) {
         case 0:
         case 1:
         case 2:
@@ -154,6 +154,8 @@ public:
         case 11:
         case 12:
             return move(pair);
+        case 13:
+            return takeAndPutBack(pair);
         default:
             return change(pair);
         }
@@ -201,6 +203,25 @@ private:
         pair.tree.insertCopy(sourcePair.tree, sourcePair.entryOf(source), relationship, pair.entryOf(m_node));
         pair.slow.add(SlowTree::copyOf(source), relationship, m_node);
         return u"insert a copy"_s;
+    }
+
+    // Leaves no trace: the slow model is not touched.
+    QString takeAndPutBack(Pair &pair)
+    {
+        Entry *entry = pair.entryOf(m_node);
+        const EntryTree::Place place{entry->parent(), entry->row()};
+        Entry *selected = pair.tree.selected();
+        if (m_random.bounded(2) == 0) {
+            Subtree taken = pair.tree.take(entry);
+            pair.tree.put(taken, place);
+        } else {
+            std::vector<TakenSubtree> taken = pair.tree.takeAll({entry});
+            pair.tree.putAll(taken);
+        }
+        pair.tree.select(selected);
+        // What was taken has no index that leads to it.
+        pair.forgetIndexes();
+        return u"take and put back"_s;
     }
 
     QString remove(Pair &pair)
