@@ -6,7 +6,7 @@
 
 #include "model/SealedDocument.h"
 #include "model/StoredText.h"
-#include "print/PrintComposition.h"
+#include "pages/PrintComposition.h"
 #include "print/PrintRTF.h"
 #include "support/FakeDocument.h"
 
@@ -104,7 +104,7 @@ double printByProgram(BushyDocument &document, QPrinter &printer)
 // The text is composed already; the pages are those of the program.
 double printByQt(QTextDocument &text, QPrinter &printer)
 {
-    const QSizeF size = printerPixels(printer, drawingRectangle(paperOf(printer), PrintMargins())).size();
+    const QSizeF size = devicePixels(printer, drawingRectangle(paperOf(printer), PrintMargins())).size();
     const double begin = processorSeconds();
     text.documentLayout()->setPaintDevice(&printer);
     text.setPageSize(size);

@@ -64,7 +64,7 @@ function(quillery_test name)
   target_compile_definitions(${name} PRIVATE
     QUILLERY_TEST_DATA="${CMAKE_SOURCE_DIR}/tests/data" QUILLERY_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
   target_link_libraries(${name} PRIVATE ${TEST_LINKS} quillery_test_quiet Qt6::Test quillery_test_options)
-  if(TEST_LINKS MATCHES "quillery_(platform|searchwindow|printwindow|window|app)")
+  if(TEST_LINKS MATCHES "quillery_(platform|searchwindow|print|window|app)")
     target_precompile_headers(${name} REUSE_FROM quillery_test_widgets)
   elseif(NOT TEST_LINKS MATCHES "quillery_(util|generator)")
     target_precompile_headers(${name} REUSE_FROM quillery_test_gui)

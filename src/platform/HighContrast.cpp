@@ -3,7 +3,7 @@
 
 #include "platform/HighContrast.h"
 
-#include "platform/Contrast.h"
+#include "model/Contrast.h"
 
 #include <QPalette>
 

@@ -3,7 +3,7 @@
 
 #include "platform/LegibleStyle.h"
 
-#include "platform/Contrast.h"
+#include "model/Contrast.h"
 
 #include <QPainter>
 #include <QStyleOption>

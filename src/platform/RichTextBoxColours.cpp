@@ -5,7 +5,7 @@
 
 #include "platform/RichTextBox.h"
 
-#include "platform/ReadableText.h"
+#include "model/ReadableText.h"
 
 #include <QPaintEvent>
 #include <QTextBlock>

@@ -4,7 +4,7 @@
 #include "print/PreviewPane.h"
 
 #include "document/Ports.h"
-#include "print/PagedText.h"
+#include "pages/PagedText.h"
 #include "util/Procedure.h"
 #include "util/Twips.h"
 

@@ -71,12 +71,6 @@ QPainter &PrintTarget::begin()
     return m_painter;
 }
 
-void PrintTarget::newPage()
-{
-    if (!m_printer.newPage())
-        fail();
-}
-
 void PrintTarget::complete()
 {
     if (!m_painter.end() || m_printer.printerState() == QPrinter::Error)

@@ -28,15 +28,13 @@ public:
     // Starts the job; what is painted is on its first page. Error 75 when the printer cannot print.
     QPainter &begin();
 
-    // Error 75 when the printer cannot print.
-    void newPage();
-
     // Ends the job. Error 75 when the printer failed, 61 when not all of the file could be written.
     void complete();
 
-private:
+    // Error 75, which names the printer or its file.
     [[noreturn]] void fail() const;
 
+private:
     QPrinter &m_printer;
     QString m_name;
     std::optional<SafeFile> m_file;

@@ -5,7 +5,7 @@
 
 #include "document/Document.h"
 #include "document/TextPane.h"
-#include "print/PagedText.h"
+#include "pages/PagedText.h"
 #include "print/PreviewPane.h"
 #include "print/PrintProgress.h"
 #include "print/PrintRTF.h"
@@ -115,9 +115,9 @@ qint32 frmPreview::WYSIWYG_RTF(PreviewPane &control, qint32 left, qint32 right)
         const PrinterPaper paper = paperOf(m_printer);
         const PrintRectangle place = drawingRectangle(paper, {left, m_margins.top, right, m_margins.bottom});
         PreviewPane::Paper sheet;
-        sheet.size = QSizeF(printerPixels(m_printer, paper.width), printerPixels(m_printer, paper.height));
-        sheet.text = printerPixels(m_printer, place)
-                         .translated(printerPixels(m_printer, paper.offsetX), printerPixels(m_printer, paper.offsetY));
+        sheet.size = QSizeF(devicePixels(m_printer, paper.width), devicePixels(m_printer, paper.height));
+        sheet.text = devicePixels(m_printer, place)
+                         .translated(devicePixels(m_printer, paper.offsetX), devicePixels(m_printer, paper.offsetY));
         sheet.dotsPerInch = m_printer.resolution();
         if (sheet != m_sheet)
             control.setText(std::make_unique<PagedText>(txtFormat.value(), m_printer, sheet.text.size()), sheet);

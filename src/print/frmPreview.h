@@ -3,9 +3,9 @@
 
 #pragma once
 
+#include "pages/PrintComposition.h"
+#include "pages/PrintGeometry.h"
 #include "print/PreviewPane.h"
-#include "print/PrintComposition.h"
-#include "print/PrintGeometry.h"
 #include "print/PrintRTF.h"
 
 #include <QDialog>

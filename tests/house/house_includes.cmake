@@ -14,14 +14,15 @@ set(uses_formats document ${uses_document})
 set(uses_outline formats ${uses_formats})
 set(uses_text formats ${uses_formats})
 set(uses_search formats ${uses_formats})
+set(uses_pages document ${uses_document})
 set(uses_platform document ${uses_document})
-set(uses_print platform ${uses_platform})
+set(uses_print pages platform ${uses_platform})
 set(uses_window platform outline text search ${uses_search})
 set(uses_app window print ${uses_window})
-set(rooms util rtf model document formats outline text search platform print window app)
+set(rooms util rtf model document formats outline text search pages platform print window app)
 
 # Rooms that build without Qt Widgets, and the dialog of the search room, which is the one exception.
-set(core util rtf model document formats outline text search)
+set(core util rtf model document formats outline text search pages)
 set(widget_exceptions src/search/frmSearch.h src/search/frmSearch.cpp)
 
 if(NOT EXISTS "${WIDGET_HEADERS}/QWidget")

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "platform/Contrast.h"
+#include "model/Contrast.h"
 #include "platform/DesktopColours.h"
 
 #include <QApplication>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "platform/ReadableText.h"
+#include "model/ReadableText.h"
 #include "platform/RichTextBox.h"
 
 #include <QApplication>

@@ -3,9 +3,9 @@
 
 #include "print/PrintRTF.h"
 
-#include "print/PagedText.h"
-#include "print/Pdf.h"
-#include "print/PrintFixture.h"
+#include "pages/PagedText.h"
+#include "pages/Pdf.h"
+#include "pages/PrintFixture.h"
 #include "support/Obstacles.h"
 
 #include <QBuffer>
@@ -207,7 +207,7 @@ void tst_PrintRTF::pagesBeginWhereTheLastOneEnded()
     const QList<pdf::Page> pages = print(extent);
     QCOMPARE(pages.size(), 5);
     PagedText text(PrintComposition(extent, QFont(u"DejaVu Sans"_s)), *m_printer,
-                   printerPixels(*m_printer, drawingRectangle(paperOf(*m_printer), PrintMargins())).size());
+                   devicePixels(*m_printer, drawingRectangle(paperOf(*m_printer), PrintMargins())).size());
     int first = 0;
     for (int page = 0; page < 5; ++page) {
         QCOMPARE(pages[page].words.first().text, u"w%1w"_s.arg(page * linesAPage));

@@ -3,8 +3,8 @@
 
 #include "print/frmPreview.h"
 
-#include "print/Pdf.h"
-#include "print/PrintFixture.h"
+#include "pages/Pdf.h"
+#include "pages/PrintFixture.h"
 #include "print/PrintWindows.h"
 #include "print/ScriptedDialogs.h"
 #include "util/Procedure.h"

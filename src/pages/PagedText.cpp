@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "print/PagedText.h"
+#include "pages/PagedText.h"
 
 #include "model/SealedDocument.h"
-#include "platform/PageFormatter.h"
+#include "pages/PageFormatter.h"
 #include "util/RunTimeError.h"
 
 #include <QPainter>

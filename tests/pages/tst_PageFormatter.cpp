@@ -3,7 +3,7 @@
 
 #include "model/EntryText.h"
 #include "model/SealedDocument.h"
-#include "platform/PageFormatter.h"
+#include "pages/PageFormatter.h"
 
 #include <QBuffer>
 #include <QImage>

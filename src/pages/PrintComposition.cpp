@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "print/PrintComposition.h"
+#include "pages/PrintComposition.h"
 
 #include "document/Document.h"
 #include "model/ShownLabel.h"

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "platform/PageFormatter.h"
+#include "pages/PageFormatter.h"
 
-#include "platform/LineFilter.h"
-#include "platform/PageFit.h"
-#include "platform/ReadableText.h"
+#include "model/ReadableText.h"
+#include "pages/LineFilter.h"
+#include "pages/PageFit.h"
 #include "rtf/Looks.h"
 #include "rtf/PlainText.h"
 #include "util/RunTimeError.h"

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "platform/ReadableText.h"
+#include "model/ReadableText.h"
 
-#include "platform/Contrast.h"
+#include "model/Contrast.h"
 
 #include <QPalette>
 #include <QTextBlock>

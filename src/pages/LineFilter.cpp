@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "platform/LineFilter.h"
+#include "pages/LineFilter.h"
 
 #include <QPaintEngine>
 #include <QPainterPath>

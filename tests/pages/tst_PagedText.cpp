@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "print/PagedText.h"
+#include "pages/PagedText.h"
 
-#include "print/PrintFixture.h"
+#include "pages/PrintFixture.h"
 
 #include <QPainter>
 #include <QPdfWriter>

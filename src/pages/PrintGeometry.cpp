@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "print/PrintGeometry.h"
+#include "pages/PrintGeometry.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "platform/PageFit.h"
+#include "pages/PageFit.h"
 
 #include <QTextBlock>
 #include <QTextCursor>

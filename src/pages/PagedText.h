@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "print/PrintComposition.h"
+#include "pages/PrintComposition.h"
 
 #include <QSizeF>
 

@@ -1,10 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "print/PrintComposition.h"
+#include "pages/PrintComposition.h"
 
 #include "model/Limits.h"
-#include "print/PrintFixture.h"
+#include "pages/PrintFixture.h"
 
 #include <QTest>
 #include <QTextBlock>
