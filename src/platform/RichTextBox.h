@@ -126,6 +126,7 @@ private:
         bool operator==(const Coloured &) const = default;
     };
 
+    std::pair<QTextBlock, QTextBlock> paragraphsInSight() const;
     void colourVisibleText();
     std::size_t fontIndex() const;
     void takeFont();

@@ -7,7 +7,9 @@
 
 #include "model/ReadableText.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QPaintEvent>
+#include <QScrollBar>
 #include <QTextBlock>
 #include <QTextCursor>
 #include <QTextTable>
@@ -16,6 +18,9 @@
 
 namespace
 {
+
+// How many paragraphs away from where it was before the sight is looked for.
+constexpr int mostSteps = 200;
 
 // The first and last position beside which others stand at one height: those of a table's row, else the position alone.
 std::pair<int, int> besideEachOther(const QTextCursor &place)
@@ -33,6 +38,29 @@ std::pair<int, int> besideEachOther(const QTextCursor &place)
     return positions;
 }
 
+// The first paragraph that reaches down to a height, looked for from a paragraph near it; an invalid one when it is
+// far.
+QTextBlock paragraphReaching(double height, QTextBlock near)
+{
+    const QAbstractTextDocumentLayout *layout = near.document()->documentLayout();
+    const auto isAbove = [&](const QTextBlock &block) { return layout->blockBoundingRect(block).bottom() < height; };
+    bool wentDown = false;
+    for (int step = 0; step < mostSteps; ++step) {
+        const QTextBlock previous = near.previous();
+        if (isAbove(near)) {
+            wentDown = true;
+            if (!near.next().isValid())
+                return near;
+            near = near.next();
+        } else if (wentDown || !previous.isValid() || isAbove(previous)) {
+            return near;
+        } else {
+            near = previous;
+        }
+    }
+    return {};
+}
+
 } // namespace
 
 void RichTextBox::paintEvent(QPaintEvent *event)
@@ -41,14 +69,30 @@ void RichTextBox::paintEvent(QPaintEvent *event)
     QTextEdit::paintEvent(event);
 }
 
+// The first and the last paragraph in sight. A paragraph between which and the next one the edge lies is unknown to the
+// layout's own look-up, which then goes through the whole text; so it is asked after a leap only.
+std::pair<QTextBlock, QTextBlock> RichTextBox::paragraphsInSight() const
+{
+    const QRect area = viewport()->rect();
+    const int scrolled = verticalScrollBar()->value();
+    const QTextBlock near = m_coloured ? document()->findBlock(m_coloured->first) : document()->begin();
+    QTextBlock first = paragraphReaching(area.top() + scrolled, near.isValid() ? near : document()->begin());
+    if (!first.isValid())
+        first = cursorForPosition(area.topLeft()).block();
+    QTextBlock last = paragraphReaching(area.bottom() + scrolled, first);
+    if (!last.isValid())
+        last = cursorForPosition(area.bottomRight()).block();
+    // The row before may have a cell that reaches further down than its last one.
+    const QTextBlock before = first.previous().isValid() ? first.previous() : first;
+    const int from = besideEachOther(QTextCursor(before)).first;
+    const int to = besideEachOther(QTextCursor(last)).second;
+    return {document()->findBlock(std::min(from, to)), document()->findBlock(std::max(from, to))};
+}
+
 // Shows what is in sight so that it can be read (see ReadableText.h).
 void RichTextBox::colourVisibleText()
 {
-    const QRect area = viewport()->rect();
-    const int from = besideEachOther(cursorForPosition(area.topLeft())).first;
-    const int to = besideEachOther(cursorForPosition(area.bottomRight())).second;
-    const QTextBlock first = document()->findBlock(std::min(from, to));
-    const QTextBlock last = document()->findBlock(std::max(from, to));
+    const auto [first, last] = paragraphsInSight();
     const Coloured now = {document()->revision(), first.position(), last.position(), palette().cacheKey()};
     if (m_coloured == now)
         return;

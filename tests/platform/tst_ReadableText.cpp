@@ -4,6 +4,7 @@
 #include "model/ReadableText.h"
 #include "platform/RichTextBox.h"
 
+#include <QAbstractTextDocumentLayout>
 #include <QApplication>
 #include <QClipboard>
 #include <QMimeData>
@@ -16,6 +17,44 @@
 #include <memory>
 
 using namespace Qt::StringLiterals;
+
+// Paragraphs of one line and equal height with a gap between them. It counts what it is asked.
+class CountingLayout : public QAbstractTextDocumentLayout
+{
+public:
+    using QAbstractTextDocumentLayout::QAbstractTextDocumentLayout;
+
+    static constexpr int lineHeight = 20;
+
+    void draw(QPainter *, const PaintContext &) override {}
+
+    int hitTest(const QPointF &point, Qt::HitTestAccuracy) const override
+    {
+        ++lookUps;
+        return document()->findBlockByNumber(static_cast<int>(point.y()) / lineHeight).position();
+    }
+
+    int pageCount() const override { return 1; }
+
+    QSizeF documentSize() const override { return {300.0, 20.0 * document()->blockCount()}; }
+
+    QRectF frameBoundingRect(QTextFrame *) const override { return {{}, documentSize()}; }
+
+    QRectF blockBoundingRect(const QTextBlock &block) const override
+    {
+        ++places;
+        return {0.0, double(lineHeight) * block.blockNumber() + 2, 300.0, lineHeight - 4.0};
+    }
+
+    void documentChanged(int, int, int) override
+    {
+        Q_EMIT documentSizeChanged(documentSize());
+        Q_EMIT update();
+    }
+
+    mutable int lookUps = 0;
+    mutable int places = 0;
+};
 
 // In which colours the text pane shows text that stands on a background, on light and on dark desktops.
 class tst_ReadableText : public QObject
@@ -44,6 +83,8 @@ private Q_SLOTS:
     void noColourIsStored();
     void whatComesIntoSightIsReadable();
     void cellsBesideEachOtherAreReadable();
+    void theEndOfATallCellIsReadable();
+    void typingSearchesOnlyTheTextInSight();
     void theSelectionIsStillSeen();
     void anotherDesktopAnotherColour();
 
@@ -253,6 +294,50 @@ void tst_ReadableText::cellsBesideEachOtherAreReadable()
     // The cells stand in the middle of their row's height.
     m_box->verticalScrollBar()->setValue(placeOf(u"WORDS"_s).top() - 100);
     QVERIFY(contrastIn(placeOf(u"WORDS"_s)) > 4);
+}
+
+void tst_ReadableText::theEndOfATallCellIsReadable()
+{
+    m_box->setPalette(desktop(true));
+    pastePage(u"<p>a</p>"_s.repeated(50) + u"<table><tr><td bgcolor='#ffffff'>"_s + u"<p>other</p>"_s.repeated(60) +
+              u"<p>WORDS</p></td><td valign='top'>short</td></tr></table>"_s + u"<p>z</p>"_s.repeated(150));
+    m_box->moveCursor(QTextCursor::Start);
+    m_box->verticalScrollBar()->setValue(0);
+    m_box->grab();
+    const int wanted = placeOf(u"WORDS"_s).top() - 10;
+    // From above, from below, and in one leap.
+    for (const int start : {0, m_box->verticalScrollBar()->maximum(), wanted}) {
+        m_box->verticalScrollBar()->setValue(start);
+        m_box->grab();
+        for (int at = start; std::abs(at - wanted) > 200; at += at < wanted ? 200 : -200) {
+            m_box->verticalScrollBar()->setValue(at);
+            m_box->grab();
+        }
+        m_box->verticalScrollBar()->setValue(wanted);
+        QVERIFY(contrastIn(placeOf(u"WORDS"_s)) > 4);
+    }
+}
+
+// The layout's own look-up goes through the whole text when it is asked for a place between two paragraphs.
+void tst_ReadableText::typingSearchesOnlyTheTextInSight()
+{
+    m_box->setPlainText(u"a line\n"_s.repeated(20'000));
+    auto *layout = new CountingLayout(m_box->document());
+    m_box->document()->setDocumentLayout(layout);
+    for (const int scrolled : {0, 200'000}) {
+        m_box->verticalScrollBar()->setValue(scrolled);
+        m_box->setTextCursor(QTextCursor(m_box->document()->findBlockByNumber(scrolled / CountingLayout::lineHeight)));
+        m_box->grab();
+        layout->lookUps = 0;
+        layout->places = 0;
+        constexpr int keys = 10;
+        for (int key = 0; key < keys; ++key) {
+            QTest::keyClick(m_box.get(), key % 3 == 2 ? Qt::Key_Return : Qt::Key_A);
+            m_box->grab();
+        }
+        QCOMPARE(layout->lookUps, 0);
+        QCOMPARE_LE(layout->places, keys * 200);
+    }
 }
 
 void tst_ReadableText::theSelectionIsStillSeen()
