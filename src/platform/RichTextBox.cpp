@@ -55,6 +55,24 @@ bool isRedoKey(const QKeyEvent &event)
     return event.key() == Qt::Key_Y && event.modifiers() == Qt::ControlModifier;
 }
 
+// The text that a key types; empty for one that types none.
+QString typedText(const QKeyEvent &event)
+{
+    if (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter) {
+        if (event.modifiers().testFlag(Qt::ControlModifier))
+            return {};
+        return QString(event.modifiers().testFlag(Qt::ShiftModifier) ? QChar::LineSeparator
+                                                                     : QChar::ParagraphSeparator);
+    }
+    const QString text = event.text();
+    const Qt::KeyboardModifiers modifiers = event.modifiers() & ~(Qt::ShiftModifier | Qt::KeypadModifier);
+    if (text.isEmpty() || modifiers == Qt::ControlModifier)
+        return {};
+    const bool isText = text[0].isPrint() || text[0].isSurrogate() || text[0].category() == QChar::Other_Format ||
+                        text[0].category() == QChar::Other_PrivateUse;
+    return isText ? text : QString();
+}
+
 } // namespace
 
 RichTextBox::RichTextBox(QWidget *parent)
@@ -397,8 +415,27 @@ void RichTextBox::keyPressEvent(QKeyEvent *event)
         event->ignore();
     else if (isRedoKey(*event) && !Locked())
         redo();
+    else if (const QString typed = typedText(*event); !typed.isEmpty() && SelHoldsCells() && !Locked())
+        // The editor would type it where the selection ends.
+        insertPlain(typed);
     else
         QTextEdit::keyPressEvent(event);
+}
+
+void RichTextBox::inputMethodEvent(QInputMethodEvent *event)
+{
+    if (Locked()) {
+        event->ignore();
+        return;
+    }
+    const bool typesText =
+        !event->commitString().isEmpty() || !event->preeditString().isEmpty() || event->replacementLength() > 0;
+    if (typesText && SelHoldsCells()) {
+        // As with a key; what is still being composed follows in the first cell.
+        insertPlain(event->commitString());
+        event->setCommitString({});
+    }
+    QTextEdit::inputMethodEvent(event);
 }
 
 void RichTextBox::focusInEvent(QFocusEvent *event)

@@ -8,8 +8,9 @@
 #include "text/modEdit.h"
 #include "text/modFont.h"
 
+#include <QApplication>
 #include <QClipboard>
-#include <QGuiApplication>
+#include <QInputMethodEvent>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextFrame>
@@ -89,6 +90,15 @@ private Q_SLOTS:
 
     void cuttingPutsThoseCellsOnTheClipboard();
 
+    void whatIsTypedTakesThePlaceOfThoseCells_data() { drags(); }
+
+    void whatIsTypedTakesThePlaceOfThoseCells();
+
+    void whatIsComposedTakesThePlaceOfThoseCells_data() { drags(); }
+
+    void whatIsComposedTakesThePlaceOfThoseCells();
+    void whatIsTypedLooksLikeTheFirstCell();
+    void aLockedTextKeepsItsCells();
     void everyCellBeginsAName();
     void aColumnWhoseFirstCellIsEmptyGrowsByAPoint();
     void emptyCellsGrowByAPointToo();
@@ -299,12 +309,12 @@ void tst_Cells::cuttingPutsThoseCellsOnTheClipboard()
     dragOverRow();
     QCOMPARE(m_box->SelText(), text(u"\r\n"_s));
     modEdit::EditCut();
-    QCOMPARE(QGuiApplication::clipboard()->text(), text(u"\n"_s));
+    QCOMPARE(QApplication::clipboard()->text(), text(u"\n"_s));
     QCOMPARE(shownText(), textWith(cells, gone));
     m_box->undo();
     dragOverRow();
     QTest::keyClick(m_box.get(), Qt::Key_X, Qt::ControlModifier);
-    QCOMPARE(QGuiApplication::clipboard()->text(), text(u"\n"_s));
+    QCOMPARE(QApplication::clipboard()->text(), text(u"\n"_s));
     QCOMPARE(shownText(), textWith(cells, gone));
     // And back comes what was taken away, formatting and all.
     m_box->setTextRTF({});
@@ -312,6 +322,101 @@ void tst_Cells::cuttingPutsThoseCellsOnTheClipboard()
     for (const QString &word : {u"ka"_s, u"kb"_s, u"kc"_s, u"kd"_s})
         QCOMPARE(m_box->Text().contains(word), cells.contains(word));
     QCOMPARE(m_box->document()->rootFrame()->childFrames().size(), 1);
+}
+
+void tst_Cells::whatIsTypedTakesThePlaceOfThoseCells()
+{
+    QFETCH(const QStringList, cells);
+    const auto withFirst = [&](const QString &typed) {
+        return textWith(cells.sliced(1), gone).replace(cells.front(), typed);
+    };
+    showFourCells();
+    dragOverRow();
+    QTest::keyClick(m_box.get(), 'x');
+    QCOMPARE(shownText(), withFirst(u"x"_s));
+    QTest::keyClick(m_box.get(), 'y');
+    QCOMPARE(shownText(), withFirst(u"xy"_s));
+    m_box->undo();
+    if (shownText() != textWith({}, gone))
+        m_box->undo();
+    QCOMPARE(shownText(), textWith({}, gone));
+
+    dragOverRow();
+    QTest::keyClick(m_box.get(), 'x', Qt::ShiftModifier);
+    m_box->undo();
+    QCOMPARE(shownText(), textWith({}, gone));
+
+    dragOverRow();
+    QTest::keyClick(m_box.get(), Qt::Key_Return);
+    QTest::keyClick(m_box.get(), 'z');
+    QCOMPARE(shownText(), withFirst(u"|z"_s));
+    m_box->setTextRTF({});
+    showFourCells();
+    dragOverRow();
+    QTest::keyClick(m_box.get(), Qt::Key_Return, Qt::ShiftModifier);
+    QTest::keyClick(m_box.get(), 'z');
+    QCOMPARE(shownText(), withFirst(u"\nz"_s));
+
+    // Keys that type nothing leave the cells alone.
+    showFourCells();
+    dragOverRow();
+    QTest::keyClick(m_box.get(), Qt::Key_Shift);
+    QTest::keyClick(m_box.get(), Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClick(m_box.get(), Qt::Key_Escape);
+    QCOMPARE(shownText(), textWith({}, gone));
+}
+
+void tst_Cells::whatIsComposedTakesThePlaceOfThoseCells()
+{
+    QFETCH(const QStringList, cells);
+    const auto withFirst = [&](const QString &typed) {
+        return textWith(cells.sliced(1), gone).replace(cells.front(), typed);
+    };
+    // A dead key and its letter come as a whole, an ideogram is first composed in the text.
+    showFourCells();
+    dragOverRow();
+    QInputMethodEvent whole;
+    whole.setCommitString(u"é"_s);
+    QApplication::sendEvent(m_box.get(), &whole);
+    QCOMPARE(shownText(), withFirst(u"é"_s));
+    m_box->undo();
+    QCOMPARE(shownText(), textWith({}, gone));
+
+    dragOverRow();
+    QInputMethodEvent composing(u"ni"_s, {});
+    QApplication::sendEvent(m_box.get(), &composing);
+    QInputMethodEvent chosen;
+    chosen.setCommitString(u"你"_s);
+    QApplication::sendEvent(m_box.get(), &chosen);
+    QCOMPARE(shownText(), withFirst(u"你"_s));
+}
+
+void tst_Cells::whatIsTypedLooksLikeTheFirstCell()
+{
+    showFourCells();
+    dragOverWords(u"ka"_s, u"ka"_s);
+    m_box->setTextCursor(m_box->document()->find(u"ka"_s));
+    m_box->setSelBold(true);
+    dragOverWords(u"kd"_s, u"ka"_s);
+    QVERIFY(m_box->SelHoldsCells());
+    QTest::keyClick(m_box.get(), 'x');
+    QTest::keyClick(m_box.get(), 'y');
+    QCOMPARE(wordsWhere([](const QTextCursor &word) { return word.charFormat().fontWeight() == QFont::Bold; }),
+             QStringList());
+    const QTextCursor typed = m_box->document()->find(u"xy"_s);
+    QCOMPARE(typed.charFormat().fontWeight(), int(QFont::Bold));
+}
+
+void tst_Cells::aLockedTextKeepsItsCells()
+{
+    showFourCells();
+    m_box->setLocked(true);
+    dragOverWords(u"ka"_s, u"kd"_s);
+    QTest::keyClick(m_box.get(), 'x');
+    QInputMethodEvent whole;
+    whole.setCommitString(u"é"_s);
+    QApplication::sendEvent(m_box.get(), &whole);
+    QCOMPARE(shownText(), textWith({}, gone));
 }
 
 void tst_Cells::everyCellBeginsAName()
