@@ -41,19 +41,13 @@ public:
 class UnshownTextPane final : public TextPane
 {
 public:
+    QTextCursor caret() const override { return QTextCursor(const_cast<QTextDocument *>(&m_document)); }
+
+    void setCaret(const QTextCursor &) override {}
+
     QByteArray TextRTF() const override { return {}; }
 
     void setTextRTF(const QByteArray &) override {}
-
-    QString Text() const override { return {}; }
-
-    QByteArray SelRTF() const override { return {}; }
-
-    void setSelRTF(const QByteArray &) override {}
-
-    QString SelText() const override { return {}; }
-
-    void setSelText(const QString &) override {}
 
     bool pasteRTF(const QByteArray &) override { return false; }
 
@@ -61,77 +55,7 @@ public:
 
     bool pastePicture(const QByteArray &) override { return false; }
 
-    void mapSelText(const std::function<QString(const QString &)> &) override {}
-
-    void changeSelection(const rtf::CharChange &) override {}
-
-    void changeText(const rtf::CharChange &) override {}
-
-    void replaceText(const std::vector<TextReplacement> &) override {}
-
-    void beginEditGroup() override {}
-
-    void endEditGroup() override {}
-
-    void beginJoinedSteps() override {}
-
-    void endJoinedSteps() override {}
-
-    bool SelHoldsCells() const override { return false; }
-
-    QString FindableText() const override { return {}; }
-
     QRect SelectionOnScreen() const override { return {}; }
-
-    void clearText() override {}
-
-    int SelStart() const override { return 0; }
-
-    void setSelStart(int) override {}
-
-    int SelLength() const override { return 0; }
-
-    void setSelLength(int) override {}
-
-    std::optional<bool> SelBold() const override { return {}; }
-
-    void setSelBold(bool) override {}
-
-    std::optional<bool> SelItalic() const override { return {}; }
-
-    void setSelItalic(bool) override {}
-
-    std::optional<bool> SelUnderline() const override { return {}; }
-
-    void setSelUnderline(bool) override {}
-
-    std::optional<bool> SelStrikeThru() const override { return {}; }
-
-    void setSelStrikeThru(bool) override {}
-
-    std::optional<QString> SelFontName() const override { return {}; }
-
-    void setSelFontName(const QString &) override {}
-
-    std::optional<double> SelFontSize() const override { return {}; }
-
-    void setSelFontSize(double) override {}
-
-    std::optional<QColor> SelColor() const override { return {}; }
-
-    void setSelColor(const QColor &) override {}
-
-    std::optional<bool> SelBullet() const override { return {}; }
-
-    void setSelBullet(bool) override {}
-
-    std::optional<int> SelIndent() const override { return {}; }
-
-    void setSelIndent(int) override {}
-
-    std::optional<Alignment> SelAlignment() const override { return {}; }
-
-    void setSelAlignment(Alignment) override {}
 
     QFont Font() const override { return {}; }
 
@@ -149,7 +73,8 @@ public:
 
     void setFocus() override {}
 
-    int Find(const QString &, int, int, int) override { return -1; }
+private:
+    QTextDocument m_document;
 };
 
 class UnshownWindow final : public DocumentWindow

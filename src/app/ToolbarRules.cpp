@@ -3,7 +3,7 @@
 
 #include "app/ToolbarRules.h"
 
-#include "document/TextPane.h"
+#include "model/TextSelection.h"
 #include "util/Procedure.h"
 
 using namespace Qt::StringLiterals;
@@ -145,18 +145,18 @@ std::array<PressedButton, 8> pressedExpansion(int expansionLevel)
              {"Expand all levels", expansionLevel == -1}}};
 }
 
-std::array<PressedButton, 6> pressedFormats(const TextPane &text)
+std::array<PressedButton, 6> pressedFormats(const TextSelection &text)
 {
-    const std::optional<TextPane::Alignment> alignment = text.SelAlignment();
-    const auto aligned = [&](TextPane::Alignment which) {
+    const std::optional<TextSelection::Alignment> alignment = text.SelAlignment();
+    const auto aligned = [&](TextSelection::Alignment which) {
         return alignment ? std::optional(*alignment == which) : std::nullopt;
     };
     return {formatButton("Bold Text", text.SelBold()),
             formatButton("Italic Text", text.SelItalic()),
             formatButton("Underline Text", text.SelUnderline()),
-            formatButton("Left Align Text", aligned(TextPane::Left)),
-            formatButton("Centre Align Text", aligned(TextPane::Centre)),
-            formatButton("Right Align Text", aligned(TextPane::Right))};
+            formatButton("Left Align Text", aligned(TextSelection::Left)),
+            formatButton("Centre Align Text", aligned(TextSelection::Centre)),
+            formatButton("Right Align Text", aligned(TextSelection::Right))};
 }
 
 QString tagEntryToolTip(bool tagged)

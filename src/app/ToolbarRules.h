@@ -8,7 +8,7 @@
 
 #include <optional>
 
-class TextPane;
+class TextSelection;
 
 // When which button is shown and pressed.
 
@@ -36,7 +36,7 @@ struct PressedButton {
 // The eight expansion buttons for the level that the outline was last expanded to: -1 all levels, 0 none of them.
 std::array<PressedButton, 8> pressedExpansion(int expansionLevel);
 // The buttons of the text's character formats and alignment, as the pane's selection has them.
-std::array<PressedButton, 6> pressedFormats(const TextPane &text);
+std::array<PressedButton, 6> pressedFormats(const TextSelection &text);
 
 // The tooltip of the button "Tag Entry".
 QString tagEntryToolTip(bool tagged);

@@ -21,6 +21,7 @@
 #include "app/modMain.h"
 #include "document/Globals.h"
 #include "document/OutlinePane.h"
+#include "document/TextPane.h"
 #include "document/modDoc.h"
 #include "text/modEdit.h"
 #include "util/FullPath.h"

@@ -3,6 +3,8 @@
 
 #include "model/TextFind.h"
 
+#include "model/TextSelection.h"
+
 #include <algorithm>
 
 namespace
@@ -38,4 +40,14 @@ int findText(const QString &text, const QString &expression, int start, int end,
             return static_cast<int>(at);
     }
     return -1;
+}
+
+int findIn(TextSelection &text, const QString &expression, int start, int end, int options)
+{
+    const int found = findText(text.FindableText(), expression, start, end, options);
+    if (found >= 0 && !(options & TextFind::NoHighlight)) {
+        text.setSelStart(found);
+        text.setSelLength(static_cast<int>(expression.size()));
+    }
+    return found;
 }

@@ -3,6 +3,9 @@
 
 #include "model/clsFont.h"
 
+#include "model/TextSelection.h"
+#include "rtf/CharChange.h"
+
 #include <algorithm>
 #include <cmath>
 
@@ -44,6 +47,17 @@ void clsFont::SetFont(QFont &font) const
         font.setPointSizeF(points());
     font.setStrikeOut(m_bStrikeThrough);
     font.setUnderline(m_bUnderline);
+}
+
+void clsFont::SetRTFSelFont(TextSelection &text) const
+{
+    const int start = text.SelStart();
+    const int length = text.SelLength();
+    text.setSelStart(0);
+    text.setSelLength(static_cast<int>(text.Text().size()));
+    text.changeSelection(asChange());
+    text.setSelStart(start);
+    text.setSelLength(length);
 }
 
 rtf::CharChange clsFont::asChange() const

@@ -3,10 +3,15 @@
 
 #pragma once
 
-#include "rtf/CharChange.h"
-
 #include <QFont>
 #include <QString>
+
+class TextSelection;
+
+namespace rtf
+{
+class CharChange;
+}
 
 // A font description independent of any control. An empty name or a size of 0 or less means "not set": applying the
 // description leaves the target's own name or size in place.
@@ -45,20 +50,8 @@ public:
     void GetFont(const QFont &font);
     // Writes this description into a platform font; what is not set stays as it is there.
     void SetFont(QFont &font) const;
-
     // Applies this description to all of a pane's text; the pane's selection stays.
-    template <typename Pane>
-    void SetRTFSelFont(Pane &pane) const
-    {
-        const int start = pane.SelStart();
-        const int length = pane.SelLength();
-        pane.setSelStart(0);
-        pane.setSelLength(static_cast<int>(pane.Text().size()));
-        pane.changeSelection(asChange());
-        pane.setSelStart(start);
-        pane.setSelLength(length);
-    }
-
+    void SetRTFSelFont(TextSelection &text) const;
     // What SetRTFSelFont does to each character.
     rtf::CharChange asChange() const;
 

@@ -6,34 +6,22 @@
 #include "model/EntryText.h"
 #include "model/SealedDocument.h"
 #include "platform/AltCharacter.h"
-#include "rtf/PlainText.h"
 #include "rtf/Rtf.h"
-#include "rtf/SelectedStretches.h"
-#include "rtf/VisibleText.h"
-#include "util/AnsiCodec.h"
 
 #include <QDragEnterEvent>
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMimeData>
-#include <QTextBlock>
+#include <QTextFrame>
 #include <QWheelEvent>
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
 
-// A program's text with its CR LF, CR and LF as the document's own breaks; a lone LF stays in its paragraph.
-QString withDocumentBreaks(QString text)
-{
-    return rtf::visibleText(std::move(text))
-        .replace("\r\n"_L1, "\r"_L1)
-        .replace(u'\r', QChar::ParagraphSeparator)
-        .replace(u'\n', QChar::LineSeparator);
-}
+// Of the document's frame: the place of the base font in the list of those that the text has had.
+constexpr int baseFontProperty = QTextFormat::UserProperty + 0x1000;
 
 // Keys of the desktop's text fields that would surprise here: they delete or jump by single letters that are, or may
 // become, commands of the menus.
@@ -91,6 +79,32 @@ RichTextBox::RichTextBox(QWidget *parent)
 
 RichTextBox::~RichTextBox() = default;
 
+QTextCursor RichTextBox::caret() const
+{
+    return textCursor();
+}
+
+// A format to type in is no move of the caret, which would bring it into sight.
+void RichTextBox::setCaret(const QTextCursor &caret)
+{
+    const QTextCursor old = textCursor();
+    const bool isOldPlace = caret.position() == old.position() && caret.anchor() == old.anchor();
+    if (isOldPlace && caret.charFormat() != old.charFormat())
+        setCurrentCharFormat(caret.charFormat());
+    else
+        setTextCursor(caret);
+}
+
+QRect RichTextBox::SelectionOnScreen() const
+{
+    if (!textCursor().hasSelection())
+        return {};
+    QTextCursor start = textCursor();
+    start.setPosition(start.selectionStart());
+    const QRect shown = cursorRect(start).united(cursorRect()) & viewport()->rect();
+    return shown.isEmpty() ? QRect() : QRect(viewport()->mapToGlobal(shown.topLeft()), shown.size());
+}
+
 QByteArray RichTextBox::TextRTF() const
 {
     return rtf::write(*document());
@@ -127,9 +141,6 @@ void RichTextBox::showDocument(QTextDocument *fresh)
     if (own)
         delete old;
     m_loading = false;
-    m_textKnown = false;
-    if (m_stepsBefore)
-        m_stepsBefore = 0;
     connect(fresh, &QTextDocument::contentsChanged, this, &RichTextBox::noteChange);
     m_noted.reset();
     noteSelection();
@@ -137,7 +148,6 @@ void RichTextBox::showDocument(QTextDocument *fresh)
 
 void RichTextBox::noteChange()
 {
-    m_textKnown = false;
     takeFont();
     if (!m_loading)
         Q_EMIT changed();
@@ -157,204 +167,43 @@ void RichTextBox::noteSelection()
     Q_EMIT selectionMoved();
 }
 
-// Takes the selection away and leaves the cursor where what replaces it goes: of cells, the first one.
-void RichTextBox::removeSelection(QTextCursor &cursor)
+QFont RichTextBox::Font() const
 {
-    std::optional<int> firstCell;
-    if (cursor.hasComplexSelection())
-        firstCell = rtf::selectedStretches(cursor).front().from;
-    cursor.removeSelectedText();
-    if (firstCell)
-        cursor.setPosition(*firstCell);
+    return m_font;
 }
 
-// A text from elsewhere, in which every kind of line break ends a paragraph.
-QString RichTextBox::withParagraphs(QString text)
+void RichTextBox::setFont(const QFont &font)
 {
-    return withDocumentBreaks(text.replace("\r\n"_L1, "\n"_L1).replace(u'\n', u'\r'));
+    m_fonts[fontIndex()] = font;
+    takeFont();
 }
 
-QByteArray RichTextBox::SelRTF() const
+// The place of the present base font among those that the text has had. The document's frame keeps it, so that undoing
+// brings an earlier one back.
+std::size_t RichTextBox::fontIndex() const
 {
-    return rtf::write(textCursor());
+    return static_cast<std::size_t>(document()->rootFrame()->frameFormat().intProperty(baseFontProperty));
 }
 
-void RichTextBox::setSelRTF(const QByteArray &rtf)
+void RichTextBox::takeFont()
 {
-    if (!rtf::isRtf(rtf)) {
-        insertPlain(withParagraphs(AnsiCodec::toText(rtf)));
+    const QFont font = m_fonts[fontIndex()];
+    if (m_font == font)
         return;
-    }
-    QTextCursor cursor = textCursor();
-    cursor.beginEditBlock();
-    removeSelection(cursor);
-    rtf::insert(rtf, cursor);
-    cursor.endEditBlock();
-    setTextCursor(cursor);
+    m_font = font;
+    QTextEdit::setFont(font);
+    document()->setDefaultFont(font);
 }
 
-QString RichTextBox::SelText() const
+void RichTextBox::changeFont(const QFont &font)
 {
-    return rtf::plainText(textCursor());
-}
-
-void RichTextBox::setSelText(const QString &text)
-{
-    insertPlain(withDocumentBreaks(text));
-}
-
-void RichTextBox::insertPlain(const QString &text)
-{
-    QTextCursor cursor = textCursor();
-    // Nothing in the place of nothing is no change.
-    if (text.isEmpty() && !cursor.hasSelection())
+    if (m_font == font)
         return;
-    QTextCharFormat format = currentCharFormat();
-    if (cursor.hasSelection()) {
-        // The new text looks like the beginning of what it replaces.
-        const rtf::SelectedStretch replaced = rtf::selectedStretches(cursor).front();
-        QTextCursor first(document());
-        first.setPosition(std::min(replaced.from + 1, replaced.to));
-        format = first.charFormat();
-    }
-    format.clearProperty(QTextFormat::ObjectType);
-    if (m_stepsBefore && document()->availableUndoSteps() > *m_stepsBefore)
-        cursor.joinPreviousEditBlock();
-    else
-        cursor.beginEditBlock();
-    removeSelection(cursor);
-    cursor.insertText(text, format);
-    cursor.endEditBlock();
-    setTextCursor(cursor);
-}
-
-void RichTextBox::mapSelText(const std::function<QString(const QString &)> &map)
-{
-    struct Piece {
-        int position;
-        int length;
-        QString text;
-        QTextCharFormat format;
-    };
-
-    QTextCursor cursor = textCursor();
-    std::vector<Piece> pieces;
-    const std::vector<rtf::SelectedStretch> selected = rtf::selectedStretches(cursor);
-    bool isFirst = true;
-    for (const auto [from, to] : selected) {
-        for (QTextBlock block = document()->findBlock(from); block.isValid() && block.position() <= to;
-             block = block.next()) {
-            if (!isFirst)
-                map(u"\r\n"_s);
-            isFirst = false;
-            for (auto it = block.begin(); !it.atEnd(); ++it) {
-                const QTextFragment fragment = it.fragment();
-                const int begin = std::max(from, fragment.position());
-                const int last = std::min(to, fragment.position() + fragment.length());
-                if (begin >= last)
-                    continue;
-                const QString old = fragment.text().mid(begin - fragment.position(), last - begin);
-                const QString fresh = map(old);
-                if (fresh != old && !fragment.charFormat().isImageFormat())
-                    pieces.push_back({begin, last - begin, fresh, fragment.charFormat()});
-            }
-        }
-    }
-    // From the end on, so that the places of those before stay right.
-    int grown = 0;
-    QTextCursor editor(document());
-    editor.beginEditBlock();
-    for (auto piece = pieces.crbegin(); piece != pieces.crend(); ++piece) {
-        editor.setPosition(piece->position);
-        editor.setPosition(piece->position + piece->length, QTextCursor::KeepAnchor);
-        editor.insertText(piece->text, piece->format);
-        grown += static_cast<int>(piece->text.size()) - piece->length;
-    }
-    editor.endEditBlock();
-    if (!selected.empty())
-        cursor.setPosition(selected.back().to + grown);
-    setTextCursor(cursor);
-}
-
-void RichTextBox::changeText(const rtf::CharChange &change)
-{
-    ::changeText(*document(), change);
-}
-
-void RichTextBox::replaceText(const std::vector<TextReplacement> &replacements)
-{
-    ::replaceText(*document(), replacements);
-}
-
-void RichTextBox::beginEditGroup()
-{
-    ++m_editGroups;
-    m_textKnown = false;
-    QTextCursor(document()).beginEditBlock();
-}
-
-void RichTextBox::endEditGroup()
-{
-    QTextCursor(document()).endEditBlock();
-    --m_editGroups;
-}
-
-void RichTextBox::beginJoinedSteps()
-{
-    m_stepsBefore = document()->availableUndoSteps();
-}
-
-void RichTextBox::endJoinedSteps()
-{
-    m_stepsBefore.reset();
-}
-
-void RichTextBox::clearText()
-{
-    QTextCursor cursor(document());
-    cursor.beginEditBlock();
-    cursor.select(QTextCursor::Document);
-    cursor.removeSelectedText();
-    cursor.setBlockFormat(QTextBlockFormat());
-    cursor.setBlockCharFormat(QTextCharFormat());
-    cursor.endEditBlock();
-    setTextCursor(cursor);
-    setCurrentCharFormat(QTextCharFormat());
-}
-
-bool RichTextBox::SelHoldsCells() const
-{
-    return textCursor().hasComplexSelection();
-}
-
-int RichTextBox::SelStart() const
-{
-    const std::vector<rtf::SelectedStretch> selected = rtf::selectedStretches(textCursor());
-    return rtf::textOffset(*document(), selected.empty() ? textCursor().position() : selected.front().from);
-}
-
-void RichTextBox::setSelStart(int start)
-{
-    QTextCursor cursor = textCursor();
-    cursor.setPosition(rtf::documentPosition(*document(), std::max(start, 0)));
-    setTextCursor(cursor);
-}
-
-int RichTextBox::SelLength() const
-{
-    const std::vector<rtf::SelectedStretch> selected = rtf::selectedStretches(textCursor());
-    return selected.empty() ? 0 : rtf::textOffset(*document(), selected.back().to) - SelStart();
-}
-
-void RichTextBox::setSelLength(int length)
-{
-    const qint64 end = qint64(SelStart()) + std::max(length, 0);
-    QTextCursor cursor = textCursor();
-    cursor.setPosition(cursor.selectionStart());
-    cursor.setPosition(
-        rtf::documentPosition(*document(), static_cast<int>(std::min<qint64>(end, std::numeric_limits<int>::max()))),
-        QTextCursor::KeepAnchor);
-    setTextCursor(cursor);
+    QTextFrameFormat format = document()->rootFrame()->frameFormat();
+    format.setProperty(baseFontProperty, static_cast<int>(m_fonts.size()));
+    m_fonts.push_back(font);
+    document()->rootFrame()->setFrameFormat(format);
+    takeFont();
 }
 
 bool RichTextBox::Locked() const

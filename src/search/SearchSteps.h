@@ -11,7 +11,7 @@ class Entry;
 
 // What finding and replacing in texts have in common.
 
-// TextPane::FindOption bits for what is searched.
+// TextFind::Option bits for what is searched.
 int findOptions();
 
 // What takes the place of a match: with a capital for a capital where that is wanted.

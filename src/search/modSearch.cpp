@@ -85,19 +85,19 @@ void openDialog(const char *name, qint16 mode)
 }
 
 // The result is whether a match stands at or behind the place where the search began, not whether one was selected.
-bool searchBackwards(TextPane &pane)
+bool searchBackwards(TextSelection &text)
 {
     int next = -1;
     int previous = -1;
-    modSearch::SearchTextBackwards(findOptions(), pane.SelStart(), next, previous);
+    modSearch::SearchTextBackwards(findOptions(), text.SelStart(), next, previous);
     if (previous < 0) {
-        if (pane.SelLength() > 0)
-            pane.setSelStart(0);
-        modSearch::SearchTextBackwards(findOptions(), static_cast<int>(pane.Text().size()), next, previous);
+        if (text.SelLength() > 0)
+            text.setSelStart(0);
+        modSearch::SearchTextBackwards(findOptions(), static_cast<int>(text.Text().size()), next, previous);
     }
     if (previous >= 0) {
-        pane.setSelStart(previous);
-        pane.setSelLength(static_cast<int>(g_sSearchFind.size()));
+        text.setSelStart(previous);
+        text.setSelLength(static_cast<int>(g_sSearchFind.size()));
     }
     return next >= 0;
 }
@@ -113,8 +113,8 @@ bool mayMatch(const Document &document, const Entry *entry)
 
 int findOptions()
 {
-    return (g_bSearchMatchCase ? TextPane::MatchCase : 0) | (g_bSearchWholeWord ? TextPane::WholeWord : 0) |
-           (g_bSearchBackwards ? TextPane::NoHighlight : 0);
+    return (g_bSearchMatchCase ? TextFind::MatchCase : 0) | (g_bSearchWholeWord ? TextFind::WholeWord : 0) |
+           (g_bSearchBackwards ? TextFind::NoHighlight : 0);
 }
 
 QString replacementOf(const QString &match)
@@ -244,10 +244,10 @@ bool SearchText()
         TextPane &pane = document->txtRTF;
         if (g_bSearchBackwards)
             return searchBackwards(pane);
-        int offset = pane.Find(g_sSearchFind, pane.SelStart() + pane.SelLength(), -1, findOptions());
+        int offset = findIn(pane, g_sSearchFind, pane.SelStart() + pane.SelLength(), -1, findOptions());
         if (offset < 0 && pane.SelLength() > 0) {
             pane.setSelStart(0);
-            offset = pane.Find(g_sSearchFind, 0, -1, findOptions());
+            offset = findIn(pane, g_sSearchFind, 0, -1, findOptions());
         }
         return offset >= 0;
     });
@@ -262,7 +262,7 @@ void SearchTextBackwards(int options, int limit, int &next, int &previous)
             return;
         do {
             previous = next;
-            next = document->txtRTF.Find(g_sSearchFind, next + 1, -1, options);
+            next = findIn(document->txtRTF, g_sSearchFind, next + 1, -1, options);
         } while (next >= 0 && next < limit);
     });
 }
@@ -278,7 +278,7 @@ bool SearchAllText()
             return searchBackwards(pane);
         // The caret alone does not count: a text without a selection is searched from its beginning.
         const int start = pane.SelLength() > 0 ? pane.SelStart() + pane.SelLength() : 0;
-        return pane.Find(g_sSearchFind, start, -1, findOptions()) >= 0;
+        return findIn(pane, g_sSearchFind, start, -1, findOptions()) >= 0;
     });
 }
 

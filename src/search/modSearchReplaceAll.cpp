@@ -66,7 +66,7 @@ private:
     int next() const
     {
         const int options = findOptions();
-        if (m_replacements.empty() || !(options & TextPane::WholeWord))
+        if (m_replacements.empty() || !(options & TextFind::WholeWord))
             return findText(m_text, g_sSearchFind, m_at, -1, options);
         // Before a match that stands right here is what was put in, no longer what is gone.
         constexpr qsizetype oneCharacter = 2;

@@ -40,31 +40,31 @@ void changeActiveText(const char *name, Body &&body)
 
 void insert(const char *name, const QString &text)
 {
-    changeActiveText(name, [&](TextPane &pane) { pane.setSelText(text); });
+    changeActiveText(name, [&](TextSelection &selection) { selection.setSelText(text); });
 }
 
 // Only what is known to be all on goes off by being used once; a mixed selection goes off as well.
-void toggle(const char *name, std::optional<bool> (TextPane::*property)() const, void (TextPane::*set)(bool))
+void toggle(const char *name, std::optional<bool> (TextSelection::*property)() const, void (TextSelection::*set)(bool))
 {
-    changeActiveText(name, [&](TextPane &pane) {
-        const std::optional<bool> on = (pane.*property)();
-        (pane.*set)(on && !*on);
+    changeActiveText(name, [&](TextSelection &selection) {
+        const std::optional<bool> on = (selection.*property)();
+        (selection.*set)(on && !*on);
     });
 }
 
-void align(const char *name, TextPane::Alignment alignment)
+void align(const char *name, TextSelection::Alignment alignment)
 {
-    changeActiveText(name, [&](TextPane &pane) { pane.setSelAlignment(alignment); });
+    changeActiveText(name, [&](TextSelection &selection) { selection.setSelAlignment(alignment); });
 }
 
-void lower(TextPane &pane)
+void lower(TextSelection &selection)
 {
-    pane.mapSelText([](const QString &text) { return text.toLower(); });
+    selection.mapSelText([](const QString &text) { return text.toLower(); });
 }
 
-void upper(TextPane &pane)
+void upper(TextSelection &selection)
 {
-    pane.mapSelText([](const QString &text) { return text.toUpper(); });
+    selection.mapSelText([](const QString &text) { return text.toUpper(); });
 }
 
 // A picture counts as the blank that stands for it in the selected text.
@@ -75,10 +75,10 @@ bool beginsWord(QChar before)
 }
 
 // A letter outside the basic plane is two units; it gets its capital as a whole.
-void properName(TextPane &pane)
+void properName(TextSelection &selection)
 {
     QChar before = u' ';
-    pane.mapSelText([&before](const QString &text) {
+    selection.mapSelText([&before](const QString &text) {
         const QString small = text.toLower();
         QString proper;
         proper.reserve(small.size());
@@ -97,9 +97,9 @@ void properName(TextPane &pane)
 template <typename Change>
 void changeCase(const char *name, Change &&change)
 {
-    changeActiveText(name, [&](TextPane &pane) {
-        if (!pane.SelText().isEmpty())
-            change(pane);
+    changeActiveText(name, [&](TextSelection &selection) {
+        if (!selection.SelText().isEmpty())
+            change(selection);
     });
 }
 
@@ -115,16 +115,16 @@ namespace modEdit
 
 void EditCut()
 {
-    changeActiveText("modEdit EditCut", [](TextPane &pane) {
-        ports().clipboard->setText(pane.SelText());
-        pane.setSelText({});
+    changeActiveText("modEdit EditCut", [](TextSelection &selection) {
+        ports().clipboard->setText(selection.SelText());
+        selection.setSelText({});
     });
 }
 
 void EditCopy()
 {
-    onActiveText("modEdit EditCopy", [](TextPane &pane) {
-        const QByteArray rtf = pane.SelRTF();
+    onActiveText("modEdit EditCopy", [](TextSelection &selection) {
+        const QByteArray rtf = selection.SelRTF();
         if (rtf.isEmpty())
             ports().clipboard->clear();
         else
@@ -163,9 +163,9 @@ void EditDelete()
 
 void EditSelectAll()
 {
-    onActiveText("modEdit EditSelectAll", [](TextPane &pane) {
-        pane.setSelStart(0);
-        pane.setSelLength(static_cast<int>(pane.Text().size()));
+    onActiveText("modEdit EditSelectAll", [](TextSelection &selection) {
+        selection.setSelStart(0);
+        selection.setSelLength(static_cast<int>(selection.Text().size()));
     });
 }
 
@@ -224,59 +224,60 @@ void EditCaseProper()
 
 void EditCaseToggle()
 {
-    changeCase("modEdit EditCaseToggle", [](TextPane &pane) {
-        const QString text = pane.SelText();
-        const int start = pane.SelStart();
+    changeCase("modEdit EditCaseToggle", [](TextSelection &selection) {
+        const QString text = selection.SelText();
+        const int start = selection.SelStart();
         if (text == text.toLower())
-            properName(pane);
+            properName(selection);
         else if (text == text.toUpper())
-            lower(pane);
+            lower(selection);
         else
-            upper(pane);
+            upper(selection);
         // A few letters become two, so the length is not what it was.
-        const int end = pane.SelStart();
-        pane.setSelStart(start);
-        pane.setSelLength(end - start);
+        const int end = selection.SelStart();
+        selection.setSelStart(start);
+        selection.setSelLength(end - start);
     });
 }
 
 void EditFormatBold()
 {
-    toggle("modEdit EditFormatBold", &TextPane::SelBold, &TextPane::setSelBold);
+    toggle("modEdit EditFormatBold", &TextSelection::SelBold, &TextSelection::setSelBold);
 }
 
 void EditFormatItalic()
 {
-    toggle("modEdit EditFormatItalic", &TextPane::SelItalic, &TextPane::setSelItalic);
+    toggle("modEdit EditFormatItalic", &TextSelection::SelItalic, &TextSelection::setSelItalic);
 }
 
 void EditFormatUnderline()
 {
-    toggle("modEdit EditFormatUnderline", &TextPane::SelUnderline, &TextPane::setSelUnderline);
+    toggle("modEdit EditFormatUnderline", &TextSelection::SelUnderline, &TextSelection::setSelUnderline);
 }
 
 void EditFormatStrikeThrough()
 {
-    toggle("modEdit EditFormatStrikeThrough", &TextPane::SelStrikeThru, &TextPane::setSelStrikeThru);
+    toggle("modEdit EditFormatStrikeThrough", &TextSelection::SelStrikeThru, &TextSelection::setSelStrikeThru);
 }
 
 void EditFormatBullet()
 {
-    toggle("modEdit EditFormatBullet", &TextPane::SelBullet, &TextPane::setSelBullet);
+    toggle("modEdit EditFormatBullet", &TextSelection::SelBullet, &TextSelection::setSelBullet);
 }
 
 void EditFormatIndent()
 {
-    changeActiveText("modEdit EditFormatIndent", [](TextPane &pane) {
-        if (const std::optional<int> indent = pane.SelIndent())
-            pane.setSelIndent(*indent + indentStep);
+    changeActiveText("modEdit EditFormatIndent", [](TextSelection &selection) {
+        if (const std::optional<int> indent = selection.SelIndent())
+            selection.setSelIndent(*indent + indentStep);
     });
 }
 
 void EditFormatUnindent()
 {
-    changeActiveText("modEdit EditFormatUnindent",
-                     [](TextPane &pane) { pane.setSelIndent(std::max(pane.SelIndent().value_or(0) - indentStep, 0)); });
+    changeActiveText("modEdit EditFormatUnindent", [](TextSelection &selection) {
+        selection.setSelIndent(std::max(selection.SelIndent().value_or(0) - indentStep, 0));
+    });
 }
 
 void EditCurrentFont()
@@ -310,17 +311,17 @@ void EditDocumentFont()
 
 void EditFormatLeft()
 {
-    align("modEdit EditFormatLeft", TextPane::Left);
+    align("modEdit EditFormatLeft", TextSelection::Left);
 }
 
 void EditFormatCentre()
 {
-    align("modEdit EditFormatCentre", TextPane::Centre);
+    align("modEdit EditFormatCentre", TextSelection::Centre);
 }
 
 void EditFormatRight()
 {
-    align("modEdit EditFormatRight", TextPane::Right);
+    align("modEdit EditFormatRight", TextSelection::Right);
 }
 
 } // namespace modEdit

@@ -12,7 +12,6 @@
 #include "document/modNodes.h"
 #include "model/StoredText.h"
 #include "rtf/CharChange.h"
-#include "util/Numbers.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
 
@@ -20,13 +19,9 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
 
 namespace
 {
-
-// Every whole point more or less is a size that texts can have, so a selection that has not followed by now never will.
-constexpr int mostSizeTries = 3;
 
 // What the user chose; a cancelled dialog ends the routine.
 FontAttributes chosenFont(const FontAttributes &initial, bool effects)
@@ -62,10 +57,10 @@ void setAttributes(clsFont &font, const FontAttributes &attributes)
     font.setStrikeThrough(attributes.strikeThrough.value_or(font.StrikeThrough()));
 }
 
-FontAttributes attributesOfSelection(const TextPane &pane)
+FontAttributes attributesOfSelection(const TextSelection &selection)
 {
-    return {pane.SelFontName(),  pane.SelFontSize(),   pane.SelBold(), pane.SelItalic(),
-            pane.SelUnderline(), pane.SelStrikeThru(), pane.SelColor()};
+    return {selection.SelFontName(),  selection.SelFontSize(),   selection.SelBold(), selection.SelItalic(),
+            selection.SelUnderline(), selection.SelStrikeThru(), selection.SelColor()};
 }
 
 // The font at the caret, which is the whole text's where that has one.
@@ -190,10 +185,10 @@ bool ChangeRTFFont(TextPane &pane)
     });
 }
 
-bool ChangeRTFSelFont(TextPane &pane)
+bool ChangeRTFSelFont(TextSelection &selection)
 {
     return procedure("modFont ChangeRTFSelFont", [&] {
-        pane.changeSelection(changeTo(chosenFont(attributesOfSelection(pane), true)));
+        selection.changeSelection(changeTo(chosenFont(attributesOfSelection(selection), true)));
         return true;
     });
 }
@@ -223,20 +218,11 @@ void ChangeSelectedFontSize(qint16 iDirection)
         Document *document = DocumentActive();
         if (!document || !document->txtRTF.SelFontSize())
             return;
-        TextPane &pane = document->txtRTF;
-        const EditGroup oneStep(pane);
-        const int step = iDirection > 0 ? 1 : -1;
-        const qint32 original = Numbers::toInt32(*pane.SelFontSize());
-        for (int delta = step; std::abs(delta) <= mostSizeTries; delta += step) {
-            const double size = pane.SelFontSize().value_or(original);
-            const double wanted = std::clamp(size + delta, rtf::smallestSize, rtf::largestSize);
-            if (wanted == size)
-                return;
-            pane.setSelFontSize(wanted);
-            const bool isAtLimit = wanted == rtf::smallestSize || wanted == rtf::largestSize;
-            if (isAtLimit || pane.SelFontSize() != original)
-                return;
-        }
+        TextSelection &selection = document->txtRTF;
+        const double size = *selection.SelFontSize();
+        const double wanted = std::clamp(size + (iDirection > 0 ? 1 : -1), rtf::smallestSize, rtf::largestSize);
+        if (wanted != size)
+            selection.setSelFontSize(wanted);
     });
 }
 

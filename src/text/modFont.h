@@ -8,6 +8,7 @@
 #include <QtGlobal>
 
 class TextPane;
+class TextSelection;
 
 // The font that is about to become that of a document's texts.
 inline clsFont g_fntPendingTextFont;
@@ -24,8 +25,8 @@ bool ChangeTreeviewFont(clsFont &font);
 // Lets the user choose the font of all of a pane's text and of what is typed next at the caret, as one step of undo. It
 // concerns this text alone: what other texts begin with stays as it was.
 bool ChangeRTFFont(TextPane &pane);
-// Lets the user change the font, effects and colour of a pane's selection, as one step of undo.
-bool ChangeRTFSelFont(TextPane &pane);
+// Lets the user change the font, effects and colour of what is selected, as one step of undo.
+bool ChangeRTFSelFont(TextSelection &selection);
 
 // Gives every text of the active document, or of all open ones, the pending font.
 void ChangeDocumentTextFontDetails(bool bAllDocuments);

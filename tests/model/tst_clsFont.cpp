@@ -135,35 +135,37 @@ void tst_clsFont::aMonstrousSizeIsHeldWithinReason()
     QCOMPARE(platformFont.pointSizeF(), 1638.0);
     FakeTextPane pane;
     font.SetRTFSelFont(pane);
-    QCOMPARE(pane.fontSize, 1638.0);
+    QCOMPARE(pane.SelFontSize(), 1638.0);
     QCOMPARE(font.Size(), std::numeric_limits<qint64>::max());
 }
 
 void tst_clsFont::allOfAPanesTextGetsTheFontAndTheSelectionStays()
 {
     FakeTextPane pane;
-    pane.rtf = "some text";
-    pane.start = 3;
-    pane.length = 4;
+    pane.setSelText(u"some text"_s);
+    pane.setSelStart(3);
+    pane.setSelLength(4);
     fullDescription().SetRTFSelFont(pane);
-    QCOMPARE(pane.fontName, u"Courier 10 Pitch"_s);
+    QCOMPARE(pane.SelStart(), 3);
+    QCOMPARE(pane.SelLength(), 4);
+    pane.setSelStart(0);
+    pane.setSelLength(9);
+    QCOMPARE(pane.SelFontName(), u"Courier 10 Pitch"_s);
     // Texts have their sizes in half points.
-    QCOMPARE(pane.fontSize, 8.5);
-    QVERIFY(*pane.bold && *pane.italic && *pane.strikeThru && *pane.underline);
-    QCOMPARE(pane.start, 3);
-    QCOMPARE(pane.length, 4);
+    QCOMPARE(pane.SelFontSize(), 8.5);
+    QVERIFY(*pane.SelBold() && *pane.SelItalic() && *pane.SelStrikeThru() && *pane.SelUnderline());
 }
 
 void tst_clsFont::withoutNameAndSizeThePaneKeepsItsOwn()
 {
     FakeTextPane pane;
-    pane.fontName = u"Serif"_s;
-    pane.fontSize = 20;
-    pane.bold = true;
+    pane.setSelFontName(u"Serif"_s);
+    pane.setSelFontSize(20);
+    pane.setSelBold(true);
     clsFont().SetRTFSelFont(pane);
-    QCOMPARE(pane.fontName, u"Serif"_s);
-    QCOMPARE(pane.fontSize, 20.0);
-    QCOMPARE(pane.bold, false);
+    QCOMPARE(pane.SelFontName(), u"Serif"_s);
+    QCOMPARE(pane.SelFontSize(), 20.0);
+    QCOMPARE(pane.SelBold(), false);
 }
 
 QTEST_MAIN(tst_clsFont)

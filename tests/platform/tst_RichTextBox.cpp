@@ -3,6 +3,7 @@
 
 #include "platform/RichTextBox.h"
 
+#include "model/TextFind.h"
 #include "rtf/Rtf.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -762,49 +763,49 @@ void tst_RichTextBox::aLockedTextCanBeChangedByProgram()
 void tst_RichTextBox::findFindsFromAnOffset()
 {
     m_box->setTextRTF(poem);
-    QCOMPARE(m_box->Find(u"are"_s, 0, -1, 0), 6);
-    QCOMPARE(m_box->Find(u"are"_s, 6, -1, 0), 6);
-    QCOMPARE(m_box->Find(u"are"_s, 7, -1, 0), static_cast<int>(poemText.indexOf(u"are"_s, 7)));
-    QCOMPARE(m_box->Find(u"are"_s, 0, 9, 0), 6);
-    QCOMPARE(m_box->Find(u"are"_s, 0, 8, 0), -1);
-    QCOMPARE(m_box->Find(u"are"_s, -3, 100'000, 0), 6);
-    QCOMPARE(m_box->Find(u"are"_s, 100'000, -1, 0), -1);
-    QCOMPARE(m_box->Find(u"tulip"_s, 0, -1, 0), -1);
-    QCOMPARE(m_box->Find(QString(), 0, -1, 0), -1);
-    QCOMPARE(m_box->Find(u"End"_s, 0, -1, 0), static_cast<int>(poemText.size()) - 3);
-    QCOMPARE(m_box->Find(u",\r\nV"_s, 0, -1, 0), static_cast<int>(poemText.indexOf(u',')));
+    QCOMPARE(findIn(*m_box, u"are"_s, 0, -1, 0), 6);
+    QCOMPARE(findIn(*m_box, u"are"_s, 6, -1, 0), 6);
+    QCOMPARE(findIn(*m_box, u"are"_s, 7, -1, 0), static_cast<int>(poemText.indexOf(u"are"_s, 7)));
+    QCOMPARE(findIn(*m_box, u"are"_s, 0, 9, 0), 6);
+    QCOMPARE(findIn(*m_box, u"are"_s, 0, 8, 0), -1);
+    QCOMPARE(findIn(*m_box, u"are"_s, -3, 100'000, 0), 6);
+    QCOMPARE(findIn(*m_box, u"are"_s, 100'000, -1, 0), -1);
+    QCOMPARE(findIn(*m_box, u"tulip"_s, 0, -1, 0), -1);
+    QCOMPARE(findIn(*m_box, QString(), 0, -1, 0), -1);
+    QCOMPARE(findIn(*m_box, u"End"_s, 0, -1, 0), static_cast<int>(poemText.size()) - 3);
+    QCOMPARE(findIn(*m_box, u",\r\nV"_s, 0, -1, 0), static_cast<int>(poemText.indexOf(u',')));
     // What is found is what is there now.
     select(0, 5);
     m_box->setSelText(u"Violets"_s);
-    QCOMPARE(m_box->Find(u"Violets"_s, 0, -1, 0), 0);
+    QCOMPARE(findIn(*m_box, u"Violets"_s, 0, -1, 0), 0);
 }
 
 void tst_RichTextBox::findHonoursCaseAndWords()
 {
     m_box->setTextRTF(QString(u"cats Cat cat2 über cat_x Über𐐀 a𐐀"_s).toUtf8());
     const QString text = m_box->Text();
-    const auto find = [this](const QString &what, int options) { return m_box->Find(what, 0, -1, options); };
+    const auto find = [this](const QString &what, int options) { return findIn(*m_box, what, 0, -1, options); };
     QCOMPARE(find(u"cat"_s, 0), 0);
-    QCOMPARE(find(u"CAT"_s, TextPane::MatchCase), -1);
-    QCOMPARE(find(u"Cat"_s, TextPane::MatchCase), 5);
-    QCOMPARE(find(u"cat"_s, TextPane::WholeWord), 5);
-    QCOMPARE(find(u"cat"_s, TextPane::WholeWord | TextPane::MatchCase), static_cast<int>(text.indexOf(u"cat_"_s)));
-    QCOMPARE(find(u"ÜBER"_s, TextPane::WholeWord), static_cast<int>(text.indexOf(u"über"_s)));
+    QCOMPARE(find(u"CAT"_s, TextFind::MatchCase), -1);
+    QCOMPARE(find(u"Cat"_s, TextFind::MatchCase), 5);
+    QCOMPARE(find(u"cat"_s, TextFind::WholeWord), 5);
+    QCOMPARE(find(u"cat"_s, TextFind::WholeWord | TextFind::MatchCase), static_cast<int>(text.indexOf(u"cat_"_s)));
+    QCOMPARE(find(u"ÜBER"_s, TextFind::WholeWord), static_cast<int>(text.indexOf(u"über"_s)));
     // A letter beyond the first plane is one, too.
-    QCOMPARE(find(u"Über"_s, TextPane::WholeWord | TextPane::MatchCase), -1);
-    QCOMPARE(find(u"a"_s, TextPane::WholeWord), -1);
-    QCOMPARE(find(u"ats"_s, TextPane::WholeWord), -1);
+    QCOMPARE(find(u"Über"_s, TextFind::WholeWord | TextFind::MatchCase), -1);
+    QCOMPARE(find(u"a"_s, TextFind::WholeWord), -1);
+    QCOMPARE(find(u"ats"_s, TextFind::WholeWord), -1);
 }
 
 void tst_RichTextBox::findSelectsUnlessAskedNotTo()
 {
     m_box->setTextRTF(poem);
     QSignalSpy changed(m_box, &RichTextBox::changed);
-    QCOMPARE(m_box->Find(u"blue"_s, 0, -1, TextPane::NoHighlight), static_cast<int>(poemText.indexOf(u"blue"_s)));
+    QCOMPARE(findIn(*m_box, u"blue"_s, 0, -1, TextFind::NoHighlight), static_cast<int>(poemText.indexOf(u"blue"_s)));
     QCOMPARE(m_box->SelLength(), 0);
-    m_box->Find(u"BLUE\nand"_s, 0, -1, 0);
+    findIn(*m_box, u"BLUE\nand"_s, 0, -1, 0);
     QCOMPARE(m_box->SelText(), u"blue\nand"_s);
-    m_box->Find(u"nowhere"_s, 0, -1, 0);
+    findIn(*m_box, u"nowhere"_s, 0, -1, 0);
     QCOMPARE(m_box->SelText(), u"blue\nand"_s);
     QCOMPARE(changed.size(), 0);
 }
@@ -1187,7 +1188,7 @@ void tst_RichTextBox::largeTexts()
     const QString text = m_box->Text();
     QVERIFY(text.size() > 400'000);
     const int at = static_cast<int>(text.indexOf(u"9000"_s));
-    QCOMPARE(m_box->Find(u"9000"_s, 0, -1, 0), at);
+    QCOMPARE(findIn(*m_box, u"9000"_s, 0, -1, 0), at);
     QCOMPARE(m_box->SelStart(), at);
     QCOMPARE(m_box->SelText(), u"9000"_s);
     press(Qt::Key_A, Qt::ControlModifier);

@@ -215,7 +215,7 @@ void tst_modSearch::allTextsThatBreakOffShowTheSelectedEntryAgain()
     g_sSearchScope = u"1"_s;
     g_sSearchFind = u"text 3"_s;
     // The next text is too much for the memory that is left, once.
-    fake.text.onFind = [&fake, &tree] {
+    fake.text.onTextSet = [&fake, &tree] {
         if (fake.text.rtf != "text 2")
             return;
         tree.setPendingText(tree.collection().at(3), [first = true]() mutable -> QByteArray {

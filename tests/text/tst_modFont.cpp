@@ -117,7 +117,6 @@ private Q_SLOTS:
     void sizesAreSteppedByAPoint_data();
     void sizesAreSteppedByAPoint();
     void theSizeInsideAWordIsStepped();
-    void aSizeThatNeverChangesEndsTheSteps();
     void severalSizesStay();
     void steppingASizeIsOneStepToUndo();
     void theDocumentFontGoesIntoEveryText();
@@ -451,19 +450,6 @@ void tst_modFont::theSizeInsideAWordIsStepped()
     QCOMPARE(m_first->box.SelFontSize(), std::optional(12.0));
     select(3, 1);
     QCOMPARE(m_first->box.SelFontSize(), std::optional(10.0));
-}
-
-void tst_modFont::aSizeThatNeverChangesEndsTheSteps()
-{
-    FakeDocument stiff;
-    stiff.text.keepsFontSize = true;
-    m_windows->active = &stiff.document;
-    for (const qint16 direction : {qint16(1), qint16(-1)}) {
-        modFont::ChangeSelectedFontSize(direction);
-        QCOMPARE(stiff.text.fontSize, std::optional(10.0));
-        QCOMPARE(stiff.text.editGroups, stiff.text.editGroupsEnded);
-    }
-    m_windows->active = &m_first->document;
 }
 
 void tst_modFont::severalSizesStay()

@@ -3,7 +3,7 @@
 
 // The formatting of the selection: reading it, and changing it.
 
-#include "platform/RichTextBox.h"
+#include "model/TextSelection.h"
 
 #include "rtf/CharChange.h"
 #include "rtf/Properties.h"
@@ -11,8 +11,6 @@
 #include "rtf/Units.h"
 
 #include <QTextBlock>
-#include <QTextDocument>
-#include <QTextFrame>
 #include <QTextList>
 
 #include <algorithm>
@@ -22,9 +20,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-
-// Of the document's frame: the place of the base font in the list of those that the text has had.
-constexpr int baseFontProperty = QTextFormat::UserProperty + 0x1000;
 
 // HTML's relative font sizes, from two steps below the standard size to four above.
 constexpr double sizeSteps[] = {0.7, 0.8, 1.0, 1.2, 1.5, 2.0, 2.4};
@@ -94,11 +89,11 @@ private:
 // The value of a property that all characters of the selection share; at a caret, that of the next one typed, and of
 // cells that are all empty, that of the next one typed into them.
 template <class Property>
-auto commonToCharacters(const QTextEdit &box, Property property) -> std::optional<decltype(property(QTextCharFormat()))>
+auto commonToCharacters(const QTextCursor &cursor, Property property)
+    -> std::optional<decltype(property(QTextCharFormat()))>
 {
-    const QTextCursor cursor = box.textCursor();
     if (!cursor.hasSelection())
-        return property(box.currentCharFormat());
+        return property(cursor.charFormat());
     Common<decltype(property(QTextCharFormat()))> common;
     int known = -1;
     visitFragments(cursor, [&](const QTextFragment &fragment) {
@@ -109,15 +104,15 @@ auto commonToCharacters(const QTextEdit &box, Property property) -> std::optiona
     });
     if (!common.isKnown() && cursor.hasComplexSelection())
         visitParagraphs(cursor, [&](const QTextBlock &block) { common.add(property(block.charFormat())); });
-    return common.isKnown() ? common.value() : property(box.currentCharFormat());
+    return common.isKnown() ? common.value() : property(cursor.charFormat());
 }
 
 // The value of a property that all paragraphs of the selection share.
 template <class Property>
-auto commonToParagraphs(const QTextEdit &box, Property property) -> std::optional<decltype(property(QTextBlock()))>
+auto commonToParagraphs(const QTextCursor &cursor, Property property) -> std::optional<decltype(property(QTextBlock()))>
 {
     Common<decltype(property(QTextBlock()))> common;
-    visitParagraphs(box.textCursor(), [&](const QTextBlock &block) { common.add(property(block)); });
+    visitParagraphs(cursor, [&](const QTextBlock &block) { common.add(property(block)); });
     return common.value();
 }
 
@@ -157,9 +152,8 @@ int leftOf(const QTextBlock &block)
 
 // Calls change(block) for every paragraph that the selection touches, as one step of undo.
 template <class Change>
-void changeParagraphs(const QTextEdit &box, Change change)
+void changeParagraphs(QTextCursor cursor, Change change)
 {
-    QTextCursor cursor = box.textCursor();
     cursor.beginEditBlock();
     visitParagraphs(cursor, change);
     cursor.endEditBlock();
@@ -167,131 +161,101 @@ void changeParagraphs(const QTextEdit &box, Change change)
 
 } // namespace
 
-QFont RichTextBox::Font() const
+void TextSelection::changeSelection(const rtf::CharChange &change)
 {
-    return m_font;
-}
-
-void RichTextBox::setFont(const QFont &font)
-{
-    m_fonts[fontIndex()] = font;
-    takeFont();
-}
-
-// The place of the present base font among those that the text has had. The document's frame keeps it, so that undoing
-// brings an earlier one back.
-std::size_t RichTextBox::fontIndex() const
-{
-    return static_cast<std::size_t>(document()->rootFrame()->frameFormat().intProperty(baseFontProperty));
-}
-
-void RichTextBox::takeFont()
-{
-    const QFont font = m_fonts[fontIndex()];
-    if (m_font == font)
+    QTextCursor cursor = caret();
+    if (cursor.hasSelection()) {
+        change.applyTo(cursor);
         return;
-    m_font = font;
-    QTextEdit::setFont(font);
-    document()->setDefaultFont(font);
+    }
+    cursor.setCharFormat(change.appliedTo(cursor.charFormat()));
+    setCaret(cursor);
 }
 
-void RichTextBox::changeFont(const QFont &font)
+std::optional<bool> TextSelection::SelBold() const
 {
-    if (m_font == font)
-        return;
-    QTextFrameFormat format = document()->rootFrame()->frameFormat();
-    format.setProperty(baseFontProperty, static_cast<int>(m_fonts.size()));
-    m_fonts.push_back(font);
-    document()->rootFrame()->setFrameFormat(format);
-    takeFont();
-}
-
-void RichTextBox::changeSelection(const rtf::CharChange &change)
-{
-    if (textCursor().hasSelection())
-        change.applyTo(textCursor());
-    else
-        setCurrentCharFormat(change.appliedTo(currentCharFormat()));
-}
-
-std::optional<bool> RichTextBox::SelBold() const
-{
-    return commonToCharacters(*this, [this](const QTextCharFormat &format) {
-        return (format.hasProperty(QTextFormat::FontWeight) ? format.fontWeight() : m_font.weight()) > QFont::Medium;
+    const QFont base = caret().document()->defaultFont();
+    return commonToCharacters(caret(), [base](const QTextCharFormat &format) {
+        return (format.hasProperty(QTextFormat::FontWeight) ? format.fontWeight() : base.weight()) > QFont::Medium;
     });
 }
 
-void RichTextBox::setSelBold(bool on)
+void TextSelection::setSelBold(bool on)
 {
     rtf::CharChange change;
     change.setBold(on);
     changeSelection(change);
 }
 
-std::optional<bool> RichTextBox::SelItalic() const
+std::optional<bool> TextSelection::SelItalic() const
 {
-    return commonToCharacters(*this, [this](const QTextCharFormat &format) {
-        return format.hasProperty(QTextFormat::FontItalic) ? format.fontItalic() : m_font.italic();
+    const QFont base = caret().document()->defaultFont();
+    return commonToCharacters(caret(), [base](const QTextCharFormat &format) {
+        return format.hasProperty(QTextFormat::FontItalic) ? format.fontItalic() : base.italic();
     });
 }
 
-void RichTextBox::setSelItalic(bool on)
+void TextSelection::setSelItalic(bool on)
 {
     rtf::CharChange change;
     change.setItalic(on);
     changeSelection(change);
 }
 
-std::optional<bool> RichTextBox::SelUnderline() const
+std::optional<bool> TextSelection::SelUnderline() const
 {
-    return commonToCharacters(*this, [this](const QTextCharFormat &format) {
+    const QFont base = caret().document()->defaultFont();
+    return commonToCharacters(caret(), [base](const QTextCharFormat &format) {
         return format.hasProperty(QTextFormat::TextUnderlineStyle)
                    ? format.underlineStyle() != QTextCharFormat::NoUnderline
-                   : m_font.underline();
+                   : base.underline();
     });
 }
 
-void RichTextBox::setSelUnderline(bool on)
+void TextSelection::setSelUnderline(bool on)
 {
     rtf::CharChange change;
     change.setUnderline(on);
     changeSelection(change);
 }
 
-std::optional<bool> RichTextBox::SelStrikeThru() const
+std::optional<bool> TextSelection::SelStrikeThru() const
 {
-    return commonToCharacters(*this, [this](const QTextCharFormat &format) {
-        return format.hasProperty(QTextFormat::FontStrikeOut) ? format.fontStrikeOut() : m_font.strikeOut();
+    const QFont base = caret().document()->defaultFont();
+    return commonToCharacters(caret(), [base](const QTextCharFormat &format) {
+        return format.hasProperty(QTextFormat::FontStrikeOut) ? format.fontStrikeOut() : base.strikeOut();
     });
 }
 
-void RichTextBox::setSelStrikeThru(bool on)
+void TextSelection::setSelStrikeThru(bool on)
 {
     rtf::CharChange change;
     change.setStrikeOut(on);
     changeSelection(change);
 }
 
-std::optional<QString> RichTextBox::SelFontName() const
+std::optional<QString> TextSelection::SelFontName() const
 {
-    return commonToCharacters(*this, [this](const QTextCharFormat &format) {
+    const QFont base = caret().document()->defaultFont();
+    return commonToCharacters(caret(), [base](const QTextCharFormat &format) {
         const QStringList families = format.fontFamilies().toStringList();
-        return families.isEmpty() ? m_font.family() : families.first();
+        return families.isEmpty() ? base.family() : families.first();
     });
 }
 
-void RichTextBox::setSelFontName(const QString &name)
+void TextSelection::setSelFontName(const QString &name)
 {
     rtf::CharChange change;
     change.setFamily(name);
     changeSelection(change);
 }
 
-std::optional<double> RichTextBox::SelFontSize() const
+std::optional<double> TextSelection::SelFontSize() const
 {
-    const double base = m_font.pointSizeF() > 0 ? m_font.pointSizeF() : m_font.pixelSize() * pointsPerPixel;
-    return commonToCharacters(*this, [base](const QTextCharFormat &format) {
-        double points = base;
+    const QFont base = caret().document()->defaultFont();
+    const double baseSize = base.pointSizeF() > 0 ? base.pointSizeF() : base.pixelSize() * pointsPerPixel;
+    return commonToCharacters(caret(), [baseSize](const QTextCharFormat &format) {
+        double points = baseSize;
         if (format.hasProperty(QTextFormat::FontPointSize))
             points = format.fontPointSize();
         else if (format.hasProperty(QTextFormat::FontPixelSize))
@@ -302,37 +266,37 @@ std::optional<double> RichTextBox::SelFontSize() const
     });
 }
 
-void RichTextBox::setSelFontSize(double points)
+void TextSelection::setSelFontSize(double points)
 {
     rtf::CharChange change;
     change.setSize(points);
     changeSelection(change);
 }
 
-std::optional<QColor> RichTextBox::SelColor() const
+std::optional<QColor> TextSelection::SelColor() const
 {
-    return commonToCharacters(*this, [](const QTextCharFormat &format) {
+    return commonToCharacters(caret(), [](const QTextCharFormat &format) {
         const QBrush foreground = format.foreground();
         return foreground.style() == Qt::NoBrush ? QColor() : foreground.color();
     });
 }
 
-void RichTextBox::setSelColor(const QColor &colour)
+void TextSelection::setSelColor(const QColor &colour)
 {
     rtf::CharChange change;
     change.setColour(colour);
     changeSelection(change);
 }
 
-std::optional<bool> RichTextBox::SelBullet() const
+std::optional<bool> TextSelection::SelBullet() const
 {
-    return commonToParagraphs(*this, isBulleted);
+    return commonToParagraphs(caret(), isBulleted);
 }
 
-void RichTextBox::setSelBullet(bool on)
+void TextSelection::setSelBullet(bool on)
 {
     QTextList *list = nullptr;
-    changeParagraphs(*this, [&list, on](const QTextBlock &block) {
+    changeParagraphs(caret(), [&list, on](const QTextBlock &block) {
         const int left = leftOf(block);
         QTextBlockFormat format = block.blockFormat();
         format.setIndent(0);
@@ -359,14 +323,14 @@ void RichTextBox::setSelBullet(bool on)
     });
 }
 
-std::optional<int> RichTextBox::SelIndent() const
+std::optional<int> TextSelection::SelIndent() const
 {
-    return commonToParagraphs(*this, leftOf);
+    return commonToParagraphs(caret(), leftOf);
 }
 
-void RichTextBox::setSelIndent(int twips)
+void TextSelection::setSelIndent(int twips)
 {
-    changeParagraphs(*this, [twips](const QTextBlock &block) {
+    changeParagraphs(caret(), [twips](const QTextBlock &block) {
         const int left = leftOf(block);
         QTextBlockFormat format = block.blockFormat();
         format.setLeftMargin(format.leftMargin() + rtf::pixelsFromTwips(std::max(twips, 0) - left));
@@ -374,9 +338,9 @@ void RichTextBox::setSelIndent(int twips)
     });
 }
 
-std::optional<TextPane::Alignment> RichTextBox::SelAlignment() const
+std::optional<TextSelection::Alignment> TextSelection::SelAlignment() const
 {
-    return commonToParagraphs(*this, [](const QTextBlock &block) {
+    return commonToParagraphs(caret(), [](const QTextBlock &block) {
         const QTextBlockFormat format = block.blockFormat();
         const Qt::Alignment alignment = format.alignment();
         // Without AlignAbsolute the sides are mirrored in a paragraph that runs from right to left.
@@ -387,12 +351,12 @@ std::optional<TextPane::Alignment> RichTextBox::SelAlignment() const
     });
 }
 
-void RichTextBox::setSelAlignment(Alignment alignment)
+void TextSelection::setSelAlignment(Alignment alignment)
 {
     const Qt::AlignmentFlag side = alignment == Right    ? Qt::AlignRight
                                    : alignment == Centre ? Qt::AlignHCenter
                                                          : Qt::AlignLeft;
-    changeParagraphs(*this, [side](const QTextBlock &block) {
+    changeParagraphs(caret(), [side](const QTextBlock &block) {
         QTextBlockFormat change;
         const bool rightToLeft = block.blockFormat().layoutDirection() == Qt::RightToLeft;
         change.setAlignment(rightToLeft ? side | Qt::AlignAbsolute : Qt::Alignment(side));
