@@ -6,8 +6,8 @@
 #include "model/Contrast.h"
 
 #include <QPalette>
-#include <QTextBlock>
 #include <QTextDocument>
+#include <QTextList>
 #include <QTextTable>
 
 namespace
@@ -41,6 +41,18 @@ QColor backgroundOfFrame(const QTextFrame *frame, int position, const QColor &ba
     const auto *table = qobject_cast<const QTextTable *>(frame);
     const QTextTableCell cell = table ? table->cellAt(position) : QTextTableCell();
     return cell.isValid() ? backgroundOf(cell.format(), own) : own;
+}
+
+bool signHasAColourOfItsOwn(const QTextBlock &block)
+{
+    switch (block.textList()->format().style()) {
+    case QTextListFormat::ListDisc:
+    case QTextListFormat::ListCircle:
+    case QTextListFormat::ListSquare:
+        return false;
+    default:
+        return block.charFormat().foreground().style() != Qt::NoBrush;
+    }
 }
 
 class Finder
@@ -117,4 +129,19 @@ QList<QAbstractTextDocumentLayout::Selection> readableText(const QTextBlock &fir
     for (QTextBlock block = first; block.isValid() && block.position() <= last.position(); block = block.next())
         finder.look(block);
     return finder.take();
+}
+
+// Signs stand beside their paragraph's own background.
+std::vector<ReadableSign> readableSigns(const QTextBlock &first, const QTextBlock &last, const QPalette &palette)
+{
+    std::vector<ReadableSign> found;
+    for (QTextBlock block = first; block.isValid() && block.position() <= last.position(); block = block.next()) {
+        if (!block.textList() || signHasAColourOfItsOwn(block))
+            continue;
+        const QColor ground =
+            backgroundOfFrame(QTextCursor(block).currentFrame(), block.position(), palette.color(QPalette::Base));
+        if (Contrast::between(palette.color(QPalette::Text), ground) < Contrast::readable)
+            found.push_back({block, blackOrWhite(ground)});
+    }
+    return found;
 }

@@ -4,8 +4,9 @@
 #pragma once
 
 #include <QAbstractTextDocumentLayout>
+#include <QTextBlock>
 
-class QTextBlock;
+#include <vector>
 
 // Colours in which a text is shown so that it can be read, and which are never stored. Text of no colour of its own on
 // a background of its own (of characters, paragraphs, cells or tables) is black or white, whichever stands out, where
@@ -14,3 +15,13 @@ class QTextBlock;
 // colour.
 QList<QAbstractTextDocumentLayout::Selection> readableText(const QTextBlock &first, const QTextBlock &last,
                                                            const QPalette &palette);
+
+// The bullet or number of a paragraph of a list, and the colour in which it stands out.
+struct ReadableSign {
+    QTextBlock paragraph;
+    QColor colour;
+};
+
+// The signs that would not stand out of the background of their cell or table in the desktop's text colour. Text's own
+// colour is a number's too, but never a bullet's.
+std::vector<ReadableSign> readableSigns(const QTextBlock &first, const QTextBlock &last, const QPalette &palette);

@@ -135,6 +135,7 @@ void RichTextBox::showDocument(QTextDocument *fresh)
     m_fonts = {m_font};
     setExtraSelections({});
     m_coloured.reset();
+    m_signs.clear();
     setDocument(fresh);
     // The control keeps the format at the old caret for what is typed next; the new text has its own.
     setTextCursor(QTextCursor(fresh));

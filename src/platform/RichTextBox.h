@@ -4,6 +4,7 @@
 #pragma once
 
 #include "document/TextPane.h"
+#include "model/ReadableText.h"
 
 #include <QTextEdit>
 #include <QTextFormat>
@@ -84,6 +85,7 @@ private:
 
     std::pair<QTextBlock, QTextBlock> paragraphsInSight() const;
     void colourVisibleText();
+    void paintSigns();
     std::size_t fontIndex() const;
     void takeFont();
     QTextDocument *freshDocument();
@@ -105,6 +107,7 @@ private:
     bool m_paneVisible = true;
     std::optional<Noted> m_noted;
     std::optional<Coloured> m_coloured;
+    std::vector<ReadableSign> m_signs;
     bool m_loading = false;
     bool m_isDropping = false;
 };

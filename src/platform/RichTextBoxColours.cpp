@@ -5,16 +5,15 @@
 
 #include "platform/RichTextBox.h"
 
-#include "model/ReadableText.h"
-
-#include <QAbstractTextDocumentLayout>
 #include <QPaintEvent>
+#include <QPainter>
 #include <QScrollBar>
-#include <QTextBlock>
 #include <QTextCursor>
+#include <QTextList>
 #include <QTextTable>
 
 #include <algorithm>
+#include <map>
 
 namespace
 {
@@ -61,12 +60,59 @@ QTextBlock paragraphReaching(double height, QTextBlock near)
     return {};
 }
 
+// The caret before a line's first character, and where it ends.
+constexpr double roomForCaret = 2;
+
+// Where the bullet or number of a paragraph is drawn, beside its first line.
+QRect placeOfSign(const QTextBlock &paragraph)
+{
+    if (paragraph.layout()->lineCount() == 0)
+        return {};
+    const QTextDocument *document = paragraph.document();
+    const QPointF corner = document->documentLayout()->blockBoundingRect(paragraph).topLeft();
+    const QRectF line = paragraph.layout()->lineAt(0).naturalTextRect().translated(corner);
+    const QFontMetricsF metrics(paragraph.charFormat().font().resolve(document->defaultFont()));
+    const double width = metrics.lineSpacing() + metrics.horizontalAdvance(paragraph.textList()->itemText(paragraph));
+    const double left =
+        paragraph.textDirection() == Qt::RightToLeft ? line.right() + roomForCaret : line.left() - roomForCaret - width;
+    return QRectF(left, line.top(), width, std::max(line.height(), metrics.height())).toAlignedRect();
+}
+
 } // namespace
 
 void RichTextBox::paintEvent(QPaintEvent *event)
 {
     colourVisibleText();
     QTextEdit::paintEvent(event);
+    if (!m_signs.empty())
+        paintSigns();
+}
+
+// The layout takes the colour of bullets from the palette alone: what lies beside those paragraphs is drawn once more
+// with another palette.
+void RichTextBox::paintSigns()
+{
+    const QPoint scrolled(horizontalScrollBar()->value(), verticalScrollBar()->value());
+    const QRect area = viewport()->rect().translated(scrolled);
+    std::map<QRgb, QRegion> places;
+    for (const ReadableSign &sign : m_signs)
+        places[sign.colour.rgb()] += placeOfSign(sign.paragraph).intersected(area);
+    QAbstractTextDocumentLayout::PaintContext context;
+    QAbstractTextDocumentLayout::Selection selected;
+    selected.cursor = textCursor();
+    selected.format.setBackground(palette().brush(QPalette::Highlight));
+    selected.format.setForeground(palette().brush(QPalette::HighlightedText));
+    if (selected.cursor.hasSelection())
+        context.selections = {selected};
+    QPainter painter(viewport());
+    painter.translate(-scrolled);
+    for (const auto &[colour, region] : places) {
+        context.palette = palette();
+        context.palette.setColor(QPalette::Text, QColor::fromRgb(colour));
+        context.clip = region.boundingRect();
+        painter.setClipRegion(region);
+        document()->documentLayout()->draw(&painter, context);
+    }
 }
 
 // The first and the last paragraph in sight. A paragraph between which and the next one the edge lies is unknown to the
@@ -105,4 +151,5 @@ void RichTextBox::colourVisibleText()
         shown.append(selection);
     }
     setExtraSelections(shown);
+    m_signs = readableSigns(first, last, palette());
 }

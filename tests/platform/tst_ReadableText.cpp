@@ -75,6 +75,9 @@ private Q_SLOTS:
 
     void textOnItsOwnBackgroundCanBeRead_data();
     void textOnItsOwnBackgroundCanBeRead();
+    void signsOfListsOnTheirCellsBackgroundCanBeSeen_data();
+    void signsOfListsOnTheirCellsBackgroundCanBeSeen();
+    void signsOfOtherListsHaveTheDesktopsColour();
     void everyWordOfAParagraphCanBeRead();
     void whatIsBesideTheSelectionCanStillBeRead();
     void otherTextHasTheDesktopsColour();
@@ -180,6 +183,56 @@ void tst_ReadableText::textOnItsOwnBackgroundCanBeRead()
     else
         m_box->setTextRTF(rtf);
     QVERIFY(contrastIn(placeOf(u"WORDS"_s)) > 4);
+}
+
+void tst_ReadableText::signsOfListsOnTheirCellsBackgroundCanBeSeen_data()
+{
+    QTest::addColumn<bool>("dark");
+    QTest::addColumn<QString>("colour");
+    QTest::addColumn<QString>("list");
+    for (const bool dark : {false, true}) {
+        for (const QString &colour : {u"#ffffff"_s, u"#000000"_s, u"#ffff00"_s}) {
+            for (const QString &kind :
+                 {u"ul type='disc'"_s, u"ul type='circle'"_s, u"ul type='square'"_s, u"ol"_s, u"ol type='A'"_s})
+                QTest::addRow("%s %s on %s", dark ? "dark" : "light", qPrintable(kind), qPrintable(colour))
+                    << dark << colour << kind;
+        }
+    }
+}
+
+void tst_ReadableText::signsOfListsOnTheirCellsBackgroundCanBeSeen()
+{
+    QFETCH(const bool, dark);
+    QFETCH(const QString, colour);
+    QFETCH(const QString, list);
+    m_box->setPalette(desktop(dark));
+    pastePage(u"<p>before</p><table bgcolor='%1'><tr><td><%2><li>WORDS</li><li><font color='#808080'>GREY "
+              "words</font></li></%3></td><td>b</td></tr></table>"_s.arg(colour, list, list.first(2)));
+    m_box->moveCursor(QTextCursor::End);
+    const auto besides = [&](const QString &word) {
+        const QRect place = placeOf(word);
+        return QRect(place.left() - 24, place.top() - 4, 18, place.height() + 8);
+    };
+    QVERIFY(contrastIn(besides(u"WORDS"_s)) > 3);
+    QVERIFY(contrastIn(besides(u"GREY"_s)) > 3);
+    // And while they are selected, in sight again, and after the text has changed.
+    m_box->selectAll();
+    QVERIFY(contrastIn(besides(u"WORDS"_s)) > 1.8);
+    m_box->moveCursor(QTextCursor::Start);
+    QTest::keyClick(m_box.get(), Qt::Key_Return);
+    QVERIFY(contrastIn(besides(u"WORDS"_s)) > 3);
+}
+
+void tst_ReadableText::signsOfOtherListsHaveTheDesktopsColour()
+{
+    for (const bool dark : {false, true}) {
+        m_box->setPalette(desktop(dark));
+        pastePage(u"<ul><li>WORDS</li></ul><p style='background:#fff'>white</p>"_s);
+        QVERIFY(readableSigns(m_box->document()->begin(), m_box->document()->lastBlock(), m_box->palette()).empty());
+        m_box->setPalette(desktop(!dark));
+        const QRect place = placeOf(u"WORDS"_s);
+        QVERIFY(contrastIn(QRect(place.left() - 24, place.top(), 18, place.height())) > 4);
+    }
 }
 
 void tst_ReadableText::everyWordOfAParagraphCanBeRead()
