@@ -3,6 +3,7 @@
 
 #include "search/SearchFixture.h"
 #include "support/ErrorRecorder.h"
+#include "support/MovedBytes.h"
 #include "support/OutlineText.h"
 
 #include <QTest>
@@ -63,7 +64,7 @@ private Q_SLOTS:
     void replaceAllInAllTexts();
     void replaceAllInLabels();
     void replaceAllInALongLabel();
-    void replacingInAVeryLongLabelTakesNoLongerForEachMatch();
+    void replacingInALongLabelMovesNoMoreForEachMatch();
     void aReplacementThatHoldsTheExpressionEnds();
     void noScopeSearchesNothing();
     void noScopeReplacesNothing_data();
@@ -737,18 +738,27 @@ void tst_modSearch::replaceAllInALongLabel()
     QCOMPARE(root->label(), u"xyz"_s.repeated(matches));
 }
 
-// Each replacement would move the rest of the label: half a million times half a million characters.
-void tst_modSearch::replacingInAVeryLongLabelTakesNoLongerForEachMatch()
+// Were the rest of the label moved for each match, twice the matches would move four times as much.
+void tst_modSearch::replacingInALongLabelMovesNoMoreForEachMatch()
 {
     SearchFixture &f = *m_fixture;
-    constexpr int matches = 1'000'000;
-    Entry *root = f.add(nullptr, u"-e"_s.repeated(matches), {});
+    Entry *root = f.add(nullptr, QString(), {});
     modNodes::NodeSelectFull(f.document, root);
     g_sSearchFind = u"e"_s;
     g_sSearchReplace = u"xyz"_s;
     g_sSearchScope = u"2"_s;
-    modSearch::SearchPerformReplace();
-    QCOMPARE(root->label(), u"-xyz"_s.repeated(matches));
+    const auto bytesMoved = [&](int matches) {
+        f.document.tree.setLabel(root, u"-e"_s.repeated(matches));
+        const qint64 before = movedBytes();
+        modSearch::SearchPerformReplace();
+        const qint64 moved = movedBytes() - before;
+        return root->label() == u"-xyz"_s.repeated(matches) ? moved : -1;
+    };
+    constexpr int matches = 10'000;
+    const qint64 once = bytesMoved(matches);
+    const qint64 twice = bytesMoved(2 * matches);
+    QVERIFY2(once > matches, qPrintable(u"%1 bytes"_s.arg(once)));
+    QVERIFY2(twice < once * 5 / 2, qPrintable(u"%1 bytes, then %2"_s.arg(once).arg(twice)));
 }
 
 void tst_modSearch::aReplacementThatHoldsTheExpressionEnds()
