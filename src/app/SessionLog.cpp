@@ -3,6 +3,7 @@
 
 #include "app/SessionLog.h"
 
+#include "util/ProgramFiles.h"
 #include "util/StateFolder.h"
 
 #include <QDir>
@@ -66,7 +67,7 @@ QStringList SessionLog::folders(const QString &programFolder)
 {
     // An installed program has its data elsewhere, and its folder is for programs.
     const QDir folder(programFolder);
-    const bool installed = !folder.exists(u"Help.qly"_s) && folder.exists(u"../share/quillery"_s);
+    const bool installed = !folder.exists(u"Help.qly"_s) && QFileInfo::exists(sharedFolder(programFolder));
     return installed ? QStringList(stateFolder()) : QStringList{programFolder, stateFolder()};
 }
 

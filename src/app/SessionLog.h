@@ -20,7 +20,7 @@ public:
     // Appends a record. False when no folder takes the log, which is then given up without a word.
     bool append(const QString &record) const;
 
-    // The folders to try: the program's own, unless it is installed (its data in ../share/quillery and not beside it),
+    // The folders to try: the program's own, unless it is installed (its data in its shared folder and not beside it),
     // then the user's folder for program state ($XDG_STATE_HOME/Quillery).
     static QStringList folders(const QString &programFolder);
 

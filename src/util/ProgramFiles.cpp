@@ -9,9 +9,14 @@
 
 using namespace Qt::StringLiterals;
 
+QString sharedFolder(const QString &programFolder)
+{
+    return QDir::cleanPath(programFolder + u'/' + QStringLiteral(QUILLERY_DATA_FROM_PROGRAM));
+}
+
 QString sharedFile(const QString &name)
 {
-    return QDir::cleanPath(QCoreApplication::applicationDirPath() + u"/../share/quillery/"_s + name);
+    return sharedFolder(QCoreApplication::applicationDirPath()) + u'/' + name;
 }
 
 QString programFile(const QString &name)
