@@ -10,6 +10,7 @@
 #include "document/Ports.h"
 #include "document/modDoc.h"
 #include "search/modSearch.h"
+#include "util/FullPath.h"
 #include "util/Procedure.h"
 #include "util/ProgramFiles.h"
 #include "util/RunTimeError.h"
@@ -24,6 +25,11 @@ namespace
 QString helpFile()
 {
     return programFile(u"Help.qly"_s);
+}
+
+bool isHelp(const Document *document)
+{
+    return !document->m_sFile.isEmpty() && RealPathName(document->m_sFile) == RealPathName(helpFile());
 }
 
 void showHelpFile(HelpTopic topic)
@@ -65,7 +71,7 @@ void HelpSearch()
         }
         // Without the manual there is nothing to search; any other document that may be open is not meant.
         LoadHelpQLYFile();
-        if (const Document *document = DocumentActive(); document && document->m_sFile == helpFile())
+        if (const Document *document = DocumentActive(); document && isHelp(document))
             modSearch::SearchFind();
     });
 }
@@ -73,14 +79,12 @@ void HelpSearch()
 void LoadHelpQLYFile()
 {
     procedure("modHelp LoadHelpQLYFile", [] {
-        const QString sFile = helpFile();
         const std::vector<Document *> open = ports().windows->documents();
-        const auto found = std::find_if(open.begin(), open.end(),
-                                        [&sFile](const Document *document) { return document->m_sFile == sFile; });
+        const auto found = std::ranges::find_if(open, isHelp);
         if (found != open.end())
             (*found)->window.bringToFront();
         else
-            modDoc::DocLoad(sFile);
+            modDoc::DocLoad(helpFile());
     });
 }
 

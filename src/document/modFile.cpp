@@ -9,10 +9,9 @@
 #include "document/modDoc.h"
 #include "document/modNodes.h"
 
+#include "util/FullPath.h"
 #include "util/Procedure.h"
 #include "util/modString.h"
-
-#include <QFileInfo>
 
 #include <algorithm>
 
@@ -25,23 +24,13 @@ const FileFilter nativeFilter = {u"Quillery Files (*.qly)"_s, u"*.qly"_s};
 const FileFilter textFilter = {u"Text Files (*.txt)"_s, u"*.txt"_s};
 const FileFilter everyFilter = {u"All Files (*.*)"_s, u"*.*"_s};
 
-// A file as it is called without links. Of one that is not there only the folder is known.
-QString realName(const QString &sFile)
-{
-    const QFileInfo file(sFile);
-    if (const QString sReal = file.canonicalFilePath(); !sReal.isEmpty())
-        return sReal;
-    const QString sFolder = QFileInfo(file.absolutePath()).canonicalFilePath();
-    return sFolder.isEmpty() ? sFile : sFolder + u'/' + file.fileName();
-}
-
 // Whether a document other than one left out has a file, by whatever name.
 bool isOpen(const QString &sFile, const Document *leftOut = nullptr)
 {
-    const QString sReal = realName(sFile);
+    const QString sReal = RealPathName(sFile);
     const std::vector<Document *> documents = ports().windows->documents();
     return std::any_of(documents.begin(), documents.end(), [&](const Document *document) {
-        return document != leftOut && !document->m_sFile.isEmpty() && realName(document->m_sFile) == sReal;
+        return document != leftOut && !document->m_sFile.isEmpty() && RealPathName(document->m_sFile) == sReal;
     });
 }
 

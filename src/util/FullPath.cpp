@@ -12,3 +12,12 @@ QString FullPathName(const QString &sFile)
         return QString();
     return QDir::cleanPath(QFileInfo(sFile).absoluteFilePath());
 }
+
+QString RealPathName(const QString &sFile)
+{
+    const QFileInfo file(sFile);
+    if (const QString sReal = file.canonicalFilePath(); !sReal.isEmpty())
+        return sReal;
+    const QString sFolder = QFileInfo(file.absolutePath()).canonicalFilePath();
+    return sFolder.isEmpty() ? sFile : sFolder + u'/' + file.fileName();
+}

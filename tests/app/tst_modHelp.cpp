@@ -43,9 +43,12 @@ private Q_SLOTS:
     void searchOpensTheHelpAndThenTheDialog();
     void aMissingHelpOutlineIsNamedInTheStatusBar();
     void aMissingHelpOutlineIsNotSoughtInAnotherDocument();
+    void theHelpIsFoundWhateverItsNameIsCalledBy();
+    void anotherDocumentOfTheHelpsNameIsNotTakenForIt();
     void contentsRestoresTheMinimisedHelp();
     void f1OpensTheHelp();
-    void f1DuringAMoveOfTheSplitAcceptsItAndGivesTheHelpTheKeyboard();
+    void helpDuringAMoveOfTheSplitAcceptsItAndTakesTheKeyboard_data();
+    void helpDuringAMoveOfTheSplitAcceptsItAndTakesTheKeyboard();
     void theDiagnosticWindowShowsTheActiveDocument();
     void theDiagnosticWindowIsEmptyWithoutADocument();
     void theDiagnosticWindowOpensByItsKey();
@@ -210,6 +213,33 @@ void tst_modHelp::aMissingHelpOutlineIsNotSoughtInAnotherDocument()
     QVERIFY(!searched);
 }
 
+void tst_modHelp::theHelpIsFoundWhateverItsNameIsCalledBy()
+{
+    const QTemporaryDir folder;
+    const QString link = folder.filePath(u"manual.qly"_s);
+    QVERIFY(QFile::link(m_help, link));
+    QVERIFY(modDoc::DocLoad(link));
+    m_main->choose("mnuFileNew");
+    modHelp::HelpContents();
+    QCOMPARE(openFiles().size(), 2);
+    QCOMPARE(m_main->main.activeDocument()->m_sFile, link);
+    bool asked = false;
+    searchPorts().showDialog = [&asked] { asked = true; };
+    modHelp::HelpSearch();
+    QVERIFY(asked);
+}
+
+void tst_modHelp::anotherDocumentOfTheHelpsNameIsNotTakenForIt()
+{
+    const QTemporaryDir folder;
+    const QString own = folder.filePath(u"Help.qly"_s);
+    QVERIFY(QFile::copy(m_help, own));
+    QVERIFY(modDoc::DocLoad(own));
+    modHelp::HelpContents();
+    QCOMPARE(openFiles(), QStringList({own, m_help}));
+    QCOMPARE(m_main->main.activeDocument()->m_sFile, m_help);
+}
+
 void tst_modHelp::contentsRestoresTheMinimisedHelp()
 {
     m_main->choose("mnuHelpContents");
@@ -232,17 +262,34 @@ void tst_modHelp::f1OpensTheHelp()
     QCOMPARE(m_main->main.activeDocument()->m_sFile, m_help);
 }
 
-void tst_modHelp::f1DuringAMoveOfTheSplitAcceptsItAndGivesTheHelpTheKeyboard()
+void tst_modHelp::helpDuringAMoveOfTheSplitAcceptsItAndTakesTheKeyboard_data()
 {
+    QTest::addColumn<bool>("helpIsOpen");
+    QTest::addColumn<bool>("byKey");
+    QTest::newRow("by its key, not open yet") << false << true;
+    QTest::newRow("by its key, open behind") << true << true;
+    QTest::newRow("by the menu, not open yet") << false << false;
+    QTest::newRow("by the menu, open behind") << true << false;
+}
+
+void tst_modHelp::helpDuringAMoveOfTheSplitAcceptsItAndTakesTheKeyboard()
+{
+    QFETCH(const bool, helpIsOpen);
+    QFETCH(const bool, byKey);
     m_main->main.resize(1000, 800);
     m_main->main.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&m_main->main));
+    if (helpIsOpen)
+        modHelp::HelpContents();
     modDoc::DocNew();
     frmDocument &moved = static_cast<frmDocument &>(DocumentActive()->window);
     const float before = moved.m_fTreeWidth;
     m_main->choose("mnuViewMoveSplit");
     QTest::keyClick(moved.picSplitter, Qt::Key_Right);
-    QTest::keyClick(m_main->main.windowHandle(), Qt::Key_F1);
+    if (byKey)
+        QTest::keyClick(m_main->main.windowHandle(), Qt::Key_F1);
+    else
+        m_main->choose("mnuHelpContents");
     QTRY_COMPARE(openFiles().size(), 2);
     QVERIFY(!moved.m_bMovingSplit);
     QVERIFY(!moved.picSplitter->isVisible());
