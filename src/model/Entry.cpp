@@ -109,3 +109,11 @@ Entry *nextInOutline(const Entry *entry, const Entry *top)
     }
     return nullptr;
 }
+
+int subtreeSize(const Entry *top)
+{
+    int size = 0;
+    for (const Entry *entry = top; entry; entry = nextInOutline(entry, top))
+        ++size;
+    return size;
+}

@@ -87,3 +87,6 @@ private:
 // The entry behind this one in outline order (its first child, else the nearest following sibling of it or an ancestor)
 // that still lies below `top`; null at the end. Walks a whole subtree without recursion.
 Entry *nextInOutline(const Entry *entry, const Entry *top);
+
+// How many entries a subtree has.
+int subtreeSize(const Entry *top);

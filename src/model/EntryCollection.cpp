@@ -40,11 +40,6 @@ void EntryCollection::remove(Entry *entry) noexcept
         closeUp();
 }
 
-void EntryCollection::renew(Entry *entry) noexcept
-{
-    renew(entry, 0);
-}
-
 void EntryCollection::renew(Entry *entry, qint64 insertion) noexcept
 {
     remove(entry);

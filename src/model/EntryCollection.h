@@ -17,8 +17,7 @@ public:
     // An entry that never was in the order of insertion goes to its end, any other back to its place in it.
     void add(Entry *entry) noexcept;
     void remove(Entry *entry) noexcept;
-    // Puts an entry at the end, or at the place that an earlier insertion number says.
-    void renew(Entry *entry) noexcept;
+    // Puts an entry at the place that an earlier insertion number says, or with 0 at the end.
     void renew(Entry *entry, qint64 insertion) noexcept;
 
     // The 1-based index of an entry of this collection.

@@ -6,22 +6,12 @@
 #include "util/MakeRoom.h"
 #include "util/RunTimeError.h"
 
-#include <QCollator>
-
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-
-int subtreeSize(const Entry *top)
-{
-    int size = 0;
-    for (const Entry *entry = top; entry; entry = nextInOutline(entry, top))
-        ++size;
-    return size;
-}
 
 // The place that a component of a path names; 0 when it is not written as keys are, since keys are compared as texts
 // and "0.01" names nothing even where "0.1" exists.
@@ -134,43 +124,43 @@ EntryTree::Place EntryTree::placeForMove(const Entry *entry, Relationship relati
 
 void EntryTree::move(Entry *entry, Relationship relationship, Entry *relative)
 {
-    const Place place = placeForMove(entry, relationship, relative);
-    m_collection.makeRoom(subtreeSize(entry));
-    moveTo(entry, place);
-    renewInsertion(entry);
+    moveTo(entry, placeForMove(entry, relationship, relative));
 }
 
-void EntryTree::moveTo(Entry *entry, const Place &place)
+void EntryTree::moveTo(Entry *entry, const Place &place, const std::vector<qint64> &insertion)
 {
+    m_collection.makeRoom(subtreeSize(entry));
     Entry *from = entry->m_parent;
     const int row = entry->m_row;
     const bool sameParent = from == place.parent;
-    if (sameParent && place.row == row)
-        return;
-    std::vector<std::unique_ptr<Entry>> &siblings = place.parent->m_children;
-    makeRoomBehind(siblings, 1);
-    // The item model counts the place with the entry still among its siblings.
-    const int countedRow = place.row + (sameParent && place.row > row ? 1 : 0);
-    if (announcing())
-        beginMoveRows(indexOf(from), row, row, indexOf(place.parent), countedRow);
-    std::vector<std::unique_ptr<Entry>> &old = from->m_children;
-    std::unique_ptr<Entry> moving = std::move(old[static_cast<size_t>(row)]);
-    old.erase(old.begin() + row);
-    entry->m_parent = place.parent;
-    siblings.insert(siblings.begin() + place.row, std::move(moving));
-    renumber(from, sameParent ? std::min(row, place.row) : row);
-    if (!sameParent)
-        renumber(place.parent, place.row);
-    assertWhole(entry);
-    if (announcing())
-        endMoveRows();
+    if (!sameParent || place.row != row) {
+        std::vector<std::unique_ptr<Entry>> &siblings = place.parent->m_children;
+        makeRoomBehind(siblings, 1);
+        // The item model counts the place with the entry still among its siblings.
+        const int countedRow = place.row + (sameParent && place.row > row ? 1 : 0);
+        if (announcing())
+            beginMoveRows(indexOf(from), row, row, indexOf(place.parent), countedRow);
+        std::vector<std::unique_ptr<Entry>> &old = from->m_children;
+        std::unique_ptr<Entry> moving = std::move(old[static_cast<size_t>(row)]);
+        old.erase(old.begin() + row);
+        entry->m_parent = place.parent;
+        siblings.insert(siblings.begin() + place.row, std::move(moving));
+        renumber(from, sameParent ? std::min(row, place.row) : row);
+        if (!sameParent)
+            renumber(place.parent, place.row);
+        assertWhole(entry);
+        if (announcing())
+            endMoveRows();
+    }
+    renewInsertion(entry, insertion);
 }
 
-void EntryTree::renewInsertion(Entry *entry)
+void EntryTree::renewInsertion(Entry *entry, const std::vector<qint64> &insertion)
 {
     m_collection.makeRoom(subtreeSize(entry));
+    size_t at = 0;
     for (Entry *each = entry; each; each = nextInOutline(each, entry))
-        m_collection.renew(each);
+        m_collection.renew(each, at < insertion.size() ? insertion[at++] : 0);
     assertWhole(entry);
 }
 
@@ -180,15 +170,6 @@ std::vector<qint64> EntryTree::insertionPlaces(const Entry *entry) const
     for (const Entry *each = entry; each; each = nextInOutline(each, entry))
         places.push_back(each->m_insertion);
     return places;
-}
-
-void EntryTree::restoreInsertion(Entry *entry, const std::vector<qint64> &places)
-{
-    m_collection.makeRoom(static_cast<int>(places.size()));
-    auto place = places.begin();
-    for (Entry *each = entry; each && place != places.end(); each = nextInOutline(each, entry))
-        m_collection.renew(each, *place++);
-    assertWhole(entry);
 }
 
 void EntryTree::remove(Entry *entry)
@@ -247,81 +228,6 @@ Entry *EntryTree::itemByKey(const QString &key) const
     const QByteArray bytes = key.toUtf8();
     // A key without the prefix names nothing, and neither does the empty path.
     return itemByPath(bytes.startsWith("KEY") ? QByteArrayView(bytes).sliced(3) : QByteArrayView());
-}
-
-void EntryTree::setExpandedAll(Entry *entry, bool expanded)
-{
-    for (Entry *each = entry; each; each = nextInOutline(each, entry))
-        each->m_expanded = expanded;
-    if (announcing())
-        Q_EMIT expansionReset();
-}
-
-void EntryTree::expandAncestors(Entry *entry)
-{
-    for (Entry *ancestor = entry->m_parent; ancestor; ancestor = ancestor->m_parent)
-        setExpanded(ancestor, true);
-}
-
-void EntryTree::expandToLevel(Entry *entry, int level)
-{
-    int depth = entry->level();
-    Entry *each = entry;
-    bool changed = false;
-    while (each) {
-        const bool open = depth < level;
-        if (each->childCount() > 0 && each->m_expanded != open) {
-            each->m_expanded = open;
-            changed = true;
-        }
-        // What lies below a closed entry is not visited: it keeps its state.
-        if (open && each->childCount() > 0) {
-            each = each->firstChild();
-            ++depth;
-            continue;
-        }
-        while (each != entry && !each->next()) {
-            each = each->m_parent;
-            --depth;
-        }
-        each = each == entry ? nullptr : each->next();
-    }
-    if (changed && announcing())
-        Q_EMIT expansionReset();
-}
-
-void EntryTree::setSorted(Entry *entry, bool sorted)
-{
-    entry->m_sorted = sorted;
-    if (sorted)
-        sortChildren(entry);
-}
-
-void EntryTree::sortChildren(Entry *entry)
-{
-    QCollator collator;
-    collator.setCaseSensitivity(Qt::CaseInsensitive);
-    const auto before = [&collator](const std::unique_ptr<Entry> &a, const std::unique_ptr<Entry> &b) {
-        return collator.compare(a->m_label, b->m_label) < 0;
-    };
-    std::vector<std::unique_ptr<Entry>> &children = entry->m_children;
-    if (std::is_sorted(children.begin(), children.end(), before))
-        return;
-    const QPersistentModelIndex parent(indexOf(entry));
-    if (announcing())
-        Q_EMIT layoutAboutToBeChanged({parent}, QAbstractItemModel::VerticalSortHint);
-    std::stable_sort(children.begin(), children.end(), before);
-    renumber(entry, 0);
-    assertWhole(entry);
-    if (announcing()) {
-        const QModelIndexList from = persistentIndexList();
-        QModelIndexList to;
-        to.reserve(from.size());
-        for (const QModelIndex &index : from)
-            to.push_back(indexOf(entryAt(index)));
-        changePersistentIndexList(from, to);
-        Q_EMIT layoutChanged({parent}, QAbstractItemModel::VerticalSortHint);
-    }
 }
 
 QByteArray EntryTree::storedText(const Entry *entry) const

@@ -18,6 +18,12 @@
 // Where an entry is inserted, seen from a relative entry.
 enum class Relationship { tvwFirst = 0, tvwLast = 1, tvwNext = 2, tvwPrevious = 3, tvwChild = 4 };
 
+// Entries to be expanded and collapsed.
+struct Expansion {
+    std::vector<EntryId> opened;
+    std::vector<EntryId> closed;
+};
+
 // The outline of one document: a single-rooted, ordered tree of entries with the selected entry and the order of
 // insertion. It is the item model that the outline pane shows (one column; the label is the edit role, and the display
 // role what is shown of it).
@@ -56,6 +62,9 @@ public:
     // The place that a relationship names; error 5 when it does not exist.
     Place placeFor(Relationship relationship, Entry *relative) const;
 
+    // Error 6 when the tree could not take that many entries more.
+    void requireRoomFor(int more) const;
+
     // Adds an empty entry; with no relative the tree must be empty and the entry becomes the root. Errors: 6 when the
     // tree is full, 5 when the place does not exist (a sibling of the root).
     Entry *insert(Relationship relationship, Entry *relative);
@@ -69,13 +78,12 @@ public:
     void move(Entry *entry, Relationship relationship, Entry *relative);
     // The place that a move leads to, counted without the entry; errors as move().
     Place placeForMove(const Entry *entry, Relationship relationship, Entry *relative) const;
-    // The same, but the order of insertion stays.
-    void moveTo(Entry *entry, const Place &place);
-    // Moves an entry's subtree to the end of the order of insertion.
-    void renewInsertion(Entry *entry);
-    // The places of an entry and its descendants, in outline order, in the order of insertion, and back to them.
+    // Moves there, and in the order of insertion to the places that insertionPlaces() gave, or to its end without any.
+    void moveTo(Entry *entry, const Place &place, const std::vector<qint64> &insertion = {});
+    // Moves an entry's subtree to the end of the order of insertion, or back to its places.
+    void renewInsertion(Entry *entry, const std::vector<qint64> &insertion = {});
+    // The places of an entry and its descendants, in outline order, in the order of insertion.
     std::vector<qint64> insertionPlaces(const Entry *entry) const;
-    void restoreInsertion(Entry *entry, const std::vector<qint64> &places);
     // Removes an entry with its subtree; a selection inside is dropped.
     void remove(Entry *entry);
     // The same for many, none of which lies inside another; announced as one reset.
@@ -108,8 +116,22 @@ public:
     // Expands the entry's subtree so that levels up to `level` are open, and closes the entries of that level; what
     // lies below a closed entry keeps its state.
     void expandToLevel(Entry *entry, int level);
+    // What that would open and close.
+    Expansion expansionToLevel(const Entry *entry, int level) const;
+    // What setExpandedAll() would.
+    Expansion expansionOfAll(const Entry *entry, bool expanded) const;
+    // Opens and closes entries of this tree.
+    void setExpansion(const Expansion &expansion);
     // Sets the sorted state of an entry; setting it sorts the children once, by label.
     void setSorted(Entry *entry, bool sorted);
+
+    // The state alone.
+    void markSorted(Entry *entry, bool sorted) { entry->m_sorted = sorted; }
+
+    // The rows of the children in the order of their labels; empty when they stand so.
+    std::vector<int> sortedOrder(const Entry *entry) const;
+    // Puts the children into an order of their rows.
+    void reorder(Entry *entry, const std::vector<int> &order);
 
     // The entry's text in its stored form.
     QByteArray storedText(const Entry *entry) const;
@@ -142,6 +164,9 @@ public:
     void beginBulkChange();
     void endBulkChange();
 
+    // Who puts down the labels that views edit, instead of the tree itself.
+    void setLabelWriter(std::function<void(Entry *, const QString &)> writer) { m_labelWriter = std::move(writer); }
+
     // What is wrong with the tree's structure, in words; empty when nothing is.
     QString brokenInvariant() const;
 
@@ -164,7 +189,6 @@ Q_SIGNALS:
 
 private:
     void makeRoomFor(int more);
-    void requireRoomFor(int more) const;
     void renumber(Entry *parent, int fromRow);
     static qsizetype weightOf(const Entry &entry);
     bool enter(Entry *top);
@@ -172,7 +196,6 @@ private:
     static bool liesBelow(const Entry *entry, const std::vector<Entry *> &tops);
     void letGoOf(const std::vector<Entry *> &tops);
     void forgetPendingText();
-    void sortChildren(Entry *entry);
     // In debug builds, goes down where the tree is not whole: around an entry, and as a whole where it is small.
     void assertWhole(const Entry *entry) const;
 
@@ -185,6 +208,7 @@ private:
     const Entry *m_shown = nullptr;
     mutable Entry *m_pendingEntry = nullptr;
     mutable std::function<QByteArray()> m_pendingSource;
+    std::function<void(Entry *, const QString &)> m_labelWriter;
     int m_taggedCount = 0;
     int m_bulkDepth = 0;
 };

@@ -88,7 +88,10 @@ bool EntryTree::setData(const QModelIndex &index, const QVariant &value, int rol
     Entry *entry = entryAt(index);
     if (!entry || role != Qt::EditRole)
         return false;
-    setLabel(entry, value.toString());
+    if (m_labelWriter)
+        m_labelWriter(entry, value.toString());
+    else
+        setLabel(entry, value.toString());
     return true;
 }
 
@@ -122,15 +125,6 @@ void EntryTree::setTagged(Entry *entry, bool tagged)
         return;
     const QModelIndex index = indexOf(entry);
     Q_EMIT dataChanged(index, index, {ImageRole, SelectedImageRole, Qt::AccessibleDescriptionRole});
-}
-
-void EntryTree::setExpanded(Entry *entry, bool expanded)
-{
-    if (entry->m_expanded == expanded)
-        return;
-    entry->m_expanded = expanded;
-    if (announcing())
-        Q_EMIT expandedChanged(entry, expanded);
 }
 
 void EntryTree::select(Entry *entry)

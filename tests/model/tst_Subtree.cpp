@@ -341,8 +341,7 @@ void tst_Subtree::aMoveIsTakenBackWithItsPlaceInTheOrderOfInsertion()
             continue;
         }
         QCOMPARE(inserted(tree).mid(6), QStringList({u"A2"_s, u"A21"_s}));
-        tree.moveTo(moving, from);
-        tree.restoreInsertion(moving, places);
+        tree.moveTo(moving, from, places);
         QCOMPARE(dumpOutline(tree), outline);
         QCOMPARE(inserted(tree), order);
         QCOMPARE(tree.brokenInvariant(), QString());

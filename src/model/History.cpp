@@ -1,0 +1,349 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "model/History.h"
+
+#include "model/Outline.h"
+#include "model/ShownLabel.h"
+#include "util/MakeRoom.h"
+#include "util/RunTimeError.h"
+
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// Where more changes than this are undone at once, one reset is quicker than all announcements.
+constexpr size_t mostAnnounced = 64;
+
+bool isExpansion(const Change &change)
+{
+    return std::holds_alternative<change::Expand>(change);
+}
+
+bool concernsView(const Change &change)
+{
+    return kindOf(change) != ChangeKind::Text && kindOf(change) != ChangeKind::Fonts;
+}
+
+// Whether a change takes back the one before it: how an entry was sorted is a state that nobody sees.
+bool takesBack(const Change &change, const Change &before)
+{
+    const auto *sorted = std::get_if<change::Sorted>(&change);
+    const auto *earlier = std::get_if<change::Sorted>(&before);
+    return sorted && earlier && sorted->entry == earlier->entry;
+}
+
+QString nameOf(const Change &change, const EntryTree &tree)
+{
+    constexpr QLatin1StringView names[] = {"insertion of"_L1,      "deletion of"_L1,     "move of"_L1,
+                                           "renaming of"_L1,       "tagging of"_L1,      "expansion of"_L1,
+                                           "sorting of"_L1,        "sorting below"_L1,   "renewal of"_L1,
+                                           "change of text of"_L1, "change of fonts"_L1, "typing in"_L1};
+    static_assert(std::size(names) == std::variant_size_v<Change>);
+    const Entry *entry = tree.entry(entryOf(change));
+    return entry ? stepName(names[change.index()], *entry) : names[change.index()].toString();
+}
+
+} // namespace
+
+// Tells of a change before it is carried out, and once it is.
+class History::Announcement
+{
+public:
+    Announcement(History &history, const Change &change)
+        : m_history(history)
+        , m_kind(kindOf(change))
+        , m_entries(entriesOf(change))
+    {
+        Q_EMIT m_history.aboutToChange(m_kind);
+    }
+
+    void done() const { Q_EMIT m_history.changed(m_kind, m_entries); }
+
+private:
+    History &m_history;
+    ChangeKind m_kind;
+    std::vector<EntryId> m_entries;
+};
+
+// Goes back and forth in one reset where many changes are seen.
+class History::Moving
+{
+public:
+    Moving(History &history, const std::vector<Change> &changes)
+        : m_history(history)
+        , m_selected(history.selectedId())
+    {
+        m_history.m_moving = true;
+        if (static_cast<size_t>(std::ranges::count_if(changes, concernsView)) > mostAnnounced)
+            m_bulk.emplace(history);
+    }
+
+    ~Moving() { m_history.m_moving = false; }
+
+    Moving(const Moving &) = delete;
+    Moving &operator=(const Moving &) = delete;
+
+    EntryId selected() const { return m_selected; }
+
+private:
+    History &m_history;
+    EntryId m_selected;
+    std::optional<HistoryBulk> m_bulk;
+};
+
+QString stepName(QLatin1StringView what, const Entry &entry)
+{
+    return u"%1 \"%2\""_s.arg(what, briefLabel(entry.label()));
+}
+
+History::History(Outline &outline)
+    : m_outline(outline)
+{
+    m_outline.tree.setLabelWriter([this](Entry *entry, const QString &label) {
+        apply(change::Label{entry->id(), label});
+    });
+}
+
+History::~History()
+{
+    m_outline.tree.setLabelWriter({});
+}
+
+void History::setMaximumWeight(qsizetype weight)
+{
+    m_maximumWeight = weight;
+    if (dropBeyondWeight())
+        Q_EMIT stepsChanged();
+}
+
+Entry *History::apply(Change change)
+{
+    if (m_moving) {
+        // Whoever shows the outline may have to open something for that.
+        if (!isExpansion(change))
+            throw RunTimeError(ErrorNumber::InvalidCall, u"Nothing can be changed while something is undone"_s);
+        m_deferred.push_back(std::move(change));
+        return nullptr;
+    }
+    if (m_depth == 0 && isExpansion(change)) {
+        const EntryId id = entryOf(change);
+        appendToTail(std::move(change));
+        return m_outline.tree.entry(id);
+    }
+    const Step step(*this, m_depth == 0 ? nameOf(change, m_outline.tree) : QString());
+    const Announcement announcement(*this, change);
+    const EntryId id = entryOf(change);
+    std::vector<Change> &changes = m_open.changes;
+    makeRoomBehind(changes, 1);
+    if (carryOut(change, m_outline, m_liveTexts)) {
+        if (changes.size() > m_openHead && takesBack(change, changes.back()))
+            changes.pop_back();
+        else
+            changes.push_back(std::move(change));
+        announcement.done();
+    }
+    return m_outline.tree.entry(id);
+}
+
+void History::appendTextStep(EntryId entry)
+{
+    if (m_moving)
+        return;
+    Change change = change::TextStep{entry, false};
+    const Step step(*this, m_depth == 0 ? nameOf(change, m_outline.tree) : QString());
+    m_open.changes.push_back(std::move(change));
+    Q_EMIT changed(ChangeKind::Text, {entry});
+}
+
+void History::appendToTail(Change change)
+{
+    const Announcement announcement(*this, change);
+    std::vector<Change> &changes = tail();
+    makeRoomBehind(changes, 1);
+    if (!carryOut(change, m_outline, m_liveTexts))
+        return;
+    const qsizetype weight = weightOf(change);
+    changes.push_back(std::move(change));
+    if (m_position > 0) {
+        m_steps[static_cast<size_t>(m_position) - 1].weight += weight;
+        m_weight += weight;
+    }
+    announcement.done();
+}
+
+// What is done last: the changes of the last step done, or those before the first.
+std::vector<Change> &History::tail()
+{
+    return m_position > 0 ? m_steps[static_cast<size_t>(m_position) - 1].changes : m_head;
+}
+
+bool History::undo()
+{
+    if (m_depth > 0 || m_moving || !canUndo())
+        return false;
+    Recorded &step = m_steps[static_cast<size_t>(m_position) - 1];
+    goBack(step);
+    landOn(m_position - 1, step.selectedBefore);
+    return true;
+}
+
+bool History::redo()
+{
+    if (m_depth > 0 || m_moving || !canRedo())
+        return false;
+    Recorded &step = m_steps[static_cast<size_t>(m_position)];
+    goForth(step);
+    landOn(m_position + 1, step.selectedAfter);
+    return true;
+}
+
+// What was opened and closed before the first step becomes part of it again. There must be room for it.
+void History::joinHead(Recorded &step) noexcept
+{
+    if (m_position > 0)
+        return;
+    step.changes.insert(step.changes.begin(), std::make_move_iterator(m_head.begin()),
+                        std::make_move_iterator(m_head.end()));
+    m_head.clear();
+}
+
+void History::goBack(Recorded &step)
+{
+    std::vector<Change> &changes = step.changes;
+    const Moving moving(*this, changes);
+    size_t left = changes.size();
+    try {
+        while (left > 0) {
+            const Announcement announcement(*this, changes[left - 1]);
+            carryOut(changes[left - 1], m_outline, m_liveTexts);
+            --left;
+            announcement.done();
+        }
+    } catch (...) {
+        for (; left < changes.size(); ++left)
+            carryOut(changes[left], m_outline, m_liveTexts);
+        select(m_outline.tree.entry(moving.selected()));
+        throw;
+    }
+}
+
+void History::goForth(Recorded &step)
+{
+    std::vector<Change> &changes = step.changes;
+    makeRoomBehind(changes, m_head.size());
+    const Moving moving(*this, changes);
+    size_t done = 0;
+    try {
+        while (done < changes.size()) {
+            const Announcement announcement(*this, changes[done]);
+            carryOut(changes[done], m_outline, m_liveTexts);
+            ++done;
+            announcement.done();
+        }
+    } catch (...) {
+        while (done > 0)
+            carryOut(changes[--done], m_outline, m_liveTexts);
+        select(m_outline.tree.entry(moving.selected()));
+        throw;
+    }
+    joinHead(step);
+}
+
+void History::landOn(int position, EntryId selected)
+{
+    m_position = position;
+    select(m_outline.tree.entry(selected));
+    // The step that was undone or redone.
+    if (canRedo())
+        weigh(m_steps[static_cast<size_t>(position)]);
+    if (canUndo())
+        weigh(m_steps[static_cast<size_t>(position) - 1]);
+    if (m_saved == m_position)
+        m_touched = tail().size() != m_savedTail;
+    if (dropBeyondWeight())
+        Q_EMIT stepsChanged();
+    Q_EMIT positionChanged();
+    for (Change &expansion : std::exchange(m_deferred, {}))
+        appendToTail(std::move(expansion));
+}
+
+bool History::goTo(int position)
+{
+    // The oldest steps may go on the way, which moves the others down.
+    while (m_position != position && position >= 0 && position <= stepCount()) {
+        const int before = m_position;
+        const int count = stepCount();
+        if (!(m_position > position ? undo() : redo()))
+            return false;
+        const int gone = m_position > before ? 0 : std::max(0, count - stepCount());
+        position -= std::min(position, gone);
+    }
+    return m_position == position;
+}
+
+QString History::undoName() const
+{
+    return canUndo() ? m_steps[static_cast<size_t>(m_position) - 1].info.name : QString();
+}
+
+QString History::redoName() const
+{
+    return canRedo() ? m_steps[static_cast<size_t>(m_position)].info.name : QString();
+}
+
+std::vector<History::StepInfo> History::steps() const
+{
+    std::vector<StepInfo> infos;
+    infos.reserve(m_steps.size());
+    for (const Recorded &step : m_steps)
+        infos.push_back(step.info);
+    return infos;
+}
+
+bool History::isChanged() const
+{
+    return m_touched || m_saved != m_position;
+}
+
+void History::markSaved()
+{
+    m_saved = m_position;
+    // What was opened and closed before the first step is in the file now.
+    if (m_position == 0)
+        m_head.clear();
+    m_savedTail = tail().size();
+    m_touched = false;
+    if (m_liveTexts)
+        m_liveTexts->endMerging();
+    Q_EMIT positionChanged();
+}
+
+void History::touch()
+{
+    if (std::exchange(m_touched, true))
+        return;
+    Q_EMIT positionChanged();
+}
+
+void History::forgetSaved()
+{
+    m_saved.reset();
+    Q_EMIT positionChanged();
+}
+
+void History::select(Entry *entry)
+{
+    m_outline.tree.select(entry);
+}
+
+EntryId History::selectedId() const
+{
+    const Entry *selected = m_outline.tree.selected();
+    return selected ? selected->id() : EntryId::None;
+}

@@ -1,0 +1,213 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "model/Change.h"
+
+#include <QDateTime>
+#include <QObject>
+
+#include <functional>
+#include <optional>
+#include <vector>
+
+struct Outline;
+
+// What was done to one outline, and may be undone and redone: the one road on which an outline that belongs to a
+// document is changed. It announces each change before and after.
+//
+// Changes come in steps, which carry a name that reads behind "Undo " ("move of "Budget""). An expansion alone is no
+// step: it becomes part of the last step done, so that undoing everything also closes what was opened, and it lets
+// everything be redone that could be before.
+class History final : public QObject
+{
+    Q_OBJECT
+
+public:
+    // Steps weigh at most this many bytes together, of which nearly all are texts that were removed or replaced. Where
+    // they would weigh more, the oldest go; the last one done stays whatever it weighs.
+    static constexpr qsizetype maximumWeight = qsizetype(64) << 20;
+
+    struct StepInfo {
+        QString name;
+        QDateTime time;
+        // Where it acted; none when it acted on nothing in particular.
+        EntryId entry = EntryId::None;
+    };
+
+    // The outline must stay where it is for as long as the history lives.
+    explicit History(Outline &outline);
+    ~History() override;
+
+    // What the entries' texts are worked on with; null where nobody does. Must outlive the history.
+    void setLiveTexts(LiveTextPort *liveTexts) { m_liveTexts = liveTexts; }
+
+    // What tells the time of a step; without it steps have none.
+    void setClock(std::function<QDateTime()> clock) { m_clock = std::move(clock); }
+
+    void setMaximumWeight(qsizetype weight);
+
+    // Makes one step of all that is applied while it lives. One inside another joins that, but when it is left by an
+    // exception, what was done within it is undone at once and the outline is as it was when it began.
+    class Step
+    {
+    public:
+        Step(History &history, const QString &name);
+        ~Step();
+        Step(const Step &) = delete;
+        Step &operator=(const Step &) = delete;
+
+        // For a name that only the work tells. The outermost step's name counts.
+        void setName(const QString &name);
+        // What is done so far stays, even when an exception follows.
+        void keep();
+        // Undoes what was done within it.
+        void takeBack();
+
+    private:
+        History &m_history;
+        int m_exceptions;
+        size_t m_begin;
+        EntryId m_selected;
+    };
+
+    // Carries out a change, in the step that is open or in one of its own, and returns the entry that it is about (null
+    // when it is about none, or removed it). When it fails it throws and nothing has changed.
+    Entry *apply(Change change);
+    // The operations of an EntryTree as changes, with the same errors. Each makes a step of its own where none is open.
+    Entry *insert(Relationship relationship, Entry *relative);
+    Entry *insertCopy(const EntryTree &sourceTree, const Entry *source, Relationship relationship, Entry *relative);
+    void move(Entry *entry, Relationship relationship, Entry *relative);
+    void renewInsertion(Entry *entry);
+    void remove(Entry *entry);
+    void removeAll(const std::vector<Entry *> &entries);
+    void setLabel(Entry *entry, const QString &label);
+    void setTagged(Entry *entry, bool tagged);
+    void setExpanded(Entry *entry, bool expanded);
+    void setExpandedAll(Entry *entry, bool expanded);
+    void expandAncestors(Entry *entry);
+    void expandToLevel(Entry *entry, int level);
+    void setSorted(Entry *entry, bool sorted);
+    void setStoredText(Entry *entry, const QByteArray &storedText);
+    void setFonts(const clsFont &outlineFont, const clsFont &textFont);
+
+    // Takes note that the entry's live text has a new step of its own.
+    void appendTextStep(EntryId entry);
+
+    bool isStepOpen() const { return m_depth > 0; }
+
+    // Nothing is undone or redone while a step is open. False when there is nothing, or it was impossible; then nothing
+    // has changed. The entry that was selected before the step, or after it, is selected again.
+    bool undo();
+    bool redo();
+
+    bool canUndo() const { return m_position > 0; }
+
+    bool canRedo() const { return m_position < stepCount(); }
+
+    // The names of the steps that undo() and redo() would go back and forth; empty when there is none.
+    QString undoName() const;
+    QString redoName() const;
+
+    // From the oldest to the newest, those undone included.
+    std::vector<StepInfo> steps() const;
+
+    int stepCount() const { return static_cast<int>(m_steps.size()); }
+
+    // How many of the steps are done. It moves back when the oldest steps go.
+    int position() const { return m_position; }
+
+    // Undoes or redoes until that many steps are done. False when it did not get there.
+    bool goTo(int position);
+
+    qsizetype weight() const { return m_weight; }
+
+    // Whether the outline is another than the one that was saved last, or counts as another.
+    bool isChanged() const;
+    void markSaved();
+    // Counts as changed without a difference, until it is saved or a step leads to what was saved.
+    void touch();
+    // Counts as changed whatever is undone, as when the file is gone.
+    void forgetSaved();
+
+    // Selects an entry, which is no change but is remembered by the steps.
+    void select(Entry *entry);
+
+Q_SIGNALS:
+    void aboutToChange(ChangeKind kind);
+    // No entries: all may be concerned.
+    void changed(ChangeKind kind, const std::vector<EntryId> &entries);
+    // Another step is the last one done, or isChanged() may answer differently.
+    void positionChanged();
+    // There are other steps.
+    void stepsChanged();
+    // What was done in a step was taken back because it failed.
+    void rolledBack();
+
+private:
+    struct Recorded {
+        StepInfo info;
+        EntryId selectedBefore = EntryId::None;
+        EntryId selectedAfter = EntryId::None;
+        // How to undo it while it is done, and how to redo it while it is undone; in the order in which it was done.
+        std::vector<Change> changes;
+        qsizetype weight = 0;
+    };
+
+    friend class HistoryBulk;
+    class Announcement;
+    class Moving;
+
+    void begin(const QString &name);
+    void end() noexcept;
+    void rollBack(size_t begin, EntryId selected) noexcept;
+    void commit();
+    void appendToTail(Change change);
+    std::vector<Change> &tail();
+    void joinHead(Recorded &step) noexcept;
+    void goBack(Recorded &step);
+    void goForth(Recorded &step);
+    void landOn(int position, EntryId selected);
+    void weigh(Recorded &step);
+    void dropRedoable() noexcept;
+    bool dropBeyondWeight() noexcept;
+    EntryId selectedId() const;
+
+    Outline &m_outline;
+    LiveTextPort *m_liveTexts = nullptr;
+    std::function<QDateTime()> m_clock;
+    std::vector<Recorded> m_steps;
+    int m_position = 0;
+    // Expansions done before the first step, which become part of it.
+    std::vector<Change> m_head;
+    // Expansions that were asked for while something was undone.
+    std::vector<Change> m_deferred;
+    Recorded m_open;
+    // How many of the open step's changes are those from before it.
+    size_t m_openHead = 0;
+    int m_depth = 0;
+    bool m_moving = false;
+    qsizetype m_weight = 0;
+    qsizetype m_maximumWeight = maximumWeight;
+    // The position that was saved and how many changes its step had then; none when no step leads there any more.
+    std::optional<int> m_saved = 0;
+    size_t m_savedTail = 0;
+    bool m_touched = false;
+};
+
+// The usual name of a step: what is done, and the label of the entry to which it is done.
+QString stepName(QLatin1StringView what, const Entry &entry);
+
+// Announces what is applied to a document's tree while it lives as one reset, so that the pane is laid out once.
+class HistoryBulk
+{
+public:
+    explicit HistoryBulk(History &history);
+    ~HistoryBulk();
+    HistoryBulk(const HistoryBulk &) = delete;
+    HistoryBulk &operator=(const HistoryBulk &) = delete;
+
+private:
+    History &m_history;
+};
