@@ -63,6 +63,10 @@ void DocumentSink::endCell(int depth)
 {
     closeTables(std::size_t(depth));
     OpenTable &open = m_open.back();
+    // No field goes on behind a cell.
+    if (!open.cell.contents.empty()) {
+        open.cell.contents.back().paragraph.para[ParaNumber::Field] = 0;
+    }
     open.row.cells.push_back(std::exchange(open.cell, {}));
 }
 

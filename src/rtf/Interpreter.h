@@ -208,7 +208,8 @@ private:
     QHash<std::pair<int, QString>, int> m_fieldPlaces; // by the field around and the instruction
     QHash<QString, int> m_familyPlaces;                // of fonts, by their name
     qint64 m_shown = 0;                                // texts, pictures and paragraph ends so far
-    qint32 m_shownField = 0;                           // the field of what was shown last, outside tables
+    qint32 m_shownField = 0;                           // the field of what was shown last
+    int m_shownDepth = 0;                              // of the table with the paragraph before
 
     Picture m_picture;
     int m_nibble = -1;

@@ -41,8 +41,9 @@ void Interpreter::endParagraph(int depth)
     if (std::exchange(m_pageBreak, false) || isNewSection) {
         para.flags |= PageBreakBefore;
     }
-    // A field goes on behind the paragraph where it has shown something before; across cells none does.
-    m_shownField = depth > 0 ? 0 : commonField(m_shownField, m_state.chars[CharNumber::Link]);
+    // A field goes on behind the paragraph where it has shown something before, but not from cell to cell.
+    const bool isBehindOther = std::exchange(m_shownDepth, depth) == depth || m_hasContent;
+    m_shownField = isBehindOther ? commonField(m_shownField, m_state.chars[CharNumber::Link]) : 0;
     para[ParaNumber::Field] = m_shownField;
     m_sink.endParagraph(para, m_state.chars, depth);
     ++m_shown;
@@ -66,6 +67,7 @@ void Interpreter::endCell(int depth)
         return;
     }
     endParagraph(depth);
+    m_shownField = 0;
     OpenRow &row = m_openRows.back();
     if (row.cells + 1 < mostCells) {
         row.cellIsOpen = false;
@@ -80,6 +82,7 @@ void Interpreter::endRow(int depth, const RowState &row)
     flush();
     m_blanks.clear(); // between the last cell and the end of its row they are notation
     endContentParagraph();
+    m_shownField = 0;
     closeRowsBelow(depth);
     if (m_openRows.size() < std::size_t(depth)) {
         return;

@@ -121,7 +121,10 @@ void Writer::writeFrame(QTextFrame::iterator begin, QTextFrame::iterator end, Pa
         const bool isLead = block.length() == 1 && block.blockFormat().boolProperty(TableLeadProperty);
         place.isOpen = !isLead;
         if (!isLead) {
-            writeParagraph(block, place.depth, place.depth > 0 && it == begin);
+            QTextFrame::iterator next = it;
+            ++next;
+            writeParagraph(block, place.depth,
+                           place.depth > 0 ? CellPlace{it == begin, next == end} : CellPlace{false, false});
         }
     }
 }
@@ -145,19 +148,19 @@ void Writer::endWith(const char *word)
     m_body.raw("}");
 }
 
-void Writer::writeParagraph(const QTextBlock &block, int depth, bool isFirstOfCell)
+void Writer::writeParagraph(const QTextBlock &block, int depth, CellPlace place)
 {
     const int length = block.length() - 1;
     const int begin = m_isWhole ? 0 : std::max(0, m_from - block.position());
     const int end = m_isWhole ? length : std::min(length, m_to - block.position());
-    const QString behind = depth == 0 ? block.blockFormat().stringProperty(OpenFieldsProperty) : QString();
+    const QString behind = place.isLast ? QString() : block.blockFormat().stringProperty(OpenFieldsProperty);
     const QStringList fieldsBehind = behind.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
     const QTextBlock::iterator first = block.begin();
     closeFields(commonFields(first.atEnd() ? fieldsBehind : charWords(first.fragment().charFormatIndex()).fields));
     writeParagraphFormat(block, depth);
     const bool hasLabel = !m_listPlace.label.isEmpty() && begin == 0;
     if (length == 0) {
-        setChars(markWords(block, isFirstOfCell));
+        setChars(markWords(block, place.isFirst));
         if (hasLabel) {
             writeListLabel();
         }

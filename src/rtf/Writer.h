@@ -56,6 +56,12 @@ private:
         bool isOpen = false; // one is written but not ended
     };
 
+    // Where a paragraph stands in its cell, if it is in one.
+    struct CellPlace {
+        bool isFirst = false;
+        bool isLast = false;
+    };
+
     void writeFrame(QTextFrame::iterator begin, QTextFrame::iterator end, Paragraphs &place);
     void writeTable(const CellRange &cells, int depth);
     void writeRowHeight(const CellRange &cells, int row);
@@ -67,7 +73,7 @@ private:
     void writeBorder(Output &output, const BorderLook &border);
     void endParagraph();
     void endWith(const char *word);
-    void writeParagraph(const QTextBlock &block, int depth, bool isFirstOfCell);
+    void writeParagraph(const QTextBlock &block, int depth, CellPlace place);
     void writeParagraphFormat(const QTextBlock &block, int depth);
     void writeListLabel();
     void writeParaLook(Output &output, const ParaLook &look, bool isInList);

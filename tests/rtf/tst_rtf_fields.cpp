@@ -156,6 +156,20 @@ void TestRtfFields::aFieldOfSeveralParagraphsIsWrittenAsOne_data()
             "}{\\fldrslt B{\\field{\\*\\fldinst PAGE}{\\fldrslt C}}}}\\par D\\par\\par E}}\\par",
         4);
     row("a hyperlink over two paragraphs", "{\\field{\\*\\fldinst HYPERLINK \"x\"}{\\fldrslt A\\par B}}c", 1);
+    const QByteArray cells("\\trowd\\cellx900\\cellx1800\\pard\\intbl ");
+    const QByteArray field("{\\field{\\*\\fldinst TOC}{\\fldrslt ");
+    row("inside a cell", cells + "x " + field + "A\\par B\\par\\par C}} y\\cell D\\cell\\row\\pard z", 1);
+    row("up to a cell's end", cells + field + "A\\par B\\par}}\\cell D\\cell\\row\\pard z", 1);
+    row("a cell's whole text", cells + field + "A\\par B}}\\cell " + field + "C\\par D}}\\cell\\row\\pard z", 2);
+    row("a last cell without an end", cells + "D\\cell " + field + "A\\par B\\par}}\\row\\pard z", 1);
+    row("over two cells", cells + field + "A\\par B\\cell\\par D}}\\cell\\row\\pard z", 2);
+    row("over a cell and what is behind the table",
+        cells + field + "A\\par B\\cell D\\cell\\row\\pard\\par E\\par F}}\\pard\\par z", 3);
+    row("a table in a cell",
+        cells + field +
+            "A\\par B\\par\\itap2 C\\par D\\nestcell{\\*\\nesttableprops\\trowd\\cellx400\\nestrow}"
+            "\\pard\\intbl E\\par F}}\\cell G\\cell\\row\\pard z",
+        3);
     // A text document's tables stand between paragraphs; a field cannot reach over them.
     row("a table inside",
         "{\\field{\\*\\fldinst TOC}{\\fldrslt A\\par\\trowd\\cellx900\\intbl B\\cell\\row\\pard\\par C}}d", 3);
