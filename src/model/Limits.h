@@ -65,4 +65,7 @@ constexpr int longestHtmlList = 1000;
 constexpr qint64 largestPicture = 32'000'000;
 constexpr std::size_t mostPastedPictures = 500;
 
+// Bytes of all pictures that a copied text takes along as a web page.
+constexpr qsizetype mostCopiedPictures = 8'000'000;
+
 } // namespace limits

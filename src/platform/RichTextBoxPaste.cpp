@@ -11,6 +11,7 @@
 #include "model/HtmlTokens.h"
 #include "model/Limits.h"
 #include "model/TextBounds.h"
+#include "platform/HtmlPictures.h"
 #include "platform/PastedPicture.h"
 #include "platform/RichTextMime.h"
 #include "platform/TextHeight.h"
@@ -92,7 +93,7 @@ QMimeData *RichTextBox::createMimeDataFromSelection() const
     const QTextCursor cursor = textCursor();
     auto *mimeData = new QMimeData;
     mimeData->setData(RichTextMime::written, rtf::write(cursor));
-    mimeData->setHtml(cursor.selection().toHtml());
+    mimeData->setHtml(htmlWithPictures(cursor.selection().toHtml(), *document()));
     mimeData->setText(rtf::plainText(cursor).replace("\r\n"_L1, "\n"_L1));
     return mimeData;
 }

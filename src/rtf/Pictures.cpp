@@ -23,9 +23,6 @@ namespace rtf
 namespace
 {
 
-// Names of pictures in a document's resources. They name no file, and every one has its resource, so that nothing looks
-// for one.
-constexpr QLatin1StringView namePrefix("quillery:picture/");
 constexpr int originalBytes = QTextDocument::UserResource + 1;
 
 // Where the bytes are kept as they came: a document keeps one resource under each name, whatever its type.
@@ -139,7 +136,7 @@ QTextImageFormat addPicture(QTextDocument &document, const Picture &picture, con
     hash.addData(picture.data);
     const char kind = static_cast<char>(picture.kind);
     hash.addData(QByteArrayView(&kind, 1));
-    const QString name = namePrefix + QString::fromLatin1(hash.result().toHex());
+    const QString name = pictureNames + QString::fromLatin1(hash.result().toHex());
 
     QByteArray bytes = shownBytes(picture);
     QBuffer buffer(&bytes);
@@ -170,7 +167,7 @@ QTextImageFormat addPicture(QTextDocument &document, const Picture &picture, con
 
 std::optional<Picture> pictureOf(const QTextDocument &document, const QTextImageFormat &format)
 {
-    if (!format.name().startsWith(namePrefix)) {
+    if (!format.name().startsWith(pictureNames)) {
         return {};
     }
     Picture picture;

@@ -6,6 +6,7 @@
 #include "rtf/Limits.h"
 #include "rtf/Tables.h"
 
+#include <QLatin1StringView>
 #include <QTextImageFormat>
 
 #include <optional>
@@ -14,6 +15,10 @@ class QTextDocument;
 
 namespace rtf
 {
+
+// How the names of pictures in a document's resources begin. They name no file, and every one has its resource, so that
+// nothing looks for one.
+inline constexpr QLatin1StringView pictureNames("quillery:picture/");
 
 // Puts a picture into the document's resources and gives the format that shows it. PNG, JPEG, BMP and DIB are shown; of
 // other kinds, damaged ones and too large ones, the place is. The bytes stay as they came. No file is ever looked for.

@@ -15,6 +15,7 @@
 #include <QDropEvent>
 #include <QImage>
 #include <QMimeData>
+#include <QRegularExpression>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextTable>
@@ -69,6 +70,10 @@ private Q_SLOTS:
     void aPictureCopiedFromAPageIsThePicture();
     void aPictureOfAPageThatHoldsItIsKept();
     void aPictureThatIsElsewhereLeavesItsWords();
+    void aCopiedPageHoldsItsPictures_data();
+    void aCopiedPageHoldsItsPictures();
+    void picturesThatNoPageShowsLeaveTheirPlace();
+    void copiedPicturesUpToTheLimit();
     void damagedAndHugePicturesAreRefusedWithANotice();
     void aLockedTextTakesNoPicture();
     void aPastedPictureIsOneStepToUndo();
@@ -425,6 +430,68 @@ void tst_Pasting::aPictureThatIsElsewhereLeavesItsWords()
 {
     paste(pageData(u"<p>a <img src=\"https://example.org/a.png\" alt=\"Our logo\"> b</p>"_s));
     QCOMPARE(m_box->Text(), u"a Our logo b"_s);
+}
+
+void tst_Pasting::aCopiedPageHoldsItsPictures_data()
+{
+    QTest::addColumn<QByteArray>("file");
+    QTest::addColumn<bool>("comesAsItIs");
+    QTest::newRow("PNG") << fileOf({40, 20}, "PNG") << true;
+    QTest::newRow("JPEG") << fileOf({40, 20}, "JPG") << true;
+    QTest::newRow("BMP") << fileOf({40, 20}, "BMP") << false;
+}
+
+void tst_Pasting::aCopiedPageHoldsItsPictures()
+{
+    QFETCH(const QByteArray, file);
+    QFETCH(const bool, comesAsItIs);
+    m_box->setTextRTF("{\\rtf1 before}");
+    m_box->moveCursor(QTextCursor::End);
+    paste(pictureData(file));
+    QTest::keyClicks(m_box.get(), u"src=\"quillery:picture/0\" after"_s);
+    QTest::keyClick(m_box.get(), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClick(m_box.get(), Qt::Key_C, Qt::ControlModifier);
+    const QString html = QApplication::clipboard()->mimeData()->html();
+    const QRegularExpressionMatch found =
+        QRegularExpression(u"<img src=\"data:image/(\\w+);base64,([^\"]*)\" width=\"40\" height=\"20\""_s).match(html);
+    QVERIFY2(found.hasMatch(), qPrintable(html));
+    const QByteArray held = QByteArray::fromBase64(found.captured(2).toLatin1());
+    QCOMPARE(held == file, comesAsItIs && m_box->TextRTF().contains("blip"));
+    const QImage image = QImage::fromData(held, found.captured(1).toLatin1().constData());
+    QCOMPARE(image.size(), QSize(40, 20));
+    QVERIFY(html.contains(u"before"_s));
+    QVERIFY(html.contains(u"src=&quot;quillery:picture/0&quot; after"_s));
+    // And another text takes it from there.
+    auto *page = pageData(html);
+    m_box->setTextRTF({});
+    paste(page);
+    QCOMPARE(firstPicture().width(), 40.0);
+}
+
+void tst_Pasting::picturesThatNoPageShowsLeaveTheirPlace()
+{
+    m_box->setTextRTF("{\\rtf1 a{\\pict\\wmetafile8\\picwgoal600\\pichgoal300 0102}b}");
+    m_box->selectAll();
+    m_box->copy();
+    const QString html = QApplication::clipboard()->mimeData()->html();
+    QVERIFY(html.contains(u"<img alt=\"\" width=\"40\" height=\"20\""_s));
+    QVERIFY(!html.contains(u"quillery:"_s));
+}
+
+void tst_Pasting::copiedPicturesUpToTheLimit()
+{
+    const auto copied = [&](qsizetype padding) {
+        m_box->setTextRTF({});
+        for (const QSize size : {QSize(40, 20), QSize(41, 20), QSize(41, 20)})
+            paste(pictureData(fileOf(size, "PNG") + QByteArray(padding, ' ')));
+        m_box->selectAll();
+        m_box->copy();
+        return QApplication::clipboard()->mimeData()->html().count(u"data:image/png"_s);
+    };
+    // As text, three bytes take four.
+    QCOMPARE(copied(limits::mostCopiedPictures / 4 - 1000), 3);
+    QCOMPARE(copied(limits::mostCopiedPictures / 4 + 1000), 2);
+    QCOMPARE(copied(limits::mostCopiedPictures), 0);
 }
 
 void tst_Pasting::damagedAndHugePicturesAreRefusedWithANotice()
