@@ -92,12 +92,11 @@ void SessionEnd::commitData(LogOut &logOut)
             document->trvOutline.EndLabelEdit();
         if (std::any_of(documents.begin(), documents.end(), wouldLoseChanges)) {
             // In the middle of a load or a save there is no document to ask about.
-            const bool ended = !bBusy && logOut.maySpeak() && m_mainWindow.mayGiveUpDocuments();
-            logOut.hasSpoken();
-            if (!ended) {
+            if (bBusy || !logOut.maySpeak() || !m_mainWindow.mayGiveUpDocuments()) {
                 logOut.refuse();
                 return;
             }
+            logOut.hasSpoken();
         }
         modMain::StoreState();
     });

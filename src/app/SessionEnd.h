@@ -19,9 +19,10 @@ public:
     virtual ~LogOut() = default;
     // Whether the user may be asked; may wait until it is this program's turn.
     virtual bool maySpeak() = 0;
-    // The user has answered; it is another program's turn.
+    // The user has agreed; it is another program's turn.
     virtual void hasSpoken() = 0;
-    // The session is to go on.
+    // The session is to go on. Instead of hasSpoken(): with that the turn has passed, and a manager takes what comes
+    // afterwards for a failure to save at best.
     virtual void refuse() = 0;
 };
 
