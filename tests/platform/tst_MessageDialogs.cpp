@@ -4,6 +4,7 @@
 #include "platform/DesktopClipboard.h"
 #include "platform/MessageDialogs.h"
 #include "platform/ScreenPointer.h"
+#include "support/ModalSteps.h"
 
 #include <QAbstractButton>
 #include <QApplication>
@@ -15,9 +16,6 @@
 #include <QMessageBox>
 #include <QTemporaryDir>
 #include <QTest>
-
-#include <deque>
-#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -43,7 +41,7 @@ private Q_SLOTS:
         m_steps.clear();
     }
 
-    void cleanup() { QVERIFY(m_steps.empty()); }
+    void cleanup() { QVERIFY(m_steps.isDone()); }
 
     void aQuestionOffersYesNoAndCancel()
     {
@@ -268,7 +266,7 @@ private Q_SLOTS:
         MessageDialogs dialogs;
         next([this, typed](QWidget *dialog) { accept(dialog, path(typed)); });
         // Where nothing of the name is found, there is a message to answer.
-        QMetaObject::invokeMethod(this, &tst_MessageDialogs::closeWhatIsLeft, Qt::QueuedConnection);
+        m_steps.closeWhatIsLeft();
         QCOMPARE(dialogs.askOpenName({{outlines, everything}, u"qly"_s, QString()}).value_or(QString()), path(opened));
     }
 
@@ -349,44 +347,7 @@ private Q_SLOTS:
     }
 
 private:
-    // Ends a dialog that did not end by its step.
-    void closeWhatIsLeft()
-    {
-        if (!m_steps.empty()) {
-            QMetaObject::invokeMethod(this, &tst_MessageDialogs::closeWhatIsLeft, Qt::QueuedConnection);
-            return;
-        }
-        while (QWidget *dialog = QApplication::activeModalWidget())
-            dialog->close();
-    }
-
-    using Step = std::function<void(QWidget *)>;
-
-    // What to do with the next dialog that opens, once it is shown.
-    void next(const Step &step)
-    {
-        m_steps.push_back(step);
-        if (m_steps.size() == 1)
-            QMetaObject::invokeMethod(this, &tst_MessageDialogs::work, Qt::QueuedConnection);
-    }
-
-    void work()
-    {
-        QWidget *dialog = QApplication::activeModalWidget();
-        if (!dialog) {
-            // The next dialog is not up yet.
-            QMetaObject::invokeMethod(this, &tst_MessageDialogs::work, Qt::QueuedConnection);
-            return;
-        }
-        const Step step = m_steps.front();
-        m_steps.pop_front();
-        if (!m_steps.empty())
-            QMetaObject::invokeMethod(this, &tst_MessageDialogs::work, Qt::QueuedConnection);
-        step(dialog);
-        // A step that failed must not leave the test waiting for an answer.
-        if (QTest::currentTestFailed())
-            dialog->close();
-    }
+    void next(const ModalSteps::Step &step) { m_steps.next(step); }
 
     static QLineEdit *nameField(QWidget *dialog) { return dialog->findChild<QLineEdit *>(u"fileNameEdit"_s); }
 
@@ -424,7 +385,7 @@ private:
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
-    std::deque<Step> m_steps;
+    ModalSteps m_steps;
 };
 
 QTEST_MAIN(tst_MessageDialogs)

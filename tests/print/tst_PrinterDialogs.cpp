@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "print/PrinterDialogs.h"
+#include "support/ModalSteps.h"
 
 #include <QApplication>
 #include <QComboBox>
@@ -15,7 +16,6 @@
 #include <QRadioButton>
 #include <QTemporaryDir>
 #include <QTest>
-#include <QTimer>
 
 using namespace Qt::StringLiterals;
 
@@ -146,21 +146,16 @@ private Q_SLOTS:
 
 private:
     // Runs the step on the dialog that is shown next.
-    static void next(const std::function<void(QDialog &)> &step)
+    void next(const std::function<void(QDialog &)> &step)
     {
-        auto *timer = new QTimer(qApp);
-        QObject::connect(timer, &QTimer::timeout, timer, [=] {
-            auto *dialog = qobject_cast<QDialog *>(QApplication::activeModalWidget());
-            if (!dialog)
-                return;
-            timer->stop();
-            timer->deleteLater();
+        m_steps.next([step](QWidget *window) {
+            auto *dialog = qobject_cast<QDialog *>(window);
+            QVERIFY(dialog);
             step(*dialog);
             // A step that failed must not leave the dialog open.
             if (dialog->isVisible())
                 dialog->reject();
         });
-        timer->start(0);
     }
 
     static QComboBox *box(const QDialog &dialog, const QString &name) { return dialog.findChild<QComboBox *>(name); }
@@ -184,6 +179,7 @@ private:
         return texts;
     }
 
+    ModalSteps m_steps;
     std::unique_ptr<QTemporaryDir> m_folder;
     std::unique_ptr<QPrinter> m_printer;
     DesktopPrinterDialogs m_dialogs;

@@ -7,6 +7,8 @@
 #include "rtf/PlainText.h"
 #include "rtf/Rtf.h"
 
+#include <QDir>
+#include <QFile>
 #include <QTest>
 #include <QTextBlock>
 #include <QTextDocument>
@@ -24,6 +26,20 @@ inline std::unique_ptr<QTextDocument> documentOf(const QByteArray &rtf)
     auto document = std::make_unique<QTextDocument>();
     rtf::read(rtf, *document);
     return document;
+}
+
+// A row for each sample of another program's, with its bytes as "whole".
+inline void sampleRows()
+{
+    QTest::addColumn<QByteArray>("whole");
+    const QDir folder(QStringLiteral(QUILLERY_TEST_DATA "/rtf"));
+    const QStringList names = folder.entryList({QStringLiteral("*.rtf")}, QDir::Files, QDir::Name);
+    QVERIFY(!names.isEmpty());
+    for (const QString &name : names) {
+        QFile file(folder.filePath(name));
+        QVERIFY(file.open(QIODevice::ReadOnly));
+        QTest::newRow(qPrintable(name)) << file.readAll();
+    }
 }
 
 // The character format at the first character of some text.

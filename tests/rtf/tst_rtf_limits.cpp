@@ -6,7 +6,6 @@
 #include "rtf/RoundTrip.h"
 #include "rtf/RtfSupport.h"
 
-#include <QDir>
 #include <QFile>
 #include <QImage>
 #include <QSet>
@@ -56,7 +55,9 @@ private Q_SLOTS:
     void hugeNumbers();
     void picturesOfManyPixelsAreKept();
     void cutAnywhere();
-    void samplesCutAnywhere_data();
+
+    void samplesCutAnywhere_data() { rtftest::sampleRows(); }
+
     void samplesCutAnywhere();
     void manyFonts();
     void manyColours();
@@ -205,17 +206,6 @@ void TestRtfLimits::cutAnywhere()
 }
 
 // The samples of other programs, cut at many places: every byte of the short ones.
-void TestRtfLimits::samplesCutAnywhere_data()
-{
-    QTest::addColumn<QByteArray>("whole");
-    const QDir folder(QStringLiteral(QUILLERY_TEST_DATA "/rtf"));
-    for (const QString &name : folder.entryList({QStringLiteral("*.rtf")}, QDir::Files, QDir::Name)) {
-        QFile file(folder.filePath(name));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QTest::newRow(qPrintable(name)) << file.readAll();
-    }
-}
-
 void TestRtfLimits::samplesCutAnywhere()
 {
     QFETCH(const QByteArray, whole);

@@ -4,8 +4,6 @@
 #include "rtf/RoundTrip.h"
 #include "rtf/RtfSupport.h"
 
-#include <QDir>
-#include <QFile>
 #include <QRegularExpression>
 
 // Numbers that nobody writes: each one of the samples' control words takes values at the ends of every range. The text
@@ -17,7 +15,9 @@ class TestRtfNumbers : public QObject
 private Q_SLOTS:
     void codePagesThatAreNone_data();
     void codePagesThatAreNone();
-    void everyNumberOfTheSamples_data();
+
+    void everyNumberOfTheSamples_data() { rtftest::sampleRows(); }
+
     void everyNumberOfTheSamples();
 };
 
@@ -56,17 +56,6 @@ void TestRtfNumbers::codePagesThatAreNone()
     QFETCH(const QByteArray, rtf);
     QCOMPARE(rtf::toPlainText(rtf), QStringLiteral("caf\u00e9 abc"));
     QCOMPARE(rtftest::roundTripFault(rtf), QString());
-}
-
-void TestRtfNumbers::everyNumberOfTheSamples_data()
-{
-    QTest::addColumn<QByteArray>("whole");
-    const QDir folder(QStringLiteral(QUILLERY_TEST_DATA "/rtf"));
-    for (const QString &name : folder.entryList({QStringLiteral("*.rtf")}, QDir::Files, QDir::Name)) {
-        QFile file(folder.filePath(name));
-        QVERIFY(file.open(QIODevice::ReadOnly));
-        QTest::newRow(qPrintable(name)) << file.readAll();
-    }
 }
 
 void TestRtfNumbers::everyNumberOfTheSamples()

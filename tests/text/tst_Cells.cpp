@@ -1,10 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "platform/DesktopClipboard.h"
-#include "platform/RichTextBox.h"
-#include "support/FakeDocument.h"
-#include "support/FakePorts.h"
+#include "text/PaneFixture.h"
 #include "text/modEdit.h"
 #include "text/modFont.h"
 
@@ -20,21 +17,6 @@
 
 using namespace Qt::StringLiterals;
 
-// The one document that is active.
-class ActiveDocument final : public DocumentWindows
-{
-public:
-    Document &createDocument() override { qFatal("no document is made here"); }
-
-    Document *activeDocument() const override { return document; }
-
-    std::vector<Document *> documents() const override { return {}; }
-
-    void closeMainWindow() override {}
-
-    Document *document = nullptr;
-};
-
 // Commands on cells of a table, which the mouse has selected.
 class tst_Cells : public QObject
 {
@@ -44,27 +26,14 @@ private Q_SLOTS:
 
     void init()
     {
-        m_fake = std::make_unique<FakePorts>();
-        m_box = std::make_unique<RichTextBox>();
-        m_pane = std::make_unique<FakeOutlinePane>();
-        m_window = std::make_unique<FakeDocumentWindow>();
-        m_document = std::make_unique<Document>(*m_pane, *m_box, *m_window);
-        m_windows.document = m_document.get();
-        ports().clipboard = &m_clipboard;
-        ports().windows = &m_windows;
+        m_pane = std::make_unique<PaneFixture>();
+        m_box = &m_pane->box;
         m_box->resize(600, 400);
         m_box->show();
-        QVERIFY(QTest::qWaitForWindowActive(m_box.get()));
+        QVERIFY(QTest::qWaitForWindowActive(m_box));
     }
 
-    void cleanup()
-    {
-        m_document.reset();
-        m_window.reset();
-        m_pane.reset();
-        m_box.reset();
-        m_fake.reset();
-    }
+    void cleanup() { m_pane.reset(); }
 
     void caseChangesThoseCellsAlone_data() { drags(); }
 
@@ -194,13 +163,9 @@ private:
         return words;
     }
 
-    std::unique_ptr<FakePorts> m_fake;
-    std::unique_ptr<RichTextBox> m_box;
-    std::unique_ptr<FakeOutlinePane> m_pane;
-    std::unique_ptr<FakeDocumentWindow> m_window;
-    std::unique_ptr<Document> m_document;
-    ActiveDocument m_windows;
-    DesktopClipboard m_clipboard;
+    std::unique_ptr<PaneFixture> m_pane;
+    // Its own.
+    RichTextBox *m_box = nullptr;
 };
 
 namespace
@@ -234,7 +199,7 @@ void tst_Cells::deletingEmptiesThoseCellsAlone()
     QFETCH(const QStringList, cells);
     showFourCells();
     dragOverRow();
-    QTest::keyClick(m_box.get(), Qt::Key_Delete);
+    QTest::keyClick(m_box, Qt::Key_Delete);
     QCOMPARE(shownText(), textWith(cells, gone));
     m_box->undo();
     dragOverRow();
@@ -313,12 +278,12 @@ void tst_Cells::cuttingPutsThoseCellsOnTheClipboard()
     QCOMPARE(shownText(), textWith(cells, gone));
     m_box->undo();
     dragOverRow();
-    QTest::keyClick(m_box.get(), Qt::Key_X, Qt::ControlModifier);
+    QTest::keyClick(m_box, Qt::Key_X, Qt::ControlModifier);
     QCOMPARE(QApplication::clipboard()->text(), text(u"\n"_s));
     QCOMPARE(shownText(), textWith(cells, gone));
     // And back comes what was taken away, formatting and all.
     m_box->setTextRTF({});
-    QTest::keyClick(m_box.get(), Qt::Key_V, Qt::ControlModifier);
+    QTest::keyClick(m_box, Qt::Key_V, Qt::ControlModifier);
     for (const QString &word : {u"ka"_s, u"kb"_s, u"kc"_s, u"kd"_s})
         QCOMPARE(m_box->Text().contains(word), cells.contains(word));
     QCOMPARE(m_box->document()->rootFrame()->childFrames().size(), 1);
@@ -332,9 +297,9 @@ void tst_Cells::whatIsTypedTakesThePlaceOfThoseCells()
     };
     showFourCells();
     dragOverRow();
-    QTest::keyClick(m_box.get(), 'x');
+    QTest::keyClick(m_box, 'x');
     QCOMPARE(shownText(), withFirst(u"x"_s));
-    QTest::keyClick(m_box.get(), 'y');
+    QTest::keyClick(m_box, 'y');
     QCOMPARE(shownText(), withFirst(u"xy"_s));
     m_box->undo();
     if (shownText() != textWith({}, gone))
@@ -342,27 +307,27 @@ void tst_Cells::whatIsTypedTakesThePlaceOfThoseCells()
     QCOMPARE(shownText(), textWith({}, gone));
 
     dragOverRow();
-    QTest::keyClick(m_box.get(), 'x', Qt::ShiftModifier);
+    QTest::keyClick(m_box, 'x', Qt::ShiftModifier);
     m_box->undo();
     QCOMPARE(shownText(), textWith({}, gone));
 
     dragOverRow();
-    QTest::keyClick(m_box.get(), Qt::Key_Return);
-    QTest::keyClick(m_box.get(), 'z');
+    QTest::keyClick(m_box, Qt::Key_Return);
+    QTest::keyClick(m_box, 'z');
     QCOMPARE(shownText(), withFirst(u"|z"_s));
     m_box->setTextRTF({});
     showFourCells();
     dragOverRow();
-    QTest::keyClick(m_box.get(), Qt::Key_Return, Qt::ShiftModifier);
-    QTest::keyClick(m_box.get(), 'z');
+    QTest::keyClick(m_box, Qt::Key_Return, Qt::ShiftModifier);
+    QTest::keyClick(m_box, 'z');
     QCOMPARE(shownText(), withFirst(u"\nz"_s));
 
     // Keys that type nothing leave the cells alone.
     showFourCells();
     dragOverRow();
-    QTest::keyClick(m_box.get(), Qt::Key_Shift);
-    QTest::keyClick(m_box.get(), Qt::Key_F, Qt::ControlModifier);
-    QTest::keyClick(m_box.get(), Qt::Key_Escape);
+    QTest::keyClick(m_box, Qt::Key_Shift);
+    QTest::keyClick(m_box, Qt::Key_F, Qt::ControlModifier);
+    QTest::keyClick(m_box, Qt::Key_Escape);
     QCOMPARE(shownText(), textWith({}, gone));
 }
 
@@ -377,17 +342,17 @@ void tst_Cells::whatIsComposedTakesThePlaceOfThoseCells()
     dragOverRow();
     QInputMethodEvent whole;
     whole.setCommitString(u"é"_s);
-    QApplication::sendEvent(m_box.get(), &whole);
+    QApplication::sendEvent(m_box, &whole);
     QCOMPARE(shownText(), withFirst(u"é"_s));
     m_box->undo();
     QCOMPARE(shownText(), textWith({}, gone));
 
     dragOverRow();
     QInputMethodEvent composing(u"ni"_s, {});
-    QApplication::sendEvent(m_box.get(), &composing);
+    QApplication::sendEvent(m_box, &composing);
     QInputMethodEvent chosen;
     chosen.setCommitString(u"你"_s);
-    QApplication::sendEvent(m_box.get(), &chosen);
+    QApplication::sendEvent(m_box, &chosen);
     QCOMPARE(shownText(), withFirst(u"你"_s));
 }
 
@@ -399,8 +364,8 @@ void tst_Cells::whatIsTypedLooksLikeTheFirstCell()
     m_box->setSelBold(true);
     dragOverWords(u"kd"_s, u"ka"_s);
     QVERIFY(m_box->SelHoldsCells());
-    QTest::keyClick(m_box.get(), 'x');
-    QTest::keyClick(m_box.get(), 'y');
+    QTest::keyClick(m_box, 'x');
+    QTest::keyClick(m_box, 'y');
     QCOMPARE(wordsWhere([](const QTextCursor &word) { return word.charFormat().fontWeight() == QFont::Bold; }),
              QStringList());
     const QTextCursor typed = m_box->document()->find(u"xy"_s);
@@ -412,10 +377,10 @@ void tst_Cells::aLockedTextKeepsItsCells()
     showFourCells();
     m_box->setLocked(true);
     dragOverWords(u"ka"_s, u"kd"_s);
-    QTest::keyClick(m_box.get(), 'x');
+    QTest::keyClick(m_box, 'x');
     QInputMethodEvent whole;
     whole.setCommitString(u"é"_s);
-    QApplication::sendEvent(m_box.get(), &whole);
+    QApplication::sendEvent(m_box, &whole);
     QCOMPARE(shownText(), textWith({}, gone));
 }
 
@@ -459,11 +424,11 @@ void tst_Cells::whatIsTypedIntoAnEmptyCellHasTheLookThatTheCellsGot()
     QTextCursor cursor = m_box->textCursor();
     cursor.setPosition(table->cellAt(1, 0).firstPosition());
     m_box->setTextCursor(cursor);
-    QTest::keyClicks(m_box.get(), u"bold"_s);
+    QTest::keyClicks(m_box, u"bold"_s);
     QCOMPARE(m_box->document()->find(u"bold"_s).charFormat().fontWeight(), int(QFont::Bold));
     cursor.setPosition(table->cellAt(0, 1).firstPosition());
     m_box->setTextCursor(cursor);
-    QTest::keyClicks(m_box.get(), u"thin"_s);
+    QTest::keyClicks(m_box, u"thin"_s);
     QCOMPARE(m_box->document()->find(u"thin"_s).charFormat().fontWeight(), int(QFont::Normal));
 }
 

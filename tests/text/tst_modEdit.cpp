@@ -1,11 +1,8 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "platform/DesktopClipboard.h"
-#include "platform/RichTextBox.h"
 #include "rtf/Rtf.h"
-#include "support/FakeDocument.h"
-#include "support/FakePorts.h"
+#include "text/PaneFixture.h"
 #include "text/modEdit.h"
 
 #include <QClipboard>
@@ -20,21 +17,6 @@
 
 using namespace Qt::StringLiterals;
 
-// One document, or none.
-class OneDocument final : public DocumentWindows
-{
-public:
-    Document &createDocument() override { qFatal("no document is made here"); }
-
-    Document *activeDocument() const override { return document; }
-
-    std::vector<Document *> documents() const override { return {}; }
-
-    void closeMainWindow() override {}
-
-    Document *document = nullptr;
-};
-
 // The Edit menu's commands on a real text pane in a document that is active.
 class tst_modEdit : public QObject
 {
@@ -44,24 +26,12 @@ private Q_SLOTS:
 
     void init()
     {
-        m_fake = std::make_unique<FakePorts>();
-        m_box = std::make_unique<RichTextBox>();
-        m_pane = std::make_unique<FakeOutlinePane>();
-        m_window = std::make_unique<FakeDocumentWindow>();
-        m_document = std::make_unique<Document>(*m_pane, *m_box, *m_window);
-        ports().clipboard = &m_clipboard;
-        ports().windows = &m_windows;
-        m_windows.document = m_document.get();
+        m_pane = std::make_unique<PaneFixture>();
+        m_fake = &m_pane->fake;
+        m_box = &m_pane->box;
     }
 
-    void cleanup()
-    {
-        m_document.reset();
-        m_window.reset();
-        m_pane.reset();
-        m_box.reset();
-        m_fake.reset();
-    }
+    void cleanup() { m_pane.reset(); }
 
     void aPartlyBoldSelectionIsClearedFirst();
     void everyFormatToggles_data();
@@ -122,13 +92,10 @@ private:
 
     void selectAll() { select(0, static_cast<int>(m_box->Text().size())); }
 
-    std::unique_ptr<FakePorts> m_fake;
-    std::unique_ptr<RichTextBox> m_box;
-    std::unique_ptr<FakeOutlinePane> m_pane;
-    std::unique_ptr<FakeDocumentWindow> m_window;
-    std::unique_ptr<Document> m_document;
-    OneDocument m_windows;
-    DesktopClipboard m_clipboard;
+    std::unique_ptr<PaneFixture> m_pane;
+    // Its own.
+    FakePorts *m_fake = nullptr;
+    RichTextBox *m_box = nullptr;
 };
 
 using Command = void (*)();
@@ -232,13 +199,13 @@ void tst_modEdit::formatsToggleInsideAWord()
     select(2, 0);
     const QByteArray before = m_box->TextRTF();
     command();
-    QTest::keyClicks(m_box.get(), u"x"_s);
+    QTest::keyClicks(m_box, u"x"_s);
     QVERIFY(m_box->TextRTF().contains(word));
     m_box->undo();
     select(2, 0);
     command();
     command();
-    QTest::keyClicks(m_box.get(), u"x"_s);
+    QTest::keyClicks(m_box, u"x"_s);
     QVERIFY(!m_box->TextRTF().contains(word));
     QCOMPARE(m_box->TextRTF(), QByteArray(before).replace("word", "woxrd"));
 }
@@ -323,7 +290,7 @@ void tst_modEdit::cutGivesOtherProgramsTheirLineBreaks()
     selectAll();
     modEdit::EditCut();
     QCOMPARE(QGuiApplication::clipboard()->text(), u"one\ntwo\nthree"_s);
-    QCOMPARE(m_clipboard.text(), u"one\r\ntwo\r\nthree"_s);
+    QCOMPARE(m_pane->clipboard.text(), u"one\r\ntwo\r\nthree"_s);
 }
 
 void tst_modEdit::pasteSpecialLosesItAlways()
@@ -337,7 +304,7 @@ void tst_modEdit::pasteSpecialLosesItAlways()
     select(6, 4);
     QCOMPARE(m_box->SelBold(), std::optional(false));
 
-    m_clipboard.setText(u"one\r\ntwo"_s);
+    m_pane->clipboard.setText(u"one\r\ntwo"_s);
     selectAll();
     modEdit::EditPasteSpecial();
     QCOMPARE(m_box->Text(), u"one\r\ntwo"_s);
@@ -361,7 +328,7 @@ void tst_modEdit::pasteTakesAPictureWhereThereIsNoText()
 
 void tst_modEdit::pasteOfNothingDoesNothing()
 {
-    m_clipboard.clear();
+    m_pane->clipboard.clear();
     show("text");
     selectAll();
     modEdit::EditPaste();
@@ -379,7 +346,7 @@ void tst_modEdit::copyPutsRichTextThereAlone()
     QVERIFY(!held->hasText());
     select(0, 0);
     modEdit::EditCopy();
-    QVERIFY(m_clipboard.richText().isEmpty() && m_clipboard.text().isEmpty());
+    QVERIFY(m_pane->clipboard.richText().isEmpty() && m_pane->clipboard.text().isEmpty());
 }
 
 void tst_modEdit::theCaseGoesRound()
@@ -506,7 +473,7 @@ void tst_modEdit::clearingIsDoneAfterYesAlone()
         QCOMPARE(m_box->Text(), u"text"_s);
     }
     m_fake->dialogs.answers.push_back(Answer::Yes);
-    const QSignalSpy changed(m_box.get(), &RichTextBox::changed);
+    const QSignalSpy changed(m_box, &RichTextBox::changed);
     modEdit::EditClearEntryText();
     QCOMPARE(m_box->Text(), QString());
     QVERIFY(!changed.isEmpty());
@@ -541,12 +508,12 @@ void tst_modEdit::nothingIsDeletedWithoutASelection()
 {
     show("text");
     select(2, 0);
-    const QSignalSpy changed(m_box.get(), &RichTextBox::changed);
-    m_clipboard.setText(u"held"_s);
+    const QSignalSpy changed(m_box, &RichTextBox::changed);
+    m_pane->clipboard.setText(u"held"_s);
     modEdit::EditDelete();
-    QCOMPARE(m_clipboard.text(), u"held"_s);
+    QCOMPARE(m_pane->clipboard.text(), u"held"_s);
     modEdit::EditCut();
-    QVERIFY(m_clipboard.text().isEmpty());
+    QVERIFY(m_pane->clipboard.text().isEmpty());
     QCOMPARE(changed.size(), 0);
     QVERIFY(!m_box->document()->isUndoAvailable());
 }
@@ -579,7 +546,7 @@ void tst_modEdit::everyCommandIsOneStepToUndo()
 {
     QFETCH(const Command, command);
     show("First {\\b line} of \\u223?\\par\\li600 second\\line{\\i line}\\par\\li600 third");
-    m_clipboard.setRichText("{\\rtf1 pasted\\par{\\b twice}}");
+    m_pane->clipboard.setRichText("{\\rtf1 pasted\\par{\\b twice}}");
     m_fake->dialogs.answers.push_back(Answer::Yes);
     const QByteArray before = m_box->TextRTF();
     selectAll();
@@ -642,11 +609,11 @@ void tst_modEdit::withoutADocumentNothingHappens()
     QFETCH(const Command, command);
     show("text");
     const QByteArray before = m_box->TextRTF();
-    m_windows.document = nullptr;
-    m_clipboard.setText(u"held"_s);
+    m_pane->active = nullptr;
+    m_pane->clipboard.setText(u"held"_s);
     command();
     QCOMPARE(m_box->TextRTF(), before);
-    QCOMPARE(m_clipboard.text(), u"held"_s);
+    QCOMPARE(m_pane->clipboard.text(), u"held"_s);
     QVERIFY(m_fake->dialogs.plainQuestions.isEmpty());
 }
 
