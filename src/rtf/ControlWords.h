@@ -18,29 +18,31 @@ namespace rtf
 
 // What a control word does with its number; the kind of argument stands behind each.
 enum class Action : quint8 {
-    Character,     // a UTF-16 unit
-    CharFlag,      // CharFlag, off with the number 0
-    CharNumber,    // CharNumber, set to the number or, without one, to the value
-    CharSet,       // CharNumber, set to the value; 0 with the number 0
-    Underline,     // UnderlineKind, none with the number 0
-    Alignment,     // ParaAlignment
-    ParaNumber,    // ParaNumber, set to the number or, without one, to the value
-    ParaFlag,      // ParaFlag, set when the value is not 0; off with the number 0
-    Destination,   // Destination
-    CodePage,      // Windows number of the document's code page
-    BorderKind,    // BorderStyle
-    CellBorder,    // Side
-    ParaBorder,    // Side
-    CellFlag,      // CellFlag
-    CellAlignment, // 0 top, 1 centre, 2 bottom
-    RowAlignment,  // ParaAlignment
-    TabKind,       // TabKind
-    TabLeader,     // TabLeader
-    ColorPart,     // 0 red, 1 green, 2 blue
-    LegacyKind,    // NumberKind
-    PictureKind,   // PictureKind
-    PictureNumber, // PictureNumber
-    Special,       // Special
+    Character,      // a UTF-16 unit
+    CharFlag,       // CharFlag, off with the number 0
+    CharNumber,     // CharNumber, set to the number or, without one, to the value
+    CharSet,        // CharNumber, set to the value; 0 with the number 0
+    Underline,      // UnderlineKind, none with the number 0
+    Alignment,      // ParaAlignment
+    ParaNumber,     // ParaNumber, set to the number or, without one, to the value
+    ParaFlag,       // ParaFlag, set when the value is not 0; off with the number 0
+    Destination,    // Destination
+    CodePage,       // Windows number of the document's code page
+    BorderKind,     // BorderStyle
+    CellBorder,     // Side
+    ParaBorder,     // Side
+    CellFlag,       // CellFlag
+    CellAlignment,  // 0 top, 1 centre, 2 bottom
+    RowAlignment,   // ParaAlignment
+    TabKind,        // TabKind
+    TabLeader,      // TabLeader
+    ColorPart,      // 0 red, 1 green, 2 blue
+    LegacyKind,     // NumberKind
+    PictureKind,    // PictureKind
+    PictureNumber,  // PictureNumber
+    RowWord,        // RowWord
+    DefinitionWord, // DefinitionWord
+    Special,        // Special
 };
 
 // What the text of a group is.
@@ -72,48 +74,16 @@ enum class Destination : quint8 {
     NestedRow,
 };
 
-// Words that are like no other.
-enum class Special : quint8 {
-    AnsiCodePage,
-    BarTab,
-    BasedOn,
+// Words of a row, of the cell that it describes next, and of borders.
+enum class RowWord : quint8 {
     BorderColor,
     BorderWidth,
-    Cell,
     CellEdge,
     CellShade,
     CellWidth,
     CellWidthKind,
-    CharDefaults,
-    CharStyle,
-    DefaultFont,
-    DefaultTab,
-    Expand,
-    FallbackLength,
-    FieldLock,
-    Font,
-    FontCharset,
-    FontCodePage,
-    FormResult,
-    FormStandard,
-    LegacyContinue,
-    LegacyFont,
-    LegacyIndent,
-    LegacyStart,
-    LevelKind,
-    LevelStart,
-    ListId,
-    Lower,
-    NestedCell,
-    NestedRow,
     OtherBorder,
-    OtherStyle,
-    OverrideStart,
-    Page,
-    Paragraph,
     ParagraphBox,
-    ParagraphDefaults,
-    Row,
     RowDefaults,
     RowGap,
     RowHeader,
@@ -122,6 +92,46 @@ enum class Special : quint8 {
     RowLeft,
     RowWidth,
     RowWidthKind,
+};
+
+// Words of what is defined before it is used: fonts, styles and lists.
+enum class DefinitionWord : quint8 {
+    BasedOn,
+    FontCharset,
+    FontCodePage,
+    LegacyContinue,
+    LegacyFont,
+    LegacyIndent,
+    LegacyStart,
+    LevelKind,
+    LevelStart,
+    ListId,
+    OverrideStart,
+};
+
+// Words that are like no other.
+enum class Special : quint8 {
+    AnsiCodePage,
+    BarTab,
+    Cell,
+    CharDefaults,
+    CharStyle,
+    DefaultFont,
+    DefaultTab,
+    Expand,
+    FallbackLength,
+    FieldLock,
+    Font,
+    FormResult,
+    FormStandard,
+    Lower,
+    NestedCell,
+    NestedRow,
+    OtherStyle,
+    Page,
+    Paragraph,
+    ParagraphDefaults,
+    Row,
     Section,
     SectionBreaks,
     SectionGoesOn,

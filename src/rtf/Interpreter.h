@@ -99,8 +99,8 @@ private:
 
     // Control words (InterpreterWords.cpp)
     void apply(const ControlWord &word, qint32 number, bool hasNumber);
-    void applySpecial(Special word, qint32 number, bool hasNumber);
-    void applyTableSpecial(Special word, qint32 number, bool hasNumber);
+    void applySpecial(Special word, qint32 number);
+    void applyRowWord(RowWord word, qint32 number);
     void applyStyleable(const ControlWord &word, qint32 number, bool isOn);
     void applyStyleNumber(Special kind, int number);
     void applyStyle(int key, bool isWhole);
@@ -116,8 +116,9 @@ private:
     // Destinations and what stands in the tables (InterpreterTables.cpp)
     void enter(Destination destination);
     void defineFont(int number);
-    void setFontPage(Special kind, int number);
-    void applyListSpecial(Special word, qint32 number);
+    void setFontPage(DefinitionWord kind, int number);
+    void applyDefinition(DefinitionWord word, qint32 number, bool hasNumber);
+    void applyListDefinition(DefinitionWord word, qint32 number);
     void addFontName(QStringView text);
     void finishFont();
     int fontPlace(int number);

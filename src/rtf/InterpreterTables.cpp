@@ -143,14 +143,14 @@ void Interpreter::defineFont(int number)
     m_lastFontNumber = -1;
 }
 
-void Interpreter::setFontPage(Special kind, int number)
+void Interpreter::setFontPage(DefinitionWord kind, int number)
 {
     if (m_openFont < 0 || m_state.destination != Destination::FontTable) {
         return;
     }
     Font &font = m_tables.fonts[std::size_t(m_openFont)];
-    font.codePage = kind == Special::FontCodePage ? number : codePageOfCharset(number);
-    font.symbol = font.symbol || (kind == Special::FontCharset && number == 2);
+    font.codePage = kind == DefinitionWord::FontCodePage ? number : codePageOfCharset(number);
+    font.symbol = font.symbol || (kind == DefinitionWord::FontCharset && number == 2);
 }
 
 // A name ends with a semicolon; what follows it belongs to no font.
@@ -207,18 +207,51 @@ void Interpreter::addColorText(QStringView text)
     }
 }
 
-void Interpreter::applyListSpecial(Special word, qint32 number)
+void Interpreter::applyDefinition(DefinitionWord word, qint32 number, bool hasNumber)
+{
+    switch (word) {
+    case DefinitionWord::FontCharset:
+    case DefinitionWord::FontCodePage:
+        setFontPage(word, number);
+        break;
+    case DefinitionWord::BasedOn:
+        m_style.basedOn = number;
+        break;
+    case DefinitionWord::LegacyContinue:
+        m_legacyIsContinued = true;
+        break;
+    case DefinitionWord::LegacyStart:
+        m_legacyList.start = std::clamp(number, 0, 32767);
+        break;
+    case DefinitionWord::LegacyIndent:
+        m_legacyList.indent = std::clamp(number, 0, longestLength);
+        break;
+    case DefinitionWord::LegacyFont:
+        m_legacyList.font = fontPlace(number);
+        break;
+    case DefinitionWord::LevelKind:
+    case DefinitionWord::LevelStart:
+    case DefinitionWord::ListId:
+    case DefinitionWord::OverrideStart:
+        if (hasNumber) {
+            applyListDefinition(word, number);
+        }
+        break;
+    }
+}
+
+void Interpreter::applyListDefinition(DefinitionWord word, qint32 number)
 {
     const Destination destination = m_state.destination;
-    if (word == Special::ListId && destination == Destination::List) {
+    if (word == DefinitionWord::ListId && destination == Destination::List) {
         m_tables.lists.back().id = number;
-    } else if (word == Special::ListId && destination == Destination::Override) {
+    } else if (word == DefinitionWord::ListId && destination == Destination::Override) {
         m_override.list = m_listPlaces.value(number, -1);
-    } else if (destination == Destination::OverrideLevel && word == Special::LevelStart) {
+    } else if (destination == Destination::OverrideLevel && word == DefinitionWord::LevelStart) {
         m_override.starts.insert(m_overrideLevel, std::clamp(number, 0, 32767));
-    } else if (destination == Destination::ListLevel && word == Special::LevelStart) {
+    } else if (destination == Destination::ListLevel && word == DefinitionWord::LevelStart) {
         m_tables.lists.back().levels.back().start = std::clamp(number, 0, 32767);
-    } else if (destination == Destination::ListLevel && word == Special::LevelKind) {
+    } else if (destination == Destination::ListLevel && word == DefinitionWord::LevelKind) {
         m_tables.lists.back().levels.back().kind = static_cast<NumberKind>(std::clamp(number, 0, 255));
     }
 }

@@ -149,8 +149,14 @@ void Interpreter::apply(const ControlWord &word, qint32 number, bool hasNumber)
     case Action::PictureNumber:
         m_picture[static_cast<PictureNumber>(word.argument)] = number;
         break;
+    case Action::RowWord:
+        applyRowWord(static_cast<RowWord>(word.argument), hasNumber ? number : word.value);
+        break;
+    case Action::DefinitionWord:
+        applyDefinition(static_cast<DefinitionWord>(word.argument), hasNumber ? number : word.value, hasNumber);
+        break;
     case Action::Special:
-        applySpecial(static_cast<Special>(word.argument), hasNumber ? number : word.value, hasNumber);
+        applySpecial(static_cast<Special>(word.argument), hasNumber ? number : word.value);
         break;
     default:
         applyStyleable(word, hasNumber ? number : word.value, isOn);
@@ -193,7 +199,7 @@ void Interpreter::applyStyleable(const ControlWord &word, qint32 number, bool is
     }
 }
 
-void Interpreter::applySpecial(Special word, qint32 number, bool hasNumber)
+void Interpreter::applySpecial(Special word, qint32 number)
 {
     switch (word) {
     case Special::Paragraph:
@@ -295,89 +301,6 @@ void Interpreter::applySpecial(Special word, qint32 number, bool hasNumber)
     case Special::DefaultTab:
         m_tables.defaultTab = std::clamp(number, 1, longestLength);
         break;
-    default:
-        applyTableSpecial(word, number, hasNumber);
-    }
-}
-
-// The words of rows, borders and of the tables at the head of the text.
-void Interpreter::applyTableSpecial(Special word, qint32 number, bool hasNumber)
-{
-    switch (word) {
-    case Special::RowDefaults:
-        m_nestedRowIsDefined = m_state.destination == Destination::NestedRow;
-        currentRow() = {};
-        m_cell = {};
-        break;
-    case Special::CellEdge:
-        m_cell.right = std::clamp(number, -longestLength, longestLength);
-        if (currentRow().cells.size() < mostCells) {
-            currentRow().cells.push_back(m_cell);
-        }
-        m_cell = {};
-        break;
-    case Special::RowGap:
-        currentRow().gap = std::clamp(number, 0, longestLength);
-        break;
-    case Special::RowLeft:
-        currentRow().left = std::clamp(number, -longestLength, longestLength);
-        break;
-    case Special::RowHeight:
-        currentRow().height = std::clamp(number, -longestLength, longestLength);
-        break;
-    case Special::RowKeep:
-        currentRow().keep = true;
-        break;
-    case Special::RowHeader:
-        currentRow().header = true;
-        break;
-    case Special::RowWidthKind:
-        currentRow().width.kind = preferredWidthKind(number);
-        break;
-    case Special::RowWidth:
-        currentRow().width.number = std::clamp(number, 0, longestLength);
-        break;
-    case Special::CellWidthKind:
-        m_cell.width.kind = preferredWidthKind(number);
-        break;
-    case Special::CellWidth:
-        m_cell.width.number = std::clamp(number, 0, longestLength);
-        break;
-    case Special::CellShade:
-        m_cell.shade = static_cast<qint16>(std::clamp(number, -1, mostColors));
-        break;
-    case Special::ParagraphBox:
-        m_borderTarget = BorderTarget::Paragraph;
-        m_borderSides = (1u << quint32(Side::Count)) - 1;
-        break;
-    case Special::OtherBorder:
-        m_borderTarget = BorderTarget::None;
-        break;
-    case Special::BorderWidth:
-        changeBorders(&Border::width, std::clamp(number, 0, 255));
-        break;
-    case Special::BorderColor:
-        changeBorders(&Border::color, std::clamp(number, 0, mostColors));
-        break;
-    case Special::FontCharset:
-    case Special::FontCodePage:
-        setFontPage(word, number);
-        break;
-    case Special::BasedOn:
-        m_style.basedOn = number;
-        break;
-    case Special::LegacyContinue:
-        m_legacyIsContinued = true;
-        break;
-    case Special::LegacyStart:
-        m_legacyList.start = std::clamp(number, 0, 32767);
-        break;
-    case Special::LegacyIndent:
-        m_legacyList.indent = std::clamp(number, 0, longestLength);
-        break;
-    case Special::LegacyFont:
-        m_legacyList.font = fontPlace(number);
-        break;
     case Special::FormResult:
     case Special::FormStandard:
         if (m_state.destination == Destination::FormField && !m_openFields.empty()) {
@@ -385,10 +308,67 @@ void Interpreter::applyTableSpecial(Special word, qint32 number, bool hasNumber)
             (word == Special::FormResult ? form.result : form.standard) = number;
         }
         break;
-    default:
-        if (hasNumber) {
-            applyListSpecial(word, number);
+    }
+}
+
+void Interpreter::applyRowWord(RowWord word, qint32 number)
+{
+    switch (word) {
+    case RowWord::RowDefaults:
+        m_nestedRowIsDefined = m_state.destination == Destination::NestedRow;
+        currentRow() = {};
+        m_cell = {};
+        break;
+    case RowWord::CellEdge:
+        m_cell.right = std::clamp(number, -longestLength, longestLength);
+        if (currentRow().cells.size() < mostCells) {
+            currentRow().cells.push_back(m_cell);
         }
+        m_cell = {};
+        break;
+    case RowWord::RowGap:
+        currentRow().gap = std::clamp(number, 0, longestLength);
+        break;
+    case RowWord::RowLeft:
+        currentRow().left = std::clamp(number, -longestLength, longestLength);
+        break;
+    case RowWord::RowHeight:
+        currentRow().height = std::clamp(number, -longestLength, longestLength);
+        break;
+    case RowWord::RowKeep:
+        currentRow().keep = true;
+        break;
+    case RowWord::RowHeader:
+        currentRow().header = true;
+        break;
+    case RowWord::RowWidthKind:
+        currentRow().width.kind = preferredWidthKind(number);
+        break;
+    case RowWord::RowWidth:
+        currentRow().width.number = std::clamp(number, 0, longestLength);
+        break;
+    case RowWord::CellWidthKind:
+        m_cell.width.kind = preferredWidthKind(number);
+        break;
+    case RowWord::CellWidth:
+        m_cell.width.number = std::clamp(number, 0, longestLength);
+        break;
+    case RowWord::CellShade:
+        m_cell.shade = static_cast<qint16>(std::clamp(number, -1, mostColors));
+        break;
+    case RowWord::ParagraphBox:
+        m_borderTarget = BorderTarget::Paragraph;
+        m_borderSides = (1u << quint32(Side::Count)) - 1;
+        break;
+    case RowWord::OtherBorder:
+        m_borderTarget = BorderTarget::None;
+        break;
+    case RowWord::BorderWidth:
+        changeBorders(&Border::width, std::clamp(number, 0, 255));
+        break;
+    case RowWord::BorderColor:
+        changeBorders(&Border::color, std::clamp(number, 0, mostColors));
+        break;
     }
 }
 

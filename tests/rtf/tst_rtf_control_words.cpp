@@ -270,6 +270,8 @@ QByteArray bodyOf(const ControlWord &word)
         return "a{\\pict@ 0102}b";
     case Action::PictureNumber:
         return "a{\\pict\\wmetafile8@100 0102}b";
+    case Action::RowWord:
+    case Action::DefinitionWord:
     case Action::Special:
         // Borders of things that have none here: what says how they look must not reach the paragraph's.
         return "\\brdrt\\brdrs@\\brdrdb a";
