@@ -3,7 +3,7 @@
 
 #include "app/CommandMenus.h"
 
-#include "app/TableText.h"
+#include "commands/Dispatcher.h"
 
 #include <QAction>
 #include <QMenu>
@@ -31,14 +31,14 @@ QString shownCaption(const QString &caption)
 
 } // namespace
 
-CommandMenus::CommandMenus(QMenuBar &bar, BoundRoutines routines)
+CommandMenus::CommandMenus(QMenuBar &bar, Dispatcher &dispatcher)
     : QObject(&bar)
-    , m_routines(std::move(routines))
+    , m_dispatcher(dispatcher)
 {
-    for (std::size_t row = 0; row < commandTable.size(); ++row)
-        m_actions[row] = makeItem(commandTable[row], bar);
-    for (const CheckRule &rule : checkRules())
-        m_actions[commandRow(rule.item)]->setCheckable(true);
+    for (std::size_t row = 0; row < commandTable.size(); ++row) {
+        if (isMenuItem(commandTable[row]))
+            m_actions[row] = makeItem(commandTable[row], bar);
+    }
     m_actions[commandRow("mnuFileMRU")]->setVisible(false);
     setSeparatorVisible(false);
 }
@@ -52,8 +52,9 @@ QAction *CommandMenus::makeItem(const CommandRow &row, QMenuBar &bar)
         QMenu *parent = m_actions[commandRow(row.parent)]->menu();
         action = row.kind == RowKind::Separator ? parent->addSeparator() : parent->addAction(toText(row.caption));
         if (row.kind == RowKind::Command)
-            bind(action, row.routine, row.argument);
-        action->setEnabled(isBound(row));
+            connect(action, &QAction::triggered, this, [this, name = row.name] { m_dispatcher.run(name); });
+        action->setCheckable(row.option != nullptr);
+        action->setEnabled(row.kind == RowKind::Separator || m_dispatcher.isBound(row.name));
     }
     action->setObjectName(toText(row.name));
     return action;
@@ -70,52 +71,27 @@ QAction *CommandMenus::makeMenu(const CommandRow &row, QMenuBar &bar)
     return menu->menuAction();
 }
 
-void CommandMenus::bind(QAction *action, Routine routine, int argument)
+void CommandMenus::apply(const CommandState &state, const Options &options)
 {
-    const auto bound = m_routines.find(routine);
-    if (bound != m_routines.end())
-        connect(action, &QAction::triggered, this, [run = bound->second, argument] { run(argument); });
-}
-
-bool CommandMenus::isBound(const CommandRow &row) const
-{
-    return row.kind == RowKind::Menu || row.kind == RowKind::Separator || m_routines.contains(row.routine);
-}
-
-void CommandMenus::applyRules(std::span<const EnableRule> rules, const CommandState &state)
-{
-    for (const EnableRule &rule : rules) {
-        const std::size_t row = commandRow(rule.item);
-        m_actions[row]->setEnabled(rule.enabled(state) && isBound(commandTable[row]));
+    for (std::size_t row = 0; row < commandTable.size(); ++row) {
+        const CommandRow &item = commandTable[row];
+        if (item.kind != RowKind::Menu && item.kind != RowKind::Command)
+            continue;
+        const bool runsSomething = item.kind == RowKind::Menu || m_dispatcher.isBound(item.name);
+        m_actions[row]->setEnabled(runsSomething && item.rule(state));
+        if (item.option)
+            m_actions[row]->setChecked(options.*item.option);
+        if (item.captionNow)
+            m_actions[row]->setText(item.captionNow(state));
     }
-}
-
-void CommandMenus::applyCheckMarks(const Options &options)
-{
-    for (const CheckRule &rule : checkRules())
-        m_actions[commandRow(rule.item)]->setChecked(options.*rule.option);
-}
-
-void CommandMenus::setCaption(std::string_view item, const QString &caption)
-{
-    m_actions[commandRow(item)]->setText(caption);
 }
 
 void CommandMenus::popUp(std::string_view item, const QPoint &place)
 {
     const std::size_t row = commandRow(item);
     QMenu *menu = row == noRow ? nullptr : m_actions[row]->menu();
-    if (menu && isEnabled(item))
+    if (menu && m_dispatcher.isEnabled(item))
         menu->exec(place);
-}
-
-bool CommandMenus::isEnabled(std::string_view item) const
-{
-    for (std::size_t row = commandRow(item); row != noRow; row = commandRow(commandTable[row].parent)) {
-        if (!m_actions[row]->isEnabled())
-            return false;
-    }
-    return commandRow(item) != noRow;
 }
 
 void CommandMenus::hideAll()
@@ -132,7 +108,7 @@ void CommandMenus::showItem(int iItem, const QString &caption)
         m_recentFiles.push_back(makeRecentFileItem(static_cast<int>(m_recentFiles.size()) + 1));
     QAction *action = m_recentFiles[static_cast<std::size_t>(iItem) - 1];
     action->setText(shownCaption(caption));
-    action->setEnabled(m_routines.contains(Routine::FileMRU));
+    action->setEnabled(m_dispatcher.isBound("mnuFileMRU"));
     action->setVisible(true);
 }
 
@@ -141,7 +117,7 @@ QAction *CommandMenus::makeRecentFileItem(int iItem)
     QMenu *menu = m_actions[commandRow("mnuFile")]->menu();
     auto *action = new QAction(menu);
     action->setObjectName(u"mnuFileMRU%1"_s.arg(iItem));
-    bind(action, Routine::FileMRU, iItem);
+    connect(action, &QAction::triggered, this, [this, iItem] { m_dispatcher.run("mnuFileMRU", iItem); });
     menu->insertAction(m_actions[commandRow("mnuFileBar4")], action);
     return action;
 }

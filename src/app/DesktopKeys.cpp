@@ -3,52 +3,37 @@
 
 #include "app/DesktopKeys.h"
 
-#include "app/TableText.h"
-#include "document/Ports.h"
-#include "window/KeyMap.h"
+#include "commands/CommandKeys.h"
+#include "commands/CommandWords.h"
+#include "commands/Dispatcher.h"
 
 #include <QAction>
 #include <QApplication>
 #include <QKeyEvent>
 #include <QWidget>
 
-#include <algorithm>
+using Road = CommandKey::Road;
 
-namespace
-{
-
-const DesktopKey *desktopKeyOf(int key, Qt::KeyboardModifiers modifiers)
-{
-    const auto found = std::find_if(desktopKeys.begin(), desktopKeys.end(), [&](const DesktopKey &each) {
-        return each.key.key() == key && each.key.keyboardModifiers() == modifiers;
-    });
-    return found == desktopKeys.end() ? nullptr : &*found;
-}
-
-} // namespace
-
-QString keyTextOf(const CommandRow &row)
-{
-    for (const DesktopKey &each : desktopKeys) {
-        if (each.item == row.name)
-            return QKeySequence(each.key).toString(QKeySequence::NativeText);
-    }
-    const QString caption = toText(row.caption);
-    const qsizetype blanks = caption.indexOf(QStringLiteral("  "));
-    return blanks < 0 ? QString() : caption.sliced(blanks).trimmed();
-}
-
-DesktopKeyFilter::DesktopKeyFilter(QWidget &mainWindow)
+DesktopKeyFilter::DesktopKeyFilter(QWidget &mainWindow, Dispatcher &dispatcher)
     : QObject(&mainWindow)
     , m_mainWindow(mainWindow)
+    , m_dispatcher(dispatcher)
 {
-    for (std::size_t place = 0; place < desktopKeys.size(); ++place) {
-        auto *action = mainWindow.findChild<QAction *>(toText(desktopKeys[place].item));
+    for (const KeyBinding &each : keysOf(Road::Desktop)) {
+        auto *action = mainWindow.findChild<QAction *>(toText(each.command));
         Q_ASSERT(action);
-        action->setShortcut(desktopKeys[place].key);
+        action->setShortcuts(action->shortcuts() << QKeySequence(combinationOf(each)));
         // A key held down too long is not meant as many documents.
         action->setAutoRepeat(false);
-        m_actions[place] = action;
+        m_actions[each.command] = action;
+    }
+    // An action fires before the area of the documents takes a key to switch between them.
+    for (const KeyBinding &each : keysOf(Road::Window)) {
+        auto *action = new QAction(&mainWindow);
+        action->setObjectName(QStringLiteral("key_") + toText(each.command));
+        action->setShortcut(combinationOf(each));
+        connect(action, &QAction::triggered, this, [this, command = each.command] { m_dispatcher.run(command); });
+        mainWindow.addAction(action);
     }
     qApp->installEventFilter(this);
 }
@@ -61,21 +46,17 @@ bool DesktopKeyFilter::eventFilter(QObject *watched, QEvent *event)
     if (!widget || widget->window() != &m_mainWindow)
         return QObject::eventFilter(watched, event);
     auto &press = *static_cast<QKeyEvent *>(event);
-    const Qt::KeyboardModifiers modifiers = press.modifiers() & ~Qt::KeyboardModifiers(Qt::KeypadModifier);
-    const DesktopKey *found = desktopKeyOf(press.key(), modifiers);
-    const bool byPlace = !found;
-    if (byPlace)
-        found = desktopKeyOf(keyByPlace(press), modifiers);
+    const KeyBinding *found = bindingOf(press, Road::Desktop);
     if (!found)
         return QObject::eventFilter(watched, event);
-    const bool enabled = ports().commands->isCommandEnabled(found->item);
+    const bool enabled = m_dispatcher.isEnabled(found->command);
     // The action's own shortcut is next.
-    if (enabled && !byPlace)
+    if (enabled && !isByPlace(*found, press))
         return QObject::eventFilter(watched, event);
     event->accept();
     // While something is dragged, the keys belong to that.
     if (enabled && event->type() == QEvent::KeyPress && !press.isAutoRepeat() &&
         QApplication::mouseButtons() == Qt::NoButton)
-        m_actions[static_cast<std::size_t>(found - desktopKeys.data())]->trigger();
+        m_actions.at(found->command)->trigger();
     return true;
 }

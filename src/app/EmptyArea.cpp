@@ -3,8 +3,8 @@
 
 #include "app/EmptyArea.h"
 
-#include "app/DesktopKeys.h"
-#include "app/TableText.h"
+#include "commands/CommandKeys.h"
+#include "commands/CommandTable.h"
 
 #include <QDir>
 #include <QFileInfo>

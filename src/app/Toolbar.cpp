@@ -3,9 +3,10 @@
 
 #include "app/Toolbar.h"
 
-#include "app/DesktopKeys.h"
-#include "app/TableText.h"
 #include "app/ToolbarIcon.h"
+#include "app/ToolbarRules.h"
+#include "commands/CommandKeys.h"
+#include "commands/Dispatcher.h"
 #include "document/Ports.h"
 #include "util/Procedure.h"
 
@@ -47,13 +48,8 @@ protected:
 // What the tool tip adds to the button's name: the key that does the same, in parentheses.
 QString keyOfButton(const ToolbarRow &button)
 {
-    for (const CommandRow &item : commandTable) {
-        if (item.routine != button.routine || item.argument != button.argument)
-            continue;
-        if (const QString key = keyTextOf(item); !key.isEmpty())
-            return u" (%1)"_s.arg(key);
-    }
-    return QString();
+    const QString key = keyTextOf(commandTable[button.command]);
+    return key.isEmpty() ? key : u" (%1)"_s.arg(key);
 }
 
 // A button whose pressed state shows: styles draw it with so little difference that it is lost on dark colours. Its
@@ -100,21 +96,6 @@ private:
     QString m_key;
 };
 
-// A button is shown in more states than it may be used in: it then does what the menu item of its routine does.
-// Whatever no item runs, is always to be had.
-bool itsItemIsEnabled(const ToolbarRow &button)
-{
-    bool hasItem = false;
-    for (const CommandRow &item : commandTable) {
-        if (item.routine != button.routine || item.argument != button.argument)
-            continue;
-        if (ports().commands->isCommandEnabled(item.name))
-            return true;
-        hasItem = true;
-    }
-    return !hasItem;
-}
-
 std::size_t groupOf(std::size_t row)
 {
     return static_cast<std::size_t>(toolbarTable[row].group);
@@ -122,9 +103,9 @@ std::size_t groupOf(std::size_t row)
 
 } // namespace
 
-Toolbar::Toolbar(BoundRoutines routines, QWidget *parent)
+Toolbar::Toolbar(Dispatcher &dispatcher, QWidget *parent)
     : QToolBar(u"Toolbar"_s, parent)
-    , m_routines(std::move(routines))
+    , m_dispatcher(dispatcher)
 {
     setObjectName(u"tbToolBar"_s);
     setMovable(false);
@@ -171,29 +152,41 @@ QToolButton *Toolbar::makeButton(std::size_t row)
     return made;
 }
 
-QToolButton *Toolbar::button(std::string_view key) const
+QToolButton *Toolbar::button(std::size_t row) const
 {
-    return static_cast<QToolButton *>(m_buttons[toolbarRow(key)].content);
+    return static_cast<QToolButton *>(m_buttons[row].content);
 }
 
-void Toolbar::applyMenuEnable(const CommandState &state)
+bool Toolbar::isBound(std::size_t row) const
 {
-    m_shown.fill(false);
-    applyRules(menuEnableButtons(), state);
-    arrange(CommandState());
+    return m_dispatcher.isBound(commandTable[toolbarTable[row].command].name);
 }
 
-void Toolbar::applyMenuEnableDynamic(const CommandState &state)
+void Toolbar::apply(const CommandState &state)
 {
-    applyRules(menuEnableDynamicButtons(), state);
+    for (std::size_t row = 0; row < toolbarTable.size(); ++row) {
+        const ToolbarRow &entry = toolbarTable[row];
+        m_shown[row] = entry.shown(state) && isBound(row);
+        if (entry.toolTip)
+            showToolTip(row, entry.toolTip(state));
+    }
+    press(state);
     arrange(state);
 }
 
-void Toolbar::applyRules(std::span<const ButtonRule> rules, const CommandState &state)
+void Toolbar::press(const CommandState &state)
 {
-    for (const ButtonRule &rule : rules) {
-        const std::size_t row = toolbarRow(rule.button);
-        m_shown[row] = rule.shown(state) && m_routines.contains(toolbarTable[row].routine);
+    for (std::size_t row = 0; row < toolbarTable.size(); ++row) {
+        if (const Rule pressed = toolbarTable[row].pressed)
+            button(row)->setChecked(pressed(state));
+    }
+}
+
+void Toolbar::applyFormats(const TextSelection &text)
+{
+    for (std::size_t row = 0; row < toolbarTable.size(); ++row) {
+        if (const auto pressedIn = toolbarTable[row].pressedIn)
+            button(row)->setChecked(modMain::SetButtonValue(pressedIn(text)) == 1);
     }
 }
 
@@ -203,7 +196,7 @@ void Toolbar::arrange(const CommandState &state)
     std::array<bool, groupCount> placed{};
     for (std::size_t row = 0; row < toolbarTable.size(); ++row) {
         const ToolbarRow &entry = toolbarTable[row];
-        const bool keepsPlace = keepsPlaces(entry.group, state) && m_routines.contains(entry.routine);
+        const bool keepsPlace = keepsPlaces(entry.group, state) && isBound(row);
         shown[groupOf(row)] |= m_shown[row];
         placed[groupOf(row)] |= m_shown[row] || keepsPlace;
         m_buttons[row].room->setVisible(m_shown[row] || keepsPlace);
@@ -217,18 +210,12 @@ void Toolbar::arrange(const CommandState &state)
     }
 }
 
-void Toolbar::setPressed(std::span<const PressedButton> buttons)
+void Toolbar::showToolTip(std::size_t row, const QString &toolTip)
 {
-    for (const PressedButton &each : buttons)
-        button(each.button)->setChecked(each.pressed);
-}
-
-void Toolbar::setButtonToolTip(std::string_view key, const QString &toolTip)
-{
-    QToolButton *changed = button(key);
+    QToolButton *changed = button(row);
     changed->setToolTip(toolTip);
     // Assistive technology tells what a press does now, as the tooltip does; by its own name where that says the same.
-    const QString ownName = QString::fromUtf8(key.data(), static_cast<qsizetype>(key.size()));
+    const QString ownName = toText(toolbarTable[row].key);
     const QString name = toolTip.compare(ownName, Qt::CaseInsensitive) == 0 ? ownName : toolTip;
     changed->setAccessibleName(name);
     changed->setAccessibleDescription(name);
@@ -244,16 +231,14 @@ void Toolbar::changeEvent(QEvent *event)
 void Toolbar::drawIcons()
 {
     const QColor colour = palette().color(QPalette::ButtonText);
-    for (const ToolbarRow &row : toolbarTable)
-        button(row.key)->setIcon(toolbarIcon(toText(row.icon), colour));
+    for (std::size_t row = 0; row < toolbarTable.size(); ++row)
+        button(row)->setIcon(toolbarIcon(toText(toolbarTable[row].icon), colour));
 }
 
 void Toolbar::tbToolBar_ButtonClick(std::size_t row)
 {
     procedure("frmMain tbToolBar_ButtonClick", [&] {
-        const auto routine = m_routines.find(toolbarTable[row].routine);
-        if (routine != m_routines.end() && itsItemIsEnabled(toolbarTable[row]))
-            routine->second(toolbarTable[row].argument);
+        m_dispatcher.run(commandTable[toolbarTable[row].command].name);
         ports().commands->UpdateToolbarStatus();
     });
 }

@@ -3,30 +3,33 @@
 
 #pragma once
 
-#include "app/CommandMenus.h"
-#include "app/ToolbarRules.h"
+#include "commands/ToolbarTable.h"
 
 #include <QToolBar>
 
-class QToolButton;
+#include <array>
 
-// The toolbar made from its table. Every button exists from the start and is shown or hidden, never greyed; one whose
-// routine is not bound stays hidden, whatever the rules say. While a pane has the focus its buttons keep their places,
-// hidden ones leaving gaps, so that no button slips under a pointer that was over another. Buttons take no keyboard
-// focus. Their objects' names are "tb" and the names of their icons.
+class Dispatcher;
+class QToolButton;
+class TextSelection;
+
+// The toolbar made from the commands' rows. Every button exists from the start and is shown or hidden, never greyed;
+// one whose command runs nothing stays hidden, whatever its rule says. While a pane has the focus its buttons keep
+// their places, hidden ones leaving gaps, so that no button slips under a pointer that was over another. Buttons take
+// no keyboard focus. Their objects' names are "tb" and the names of their icons.
 class Toolbar final : public QToolBar
 {
     Q_OBJECT
 
 public:
-    explicit Toolbar(BoundRoutines routines, QWidget *parent = nullptr);
+    explicit Toolbar(Dispatcher &dispatcher, QWidget *parent = nullptr);
 
-    // Shows the buttons that depend on the open documents and hides every other one.
-    void applyMenuEnable(const CommandState &state);
-    // Shows the buttons that depend on the selected entry and the focus; the others stay as they are.
-    void applyMenuEnableDynamic(const CommandState &state);
-    void setPressed(std::span<const PressedButton> buttons);
-    void setButtonToolTip(std::string_view button, const QString &toolTip);
+    // Shows the buttons that the rules show, and presses those of the state.
+    void apply(const CommandState &state);
+    // Presses those alone.
+    void press(const CommandState &state);
+    // Presses the buttons of the formats that the text's selection has.
+    void applyFormats(const TextSelection &text);
 
 protected:
     void changeEvent(QEvent *event) override;
@@ -43,13 +46,14 @@ private:
 
     Place addPlace(QWidget *content);
     QToolButton *makeButton(std::size_t row);
-    QToolButton *button(std::string_view key) const;
-    void applyRules(std::span<const ButtonRule> rules, const CommandState &state);
+    QToolButton *button(std::size_t row) const;
+    bool isBound(std::size_t row) const;
+    void showToolTip(std::size_t row, const QString &toolTip);
     void arrange(const CommandState &state);
     void drawIcons();
     void tbToolBar_ButtonClick(std::size_t row);
 
-    BoundRoutines m_routines;
+    Dispatcher &m_dispatcher;
     // By row of the table.
     std::array<Place, toolbarTable.size()> m_buttons;
     std::array<bool, toolbarTable.size()> m_shown{};

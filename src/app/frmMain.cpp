@@ -3,9 +3,8 @@
 
 #include "app/frmMain.h"
 
-#include "app/CommandBindings.h"
+#include "app/AppCommands.h"
 #include "app/CommandMenus.h"
-#include "app/CommandState.h"
 #include "app/DesktopKeys.h"
 #include "app/DocumentFrame.h"
 #include "app/DroppedFiles.h"
@@ -15,18 +14,15 @@
 #include "app/StatusBar.h"
 #include "app/Toolbar.h"
 #include "app/Tour.h"
-#include "app/frmDebug.h"
-#include "app/modHelp.h"
 #include "app/modMRU.h"
 #include "app/modMain.h"
+#include "commands/CommandKeys.h"
 #include "document/Globals.h"
 #include "document/OutlinePane.h"
 #include "document/TextPane.h"
 #include "document/modDoc.h"
-#include "text/modEdit.h"
 #include "util/FullPath.h"
 #include "util/Procedure.h"
-#include "window/KeyMap.h"
 #include "window/frmDocument.h"
 
 #include <QAction>
@@ -53,20 +49,6 @@ QList<QRect> freeScreenAreas()
     for (const QScreen *screen : QGuiApplication::screens())
         areas.append(screen->availableGeometry());
     return areas;
-}
-
-// Menus opened with the mouse and buttons take no focus away, so a label being edited would otherwise stay open over
-// the changed outline.
-BoundRoutines endingLabelEdit(BoundRoutines routines)
-{
-    for (auto &[routine, run] : routines) {
-        run = [run = std::move(run)](int argument) {
-            if (Document *document = DocumentActive())
-                document->trvOutline.EndLabelEdit();
-            run(argument);
-        };
-    }
-    return routines;
 }
 
 } // namespace
@@ -98,20 +80,15 @@ frmMain::frmMain(QWidget *parent)
 
     menuBar()->setObjectName(u"menuBar"_s);
     menuBar()->setAccessibleName(u"Menu bar"_s);
-    const BoundRoutines routines = endingLabelEdit(boundRoutines(*this, *m_area));
+    bindAppCommands(m_dispatcher, *this, *m_area);
     m_menuBarKeys = new MenuBarKeys(*menuBar());
-    m_menus = new CommandMenus(*menuBar(), routines);
-    m_toolbar = new Toolbar(routines);
+    m_menus = new CommandMenus(*menuBar(), m_dispatcher);
+    m_toolbar = new Toolbar(m_dispatcher);
     addToolBar(m_toolbar);
     // The menu that Qt offers by itself would show and hide the bar behind the option's back.
     setContextMenuPolicy(Qt::NoContextMenu);
 
-    new DesktopKeyFilter(*this);
-    // An action fires before the area of the documents takes the key to switch between them.
-    addShortcut("insertTab", QKeySequence(Qt::CTRL | Qt::Key_Tab), "mnuEditInsertTab", modEdit::EditInsertTab);
-    addShortcut("help", QKeySequence(QKeySequence::HelpContents), "mnuHelpContents", modHelp::HelpContents);
-    // No menu item shows it: it is for whoever looks into a document's workings.
-    addShortcut("diagnostics", QKeySequence(Qt::CTRL | Qt::SHIFT | Qt::Key_F12), nullptr, frmDebug::showModally);
+    new DesktopKeyFilter(*this, m_dispatcher);
 
     setStatusBar(m_statusBar);
     connect(m_statusBar, &StatusBar::insertClicked, this, [this] {
@@ -137,19 +114,6 @@ frmMain::~frmMain()
     }
 }
 
-// A key that works anywhere in the main window, while its menu item, if it has one, is enabled.
-void frmMain::addShortcut(const char *name, const QKeySequence &key, const char *item, void (*routine)())
-{
-    auto *action = new QAction(this);
-    action->setObjectName(QString::fromLatin1(name));
-    action->setShortcut(key);
-    connect(action, &QAction::triggered, this, [this, item, routine] {
-        if (!item || isCommandEnabled(item))
-            routine();
-    });
-    addAction(action);
-}
-
 void frmMain::MDIForm_Load()
 {
     procedure("frmMain MDIForm_Load", [this] {
@@ -167,20 +131,11 @@ RecentFileItems &frmMain::recentFileItems()
     return *m_menus;
 }
 
-bool frmMain::isCommandEnabled(std::string_view item) const
-{
-    return m_menus->isEnabled(item);
-}
-
-void frmMain::popUpMenu(std::string_view menu, const QPoint &place)
-{
-    procedure("frmMain popUpMenu", [&] { m_menus->popUp(menu, place); });
-}
-
 Document &frmMain::createDocument()
 {
-    auto *form = new frmDocument;
+    auto *form = new frmDocument(m_dispatcher);
     auto *frame = new DocumentFrame(form);
+    connect(form, &frmDocument::menuWanted, m_menus, &CommandMenus::popUp);
     connect(frame, &DocumentFrame::closed, this, &frmMain::frameClosed);
     // Only then is the document gone, and an entry copied from it with it.
     connect(&form->document().tree, &QObject::destroyed, this, &frmMain::MenuEnableDynamic);
@@ -223,26 +178,24 @@ void frmMain::MenuEnable(int documentCount)
         noteKeptState();
         CommandState state = currentCommandState();
         state.documentCount = documentCount;
-        m_menus->applyRules(menuEnableRules(), state);
-        m_toolbar->applyMenuEnable(state);
+        applyState(state);
     });
-    // What depends on the selected entry too is never left half said.
-    MenuEnableDynamic();
 }
 
 void frmMain::MenuEnableDynamic()
 {
     procedure("modMain MenuEnableDynamic", [this] {
         noteKeptState();
-        const CommandState state = currentCommandState();
-        m_menus->applyRules(menuEnableDynamicRules(), state);
-        m_menus->applyCheckMarks(g_options);
-        m_menus->setCaption("mnuOutlineTaggedEntry", taggedEntryCaption(state.Tagged));
-        m_toolbar->applyMenuEnableDynamic(state);
-        m_toolbar->setButtonToolTip("Tag Entry", tagEntryToolTip(state.Tagged));
-        m_toolbar->setPressed(pressedExpansion(state.ExpansionLevel));
-        showOverwriting();
+        applyState(currentCommandState());
     });
+}
+
+// What depends on the open documents and what depends on the selected entry are one: nothing is left half said.
+void frmMain::applyState(const CommandState &state)
+{
+    m_menus->apply(state, g_options);
+    m_toolbar->apply(state);
+    showOverwriting();
 }
 
 void frmMain::UpdateToolbarStatus()
@@ -252,8 +205,10 @@ void frmMain::UpdateToolbarStatus()
         const Document *document = activeDocument();
         if (!document)
             return;
-        m_toolbar->setPressed(pressedFormats(document->txtRTF));
-        m_toolbar->setPressed(pressedExpansion(document->m_iExpansionLevel));
+        m_toolbar->applyFormats(document->txtRTF);
+        CommandState state;
+        state.ExpansionLevel = document->m_iExpansionLevel;
+        m_toolbar->press(state);
     });
 }
 
@@ -355,8 +310,9 @@ void frmMain::closeEvent(QCloseEvent *event)
 // While the active document is minimised none of its panes has the keyboard.
 void frmMain::keyPressEvent(QKeyEvent *event)
 {
-    if (m_active && isNextDocumentKey(*event))
-        m_active->form()->activateNextDocument();
+    const KeyBinding *binding = bindingOf(*event);
+    if (m_active && binding && binding->command == "keyWindowNext")
+        m_dispatcher.run(binding->command);
     else
         QMainWindow::keyPressEvent(event);
 }

@@ -4,12 +4,11 @@
 #pragma once
 
 #include "app/AppPorts.h"
+#include "commands/Dispatcher.h"
 #include "document/Ports.h"
 
 #include <QMainWindow>
 #include <QPointer>
-
-#include <string_view>
 
 class CommandMenus;
 class DocumentFrame;
@@ -35,8 +34,8 @@ public:
     void MDIForm_Load();
 
     RecentFileItems &recentFileItems();
-    bool isCommandEnabled(std::string_view item) const override;
-    void popUpMenu(std::string_view menu, const QPoint &place) override;
+
+    const Dispatcher &dispatcher() const { return m_dispatcher; }
 
     Document &createDocument() override;
     Document *activeDocument() const override;
@@ -79,13 +78,14 @@ private:
     void MDIForm_OLEDragOver(QDropEvent &event);
     void MDIForm_OLEDragDrop(QDropEvent &event);
     void Timer1_Timer();
-    void addShortcut(const char *name, const QKeySequence &key, const char *item, void (*routine)());
+    void applyState(const CommandState &state);
     void showOverwriting();
     void showEmptyArea();
     bool documentsMaximised() const;
     void frameActivated(DocumentFrame *frame);
     void frameClosed(DocumentFrame *frame);
 
+    Dispatcher m_dispatcher;
     QMdiArea *const m_area;
     EmptyArea *m_emptyArea = nullptr;
     MenuBarKeys *m_menuBarKeys = nullptr;

@@ -10,13 +10,11 @@
 #include <QStringList>
 
 #include <optional>
-#include <string_view>
 #include <vector>
 
 class Document;
 class Entry;
 class ByteSink;
-class QPoint;
 
 // What the core asks of the program around it. The program registers an implementation of each port at start-up; tests
 // register scripted ones.
@@ -48,10 +46,6 @@ public:
     // Shows the formats at the text's selection and the expansion level as pressed toolbar buttons, and whether typing
     // overwrites.
     virtual void UpdateToolbarStatus() = 0;
-    // Whether a menu item can be chosen now, by its name such as "mnuOutlineIndent".
-    virtual bool isCommandEnabled(std::string_view item) const = 0;
-    // Shows a menu of the menu bar, by its name such as "mnuoutline", as a context menu at a place on the screen.
-    virtual void popUpMenu(std::string_view menu, const QPoint &place) = 0;
     // Shows an entry's label in the first status panel; nothing for no entry.
     virtual void UpdateStatusBar(const Entry *entry) = 0;
     virtual void UpdateStatusBarText(const QString &text) = 0;

@@ -152,7 +152,7 @@ bool OutlineDragger::mouseUp(const QMouseEvent &event)
             drop(target);
         } else if (event.button() == Qt::RightButton) {
             ResetDraggingFlags();
-            ports().commands->popUpMenu("mnuoutline", event.globalPosition().toPoint());
+            Q_EMIT m_form.menuWanted("mnuoutline", event.globalPosition().toPoint());
         }
     });
     end();

@@ -3,12 +3,14 @@
 
 #include "window/frmDocument.h"
 
-#include "window/KeyMap.h"
 #include "window/NoticeBar.h"
 #include "window/OutlineDragger.h"
 #include "window/SplitterBar.h"
 #include "window/modSplit.h"
 #include "window/modView.h"
+
+#include "commands/CommandKeys.h"
+#include "commands/Dispatcher.h"
 
 #include "platform/AltCharacter.h"
 #include "platform/OutlineWidth.h"
@@ -53,7 +55,7 @@ bool isBareInsert(const QKeyEvent &key)
 
 } // namespace
 
-frmDocument::frmDocument(QWidget *parent)
+frmDocument::frmDocument(Dispatcher &dispatcher, QWidget *parent)
     : QWidget(parent)
     , treeView(new TreeView(this))
     , textBox(new RichTextBox(this))
@@ -61,6 +63,7 @@ frmDocument::frmDocument(QWidget *parent)
     , picSplitter(new GhostBar(this))
     , noticeBar(new NoticeBar(this))
     , m_document(std::make_unique<Document>(*treeView, *textBox, *this))
+    , m_dispatcher(dispatcher)
     , m_lastPane(treeView)
 {
     setObjectName(u"frmDocument"_s);
@@ -214,9 +217,8 @@ void frmDocument::connectText()
     connect(textBox, &RichTextBox::changed, this, &frmDocument::txtRTF_Change);
     connect(textBox, &RichTextBox::selectionMoved, this, &frmDocument::txtRTF_SelChange);
     // By the right button and by the context-menu key alike.
-    connect(textBox, &QWidget::customContextMenuRequested, this, [this](const QPoint &place) {
-        ports().commands->popUpMenu("mnuEdit", textBox->viewport()->mapToGlobal(place));
-    });
+    connect(textBox, &QWidget::customContextMenuRequested, this,
+            [this](const QPoint &place) { Q_EMIT menuWanted("mnuEdit", textBox->viewport()->mapToGlobal(place)); });
 }
 
 void frmDocument::connectSplit()
@@ -291,10 +293,8 @@ void frmDocument::showEvent(QShowEvent *event)
 void frmDocument::keyPressEvent(QKeyEvent *event)
 {
     const KeyBinding *binding = bindingOf(*event);
-    if (binding && ports().commands->isCommandEnabled(binding->item))
+    if (binding && m_dispatcher.isEnabled(binding->command))
         runKey(*binding);
-    else if (isNextDocumentKey(*event))
-        activateNextDocument();
     else
         QWidget::keyPressEvent(event);
 }
@@ -321,18 +321,12 @@ bool frmDocument::eventFilter(QObject *watched, QEvent *event)
         return true;
     }
     const KeyBinding *binding = bindingOf(key);
-    const bool enabled = binding && ports().commands->isCommandEnabled(binding->item);
+    const bool enabled = binding && m_dispatcher.isEnabled(binding->command);
     // A disabled Alt key does nothing; the outline would take it for the bare key.
     if (enabled || (binding && binding->modifiers == KeyBinding::Alt)) {
         event->accept();
         if (enabled && !claims)
             runKey(*binding);
-        return true;
-    }
-    if (isNextDocumentKey(key)) {
-        event->accept();
-        if (!claims)
-            activateNextDocument();
         return true;
     }
     if (key.key() == Qt::Key_F6 && key.modifiers() == Qt::NoModifier && noticeBar->isVisible()) {
@@ -352,10 +346,7 @@ bool frmDocument::eventFilter(QObject *watched, QEvent *event)
 
 void frmDocument::runKey(const KeyBinding &binding)
 {
-    procedure("frmDocument Form_KeyDown", [&] {
-        treeView->EndLabelEdit();
-        binding.command();
-    });
+    procedure("frmDocument Form_KeyDown", [&] { m_dispatcher.run(binding.command); });
 }
 
 // The context-menu key's menu belongs to the selected row.
@@ -363,17 +354,7 @@ void frmDocument::popUpOutlineMenu()
 {
     const QRect row = treeView->visualRect(treeView->currentIndex());
     const QPoint place = treeView->viewport()->mapToGlobal(row.bottomLeft());
-    ports().commands->popUpMenu("mnuoutline", place);
-}
-
-void frmDocument::activateNextDocument()
-{
-    procedure("frmDocument Form_KeyDown", [this] {
-        const std::vector<Document *> documents = ports().windows->documents();
-        auto next = std::find(documents.begin(), documents.end(), m_document.get());
-        if (next != documents.end() && documents.size() > 1)
-            (++next == documents.end() ? documents.front() : *next)->window.activate();
-    });
+    Q_EMIT menuWanted("mnuoutline", place);
 }
 
 void frmDocument::paneGotFocus(bool outline)

@@ -10,7 +10,9 @@
 #include <QWidget>
 
 #include <memory>
+#include <string_view>
 
+class Dispatcher;
 class GhostBar;
 class NoticeBar;
 class OutlineDragger;
@@ -27,7 +29,8 @@ class frmDocument final : public QWidget, public DocumentWindow
     Q_OBJECT
 
 public:
-    explicit frmDocument(QWidget *parent = nullptr);
+    // The dispatcher runs the commands of the window's keys.
+    explicit frmDocument(Dispatcher &dispatcher, QWidget *parent = nullptr);
     ~frmDocument() override;
 
     Document &document() { return *m_document; }
@@ -45,9 +48,6 @@ public:
     void Form_Activate();
     // Whether the window may close: asks about unsaved changes and saves them. Closes nothing itself.
     bool Form_QueryUnload();
-
-    // Activates the document window opened after this one, and after the last one the first.
-    void activateNextDocument();
 
     // The window's width in twips, its frame included, and conversions at the window's resolution.
     float Width() const;
@@ -82,6 +82,10 @@ public:
     float m_fTreeWidth = 0;
     float m_fWantedWidth = 0;
 
+Q_SIGNALS:
+    // A menu of the menu bar, such as "mnuoutline", is wanted as a context menu at a place on the screen.
+    void menuWanted(std::string_view menu, const QPoint &place);
+
 protected:
     void closeEvent(QCloseEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
@@ -113,6 +117,7 @@ private:
     void refreshAfterExpansion();
 
     std::unique_ptr<Document> m_document;
+    Dispatcher &m_dispatcher;
     OutlineDragger *m_dragger = nullptr;
     QPointer<QWidget> m_lastPane;
     int m_paneHolds = 0;

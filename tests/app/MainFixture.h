@@ -5,6 +5,7 @@
 
 #include "app/AppFixture.h"
 #include "app/frmMain.h"
+#include "commands/CommandTable.h"
 #include "formats/Formats.h"
 
 #include <QAction>
@@ -44,13 +45,22 @@ public:
     void choose(const char *name) const
     {
         QAction *item = action(QString::fromLatin1(name));
-        if (!item || !main.isCommandEnabled(name))
+        if (!item || !enabled(name))
             QTest::qFail(name, __FILE__, __LINE__);
         else
             item->trigger();
     }
 
-    bool enabled(const char *name) const { return main.isCommandEnabled(name); }
+    // Whether an item and every menu that it is in can be chosen as they are shown.
+    bool enabled(const char *name) const
+    {
+        for (std::size_t row = commandRow(name); row != noRow; row = commandRow(commandTable[row].parent)) {
+            const QAction *item = action(toText(commandTable[row].name));
+            if (!item || !item->isEnabled())
+                return false;
+        }
+        return commandRow(name) != noRow;
+    }
 
     AppFixture app;
     Formats formats;

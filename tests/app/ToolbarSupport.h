@@ -3,8 +3,7 @@
 
 #pragma once
 
-#include "app/TableText.h"
-#include "app/ToolbarTable.h"
+#include "commands/ToolbarTable.h"
 
 #include <QCoreApplication>
 #include <QToolButton>

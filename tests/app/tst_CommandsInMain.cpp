@@ -1,17 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "app/CommandBindings.h"
-#include "app/CommandState.h"
 #include "app/MainFixture.h"
-#include "app/TableText.h"
+#include "commands/CommandTable.h"
 #include "document/modNodes.h"
 #include "outline/modOutline.h"
 #include "platform/DesktopClipboard.h"
 #include "rtf/Rtf.h"
 #include "window/frmDocument.h"
 
-#include <QMdiArea>
 #include <QMenuBar>
 #include <QTest>
 
@@ -38,11 +35,8 @@ private Q_SLOTS:
 private:
     Document &makeDocument() const;
     void compareRows() const;
-    // Whether the rules let an item be chosen; the later rules have the last word.
-    bool allowed(const CommandRow &row, const CommandState &state) const;
 
     std::unique_ptr<MainFixture> m_main;
-    BoundRoutines m_bound;
 };
 
 void tst_CommandsInMain::init()
@@ -51,7 +45,6 @@ void tst_CommandsInMain::init()
     m_main->start();
     m_main->main.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&m_main->main));
-    m_bound = boundRoutines(m_main->main, *m_main->main.findChild<QMdiArea *>());
 }
 
 // A root with two children, the first of them with a child.
@@ -67,33 +60,20 @@ Document &tst_CommandsInMain::makeDocument() const
     return document;
 }
 
-bool tst_CommandsInMain::allowed(const CommandRow &row, const CommandState &state) const
-{
-    bool enabled = true;
-    for (const auto rules : {menuEnableRules(), menuEnableDynamicRules()}) {
-        for (const EnableRule &rule : rules) {
-            if (rule.item == row.name)
-                enabled = rule.enabled(state);
-        }
-    }
-    return enabled && (row.kind == RowKind::Menu || m_bound.contains(row.routine));
-}
-
 void tst_CommandsInMain::compareRows() const
 {
     m_main->main.MenuEnable(iDocumentCount);
     m_main->main.MenuEnableDynamic();
     const CommandState state = currentCommandState();
     for (const CommandRow &row : commandTable) {
-        if (row.kind == RowKind::Separator || row.kind == RowKind::IndexedCommand)
+        if (row.kind != RowKind::Menu && row.kind != RowKind::Command)
             continue;
         const QAction *item = m_main->action(toText(row.name));
         QVERIFY2(item, row.name.data());
-        QVERIFY2(item->isEnabled() == allowed(row, state), row.name.data());
+        const bool runsSomething = row.kind == RowKind::Menu || m_main->main.dispatcher().isBound(row.name);
+        QVERIFY2(item->isEnabled() == (runsSomething && row.rule(state)), row.name.data());
         QVERIFY2(item->isVisible(), row.name.data());
-        const QString caption =
-            row.name == "mnuOutlineTaggedEntry" ? taggedEntryCaption(state.Tagged) : toText(row.caption);
-        QCOMPARE(item->text(), caption);
+        QCOMPARE(item->text(), row.captionNow ? row.captionNow(state) : toText(row.caption));
     }
 }
 
@@ -101,8 +81,10 @@ void tst_CommandsInMain::everyMenuHoldsItsRowsInOrder()
 {
     makeDocument();
     std::map<std::string_view, QStringList> expected;
-    for (const CommandRow &row : commandTable)
-        expected[row.parent].append(toText(row.name));
+    for (const CommandRow &row : commandTable) {
+        if (isMenuItem(row))
+            expected[row.parent].append(toText(row.name));
+    }
     for (const auto &[parent, names] : expected) {
         QStringList shown;
         const QWidget *menu = m_main->main.menuBar();
@@ -178,13 +160,13 @@ void tst_CommandsInMain::everyCheckMarkShowsItsOption()
 {
     makeDocument();
     for (const bool on : {true, false}) {
-        for (const CheckRule &rule : checkRules())
-            g_options.*rule.option = on;
+        for (const CommandRow &row : commandTable) {
+            if (row.option)
+                g_options.*row.option = on;
+        }
         m_main->main.MenuEnableDynamic();
         for (const CommandRow &row : commandTable) {
-            const auto rules = checkRules();
-            const bool marked = std::any_of(rules.begin(), rules.end(),
-                                            [&row](const CheckRule &rule) { return rule.item == row.name; });
+            const bool marked = row.option != nullptr;
             const QAction *item = m_main->action(toText(row.name));
             if (row.kind == RowKind::Command)
                 QVERIFY2(item->isCheckable() == marked && item->isChecked() == (marked && on), row.name.data());

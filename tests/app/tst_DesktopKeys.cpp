@@ -1,14 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "app/DesktopKeys.h"
 #include "app/MainFixture.h"
-#include "app/TableText.h"
-#include "app/ToolbarTable.h"
+#include "commands/CommandKeys.h"
+#include "commands/ToolbarTable.h"
 #include "document/modDoc.h"
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
-#include "window/KeyMap.h"
 #include "window/frmDocument.h"
 
 #include <QDialog>
@@ -21,6 +19,8 @@
 #include <QWindow>
 
 using namespace Qt::StringLiterals;
+
+static const std::span<const KeyBinding> desktopKeys = keysOf(CommandKey::Road::Desktop);
 
 // The keys as they are pressed in the running main window.
 class tst_DesktopKeys : public QObject
@@ -93,19 +93,19 @@ QStringList *tst_DesktopKeys::watch(const char *item)
 
 void tst_DesktopKeys::aKeyOfTheDocumentWindowsMapIsNotAmongThem()
 {
-    for (const DesktopKey &each : desktopKeys) {
-        const QKeyEvent event(QEvent::KeyPress, each.key.key(), each.key.keyboardModifiers());
-        QVERIFY2(!bindingOf(event), each.item.data());
+    for (const KeyBinding &each : desktopKeys) {
+        const QKeyEvent event(QEvent::KeyPress, Qt::Key(each.key), combinationOf(each).keyboardModifiers());
+        QVERIFY2(!bindingOf(event), each.command.data());
     }
 }
 
 void tst_DesktopKeys::theMenusShowThemBesideCaptionsThatStayAsTheyAre()
 {
-    for (const DesktopKey &each : desktopKeys) {
-        const QAction *action = m_main->action(toText(each.item));
-        QCOMPARE(action->shortcut(), QKeySequence(each.key));
+    for (const KeyBinding &each : desktopKeys) {
+        const QAction *action = m_main->action(toText(each.command));
+        QVERIFY(action->shortcuts().contains(QKeySequence(combinationOf(each))));
         QVERIFY(action->isShortcutVisibleInContextMenu());
-        QCOMPARE(action->text(), toText(commandTable[commandRow(each.item)].caption));
+        QCOMPARE(action->text(), toText(commandTable[commandRow(each.command)].caption));
     }
 }
 
@@ -128,10 +128,10 @@ void tst_DesktopKeys::theToolTipsShowThemBesideNamesThatStayAsTheyAre()
 
 void tst_DesktopKeys::withNoDocumentNewAndOpenWorkAndTheOthersDoNothing()
 {
-    for (const DesktopKey &each : desktopKeys)
-        watch(each.item.data());
-    for (const DesktopKey &each : desktopKeys)
-        press(each.key);
+    for (const KeyBinding &each : desktopKeys)
+        watch(each.command.data());
+    for (const KeyBinding &each : desktopKeys)
+        press(combinationOf(each));
     QCOMPARE(m_chosen, QStringList({u"mnuFileNew"_s, u"mnuFileOpen"_s, u"mnuFileExit"_s, u"mnuSearchFind"_s}) +
                            (m_main->enabled("mnuSearchRepeat") ? QStringList(u"mnuSearchRepeat"_s) : QStringList()));
 }
@@ -140,21 +140,21 @@ void tst_DesktopKeys::eachRunsItsItemFromEitherPane_data()
 {
     QTest::addColumn<std::size_t>("place");
     for (std::size_t place = 0; place < desktopKeys.size(); ++place)
-        QTest::newRow(qPrintable(QKeySequence(desktopKeys[place].key).toString())) << place;
+        QTest::newRow(qPrintable(QKeySequence(combinationOf(desktopKeys[place])).toString())) << place;
 }
 
 void tst_DesktopKeys::eachRunsItsItemFromEitherPane()
 {
     QFETCH(const std::size_t, place);
-    const DesktopKey &each = desktopKeys[place];
+    const KeyBinding &each = desktopKeys[place];
     openDocument();
-    watch(each.item.data());
+    watch(each.command.data());
     form()->textBox->setFocus();
-    press(each.key);
-    QCOMPARE(m_chosen, QStringList(toText(each.item)));
+    press(combinationOf(each));
+    QCOMPARE(m_chosen, QStringList(toText(each.command)));
     form()->treeView->setFocus();
-    press(each.key);
-    const bool belongsToTheText = each.item.starts_with("mnuEdit");
+    press(combinationOf(each));
+    const bool belongsToTheText = each.command.starts_with("mnuEdit");
     QCOMPARE(m_chosen.size(), belongsToTheText ? 1 : 2);
 }
 
@@ -215,16 +215,16 @@ void tst_DesktopKeys::aReadOnlyDocumentIgnoresWhatWrites()
 void tst_DesktopKeys::nothingHappensBehindAModalDialog()
 {
     openDocument();
-    for (const DesktopKey &each : desktopKeys)
-        watch(each.item.data());
+    for (const KeyBinding &each : desktopKeys)
+        watch(each.command.data());
     QDialog dialog(&m_main->main);
     auto *field = new QLineEdit(&dialog);
     dialog.setModal(true);
     dialog.show();
     field->setFocus();
     QVERIFY(QTest::qWaitForWindowActive(&dialog));
-    for (const DesktopKey &each : desktopKeys)
-        QTest::keyClick(dialog.windowHandle(), each.key.key(), each.key.keyboardModifiers());
+    for (const KeyBinding &each : desktopKeys)
+        QTest::keyClick(dialog.windowHandle(), Qt::Key(each.key), combinationOf(each).keyboardModifiers());
     QCOMPARE(m_chosen, QStringList());
 }
 

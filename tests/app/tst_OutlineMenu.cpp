@@ -2,7 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/MainFixture.h"
-#include "app/ToolbarTable.h"
+#include "commands/ToolbarTable.h"
 
 #include "support/OutlineText.h"
 

@@ -3,6 +3,7 @@
 
 #include "app/Toolbar.h"
 #include "app/ToolbarSupport.h"
+#include "commands/Dispatcher.h"
 #include "support/FakePorts.h"
 
 #include <QMainWindow>
@@ -60,7 +61,7 @@ CommandState textState()
 
 } // namespace
 
-// The toolbar by itself, with every routine bound.
+// The toolbar by itself, with every command bound.
 class tst_Toolbar : public QObject
 {
     Q_OBJECT
@@ -71,6 +72,7 @@ private Q_SLOTS:
     void cleanup()
     {
         m_window.reset();
+        m_dispatcher.reset();
         m_fakes.reset();
     }
 
@@ -79,7 +81,8 @@ private Q_SLOTS:
     void aClickRunsTheRoutineAndThenUpdatesTheToolbar();
     void aButtonWithoutARoutineStaysHidden();
     void noButtonIsEverGreyed();
-    void menuEnableHidesWhatDependsOnTheSelection();
+    void withoutAPaneTheFilesButtonsAreLeft();
+    void aButtonWhoseCommandCannotBeRunDoesNothing();
     void buttonsStayWhereTheyAreWhenTheSelectionMoves();
     void theOtherPanesButtonsGiveUpTheirPlaces();
     void linesStandBetweenVisibleGroupsOnly();
@@ -88,13 +91,15 @@ private Q_SLOTS:
     void theIconsAreSharpOnDenseScreens();
 
 private:
-    void makeBar(const std::set<Routine> &unbound = {});
+    void makeBar(const std::set<std::string_view> &unbound = {});
     void apply(const CommandState &state) const;
 
     std::unique_ptr<FakePorts> m_fakes;
+    std::unique_ptr<Dispatcher> m_dispatcher;
     std::unique_ptr<QMainWindow> m_window;
     Toolbar *m_bar = nullptr;
     QStringList m_calls;
+    CommandState m_state;
 };
 
 void tst_Toolbar::init()
@@ -104,19 +109,23 @@ void tst_Toolbar::init()
     makeBar();
 }
 
-void tst_Toolbar::makeBar(const std::set<Routine> &unbound)
+void tst_Toolbar::makeBar(const std::set<std::string_view> &unbound)
 {
-    BoundRoutines routines;
-    for (const ToolbarRow &row : toolbarTable) {
-        if (unbound.contains(row.routine))
+    m_window.reset();
+    m_dispatcher = std::make_unique<Dispatcher>([this] { return m_state; });
+    for (const ToolbarRow &button : toolbarTable) {
+        const CommandRow &row = commandTable[button.command];
+        if (unbound.contains(row.name)) {
+            m_dispatcher->bind(row.name, nullptr);
             continue;
-        const int number = static_cast<int>(row.routine);
-        routines[row.routine] = [this, number](int argument) {
-            m_calls.append(u"%1 %2 %3"_s.arg(number).arg(argument).arg(m_fakes->commands.timesToolbarUpdated));
-        };
+        }
+        m_dispatcher->bind(row.name, [this, &row](int argument) {
+            m_calls.append(
+                u"%1 %2 %3"_s.arg(toText(row.name)).arg(argument).arg(m_fakes->commands.timesToolbarUpdated));
+        });
     }
     m_window = std::make_unique<QMainWindow>();
-    m_bar = new Toolbar(routines);
+    m_bar = new Toolbar(*m_dispatcher);
     m_window->addToolBar(m_bar);
     m_window->resize(2000, 300);
     m_window->show();
@@ -124,8 +133,7 @@ void tst_Toolbar::makeBar(const std::set<Routine> &unbound)
 
 void tst_Toolbar::apply(const CommandState &state) const
 {
-    m_bar->applyMenuEnable(state);
-    m_bar->applyMenuEnableDynamic(state);
+    m_bar->apply(state);
     layOut();
 }
 
@@ -169,19 +177,35 @@ void tst_Toolbar::aClickRunsTheRoutineAndThenUpdatesTheToolbar()
     QStringList expected;
     int clicks = 0;
     for (const ToolbarRow &row : toolbarTable) {
-        state.Expanded = row.routine == Routine::OutlineCollapse;
+        const CommandRow &command = commandTable[row.command];
+        state.Expanded = command.name == "mnuOutlineCollapse";
+        state.Copied = state.Savable = true;
         apply(state);
+        m_state = state;
         QTest::mouseClick(buttonOf(*m_bar, row.key), Qt::LeftButton);
-        expected.append(u"%1 %2 %3"_s.arg(static_cast<int>(row.routine)).arg(row.argument).arg(clicks));
+        expected.append(u"%1 %2 %3"_s.arg(toText(command.name)).arg(command.argument).arg(clicks));
         ++clicks;
         QCOMPARE(m_fakes->commands.timesToolbarUpdated, clicks);
     }
     QCOMPARE(m_calls, expected);
 }
 
+// Paste Entry is shown in the outline whether or not an entry was copied.
+void tst_Toolbar::aButtonWhoseCommandCannotBeRunDoesNothing()
+{
+    m_state = outlineState();
+    apply(m_state);
+    QTest::mouseClick(buttonOf(*m_bar, "Paste Entry"), Qt::LeftButton);
+    QCOMPARE(m_calls, QStringList());
+    QCOMPARE(m_fakes->commands.timesToolbarUpdated, 1);
+    m_state.Copied = true;
+    QTest::mouseClick(buttonOf(*m_bar, "Paste Entry"), Qt::LeftButton);
+    QCOMPARE(m_calls, QStringList(u"mnuOutlinePaste 0 1"_s));
+}
+
 void tst_Toolbar::aButtonWithoutARoutineStaysHidden()
 {
-    makeBar({Routine::OutlineMoveUp, Routine::FilePrint});
+    makeBar({"mnuOutlineMoveUp", "mnuFilePrint", "mnuFilePrintEntry"});
     CommandState state = outlineState();
     state.HasPrevious = true;
     apply(state);
@@ -203,19 +227,17 @@ void tst_Toolbar::noButtonIsEverGreyed()
     }
 }
 
-void tst_Toolbar::menuEnableHidesWhatDependsOnTheSelection()
+void tst_Toolbar::withoutAPaneTheFilesButtonsAreLeft()
 {
     apply(outlineState());
     QVERIFY(shownIn(*m_bar).contains(u"Copy Entry"_s));
-    m_bar->applyMenuEnable(outlineState());
+    CommandState noPane = outlineState();
+    noPane.OutlineFocus = false;
+    apply(noPane);
     QCOMPARE(shownIn(*m_bar), QStringList({u"New File"_s, u"Open File"_s, u"Save File"_s, u"Print File"_s,
                                            u"Preview File"_s, u"Print Entry"_s, u"Preview Entry"_s}));
-    m_bar->applyMenuEnable(CommandState());
+    apply(CommandState());
     QCOMPARE(shownIn(*m_bar), QStringList({u"New File"_s, u"Open File"_s}));
-    // The other rules leave these alone.
-    m_bar->applyMenuEnable(outlineState());
-    m_bar->applyMenuEnableDynamic(CommandState());
-    QVERIFY(shownIn(*m_bar).contains(u"Save File"_s));
 }
 
 void tst_Toolbar::buttonsStayWhereTheyAreWhenTheSelectionMoves()

@@ -1,7 +1,6 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "app/TableText.h"
 #include "app/ToolbarIcon.h"
 #include "app/ToolbarRules.h"
 #include "support/FakePorts.h"
@@ -22,60 +21,58 @@ namespace
 // letters below, "!" before what must not hold. The table of the program is compared with it line by line.
 struct Expected {
     const char *key;
-    Routine routine;
+    const char *routine;
     int argument;
     const char *shown;
 };
 
-using enum Routine;
-
 const Expected expectedButtons[] = {
-    {"New File", FileNew, 0, ""},
-    {"Open File", FileOpen, 0, ""},
-    {"Save File", FileSave, 0, "DV"},
-    {"Print File", FilePrint, 0, "D"},
-    {"Preview File", FilePrintPreview, 0, "D"},
-    {"Go To Outline", ViewGoToOutline, 0, "T"},
-    {"Go To Text", ViewGoToText, 0, "O"},
-    {"Copy Entry", OutlineCopy, 0, "O"},
-    {"Paste Entry", OutlinePaste, 0, "O"},
-    {"Delete Entry", OutlineDelete, 0, "OS!R"},
-    {"Print Entry", FilePrint, 1, "D"},
-    {"Preview Entry", FilePrintPreview, 1, "D"},
-    {"New Entry Above", OutlineInsertAbove, 0, "O!R"},
-    {"New Entry Below", OutlineInsertBelow, 0, "O"},
-    {"New Entry As Child", OutlineInsertChild, 0, "O"},
-    {"Move Entry Up", OutlineMoveUp, 0, "OSW!R+"},
-    {"Move Entry Down", OutlineMoveDown, 0, "OM"},
-    {"Move Entry First", OutlineMoveFirst, 0, "OSW!R!1"},
-    {"Move Entry Last", OutlineMoveLast, 0, "OSW!R!9"},
-    {"Indent Entry", OutlineIndent, 0, "OSW!RP"},
-    {"Unindent Entry", OutlineUnindent, 0, "OSW!R!Q"},
-    {"Tag Entry", OutlineTaggedEntry, 0, "O!R"},
-    {"Sort Entry", OutlineSortCurrent, 0, "OH"},
-    {"Expand Entry", OutlineExpand, 0, "OH!E"},
-    {"Contract Entry", OutlineCollapse, 0, "OHE"},
-    {"Expand to level 1", OutlineExpandToLevel, 1, "O"},
-    {"Expand to level 2", OutlineExpandToLevel, 2, "O"},
-    {"Expand to level 3", OutlineExpandToLevel, 3, "O"},
-    {"Expand to level 4", OutlineExpandToLevel, 4, "O"},
-    {"Expand to level 5", OutlineExpandToLevel, 5, "O"},
-    {"Expand to level 6", OutlineExpandToLevel, 6, "O"},
-    {"Expand to level 7", OutlineExpandToLevel, 7, "O"},
-    {"Expand all levels", OutlineExpandAll, 0, "O"},
-    {"Cut Text", EditCut, 0, "TW"},
-    {"Copy Text", EditCopy, 0, "T"},
-    {"Paste Text", EditPaste, 0, "TW"},
-    {"Delete Text", EditDelete, 0, "TW"},
-    {"Bold Text", EditFormatBold, 0, "TW"},
-    {"Italic Text", EditFormatItalic, 0, "TW"},
-    {"Underline Text", EditFormatUnderline, 0, "TW"},
-    {"Bullet Text", EditFormatBullet, 0, "TW"},
-    {"Indent Text", EditFormatIndent, 0, "TW"},
-    {"Unindent Text", EditFormatUnindent, 0, "TW"},
-    {"Left Align Text", EditFormatLeft, 0, "TW"},
-    {"Centre Align Text", EditFormatCentre, 0, "TW"},
-    {"Right Align Text", EditFormatRight, 0, "TW"},
+    {"New File", "modFile::FileNew", 0, ""},
+    {"Open File", "modFile::FileOpen", 0, ""},
+    {"Save File", "modFile::FileSave", 0, "DV"},
+    {"Print File", "modFile::FilePrint", 0, "D"},
+    {"Preview File", "modFile::FilePrintPreview", 0, "D"},
+    {"Go To Outline", "modView::ViewGoToOutline", 0, "T"},
+    {"Go To Text", "modView::ViewGoToText", 0, "O"},
+    {"Copy Entry", "modOutline::OutlineCopy", 0, "O"},
+    {"Paste Entry", "modOutline::OutlinePaste", 0, "O"},
+    {"Delete Entry", "modOutline::OutlineDelete", 0, "OS!R"},
+    {"Print Entry", "modFile::FilePrint", 1, "D"},
+    {"Preview Entry", "modFile::FilePrintPreview", 1, "D"},
+    {"New Entry Above", "modOutline::OutlineInsertAbove", 0, "O!R"},
+    {"New Entry Below", "modOutline::OutlineInsertBelow", 0, "O"},
+    {"New Entry As Child", "modOutline::OutlineInsertChild", 0, "O"},
+    {"Move Entry Up", "modOutline::OutlineMoveUp", 0, "OSW!R+"},
+    {"Move Entry Down", "modOutline::OutlineMoveDown", 0, "OM"},
+    {"Move Entry First", "modOutline::OutlineMoveFirst", 0, "OSW!R!1"},
+    {"Move Entry Last", "modOutline::OutlineMoveLast", 0, "OSW!R!9"},
+    {"Indent Entry", "modOutline::OutlineIndent", 0, "OSW!RP"},
+    {"Unindent Entry", "modOutline::OutlineUnindent", 0, "OSW!R!Q"},
+    {"Tag Entry", "modOutline::OutlineTaggedEntry", 0, "O!R"},
+    {"Sort Entry", "modOutline::OutlineSortCurrent", 0, "OH"},
+    {"Expand Entry", "modOutline::OutlineExpand", 0, "OH!E"},
+    {"Contract Entry", "modOutline::OutlineCollapse", 0, "OHE"},
+    {"Expand to level 1", "modOutline::OutlineExpandToLevel", 1, "O"},
+    {"Expand to level 2", "modOutline::OutlineExpandToLevel", 2, "O"},
+    {"Expand to level 3", "modOutline::OutlineExpandToLevel", 3, "O"},
+    {"Expand to level 4", "modOutline::OutlineExpandToLevel", 4, "O"},
+    {"Expand to level 5", "modOutline::OutlineExpandToLevel", 5, "O"},
+    {"Expand to level 6", "modOutline::OutlineExpandToLevel", 6, "O"},
+    {"Expand to level 7", "modOutline::OutlineExpandToLevel", 7, "O"},
+    {"Expand all levels", "modOutline::OutlineExpandAll", 0, "O"},
+    {"Cut Text", "modEdit::EditCut", 0, "TW"},
+    {"Copy Text", "modEdit::EditCopy", 0, "T"},
+    {"Paste Text", "modEdit::EditPaste", 0, "TW"},
+    {"Delete Text", "modEdit::EditDelete", 0, "TW"},
+    {"Bold Text", "modEdit::EditFormatBold", 0, "TW"},
+    {"Italic Text", "modEdit::EditFormatItalic", 0, "TW"},
+    {"Underline Text", "modEdit::EditFormatUnderline", 0, "TW"},
+    {"Bullet Text", "modEdit::EditFormatBullet", 0, "TW"},
+    {"Indent Text", "modEdit::EditFormatIndent", 0, "TW"},
+    {"Unindent Text", "modEdit::EditFormatUnindent", 0, "TW"},
+    {"Left Align Text", "modEdit::EditFormatLeft", 0, "TW"},
+    {"Centre Align Text", "modEdit::EditFormatCentre", 0, "TW"},
+    {"Right Align Text", "modEdit::EditFormatRight", 0, "TW"},
 };
 
 const std::map<char, bool CommandState::*> conditions{
@@ -109,23 +106,24 @@ bool holds(const char *condition, const CommandState &state)
     return true;
 }
 
-const ButtonRule *ruleOf(std::string_view key)
+QStringList pressedAt(int expansionLevel)
 {
-    for (const auto rules : {menuEnableButtons(), menuEnableDynamicButtons()}) {
-        for (const ButtonRule &rule : rules) {
-            if (rule.button == key)
-                return &rule;
-        }
+    CommandState state;
+    state.ExpansionLevel = expansionLevel;
+    QStringList pressed;
+    for (const ToolbarRow &row : toolbarTable) {
+        if (row.pressed && row.pressed(state))
+            pressed.append(toText(row.key));
     }
-    return nullptr;
+    return pressed;
 }
 
-QStringList pressedOf(std::span<const PressedButton> buttons)
+QStringList pressedIn(const TextSelection &text)
 {
     QStringList pressed;
-    for (const PressedButton &each : buttons) {
-        if (each.pressed)
-            pressed.append(toText(each.button));
+    for (const ToolbarRow &row : toolbarTable) {
+        if (row.pressedIn && row.pressedIn(text).value_or(false))
+            pressed.append(toText(row.key));
     }
     return pressed;
 }
@@ -140,7 +138,7 @@ private Q_SLOTS:
     void theButtonsStandInTheirOrderAndRunTheirRoutines();
     void everyButtonIsShownExactlyWhenItsConditionHolds_data();
     void everyButtonIsShownExactlyWhenItsConditionHolds();
-    void menuEnableSetsTheSevenThatDependOnOpenDocuments();
+    void toggleButtonsAreThoseThatCanBePressed();
     void placesAreKeptForThePaneWithTheFocus();
     void theExpansionButtonsShowTheLevel_data();
     void theExpansionButtonsShowTheLevel();
@@ -157,8 +155,9 @@ void tst_ToolbarTable::theButtonsStandInTheirOrderAndRunTheirRoutines()
     for (std::size_t row = 0; row < toolbarTable.size(); ++row) {
         const Expected &expected = expectedButtons[row];
         QCOMPARE(toText(toolbarTable[row].key), QString::fromLatin1(expected.key));
-        QVERIFY2(toolbarTable[row].routine == expected.routine, expected.key);
-        QCOMPARE(toolbarTable[row].argument, expected.argument);
+        const CommandRow &command = commandTable[toolbarTable[row].command];
+        QCOMPARE(toText(command.routine.name), QString::fromLatin1(expected.routine));
+        QCOMPARE(command.argument, expected.argument);
     }
 }
 
@@ -173,27 +172,16 @@ void tst_ToolbarTable::everyButtonIsShownExactlyWhenItsConditionHolds_data()
 void tst_ToolbarTable::everyButtonIsShownExactlyWhenItsConditionHolds()
 {
     QFETCH(QByteArray, condition);
-    const ButtonRule *rule = ruleOf(QTest::currentDataTag());
-    QVERIFY(rule);
+    const Rule shown = toolbarTable[toolbarRow(QTest::currentDataTag())].shown;
     for (unsigned combination = 0; combination < (2U << conditions.size()); ++combination) {
         CommandState state;
         unsigned bit = 0;
         for (const auto &[letter, member] : conditions)
             state.*member = (combination >> bit++) & 1U;
         state.documentCount = static_cast<int>((combination >> bit) & 1U);
-        if (rule->shown(state) != holds(condition.constData(), state))
+        if (shown(state) != holds(condition.constData(), state))
             QFAIL(qPrintable(u"wrong for the combination %1"_s.arg(combination, 0, 2)));
     }
-}
-
-void tst_ToolbarTable::menuEnableSetsTheSevenThatDependOnOpenDocuments()
-{
-    QStringList set;
-    for (const ButtonRule &rule : menuEnableButtons())
-        set.append(toText(rule.button));
-    QCOMPARE(set, QStringList({u"New File"_s, u"Open File"_s, u"Save File"_s, u"Print File"_s, u"Preview File"_s,
-                               u"Print Entry"_s, u"Preview Entry"_s}));
-    QCOMPARE(menuEnableDynamicButtons().size(), 39U);
 }
 
 void tst_ToolbarTable::placesAreKeptForThePaneWithTheFocus()
@@ -237,10 +225,7 @@ void tst_ToolbarTable::theExpansionButtonsShowTheLevel()
 {
     QFETCH(int, level);
     QFETCH(QStringList, pressed);
-    const auto buttons = pressedExpansion(level);
-    QCOMPARE(pressedOf(buttons), pressed);
-    for (const PressedButton &each : buttons)
-        QCOMPARE(toolbarTable[toolbarRow(each.button)].kind, ButtonKind::Toggle);
+    QCOMPARE(pressedAt(level), pressed);
 }
 
 void tst_ToolbarTable::theFormatButtonsShowTheSelection()
@@ -251,17 +236,20 @@ void tst_ToolbarTable::theFormatButtonsShowTheSelection()
     text.setSelItalic(false);
     text.setSelUnderline(true);
     text.setSelAlignment(TextPane::Centre);
-    QCOMPARE(pressedOf(pressedFormats(text)),
-             QStringList({u"Bold Text"_s, u"Underline Text"_s, u"Centre Align Text"_s}));
+    QCOMPARE(pressedIn(text), QStringList({u"Bold Text"_s, u"Underline Text"_s, u"Centre Align Text"_s}));
     text.setSelBold(false);
     text.setSelItalic(true);
     text.setSelUnderline(false);
     text.setSelAlignment(TextPane::Left);
-    QCOMPARE(pressedOf(pressedFormats(text)), QStringList({u"Italic Text"_s, u"Left Align Text"_s}));
+    QCOMPARE(pressedIn(text), QStringList({u"Italic Text"_s, u"Left Align Text"_s}));
     text.setSelAlignment(TextPane::Right);
-    QCOMPARE(pressedOf(pressedFormats(text)), QStringList({u"Italic Text"_s, u"Right Align Text"_s}));
-    for (const PressedButton &each : pressedFormats(text))
-        QCOMPARE(toolbarTable[toolbarRow(each.button)].kind, ButtonKind::Toggle);
+    QCOMPARE(pressedIn(text), QStringList({u"Italic Text"_s, u"Right Align Text"_s}));
+}
+
+void tst_ToolbarTable::toggleButtonsAreThoseThatCanBePressed()
+{
+    for (const ToolbarRow &row : toolbarTable)
+        QVERIFY2((row.kind == ButtonKind::Toggle) == (row.pressed || row.pressedIn), row.key.data());
 }
 
 void tst_ToolbarTable::aMixedSelectionShowsAReleasedButton()
@@ -273,8 +261,11 @@ void tst_ToolbarTable::aMixedSelectionShowsAReleasedButton()
 
 void tst_ToolbarTable::theTagButtonsToolTipFollowsTheEntry()
 {
-    QCOMPARE(tagEntryToolTip(true), u"Untag entry"_s);
-    QCOMPARE(tagEntryToolTip(false), u"Tag entry"_s);
+    const ToolbarRow &button = toolbarTable[toolbarRow("Tag Entry")];
+    CommandState state;
+    QCOMPARE(button.toolTip(state), u"Tag entry"_s);
+    state.Tagged = true;
+    QCOMPARE(button.toolTip(state), u"Untag entry"_s);
 }
 
 void tst_ToolbarTable::everyButtonHasADrawingOfItsOwn()

@@ -3,7 +3,7 @@
 
 #include "app/DocumentFrame.h"
 #include "app/MainFixture.h"
-#include "app/ToolbarTable.h"
+#include "commands/ToolbarTable.h"
 #include "document/modDoc.h"
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"

@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "app/CommandTable.h"
 #include "app/MainFixture.h"
 #include "app/frmAbout.h"
+#include "commands/CommandTable.h"
 #include "document/modDoc.h"
 #include "document/modNodes.h"
 #include "window/frmDocument.h"

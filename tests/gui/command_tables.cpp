@@ -5,12 +5,10 @@
 // toolbar's buttons and the keys, then, for every line read, what is enabled, shown and checked in the state that the
 // line describes. Such a line holds the names of the facts that are true, and "documentCount=2" or "ExpansionLevel=-1".
 
-#include "app/CommandBindings.h"
-#include "app/CommandState.h"
-#include "app/DesktopKeys.h"
-#include "app/TableText.h"
-#include "app/ToolbarRules.h"
-#include "window/KeyMap.h"
+#include "app/AppCommands.h"
+#include "commands/CommandKeys.h"
+#include "commands/Dispatcher.h"
+#include "commands/ToolbarTable.h"
 
 #include <QApplication>
 #include <QJsonArray>
@@ -103,80 +101,81 @@ Situation situationOf(const QString &line)
 
 QString shortcutOf(const CommandRow &row)
 {
-    for (const DesktopKey &each : desktopKeys) {
-        if (each.item == row.name)
-            return QKeySequence(each.key).toString();
+    for (const CommandKey &key : row.keys) {
+        if (key.key != 0 && key.road == CommandKey::Road::Desktop)
+            return QKeySequence(combinationOf(key)).toString();
     }
     return QString();
 }
 
-bool isBound(const CommandRow &row, const BoundRoutines &bound)
+QString modifiersOf(const CommandKey &key)
 {
-    return row.kind != RowKind::Command || bound.contains(row.routine);
+    switch (key.modifiers) {
+    case CommandKey::Keypad:
+        return u"keypad"_s;
+    case CommandKey::Alt:
+        return u"alt"_s;
+    case CommandKey::Ctrl:
+        return u"ctrl"_s;
+    case CommandKey::CtrlShift:
+        return u"ctrl+shift"_s;
+    default:
+        return QString();
+    }
 }
 
-QJsonObject tables(const BoundRoutines &bound)
+QJsonObject tables(const Dispatcher &dispatcher)
 {
     constexpr const char *kinds[] = {"menu", "command", "indexed", "separator"};
     QJsonArray items;
-    for (const CommandRow &row : commandTable)
+    for (const CommandRow &row : commandTable) {
+        if (!isMenuItem(row))
+            continue;
         items.append(QJsonObject{{u"name"_s, toText(row.name)},
                                  {u"caption"_s, toText(row.caption)},
                                  {u"shortcut"_s, shortcutOf(row)},
                                  {u"parent"_s, toText(row.parent)},
                                  {u"kind"_s, QString::fromLatin1(kinds[static_cast<std::size_t>(row.kind)])},
-                                 {u"bound"_s, isBound(row, bound)}});
+                                 {u"bound"_s, row.kind != RowKind::Command || dispatcher.isBound(row.name)}});
+    }
     QJsonArray buttons;
     for (const ToolbarRow &row : toolbarTable)
-        buttons.append(QJsonObject{{u"key"_s, toText(row.key)}, {u"bound"_s, bound.contains(row.routine)}});
+        buttons.append(
+            QJsonObject{{u"key"_s, toText(row.key)}, {u"bound"_s, dispatcher.isBound(commandTable[row.command].name)}});
     QJsonArray keys;
-    constexpr const char *modifiers[] = {"", "keypad", "alt", "ctrl", "ctrl+shift"};
-    for (const KeyBinding &binding : keyMap())
-        keys.append(
-            QJsonObject{{u"modifiers"_s, QString::fromLatin1(modifiers[static_cast<std::size_t>(binding.modifiers)])},
-                        {u"key"_s, QKeySequence(binding.key).toString()},
-                        {u"item"_s, toText(binding.item)}});
-    for (const DesktopKey &each : desktopKeys) {
-        const bool shift = each.key.keyboardModifiers().testFlag(Qt::ShiftModifier);
-        const bool ctrl = each.key.keyboardModifiers().testFlag(Qt::ControlModifier);
-        keys.append(QJsonObject{{u"modifiers"_s, shift  ? u"ctrl+shift"_s
-                                                 : ctrl ? u"ctrl"_s
-                                                        : QString()},
-                                {u"key"_s, QKeySequence(each.key.key()).toString()},
-                                {u"item"_s, toText(each.item)}});
+    for (const auto road : {CommandKey::Road::Panes, CommandKey::Road::Desktop}) {
+        for (const KeyBinding &binding : keysOf(road))
+            keys.append(QJsonObject{{u"road"_s, road == CommandKey::Road::Panes ? u"panes"_s : u"desktop"_s},
+                                    {u"modifiers"_s, modifiersOf(binding)},
+                                    {u"key"_s, QKeySequence(binding.key).toString()}});
     }
     return {{u"items"_s, items}, {u"buttons"_s, buttons}, {u"keys"_s, keys}};
 }
 
-QJsonObject expected(const Situation &situation, const BoundRoutines &bound)
+QJsonObject expected(const Situation &situation, const Dispatcher &dispatcher)
 {
     QJsonObject enabled;
-    for (const CommandRow &row : commandTable)
-        enabled[toText(row.name)] = isBound(row, bound) && row.kind != RowKind::IndexedCommand;
-    for (const auto rules : {menuEnableRules(), menuEnableDynamicRules()}) {
-        for (const EnableRule &rule : rules)
-            enabled[toText(rule.item)] =
-                rule.enabled(situation.state) && isBound(commandTable[commandRow(rule.item)], bound);
-    }
     QJsonObject checked;
-    for (const CheckRule &rule : checkRules())
-        checked[toText(rule.item)] = situation.options.*rule.option;
-    QJsonObject shown;
-    for (const ToolbarRow &row : toolbarTable)
-        shown[toText(row.key)] = false;
-    for (const auto rules : {menuEnableButtons(), menuEnableDynamicButtons()}) {
-        for (const ButtonRule &rule : rules)
-            shown[toText(rule.button)] =
-                rule.shown(situation.state) && bound.contains(toolbarTable[toolbarRow(rule.button)].routine);
+    for (const CommandRow &row : commandTable) {
+        if (!isMenuItem(row))
+            continue;
+        const bool runsSomething = row.kind != RowKind::Command || dispatcher.isBound(row.name);
+        enabled[toText(row.name)] = runsSomething && row.kind != RowKind::IndexedCommand && row.rule(situation.state);
+        if (row.option)
+            checked[toText(row.name)] = situation.options.*row.option;
     }
+    QJsonObject shown;
     QJsonObject pressed;
-    for (const PressedButton &each : pressedExpansion(situation.state.ExpansionLevel))
-        pressed[toText(each.button)] = each.pressed;
+    for (const ToolbarRow &row : toolbarTable) {
+        shown[toText(row.key)] = row.shown(situation.state) && dispatcher.isBound(commandTable[row.command].name);
+        if (row.pressed)
+            pressed[toText(row.key)] = row.pressed(situation.state);
+    }
     return {{u"enabled"_s, enabled},
             {u"checked"_s, checked},
             {u"shown"_s, shown},
             {u"pressed"_s, pressed},
-            {u"tagCaption"_s, taggedEntryCaption(situation.state.Tagged)}};
+            {u"tagCaption"_s, commandRows::tagCaption(situation.state)}};
 }
 
 void print(const QJsonObject &object)
@@ -191,10 +190,11 @@ int main(int argc, char *argv[])
     const QApplication application(argc, argv);
     QWidget mainWindow;
     QMdiArea area;
-    const BoundRoutines bound = boundRoutines(mainWindow, area);
-    print(tables(bound));
+    Dispatcher dispatcher;
+    bindAppCommands(dispatcher, mainWindow, area);
+    print(tables(dispatcher));
     std::string line;
     while (std::getline(std::cin, line))
-        print(expected(situationOf(QString::fromStdString(line)), bound));
+        print(expected(situationOf(QString::fromStdString(line)), dispatcher));
     return 0;
 }

@@ -7,6 +7,7 @@
 #include "support/FakeDocument.h"
 #include "support/ShownRows.h"
 
+#include "commands/Dispatcher.h"
 #include "document/TextPane.h"
 #include "model/StoredText.h"
 #include "platform/TreeView.h"
@@ -25,7 +26,7 @@ class OpenOutline
 {
 public:
     OpenOutline(Panes panes, LiteralOutline::Copied &copied)
-        : form(panes == Panes::RealWindow ? std::make_unique<frmDocument>() : nullptr)
+        : form(panes == Panes::RealWindow ? std::make_unique<frmDocument>(dispatcher) : nullptr)
         , ownView(panes == Panes::RealOutline ? std::make_unique<TreeView>() : nullptr)
         , ownDocument(
               form ? nullptr
@@ -49,6 +50,7 @@ public:
     QString difference(bool texts) const;
 
 private:
+    Dispatcher dispatcher;
     std::unique_ptr<frmDocument> form;
     std::unique_ptr<TreeView> ownView;
     FakeOutlinePane pane;

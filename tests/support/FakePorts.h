@@ -90,8 +90,6 @@ public:
 
     void UpdateToolbarStatus() override { ++timesToolbarUpdated; }
 
-    bool isCommandEnabled(std::string_view item) const override { return !disabled.contains(item); }
-
     void UpdateStatusBar(const Entry *entry) override
     {
         if (entry)
@@ -100,11 +98,6 @@ public:
 
     void UpdateStatusBarText(const QString &text) override { statusText = text; }
 
-    void popUpMenu(std::string_view menu, const QPoint &) override { poppedUp.append(QLatin1StringView(menu)); }
-
-    QStringList poppedUp;
-    // The menu items that cannot be chosen.
-    std::set<std::string_view> disabled;
     std::vector<int> menuEnableCounts;
     int timesMenuEnableDynamic = 0;
     int timesToolbarUpdated = 0;

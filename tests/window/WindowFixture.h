@@ -5,10 +5,12 @@
 
 #include "support/FakePorts.h"
 
+#include "commands/Dispatcher.h"
 #include "document/modNodes.h"
 #include "formats/Formats.h"
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
+#include "window/WindowCommands.h"
 #include "window/frmDocument.h"
 
 #include <QMainWindow>
@@ -23,6 +25,7 @@ public:
     WindowFixture()
     {
         fakes.windows.open.clear();
+        bindWindowCommands(dispatcher);
         ports().windows = this;
         ports().formats = &formats;
         area = new QMdiArea(&main);
@@ -37,7 +40,9 @@ public:
 
     Document &createDocument() override
     {
-        auto *form = new frmDocument;
+        auto *form = new frmDocument(dispatcher);
+        QObject::connect(form, &frmDocument::menuWanted, form,
+                         [this](std::string_view menu) { poppedUp.append(QLatin1StringView(menu)); });
         QMdiSubWindow *subWindow = area->addSubWindow(form);
         subWindow->resize(800, 500);
         form->show();
@@ -64,6 +69,9 @@ public:
     frmDocument &form() const { return *static_cast<frmDocument *>(area->currentSubWindow()->widget()); }
 
     FakePorts fakes;
+    Dispatcher dispatcher;
+    // The menus that were wanted as context menus.
+    QStringList poppedUp;
     Formats formats;
     QMainWindow main;
     QMdiArea *area = nullptr;

@@ -221,7 +221,7 @@ void tst_OutlineDragger::aRightPressOnABranchSignIsOneOnItsRow()
     m_fixture->form().treeView->setLayoutDirection(direction);
     for (int i = 1; i <= 2; ++i) {
         QTest::mouseClick(viewport(), Qt::RightButton, {}, signOf(u"A"_s));
-        QCOMPARE(m_fixture->fakes.commands.poppedUp, QStringList(i, u"mnuoutline"_s));
+        QCOMPARE(m_fixture->poppedUp, QStringList(i, u"mnuoutline"_s));
         QCOMPARE(dump(), QStringList({u"Root +"_s, u" A +<"_s, u"  A1"_s, u" B"_s, u" C"_s}));
     }
 }
@@ -375,12 +375,12 @@ void tst_OutlineDragger::afterEscapeTheReleaseDoesNothing()
     QTest::keyClick(&view, Qt::Key_Escape);
     moveTo(place, button);
     QTest::mouseRelease(viewport(), button, {}, place);
-    QCOMPARE(m_fixture->fakes.commands.poppedUp, QStringList());
+    QCOMPARE(m_fixture->poppedUp, QStringList());
     QTest::qWait(QApplication::doubleClickInterval() + 100);
     QVERIFY(!view.findChild<QLineEdit *>());
     // Only that one release: the next click is a click again.
     QTest::mouseClick(viewport(), Qt::RightButton, {}, place);
-    QCOMPARE(m_fixture->fakes.commands.poppedUp, QStringList{u"mnuoutline"_s});
+    QCOMPARE(m_fixture->poppedUp, QStringList{u"mnuoutline"_s});
     QTest::mouseClick(viewport(), Qt::LeftButton, {}, place);
     QTRY_VERIFY(view.findChild<QLineEdit *>());
 }
@@ -399,7 +399,7 @@ void tst_OutlineDragger::duringADragKeysRunNoCommands()
     QVERIFY(dragState().dragging);
     QTest::mouseRelease(viewport(), Qt::LeftButton, {}, middleOf(u"C"_s));
     QCOMPARE(dump(), QStringList({u"Root +"_s, u" B"_s, u" C"_s, u" A +<"_s, u"  A1"_s}));
-    QCOMPARE(m_fixture->fakes.commands.poppedUp, QStringList());
+    QCOMPARE(m_fixture->poppedUp, QStringList());
 }
 
 void tst_OutlineDragger::plantLongOutline()
@@ -553,7 +553,7 @@ void tst_OutlineDragger::theRightButtonOnADescendantAsksNothing()
 {
     drag(u"A"_s, middleOf(u"A1"_s), Qt::RightButton);
     QCOMPARE(dump(), QStringList({u"Root +"_s, u" A +<"_s, u"  A1"_s, u" B"_s, u" C"_s}));
-    QCOMPARE(m_fixture->fakes.commands.poppedUp, QStringList());
+    QCOMPARE(m_fixture->poppedUp, QStringList());
 }
 
 void tst_OutlineDragger::theRightButtonsCancelLeavesTheTree()
@@ -599,7 +599,7 @@ void tst_OutlineDragger::theRightButtonOnItselfAsksForIndentOrUnindent()
 void tst_OutlineDragger::aRightClickShowsTheOutlineMenu()
 {
     QTest::mouseClick(viewport(), Qt::RightButton, {}, middleOf(u"B"_s));
-    QCOMPARE(m_fixture->fakes.commands.poppedUp, QStringList{u"mnuoutline"_s});
+    QCOMPARE(m_fixture->poppedUp, QStringList{u"mnuoutline"_s});
     QCOMPARE(DocumentActive()->tree.selected()->label(), u"B"_s);
 }
 
@@ -625,7 +625,7 @@ void tst_OutlineDragger::aReadOnlyDocumentTakesNoDrag()
     // The right button shows the menu, in which all that changes the outline is disabled.
     drag(u"B"_s, middleOf(u"C"_s), Qt::RightButton);
     QCOMPARE(dump(), pressed);
-    QCOMPARE(m_fixture->fakes.commands.poppedUp, QStringList{u"mnuoutline"_s});
+    QCOMPARE(m_fixture->poppedUp, QStringList{u"mnuoutline"_s});
     QTest::mouseClick(viewport(), Qt::LeftButton, {}, middleOf(u"C"_s));
     QCOMPARE(DocumentActive()->tree.selected()->label(), u"C"_s);
 }

@@ -3,15 +3,6 @@
 
 #pragma once
 
-#include "app/CommandTable.h"
-#include "document/Globals.h"
-
-#include <QString>
-
-#include <span>
-
-class Document;
-
 // What menus and toolbar depend on: facts about the open documents and the selected entry. Without an active document,
 // or without a selected entry in it, all of it but the number of documents and what begins with Active is false. What
 // the file system says is what it said when the documents' files were last looked at.
@@ -47,34 +38,12 @@ struct CommandState {
     // The level that the outline was last expanded to: -1 all levels, 0 none in particular.
     int ExpansionLevel = 0;
 
-    bool Open() const { return documentCount > 0; }
+    constexpr bool Open() const { return documentCount > 0; }
 
-    bool Movable() const { return Selected && Writable && !IsRoot; }
+    constexpr bool Movable() const { return Selected && Writable && !IsRoot; }
 
-    bool CanMoveUp() const { return Movable() && !(ParentIsRoot && FirstSibling); }
+    constexpr bool CanMoveUp() const { return Movable() && !(ParentIsRoot && FirstSibling); }
 };
 
 // The state as the registered document windows have it now.
 CommandState currentCommandState();
-
-// An item and the condition under which it is enabled.
-struct EnableRule {
-    std::string_view item;
-    bool (*enabled)(const CommandState &);
-};
-
-// What MenuEnable sets: the items that depend on the open documents. The state's Writable plays no part.
-std::span<const EnableRule> menuEnableRules();
-// What MenuEnableDynamic sets: the items that depend on the selected entry and the focus.
-std::span<const EnableRule> menuEnableDynamicRules();
-
-// An item and the option that its check mark shows.
-struct CheckRule {
-    std::string_view item;
-    bool Options::*option;
-};
-
-std::span<const CheckRule> checkRules();
-
-// The caption of mnuOutlineTaggedEntry.
-QString taggedEntryCaption(bool tagged);

@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "app/CommandState.h"
+#include "commands/CommandTable.h"
 #include "document/modDoc.h"
 #include "outline/modOutline.h"
 #include "support/FakePorts.h"
@@ -18,26 +18,9 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-using Names = std::set<std::string>;
-
-Names enabledBy(std::span<const EnableRule> rules, const CommandState &state)
+bool enabled(std::string_view item, const CommandState &state)
 {
-    Names names;
-    for (const EnableRule &rule : rules) {
-        if (rule.enabled(state))
-            names.insert(std::string(rule.item));
-    }
-    return names;
-}
-
-bool dynamicallyEnabled(std::string_view item, const CommandState &state)
-{
-    for (const EnableRule &rule : menuEnableDynamicRules()) {
-        if (rule.item == item)
-            return rule.enabled(state);
-    }
-    QTest::qFail("no such rule", __FILE__, __LINE__);
-    return false;
+    return commandTable[commandRow(item)].rule(state);
 }
 
 // The first entry below the root's first child, in a document that may be written, with everything possible for it.
@@ -60,7 +43,38 @@ const std::map<char, bool CommandState::*> conditions{
     {'B', &CommandState::TextWithheld},
 };
 
-// The letters of the conditions that an item needs, and of those that forbid it.
+// A bit for each condition, in the order of the map; the bit above them is an open document.
+unsigned bitsOf(const QByteArray &letters)
+{
+    unsigned bits = letters.contains('N') ? 1U << conditions.size() : 0;
+    unsigned bit = 0;
+    for (const auto &[letter, member] : conditions) {
+        if (letters.contains(letter))
+            bits |= 1U << bit;
+        ++bit;
+    }
+    return bits;
+}
+
+// By the bits of the conditions that hold.
+const std::vector<CommandState> &everyState()
+{
+    static const std::vector<CommandState> states = [] {
+        std::vector<CommandState> made(std::size_t(2) << conditions.size());
+        unsigned bit = 0;
+        for (const auto &[letter, member] : conditions) {
+            for (unsigned combination = 0; combination < made.size(); ++combination)
+                made[combination].*member = (combination >> bit) & 1U;
+            ++bit;
+        }
+        for (unsigned combination = 0; combination < made.size(); ++combination)
+            made[combination].documentCount = static_cast<int>(combination >> bit);
+        return made;
+    }();
+    return states;
+}
+
+// The letters of the conditions that an item needs, and of those that forbid it; "N" is an open document.
 struct ConditionRow {
     const char *item;
     const char *needed;
@@ -68,6 +82,11 @@ struct ConditionRow {
 };
 
 constexpr ConditionRow conditionRows[] = {
+    {"mnuFileClose", "N"},
+    {"mnuFilePrint", "N"},
+    {"mnuFilePrintPreview", "N"},
+    {"mnuFileExport", "N"},
+    {"mnuoutline", "N"},
     {"mnuFileSave", "V"},
     {"mnuFileSaveAs", "S"},
     {"mnuFileSaveAll", "A"},
@@ -116,14 +135,13 @@ class tst_CommandState : public QObject
 private Q_SLOTS:
     void everyItemIsEnabledExactlyWhenItsConditionsHold_data();
     void everyItemIsEnabledExactlyWhenItsConditionsHold();
-    void noOtherItemDependsOnTheSelection();
-    void menuEnableFollowsTheOpenDocuments();
+    void noOtherCommandDependsOnAnything();
+    void keysWithoutAnItemActAsTheirItemsDo();
     void withNoDocumentTheOutlineMenuIsGreyedAndTheOthersWork();
     void aReadOnlyDocumentOffersNothingThatWrites();
     void theRootCannotBeMovedDeletedTaggedOrPrecededByAnEntry();
     void moveUpNeedsMoreThanTheFirstPlaceUnderTheRoot();
     void moveDownNeedsAFollowingSiblingSomewhereBelowTheRoot();
-    void aTaggedEntryIsOfferedToBeUntagged();
     void checkMarksShowTheOptions();
     void theStateDescribesTheSelectedEntry();
     void withoutASelectedEntryOnlyTheDocumentsCount();
@@ -146,68 +164,58 @@ void tst_CommandState::everyItemIsEnabledExactlyWhenItsConditionsHold()
     QFETCH(QByteArray, needed);
     QFETCH(QByteArray, forbidden);
     const std::string item = QTest::currentDataTag();
-    for (unsigned combination = 0; combination < (1U << conditions.size()); ++combination) {
-        CommandState state;
-        bool expected = true;
-        unsigned bit = 0;
-        for (const auto &[letter, member] : conditions) {
-            const bool on = (combination >> bit++) & 1U;
-            state.*member = on;
-            if (needed.contains(letter))
-                expected = expected && on;
-            if (forbidden.contains(letter))
-                expected = expected && !on;
-        }
-        if (dynamicallyEnabled(item, state) != expected)
+    const unsigned neededBits = bitsOf(needed);
+    const unsigned forbiddenBits = bitsOf(forbidden);
+    const Rule rule = commandTable[commandRow(item)].rule;
+    const std::vector<CommandState> &states = everyState();
+    for (unsigned combination = 0; combination < states.size(); ++combination) {
+        const bool expected = (combination & neededBits) == neededBits && (combination & forbiddenBits) == 0;
+        if (rule(states[combination]) != expected)
             QFAIL(qPrintable(u"wrong for the combination %1"_s.arg(combination, 0, 2)));
     }
 }
 
-void tst_CommandState::noOtherItemDependsOnTheSelection()
+// The same for every command that the table above does not list, in the barest and the fullest state.
+void tst_CommandState::noOtherCommandDependsOnAnything()
 {
-    std::set<std::string> untested;
-    for (const EnableRule &rule : menuEnableDynamicRules())
-        untested.insert(std::string(rule.item));
+    std::set<std::string_view> listed{"mnuOutlineMoveUp", "keyOutlineMoveFirst", "keyOutlineMoveLast", "keyTextSmaller",
+                                      "keyTextLarger"};
     for (const ConditionRow &row : conditionRows)
-        QVERIFY2(untested.erase(row.item) == 1, row.item);
-    // These have tests of their own.
-    QCOMPARE(untested, (std::set<std::string>{"mnuOutlineMoveUp", "mnuoutline"}));
+        listed.insert(row.item);
+    CommandState full = ordinaryEntry();
+    for (const auto &[letter, member] : conditions)
+        full.*member = true;
+    for (const CommandRow &row : commandTable) {
+        if (listed.contains(row.name))
+            continue;
+        const bool runsSomething = row.kind != RowKind::Command || !row.routine.name.empty();
+        QVERIFY2(row.rule({}) == runsSomething && row.rule(full) == runsSomething, row.name.data());
+    }
 }
 
-void tst_CommandState::menuEnableFollowsTheOpenDocuments()
+void tst_CommandState::keysWithoutAnItemActAsTheirItemsDo()
 {
-    const Names always{"mnuFile",     "mnuFileNew", "mnuFileOpen", "mnuFilePrintSetup",
-                       "mnuFileExit", "mnuHelp",    "mnuView",     "mnuWindow"};
-    CommandState state;
-    state.ActiveWritable = state.ActiveSavable = true;
-    QCOMPARE(enabledBy(menuEnableRules(), state), always);
-
-    state.documentCount = 1;
-    state.ActiveWritable = state.ActiveSavable = false;
-    Names withReadOnly = always;
-    withReadOnly.insert(
-        {"mnuFileClose", "mnuFileSaveAs", "mnuFilePrint", "mnuFilePrintPreview", "mnuFileExport", "mnuoutline"});
-    QCOMPARE(enabledBy(menuEnableRules(), state), withReadOnly);
-
-    state.ActiveWritable = state.ActiveSavable = true;
-    Names withWritable = withReadOnly;
-    withWritable.insert({"mnuFileSave", "mnuFileSaveAll", "mnuEdit"});
-    QCOMPARE(enabledBy(menuEnableRules(), state), withWritable);
-    QCOMPARE(menuEnableRules().size(), withWritable.size());
+    const auto sameRule = [](std::string_view key, std::string_view item) {
+        return commandTable[commandRow(key)].rule == commandTable[commandRow(item)].rule &&
+               commandTable[commandRow(key)].parent == commandTable[commandRow(item)].parent;
+    };
+    // Moving to the ends by key is possible exactly when moving by one is.
+    QVERIFY(sameRule("keyOutlineMoveFirst", "mnuOutlineMoveUp"));
+    QVERIFY(sameRule("keyOutlineMoveLast", "mnuOutlineMoveDown"));
+    QVERIFY(sameRule("keyTextSmaller", "mnuEditCurrentFont"));
+    QVERIFY(sameRule("keyTextLarger", "mnuEditCurrentFont"));
 }
 
 void tst_CommandState::withNoDocumentTheOutlineMenuIsGreyedAndTheOthersWork()
 {
     const CommandState none;
-    const Names atStart = enabledBy(menuEnableRules(), none);
     for (const char *item :
          {"mnuFileNew", "mnuFileOpen", "mnuFilePrintSetup", "mnuFileExit", "mnuView", "mnuWindow", "mnuHelp"})
-        QVERIFY2(atStart.contains(item), item);
-    QVERIFY(!atStart.contains("mnuoutline"));
-    QVERIFY(!dynamicallyEnabled("mnuoutline", none));
-    QVERIFY(!dynamicallyEnabled("mnuFileSave", none));
-    QVERIFY(!dynamicallyEnabled("mnuEdit", none));
-    QVERIFY(dynamicallyEnabled("mnuoutline", ordinaryEntry()));
+        QVERIFY2(enabled(item, none), item);
+    QVERIFY(!enabled("mnuoutline", none));
+    QVERIFY(!enabled("mnuFileSave", none));
+    QVERIFY(!enabled("mnuEdit", none));
+    QVERIFY(enabled("mnuoutline", ordinaryEntry()));
 }
 
 void tst_CommandState::aReadOnlyDocumentOffersNothingThatWrites()
@@ -219,18 +227,14 @@ void tst_CommandState::aReadOnlyDocumentOffersNothingThatWrites()
     for (const char *item :
          {"mnuFileSave", "mnuFileSaveAll", "mnuEditClearEntryText", "mnuEditCut", "mnuEditPaste", "mnuEditFormat",
           "mnuOutlineInsertBelow", "mnuOutlineSortAll", "mnuOutlineRename", "mnuOutlineMove", "mnuSearchReplace"})
-        QVERIFY2(!dynamicallyEnabled(item, state), item);
+        QVERIFY2(!enabled(item, state), item);
     // Another file can always be written.
-    QVERIFY(dynamicallyEnabled("mnuFileSaveAs", state));
-    QVERIFY(enabledBy(menuEnableRules(), state).contains("mnuFileSaveAs"));
-    QVERIFY(dynamicallyEnabled("mnuOutlineExpand", state));
+    QVERIFY(enabled("mnuFileSaveAs", state));
+    QVERIFY(enabled("mnuOutlineExpand", state));
     state.Expanded = true;
-    QVERIFY(dynamicallyEnabled("mnuOutlineCollapse", state));
-    QVERIFY(dynamicallyEnabled("mnuEditCopy", state));
-    // Copying an entry is always possible: no rule touches it.
-    for (const EnableRule &rule : menuEnableDynamicRules())
-        QVERIFY(rule.item != "mnuOutlineCopy");
-    QVERIFY(!enabledBy(menuEnableRules(), state).contains("mnuEdit"));
+    QVERIFY(enabled("mnuOutlineCollapse", state));
+    QVERIFY(enabled("mnuEditCopy", state));
+    QVERIFY(enabled("mnuOutlineCopy", state));
 }
 
 void tst_CommandState::theRootCannotBeMovedDeletedTaggedOrPrecededByAnEntry()
@@ -240,23 +244,23 @@ void tst_CommandState::theRootCannotBeMovedDeletedTaggedOrPrecededByAnEntry()
     for (const char *item :
          {"mnuOutlineInsertAbove", "mnuOutlineTaggedEntry", "mnuOutlineDelete", "mnuOutlineMove", "mnuOutlineMoveUp",
           "mnuOutlineMoveDown", "mnuOutlineMoveFirst", "mnuOutlineMoveLast", "mnuOutlineIndent", "mnuOutlineUnindent"})
-        QVERIFY2(!dynamicallyEnabled(item, state), item);
-    QVERIFY(dynamicallyEnabled("mnuOutlineInsertBelow", state));
-    QVERIFY(dynamicallyEnabled("mnuOutlineInsertChild", state));
+        QVERIFY2(!enabled(item, state), item);
+    QVERIFY(enabled("mnuOutlineInsertBelow", state));
+    QVERIFY(enabled("mnuOutlineInsertChild", state));
 }
 
 void tst_CommandState::moveUpNeedsMoreThanTheFirstPlaceUnderTheRoot()
 {
     CommandState state = ordinaryEntry();
-    QVERIFY(dynamicallyEnabled("mnuOutlineMoveUp", state));
+    QVERIFY(enabled("mnuOutlineMoveUp", state));
     state.FirstSibling = true;
-    QVERIFY(dynamicallyEnabled("mnuOutlineMoveUp", state));
+    QVERIFY(enabled("mnuOutlineMoveUp", state));
     state.ParentIsRoot = true;
-    QVERIFY(!dynamicallyEnabled("mnuOutlineMoveUp", state));
+    QVERIFY(!enabled("mnuOutlineMoveUp", state));
     state.FirstSibling = false;
-    QVERIFY(dynamicallyEnabled("mnuOutlineMoveUp", state));
+    QVERIFY(enabled("mnuOutlineMoveUp", state));
     state.Writable = false;
-    QVERIFY(!dynamicallyEnabled("mnuOutlineMoveUp", state));
+    QVERIFY(!enabled("mnuOutlineMoveUp", state));
 }
 
 void tst_CommandState::moveDownNeedsAFollowingSiblingSomewhereBelowTheRoot()
@@ -270,7 +274,7 @@ void tst_CommandState::moveDownNeedsAFollowingSiblingSomewhereBelowTheRoot()
 
     const auto movable = [&](Entry *entry) {
         tree.select(entry);
-        return dynamicallyEnabled("mnuOutlineMoveDown", currentCommandState());
+        return enabled("mnuOutlineMoveDown", currentCommandState());
     };
     QVERIFY(!movable(root));
     QVERIFY(!movable(first));
@@ -281,12 +285,6 @@ void tst_CommandState::moveDownNeedsAFollowingSiblingSomewhereBelowTheRoot()
     QVERIFY(movable(first));
     QVERIFY(movable(grandchild));
     QVERIFY(!movable(second));
-}
-
-void tst_CommandState::aTaggedEntryIsOfferedToBeUntagged()
-{
-    QCOMPARE(taggedEntryCaption(true), u"Unta&g entry    Alt+T"_s);
-    QCOMPARE(taggedEntryCaption(false), u"Ta&g entry      Alt+T"_s);
 }
 
 void tst_CommandState::checkMarksShowTheOptions()
@@ -300,9 +298,10 @@ void tst_CommandState::checkMarksShowTheOptions()
         {"mnuViewOptionsStartWithNewDoc", &Options::StartWithNewDocument},
         {"mnuViewOptionsStartWithPrevDocs", &Options::StartWithLatestDocuments},
     };
-    QCOMPARE(checkRules().size(), expected.size());
-    for (const CheckRule &rule : checkRules())
-        QVERIFY2(expected.at(rule.item) == rule.option, std::string(rule.item).c_str());
+    for (const CommandRow &row : commandTable) {
+        const auto marked = expected.find(row.name);
+        QVERIFY2(row.option == (marked == expected.end() ? nullptr : marked->second), row.name.data());
+    }
 }
 
 void tst_CommandState::theStateDescribesTheSelectedEntry()

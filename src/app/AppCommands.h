@@ -1,0 +1,12 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+class Dispatcher;
+class QMdiArea;
+class QWidget;
+
+// Binds the commands that need the main window or the area of its document windows, which must outlive the dispatcher,
+// and those of the rooms below. Every command has its routine then.
+void bindAppCommands(Dispatcher &dispatcher, QWidget &mainWindow, QMdiArea &area);

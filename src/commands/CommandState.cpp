@@ -1,0 +1,66 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "commands/CommandState.h"
+
+#include "document/Document.h"
+#include "document/Globals.h"
+#include "document/Ports.h"
+#include "document/modNodes.h"
+#include "outline/modOutline.h"
+
+#include <algorithm>
+
+namespace
+{
+
+bool canMoveDown(const Entry *entry)
+{
+    for (; entry; entry = entry->parent()) {
+        if (entry->next())
+            return true;
+    }
+    return false;
+}
+
+void describeEntry(const Entry &entry, CommandState &state)
+{
+    state.IsRoot = entry.isRoot();
+    state.HasChildren = entry.childCount() > 0;
+    state.Expanded = entry.expanded();
+    state.FirstSibling = !entry.previous();
+    state.LastSibling = !entry.next();
+    state.HasPrevious = entry.previous() != nullptr;
+    state.ParentIsRoot = entry.parent() && entry.parent()->isRoot();
+    state.Tagged = entry.tagged();
+    state.CanMoveDown = canMoveDown(&entry);
+}
+
+} // namespace
+
+CommandState currentCommandState()
+{
+    CommandState state;
+    state.documentCount = iDocumentCount;
+    const Document *active = DocumentActive();
+    if (!active)
+        return state;
+    state.ActiveWritable = !active->bReadOnlyAsSeen();
+    state.ActiveSavable = active->mayBeSavedAsSeen();
+    const Entry *entry = active->tree.selected();
+    if (!entry)
+        return state;
+    state.Selected = true;
+    state.Writable = state.ActiveWritable;
+    state.Savable = state.ActiveSavable;
+    const std::vector<Document *> all = ports().windows->documents();
+    state.AnyWritable = std::ranges::any_of(all, &Document::mayBeSavedAsSeen);
+    state.TaggedExist = modNodes::NodesTaggedExist();
+    state.Copied = modOutline::copiedEntry().entry() != nullptr;
+    state.TextWithheld = active->bTextWithheld();
+    state.OutlineFocus = active->m_bOutlineHasFocus;
+    state.TextFocus = active->m_bTextHasFocus;
+    state.ExpansionLevel = active->m_iExpansionLevel;
+    describeEntry(*entry, state);
+    return state;
+}

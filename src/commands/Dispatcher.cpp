@@ -1,0 +1,87 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "commands/Dispatcher.h"
+
+#include "commands/CommandTable.h"
+#include "document/Document.h"
+#include "document/OutlinePane.h"
+#include "document/Ports.h"
+#include "util/Procedure.h"
+
+namespace
+{
+
+// Menus opened with the mouse and buttons take no focus away, so a label being edited would otherwise stay open over
+// the changed outline.
+void endLabelEdit()
+{
+    if (Document *document = DocumentActive())
+        document->trvOutline.EndLabelEdit();
+}
+
+} // namespace
+
+Dispatcher::Dispatcher(std::function<CommandState()> state)
+    : m_state(std::move(state))
+{
+}
+
+void Dispatcher::bind(std::string_view command, Run run)
+{
+    const std::size_t row = commandRow(command);
+    Q_ASSERT(row != noRow);
+    m_bound[commandTable[row].name] = std::move(run);
+}
+
+bool Dispatcher::isBound(std::string_view command) const
+{
+    if (const auto bound = m_bound.find(command); bound != m_bound.end())
+        return static_cast<bool>(bound->second);
+    const std::size_t row = commandRow(command);
+    return row != noRow && commandTable[row].routine.run;
+}
+
+QStringList Dispatcher::unbound() const
+{
+    QStringList names;
+    for (const CommandRow &row : commandTable) {
+        if (!row.routine.name.empty() && !isBound(row.name))
+            names.append(toText(row.name));
+    }
+    return names;
+}
+
+bool Dispatcher::isEnabled(std::string_view command, const CommandState &state) const
+{
+    const std::size_t row = commandRow(command);
+    if (row == noRow || (commandTable[row].kind != RowKind::Menu && !isBound(command)))
+        return false;
+    for (std::size_t at = row; at != noRow; at = commandRow(commandTable[at].parent)) {
+        if (!commandTable[at].rule(state))
+            return false;
+    }
+    return true;
+}
+
+void Dispatcher::run(std::string_view command)
+{
+    if (const std::size_t row = commandRow(command); row != noRow)
+        run(command, commandTable[row].argument);
+}
+
+void Dispatcher::run(std::string_view command, int argument)
+{
+    const std::size_t row = commandRow(command);
+    if (!isEnabled(command))
+        return;
+    // The names in the table end where C strings do.
+    procedure(commandTable[row].name.data(), [&] {
+        endLabelEdit();
+        if (const auto bound = m_bound.find(command); bound != m_bound.end())
+            bound->second(argument);
+        else
+            commandTable[row].routine.run(argument);
+    });
+    ports().commands->MenuEnableDynamic();
+}
