@@ -99,7 +99,8 @@ void examineFolder(const QString &where, const QString &sTarget, std::vector<Unf
                                               QDir::Time | QDir::Reversed);
     // Old content is judged by the new one, so before that may be removed.
     const QString before = u".quillery-before-"_s;
-    std::ranges::stable_partition(names, [&before](const QString &name) { return name.startsWith(before); });
+    std::stable_partition(names.begin(), names.end(),
+                          [&before](const QString &name) { return name.startsWith(before); });
     for (const QString &entry : std::as_const(names)) {
         const std::optional<TemporaryName> name = TemporaryName::parse(QFile::encodeName(entry));
         if (!name)
