@@ -48,7 +48,7 @@ std::size_t FormatCache::LookHash::operator()(const CharLook &look) const noexce
 {
     return qHashMulti(0, look.family, look.halfPoints, look.flags, look.foreground.value_or(0),
                       look.background.value_or(0), int(look.underline), look.script, look.offset, look.language,
-                      look.target, look.instruction);
+                      look.target, look.instruction, look.unshown);
 }
 
 int FormatCache::add(const QTextCharFormat &format)

@@ -349,7 +349,7 @@ void Interpreter::takeText(QStringView text)
             m_blanks += text;
         } else if (!text.isEmpty()) {
             takeBlanks();
-            m_sink.text(text, m_state.chars);
+            sendText(text);
             m_hasContent = true;
             ++m_shown;
             m_shownField = m_state.chars[CharNumber::Link];

@@ -136,6 +136,10 @@ private:
     void finishPicture();
     void finishField();
     void showField(const OpenField &field);
+    void keepUnshown(const QString &instruction);
+    int internUnshown();
+    void sendText(QStringView text);
+    CharState charsOfWord();
 
     // Paragraphs and tables (InterpreterParagraphs.cpp)
     int tableDepth() const;
@@ -209,8 +213,12 @@ private:
     QHash<std::pair<int, QString>, int> m_fieldPlaces; // by the field around and the instruction
     QHash<QString, int> m_familyPlaces;                // of fonts, by their name
     qint64 m_shown = 0;                                // texts, pictures and paragraph ends so far
-    qint32 m_shownField = 0;                           // the field of what was shown last
-    int m_shownDepth = 0;                              // of the table with the paragraph before
+    QHash<QString, int> m_unshownPlaces;
+    QString m_unshown;          // the instructions of fields that showed nothing, since the last text
+    qint32 m_unshownBefore = 0; // those before the word that is being read
+    qint32 m_lastUnshown = 0;   // those at the end of the paragraph before
+    qint32 m_shownField = 0;    // the field of what was shown last
+    int m_shownDepth = 0;       // of the table with the paragraph before
 
     Picture m_picture;
     int m_nibble = -1;

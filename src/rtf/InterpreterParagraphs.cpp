@@ -45,6 +45,11 @@ void Interpreter::endParagraph(int depth)
     const bool isBehindOther = std::exchange(m_shownDepth, depth) == depth || m_hasContent;
     m_shownField = isBehindOther ? commonField(m_shownField, m_state.chars[CharNumber::Link]) : 0;
     para[ParaNumber::Field] = m_shownField;
+    // A paragraph that was made of the one before by a line break has its fields a second time.
+    m_unshownBefore = 0;
+    const qint32 unshown = internUnshown();
+    const bool isRepeated = unshown == std::exchange(m_lastUnshown, unshown);
+    para[ParaNumber::Unshown] = isRepeated ? 0 : unshown;
     m_sink.endParagraph(para, m_state.chars, depth);
     ++m_shown;
     m_isPlain = false;

@@ -355,7 +355,7 @@ void Interpreter::addPictureText(QByteArrayView bytes)
 void Interpreter::finishPicture()
 {
     takeBlanks();
-    m_sink.picture(m_picture, m_state.chars);
+    m_sink.picture(m_picture, charsOfWord());
     m_hasContent = true;
     ++m_shown;
     m_shownField = m_state.chars[CharNumber::Link];
@@ -381,6 +381,7 @@ void Interpreter::showField(const OpenField &field)
     const QString instruction = field.instruction.left(longestFieldInstruction).simplified();
     const FieldText shown = fieldText(instruction, field.form);
     if (shown.text.isEmpty()) {
+        keepUnshown(instruction);
         return;
     }
     const CharState around = m_state.chars;
@@ -397,6 +398,66 @@ void Interpreter::showField(const OpenField &field)
     }
     flush();
     m_state.chars = around;
+}
+
+// An index entry, a variable or a condition without a result shows nothing, but stays where it is: before the word that
+// comes, or at the end of its paragraph.
+void Interpreter::keepUnshown(const QString &instruction)
+{
+    if (m_detail == Detail::TextOnly || m_unshown.size() + instruction.size() >= longestUnshownFields) {
+        return;
+    }
+    if (!m_unshown.isEmpty() && !instruction.isEmpty()) {
+        m_unshown += QLatin1Char('\n');
+    }
+    m_unshown += instruction;
+}
+
+int Interpreter::internUnshown()
+{
+    if (m_unshown.isEmpty()) {
+        return 0;
+    }
+    int &place = m_unshownPlaces[m_unshown];
+    if (place == 0) {
+        place = static_cast<int>(m_tables.unshown.size());
+        m_tables.unshown.push_back(m_unshown);
+    }
+    m_unshown.clear();
+    return place;
+}
+
+// The formatting of text and pictures up to the next blank: what stands before the word belongs to all of it, so that
+// the word is not torn.
+CharState Interpreter::charsOfWord()
+{
+    if (!m_unshown.isEmpty()) {
+        m_unshownBefore = internUnshown();
+    }
+    CharState chars = m_state.chars;
+    chars[CharNumber::Unshown] = m_unshownBefore;
+    return chars;
+}
+
+void Interpreter::sendText(QStringView text)
+{
+    if (m_unshown.isEmpty() && m_unshownBefore == 0) {
+        m_sink.text(text, m_state.chars);
+        return;
+    }
+    const qint32 before = m_unshownBefore;
+    const CharState chars = charsOfWord();
+    // Where a word begins, a blank is one too.
+    const qsizetype least = m_unshownBefore != before ? 1 : 0;
+    const auto *blank = std::find_if(text.begin() + least, text.end(), [](QChar c) { return c.isSpace(); });
+    const qsizetype length = blank - text.begin();
+    if (length > 0) {
+        m_sink.text(text.first(length), chars);
+    }
+    if (length < text.size()) {
+        m_unshownBefore = 0;
+        m_sink.text(text.sliced(length), m_state.chars);
+    }
 }
 
 } // namespace rtf

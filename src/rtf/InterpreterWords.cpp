@@ -39,6 +39,7 @@ constexpr Range charRanges[] = {
     {-longestLength, longestLength},       // Spacing
     {1, 600},                              // Scale
     {0, 0x7FFFFFFF},                       // Link
+    {0, 0x7FFFFFFF},                       // Unshown
 };
 static_assert(std::size(charRanges) == std::size_t(CharNumber::Count));
 
@@ -61,6 +62,7 @@ constexpr Range paraRanges[] = {
     {-1, mostColors},                // Shade
     {0, deepestTable},               // TableDepth
     {0, 0x7FFFFFFF},                 // Field
+    {0, 0x7FFFFFFF},                 // Unshown
 };
 static_assert(std::size(paraRanges) == std::size_t(ParaNumber::Count));
 

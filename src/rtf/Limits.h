@@ -52,6 +52,9 @@ constexpr qsizetype longestFieldInstruction = 32768;
 constexpr int deepestField = 8;
 constexpr qsizetype longestOuterFields = 4096;
 
+// Units of the instructions of all fields at one place that show nothing.
+constexpr qsizetype longestUnshownFields = 65536;
+
 // Brackets inside brackets of an equation; what is deeper is text without a form.
 constexpr int deepestEquation = 16;
 

@@ -165,6 +165,7 @@ CharLook charLook(const CharState &state, const Tables &tables)
         look.instruction = field.instruction;
     }
     look.outerFields = field.outer;
+    look.unshown = tables.unshown[state[CharNumber::Unshown]];
     return look;
 }
 
@@ -240,6 +241,9 @@ QTextCharFormat charFormat(const CharLook &look)
     if (!look.outerFields.isEmpty()) {
         format.setProperty(OuterFieldsProperty, look.outerFields);
     }
+    if (!look.unshown.isEmpty()) {
+        format.setProperty(UnshownFieldsProperty, look.unshown);
+    }
     return format;
 }
 
@@ -284,6 +288,7 @@ CharLook charLook(const QTextCharFormat &format, const QFont &defaultFont)
     look.target = format.isAnchor() ? format.anchorHref() : QString();
     look.instruction = format.stringProperty(FieldProperty);
     look.outerFields = format.stringProperty(OuterFieldsProperty);
+    look.unshown = format.stringProperty(UnshownFieldsProperty);
     // An address that is not the instruction's was set since; it stands for itself.
     if (!look.instruction.isEmpty() &&
         fieldsTarget(look.outerFields.split(QLatin1Char('\n')) << look.instruction) != look.target) {

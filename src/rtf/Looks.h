@@ -38,6 +38,7 @@ struct CharLook {
     QString target;      // of a hyperlink
     QString instruction; // of a field, where the target does not say it all
     QString outerFields; // the instructions of the fields around it, outermost first, one a line
+    QString unshown;     // the same of fields before its word that show nothing
 
     bool operator==(const CharLook &) const = default;
 };
@@ -74,6 +75,7 @@ struct ParaLook {
     std::vector<TabLook> tabs;
     BorderLooks borders;
     QString openFields; // the instructions of the fields that go on behind it
+    QString lastFields; // the same of fields at its end that show nothing
 
     bool operator==(const ParaLook &) const = default;
 };

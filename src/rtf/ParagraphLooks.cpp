@@ -216,6 +216,7 @@ ParaLook paraLook(const ParaState &state, const Tables &tables)
     }
     look.styleName = tables.styleNames.value(state[ParaNumber::Style]);
     look.openFields = tables.fields[std::size_t(state[ParaNumber::Field])].all();
+    look.lastFields = tables.unshown[state[ParaNumber::Unshown]];
     for (qint32 place = state[ParaNumber::Tabs]; place > 0; place = tables.tabs[std::size_t(place)].previous) {
         const TabStop &stop = tables.tabs[std::size_t(place)];
         look.tabs.push_back({stop.position, stop.kind, stop.kind == TabKind::Decimal ? TabLeader::None : stop.leader});
@@ -300,6 +301,9 @@ QTextBlockFormat blockFormat(const ParaLook &look, bool isInList)
     if (!look.openFields.isEmpty()) {
         format.setProperty(OpenFieldsProperty, look.openFields);
     }
+    if (!look.lastFields.isEmpty()) {
+        format.setProperty(LastFieldsProperty, look.lastFields);
+    }
     return format;
 }
 
@@ -353,6 +357,7 @@ ParaLook paraLook(const QTextBlockFormat &format, bool isInList, qreal indent)
         look.borders[std::size_t(Side::Bottom)] = {defaultBorderWidth, BorderStyle::Single, shownColor};
     }
     look.openFields = format.stringProperty(OpenFieldsProperty);
+    look.lastFields = format.stringProperty(LastFieldsProperty);
     return look;
 }
 

@@ -25,7 +25,8 @@ enum Property : int {
     PictureProperty, // QString: kind and numbers in the writer's notation
 
     // More of character formats
-    OuterFieldsProperty, // QString: the instructions of the fields around the field, outermost first, one a line
+    OuterFieldsProperty,   // QString: the instructions of the fields around the field, outermost first, one a line
+    UnshownFieldsProperty, // QString: the same of fields that stand before the word and show nothing
 
     // Block formats
     HangProperty = QTextFormat::UserProperty + 0x200, // int: negative first-line indent of a list's paragraph
@@ -34,6 +35,7 @@ enum Property : int {
     BordersProperty,                                  // QString: four sides, in the writer's notation
     TableLeadProperty,                                // bool: an empty block that only stands before a table
     OpenFieldsProperty, // QString: the instructions of the fields that go on in the next paragraph, as above
+    LastFieldsProperty, // QString: the same of fields that stand at the end and show nothing
 
     // List formats
     ListGroupProperty = QTextFormat::UserProperty + 0x300, // int: levels of one list have the same group

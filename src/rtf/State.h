@@ -30,6 +30,7 @@ enum class CharNumber : quint8 {
     Spacing,        // twips between characters
     Scale,          // width of the characters in percent
     Link,           // place in Tables::fields; 0 none
+    Unshown,        // place in Tables::unshown of the fields before it; 0 none
     Count,
 };
 
@@ -108,6 +109,7 @@ enum class ParaNumber : quint8 {
     Shade,        // place in Tables::colors; -1 none
     TableDepth,   // \itap
     Field,        // place in Tables::fields of the field that goes on behind the paragraph; 0 none
+    Unshown,      // place in Tables::unshown of the fields at its end; 0 none
     Count,
 };
 

@@ -159,7 +159,8 @@ struct Tables {
     QHash<int, ListOverride> listOverrides;
     std::deque<LegacyList> legacyLists{1};
     std::vector<Field> fields{1};
-    int defaultTab = 720; // twips
+    QStringList unshown{QString()}; // instructions of fields that show nothing, those of one place one a line
+    int defaultTab = 720;           // twips
 };
 
 } // namespace rtf

@@ -177,6 +177,11 @@ void Writer::writeParagraph(const QTextBlock &block, int depth, CellPlace place)
         endSuperscript();
     }
     setParagraphWords(m_paragraph);
+    const QString last = end == length ? block.blockFormat().stringProperty(LastFieldsProperty) : QString();
+    if (last != m_lastUnshown) {
+        writeUnshown(last);
+    }
+    m_lastUnshown = last;
 }
 
 // Paragraph formatting goes on from one paragraph to the next, so it is written where it changes.
@@ -238,15 +243,27 @@ void Writer::writeRuns(const QTextBlock &block, int begin, int end)
 {
     const QString text = block.text();
     int offset = 0;
+    QString unshown; // before the word that is being written
     for (QTextBlock::iterator it = block.begin(); offset < end && !it.atEnd(); ++it) {
         const QTextFragment fragment = it.fragment();
         const int first = std::max(begin, offset);
+        const bool isWhole = first == offset;
         offset += fragment.length();
         const int last = std::min(end, offset);
         if (first >= last) {
+            unshown = fragment.charFormat().stringProperty(UnshownFieldsProperty);
             continue;
         }
         const CharWords &words = charWords(fragment.charFormatIndex());
+        if (words.unshown != unshown) {
+            unshown = words.unshown;
+            if (isWhole) {
+                endSuperscript();
+                closeFields(commonFields(words.fields));
+                setParagraphWords(m_paragraph);
+                writeUnshown(unshown);
+            }
+        }
         openFields(words.fields);
         setParagraphWords(m_paragraph);
         setChars(words);
@@ -272,6 +289,17 @@ void Writer::writeRunWithPictures(QStringView run, const CharWords &words, const
         }
     }
     m_body.text(run.sliced(begin), words.isPictureFont);
+}
+
+void Writer::writeUnshown(const QString &instructions)
+{
+    for (const QString &instruction : instructions.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+        m_body.raw("{\\field{\\*\\fldinst{");
+        m_body.text(instruction);
+        m_body.raw("}}{");
+        m_body.word("\\fldrslt");
+        m_body.raw("}}");
+    }
 }
 
 // Closes the fields that what comes is not in, and opens those that it is in. Paragraph formatting that was set in a

@@ -40,6 +40,7 @@ private:
     struct CharWords {
         std::vector<int> values; // as charWords says
         QStringList fields;      // their instructions, outermost first
+        QString unshown;         // those of fields before the word that show nothing, one a line
         bool isPictureFont = false;
     };
 
@@ -80,6 +81,7 @@ private:
     void setParagraphWords(const Output &words);
     void writeRuns(const QTextBlock &block, int begin, int end);
     void writeRunWithPictures(QStringView run, const CharWords &words, const QTextCharFormat &format);
+    void writeUnshown(const QString &instructions);
     void openFields(const QStringList &wanted);
     void closeFields(std::size_t left);
     std::size_t commonFields(const QStringList &fields) const;
@@ -102,6 +104,7 @@ private:
     QHash<int, CharWords> m_cellMarkWords;
     std::vector<int> m_chars; // in force
     std::vector<OpenField> m_fields;
+    QString m_lastUnshown;       // at the end of the paragraph before
     QByteArray m_paragraphWords; // in force; empty before the first paragraph
     Output m_paragraph;          // the words for the paragraph that is being written
     int m_plainFormatIndex = -1; // of the paragraph before, if it is in no list

@@ -198,6 +198,7 @@ Writer::CharWords Writer::wordsOf(const QTextCharFormat &format)
     const CharLook look = charLook(format, m_document.defaultFont());
     CharWords words;
     words.fields = look.outerFields.split(QLatin1Char('\n'), Qt::SkipEmptyParts);
+    words.unshown = look.unshown;
     if (!look.instruction.isEmpty()) {
         words.fields << look.instruction;
     } else if (!look.target.isEmpty()) {

@@ -7,6 +7,8 @@
 #include "rtf/RoundTrip.h"
 #include "rtf/RtfSupport.h"
 
+#include <QTextBlock>
+
 // Fields: what they show, and that storing a text leaves as many of them as it had.
 class TestRtfFields : public QObject
 {
@@ -23,9 +25,42 @@ private Q_SLOTS:
     void paragraphsOfAFieldKeepTheirOwnFormat();
     void twoFieldsOfOneInstructionStayTwo();
     void aChangedAddressReplacesTheFields();
+    void aFieldThatShowsNothingStaysWhereItIs_data();
+    void aFieldThatShowsNothingStaysWhereItIs();
+    void aFieldThatShowsNothingIsWrittenOnceAfterChanges();
+    void fieldsThatShowNothingUpToTheLimit();
     void fieldsInFieldsUpToTheLimit();
     void aLongInstructionIsNotRepeatedForEachFieldInIt();
     void equationsUpToTheLimit();
+
+private:
+    // "<a>" is a field that shows nothing, "[" and "]" enclose what another one shows, "|" is between paragraphs.
+    static QString shownWithFields(const QTextDocument &document)
+    {
+        QString text;
+        const auto addUnshown = [&text](const QString &instructions) {
+            for (const QString &instruction : instructions.split(QLatin1Char('\n'), Qt::SkipEmptyParts)) {
+                text += QLatin1Char('<') + instruction.last(1) + QLatin1Char('>');
+            }
+        };
+        for (QTextBlock block = document.begin(); block.isValid(); block = block.next()) {
+            text += text.isEmpty() ? QString() : QStringLiteral("|");
+            QString before;
+            for (auto it = block.begin(); !it.atEnd(); ++it) {
+                const QTextCharFormat format = it.fragment().charFormat();
+                const QString unshown = format.stringProperty(rtf::UnshownFieldsProperty);
+                if (unshown != before) {
+                    addUnshown(unshown);
+                }
+                before = unshown;
+                const bool isField = format.hasProperty(rtf::FieldProperty);
+                text += isField ? QLatin1Char('[') + it.fragment().text() + QLatin1Char(']') : it.fragment().text();
+            }
+            addUnshown(block.blockFormat().stringProperty(rtf::LastFieldsProperty));
+        }
+        return text.replace(QStringLiteral("]["), QString())
+            .replace(QChar::ObjectReplacementCharacter, QLatin1Char('*'));
+    }
 };
 
 void TestRtfFields::aFieldWithoutAResultShowsWhatItMeans_data()
@@ -83,10 +118,10 @@ void TestRtfFields::aFieldWithoutAResultShowsWhatItMeans()
         QCOMPARE(rtf::plainText(*document), text);
         // It stays a field.
         const QByteArray written = rtf::write(*document);
-        QCOMPARE(written.count("\\fldinst"), shown.isEmpty() ? 0 : 1);
+        QCOMPARE(written.count("\\fldinst"), 1);
         const QByteArray name =
             instruction.first(instruction.indexOf(' ') < 0 ? instruction.size() : instruction.indexOf(' '));
-        QVERIFY(shown.isEmpty() || written.contains("{\\*\\fldinst{" + name));
+        QVERIFY(written.contains("{\\*\\fldinst{" + name));
     }
 }
 
@@ -222,6 +257,92 @@ void TestRtfFields::aChangedAddressReplacesTheFields()
     QVERIFY(written.contains("HYPERLINK \"y\""));
     QVERIFY(!written.contains("\"x\""));
     QCOMPARE(written.count("\\fldinst"), 1);
+}
+
+void TestRtfFields::aFieldThatShowsNothingStaysWhereItIs_data()
+{
+    QTest::addColumn<QByteArray>("body");
+    QTest::addColumn<QByteArray>("expected");
+    const auto row = [](const char *name, const QByteArray &body, const QByteArray &expected) {
+        QTest::newRow(name) << body << expected;
+    };
+    row("before a word", "one <a>two three", "one <a>two three");
+    row("before a blank", "one<a> two", "one<a> two");
+    row("inside a word", "on<a>e", "on<a>e");
+    row("behind a word", "one<a>\\par two", "one<a>|two");
+    row("the first", "<a>one\\par", "<a>one");
+    row("the last of all", "one<a>", "one<a>");
+    row("alone", "one\\par <a>\\par two", "one|<a>|two");
+    row("nothing else", "<a>", "<a>");
+    row("two together", "one <a><b>two", "one <a><b>two");
+    row("two of one word", "<a>one<b>two", "<a>one<b>two");
+    row("the same one again", "<a>one<a> <a>two", "<a>one <a>two");
+    row("before a word of two formats", "<a>o{\\b n}e two", "<a>one two");
+    row("before a hyperlink", "one <a>[two] three", "one <a>[two] three");
+    row("inside a field", "one [two <a>three] four", "one [two ]<a>[three] four");
+    row("at a field's end", "[one<a>] two", "[one]<a> two");
+    row("at paragraphs' ends", "one<a>\\par two<b>\\par three", "one<a>|two<b>|three");
+    row("before a picture", "<a>{\\pict\\wmetafile8 0102}{\\pict\\wmetafile8 0103}<b>{\\pict\\wmetafile8 0104}",
+        "<a>**<b>*");
+    row("in cells", "\\trowd\\cellx900\\cellx1800\\intbl <a>one\\cell two<b>\\cell\\row\\pard three",
+        "<a>one|two<b>|three");
+    row("blanks behind a cell", "\\trowd\\cellx900\\cellx1800\\intbl one\\cell  <a> two\\cell\\row\\pard three",
+        "one| <a> two|three");
+    row("superscript", "{\\super one <a>two}{\\super <b>\\par}", "one <a>two<b>");
+    row("beyond the basic plane", "<a>\\u55357?\\u56832?b",
+        "<a>\xf0\x9f\x98\x80"
+        "b");
+}
+
+void TestRtfFields::aFieldThatShowsNothingStaysWhereItIs()
+{
+    QFETCH(QByteArray, body);
+    QFETCH(const QByteArray, expected);
+    for (const char name : {'a', 'b'}) {
+        body.replace(QByteArray("<") + name + ">", QByteArray("{\\field{\\*\\fldinst{XE ") + name + "}}{\\fldrslt}}");
+    }
+    body.replace("[", "{\\field{\\*\\fldinst PAGE}{\\fldrslt ").replace("]", "}}");
+    const QByteArray rtf = "{\\rtf1{\\fonttbl{\\f0 Arial;}}" + body + "}";
+    QCOMPARE(rtftest::roundTripFault(rtf), QString());
+    const QByteArray written = rtf::write(*rtftest::documentOf(rtf));
+    const QString shown = shownWithFields(*rtftest::documentOf(written));
+    QCOMPARE(shown, QString::fromUtf8(expected));
+    QCOMPARE(written.count("{XE "), shown.count(QLatin1Char('<')));
+}
+
+void TestRtfFields::aFieldThatShowsNothingIsWrittenOnceAfterChanges()
+{
+    const auto document =
+        rtftest::documentOf("{\\rtf1 one {\\field{\\*\\fldinst XE a}}two three{\\field{\\*\\fldinst XE b}}}");
+    QTextCursor cursor = document->find(QStringLiteral("w"));
+    QTextCharFormat bold;
+    bold.setFontWeight(QFont::Bold);
+    cursor.mergeCharFormat(bold);
+    cursor.insertText(QStringLiteral("ww"));
+    cursor.movePosition(QTextCursor::End);
+    cursor.insertBlock();
+    cursor.insertText(QStringLiteral("four"));
+    const QByteArray written = rtf::write(*document);
+    QCOMPARE(written.count("XE a"), 1);
+    QCOMPARE(written.count("XE b"), 1);
+    // What is copied from behind the field comes without it.
+    cursor.setPosition(5);
+    cursor.setPosition(8, QTextCursor::KeepAnchor);
+    QCOMPARE(rtf::write(cursor).count("XE a"), 0);
+    cursor.setPosition(4);
+    cursor.setPosition(8, QTextCursor::KeepAnchor);
+    QCOMPARE(rtf::write(cursor).count("XE a"), 1);
+}
+
+void TestRtfFields::fieldsThatShowNothingUpToTheLimit()
+{
+    const auto keptWith = [](qsizetype length) {
+        const QByteArray rtf =
+            "{\\rtf1 " + ("{\\field{\\*\\fldinst X" + QByteArray(length, 'q') + "}}").repeated(2) + "x}";
+        return rtf::write(*rtftest::documentOf(rtf)).count("\\fldinst");
+    };
+    QCOMPARE(keptWith(rtf::longestUnshownFields / 2 - 3), 2);
+    QCOMPARE(keptWith(rtf::longestUnshownFields / 2 - 1), 1);
 }
 
 void TestRtfFields::fieldsInFieldsUpToTheLimit()
