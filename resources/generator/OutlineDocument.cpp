@@ -4,7 +4,6 @@
 #include "OutlineDocument.h"
 
 #include "EntryText.h"
-#include "UnshownDocument.h"
 
 #include "formats/modDocV1.h"
 #include "model/StoredText.h"
@@ -36,11 +35,11 @@ QByteArray storedText(const SourceEntry &entry, const clsFont &textFont)
 
 } // namespace
 
-void buildDocument(const OutlineSource &source, Document &document)
+void buildOutline(const OutlineSource &source, Outline &outline)
 {
-    document.m_fntOutlineFont = source.outlineFont;
-    document.m_fntTextFont = source.textFont;
-    EntryTree &tree = document.tree;
+    outline.outlineFont = source.outlineFont;
+    outline.textFont = source.textFont;
+    EntryTree &tree = outline.tree;
     // The entry last seen at each level: the last of them that is shallower than a new entry is its parent.
     std::vector<Entry *> path;
     for (const SourceEntry &sourceEntry : source.entries) {
@@ -59,10 +58,9 @@ void buildDocument(const OutlineSource &source, Document &document)
 
 QByteArray makeNativeFile(QStringView source)
 {
-    const OutlineSource outline = parseOutlineSource(source);
-    UnshownDocument unshown;
-    buildDocument(outline, unshown.document);
+    Outline outline;
+    buildOutline(parseOutlineSource(source), outline);
     MemorySink sink;
-    modDocV1::write(unshown.document, sink);
+    modDocV1::write(outline, sink);
     return sink.bytes;
 }

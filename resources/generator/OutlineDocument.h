@@ -7,11 +7,11 @@
 
 #include <QByteArray>
 
-class Document;
+struct Outline;
 
-// Fills an empty document from a source: fonts, entries with their texts in stored form, tags, the open levels, and the
+// Fills an empty outline from a source: fonts, entries with their texts in stored form, tags, the open levels, and the
 // root as the selected entry.
-void buildDocument(const OutlineSource &source, Document &document);
+void buildOutline(const OutlineSource &source, Outline &outline);
 
 // The bytes of a native file made from a source. Throws SourceError for a mistake in the source.
 QByteArray makeNativeFile(QStringView source);

@@ -9,7 +9,6 @@
 #include "app/SessionLog.h"
 #include "app/frmMain.h"
 #include "app/modMRU.h"
-#include "formats/Formats.h"
 #include "platform/DesktopClipboard.h"
 #include "platform/DesktopColours.h"
 #include "platform/IniSettingsStore.h"
@@ -51,7 +50,6 @@ private:
     DesktopClipboard m_clipboard;
     DesktopColours m_colours;
     DesktopLockKeys m_lockKeys;
-    Formats m_formats;
     frmMain m_mainWindow;
     modMRU m_recentFiles;
     DesktopPrinterDialogs m_printerDialogs;

@@ -131,9 +131,9 @@ RecentFileItems &frmMain::recentFileItems()
     return *m_menus;
 }
 
-Document &frmMain::createDocument()
+Document &frmMain::createDocument(std::unique_ptr<Outline> outline)
 {
-    auto *form = new frmDocument(m_dispatcher);
+    auto *form = new frmDocument(m_dispatcher, std::move(outline));
     auto *frame = new DocumentFrame(form);
     connect(form, &frmDocument::menuWanted, m_menus, &CommandMenus::popUp);
     connect(frame, &DocumentFrame::closed, this, &frmMain::frameClosed);

@@ -37,7 +37,7 @@ public:
 
     const Dispatcher &dispatcher() const { return m_dispatcher; }
 
-    Document &createDocument() override;
+    Document &createDocument(std::unique_ptr<Outline> outline) override;
     Document *activeDocument() const override;
     std::vector<Document *> documents() const override;
     void closeMainWindow() override;

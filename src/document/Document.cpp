@@ -38,6 +38,16 @@ Document::Document(OutlinePane &outlinePane, TextPane &textPane, DocumentWindow 
 
 Document::~Document() = default;
 
+void Document::setPaneFonts(const clsFont &outlineFont, const clsFont &textFont)
+{
+    QFont font = trvOutline.Font();
+    outlineFont.SetFont(font);
+    trvOutline.setFont(font);
+    font = txtRTF.Font();
+    textFont.SetFont(font);
+    txtRTF.setFont(font);
+}
+
 void Document::checkTexts()
 {
     m_textCheck = std::make_unique<TextCheck>(*this);

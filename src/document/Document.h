@@ -4,6 +4,7 @@
 #pragma once
 
 #include "document/DocumentNotice.h"
+#include "formats/Format.h"
 #include "model/Outline.h"
 
 #include <QString>
@@ -30,8 +31,8 @@ public:
     Document(const Document &) = delete;
     Document &operator=(const Document &) = delete;
 
-    static constexpr qint16 nativeFormat = 1;
-    static constexpr qint16 plainTextFormat = -1;
+    static constexpr qint16 nativeFormat = formatVersion::native;
+    static constexpr qint16 plainTextFormat = formatVersion::plainText;
 
     // Whether the document has a file that the current user may not write. Asked of the file system at every call.
     bool bReadOnly() const;
@@ -63,6 +64,9 @@ public:
     // Locks the text pane, or frees it: where no entry would take what is typed, in a document that was opened
     // read-only, and where the text is withheld.
     void updateTextLock();
+
+    // The fonts in which the panes show what names none. What a description leaves open stays as it is.
+    void setPaneFonts(const clsFont &outlineFont, const clsFont &textFont);
 
     // Looks for damaged texts, behind whatever else is to be done.
     void checkTexts();

@@ -9,12 +9,13 @@
 #include <QString>
 #include <QStringList>
 
+#include <memory>
 #include <optional>
 #include <vector>
 
 class Document;
 class Entry;
-class ByteSink;
+struct Outline;
 
 // What the core asks of the program around it. The program registers an implementation of each port at start-up; tests
 // register scripted ones.
@@ -24,8 +25,8 @@ class DocumentWindows
 {
 public:
     virtual ~DocumentWindows() = default;
-    // Opens a new, empty document window, which becomes the active one.
-    virtual Document &createDocument() = 0;
+    // Opens a document window, which becomes the active one, for an outline; for null, one without entries.
+    virtual Document &createDocument(std::unique_ptr<Outline> outline = nullptr) = 0;
     // The document of the active window, or null.
     virtual Document *activeDocument() const = 0;
     // Every open document, in the order in which the windows were opened.
@@ -154,40 +155,6 @@ public:
     virtual QDateTime now() const = 0;
 };
 
-// What a load leaves to be applied once all entries exist, and what it met.
-struct LoadResult {
-    // The key of the entry to select; empty when the file names none.
-    QString selectedKey;
-    // By entry index from 1; element 0 is unused.
-    std::vector<bool> tagged;
-    std::vector<bool> visible;
-    // What of the file could not be read, in words; empty when all of it was.
-    QString damage;
-    // What was passed over by the format's own rules, in words; the load counts as whole all the same.
-    QString remark;
-    // How many labels were cut at a closing brace, as the format has it: the rest of them is in the file alone.
-    int cutLabels = 0;
-};
-
-// The document formats, implemented above the core's document lifecycle. Reading and writing throw what goes wrong; the
-// imports and exports report it.
-class DocumentFormats
-{
-public:
-    virtual ~DocumentFormats() = default;
-    // Builds the document's entries and fonts from a native file's bytes; `result` holds what was read even when it
-    // throws.
-    virtual void readNative(Document &document, const QByteArray &buffer, LoadResult &result) = 0;
-    // Builds one entry from a plain-text file's bytes.
-    virtual void readPlainText(Document &document, const QByteArray &buffer) = 0;
-    virtual void writeNative(const Document &document, ByteSink &sink) = 0;
-    virtual void writePlainText(const Document &document, ByteSink &sink) = 0;
-    virtual void importText(const QString &sFile) = 0;
-    virtual void importClipboard() = 0;
-    virtual void exportText(const QString &sFile) = 0;
-    virtual void exportClipboard() = 0;
-};
-
 // What is printed of a document: an entry, alone or with its descendants. Both live as long as the printing does.
 struct PrintExtent {
     Document *document = nullptr;
@@ -214,7 +181,6 @@ struct Ports {
     MousePointer *pointer = nullptr;
     RecentFiles *recentFiles = nullptr;
     Clipboard *clipboard = nullptr;
-    DocumentFormats *formats = nullptr;
     const Clock *clock = nullptr;
     Printing *printing = nullptr;
 };

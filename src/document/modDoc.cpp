@@ -12,6 +12,7 @@
 #include "document/Ports.h"
 #include "document/SafeFile.h"
 #include "document/TextPane.h"
+#include "formats/Format.h"
 #include "model/StoredText.h"
 
 #include "util/Procedure.h"
@@ -28,25 +29,11 @@ namespace
 constexpr auto saveName = "modDoc DocSave";
 
 // A new document window with its untitled caption.
-Document &openUntitled()
+Document &openUntitled(std::unique_ptr<Outline> outline)
 {
-    Document &document = ports().windows->createDocument();
+    Document &document = ports().windows->createDocument(std::move(outline));
     document.window.setCaption(u"Document %1"_s.arg(iDocumentCount));
     return document;
-}
-
-void applyFont(const clsFont &font, OutlinePane &pane)
-{
-    QFont platformFont = pane.Font();
-    font.SetFont(platformFont);
-    pane.setFont(platformFont);
-}
-
-void applyFont(const clsFont &font, TextPane &pane)
-{
-    QFont platformFont = pane.Font();
-    font.SetFont(platformFont);
-    pane.setFont(platformFont);
 }
 
 // The backup's name: the same path with the extension "bak".
@@ -134,10 +121,7 @@ void writeDocument(Document &document)
 {
     // The new content is complete and on disk before the old file or its backup is touched.
     SafeFile file(document.m_sFile, [&document] { return inPlaceAccepted(document.m_sFile); });
-    if (document.m_iFileFormatVersion == Document::nativeFormat)
-        ports().formats->writeNative(document, file);
-    else
-        ports().formats->writePlainText(document, file);
+    formatOfVersion(document.m_iFileFormatVersion).write(*document.outline, file);
     file.flushToDisk();
     const QString sBackup = backupName(file.target());
     // A file named .bak would be its own backup, and a protected backup is not to be touched.
@@ -174,27 +158,30 @@ void unlockSaved(Document &document)
 namespace modDoc
 {
 
-Document *DocInit()
+Document *DocInit(std::unique_ptr<Outline> outline)
 {
-    return procedure("modDoc DocInit", [] { return &openUntitled(); });
+    return procedure("modDoc DocInit", [&] { return &openUntitled(std::move(outline)); });
 }
 
 void DocNew()
 {
-    procedure("modDoc DocNew", [] {
-        Document *document = &openUntitled();
-        ports().commands->UpdateStatusBarText(QString());
-        document->trvOutline.setPaneVisible(false);
-        applyFont(g_fntDefaultOutlineFont, document->trvOutline);
-        applyFont(g_fntDefaultTextFont, document->txtRTF);
-        g_fntDefaultOutlineFont.CopyTo(document->m_fntOutlineFont);
-        g_fntDefaultTextFont.CopyTo(document->m_fntTextFont);
-        document->m_bDataChanged = true;
-        document->m_iFileFormatVersion = Document::nativeFormat;
-        document->trvOutline.setLabelEdit(optionalLabelEdit());
-        document->trvOutline.setPaneVisible(true);
-        ports().commands->MenuEnableDynamic();
-    });
+    procedure("modDoc DocNew", [] { newDocument(); });
+}
+
+Document &newDocument(std::unique_ptr<Outline> outline)
+{
+    Document &document = openUntitled(std::move(outline));
+    ports().commands->UpdateStatusBarText(QString());
+    document.trvOutline.setPaneVisible(false);
+    document.setPaneFonts(g_fntDefaultOutlineFont, g_fntDefaultTextFont);
+    g_fntDefaultOutlineFont.CopyTo(document.m_fntOutlineFont);
+    g_fntDefaultTextFont.CopyTo(document.m_fntTextFont);
+    document.m_bDataChanged = true;
+    document.m_iFileFormatVersion = Document::nativeFormat;
+    document.trvOutline.setLabelEdit(optionalLabelEdit());
+    document.trvOutline.setPaneVisible(true);
+    ports().commands->MenuEnableDynamic();
+    return document;
 }
 
 SaveOutcome DocSave(const QString &sFile)
@@ -249,7 +236,7 @@ SaveOutcome DocSave(const QString &sFile)
 
 qint16 DocDefaultVersionFromExt(const QString &sFile)
 {
-    return modString::StringExtension(sFile) == u"qly" ? Document::nativeFormat : Document::plainTextFormat;
+    return formatOfExtension(sFile).version;
 }
 
 } // namespace modDoc

@@ -3,8 +3,11 @@
 
 #pragma once
 
-#include <QByteArray>
+#include "model/Outline.h"
+
 #include <QString>
+
+#include <memory>
 
 class Document;
 
@@ -15,11 +18,13 @@ enum class SaveOutcome { Failed, Saved, Refused };
 namespace modDoc
 {
 
-// Creates a document window with its untitled caption.
-Document *DocInit();
+// Opens a document window with its untitled caption, for what was read or for an outline without entries.
+Document *DocInit(std::unique_ptr<Outline> outline = nullptr);
 
 // A new, empty document with the default fonts. Its outline has no entry yet.
 void DocNew();
+// The same, for an outline that comes from elsewhere; throws instead of reporting.
+Document &newDocument(std::unique_ptr<Outline> outline = nullptr);
 
 // Opens a file in a new document window. False when it could not be read whole: the window then keeps what was read,
 // without a file name, and the failure is in the session log. A file that does not exist opens nothing.
@@ -34,16 +39,5 @@ SaveOutcome DocSave(const QString &sFile);
 
 // The native format for the extension "qly" in any case, plain text for any other.
 qint16 DocDefaultVersionFromExt(const QString &sFile);
-
-// The value of the first record of that tag anywhere in a native file's bytes; empty when there is none.
-QByteArray DocLoadTag(const QByteArray &buffer, const QByteArray &tagName);
-
-// Whether a record of that tag stands exactly at a 1-based position; then the value up to the next brace and that
-// brace's 1-based position.
-bool DocLoadTagAtPosition(const QByteArray &buffer, const QByteArray &tagName, qsizetype position,
-                          qsizetype &endPosition, QByteArray &value);
-
-// What every record begins with.
-inline constexpr QByteArrayView recordOpener = "{\\qlf_";
 
 } // namespace modDoc

@@ -15,9 +15,9 @@
 #include "document/TextPane.h"
 #include "document/UnfinishedSaves.h"
 #include "document/modNodes.h"
+#include "formats/Format.h"
 
 #include "util/ByteSink.h"
-#include "util/Numbers.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
 #include "util/modString.h"
@@ -36,23 +36,6 @@ namespace
 {
 
 constexpr auto routineName = "modDoc DocLoad";
-
-qint16 fileFormatVersion(const QString &sFile, const QByteArray &buffer)
-{
-    const QString sStored = QString::fromLatin1(modDoc::DocLoadTag(buffer, "formatversion"));
-    return Numbers::isNumeric(sStored) ? Numbers::toInt16(Numbers::toNumber(sStored))
-                                       : modDoc::DocDefaultVersionFromExt(sFile);
-}
-
-void readOutline(Document &document, const QString &sFile, const QByteArray &buffer, LoadResult &result)
-{
-    document.m_iFileFormatVersion = fileFormatVersion(sFile, buffer);
-    const BulkChange bulk(document.tree);
-    if (document.m_iFileFormatVersion == Document::nativeFormat)
-        ports().formats->readNative(document, buffer, result);
-    else
-        ports().formats->readPlainText(document, buffer);
-}
 
 // Why what is shown is something other than what the file is, in words; empty for an outline and for plain text.
 QString strangeness(qint16 iVersion, const QByteArray &buffer)
@@ -89,39 +72,52 @@ private:
 
 // A native file that was read whole would be saved as the same bytes. One that would not was made by another hand or
 // has come to harm in a way that still reads as a document: the log then says so.
-void remarkOnOddities(const Document &document, const QString &sFile, const QByteArray &buffer, LoadResult &result)
+void remarkOnOddities(const Document &document, const QString &sFile, const QByteArray &buffer, ReadOutline &result)
 {
     if (!result.remark.isEmpty())
         return;
     if (document.m_iFileFormatVersion != Document::nativeFormat) {
-        if (modString::StringExtension(sFile) == u"qly")
+        if (formatOfExtension(sFile).version == Document::nativeFormat)
             result.remark =
                 u"read as plain text, because its format version is %1"_s.arg(document.m_iFileFormatVersion);
         return;
     }
     ComparingSink sink(buffer);
-    ports().formats->writeNative(document, sink);
+    formatOfVersion(document.m_iFileFormatVersion).write(*document.outline, sink);
     if (!sink.same())
         result.remark = u"the file differs from what saving it unchanged would write"_s;
 }
 
-void applyFlags(Document &document, const LoadResult &result)
+// A file that is being opened.
+struct OpenedFile {
+    QString sFile;
+    QByteArray buffer;
+    qint16 iVersion = Document::nativeFormat;
+    ReadOutline read;
+};
+
+// Reads as far as it goes. What keeps it from being the whole file is the failure of what was read.
+OpenedFile readFile(const QString &sFile)
 {
-    const BulkChange bulk(document.tree);
-    const auto flagged = [](const std::vector<bool> &flags, int index) {
-        return static_cast<size_t>(index) < flags.size() && flags[static_cast<size_t>(index)];
-    };
-    const EntryCollection &entries = document.tree.collection();
-    for (int index = 1; index <= entries.count(); ++index) {
-        Entry *entry = entries.at(index);
-        if (flagged(result.visible, index)) {
-            // An open ancestor was opened with all of its own, so there the climb may end.
-            for (Entry *ancestor = entry->parent(); ancestor && !ancestor->expanded(); ancestor = ancestor->parent())
-                document.tree.setExpanded(ancestor, true);
-        }
-        if (flagged(result.tagged, index))
-            document.tree.setTagged(entry, true);
+    OpenedFile file;
+    file.sFile = sFile;
+    ReadOutline &read = file.read;
+    try {
+        file.buffer = readWholeFile(sFile);
+        file.iVersion = formatVersionOf(sFile, file.buffer);
+        read = formatOfVersion(file.iVersion).read(file.buffer);
+        if (read.failure)
+            return file;
+        if (read.damage.isEmpty())
+            read.damage = strangeness(file.iVersion, file.buffer);
+        if (!read.damage.isEmpty())
+            throw RunTimeError(
+                ErrorNumber::InvalidFileFormat,
+                u"%1: %2: %3"_s.arg(errorDescription(ErrorNumber::InvalidFileFormat), sFile, read.damage));
+    } catch (...) {
+        read.failure = std::current_exception();
     }
+    return file;
 }
 
 void markReadOnly(Document &document)
@@ -142,18 +138,17 @@ void showLoaded(Document &document, Entry *selected)
         modNodes::NodeTextGet(document, nullptr);
 }
 
-// Leaves the window with what was read and without its file's name, so that a save cannot overwrite the file.
-void keepWhatWasRead(Document &document, const QString &sFile, const LoadResult &result)
+// Shows what was read, of the error being handled, without the file's name, so that a save cannot overwrite the file.
+void keepWhatWasRead(Document &document, const OpenedFile &file)
 {
     document.m_sFile.clear();
     document.m_iFileFormatVersion = Document::nativeFormat;
-    applyFlags(document, result);
     showLoaded(document, document.tree.root());
     document.window.autoFitSplit();
     ports().commands->MenuEnableDynamic();
-    document.notice = u"The file %1 could not be read whole"_s.arg(sFile);
+    document.notice = u"The file %1 could not be read whole"_s.arg(file.sFile);
     ports().commands->UpdateStatusBarText(document.notice);
-    const QString cause = result.damage.isEmpty() ? currentError().description : result.damage;
+    const QString cause = file.read.damage.isEmpty() ? currentError().description : file.read.damage;
     document.tell({NoticeKind::NotReadWhole, u"%1: %2. What was read is shown here without the file's name, so that "
                                              "saving it does not replace the file."_s.arg(document.notice, cause)});
 }
@@ -168,32 +163,35 @@ void tellOfCutLabels(Document &document, int cutLabels)
 }
 
 // A window that is a look at a file takes on the caption, and not the file's name and lock.
-void loadInto(Document &document, const QString &sFile, LoadResult &result, const QString &sCaption)
+void showWhole(Document &document, OpenedFile &file, const QString &sCaption)
 {
-    document.trvOutline.setPaneVisible(false);
-    document.m_sFile = sFile;
-    const QByteArray buffer = readWholeFile(sFile);
-    readOutline(document, sFile, buffer, result);
-    if (result.damage.isEmpty())
-        result.damage = strangeness(document.m_iFileFormatVersion, buffer);
-    // All that may fail comes before the window takes on the file's name and its lock: a window that keeps only what
-    // could be read has neither.
-    if (!result.damage.isEmpty())
-        throw RunTimeError(ErrorNumber::InvalidFileFormat,
-                           u"%1: %2: %3"_s.arg(errorDescription(ErrorNumber::InvalidFileFormat), sFile, result.damage));
-    Entry *selected = document.tree.root();
-    if (!result.selectedKey.isEmpty())
-        selected = document.tree.itemByKey(result.selectedKey);
-    document.m_bFromOutline = document.m_iFileFormatVersion == Document::nativeFormat;
-    if (!sCaption.isEmpty())
-        document.m_sFile.clear();
-    document.window.setCaption(sCaption.isEmpty() ? sFile : sCaption);
+    document.m_iFileFormatVersion = file.iVersion;
+    document.m_bFromOutline = file.iVersion == Document::nativeFormat;
+    if (sCaption.isEmpty())
+        document.m_sFile = file.sFile;
+    document.window.setCaption(sCaption.isEmpty() ? file.sFile : sCaption);
     document.m_fileAccess = document.bReadOnly() ? FileAccess::ReadOnly : FileAccess::Writable;
     if (document.m_fileAccess == FileAccess::ReadOnly)
         markReadOnly(document);
-    applyFlags(document, result);
-    showLoaded(document, selected);
-    remarkOnOddities(document, sFile, buffer, result);
+    showLoaded(document, document.tree.selected());
+    remarkOnOddities(document, file.sFile, file.buffer, file.read);
+}
+
+// Fills the window that was opened for what was read. Throws what kept it from being the whole file.
+void show(Document &document, OpenedFile &file, const QString &sCaption)
+{
+    document.trvOutline.setPaneVisible(false);
+    // The base font of the text pane is the outline's by design; the text font stays what new texts are given.
+    if (file.iVersion == Document::nativeFormat)
+        document.setPaneFonts(document.m_fntOutlineFont, document.m_fntOutlineFont);
+    try {
+        if (file.read.failure)
+            std::rethrow_exception(file.read.failure);
+        showWhole(document, file, sCaption);
+    } catch (...) {
+        keepWhatWasRead(document, file);
+        throw;
+    }
 }
 
 // Opens a file in a window of its own, under its name or under a caption. A file that does not exist opens nothing.
@@ -206,23 +204,20 @@ bool load(const QString &sFile, const QString &sCaption)
     }
     const HourglassPointer hourglass;
     ports().commands->UpdateStatusBarText(QString());
-    Document *document = modDoc::DocInit();
-    if (!document)
-        return false;
-    LoadResult result;
+    OpenedFile file;
+    Document *document = nullptr;
     {
         const BusyScope busy;
-        try {
-            loadInto(*document, sFile, result, sCaption);
-        } catch (...) {
-            keepWhatWasRead(*document, sFile, result);
-            throw;
-        }
+        file = readFile(sFile);
+        document = modDoc::DocInit(std::move(file.read.outline));
+        if (!document)
+            return false;
+        show(*document, file, sCaption);
     }
-    if (!result.remark.isEmpty())
-        remark(u"%1: %2"_s.arg(sFile, result.remark));
-    if (result.cutLabels > 0)
-        tellOfCutLabels(*document, result.cutLabels);
+    if (!file.read.remark.isEmpty())
+        remark(u"%1: %2"_s.arg(sFile, file.read.remark));
+    if (file.read.cutLabels > 0)
+        tellOfCutLabels(*document, file.read.cutLabels);
     if (document->m_iFileFormatVersion == Document::nativeFormat)
         document->checkTexts();
     document->window.autoFitSplit();
@@ -285,39 +280,6 @@ bool DocLoad(const QString &sFile)
 bool DocLoadUnnamed(const QString &sFile, const QString &sCaption)
 {
     return procedure(routineName, [&] { return load(sFile, sCaption); });
-}
-
-QByteArray DocLoadTag(const QByteArray &buffer, const QByteArray &tagName)
-{
-    const QByteArray opener = recordOpener.toByteArray() + tagName + ' ';
-    const qsizetype found = buffer.indexOf(opener);
-    qsizetype end = 0;
-    QByteArray value;
-    if (found >= 0)
-        DocLoadTagAtPosition(buffer, tagName, found + 1, end, value);
-    return value;
-}
-
-bool DocLoadTagAtPosition(const QByteArray &buffer, const QByteArray &tagName, qsizetype position,
-                          qsizetype &endPosition, QByteArray &value)
-{
-    value.clear();
-    const QByteArrayView rest = QByteArrayView(buffer).sliced(qBound(qsizetype(0), position - 1, buffer.size()));
-    const qsizetype openerSize = recordOpener.size() + tagName.size() + 1;
-    const bool here = rest.startsWith(recordOpener) && rest.sliced(recordOpener.size()).startsWith(tagName) &&
-                      rest.size() >= openerSize && rest[openerSize - 1] == ' ';
-    if (!here)
-        return false;
-    const qsizetype brace = rest.indexOf('}');
-    if (brace < 0) {
-        // Cut off within the value: it ends where the bytes do.
-        endPosition = buffer.size() + 1;
-        value = rest.sliced(openerSize).toByteArray();
-        return true;
-    }
-    endPosition = position + brace;
-    value = brace >= openerSize ? rest.sliced(openerSize, brace - openerSize).toByteArray() : QByteArray();
-    return true;
 }
 
 } // namespace modDoc

@@ -6,8 +6,10 @@
 #include "document/Document.h"
 #include "document/DocumentWindow.h"
 #include "document/Ports.h"
+#include "document/TextExchange.h"
 #include "document/modDoc.h"
 #include "document/modNodes.h"
+#include "formats/Format.h"
 
 #include "util/FullPath.h"
 #include "util/Procedure.h"
@@ -20,9 +22,29 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-const FileFilter nativeFilter = {u"Quillery Files (*.qly)"_s, u"*.qly"_s};
-const FileFilter textFilter = {u"Text Files (*.txt)"_s, u"*.txt"_s};
-const FileFilter everyFilter = {u"All Files (*.*)"_s, u"*.*"_s};
+FileFilter filterOf(const Format &format)
+{
+    return {format.filter, format.pattern};
+}
+
+// Of every format, in their order.
+std::vector<FileFilter> formatFilters()
+{
+    std::vector<FileFilter> filters;
+    for (const Format &format : formats())
+        filters.push_back(filterOf(format));
+    return filters;
+}
+
+const Format &nativeFormat()
+{
+    return formatOfVersion(Document::nativeFormat);
+}
+
+const Format &textFormat()
+{
+    return formatOfVersion(Document::plainTextFormat);
+}
 
 // Whether a document other than one left out has a file, by whatever name.
 bool isOpen(const QString &sFile, const Document *leftOut = nullptr)
@@ -54,24 +76,19 @@ FileDialogRequest saveRequest(const Document &document, std::vector<FileFilter> 
     return {std::move(filters), extension, modString::StringWithoutExtension(document.m_sFile)};
 }
 
-// An import that failed leaves no window without an entry behind.
-void closeUnlessImported(const QString &source)
+void tellUnlessImported(const Document *imported, const QString &source)
 {
-    Document *document = DocumentActive();
-    if (!document || document->tree.root())
-        return;
-    document->giveUpChanges();
-    document->window.close();
-    ports().dialogs->warn(u"Warning - "_s + source + u" could not be imported"_s);
+    if (!imported)
+        ports().dialogs->warn(u"Warning - "_s + source + u" could not be imported"_s);
 }
 
 // The dialog for a document's file. Without its extension the name must not read as another format's.
 FileDialogRequest saveAsRequest(const Document &document)
 {
-    FileDialogRequest request = saveRequest(document, {nativeFilter, textFilter}, u"qly"_s);
-    request.formatExtension = u"qly"_s;
+    FileDialogRequest request = saveRequest(document, formatFilters(), nativeFormat().extension);
+    request.formatExtension = nativeFormat().extension;
     const QString sExtension = modString::StringExtension(request.initialName);
-    if (sExtension == u"qly" || sExtension == u"txt")
+    if (std::ranges::find(formats(), sExtension, &Format::extension) != formats().end())
         request.initialName = document.m_sFile;
     return request;
 }
@@ -115,7 +132,9 @@ void FileOpen()
 {
     procedure("modFile FileOpen", [] {
         ports().commands->UpdateStatusBarText(QString());
-        const auto sFile = ports().dialogs->askOpenName({{nativeFilter, textFilter, everyFilter}, u"qly"_s, QString()});
+        std::vector<FileFilter> filters = formatFilters();
+        filters.push_back({u"All Files (*.*)"_s, u"*.*"_s});
+        const auto sFile = ports().dialogs->askOpenName({std::move(filters), nativeFormat().extension, QString()});
         if (sFile)
             modDoc::DocLoad(*sFile);
     });
@@ -220,22 +239,16 @@ void FileExit()
 void FileImportText()
 {
     procedure("modFile FileImportText", [] {
-        const auto sFile = ports().dialogs->askOpenName({{textFilter}, u"txt"_s, QString()});
-        if (!sFile)
-            return;
-        modDoc::DocNew();
-        ports().formats->importText(*sFile);
-        closeUnlessImported(u"the file "_s + *sFile);
+        const auto sFile = ports().dialogs->askOpenName({{filterOf(textFormat())}, textFormat().extension, QString()});
+        if (sFile)
+            tellUnlessImported(modDocText::DocImport(*sFile), u"the file "_s + *sFile);
     });
 }
 
 void FileImportClipboard()
 {
-    procedure("modFile FileImportClipboard", [] {
-        modDoc::DocNew();
-        ports().formats->importClipboard();
-        closeUnlessImported(u"the clipboard"_s);
-    });
+    procedure("modFile FileImportClipboard",
+              [] { tellUnlessImported(modDocClipboard::DocImport(), u"the clipboard"_s); });
 }
 
 void FileExportText()
@@ -244,14 +257,15 @@ void FileExportText()
         const Document *document = DocumentActive();
         if (!document)
             return;
-        const auto sFile = ports().dialogs->askSaveName(saveRequest(*document, {textFilter}, u"txt"_s));
+        const auto sFile =
+            ports().dialogs->askSaveName(saveRequest(*document, {filterOf(textFormat())}, textFormat().extension));
         if (!sFile)
             return;
         // The document that has the file would look as if it were still in there, and be closed without a question.
         if (isOpen(*sFile))
             ports().dialogs->warn(u"Warning - the file "_s + *sFile + u" is open, so cannot be exported over"_s);
         else
-            ports().formats->exportText(*sFile);
+            modDocText::DocExport(*sFile);
     });
 }
 
@@ -259,7 +273,7 @@ void FileExportClipboard()
 {
     procedure("modFile FileExportClipboard", [] {
         if (DocumentActive())
-            ports().formats->exportClipboard();
+            modDocClipboard::DocExport();
     });
 }
 

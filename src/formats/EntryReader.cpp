@@ -3,11 +3,10 @@
 
 #include "formats/EntryReader.h"
 
+#include "formats/Format.h"
 #include "formats/LabelRecords.h"
 
-#include "document/Document.h"
-#include "document/modDoc.h"
-#include "document/modNodes.h"
+#include "model/Outline.h"
 
 #include "util/AnsiCodec.h"
 #include "util/Numbers.h"
@@ -50,15 +49,31 @@ int placeAmong(const Names &names, QByteArrayView name)
 // A record that describes an entry bears a name like those of the format's own.
 bool isOfEntry(QByteArrayView record)
 {
-    return record.sliced(modDoc::recordOpener.size()).startsWith("node");
+    return record.sliced(recordNames::opener.size()).startsWith("node");
+}
+
+Entry *insertEntry(EntryTree &tree, Relationship relationship, Entry *relative)
+{
+    // Beside the root there is no place: what claims one becomes its last child.
+    Entry *root = tree.root();
+    if (root && (!relative || relative == root))
+        return tree.insert(Relationship::tvwChild, root);
+    return tree.insert(relationship, relative);
+}
+
+// An open ancestor was opened with all of its own, so there the climb may end.
+void openAncestors(EntryTree &tree, const Entry *entry)
+{
+    for (Entry *ancestor = entry->parent(); ancestor && !ancestor->expanded(); ancestor = ancestor->parent())
+        tree.setExpanded(ancestor, true);
 }
 
 } // namespace
 
-EntryReader::EntryReader(Document &document, const QByteArray &buffer, LoadResult &result)
-    : m_document(document)
-    , m_buffer(buffer)
+EntryReader::EntryReader(const QByteArray &buffer, ReadOutline &result)
+    : m_buffer(buffer)
     , m_result(result)
+    , m_outline(*result.outline)
 {
 }
 
@@ -73,7 +88,7 @@ void EntryReader::read()
     }
     setTrailerApart();
     completeEntry();
-    if (!m_document.tree.root())
+    if (!m_outline.tree.root())
         m_damage.note(u"it holds no entry", 0);
     tell();
 }
@@ -143,7 +158,7 @@ qsizetype EntryReader::readHeaderRecord(int record, qsizetype at)
 qsizetype EntryReader::readEntryRecord(Record record, qsizetype at)
 {
     const qsizetype valueStart =
-        at + modDoc::recordOpener.size() + recordNames::entry[static_cast<size_t>(record)].size() + 1;
+        at + recordNames::opener.size() + recordNames::entry[static_cast<size_t>(record)].size() + 1;
     if (record != NodeKey) {
         noteOrder(record, at);
         m_behind = record + 1;
@@ -181,7 +196,7 @@ qsizetype EntryReader::readEntryRecord(Record record, qsizetype at)
 
 qsizetype EntryReader::readExactLabel(qsizetype at)
 {
-    const qsizetype valueStart = at + modDoc::recordOpener.size() + recordNames::exactLabel.size() + 1;
+    const qsizetype valueStart = at + recordNames::opener.size() + recordNames::exactLabel.size() + 1;
     const qsizetype brace = nextBrace(valueStart);
     const std::optional<QString> label = exactLabel(m_buffer.sliced(valueStart, brace - valueStart), m_labelValue);
     bool cut = false;
@@ -250,14 +265,14 @@ void EntryReader::beginEntry(const QByteArray &path, qsizetype at)
     Relationship relationship = Relationship::tvwFirst;
     const qsizetype stop = path.lastIndexOf('.');
     if (path.endsWith(".1")) {
-        relative = m_document.tree.itemByPath(QByteArrayView(path).chopped(2));
+        relative = m_outline.tree.itemByPath(QByteArrayView(path).chopped(2));
         relationship = Relationship::tvwChild;
     } else if (stop >= 0) {
         const qint16 place = Numbers::toInt16(Numbers::toNumber(QString::fromLatin1(path.sliced(stop + 1))));
-        relative = m_document.tree.itemByPath(path.first(stop + 1) + QByteArray::number(place - 1));
+        relative = m_outline.tree.itemByPath(path.first(stop + 1) + QByteArray::number(place - 1));
         relationship = Relationship::tvwNext;
     }
-    m_entry = modNodes::insertEntry(m_document, relationship, relative);
+    m_entry = insertEntry(m_outline.tree, relationship, relative);
     m_has[NodeKey] = true;
     m_behind = NodeKey + 1;
     // Entries are written in outline order, so each is its parent's last so far, and the first one the only root.
@@ -275,17 +290,14 @@ void EntryReader::completeEntry()
         else if (std::ranges::find(m_has, false) != m_has.end())
             m_remarks.note(u"an entry without all of its flags");
         m_cutLabels += m_labelCut ? 1 : 0;
-        m_document.tree.setLabel(entry, m_label);
-        m_document.tree.setStoredText(entry, m_text);
-        m_document.tree.setForeignRecords(entry, std::move(m_foreign));
-        m_document.tree.select(entry);
-        const size_t index = static_cast<size_t>(m_document.tree.collection().indexOf(entry));
-        m_result.tagged.resize(index + 1);
-        m_result.visible.resize(index + 1);
-        m_result.tagged[index] = m_tagged;
-        m_result.visible[index] = m_visible;
+        m_outline.tree.setLabel(entry, m_label);
+        m_outline.tree.setStoredText(entry, m_text);
+        m_outline.tree.setForeignRecords(entry, std::move(m_foreign));
+        m_outline.tree.setTagged(entry, m_tagged);
+        if (m_visible)
+            openAncestors(m_outline.tree, entry);
     } else if (!m_foreign.empty()) {
-        m_document.outline->foreignHeader = std::move(m_foreign);
+        m_outline.foreignHeader = std::move(m_foreign);
     }
     m_foreign.clear();
     m_has.fill(false);
@@ -346,7 +358,7 @@ void EntryReader::setTrailerApart()
     const auto first = std::ranges::find_if(
         m_foreign, [](const ForeignRecords &each) { return each.behind == RecordCount && !isOfEntry(each.bytes); });
     for (auto each = first; each != m_foreign.end(); ++each)
-        m_document.outline->foreignTrailer += each->bytes;
+        m_outline.foreignTrailer += each->bytes;
     m_foreign.erase(first, m_foreign.end());
 }
 
@@ -362,7 +374,7 @@ void EntryReader::tell()
 QByteArray EntryReader::nameAt(qsizetype at) const
 {
     constexpr qsizetype longestName = 40;
-    const QByteArrayView tag = QByteArrayView(m_buffer).sliced(at + modDoc::recordOpener.size());
+    const QByteArrayView tag = QByteArrayView(m_buffer).sliced(at + recordNames::opener.size());
     const QByteArrayView front = tag.first(std::min(tag.size(), longestName));
     const qsizetype blank = front.indexOf(' ');
     return blank < 0 ? QByteArray() : front.first(blank).toByteArray();
@@ -383,7 +395,7 @@ qsizetype EntryReader::nextOpener(qsizetype from) const
 {
     const QByteArrayView bytes(m_buffer);
     for (qsizetype at = bytes.indexOf('{', from); at >= 0; at = bytes.indexOf('{', at + 1)) {
-        if (bytes.sliced(at).startsWith(modDoc::recordOpener))
+        if (bytes.sliced(at).startsWith(recordNames::opener))
             return at;
     }
     return bytes.size();

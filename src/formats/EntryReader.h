@@ -6,7 +6,6 @@
 #include "formats/Findings.h"
 #include "formats/RecordNames.h"
 
-#include "document/Ports.h"
 #include "model/ForeignRecords.h"
 
 #include <QByteArray>
@@ -14,8 +13,9 @@
 
 #include <array>
 
-class Document;
 class Entry;
+struct Outline;
+struct ReadOutline;
 
 // Reads the entries of a native file in one pass over its bytes. Positions are 0-based here.
 //
@@ -25,9 +25,9 @@ class Entry;
 class EntryReader
 {
 public:
-    EntryReader(Document &document, const QByteArray &buffer, LoadResult &result);
+    EntryReader(const QByteArray &buffer, ReadOutline &result);
 
-    // Throws as modDocV1::DocLoadVersion; the document then has what was read by then.
+    // Throws what breaks it off (see modDocV1.h); the outline then has what was read by then.
     void read();
 
 private:
@@ -55,9 +55,9 @@ private:
     qsizetype nextBrace(qsizetype from);
     qsizetype nextOpener(qsizetype from) const;
 
-    Document &m_document;
     const QByteArray &m_buffer;
-    LoadResult &m_result;
+    ReadOutline &m_result;
+    Outline &m_outline;
     Findings m_damage;
     Findings m_remarks;
     int m_cutLabels = 0;

@@ -3,7 +3,7 @@
 
 #include "formats/LabelRecords.h"
 
-#include "document/modDoc.h"
+#include "formats/RecordNames.h"
 
 #include "util/AnsiCodec.h"
 
@@ -24,7 +24,7 @@ LabelRecords labelRecords(const QString &label)
     if (brace < 0 && !value.contains('\r') && !value.contains('\n'))
         return {value, QByteArray()};
     // Behind the brace readers look for the next record, and must not find one in the label.
-    if (brace >= 0 && value.indexOf(modDoc::recordOpener, brace) >= 0)
+    if (brace >= 0 && value.indexOf(recordNames::opener, brace) >= 0)
         value.truncate(brace);
     return {value, encoded(label)};
 }

@@ -11,6 +11,9 @@
 namespace recordNames
 {
 
+// What every record begins with.
+inline constexpr QByteArrayView opener = "{\\qlf_";
+
 inline constexpr std::array<QByteArrayView, 14> header = {
     "formatversion",     "selecteditemkey",          "outlinefontname",       "outlinefontsize",  "outlinefontbold",
     "outlinefontitalic", "outlinefontstrikethrough", "outlinefontunderline",  "textfontname",     "textfontsize",

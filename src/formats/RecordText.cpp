@@ -3,7 +3,7 @@
 
 #include "formats/RecordText.h"
 
-#include "document/modDoc.h"
+#include "formats/RecordNames.h"
 #include "model/StoredText.h"
 
 #include "util/RunTimeError.h"
@@ -21,10 +21,10 @@ qsizetype findOpener(QByteArrayView bytes, qsizetype from)
 {
     const QByteArrayView rest = bytes.sliced(from);
     // Of a text without bytes there may be no address either, which memmem does not take.
-    if (rest.size() < modDoc::recordOpener.size())
+    if (rest.size() < recordNames::opener.size())
         return -1;
-    const void *found = memmem(rest.data(), static_cast<size_t>(rest.size()), modDoc::recordOpener.data(),
-                               static_cast<size_t>(modDoc::recordOpener.size()));
+    const void *found = memmem(rest.data(), static_cast<size_t>(rest.size()), recordNames::opener.data(),
+                               static_cast<size_t>(recordNames::opener.size()));
     return found ? static_cast<const char *>(found) - bytes.data() : -1;
 }
 

@@ -3,19 +3,14 @@
 
 #include "formats/modDocText.h"
 
-#include "formats/ImportScope.h"
 #include "formats/OutlineWalk.h"
 #include "formats/PlainText.h"
 
-#include "document/Document.h"
-#include "document/Ports.h"
-#include "document/SafeFile.h"
-#include "document/modNodes.h"
 #include "model/StoredText.h"
 
 #include "util/AnsiCodec.h"
+#include "util/ByteSink.h"
 #include "util/Procedure.h"
-#include "util/RunTimeError.h"
 
 #include <QStringDecoder>
 
@@ -45,15 +40,15 @@ QString decodeFile(const QByteArray &buffer)
 namespace modDocText
 {
 
-QString plainTextLayout(const Document &document)
+QString plainTextLayout(const Outline &outline)
 {
     QString layout;
-    if (!document.tree.root())
+    if (!outline.tree.root())
         return layout;
-    for (OutlineWalk walk(document.tree.root(), "0"); walk.entry(); walk.next()) {
+    for (OutlineWalk walk(outline.tree.root(), "0"); walk.entry(); walk.next()) {
         const Entry *entry = walk.entry();
         layout += withLineEnds(QLatin1StringView(walk.path()) + u' ' + entry->label());
-        const QString text = withoutTrailingLineEnds(plainTextOf(document.tree.storedText(entry)));
+        const QString text = withoutTrailingLineEnds(plainTextOf(outline.tree.storedText(entry)));
         layout += text + "\r\n"_L1;
         if (!text.isEmpty())
             layout += "\r\n"_L1;
@@ -61,67 +56,43 @@ QString plainTextLayout(const Document &document)
     return layout;
 }
 
-void makeTextEntry(Document &document, const QString &text)
+std::unique_ptr<Outline> outlineOf(const QString &text)
 {
-    Entry *entry = modNodes::insertEntry(document, Relationship::tvwFirst, nullptr);
+    auto outline = std::make_unique<Outline>();
+    EntryTree &tree = outline->tree;
+    Entry *entry = tree.insert(Relationship::tvwFirst, nullptr);
     const QByteArray bytes = AnsiCodec::fromText(withLineEnds(text));
-    document.tree.setLabel(entry, u"Text"_s);
+    tree.setLabel(entry, u"Text"_s);
     // Left as it stands, a text that begins with a number and a comma would be shown without that beginning.
-    document.tree.setStoredText(entry, readsAsCompressed(bytes) ? NodeTextCompressIfRequired(bytes) : bytes);
-    modNodes::NodeSelect(document, entry);
+    tree.setStoredText(entry, readsAsCompressed(bytes) ? NodeTextCompressIfRequired(bytes) : bytes);
+    tree.select(entry);
+    return outline;
 }
 
-void DocSaveVersion(const Document &document, ByteSink &sink)
+void DocSaveVersion(const Outline &outline, ByteSink &sink)
 {
-    procedure("modDocText DocSaveVersion", [&] { write(document, sink); });
+    procedure("modDocText DocSaveVersion", [&] { write(outline, sink); });
 }
 
-void write(const Document &document, ByteSink &sink)
+void write(const Outline &outline, ByteSink &sink)
 {
-    sink.write(AnsiCodec::fromText(plainTextLayout(document)));
+    sink.write(AnsiCodec::fromText(plainTextLayout(outline)));
 }
 
-void DocLoadVersion(Document &document, const QByteArray &buffer)
+ReadOutline DocLoadVersion(const QByteArray &buffer)
 {
-    procedure("modDocText DocLoadVersion", [&] { read(document, buffer); });
+    return procedure("modDocText DocLoadVersion", [&] { return read(buffer); });
 }
 
-void read(Document &document, const QByteArray &buffer)
+ReadOutline read(const QByteArray &buffer)
 {
-    makeTextEntry(document, decodeFile(buffer));
-}
-
-void DocImport(const QString &sFile)
-{
-    procedure("modDocText DocImport", [&] {
-        Document *document = DocumentActive();
-        if (!document)
-            return;
-        const ImportScope import(*document);
-        const QByteArray buffer = readWholeFile(sFile);
-        read(*document, buffer);
-    });
-}
-
-void DocExport(const QString &sFile)
-{
-    procedure("modDocText DocExport", [&] {
-        const Document *document = DocumentActive();
-        if (!document)
-            return;
-        const HourglassPointer hourglass;
-        try {
-            if (!document->tree.root())
-                throw RunTimeError(ErrorNumber::InvalidCall);
-            SafeFile file(sFile);
-            write(*document, file);
-            file.flushToDisk();
-            file.replace();
-        } catch (...) {
-            ports().commands->UpdateStatusBarText(u"The file %1 could not be saved"_s.arg(sFile));
-            throw;
-        }
-    });
+    ReadOutline result;
+    try {
+        result.outline = outlineOf(decodeFile(buffer));
+    } catch (...) {
+        result.failure = std::current_exception();
+    }
+    return result;
 }
 
 } // namespace modDocText

@@ -4,11 +4,8 @@
 #include "formats/modDocV1.h"
 
 #include "formats/EntryReader.h"
-
-#include "document/Document.h"
-#include "document/OutlinePane.h"
-#include "document/TextPane.h"
-#include "document/modDoc.h"
+#include "formats/RecordNames.h"
+#include "formats/RecordTags.h"
 
 #include "util/AnsiCodec.h"
 #include "util/Numbers.h"
@@ -21,7 +18,7 @@ namespace
 QString headerText(const QByteArray &buffer, const QByteArray &tagName)
 {
     const QByteArray value = modDoc::DocLoadTag(buffer, tagName);
-    const qsizetype opener = value.indexOf(modDoc::recordOpener);
+    const qsizetype opener = value.indexOf(recordNames::opener);
     return AnsiCodec::toText(opener < 0 ? value : value.first(opener));
 }
 
@@ -35,17 +32,16 @@ void loadFont(const QByteArray &buffer, const QByteArray &prefix, clsFont &font)
     font.setUnderline(Numbers::toBoolean(headerText(buffer, prefix + "fontunderline")));
 }
 
-void loadFonts(Document &document, const QByteArray &buffer)
+void readInto(ReadOutline &result, const QByteArray &buffer)
 {
-    loadFont(buffer, "outline", document.m_fntOutlineFont);
-    QFont outlineFont = document.trvOutline.Font();
-    document.m_fntOutlineFont.SetFont(outlineFont);
-    document.trvOutline.setFont(outlineFont);
-    loadFont(buffer, "text", document.m_fntTextFont);
-    // The pane's base font is the outline's by design; the text font stays what new texts are given.
-    QFont baseFont = document.txtRTF.Font();
-    document.m_fntOutlineFont.SetFont(baseFont);
-    document.txtRTF.setFont(baseFont);
+    Outline &outline = *result.outline;
+    loadFont(buffer, "outline", outline.outlineFont);
+    loadFont(buffer, "text", outline.textFont);
+    EntryReader(buffer, result).read();
+    // In a damaged file the place of the selected entry may be another one's.
+    const QString sSelected = QString::fromLatin1(modDoc::DocLoadTag(buffer, "selecteditemkey"));
+    if (result.damage.isEmpty() && !sSelected.isEmpty())
+        outline.tree.select(outline.tree.itemByKey(sSelected));
 }
 
 } // namespace
@@ -53,16 +49,32 @@ void loadFonts(Document &document, const QByteArray &buffer)
 namespace modDocV1
 {
 
-void DocLoadVersion(Document &document, const QByteArray &buffer, LoadResult &result)
+ReadOutline DocLoadVersion(const QByteArray &buffer)
 {
-    procedure("modDocV1 DocLoadVersion", [&] { read(document, buffer, result); });
+    return procedure("modDocV1 DocLoadVersion", [&] { return read(buffer); });
 }
 
-void read(Document &document, const QByteArray &buffer, LoadResult &result)
+ReadOutline read(const QByteArray &buffer)
 {
-    result.selectedKey = QString::fromLatin1(modDoc::DocLoadTag(buffer, "selecteditemkey"));
-    loadFonts(document, buffer);
-    EntryReader(document, buffer, result).read();
+    ReadOutline result;
+    EntryTree &tree = result.outline->tree;
+    const BulkChange bulk(tree);
+    try {
+        readInto(result, buffer);
+    } catch (...) {
+        result.failure = std::current_exception();
+    }
+    if (!tree.selected())
+        tree.select(tree.root());
+    return result;
+}
+
+std::optional<qint16> statedVersion(const QByteArray &buffer)
+{
+    const QString sStored = QString::fromLatin1(modDoc::DocLoadTag(buffer, "formatversion"));
+    if (!Numbers::isNumeric(sStored))
+        return std::nullopt;
+    return Numbers::toInt16(Numbers::toNumber(sStored));
 }
 
 } // namespace modDocV1

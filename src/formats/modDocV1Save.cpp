@@ -8,8 +8,7 @@
 #include "formats/RecordNames.h"
 #include "formats/RecordText.h"
 
-#include "document/Document.h"
-#include "document/modDoc.h"
+#include "model/Outline.h"
 
 #include "util/AnsiCodec.h"
 #include "util/ByteSink.h"
@@ -76,7 +75,7 @@ void saveFont(RecordWriter &header, const QByteArray &prefix, const clsFont &fon
     header.write(prefix + "fontunderline", booleanText(font.Underline()));
 }
 
-void writeEntries(const Document &document, const Entry *top, const QByteArray &path, ByteSink &sink)
+void writeEntries(const Outline &outline, const Entry *top, const QByteArray &path, ByteSink &sink)
 {
     for (OutlineWalk walk(top, path); walk.entry(); walk.next()) {
         RecordWriter entry(sink, walk.entry()->foreignRecords());
@@ -84,7 +83,7 @@ void writeEntries(const Document &document, const Entry *top, const QByteArray &
         entry.writeLabel(walk.entry()->label());
         entry.write("nodetagged", booleanText(walk.entry()->tagged()));
         entry.write("nodevisible", booleanText(walk.visible()));
-        entry.write("nodetext", recordText(document.tree.storedText(walk.entry())));
+        entry.write("nodetext", recordText(outline.tree.storedText(walk.entry())));
     }
 }
 
@@ -93,34 +92,34 @@ void writeEntries(const Document &document, const Entry *top, const QByteArray &
 namespace modDocV1
 {
 
-void DocSaveVersion(const Document &document, ByteSink &sink)
+void DocSaveVersion(const Outline &outline, ByteSink &sink)
 {
-    procedure("modDocV1 DocSaveVersion", [&] { write(document, sink); });
+    procedure("modDocV1 DocSaveVersion", [&] { write(outline, sink); });
 }
 
-void write(const Document &document, ByteSink &sink)
+void write(const Outline &outline, ByteSink &sink)
 {
-    const Entry *root = document.tree.root();
+    const Entry *root = outline.tree.root();
     if (!root)
         return;
-    const Entry *selected = document.tree.selected() ? document.tree.selected() : root;
-    RecordWriter header(sink, document.outline->foreignHeader);
+    const Entry *selected = outline.tree.selected() ? outline.tree.selected() : root;
+    RecordWriter header(sink, outline.foreignHeader);
     header.write("formatversion", "1");
-    header.write("selecteditemkey", document.tree.key(selected).toLatin1());
-    saveFont(header, "outline", document.m_fntOutlineFont);
-    saveFont(header, "text", document.m_fntTextFont);
-    writeEntries(document, root, "0", sink);
-    sink.write(document.outline->foreignTrailer);
+    header.write("selecteditemkey", outline.tree.key(selected).toLatin1());
+    saveFont(header, "outline", outline.outlineFont);
+    saveFont(header, "text", outline.textFont);
+    writeEntries(outline, root, "0", sink);
+    sink.write(outline.foreignTrailer);
 }
 
-void DocSaveNodeAll(const Document &document, const Entry *top, const QByteArray &path, ByteSink &sink)
+void DocSaveNodeAll(const Outline &outline, const Entry *top, const QByteArray &path, ByteSink &sink)
 {
-    procedure("modDocV1 DocSaveNodeAll", [&] { writeEntries(document, top, path, sink); });
+    procedure("modDocV1 DocSaveNodeAll", [&] { writeEntries(outline, top, path, sink); });
 }
 
 void DocSaveNodeTag(ByteSink &sink, QByteArrayView tagName, QByteArrayView value)
 {
-    sink.write(modDoc::recordOpener);
+    sink.write(recordNames::opener);
     sink.write(tagName);
     sink.write(" ");
     sink.write(value);

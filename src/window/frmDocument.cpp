@@ -55,14 +55,14 @@ bool isBareInsert(const QKeyEvent &key)
 
 } // namespace
 
-frmDocument::frmDocument(Dispatcher &dispatcher, QWidget *parent)
+frmDocument::frmDocument(Dispatcher &dispatcher, std::unique_ptr<Outline> read, QWidget *parent)
     : QWidget(parent)
     , treeView(new TreeView(this))
     , textBox(new RichTextBox(this))
     , imgSplitter(new SplitterBar(this))
     , picSplitter(new GhostBar(this))
     , noticeBar(new NoticeBar(this))
-    , m_document(std::make_unique<Document>(*treeView, *textBox, *this))
+    , m_document(std::make_unique<Document>(*treeView, *textBox, *this, std::move(read)))
     , m_dispatcher(dispatcher)
     , m_lastPane(treeView)
 {

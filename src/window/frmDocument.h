@@ -29,8 +29,8 @@ class frmDocument final : public QWidget, public DocumentWindow
     Q_OBJECT
 
 public:
-    // The dispatcher runs the commands of the window's keys.
-    explicit frmDocument(Dispatcher &dispatcher, QWidget *parent = nullptr);
+    // The dispatcher runs the commands of the window's keys. Without an outline it shows a document without entries.
+    explicit frmDocument(Dispatcher &dispatcher, std::unique_ptr<Outline> read = nullptr, QWidget *parent = nullptr);
     ~frmDocument() override;
 
     Document &document() { return *m_document; }

@@ -8,6 +8,7 @@
 #include "app/modMRU.h"
 #include "app/modMain.h"
 #include "support/FakePorts.h"
+#include "support/NativeBytes.h"
 #include "util/Procedure.h"
 
 #include <QDir>
@@ -46,7 +47,8 @@ public:
     }
 
     // Makes a file in the fixture's folder and returns its path.
-    QString makeFile(const QString &name, const QByteArray &contents = QByteArray()) const
+    // A document of one entry, unless the contents say otherwise.
+    QString makeFile(const QString &name, const QByteArray &contents = nativeBytes({QStringLiteral("Root")})) const
     {
         const QString path = folder.filePath(name);
         QFile file(path);

@@ -6,7 +6,6 @@
 #include "app/AppFixture.h"
 #include "app/frmMain.h"
 #include "commands/CommandTable.h"
-#include "formats/Formats.h"
 
 #include <QAction>
 #include <QMenu>
@@ -20,7 +19,6 @@ public:
         ports().windows = &main;
         ports().commands = &main;
         ports().recentFiles = &recentFiles;
-        ports().formats = &formats;
         appPorts().mainWindow = &main;
         appPorts().recentFiles = &recentFiles;
     }
@@ -63,7 +61,6 @@ public:
     }
 
     AppFixture app;
-    Formats formats;
     frmMain main;
     modMRU recentFiles{app.settings, main.recentFileItems()};
 };

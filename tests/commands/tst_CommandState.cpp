@@ -393,7 +393,6 @@ void tst_CommandState::aFileThatTurnsReadOnlyLeavesItsDocumentSavable()
 {
     const QTemporaryDir folder;
     FakePorts fakes;
-    fakes.formats.onWriteNative = [](const Document &, ByteSink &sink) { sink.write("native"); };
     Document &document = fakes.windows.createDocument();
     document.tree.select(document.tree.insert(Relationship::tvwFirst, nullptr));
     const QString path = folder.filePath(u"notes.qly"_s);

@@ -8,8 +8,8 @@
 #include "support/ErrorRecorder.h"
 #include "support/FailingCalls.h"
 #include "support/FakePorts.h"
+#include "support/NativeBytes.h"
 #include "support/Obstacles.h"
-#include "support/OutlineText.h"
 #include "util/ByteSink.h"
 
 #include <QDir>
@@ -90,9 +90,20 @@ const QByteArray oldContent = "{\\qlf_formatversion 1}\r\nold";
 const QByteArray olderContent = "{\\qlf_formatversion 1}\r\nolder";
 
 // More than the buffer of a file that is written, so that writing takes several calls.
+void plantNewContent(EntryTree &tree)
+{
+    plantOutline(tree, {u"Root"_s, u" A"_s, u" B"_s, u" C"_s});
+    for (Entry *entry = tree.root(); entry; entry = nextInOutline(entry, tree.root()))
+        tree.setStoredText(entry, QByteArray(300000, 'n'));
+}
+
 const QByteArray &newContent()
 {
-    static const QByteArray content = "{\\qlf_formatversion 1}\r\n" + QByteArray(1200000, 'n');
+    static const QByteArray content = [] {
+        Outline outline;
+        plantNewContent(outline.tree);
+        return nativeBytes(outline);
+    }();
     return content;
 }
 
@@ -129,11 +140,6 @@ void tst_SaveTorture::init()
     m_folder = std::make_unique<TestFolder>();
     m_state = std::make_unique<TestFolder>();
     qputenv("XDG_STATE_HOME", QFile::encodeName(m_state->path()));
-    m_fake->formats.onWriteNative = [](const Document &, ByteSink &sink) {
-        for (qsizetype at = 0; at < newContent().size(); at += 300000)
-            sink.write(
-                QByteArrayView(newContent()).sliced(at).first(qMin<qsizetype>(300000, newContent().size() - at)));
-    };
 }
 
 void tst_SaveTorture::cleanup()
@@ -170,7 +176,7 @@ void tst_SaveTorture::begin(int target, int backup)
         m_folder->write(m_real.chopped(4) + u".bak"_s, olderContent);
     g_options.Backup = backup != NoBackupWanted;
     Document &document = m_fake->windows.createDocument();
-    plantOutline(document.tree, {u"Root"_s});
+    plantNewContent(document.tree);
     document.m_sFile = target == Another ? (*m_folder)(u"own.qly"_s) : target == New ? QString() : (*m_folder)(m_name);
     document.m_bDataChanged = true;
     if (target == TwoNames)

@@ -7,8 +7,8 @@
 #include "document/modDoc.h"
 #include "support/ErrorRecorder.h"
 #include "support/FakePorts.h"
+#include "support/NativeBytes.h"
 #include "support/Obstacles.h"
-#include "support/OutlineText.h"
 #include "util/ByteSink.h"
 
 #include <QDateTime>
@@ -60,18 +60,23 @@ private:
     std::unique_ptr<TestFolder> m_folder;
 };
 
+namespace
+{
+
+// The bytes of a file of one entry.
+QByteArray outline(const QString &label)
+{
+    return nativeBytes({label});
+}
+
+} // namespace
+
 void tst_UnfinishedSaves::init()
 {
     m_fake = std::make_unique<FakePorts>();
     m_errors = std::make_unique<ErrorRecorder>();
     m_folder = std::make_unique<TestFolder>();
-    m_fake->formats.onReadNative = [](Document &document, const QByteArray &bytes, LoadResult &) {
-        plantOutline(document.tree, {QString::fromLatin1(bytes)});
-    };
-    m_fake->formats.onWriteNative = [](const Document &document, ByteSink &sink) {
-        sink.write(document.tree.root()->label().toLatin1());
-    };
-    m_folder->write(u"notes.qly"_s, "old");
+    m_folder->write(u"notes.qly"_s, outline(u"old"_s));
     setAge(u"notes.qly"_s, 60);
 }
 
@@ -114,21 +119,21 @@ void tst_UnfinishedSaves::whatIsNotWholeGoesSilently()
     QCOMPARE(m_folder->names().size(), 2);
     QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
     QCOMPARE(m_folder->names(), QStringList(u"notes.qly"_s));
-    QCOMPARE(m_folder->read(u"notes.qly"_s), QByteArray("old"));
+    QCOMPARE(m_folder->read(u"notes.qly"_s), outline(u"old"_s));
 }
 
 void tst_UnfinishedSaves::whatIsOlderThanItsFileGoesSilently()
 {
-    crash(u"notes.qly"_s, "unfinished");
+    crash(u"notes.qly"_s, outline(u"unfinished"_s));
     setAge(u"notes.qly"_s, -60);
     QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
     QVERIFY(m_folder->names().filter(u".quillery-whole"_s).isEmpty());
-    QCOMPARE(m_folder->read(u"notes.qly"_s), QByteArray("old"));
+    QCOMPARE(m_folder->read(u"notes.qly"_s), outline(u"old"_s));
 }
 
 void tst_UnfinishedSaves::whatIsTheSameAsItsFileGoesSilently()
 {
-    crash(u"notes.qly"_s, "old");
+    crash(u"notes.qly"_s, outline(u"old"_s));
     QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
     QVERIFY(m_folder->names().filter(u".quillery-whole"_s).isEmpty());
 }
@@ -136,7 +141,7 @@ void tst_UnfinishedSaves::whatIsTheSameAsItsFileGoesSilently()
 void tst_UnfinishedSaves::whatIsBeingWrittenStays()
 {
     SafeFile file(path(u"notes.qly"_s));
-    file.write("new");
+    file.write(outline(u"new"_s));
     QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
     file.flushToDisk();
     QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
@@ -144,14 +149,14 @@ void tst_UnfinishedSaves::whatIsBeingWrittenStays()
     QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
     file.replace();
     file.moveOldFileTo(path(u"notes.bak"_s));
-    QCOMPARE(m_folder->read(u"notes.qly"_s), QByteArray("new"));
-    QCOMPARE(m_folder->read(u"notes.bak"_s), QByteArray("old"));
+    QCOMPARE(m_folder->read(u"notes.qly"_s), outline(u"new"_s));
+    QCOMPARE(m_folder->read(u"notes.bak"_s), outline(u"old"_s));
 }
 
 void tst_UnfinishedSaves::anotherDocumentsContentWaitsForThatDocument()
 {
-    m_folder->write(u"other.qly"_s, "other");
-    crash(u"notes.qly"_s, "unfinished");
+    m_folder->write(u"other.qly"_s, outline(u"other"_s));
+    crash(u"notes.qly"_s, outline(u"unfinished"_s));
     QVERIFY(modDoc::DocLoad(path(u"other.qly"_s)));
     QVERIFY(m_fake->dialogs.questions.isEmpty());
     QCOMPARE(m_folder->names().filter(u".quillery-whole"_s).size(), 1);
@@ -177,17 +182,17 @@ void tst_UnfinishedSaves::wholeContentIsOffered_data()
 void tst_UnfinishedSaves::wholeContentIsOffered()
 {
     QFETCH(const Answer, answer);
-    crash(u"notes.qly"_s, "unfinished");
+    crash(u"notes.qly"_s, outline(u"unfinished"_s));
     m_fake->dialogs.answers = {answer};
     QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
     QCOMPARE(m_fake->dialogs.questions.size(), 1);
     QVERIFY(m_fake->dialogs.questions[0].contains(path(u"notes.qly"_s)));
-    QCOMPARE(m_folder->read(u"notes.qly"_s), QByteArray("old"));
+    QCOMPARE(m_folder->read(u"notes.qly"_s), outline(u"old"_s));
     const QString sNamed = u"notes (unfinished save).qly"_s;
     QCOMPARE(QFile::exists(path(sNamed)), answer == Answer::Yes);
     QCOMPARE(m_folder->names().filter(u".quillery-whole"_s).size(), answer == Answer::Cancel ? 1 : 0);
     if (answer == Answer::Yes) {
-        QCOMPARE(m_folder->read(sNamed), QByteArray("unfinished"));
+        QCOMPARE(m_folder->read(sNamed), outline(u"unfinished"_s));
         QCOMPARE(m_fake->windows.open.size(), size_t(2));
         QCOMPARE(m_fake->windows.active->document.m_sFile, path(sNamed));
         QCOMPARE(m_fake->windows.active->document.tree.root()->label(), u"unfinished"_s);
@@ -201,10 +206,10 @@ void tst_UnfinishedSaves::wholeContentIsOffered()
 
 void tst_UnfinishedSaves::contentOfAFileThatNeverWasIsOffered()
 {
-    crash(u"new.qly"_s, "never saved before");
+    crash(u"new.qly"_s, outline(u"never saved before"_s));
     m_fake->dialogs.answers = {Answer::Yes};
     QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
-    QCOMPARE(m_folder->read(u"new.qly"_s), QByteArray("never saved before"));
+    QCOMPARE(m_folder->read(u"new.qly"_s), outline(u"never saved before"_s));
     QCOMPARE(m_fake->windows.active->document.m_sFile, path(u"new.qly"_s));
 }
 
@@ -223,9 +228,9 @@ void tst_UnfinishedSaves::twoOfAFileThatNeverWasAreEachAskedAboutOnce()
 {
     QFETCH(const Answer, first);
     QFETCH(const Answer, second);
-    crash(u"new.qly"_s, "earlier");
+    crash(u"new.qly"_s, outline(u"earlier"_s));
     setAge(m_folder->names().filter(u".quillery-whole"_s)[0], 30);
-    crash(u"new.qly"_s, "later");
+    crash(u"new.qly"_s, outline(u"later"_s));
     m_fake->dialogs.answers = {first, second};
     QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
     QCOMPARE(m_fake->dialogs.questions.size(), 2);
@@ -235,30 +240,30 @@ void tst_UnfinishedSaves::twoOfAFileThatNeverWasAreEachAskedAboutOnce()
     QCOMPARE(m_folder->names().filter(u".quillery-whole"_s).size(), waiting);
     // The file's own name is for the last that is decided about.
     const bool laterIsLast = second == Answer::Yes && first != Answer::Cancel;
-    QCOMPARE(m_folder->read(u"new.qly"_s), laterIsLast ? QByteArray("later") : QByteArray());
+    QCOMPARE(m_folder->read(u"new.qly"_s), laterIsLast ? outline(u"later"_s) : QByteArray());
     const QByteArray beside = m_folder->read(u"new (unfinished save).qly"_s);
-    QCOMPARE(beside, first == Answer::Yes        ? QByteArray("earlier")
-                     : kept == 1 && !laterIsLast ? QByteArray("later")
+    QCOMPARE(beside, first == Answer::Yes        ? outline(u"earlier"_s)
+                     : kept == 1 && !laterIsLast ? outline(u"later"_s)
                                                  : QByteArray());
 }
 
 void tst_UnfinishedSaves::aNameThatIsTakenGetsANumber()
 {
-    crash(u"notes.qly"_s, "unfinished");
-    m_folder->write(u"notes (unfinished save).qly"_s, "an earlier one");
+    crash(u"notes.qly"_s, outline(u"unfinished"_s));
+    m_folder->write(u"notes (unfinished save).qly"_s, outline(u"an earlier one"_s));
     m_fake->dialogs.answers = {Answer::Yes};
     QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
-    QCOMPARE(m_folder->read(u"notes (unfinished save).qly"_s), QByteArray("an earlier one"));
-    QCOMPARE(m_folder->read(u"notes (unfinished save 2).qly"_s), QByteArray("unfinished"));
+    QCOMPARE(m_folder->read(u"notes (unfinished save).qly"_s), outline(u"an earlier one"_s));
+    QCOMPARE(m_folder->read(u"notes (unfinished save 2).qly"_s), outline(u"unfinished"_s));
 }
 
 void tst_UnfinishedSaves::contentIsOfferedThroughALink()
 {
     QVERIFY(QFile::link(path(u"notes.qly"_s), path(u"link.qly"_s)));
-    crash(u"link.qly"_s, "unfinished");
+    crash(u"link.qly"_s, outline(u"unfinished"_s));
     m_fake->dialogs.answers = {Answer::Yes};
     QVERIFY(modDoc::DocLoad(path(u"link.qly"_s)));
-    QCOMPARE(m_folder->read(u"notes (unfinished save).qly"_s), QByteArray("unfinished"));
+    QCOMPARE(m_folder->read(u"notes (unfinished save).qly"_s), outline(u"unfinished"_s));
     QVERIFY(QFileInfo(path(u"link.qly"_s)).isSymLink());
 }
 
@@ -276,10 +281,11 @@ void tst_UnfinishedSaves::aFileDamagedInPlaceIsOfferedOldAndNew()
     qputenv("XDG_STATE_HOME", QFile::encodeName(state.path()));
     const QString side = beside ? m_folder->path() : sideFolder(m_folder->path());
     QVERIFY(QDir().mkpath(side));
-    m_folder->write(u"notes.qly"_s, "neither");
-    for (const auto &[stage, content] : {std::pair(TemporaryName::Before, "old"), {TemporaryName::Over, "new"}}) {
+    m_folder->write(u"notes.qly"_s, outline(u"neither"_s));
+    for (const auto &[stage, content] :
+         {std::pair(TemporaryName::Before, outline(u"old"_s)), {TemporaryName::Over, outline(u"new"_s)}}) {
         QFile file(side + u'/' + QFile::decodeName(TemporaryName{stage, "abcdef", "notes.qly"}.text()));
-        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == 3);
+        QVERIFY(file.open(QIODevice::WriteOnly) && file.write(content) == content.size());
     }
     setAge(u"notes.qly"_s, -60);
     m_fake->dialogs.answers = {Answer::Yes, Answer::Yes};
@@ -290,8 +296,8 @@ void tst_UnfinishedSaves::aFileDamagedInPlaceIsOfferedOldAndNew()
     QVERIFY(!m_fake->dialogs.questions[1].contains(u"damaged"_s));
     const TestFolder &named = beside ? *m_folder : state;
     const QString where = beside ? QString() : u"Quillery/"_s;
-    QCOMPARE(named.read(where + u"notes (before the save).qly"_s), QByteArray("old"));
-    QCOMPARE(named.read(where + u"notes (unfinished save).qly"_s), QByteArray("new"));
+    QCOMPARE(named.read(where + u"notes (before the save).qly"_s), outline(u"old"_s));
+    QCOMPARE(named.read(where + u"notes (unfinished save).qly"_s), outline(u"new"_s));
     QCOMPARE(m_fake->windows.open.size(), size_t(3));
     // Asked once.
     QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
@@ -301,11 +307,13 @@ void tst_UnfinishedSaves::aFileDamagedInPlaceIsOfferedOldAndNew()
 
 void tst_UnfinishedSaves::whatWasWrittenInPlaceToItsEndIsNotOffered()
 {
-    for (const QByteArray &held : {QByteArray("old"), QByteArray("new")}) {
+    for (const QByteArray &held : {outline(u"old"_s), outline(u"new"_s)}) {
         m_folder->write(u"notes.qly"_s, held);
-        m_folder->write(QFile::decodeName(TemporaryName{TemporaryName::Before, "abcdef", "notes.qly"}.text()), "old");
-        m_folder->write(QFile::decodeName(TemporaryName{TemporaryName::Over, "abcdef", "notes.qly"}.text()), "new");
-        if (held == "old")
+        m_folder->write(QFile::decodeName(TemporaryName{TemporaryName::Before, "abcdef", "notes.qly"}.text()),
+                        outline(u"old"_s));
+        m_folder->write(QFile::decodeName(TemporaryName{TemporaryName::Over, "abcdef", "notes.qly"}.text()),
+                        outline(u"new"_s));
+        if (held == outline(u"old"_s))
             m_fake->dialogs.answers = {Answer::No}; // the new content, which has not reached the file
         QVERIFY(modDoc::DocLoad(path(u"notes.qly"_s)));
         QCOMPARE(m_folder->names(), QStringList(u"notes.qly"_s));

@@ -4,8 +4,8 @@
 #include "document/modFile.h"
 #include "support/ErrorRecorder.h"
 #include "support/FakePorts.h"
+#include "support/NativeBytes.h"
 #include "support/Obstacles.h"
-#include "support/OutlineText.h"
 #include "util/ByteSink.h"
 
 #include <QTest>
@@ -86,6 +86,9 @@ const QString qlyFilter = u"Quillery Files (*.qly)|*.qly"_s;
 const QString txtFilter = u"Text Files (*.txt)|*.txt"_s;
 const QString allFilter = u"All Files (*.*)|*.*"_s;
 
+// What openDocument()'s document is as plain text.
+const QByteArray asText = "0 Root\r\n\r\n";
+
 QString joined(const std::vector<FileFilter> &filters)
 {
     QStringList parts;
@@ -101,11 +104,6 @@ void tst_modFile::init()
     m_fake = std::make_unique<FakePorts>();
     m_errors = std::make_unique<ErrorRecorder>();
     m_folder = std::make_unique<TestFolder>();
-    m_fake->formats.onReadNative = [](Document &document, const QByteArray &, LoadResult &) {
-        plantOutline(document.tree, {u"Loaded"_s});
-    };
-    m_fake->formats.onWriteNative = [](const Document &, ByteSink &sink) { sink.write("native"); };
-    m_fake->formats.onWritePlainText = [](const Document &, ByteSink &sink) { sink.write("text"); };
 }
 
 void tst_modFile::cleanup()
@@ -132,7 +130,7 @@ void tst_modFile::newGivesOneEntryInLabelEditing()
 
 void tst_modFile::openAsksAndLoads()
 {
-    m_folder->write(u"a.qly"_s, "x");
+    m_folder->write(u"a.qly"_s, nativeBytes({u"Loaded"_s}));
     m_fake->commands.statusText = u"before"_s;
     m_fake->dialogs.openNames = {path(u"a.qly"_s)};
     modFile::FileOpen();
@@ -155,7 +153,7 @@ void tst_modFile::openCancelled()
 
 void tst_modFile::openDoesNotCheckWhatIsOpen()
 {
-    m_folder->write(u"a.qly"_s, "x");
+    m_folder->write(u"a.qly"_s, nativeBytes({u"Loaded"_s}));
     m_fake->dialogs.openNames = {path(u"a.qly"_s), path(u"a.qly"_s)};
     modFile::FileOpen();
     modFile::FileOpen();
@@ -165,7 +163,7 @@ void tst_modFile::openDoesNotCheckWhatIsOpen()
 
 void tst_modFile::aRecentFileIsLoaded()
 {
-    m_folder->write(u"two words.qly"_s, "x");
+    m_folder->write(u"two words.qly"_s, nativeBytes({u"Loaded"_s}));
     const QString sFile = path(u"two words.qly"_s);
     m_fake->recentFiles.captions = {u"&1 /elsewhere/b.qly"_s, u"&2 "_s + sFile};
     modFile::FileMRU(2);
@@ -220,7 +218,7 @@ void tst_modFile::saveWritesToTheDocumentsFile()
 {
     const FakeDocument &fake = openDocument(path(u"a.qly"_s));
     QVERIFY(modFile::FileSave());
-    QCOMPARE(m_folder->read(u"a.qly"_s), QByteArray("native"));
+    QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(*fake.document.outline));
     QVERIFY(!fake.document.m_bDataChanged);
     QVERIFY(m_fake->dialogs.saveRequests.empty());
 }
@@ -230,7 +228,7 @@ void tst_modFile::saveOnANewDocumentAsksForAName()
     const FakeDocument &fake = openDocument();
     m_fake->dialogs.saveNames = {path(u"new.qly"_s)};
     QVERIFY(modFile::FileSave());
-    QCOMPARE(m_folder->read(u"new.qly"_s), QByteArray("native"));
+    QCOMPARE(m_folder->read(u"new.qly"_s), nativeBytes(*fake.document.outline));
     QCOMPARE(fake.document.m_sFile, path(u"new.qly"_s));
     QVERIFY(!fake.document.m_bDataChanged);
     QCOMPARE(m_fake->dialogs.saveRequests[0].initialName, QString());
@@ -300,7 +298,7 @@ void tst_modFile::saveAsAsksForAName()
     QCOMPARE(request.defaultExtension, u"qly"_s);
     QCOMPARE(request.initialName, initialName);
     QCOMPARE(request.formatExtension, u"qly"_s);
-    QCOMPARE(m_folder->read(u"b.txt"_s), QByteArray("text"));
+    QCOMPARE(m_folder->read(u"b.txt"_s), asText);
     QCOMPARE(fake.document.m_sFile, path(u"b.txt"_s));
     QVERIFY(!fake.document.m_bDataChanged);
 }
@@ -405,10 +403,11 @@ void tst_modFile::exitClosesTheMainWindow()
 
 void tst_modFile::importTextMakesADocumentOfTheFile()
 {
+    m_folder->write(u"a.txt"_s, "one");
     m_fake->dialogs.openNames = {path(u"a.txt"_s)};
     modFile::FileImportText();
     QCOMPARE(joined(m_fake->dialogs.openRequests[0].filters), txtFilter);
-    QCOMPARE(m_fake->formats.importedFiles, QStringList(path(u"a.txt"_s)));
+    QCOMPARE(m_fake->windows.active->text.rtf, QByteArray("one\r\n"));
     QCOMPARE(m_fake->windows.open.size(), size_t(1));
     QVERIFY(m_fake->windows.active->document.m_sFile.isEmpty());
     QVERIFY(m_fake->windows.active->document.m_bDataChanged);
@@ -419,29 +418,27 @@ void tst_modFile::importTextCancelledOpensNothing()
     m_fake->dialogs.openNames = {std::nullopt};
     modFile::FileImportText();
     QVERIFY(m_fake->windows.open.empty());
-    QCOMPARE(m_fake->formats.importedFiles, QStringList());
 }
 
 void tst_modFile::anImportThatFailsLeavesNoWindow()
 {
     openDocument(path(u"a.qly"_s));
-    m_fake->formats.importsFail = true;
+    m_fake->windows.onCreate = [] { QFAIL("no window opens, not even for a moment"); };
     m_fake->dialogs.openNames = {path(u"gone.txt"_s)};
     modFile::FileImportText();
     QCOMPARE(m_fake->windows.open.size(), size_t(1));
     QCOMPARE(m_fake->windows.active->document.m_sFile, path(u"a.qly"_s));
-    QCOMPARE(m_fake->dialogs.warnings.size(), 1);
-    QVERIFY(m_fake->dialogs.warnings[0].contains(path(u"gone.txt"_s)));
-    modFile::FileImportClipboard();
-    QCOMPARE(m_fake->windows.open.size(), size_t(1));
-    QCOMPARE(m_fake->dialogs.warnings.size(), 2);
+    QCOMPARE(m_fake->dialogs.warnings,
+             QStringList(u"Warning - the file "_s + path(u"gone.txt"_s) + u" could not be imported"_s));
+    QCOMPARE(m_errors->summary(), QStringList(u"53 modDocText DocImport"_s));
 }
 
 void tst_modFile::importClipboardMakesADocument()
 {
+    m_fake->clipboard.held = u"one"_s;
     modFile::FileImportClipboard();
     QCOMPARE(m_fake->windows.open.size(), size_t(1));
-    QCOMPARE(m_fake->formats.timesClipboardImported, 1);
+    QCOMPARE(m_fake->windows.active->text.rtf, QByteArray("one\r\n"));
 }
 
 void tst_modFile::exportTextAsksForAName()
@@ -452,7 +449,7 @@ void tst_modFile::exportTextAsksForAName()
     const FileDialogRequest &request = m_fake->dialogs.saveRequests[0];
     QCOMPARE(joined(request.filters), txtFilter);
     QCOMPARE(request.initialName, u"/a/notes"_s);
-    QCOMPARE(m_fake->formats.exportedFiles, QStringList(path(u"b.txt"_s)));
+    QCOMPARE(m_folder->read(u"b.txt"_s), asText);
     QCOMPARE(m_fake->windows.active->document.m_sFile, u"/a/notes.qly"_s);
 }
 
@@ -467,7 +464,8 @@ void tst_modFile::exportTextOverAnOpenFileIsRefused()
     m_fake->dialogs.saveNames = {path(u"b.txt"_s), path(u"a.qly"_s), path(u"link.txt"_s)};
     for (int time = 0; time < 3; ++time)
         modFile::FileExportText();
-    QCOMPARE(m_fake->formats.exportedFiles, QStringList());
+    for (const QString &name : {u"a.qly"_s, u"b.txt"_s, u"link.txt"_s})
+        QCOMPARE(m_folder->read(name), QByteArray("x"));
     QCOMPARE(m_fake->dialogs.warnings.size(), 3);
 }
 
@@ -476,14 +474,14 @@ void tst_modFile::exportTextCancelled()
     openDocument();
     m_fake->dialogs.saveNames = {std::nullopt};
     modFile::FileExportText();
-    QCOMPARE(m_fake->formats.exportedFiles, QStringList());
+    QCOMPARE(m_folder->names(), QStringList());
 }
 
 void tst_modFile::exportClipboard()
 {
     openDocument();
     modFile::FileExportClipboard();
-    QCOMPARE(m_fake->formats.timesClipboardExported, 1);
+    QCOMPARE(m_fake->clipboard.held, QString::fromLatin1(asText));
 }
 
 void tst_modFile::printingAsksHowMuch_data()
@@ -550,9 +548,10 @@ void tst_modFile::withoutADocumentNothingHappens()
     modFile::FileSaveAll();
     modFile::FileClose();
     modFile::FileExportText();
+    m_fake->clipboard.held = u"before"_s;
     modFile::FileExportClipboard();
     QVERIFY(m_fake->dialogs.saveRequests.empty());
-    QCOMPARE(m_fake->formats.timesClipboardExported, 0);
+    QCOMPARE(m_fake->clipboard.held, u"before"_s);
     QCOMPARE(m_errors->count(), 0);
 }
 

@@ -3,15 +3,12 @@
 
 #pragma once
 
-#include "document/Globals.h"
 #include "formats/PlainText.h"
 #include "formats/modDocText.h"
 #include "formats/modDocV1.h"
 #include "model/StoredText.h"
 #include "support/ErrorRecorder.h"
-#include "support/FakeDocument.h"
-#include "util/ByteSink.h"
-#include "util/RunTimeError.h"
+#include "support/NativeBytes.h"
 
 #include <algorithm>
 
@@ -19,66 +16,17 @@
 namespace formatstest
 {
 
-class BytesSink final : public ByteSink
+// Whether bytes were read whole.
+inline bool isWhole(const ReadOutline &read)
 {
-public:
-    void write(QByteArrayView more) override { bytes.append(more.data(), more.size()); }
-
-    QByteArray bytes;
-};
-
-// What a load applies once all entries exist.
-inline void applyResult(Document &document, const LoadResult &result)
-{
-    const EntryCollection &entries = document.tree.collection();
-    const auto flagged = [](const std::vector<bool> &flags, int index) {
-        return static_cast<size_t>(index) < flags.size() && flags[static_cast<size_t>(index)];
-    };
-    for (int index = 1; index <= entries.count(); ++index) {
-        if (flagged(result.visible, index))
-            document.tree.expandAncestors(entries.at(index));
-        if (flagged(result.tagged, index))
-            document.tree.setTagged(entries.at(index), true);
-    }
-    Entry *selected = document.tree.root();
-    try {
-        if (!result.selectedKey.isEmpty())
-            selected = document.tree.itemByKey(result.selectedKey);
-    } catch (const RunTimeError &) {
-        // Then the root is selected.
-    }
-    document.tree.select(selected);
+    return !read.failure && read.damage.isEmpty();
 }
 
-// Reads as far as it goes, as a load does. False when the bytes are damaged.
-inline bool readNative(const QByteArray &bytes, Document &document)
+// What one outline says that the other does not, in words; empty when they say the same.
+inline QString otherWords(const Outline &one, const Outline &other)
 {
-    LoadResult result;
-    bool whole = false;
-    try {
-        modDocV1::read(document, bytes, result);
-        whole = result.damage.isEmpty();
-    } catch (const RunTimeError &) {
-        // What was read until then is a document.
-    }
-    applyResult(document, result);
-    return whole;
-}
-
-inline QByteArray writtenNative(const Document &document)
-{
-    BytesSink sink;
-    modDocV1::write(document, sink);
-    return sink.bytes;
-}
-
-// What one document says that the other does not, in words; empty when they say the same.
-inline QString otherWords(const Document &one, const Document &other)
-{
-    if (one.m_fntOutlineFont.Name() != other.m_fntOutlineFont.Name() ||
-        one.m_fntTextFont.Name() != other.m_fntTextFont.Name() ||
-        one.m_fntOutlineFont.Size() != other.m_fntOutlineFont.Size() ||
-        one.m_fntTextFont.Size() != other.m_fntTextFont.Size())
+    if (one.outlineFont.Name() != other.outlineFont.Name() || one.textFont.Name() != other.textFont.Name() ||
+        one.outlineFont.Size() != other.outlineFont.Size() || one.textFont.Size() != other.textFont.Size())
         return QStringLiteral("another font");
     const Entry *left = one.tree.root();
     const Entry *right = other.tree.root();
@@ -97,42 +45,40 @@ inline QString otherWords(const Document &one, const Document &other)
     return left || right ? QStringLiteral("another number of entries") : QString();
 }
 
-// A document is written as plain text, read and written. Every line of it must still be there.
-inline QString plainTextFault(const Document &document)
+// An outline is written as plain text, read and written. Every line of it must still be there.
+inline QString plainTextFault(const Outline &outline)
 {
-    BytesSink written;
-    modDocText::write(document, written);
-    FakeDocument read;
-    modDocText::read(read.document, written.bytes);
-    const QString shown = plainTextOf(read.document.tree.storedText(read.document.tree.root()));
-    return shown == withLineEnds(modDocText::plainTextLayout(document)) ? QString()
-                                                                        : QStringLiteral("another plain text");
+    MemorySink written;
+    modDocText::write(outline, written);
+    const ReadOutline read = modDocText::read(written.bytes);
+    const EntryTree &tree = read.outline->tree;
+    const QString shown = plainTextOf(tree.storedText(tree.root()));
+    return shown == withLineEnds(modDocText::plainTextLayout(outline)) ? QString()
+                                                                       : QStringLiteral("another plain text");
 }
 
 // Reads, writes, reads and writes; the reason why the second time is not like the first, empty when it is.
 inline QString nativeFault(const QByteArray &bytes)
 {
-    const BusyScope busy;
     const ErrorRecorder errors;
-    FakeDocument first;
-    const bool whole = readNative(bytes, first.document);
-    if (const QString broken = first.document.tree.brokenInvariant(); !broken.isEmpty())
+    const ReadOutline first = modDocV1::read(bytes);
+    if (const QString broken = first.outline->tree.brokenInvariant(); !broken.isEmpty())
         return broken;
-    if (!first.document.tree.root())
-        return whole ? QStringLiteral("a whole document without an entry") : QString();
-    const QByteArray written = writtenNative(first.document);
-    FakeDocument second;
-    if (!readNative(written, second.document))
+    if (!first.outline->tree.root())
+        return isWhole(first) ? QStringLiteral("a whole document without an entry") : QString();
+    const QByteArray written = nativeBytes(*first.outline);
+    const ReadOutline second = modDocV1::read(written);
+    if (!isWhole(second))
         return QStringLiteral("damaged when written");
-    if (const QString words = otherWords(first.document, second.document); !words.isEmpty())
+    if (const QString words = otherWords(*first.outline, *second.outline); !words.isEmpty())
         return words;
-    if (const QByteArray again = writtenNative(second.document); again != written) {
+    if (const QByteArray again = nativeBytes(*second.outline); again != written) {
         const auto at = std::ranges::mismatch(written, again).in1 - written.begin();
         return QStringLiteral("other bytes from %1 on: %2 became %3")
             .arg(QString::number(at), QString::fromLatin1(written.mid(at, 60).toPercentEncoding(" {}")),
                  QString::fromLatin1(again.mid(at, 60).toPercentEncoding(" {}")));
     }
-    return plainTextFault(first.document);
+    return plainTextFault(*first.outline);
 }
 
 } // namespace formatstest

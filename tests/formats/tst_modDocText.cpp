@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "document/TextExchange.h"
 #include "document/modNodes.h"
 #include "formats/modDocText.h"
 #include "model/Limits.h"
@@ -74,20 +75,21 @@ void tst_modDocText::theLayoutOfAnOutline()
     Document &document = m_fixture->plant({u"Notes"_s, u" First"_s, u" Second"_s}).document;
     document.tree.setStoredText(document.tree.root(), "Top");
     document.tree.setStoredText(document.tree.root()->child(0), "Line one\r\nLine two");
-    QCOMPARE(modDocText::plainTextLayout(document), u"0 Notes\r\nTop\r\n\r\n"
-                                                    "0.1 First\r\nLine one\r\nLine two\r\n\r\n"
-                                                    "0.2 Second\r\n\r\n"_s);
+    QCOMPARE(modDocText::plainTextLayout(*document.outline), u"0 Notes\r\nTop\r\n\r\n"
+                                                             "0.1 First\r\nLine one\r\nLine two\r\n\r\n"
+                                                             "0.2 Second\r\n\r\n"_s);
 }
 
 void tst_modDocText::allTextsEmpty()
 {
     const Document &document = m_fixture->plant({u"Root"_s, u" A"_s, u"  A1"_s, u" B"_s}).document;
-    QCOMPARE(modDocText::plainTextLayout(document), u"0 Root\r\n\r\n0.1 A\r\n\r\n0.1.1 A1\r\n\r\n0.2 B\r\n\r\n"_s);
+    QCOMPARE(modDocText::plainTextLayout(*document.outline),
+             u"0 Root\r\n\r\n0.1 A\r\n\r\n0.1.1 A1\r\n\r\n0.2 B\r\n\r\n"_s);
 }
 
 void tst_modDocText::anEmptyOutlineIsAnEmptyText()
 {
-    QCOMPARE(modDocText::plainTextLayout(m_fixture->plant({}).document), QString());
+    QCOMPARE(modDocText::plainTextLayout(Outline()), QString());
 }
 
 void tst_modDocText::trailingEmptyLines_data()
@@ -108,7 +110,7 @@ void tst_modDocText::trailingEmptyLines()
     QFETCH(const QString, written);
     Document &document = m_fixture->plant({u"Root"_s}).document;
     document.tree.setStoredText(document.tree.root(), text);
-    QCOMPARE(modDocText::plainTextLayout(document), u"0 Root\r\n"_s + written);
+    QCOMPARE(modDocText::plainTextLayout(*document.outline), u"0 Root\r\n"_s + written);
 }
 
 void tst_modDocText::formattedAndCompressedTexts()
@@ -117,8 +119,8 @@ void tst_modDocText::formattedAndCompressedTexts()
     const QByteArray rtf = "{\\rtf1\\ansi{\\b Bold} and plain\\par second}";
     document.tree.setStoredText(document.tree.root(), rtf);
     document.tree.setStoredText(document.tree.root()->child(0), NodeTextCompressIfRequired(rtf));
-    QCOMPARE(modDocText::plainTextLayout(document), u"0 Root\r\nBold and plain\r\nsecond\r\n\r\n"
-                                                    "0.1 A\r\nBold and plain\r\nsecond\r\n\r\n"_s);
+    QCOMPARE(modDocText::plainTextLayout(*document.outline), u"0 Root\r\nBold and plain\r\nsecond\r\n\r\n"
+                                                             "0.1 A\r\nBold and plain\r\nsecond\r\n\r\n"_s);
 }
 
 void tst_modDocText::everyLineEndsWithCrLf()
@@ -127,8 +129,8 @@ void tst_modDocText::everyLineEndsWithCrLf()
     document.tree.setLabel(document.tree.root(), u"two\nlines"_s);
     document.tree.setStoredText(document.tree.root(), "{\\rtf1 one\\line two\\par three\\line}");
     document.tree.setStoredText(document.tree.root()->child(0), "one\ntwo\rthree");
-    QCOMPARE(modDocText::plainTextLayout(document), u"0 two\r\nlines\r\none\r\ntwo\r\nthree\r\n\r\n"
-                                                    "0.1 A\r\none\r\ntwo\r\nthree\r\n\r\n"_s);
+    QCOMPARE(modDocText::plainTextLayout(*document.outline), u"0 two\r\nlines\r\none\r\ntwo\r\nthree\r\n\r\n"
+                                                             "0.1 A\r\none\r\ntwo\r\nthree\r\n\r\n"_s);
 }
 
 void tst_modDocText::headingsOfADeepOutline()
@@ -137,7 +139,7 @@ void tst_modDocText::headingsOfADeepOutline()
     for (int i = 1; i <= 11; ++i)
         lines.append(u" Child %1"_s.arg(i));
     lines.append(u"  Below the last"_s);
-    const QString layout = modDocText::plainTextLayout(m_fixture->plant(lines).document);
+    const QString layout = modDocText::plainTextLayout(*m_fixture->plant(lines).document.outline);
     QVERIFY(layout.endsWith(u"0.10 Child 10\r\n\r\n0.11 Child 11\r\n\r\n0.11.1 Below the last\r\n\r\n"_s));
 }
 
@@ -256,8 +258,8 @@ void tst_modDocText::aTextThatLooksCompressedIsShownWhole()
 void tst_modDocText::importingAnEmptyFile()
 {
     m_folder->write(u"a.txt"_s, QByteArray());
-    const FakeDocument &fake = m_fixture->plant({});
-    modDocText::DocImport(path(u"a.txt"_s));
+    QVERIFY(modDocText::DocImport(path(u"a.txt"_s)));
+    const FakeDocument &fake = *m_fixture->active();
     QCOMPARE(dumpOutline(fake.document.tree), QStringList(u"Text <"_s));
     QCOMPARE(fake.document.tree.storedText(fake.document.tree.root()), QByteArray());
     QCOMPARE(m_fixture->errors.count(), 0);
@@ -275,8 +277,8 @@ void tst_modDocText::theStateAfterAnImport()
     QFETCH(const bool, automatic);
     g_options.AutoLabelEdit = automatic;
     m_folder->write(u"a.txt"_s, "one\ntwo");
-    FakeDocument &fake = m_fixture->plant({});
-    modDocText::DocImport(path(u"a.txt"_s));
+    QVERIFY(modDocText::DocImport(path(u"a.txt"_s)));
+    const FakeDocument &fake = *m_fixture->active();
     QCOMPARE(fake.outline.labelEdit, automatic ? LabelEditMode::tvwAutomatic : LabelEditMode::tvwManual);
     QCOMPARE(fake.text.rtf, QByteArray("one\r\ntwo\r\n"));
     QVERIFY(fake.outline.visible);
@@ -289,11 +291,9 @@ void tst_modDocText::theStateAfterAnImport()
 
 void tst_modDocText::importingAFileThatIsGone()
 {
-    const FakeDocument &fake = m_fixture->plant({});
-    modDocText::DocImport(path(u"gone.txt"_s));
+    QVERIFY(!modDocText::DocImport(path(u"gone.txt"_s)));
     QCOMPARE(m_fixture->errors.summary(), QStringList(u"53 modDocText DocImport"_s));
-    QVERIFY(!fake.document.tree.root());
-    QVERIFY(fake.outline.visible);
+    QVERIFY(m_fixture->fake.windows.open.empty());
 }
 
 void tst_modDocText::anExportedFileReopensAsOneEntry()
@@ -311,8 +311,7 @@ void tst_modDocText::anImportedDocumentIsSavedAndLoaded()
 {
     const QByteArray text = "One, two}\r\n{\\qlf_nodekey 0.1}\r\n12,3\r\n";
     m_folder->write(u"a.txt"_s, text);
-    m_fixture->plant({});
-    modDocText::DocImport(path(u"a.txt"_s));
+    QVERIFY(modDocText::DocImport(path(u"a.txt"_s)));
     QCOMPARE(modDoc::DocSave(path(u"a.qly"_s)), SaveOutcome::Saved);
     QCOMPARE(checkNativeFile(path(u"a.qly"_s)).fault, QString());
     QVERIFY(modDoc::DocLoad(path(u"a.qly"_s)));
@@ -321,10 +320,8 @@ void tst_modDocText::anImportedDocumentIsSavedAndLoaded()
 
 void tst_modDocText::withoutADocumentNothingHappens()
 {
-    m_folder->write(u"a.txt"_s, "one");
-    modDocText::DocImport(path(u"a.txt"_s));
     modDocText::DocExport(path(u"b.txt"_s));
-    QCOMPARE(m_folder->names(), QStringList(u"a.txt"_s));
+    QCOMPARE(m_folder->names(), QStringList());
     QCOMPARE(m_fixture->errors.count(), 0);
 }
 

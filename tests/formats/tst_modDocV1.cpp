@@ -165,11 +165,11 @@ void tst_modDocV1::aSubtreeAlone()
     const Document &document =
         m_fixture->plant({u"Root +"_s, u" A +"_s, u"  A1"_s, u"   A11"_s, u"  A2"_s, u" B"_s}).document;
     MemorySink sink;
-    modDocV1::DocSaveNodeAll(document, entryLabelled(document.tree, u"A"_s), "0.1", sink);
+    modDocV1::DocSaveNodeAll(*document.outline, entryLabelled(document.tree, u"A"_s), "0.1", sink);
     QCOMPARE(sink.bytes, entry("0.1", "A", "") + entry("0.1.1", "A1", "") +
                              entry("0.1.1.1", "A11", "", "False", "False") + entry("0.1.2", "A2", ""));
     MemorySink deeper;
-    modDocV1::DocSaveNodeAll(document, entryLabelled(document.tree, u"A11"_s), "0.1.1.1", deeper);
+    modDocV1::DocSaveNodeAll(*document.outline, entryLabelled(document.tree, u"A11"_s), "0.1.1.1", deeper);
     QCOMPARE(deeper.bytes, entry("0.1.1.1", "A11", "", "False", "False"));
 }
 

@@ -42,7 +42,10 @@ QLineEdit *openEditor(const TreeView &view)
 class OpenOutlines final : public DocumentWindows
 {
 public:
-    Document &createDocument() override { qFatal("no command of the outline opens a document"); }
+    Document &createDocument(std::unique_ptr<Outline>) override
+    {
+        qFatal("no command of the outline opens a document");
+    }
 
     Document *activeDocument() const override { return &active->document; }
 

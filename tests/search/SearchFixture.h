@@ -75,7 +75,7 @@ public:
     class OneDocument final : public DocumentWindows
     {
     public:
-        Document &createDocument() override { qFatal("no document is made here"); }
+        Document &createDocument(std::unique_ptr<Outline>) override { qFatal("no document is made here"); }
 
         Document *activeDocument() const override { return document; }
 

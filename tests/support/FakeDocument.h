@@ -173,8 +173,13 @@ public:
 };
 
 struct FakeDocument {
+    explicit FakeDocument(std::unique_ptr<Outline> read = nullptr)
+        : document(outline, text, window, std::move(read))
+    {
+    }
+
     FakeOutlinePane outline;
     FakeTextPane text;
     FakeDocumentWindow window;
-    Document document{outline, text, window};
+    Document document;
 };

@@ -23,9 +23,9 @@
 class FakeDocumentWindows final : public DocumentWindows
 {
 public:
-    Document &createDocument() override
+    Document &createDocument(std::unique_ptr<Outline> outline = nullptr) override
     {
-        auto fake = std::make_unique<FakeDocument>();
+        auto fake = std::make_unique<FakeDocument>(std::move(outline));
         FakeDocument *opened = fake.get();
         opened->window.onActivate = [this, opened] { active = opened; };
         opened->window.onClose = [this, opened] { return close(opened); };
@@ -34,6 +34,8 @@ public:
         ++iDocumentCount;
         if (ports().commands)
             ports().commands->MenuEnable(iDocumentCount);
+        if (onCreate)
+            onCreate();
         return opened->document;
     }
 
@@ -58,6 +60,8 @@ public:
         return **found;
     }
 
+    // What happens when a window has opened.
+    std::function<void()> onCreate;
     std::vector<std::unique_ptr<FakeDocument>> open;
     FakeDocument *active = nullptr;
     int timesMainWindowClosed = 0;
@@ -249,69 +253,6 @@ public:
     QDateTime moment{QDate(2026, 3, 4), QTime(15, 6, 7)};
 };
 
-// Formats that do what the test's functions do, and nothing where there is none.
-class FakeDocumentFormats final : public DocumentFormats
-{
-public:
-    void readNative(Document &document, const QByteArray &buffer, LoadResult &result) override
-    {
-        if (onReadNative)
-            onReadNative(document, buffer, result);
-    }
-
-    void readPlainText(Document &document, const QByteArray &buffer) override
-    {
-        if (onReadPlainText)
-            onReadPlainText(document, buffer);
-    }
-
-    void writeNative(const Document &document, ByteSink &sink) override
-    {
-        if (onWriteNative)
-            onWriteNative(document, sink);
-    }
-
-    void writePlainText(const Document &document, ByteSink &sink) override
-    {
-        if (onWritePlainText)
-            onWritePlainText(document, sink);
-    }
-
-    void importText(const QString &sFile) override
-    {
-        importedFiles.append(sFile);
-        import();
-    }
-
-    void importClipboard() override
-    {
-        ++timesClipboardImported;
-        import();
-    }
-
-    void exportText(const QString &sFile) override { exportedFiles.append(sFile); }
-
-    void exportClipboard() override { ++timesClipboardExported; }
-
-    std::function<void(Document &, const QByteArray &, LoadResult &)> onReadNative;
-    std::function<void(Document &, const QByteArray &)> onReadPlainText;
-    std::function<void(const Document &, ByteSink &)> onWriteNative;
-    std::function<void(const Document &, ByteSink &)> onWritePlainText;
-    QStringList importedFiles;
-    QStringList exportedFiles;
-    int timesClipboardImported = 0;
-    int timesClipboardExported = 0;
-    // Whether an import ends without an entry, as one that fails does.
-    bool importsFail = false;
-
-private:
-    void import() const
-    {
-        if (!importsFail)
-            ports().windows->activeDocument()->tree.insert(Relationship::tvwFirst, nullptr);
-    }
-};
-
 // A settings store in memory. A section lists its decimal keys in numeric order, as the real one does.
 class FakeSettingsStore final : public SettingsStore
 {
@@ -383,7 +324,7 @@ struct FakePorts {
         : m_before(ports())
     {
         resetGlobals();
-        ports() = {&windows, &commands, &dialogs, &pointer, &recentFiles, &clipboard, &formats, &clock, &printing};
+        ports() = {&windows, &commands, &dialogs, &pointer, &recentFiles, &clipboard, &clock, &printing};
     }
 
     ~FakePorts()
@@ -403,7 +344,6 @@ struct FakePorts {
     FakeRecentFiles recentFiles;
     FakeClipboard clipboard;
     FakeClock clock;
-    FakeDocumentFormats formats;
     FakePrinting printing;
 
 private:

@@ -4,28 +4,14 @@
 #pragma once
 
 #include "document/modDoc.h"
-#include "formats/Formats.h"
-#include "formats/modDocV1.h"
 #include "support/ErrorRecorder.h"
 #include "support/FakePorts.h"
-#include "support/OutlineText.h"
-#include "util/ByteSink.h"
+#include "support/NativeBytes.h"
 
-// Takes what is written into memory.
-class MemorySink final : public ByteSink
-{
-public:
-    void write(QByteArrayView more) override { bytes.append(more.data(), more.size()); }
-
-    QByteArray bytes;
-};
-
-// The program's formats on documents whose panes and windows are fakes.
+// Documents in the formats' own fonts, whose panes and windows are fakes.
 class FormatsFixture
 {
 public:
-    FormatsFixture() { ports().formats = &m_formats; }
-
     // A document with that outline and the fonts that the format's examples have.
     FakeDocument &plant(const QStringList &lines)
     {
@@ -41,12 +27,7 @@ public:
     // The active document, if any.
     FakeDocument *active() const { return fake.windows.active; }
 
-    static QByteArray savedNative(const Document &document)
-    {
-        MemorySink sink;
-        modDocV1::DocSaveVersion(document, sink);
-        return sink.bytes;
-    }
+    static QByteArray savedNative(const Document &document) { return nativeBytes(*document.outline); }
 
     void closeAll()
     {
@@ -56,7 +37,4 @@ public:
 
     FakePorts fake;
     ErrorRecorder errors;
-
-private:
-    Formats m_formats;
 };

@@ -20,7 +20,7 @@ public:
         ports().windows = this;
     }
 
-    Document &createDocument() override { qFatal("no document is made here"); }
+    Document &createDocument(std::unique_ptr<Outline>) override { qFatal("no document is made here"); }
 
     Document *activeDocument() const override { return active; }
 

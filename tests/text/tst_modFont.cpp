@@ -56,7 +56,7 @@ struct OpenDocument {
 class OpenDocuments final : public DocumentWindows
 {
 public:
-    Document &createDocument() override { qFatal("no document is made here"); }
+    Document &createDocument(std::unique_ptr<Outline>) override { qFatal("no document is made here"); }
 
     Document *activeDocument() const override { return active; }
 

@@ -7,7 +7,6 @@
 
 #include "commands/Dispatcher.h"
 #include "document/modNodes.h"
-#include "formats/Formats.h"
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 #include "window/WindowCommands.h"
@@ -27,7 +26,6 @@ public:
         fakes.windows.open.clear();
         bindWindowCommands(dispatcher);
         ports().windows = this;
-        ports().formats = &formats;
         area = new QMdiArea(&main);
         main.setCentralWidget(area);
         main.resize(1000, 700);
@@ -38,9 +36,9 @@ public:
         });
     }
 
-    Document &createDocument() override
+    Document &createDocument(std::unique_ptr<Outline> outline = nullptr) override
     {
-        auto *form = new frmDocument(dispatcher);
+        auto *form = new frmDocument(dispatcher, std::move(outline));
         QObject::connect(form, &frmDocument::menuWanted, form,
                          [this](std::string_view menu) { poppedUp.append(QLatin1StringView(menu)); });
         QMdiSubWindow *subWindow = area->addSubWindow(form);
@@ -72,7 +70,6 @@ public:
     Dispatcher dispatcher;
     // The menus that were wanted as context menus.
     QStringList poppedUp;
-    Formats formats;
     QMainWindow main;
     QMdiArea *area = nullptr;
     QTemporaryDir folder;

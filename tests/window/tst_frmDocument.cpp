@@ -6,9 +6,9 @@
 #include "support/OutlineText.h"
 
 #include "commands/CommandKeys.h"
+#include "document/TextExchange.h"
 #include "document/modDoc.h"
 #include "document/modFile.h"
-#include "formats/modDocText.h"
 #include "model/StoredText.h"
 #include "outline/modOutline.h"
 #include "rtf/Rtf.h"

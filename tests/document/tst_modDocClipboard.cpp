@@ -1,9 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "document/TextExchange.h"
 #include "document/modFile.h"
 #include "document/modNodes.h"
-#include "formats/modDocClipboard.h"
 #include "support/FormatsFixture.h"
 
 #include <QTest>
@@ -75,8 +75,8 @@ void tst_modDocClipboard::importMakesOneEntry()
     QFETCH(const QString, clipboard);
     QFETCH(const QByteArray, text);
     m_fixture->fake.clipboard.held = clipboard;
-    const FakeDocument &fake = m_fixture->plant({});
-    modDocClipboard::DocImport();
+    QVERIFY(modDocClipboard::DocImport());
+    const FakeDocument &fake = *m_fixture->active();
     QCOMPARE(dumpOutline(fake.document.tree), QStringList(u"Text <"_s));
     QCOMPARE(fake.text.rtf, text);
     QVERIFY(fake.outline.visible);
@@ -107,7 +107,6 @@ void tst_modDocClipboard::withoutADocumentNothingHappens()
 {
     m_fixture->fake.clipboard.held = u"before"_s;
     modDocClipboard::DocExport();
-    modDocClipboard::DocImport();
     QCOMPARE(m_fixture->fake.clipboard.held, u"before"_s);
     QVERIFY(m_fixture->fake.windows.open.empty());
 }
