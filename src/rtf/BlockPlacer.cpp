@@ -170,7 +170,7 @@ void BlockPlacer::fillRow(const Table &table, std::size_t row, QTextTable &targe
         const CellState state = i < source.state.cells.size() ? source.state.cells[i] : CellState();
         // The cell's own format holds how many columns and rows it spans.
         QTextCharFormat format = cell.format();
-        format.merge(cellFormat(state, m_formats.tables()));
+        format.merge(cellFormat(state, source.state.padding, m_formats.tables()));
         if (source.state.height != 0) {
             format.setProperty(RowHeightProperty, source.state.height);
         }

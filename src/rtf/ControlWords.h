@@ -18,31 +18,35 @@ namespace rtf
 
 // What a control word does with its number; the kind of argument stands behind each.
 enum class Action : quint8 {
-    Character,      // a UTF-16 unit
-    CharFlag,       // CharFlag, off with the number 0
-    CharNumber,     // CharNumber, set to the number or, without one, to the value
-    CharSet,        // CharNumber, set to the value; 0 with the number 0
-    Underline,      // UnderlineKind, none with the number 0
-    Alignment,      // ParaAlignment
-    ParaNumber,     // ParaNumber, set to the number or, without one, to the value
-    ParaFlag,       // ParaFlag, set when the value is not 0; off with the number 0
-    Destination,    // Destination
-    CodePage,       // Windows number of the document's code page
-    BorderKind,     // BorderStyle
-    CellBorder,     // Side
-    ParaBorder,     // Side
-    CellFlag,       // CellFlag
-    CellAlignment,  // 0 top, 1 centre, 2 bottom
-    RowAlignment,   // ParaAlignment
-    TabKind,        // TabKind
-    TabLeader,      // TabLeader
-    ColorPart,      // 0 red, 1 green, 2 blue
-    LegacyKind,     // NumberKind
-    PictureKind,    // PictureKind
-    PictureNumber,  // PictureNumber
-    RowWord,        // RowWord
-    DefinitionWord, // DefinitionWord
-    Special,        // Special
+    Character,       // a UTF-16 unit
+    CharFlag,        // CharFlag, off with the number 0
+    CharNumber,      // CharNumber, set to the number or, without one, to the value
+    CharSet,         // CharNumber, set to the value; 0 with the number 0
+    Underline,       // UnderlineKind, none with the number 0
+    Alignment,       // ParaAlignment
+    ParaNumber,      // ParaNumber, set to the number or, without one, to the value
+    ParaFlag,        // ParaFlag, set when the value is not 0; off with the number 0
+    Destination,     // Destination
+    CodePage,        // Windows number of the document's code page
+    BorderKind,      // BorderStyle
+    CellBorder,      // Side
+    ParaBorder,      // Side
+    CellFlag,        // CellFlag
+    CellAlignment,   // 0 top, 1 centre, 2 bottom
+    CellPadding,     // Side
+    CellPaddingUnit, // Side
+    RowAlignment,    // ParaAlignment
+    RowPadding,      // Side
+    RowPaddingUnit,  // Side
+    TabKind,         // TabKind
+    TabLeader,       // TabLeader
+    ColorPart,       // 0 red, 1 green, 2 blue
+    LegacyKind,      // NumberKind
+    PictureKind,     // PictureKind
+    PictureNumber,   // PictureNumber
+    RowWord,         // RowWord
+    DefinitionWord,  // DefinitionWord
+    Special,         // Special
 };
 
 // What the text of a group is.

@@ -133,6 +133,18 @@ void Interpreter::apply(const ControlWord &word, qint32 number, bool hasNumber)
     case Action::CellAlignment:
         m_cell.verticalAlign = static_cast<qint16>(word.argument);
         break;
+    case Action::CellPadding:
+        m_cell.padding.sides[word.argument].twips = std::clamp(number, 0, longestLength);
+        break;
+    case Action::CellPaddingUnit:
+        m_cell.padding.sides[word.argument].isVoid = number == 0;
+        break;
+    case Action::RowPadding:
+        currentRow().padding.sides[word.argument].twips = std::clamp(number, 0, longestLength);
+        break;
+    case Action::RowPaddingUnit:
+        currentRow().padding.sides[word.argument].isVoid = number == 0;
+        break;
     case Action::RowAlignment:
         currentRow().alignment = static_cast<qint16>(word.argument);
         break;

@@ -180,6 +180,19 @@ struct PreferredWidth {
 
 constexpr qint32 wholeWidth = 5000; // a hundred percent
 
+// The room between the edges of a cell and its text, where it is said; the other sides have that of the row, or of the
+// table.
+struct Padding {
+    struct Room {
+        qint32 twips = -1;   // -1 not said
+        bool isVoid = false; // it has no unit, and so counts for nothing
+
+        bool isSaid() const { return twips >= 0 && !isVoid; }
+    };
+
+    std::array<Room, std::size_t(Side::Count)> sides{};
+};
+
 struct CellState {
     qint32 right = 0; // twips from the left margin
     quint16 flags = 0;
@@ -187,6 +200,7 @@ struct CellState {
     qint16 verticalAlign = 0; // 0 top, 1 centre, 2 bottom
     Borders borders{};
     PreferredWidth width;
+    Padding padding;
 };
 
 struct RowState {
@@ -197,6 +211,7 @@ struct RowState {
     bool keep = false; // on one page
     qint32 height = 0; // twips; at least so high, a negative one exactly, 0 as its text needs
     PreferredWidth width;
+    Padding padding;
     std::vector<CellState> cells;
 };
 

@@ -3,6 +3,7 @@
 
 #include "rtf/TableFormats.h"
 
+#include "rtf/Limits.h"
 #include "rtf/Units.h"
 
 #include <QTextTable>
@@ -55,17 +56,18 @@ struct CellSide {
     QTextFormat::Property width;
     QTextFormat::Property style;
     QTextFormat::Property brush;
+    QTextFormat::Property padding;
 };
 
 constexpr CellSide cellSides[] = {
     {Side::Top, QTextFormat::TableCellTopBorder, QTextFormat::TableCellTopBorderStyle,
-     QTextFormat::TableCellTopBorderBrush},
+     QTextFormat::TableCellTopBorderBrush, QTextFormat::TableCellTopPadding},
     {Side::Left, QTextFormat::TableCellLeftBorder, QTextFormat::TableCellLeftBorderStyle,
-     QTextFormat::TableCellLeftBorderBrush},
+     QTextFormat::TableCellLeftBorderBrush, QTextFormat::TableCellLeftPadding},
     {Side::Bottom, QTextFormat::TableCellBottomBorder, QTextFormat::TableCellBottomBorderStyle,
-     QTextFormat::TableCellBottomBorderBrush},
+     QTextFormat::TableCellBottomBorderBrush, QTextFormat::TableCellBottomPadding},
     {Side::Right, QTextFormat::TableCellRightBorder, QTextFormat::TableCellRightBorderStyle,
-     QTextFormat::TableCellRightBorderBrush},
+     QTextFormat::TableCellRightBorderBrush, QTextFormat::TableCellRightPadding},
 };
 
 // What the columns want to be beside what their edges say. Fixed widths are left to the edges.
@@ -150,7 +152,7 @@ QTextTableFormat tableFormat(const Table &table, const Tables &tables)
     return format;
 }
 
-QTextTableCellFormat cellFormat(const CellState &cell, const Tables &tables)
+QTextTableCellFormat cellFormat(const CellState &cell, const Padding &rowPadding, const Tables &tables)
 {
     QTextTableCellFormat format;
     if (cell.shade > 0 && std::size_t(cell.shade) < tables.colors.size() &&
@@ -168,6 +170,12 @@ QTextTableCellFormat cellFormat(const CellState &cell, const Tables &tables)
             format.setProperty(side.width, pixelsFromTwips(look.width));
             format.setProperty(side.style, int(shownStyle(look.style)));
             format.setProperty(side.brush, QBrush(QColor(look.color)));
+        }
+        const auto place = std::size_t(side.side);
+        const Padding::Room &own = cell.padding.sides[place];
+        const Padding::Room &room = own.isSaid() ? own : rowPadding.sides[place];
+        if (room.isSaid()) {
+            format.setProperty(side.padding, pixelsFromTwips(room.twips));
         }
     }
     return format;
@@ -193,6 +201,10 @@ CellLook cellLook(const QTextTableCellFormat &cell, const QTextTableFormat &tabl
     }
     bool hasOwn = false;
     for (const CellSide &side : cellSides) {
+        if (cell.hasProperty(side.padding)) {
+            look.padding[std::size_t(side.side)] =
+                std::clamp(twipsFromPixels(cell.doubleProperty(side.padding)), 0, longestLength);
+        }
         const auto shown = static_cast<QTextFrameFormat::BorderStyle>(cell.intProperty(side.style));
         if (!cell.hasProperty(side.width) || shown == QTextFrameFormat::BorderStyle_None) {
             continue;

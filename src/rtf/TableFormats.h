@@ -17,7 +17,7 @@ namespace rtf
 
 QTextTableFormat tableFormat(const Table &table, const Tables &tables);
 
-QTextTableCellFormat cellFormat(const CellState &cell, const Tables &tables);
+QTextTableCellFormat cellFormat(const CellState &cell, const Padding &rowPadding, const Tables &tables);
 
 // The formatting of the first paragraph of a cell, without what would be the cell's own: a text document keeps both in
 // one place.
@@ -28,6 +28,7 @@ struct CellLook {
     OptionalColor shade;
     int verticalAlign = 0; // 0 top, 1 centre, 2 bottom
     BorderLooks borders;
+    std::array<int, std::size_t(Side::Count)> padding{-1, -1, -1, -1}; // twips; -1 that of the table
 };
 
 // A cell without borders of its own has those of its table.

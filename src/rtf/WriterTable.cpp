@@ -160,6 +160,15 @@ void Writer::writeCellDefinition(const CellRange &cells, const QTextTableCell &c
     if (look.shade) {
         m_body.word("\\clcbpat", m_tables.color(look.shade));
     }
+    // In the order of the sides, with the words that word processors have for them (see the reader's table).
+    constexpr const char *paddingWords[] = {"\\clpadl", "\\clpadt", "\\clpadb", "\\clpadr"};
+    constexpr const char *unitWords[] = {"\\clpadfl", "\\clpadft", "\\clpadfb", "\\clpadfr"};
+    for (std::size_t side = 0; side < look.padding.size(); ++side) {
+        if (look.padding[side] >= 0) {
+            m_body.word(unitWords[side], int(WidthKind::Twips));
+            m_body.word(paddingWords[side], look.padding[side]);
+        }
+    }
 }
 
 } // namespace rtf

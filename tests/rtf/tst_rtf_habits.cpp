@@ -5,6 +5,8 @@
 #include "rtf/RoundTrip.h"
 #include "rtf/RtfSupport.h"
 
+#include <QTextTable>
+
 using rtftest::blockOf;
 using rtftest::documentOf;
 using rtftest::formatAt;
@@ -33,6 +35,7 @@ private Q_SLOTS:
     void picturesOfTheMacintoshCountInPoints();
     void automaticSpaceIsKept();
     void heightsOfRowsAreKept();
+    void theRoomInsideCellsIsShownAndKept();
 
 private:
     static QList<double> tabsOf(const QTextBlock &block)
@@ -282,6 +285,34 @@ void TestRtfHabits::automaticSpaceIsKept()
     const QByteArray written = rtf::write(*document);
     QVERIFY2(written.contains("\\sbauto1\\saauto1\\contextualspace"), written.constData());
     QCOMPARE(rtftest::roundTripFault(rtf), QString());
+}
+
+void TestRtfHabits::theRoomInsideCellsIsShownAndKept()
+{
+    // The row's room holds for the sides of which a cell says nothing; what has no unit counts for nothing.
+    const QByteArray rtf(
+        "{\\rtf1 x\\par\\trowd\\trgaph30\\trpaddl150\\trpaddfl3\\trpaddt300\\trpaddft3\\trpaddb90\\trpaddfb0"
+        "\\clpadt450\\clpadft3\\clpadl600\\clpadfl3\\clpadr75\\clpadfr3\\cellx3000\\clpadt450\\clpadft0\\cellx6000"
+        "\\intbl a\\cell b\\cell\\row\\pard y}");
+    const QByteArray written = rtf::write(*documentOf(rtf));
+    QCOMPARE(rtftest::roundTripFault(rtf), QString());
+    for (const QByteArray &bytes : {rtf, written}) {
+        const auto document = documentOf(bytes);
+        const auto *table = qobject_cast<QTextTable *>(document->rootFrame()->childFrames().value(0));
+        QVERIFY(table != nullptr);
+        QCOMPARE(table->format().cellPadding(), 2.0);
+        const QTextTableCellFormat first = table->cellAt(0, 0).format().toTableCellFormat();
+        // Word processors take the words for a cell's left and top room for each other.
+        QCOMPARE(first.leftPadding(), 30.0);
+        QCOMPARE(first.topPadding(), 40.0);
+        QCOMPARE(first.rightPadding(), 5.0);
+        QVERIFY(!first.hasProperty(QTextFormat::TableCellBottomPadding));
+        const QTextTableCellFormat second = table->cellAt(0, 1).format().toTableCellFormat();
+        QCOMPARE(second.leftPadding(), 10.0);
+        QCOMPARE(second.topPadding(), 20.0);
+        QVERIFY(!second.hasProperty(QTextFormat::TableCellRightPadding));
+    }
+    QVERIFY2(written.contains("\\clpadfl3\\clpadl600\\clpadft3\\clpadt450\\clpadfr3\\clpadr75"), written.constData());
 }
 
 void TestRtfHabits::heightsOfRowsAreKept()
