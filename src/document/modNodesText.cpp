@@ -75,7 +75,7 @@ void NodeTextGet(Document &document, Entry *entry)
     procedure("modNodes NodeTextGet", [&] {
         // The pane's content is still the source of a text that was changed and not read since.
         document.tree.resolvePendingText();
-        const Inflated shown = entry ? shownText(document.tree.storedText(entry)) : Inflated();
+        const Inflated shown = entry ? shownText(document.tree.storedText(entry), document.txtRTF.Font()) : Inflated();
         {
             const TextLoadingScope loading(document.txtRTF);
             document.txtRTF.setTextRTF(shown.text);

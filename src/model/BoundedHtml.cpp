@@ -8,6 +8,7 @@
 #include "rtf/Limits.h"
 
 #include <QHash>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -43,6 +44,14 @@ QString withBoundedNumbers(QStringView text)
         i += std::max<qsizetype>(length, 1);
     }
     return bounded;
+}
+
+// Nothing floats beside the text: each thing that does looks for its place among all the others. What is not found here
+// LayoutStrain counts.
+QString withoutFloats(QString styles)
+{
+    static const QRegularExpression floating(u"(?<![\\w-])float(?=\\s*:)"_s, QRegularExpression::CaseInsensitiveOption);
+    return styles.replace(floating, u"-float"_s);
 }
 
 bool holdsLengths(const QString &attributeName)
@@ -141,7 +150,7 @@ private:
     // Of the tables that are open and not too deep.
     std::vector<HtmlGrid> m_grids;
     qsizetype m_elements = 0;
-    // Of all tables, as they are laid out.
+    // Of all tables, as they are laid out; twice for each table around theirs.
     qsizetype m_cells = 0;
     qsizetype m_rules = 0;
     qint64 m_pictureBytes = 0;
@@ -198,7 +207,7 @@ void HtmlBounder::take(const HtmlToken &token)
 
 void HtmlBounder::style(QStringView sheet)
 {
-    const QString written = "<style>"_L1 + withBoundedNumbers(sheet) + "</style>"_L1;
+    const QString written = "<style>"_L1 + withoutFloats(withBoundedNumbers(sheet)) + "</style>"_L1;
     m_rules += sheet.count(u'{') + sheet.count(u',');
     m_sheets.emplace_back(m_result.html.size(), written.size());
     m_result.html += written;
@@ -211,7 +220,9 @@ QString HtmlBounder::tag(const HtmlToken &token) const
         if (attribute.name.contains(u'"') || attribute.name.contains(u'\'') || attribute.name.contains(u'<'))
             continue;
         QString value = attribute.value.toString();
-        if (holdsLengths(attribute.name))
+        if (attribute.name == "style"_L1)
+            value = withoutFloats(withBoundedNumbers(value));
+        else if (holdsLengths(attribute.name))
             value = withBoundedNumbers(value);
         else if (attribute.name == "colspan"_L1 || attribute.name == "rowspan"_L1)
             value = QString::number(spanOf(value));
@@ -271,12 +282,12 @@ void HtmlBounder::takePlaces(const HtmlToken &token, HtmlElement element)
         return;
     }
     HtmlGrid &grid = m_grids.back();
-    m_cells -= grid.places();
+    const qsizetype before = grid.places();
     if (element == HtmlElement::Row)
         grid.startRow();
     else if (element == HtmlElement::Cell)
         grid.addCell(spanOf(token.attribute(u"colspan")), spanOf(token.attribute(u"rowspan")));
-    m_cells += grid.places();
+    m_cells += (grid.places() - before) << (m_grids.size() - 1);
 }
 
 // Ends what a start tag ends without saying so.

@@ -23,14 +23,30 @@ constexpr qsizetype shownBeginning = 100'000;
 // of a paragraph's glyphs in an int and goes down with the program at some 150 million characters.
 constexpr qsizetype longestParagraph = 1'000'000;
 
-// Characters without a place to break the line. Each line looks through the rest of them: half a million take minutes.
-constexpr qsizetype longestWord = 100'000;
+// Characters without a place to break the line that are pasted. Each line looks through the rest of them: half a
+// million take minutes, and ten times a hundred thousand half a minute. Words that grow together may be longer when the
+// text is shown again.
+constexpr qsizetype longestWord = 20'000;
+constexpr qsizetype longestShownWord = 40'000;
 
 // Paragraphs that the text pane lays out. Beyond, its layout takes time that grows faster than the text.
 constexpr qsizetype mostParagraphs = 100'000;
 
 // Characters of one text that the text pane lays out.
 constexpr qsizetype longestText = 20'000'000;
+
+// Pixels beyond which a text is not laid out. The text engine takes a text without pages for one of a single page of
+// some eight million pixels, and looks for ever for the place of what does not fit on it.
+constexpr qreal tallestText = 4'000'000;
+
+// Microseconds of what model/LayoutStrain.h foresees for a text that is pasted.
+constexpr qreal mostEffort = 3'000'000;
+
+// A text that is read again may be foreseen for some more than when it was pasted.
+constexpr qreal shownStrain = 1.25;
+
+// Bytes of a text that cannot strain anybody.
+constexpr qsizetype harmlessText = 1000;
 
 // Characters that may be typed or pasted into a label.
 constexpr int longestLabel = 32'767;
@@ -52,8 +68,8 @@ constexpr qsizetype mostCells = 20'000;
 // Cells of tables that the text pane lays out. Reading what was written may give some more than there were.
 constexpr qsizetype mostShownCells = 30'000;
 
-// Bytes of rich text that are pasted without a look at how much text is there already.
-constexpr qsizetype mostUnlooked = 20'000;
+// Bytes of rich text that are pasted without a look at how much text is there already. No word of it is too long.
+constexpr qsizetype mostUnlooked = longestWord;
 
 // HTML elements within each other; those further in are taken for their words.
 constexpr std::size_t deepestElement = 200;

@@ -3,9 +3,8 @@
 
 #include "model/TextBounds.h"
 
-#include "model/Limits.h"
-
 #include <QChar>
+#include <QTextBoundaryFinder>
 
 #include <algorithm>
 
@@ -36,34 +35,44 @@ qsizetype wholeCharacters(QStringView text, qsizetype length)
     return halved ? length - 1 : length;
 }
 
-// Lines break at blanks, and between the characters of the scripts of East Asia.
-bool endsWord(QChar character)
-{
-    constexpr char16_t firstEastAsian = u'\u2e80';
-    return character.isSpace() || character >= firstEastAsian;
-}
-
 // Where in a paragraph its first too long word passes the bound, or the paragraph's end.
-qsizetype endOfBoundedWords(QStringView text, qsizetype start, qsizetype end)
+qsizetype endOfBoundedWords(QStringView text, qsizetype start, qsizetype end, qsizetype longestWord)
 {
-    if (end - start <= limits::longestWord)
-        return end;
-    qsizetype word = start;
-    for (qsizetype at = start; at < end; ++at) {
-        if (endsWord(text[at]))
-            word = at + 1;
-        else if (at - word == limits::longestWord)
-            return at;
-    }
-    return end;
+    const auto words = unbrokenStretches(text.sliced(start, end - start), longestWord);
+    return words.empty() ? end : start + words.front().from + longestWord;
 }
 
 } // namespace
 
-qsizetype mayBeLaidOut(QStringView text, LineFeed lineFeed)
+std::vector<UnbrokenStretch> unbrokenStretches(QStringView paragraph, qsizetype longerThan)
+{
+    // These always end a word, which spares nearly every text a closer look.
+    constexpr auto isBlank = [](QChar character) {
+        return character == u' ' || character == u'\n' || character == QChar::LineSeparator;
+    };
+    std::vector<UnbrokenStretch> found;
+    const auto *at = paragraph.begin();
+    while (at != paragraph.end()) {
+        const auto *end = std::find_if(at, paragraph.end(), isBlank);
+        if (end - at > longerThan) {
+            const qsizetype from = at - paragraph.begin();
+            QTextBoundaryFinder breaks(QTextBoundaryFinder::Line, at, end - at);
+            qsizetype last = 0;
+            for (qsizetype next = breaks.toNextBoundary(); next >= 0; next = breaks.toNextBoundary()) {
+                if (next - last > longerThan)
+                    found.push_back({from + last, from + next});
+                last = next;
+            }
+        }
+        at = std::find_if_not(end, paragraph.end(), isBlank);
+    }
+    return found;
+}
+
+qsizetype mayBeLaidOut(QStringView text, LineFeed lineFeed, qsizetype longestWord)
 {
     // Bounds on the characters alone let nearly every text through without a look at it.
-    if (text.size() <= std::min({limits::longestParagraph, limits::mostParagraphs, limits::longestWord}))
+    if (text.size() <= std::min({limits::longestParagraph, limits::mostParagraphs, longestWord}))
         return text.size();
     qsizetype start = 0;
     for (qsizetype paragraphs = 0; start < text.size(); ++paragraphs) {
@@ -71,7 +80,7 @@ qsizetype mayBeLaidOut(QStringView text, LineFeed lineFeed)
             return start;
         const qsizetype end = lineEndFrom(text, start, lineFeed);
         const qsizetype longest = std::min(limits::longestParagraph, limits::longestText - start);
-        const qsizetype laidOut = endOfBoundedWords(text, start, std::min(end, start + longest));
+        const qsizetype laidOut = endOfBoundedWords(text, start, std::min(end, start + longest), longestWord);
         if (laidOut < end)
             return wholeCharacters(text, laidOut);
         start = behindLineEnd(text, end);

@@ -4,6 +4,7 @@
 #include "model/TextSelection.h"
 
 #include "model/EntryText.h"
+#include "rtf/Families.h"
 #include "rtf/PlainText.h"
 #include "rtf/Rtf.h"
 #include "rtf/SelectedStretches.h"
@@ -82,7 +83,9 @@ void TextSelection::setSelRTF(const QByteArray &rtf)
     QTextCursor cursor = caret();
     cursor.beginEditBlock();
     removeSelection(cursor);
+    const int from = cursor.position();
     rtf::insert(rtf, cursor);
+    rtf::boundFamilies(*cursor.document(), from, cursor.position());
     cursor.endEditBlock();
     setCaret(cursor);
 }

@@ -271,7 +271,7 @@ void PrintComposition::addHeading(QTextCursor &cursor, const Entry *entry, bool 
 void PrintComposition::addText(QTextCursor &cursor, const Entry *entry, Damage damage) const
 {
     // What is too long to be laid out in the text pane is too long for paper as well: its beginning is printed.
-    const auto [text, state] = shownText(m_tree.storedText(entry));
+    const auto [text, state] = shownText(m_tree.storedText(entry), m_base);
     if (state == TextState::Damaged) {
         if (damage == Damage::Ignore)
             return;

@@ -91,9 +91,10 @@ private:
     QTextDocument *freshDocument();
     void showDocument(QTextDocument *fresh);
     void tellUser(const QString &text);
-    bool hasRoomFor(const QString &text);
+    bool hasRoomFor(const QString &text) const;
+    bool hasRoomForPlain(const QString &text) const;
     bool hasRoomForCells(qsizetype cells) const;
-    bool hasRoomForHeight(const QTextDocument &pasted) const;
+    bool isBearableWith(const QTextDocument &pasted) const;
     bool pasteWords(const QString &text);
     void pasteHtml(const QString &html, const QString &text);
     void insertHtmlFragment(const BoundedHtml &bounded);

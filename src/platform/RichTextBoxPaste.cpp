@@ -9,12 +9,13 @@
 #include "document/Ports.h"
 #include "model/BoundedHtml.h"
 #include "model/HtmlTokens.h"
+#include "model/LayoutStrain.h"
 #include "model/Limits.h"
 #include "model/TextBounds.h"
 #include "platform/HtmlPictures.h"
 #include "platform/PastedPicture.h"
 #include "platform/RichTextMime.h"
-#include "platform/TextHeight.h"
+#include "rtf/Families.h"
 #include "rtf/Limits.h"
 #include "rtf/Pictures.h"
 #include "rtf/PlainText.h"
@@ -47,18 +48,29 @@ const QString wordsInstead =
     u"This has so many tables or so much formatting that showing it would take minutes. Do you "
     "want to put only its words into the entry?"_s;
 
-// How many cells the tables of a frame have, those left out that lie wholly in a stretch of the document.
-qsizetype cellsIn(const QTextFrame *frame, int from, int to)
+// How many cells the tables of a frame have, those left out that lie wholly in a stretch of the document. They count
+// twice for each table around theirs.
+qsizetype cellsIn(const QTextFrame *frame, int from, int to, int depth = 0)
 {
     qsizetype cells = 0;
     for (const QTextFrame *child : frame->childFrames()) {
         if (child->firstPosition() > from && child->lastPosition() < to)
             continue;
-        if (const auto *table = qobject_cast<const QTextTable *>(child))
-            cells += qsizetype(table->rows()) * table->columns();
-        cells += cellsIn(child, from, to);
+        const auto *table = qobject_cast<const QTextTable *>(child);
+        if (table)
+            cells += (qsizetype(table->rows()) * table->columns()) << depth;
+        cells += cellsIn(child, from, to, depth + (table ? 1 : 0));
     }
     return cells;
+}
+
+// How many tables there are around a place.
+int tablesAround(const QTextCursor &cursor)
+{
+    int tables = 0;
+    for (const QTextFrame *frame = cursor.currentFrame(); frame; frame = frame->parentFrame())
+        tables += qobject_cast<const QTextTable *>(frame) ? 1 : 0;
+    return tables;
 }
 
 // The pictures of a stretch of the document, from the last to the first; each is one character.
@@ -140,8 +152,8 @@ void RichTextBox::tellUser(const QString &text)
         inform();
 }
 
-// Whether so much text can be laid out in the place of the selection; the user is told when not.
-bool RichTextBox::hasRoomFor(const QString &text)
+// Whether so much text can be laid out in the place of the selection.
+bool RichTextBox::hasRoomFor(const QString &text) const
 {
     const QTextCursor cursor = textCursor();
     const int from = cursor.selectionStart();
@@ -150,38 +162,64 @@ bool RichTextBox::hasRoomFor(const QString &text)
     const int paragraphsLeft =
         document()->blockCount() + document()->findBlock(from).blockNumber() - document()->findBlock(to).blockNumber();
     const qsizetype paragraphs = paragraphsLeft + text.count(u'\r') + text.count(QChar::ParagraphSeparator);
-    const bool fits = mayBeLaidOut(text, LineFeed::WithinParagraph) == text.size() &&
-                      left + text.size() <= limits::longestText && paragraphs <= limits::mostParagraphs;
-    if (!fits)
-        tellUser(tooLong);
-    return fits;
+    return mayBeLaidOut(text, LineFeed::WithinParagraph) == text.size() && left + text.size() <= limits::longestText &&
+           paragraphs <= limits::mostParagraphs;
+}
+
+// The same of a text that looks like what is around it.
+bool RichTextBox::hasRoomForPlain(const QString &text) const
+{
+    if (!hasRoomFor(text))
+        return false;
+    if (text.size() <= limits::harmlessText)
+        return true;
+    QTextDocument pasted;
+    pasted.setUndoRedoEnabled(false);
+    pasted.setDefaultFont(m_font);
+    QTextCursor start(&pasted);
+    start.setBlockFormat(textCursor().blockFormat());
+    QString words = text;
+    words.replace("\r\n"_L1, "\r"_L1).replace(u'\n', QChar::LineSeparator);
+    start.insertText(words, currentCharFormat());
+    return isBearableWith(pasted);
 }
 
 // Whether so many cells more can be laid out in the place of the selection.
 bool RichTextBox::hasRoomForCells(qsizetype cells) const
 {
     const QTextCursor cursor = textCursor();
-    return cells == 0 || cells + cellsIn(document()->rootFrame(), cursor.selectionStart(), cursor.selectionEnd()) <=
-                             limits::mostCells;
+    if (cells == 0)
+        return true;
+    const qsizetype there = cellsIn(document()->rootFrame(), cursor.selectionStart(), cursor.selectionEnd());
+    return there + (cells << tablesAround(cursor)) <= limits::mostCells;
 }
 
-bool RichTextBox::hasRoomForHeight(const QTextDocument &pasted) const
+// Whether what is pasted can be laid out together with what is there, which it may replace.
+bool RichTextBox::isBearableWith(const QTextDocument &pasted) const
 {
-    return roughHeight(*document()) + roughHeight(pasted) <= tallestText;
+    LayoutStrain strain = layoutStrain(pasted);
+    const QTextCursor cursor = textCursor();
+    if (cursor.selectionEnd() - cursor.selectionStart() < document()->characterCount() - 1)
+        strain += layoutStrain(*document());
+    return strain.isBearable();
 }
 
 bool RichTextBox::pasteText(const QString &text)
 {
-    if (!hasRoomFor(text))
+    if (!hasRoomForPlain(text)) {
+        tellUser(tooLong);
         return false;
+    }
     setSelText(text);
     return true;
 }
 
 bool RichTextBox::pasteWords(const QString &text)
 {
-    if (!hasRoomFor(text))
+    if (!hasRoomForPlain(text)) {
+        tellUser(tooLong);
         return false;
+    }
     if (m_isDropping)
         tellUser(onlyItsWords);
     else if (ports().dialogs && ports().dialogs->ask(wordsInstead) != Answer::Yes)
@@ -195,11 +233,14 @@ bool RichTextBox::pasteRTF(const QByteArray &rtf)
     const auto [text, cells] = rtf::plainContent(rtf);
     if (!hasRoomForCells(cells))
         return pasteWords(text);
-    if (rtf.size() > limits::mostUnlooked && !hasRoomFor(text))
+    if (rtf.size() > limits::mostUnlooked && !hasRoomFor(text)) {
+        tellUser(tooLong);
         return false;
+    }
     QTextDocument pasted;
+    pasted.setDefaultFont(m_font);
     rtf::read(rtf, pasted);
-    if (!hasRoomForHeight(pasted))
+    if (!isBearableWith(pasted))
         return pasteWords(text);
     setSelRTF(rtf);
     if (const QString parts = leftOutParts(rtf); !parts.isEmpty() && ports().commands)
@@ -217,12 +258,16 @@ void RichTextBox::pasteHtml(const QString &html, const QString &text)
         pasteWords(words);
         return;
     }
-    if (isLong && !hasRoomFor(words))
+    if (isLong && !hasRoomFor(words)) {
+        tellUser(tooLong);
         return;
+    }
     QTextDocument pasted;
     pasted.setUndoRedoEnabled(false);
+    pasted.setDefaultFont(m_font);
     pasted.setHtml(bounded.html);
-    if (hasRoomForHeight(pasted))
+    rtf::boundFamilies(pasted, 0, pasted.characterCount());
+    if (isBearableWith(pasted))
         insertHtmlFragment(bounded);
     else
         pasteWords(words);
@@ -254,6 +299,7 @@ void RichTextBox::insertHtmlFragment(const BoundedHtml &bounded)
     const int from = cursor.position();
     cursor.insertFragment(QTextDocumentFragment::fromHtml(bounded.html, document()));
     holdPictures(from, cursor.position(), bounded.pictures);
+    rtf::boundFamilies(*document(), from, cursor.position());
     cursor.endEditBlock();
     setTextCursor(cursor);
 }

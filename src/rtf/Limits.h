@@ -31,6 +31,9 @@ constexpr int mostTabs = 64;
 // Fonts that a text may define, the default one included; a font beyond them is the default one.
 constexpr std::size_t mostFonts = 32000;
 
+// Font families that a text shows; those further on are shown in the document's own. Each takes a millisecond.
+constexpr qsizetype mostFamilies = 500;
+
 constexpr qint32 mostColors = 32767;
 constexpr std::size_t mostListLevels = 9;
 

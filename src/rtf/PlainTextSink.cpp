@@ -67,7 +67,7 @@ void PlainTextSink::endRow(const RowState &row, int depth)
         isEmpty.push_back(cell.isEmpty);
     }
     if (!table.shape.addRow(row, isEmpty)) {
-        endShape(table.shape);
+        endShape(table.shape, depth);
         table.shape.addRow(row, isEmpty);
         m_text.insert(table.cells.front().start, paragraphBreak);
         m_paragraphStart += paragraphBreak.size();
@@ -125,17 +125,17 @@ void PlainTextSink::openTable()
 void PlainTextSink::closeTables(std::size_t depth)
 {
     while (m_tables.size() > depth) {
-        endShape(m_tables.back().shape);
+        endShape(m_tables.back().shape, static_cast<int>(m_tables.size()));
         m_tables.pop_back();
         container(m_tables.size()).endsInTable = true;
     }
 }
 
-void PlainTextSink::endShape(TableShape &shape)
+void PlainTextSink::endShape(TableShape &shape, int depth)
 {
     if (!shape.rows().empty()) {
         shape.finish();
-        m_cells += qsizetype(shape.rows().size()) * (qsizetype(shape.edges().size()) - 1);
+        m_cells += (qsizetype(shape.rows().size()) * (qsizetype(shape.edges().size()) - 1)) << (depth - 1);
     }
     shape = {};
 }

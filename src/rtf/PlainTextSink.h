@@ -29,7 +29,7 @@ public:
     // The whole text, once the events have ended.
     QString takeText() { return std::move(m_text); }
 
-    // How many cells all tables have then.
+    // How many cells all tables have then, as PlainContent counts them.
     qsizetype cells() const { return m_cells; }
 
 private:
@@ -56,7 +56,7 @@ private:
     void addEmptyBlock();
     void openTable();
     void closeTables(std::size_t depth);
-    void endShape(TableShape &shape);
+    void endShape(TableShape &shape, int depth);
 
     QString m_text;                 // every paragraph behind its CR LF
     qsizetype m_paragraphStart = 0; // of the paragraph that is being collected, at its CR LF

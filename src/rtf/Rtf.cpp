@@ -4,6 +4,7 @@
 #include "rtf/Rtf.h"
 
 #include "rtf/DocumentSink.h"
+#include "rtf/Families.h"
 #include "rtf/Interpreter.h"
 #include "rtf/PlainTextSink.h"
 #include "rtf/Units.h"
@@ -36,6 +37,7 @@ void read(QByteArrayView rtf, QTextDocument &document)
     DocumentSink sink(cursor, BlockPlacer::Start::EmptyDocument);
     Interpreter interpreter(rtf, sink);
     interpreter.run();
+    boundFamilies(document, 0, document.characterCount());
     cursor.endEditBlock();
     QTextOption option = document.defaultTextOption();
     option.setTabStopDistance(pixelsFromTwips(interpreter.defaultTab()));

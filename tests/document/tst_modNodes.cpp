@@ -709,7 +709,7 @@ void tst_modNodes::storingCompressesAndShowingInflates()
 {
     FakeDocument &fake = plantStandard();
     Entry *root = fake.document.tree.root();
-    const QByteArray text = "{\\rtf1 " + QByteArray(100000 - 8, 'x') + '}';
+    const QByteArray text = "{\\rtf1 " + QByteArray("x ").repeated(49'996) + '}';
     fake.text.rtf = text;
     modNodes::NodeTextPut(fake.document, root);
     QVERIFY(fake.document.tree.storedText(root).startsWith("100000,"));

@@ -331,7 +331,7 @@ void tst_modDocText::aLineTooLongForThePaneIsShownInPartAndKeptWhole()
     m_folder->write(u"a.txt"_s, line + "\r\n");
     QVERIFY(modDoc::DocLoad((*m_folder)(u"a.txt"_s)));
     FakeDocument &loaded = *m_fixture->active();
-    QCOMPARE(loaded.text.rtf, line.left(limits::shownBeginning));
+    QCOMPARE(loaded.text.rtf, line.left(limits::longestShownWord));
     QVERIFY(loaded.text.locked);
     QCOMPARE(loaded.document.notices().size(), size_t(1));
     QCOMPARE(loaded.document.notices()[0].kind, NoticeKind::LongText);

@@ -32,6 +32,7 @@ private Q_SLOTS:
     void theEmptyPlacesOfATableAreCounted_data();
     void theEmptyPlacesOfATableAreCounted();
     void numbersBeyondAllMeasureAreCutDown();
+    void nothingFloats();
     void aStyleSheetOfTooManyRulesIsLeftOut();
     void aPictureThatIsElsewhereLeavesItsWords();
     void aPictureInTheTextIsHeld();
@@ -186,9 +187,13 @@ void tst_BoundedHtml::theEmptyPlacesOfATableAreCounted_data()
     QTest::newRow("cells beside those of the rows above") << pushed(199) << pushed(200);
     const QString table = u"<table>"_s + row(side) + row(1).repeated(side - 1) + u"</table>"_s;
     QTest::newRow("several tables") << table.repeated(2) << table.repeated(2) + u"<table><tr><td>x"_s;
-    const QString inner = u"<table><tr><td>"_s + table + u"</table>"_s;
-    QTest::newRow("tables within tables")
-        << table + u"<table>"_s + row(side) + row(1).repeated(side - 2) + u"</table>"_s << table + inner;
+    // A cell counts twice for each table around its own.
+    const auto inner = [&row](int rows, int around) {
+        return QString(u"<table><tr><td>"_s.repeated(around) + u"<table>"_s + row(side).repeated(rows) +
+                       u"</table>"_s.repeated(around + 1));
+    };
+    QTest::newRow("tables within tables") << inner(other / 2 - 1, 1) << inner(other / 2, 1);
+    QTest::newRow("tables four tables deep") << inner(other / 16, 4) << inner(other / 16 + 1, 4);
 }
 
 void tst_BoundedHtml::theEmptyPlacesOfATableAreCounted()
@@ -207,6 +212,22 @@ void tst_BoundedHtml::numbersBeyondAllMeasureAreCutDown()
     QCOMPARE(boundedHtml(u"<p style='color:#123456;margin:12345px 1.333333px'>x").html,
              u"<p style=\"color:#123456;margin:9999px 1.333333px\">x</p>"_s);
     QVERIFY(boundedHtml(u"<style>p { padding: 100000px }</style>").html.contains(u"padding: 9999px"_s));
+}
+
+void tst_BoundedHtml::nothingFloats()
+{
+    const QString table = u"<table><tr><td>x</td></tr></table>"_s;
+    for (const QString &page : {QString(u"<table style='color:red; FLOAT : left'><tr><td>x</td></tr></table>"_s),
+                                QString(u"<style>table{float:right}</style>"_s + table),
+                                QString(u"<style>p{} TABLE { float\n:left }</style>"_s + table)}) {
+        QTextDocument document;
+        document.setHtml(boundedHtml(page).html);
+        const QList<QTextFrame *> frames = document.rootFrame()->childFrames();
+        QCOMPARE(frames.size(), 1);
+        QCOMPARE(frames.first()->frameFormat().position(), QTextFrameFormat::InFlow);
+    }
+    const QString word = u"<p class=\"float\">What can float: a boat</p>"_s;
+    QCOMPARE(boundedHtml(word).html, word);
 }
 
 void tst_BoundedHtml::aStyleSheetOfTooManyRulesIsLeftOut()

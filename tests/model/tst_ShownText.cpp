@@ -3,6 +3,7 @@
 
 #include "model/Limits.h"
 #include "model/ShownText.h"
+#include "rtf/Rtf.h"
 #include "support/ErrorRecorder.h"
 
 #include <QTest>
@@ -20,6 +21,9 @@ private Q_SLOTS:
     void textsAtTheBoundAndBeyondIt_data();
     void textsAtTheBoundAndBeyondIt();
     void damagedBytesAreBoundedToo();
+    void whatIsTooMuchForTheTextEngineIsShownAsWords_data();
+    void whatIsTooMuchForTheTextEngineIsShownAsWords();
+    void aBeginningIsNoMoreThanCanBeLaidOut();
     void aCharacterIsNotHalved();
     void inflatingEndsAtTheBound_data();
     void inflatingEndsAtTheBound();
@@ -30,7 +34,7 @@ void tst_ShownText::textsAtTheBoundAndBeyondIt_data()
     QTest::addColumn<QByteArray>("text");
     QTest::addColumn<bool>("whole");
     const QByteArray longest = QByteArray("x ").repeated(limits::longestParagraph / 2);
-    const QByteArray longestWord(limits::longestWord, 'x');
+    const QByteArray longestWord(limits::longestShownWord, 'x');
     QTest::newRow("the longest line") << longest << true;
     QTest::newRow("a longer line") << longest + 'x' << false;
     QTest::newRow("the longest word") << longestWord << true;
@@ -59,8 +63,8 @@ void tst_ShownText::textsAtTheBoundAndBeyondIt_data()
                QByteArray("\\itap2 some\\nestcell{\\*\\nesttableprops\\trowd\\cellx900\\nestrow}\n").repeated(cells) +
                "\\itap1 \\cell\\trowd\\cellx1800\\row}";
     };
-    QTest::newRow("the most nested cells") << nested(limits::mostShownCells - 1) << true;
-    QTest::newRow("more nested cells") << nested(limits::mostShownCells) << false;
+    QTest::newRow("the most nested cells") << nested((limits::mostShownCells - 1) / 2) << true;
+    QTest::newRow("more nested cells") << nested(limits::mostShownCells / 2) << false;
     QTest::newRow("much that is not text") << "{\\rtf1{\\*\\unknown " + QByteArray(3'000'000, 'x') + "}one}" << true;
 }
 
@@ -69,28 +73,70 @@ void tst_ShownText::textsAtTheBoundAndBeyondIt()
     QFETCH(const QByteArray, text);
     QFETCH(const bool, whole);
     for (const QByteArray &stored : {text, NodeTextCompressIfRequired(text)}) {
-        const Inflated shown = shownText(stored);
+        const Inflated shown = shownText(stored, QFont());
         QCOMPARE(shown.state, whole ? TextState::Whole : TextState::Beginning);
         if (whole)
             QVERIFY(shown.text == text);
         else
-            QVERIFY(shown.text.size() >= limits::shownBeginning && shown.text.size() <= 2 * limits::shownBeginning);
+            QVERIFY(shown.text.size() >= limits::longestShownWord && shown.text.size() <= 2 * limits::shownBeginning);
     }
+}
+
+void tst_ShownText::whatIsTooMuchForTheTextEngineIsShownAsWords_data()
+{
+    QTest::addColumn<QByteArray>("opening");
+    QTest::addColumn<QByteArray>("paragraph");
+    QTest::newRow("space before paragraphs") << QByteArray("\\sb31680 ") << QByteArray("x\\par ");
+    QTest::newRow("huge letters") << QByteArray("\\fs3276 ") << QByteArray("x\\par ");
+    QTest::newRow("lines far apart") << QByteArray("\\sl31680\\slmult0 ") << QByteArray("x\\par ");
+    QTest::newRow("tabulator stops") << QByteArray("\\tx900\\tx1800 ") << QByteArray("\\tab");
+    QTest::newRow("runs in one word") << QByteArray() << QByteArray("x{\\b y}");
+}
+
+void tst_ShownText::whatIsTooMuchForTheTextEngineIsShownAsWords()
+{
+    QFETCH(const QByteArray, opening);
+    QFETCH(const QByteArray, paragraph);
+    const auto text = [&](qsizetype times) { return "{\\rtf1 " + opening + paragraph.repeated(times) + "end}"; };
+    QCOMPARE(shownText(text(500), QFont()).state, TextState::Whole);
+    const Inflated shown = shownText(text(18'000), QFont());
+    QCOMPARE(shown.state, TextState::Beginning);
+    QVERIFY(!shown.text.startsWith("{\\rtf"));
+    QCOMPARE(shown.text, rtf::toPlainText(text(18'000)).toLatin1());
+}
+
+void tst_ShownText::aBeginningIsNoMoreThanCanBeLaidOut()
+{
+    // Plain characters that are too much by themselves.
+    const QString text = u"\U0001F600 "_s.repeated(100'000);
+    const Inflated shown = shownText(text.toUtf8(), QFont());
+    QCOMPARE(shown.state, TextState::Beginning);
+    QCOMPARE(shownText(shown.text, QFont()).state, TextState::Whole);
+    QVERIFY(text.startsWith(QString::fromUtf8(shown.text)) && shown.text.size() > 10'000);
+    // Lines that only their font makes too tall.
+    const QByteArray lines = QByteArray("x\n").repeated(limits::mostParagraphs - 1);
+    QFont font;
+    font.setPointSize(10);
+    QCOMPARE(shownText(lines, font).state, TextState::Whole);
+    font.setPointSize(200);
+    QCOMPARE(shownText(lines, font).state, TextState::Beginning);
 }
 
 void tst_ShownText::damagedBytesAreBoundedToo()
 {
-    const Inflated shown = shownText("12," + QByteArray(2 * limits::longestParagraph, '\0'));
+    const Inflated shown = shownText("12," + QByteArray(2 * limits::longestParagraph, '\0'), QFont());
     QCOMPARE(shown.state, TextState::Damaged);
-    QCOMPARE(shown.text, QByteArray(limits::shownBeginning, '\0'));
+    QCOMPARE(shown.text, QByteArray(limits::longestShownWord, '\0'));
 }
 
 void tst_ShownText::aCharacterIsNotHalved()
 {
     const QString text = u"x"_s + u"\U0001F600"_s.repeated(limits::longestParagraph);
-    const Inflated shown = shownText(text.toUtf8());
+    const Inflated shown = shownText(text.toUtf8(), QFont());
     QCOMPARE(shown.state, TextState::Beginning);
-    QCOMPARE(shown.text, text.left(limits::shownBeginning - 1).toUtf8());
+    const QString beginning = QString::fromUtf8(shown.text);
+    QVERIFY(beginning.size() % 2 == 1 && beginning.size() > 1000);
+    QCOMPARE(beginning, text.left(beginning.size()));
 }
 
 void tst_ShownText::inflatingEndsAtTheBound_data()
@@ -124,8 +170,8 @@ void tst_ShownText::inflatingEndsAtTheBound()
     const Inflated text = inflated(stored);
     QCOMPARE(text.state, state);
     QCOMPARE(text.text.size(), limits::longestInflated);
-    QCOMPARE(shownText(stored).text.size(), limits::shownBeginning);
+    QCOMPARE(shownText(stored, QFont()).text.size(), limits::shownBeginning);
 }
 
-QTEST_APPLESS_MAIN(tst_ShownText)
+QTEST_MAIN(tst_ShownText)
 #include "tst_ShownText.moc"

@@ -25,6 +25,8 @@ class tst_TextBounds : public QObject
 private Q_SLOTS:
     void atTheBoundAndOneBeyond_data();
     void atTheBoundAndOneBeyond();
+    void wordsEndWhereALineMayBreak_data();
+    void wordsEndWhereALineMayBreak();
     void aLineFeedIsAsTheTextHasIt();
     void noCharacterIsHalved();
 };
@@ -70,6 +72,36 @@ void tst_TextBounds::atTheBoundAndOneBeyond()
     QFETCH(const qsizetype, length);
     QCOMPARE(mayBeLaidOut(text, LineFeed::EndsParagraph), length);
     QCOMPARE(mayBeLaidOut(text, LineFeed::WithinParagraph), length);
+}
+
+void tst_TextBounds::wordsEndWhereALineMayBreak_data()
+{
+    QTest::addColumn<QString>("piece");
+    QTest::addColumn<bool>("isOneWord");
+    QTest::newRow("letters of several scripts") << u"a\u0431\u03b3\u05d0"_s << true;
+    QTest::newRow("marks") << u"\u0301"_s << true;
+    QTest::newRow("blanks that do not break") << u"word\u00a0"_s << true;
+    QTest::newRow("ideographs that are joined") << u"\u6f22\u2060"_s << true;
+    QTest::newRow("emoji that are joined") << u"\U0001F469\u200d"_s << true;
+    QTest::newRow("emoji") << u"\U0001F469"_s << false;
+    QTest::newRow("hyphens") << u"ab-"_s << false;
+    QTest::newRow("soft hyphens") << u"ab\u00ad"_s << false;
+    QTest::newRow("blanks without a width") << u"ab\u200b"_s << false;
+    QTest::newRow("tabulators") << u"ab\t"_s << false;
+    QTest::newRow("blanks of ideographs") << u"ab\u3000"_s << false;
+}
+
+void tst_TextBounds::wordsEndWhereALineMayBreak()
+{
+    QFETCH(const QString, piece);
+    QFETCH(const bool, isOneWord);
+    const QString text = piece.repeated(2 * limits::longestWord / piece.size());
+    for (const LineFeed lineFeed : {LineFeed::EndsParagraph, LineFeed::WithinParagraph})
+        QCOMPARE(mayBeLaidOut(text, lineFeed) < text.size(), isOneWord);
+    const std::vector<UnbrokenStretch> words = unbrokenStretches(text, 100);
+    QCOMPARE(words.size(), std::size_t(isOneWord ? 1 : 0));
+    if (isOneWord)
+        QVERIFY(words.front().from == 0 && words.front().to == text.size());
 }
 
 void tst_TextBounds::aLineFeedIsAsTheTextHasIt()

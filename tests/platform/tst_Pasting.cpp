@@ -51,10 +51,17 @@ private Q_SLOTS:
     void aPageOfTooManyCellsComesAsWordsAfterAQuestion();
     void richTextOfTooManyCellsComesAsWordsAfterAQuestion();
     void nestedCellsOfRichTextCount();
+    void cellsThatArePastedIntoTablesCountMore();
     void theCellsThatAreThereCount_data();
     void theCellsThatAreThereCount();
     void whatIsTooTallToBeLaidOutComesAsWordsAfterAQuestion_data();
     void whatIsTooTallToBeLaidOutComesAsWordsAfterAQuestion();
+    void fontFamiliesBeyondThoseShownAreTheDefaultOne_data();
+    void fontFamiliesBeyondThoseShownAreTheDefaultOne();
+    void whatTheTextEngineIsSlowWithComesAsWordsAfterAQuestion_data();
+    void whatTheTextEngineIsSlowWithComesAsWordsAfterAQuestion();
+    void theStrainThatIsThereCounts();
+    void plainTextIsHeldToTheBoundsOfItsSurroundings();
     void aNoToTheQuestionPastesNothing();
     void aDropOfTooManyCellsComesAsWordsAndSaysSo();
     void textBeyondTheBoundsIsRefusedAndStaysOnTheClipboard_data();
@@ -189,15 +196,30 @@ void tst_Pasting::nestedCellsOfRichTextCount()
             QByteArray("\\itap2 x\\nestcell{\\*\\nesttableprops\\trowd\\cellx900\\nestrow}\n").repeated(cells - 1) +
             "\\itap1 \\cell\\trowd\\cellx1800\\row}");
     };
-    QVERIFY(m_box->pasteRTF(rtfOf(limits::mostCells)));
+    // Twice, because of the table around theirs.
+    QVERIFY(m_box->pasteRTF(rtfOf(limits::mostCells / 2)));
     QCOMPARE(m_fake->dialogs.questions.size(), 0);
     QCOMPARE(m_box->document()->rootFrame()->childFrames().size(), 1);
     m_box->clearText();
     m_fake->dialogs.answers = {Answer::Yes};
-    QVERIFY(m_box->pasteRTF(rtfOf(limits::mostCells + 1)));
+    QVERIFY(m_box->pasteRTF(rtfOf(limits::mostCells / 2 + 1)));
     QCOMPARE(m_fake->dialogs.questions.size(), 1);
     QCOMPARE(m_box->document()->rootFrame()->childFrames().size(), 0);
-    QCOMPARE(m_box->Text().count(u'x'), limits::mostCells);
+    QCOMPARE(m_box->Text().count(u'x'), limits::mostCells / 2);
+}
+
+void tst_Pasting::cellsThatArePastedIntoTablesCountMore()
+{
+    const auto pasteCells = [&](qsizetype cells) {
+        return m_box->pasteRTF("{\\rtf1" + QByteArray("\\trowd\\cellx1000 x\\cell\\row ").repeated(cells) + "}");
+    };
+    QVERIFY(pasteCells(1));
+    m_box->setSelStart(2); // behind the empty paragraph that stands before the table
+    QVERIFY(m_box->textCursor().currentTable());
+    m_fake->dialogs.answers = {Answer::No};
+    QVERIFY(!pasteCells(limits::mostCells / 2));
+    QVERIFY(pasteCells(limits::mostCells / 2 - 1));
+    QCOMPARE(m_fake->dialogs.questions.size(), 1);
 }
 
 void tst_Pasting::theCellsThatAreThereCount_data()
@@ -225,7 +247,7 @@ void tst_Pasting::theCellsThatAreThereCount()
     pasteCells(1);
     QCOMPARE(m_fake->dialogs.questions.size(), 1);
     // What is read again is shown whole.
-    QCOMPARE(shownText(m_box->TextRTF()).state, TextState::Whole);
+    QCOMPARE(shownText(m_box->TextRTF(), m_box->Font()).state, TextState::Whole);
     // What is replaced counts no more.
     QTest::keyClick(m_box.get(), Qt::Key_A, Qt::ControlModifier);
     pasteCells(limits::mostCells);
@@ -257,6 +279,118 @@ void tst_Pasting::whatIsTooTallToBeLaidOutComesAsWordsAfterAQuestion()
         QVERIFY(!m_box->pasteRTF(rtf));
     QCOMPARE(m_fake->dialogs.questions.size(), 1);
     QVERIFY(m_box->Text().isEmpty());
+}
+
+void tst_Pasting::fontFamiliesBeyondThoseShownAreTheDefaultOne_data()
+{
+    QTest::addColumn<bool>("isPage");
+    QTest::newRow("a page") << true;
+    QTest::newRow("rich text") << false;
+}
+
+void tst_Pasting::fontFamiliesBeyondThoseShownAreTheDefaultOne()
+{
+    QFETCH(const bool, isPage);
+    const auto pasteFamilies = [&](int from, int to) {
+        QString html;
+        QByteArray fonts;
+        QByteArray words;
+        for (int i = from; i < to; ++i) {
+            html += u"<span style=\"font-family:F%1\">w</span> "_s.arg(i);
+            const QByteArray number = QByteArray::number(i);
+            fonts += "{\\f" + number + " F" + number + ";}";
+            words += "\\f" + number + " w ";
+        }
+        if (isPage)
+            paste(pageData(html));
+        else
+            m_box->pasteRTF("{\\rtf1{\\fonttbl" + fonts + "}" + words + "}");
+    };
+    const auto families = [&] {
+        QSet<QStringList> found;
+        for (auto it = m_box->document()->begin().begin(); !it.atEnd(); ++it)
+            found.insert(it.fragment().charFormat().fontFamilies().toStringList());
+        found.remove({});
+        found.remove({m_box->document()->defaultFont().family()});
+        return found;
+    };
+    const int most = static_cast<int>(rtf::mostFamilies);
+    pasteFamilies(1, most - 100);
+    QVERIFY(families().contains({u"F%1"_s.arg(most - 101)}));
+    pasteFamilies(most, 3 * most);
+    QCOMPARE(m_fake->dialogs.questions, QStringList());
+    QCOMPARE(m_box->Text().count(u'w'), 3 * most - 101);
+    QVERIFY(families().size() <= most);
+    QVERIFY(families().contains({u"F1"_s}));
+    QVERIFY(families().contains({u"F%1"_s.arg(most + 10)}));
+}
+
+void tst_Pasting::whatTheTextEngineIsSlowWithComesAsWordsAfterAQuestion_data()
+{
+    QTest::addColumn<QString>("html");
+    QTest::addColumn<QByteArray>("rtf");
+
+    QTest::newRow("runs in words") << QString(u"<b>x</b>y"_s.repeated(9000) + u' ').repeated(4)
+                                   << QByteArray(QByteArray("{\\b x}y").repeated(9000) + " ").repeated(4);
+    QTest::newRow("tabulators over stops") << QString() << "\\tx900 " + QByteArray("\\tab").repeated(18'000);
+    QString sizes;
+    QByteArray rtfSizes;
+    for (int i = 1; i <= 9000; ++i) {
+        sizes += u"<span style=\"font-family:F%1;font-size:%2pt\">x</span> "_s.arg(i % 100).arg(4 + i / 100);
+        rtfSizes += "{\\expndtw" + QByteArray::number(i) + " x} ";
+    }
+    QTest::newRow("fonts") << sizes << rtfSizes;
+}
+
+void tst_Pasting::whatTheTextEngineIsSlowWithComesAsWordsAfterAQuestion()
+{
+    QFETCH(const QString, html);
+    QFETCH(const QByteArray, rtf);
+    for (const bool isPage : {true, false}) {
+        if (isPage && html.isEmpty())
+            continue;
+        m_box->clearText();
+        m_fake->dialogs.answers = {Answer::Yes};
+        m_fake->dialogs.questions.clear();
+        if (isPage)
+            paste(pageData(html));
+        else
+            QVERIFY(m_box->pasteRTF("{\\rtf1 " + rtf + '}'));
+        QCOMPARE(m_fake->dialogs.questions.size(), 1);
+        // All the words, in one look.
+        QVERIFY(m_box->Text().size() >= 9000);
+        QVERIFY(m_box->document()->allFormats().size() < 20);
+    }
+}
+
+void tst_Pasting::theStrainThatIsThereCounts()
+{
+    const QByteArray half = "{\\rtf1\\sb20000 " + QByteArray("x\\par ").repeated(1500) + "\\pard end}";
+    QVERIFY(m_box->pasteRTF(half));
+    QCOMPARE(m_fake->dialogs.questions.size(), 0);
+    m_fake->dialogs.answers = {Answer::No};
+    QVERIFY(!m_box->pasteRTF(half));
+    QCOMPARE(m_fake->dialogs.questions.size(), 1);
+    // What is read again is shown whole.
+    QCOMPARE(shownText(m_box->TextRTF(), m_box->Font()).state, TextState::Whole);
+    // But not what is replaced.
+    m_box->selectAll();
+    QVERIFY(m_box->pasteRTF(half));
+}
+
+void tst_Pasting::plainTextIsHeldToTheBoundsOfItsSurroundings()
+{
+    const QString lines = u"x\r"_s.repeated(10'000);
+    m_box->setTextRTF("{\\rtf1\\fs3276 a}");
+    m_box->selectAll();
+    QVERIFY(!m_box->pasteText(lines));
+    QCOMPARE(m_fake->dialogs.informations.size(), 1);
+    QCOMPARE(m_box->Text(), u"a"_s);
+    m_box->setTextRTF("{\\rtf1\\fs20 a}");
+    m_box->selectAll();
+    QVERIFY(m_box->pasteText(lines));
+    QVERIFY(!m_box->pasteText(u"\U0001F600 "_s.repeated(50'000)));
+    QCOMPARE(m_fake->dialogs.informations.size(), 2);
 }
 
 void tst_Pasting::aNoToTheQuestionPastesNothing()

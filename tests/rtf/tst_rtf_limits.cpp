@@ -60,6 +60,8 @@ private Q_SLOTS:
 
     void samplesCutAnywhere();
     void manyFonts();
+    void familiesBeyondThoseShownAreTheDefaultOne();
+    void cellsWithinTablesCountMore();
     void manyColours();
     void longListLabels();
     void manyListLevels();
@@ -233,6 +235,59 @@ void TestRtfLimits::manyFonts()
     };
     QCOMPARE(family(QLatin1Char('x')), QStringLiteral("F%1").arg(last));
     QCOMPARE(family(QLatin1Char('y')), QStringLiteral("F1"));
+}
+
+void TestRtfLimits::familiesBeyondThoseShownAreTheDefaultOne()
+{
+    const auto documentOf = [](int families) {
+        QByteArray fonts;
+        QByteArray words;
+        for (int i = 1; i <= families; ++i) {
+            const QByteArray number = QByteArray::number(i);
+            fonts += "{\\f" + number + " F" + number + ";}";
+            words += "\\f" + number + " w" + number + "\\par ";
+        }
+        return rtftest::documentOf("{\\rtf1{\\fonttbl" + fonts + "}" + words + "\\f1 again}");
+    };
+    const auto familyOf = [](const QTextDocument &document, const QString &word) {
+        return rtftest::formatAt(document, word).fontFamilies().toStringList().value(0);
+    };
+    // The first one is the default one as well.
+    const int most = int(rtf::mostFamilies);
+    const auto within = documentOf(most);
+    QCOMPARE(familyOf(*within, QStringLiteral("w%1").arg(most)), QStringLiteral("F%1").arg(most));
+    const auto beyond = documentOf(most + 100);
+    QCOMPARE(rtf::plainText(*beyond).count(QLatin1Char('w')), most + 100);
+    QCOMPARE(familyOf(*beyond, QStringLiteral("w%1").arg(most - 1)), QStringLiteral("F%1").arg(most - 1));
+    QCOMPARE(familyOf(*beyond, QStringLiteral("again")), QStringLiteral("F1"));
+    QSet<QStringList> families;
+    for (QTextBlock block = beyond->begin(); block.isValid(); block = block.next()) {
+        families.insert(block.charFormat().fontFamilies().toStringList());
+        for (auto it = block.begin(); !it.atEnd(); ++it) {
+            families.insert(it.fragment().charFormat().fontFamilies().toStringList());
+        }
+    }
+    families.remove({beyond->defaultFont().family()});
+    QVERIFY(families.size() <= most);
+}
+
+void TestRtfLimits::cellsWithinTablesCountMore()
+{
+    for (const int depth : {1, 2, 3, rtf::deepestTable}) {
+        QByteArray rtf = "{\\rtf1 ";
+        if (depth > 1) {
+            rtf += "\\itap" + QByteArray::number(depth) +
+                   " a\\nestcell b\\nestcell{\\*\\nesttableprops\\trowd\\cellx900\\cellx1800\\nestrow}";
+        }
+        for (int outer = depth - 1; outer > 1; --outer) {
+            rtf += "\\itap" + QByteArray::number(outer) + " c\\nestcell{\\*\\nesttableprops\\trowd\\cellx900\\nestrow}";
+        }
+        rtf += "\\pard\\intbl\\itap1 d\\cell\\trowd\\cellx900\\row}";
+        // 1 + 2 + 4 and so on, and the innermost row has two.
+        const qsizetype innermost = qsizetype(1) << (depth - 1);
+        const qsizetype cells = 2 * innermost - 1 + (depth > 1 ? innermost : 0);
+        QCOMPARE(rtf::plainContent(rtf).cells, cells);
+    }
 }
 
 void TestRtfLimits::manyColours()
