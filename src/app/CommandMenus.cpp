@@ -53,7 +53,7 @@ QAction *CommandMenus::makeItem(const CommandRow &row, QMenuBar &bar)
         action = row.kind == RowKind::Separator ? parent->addSeparator() : parent->addAction(toText(row.caption));
         if (row.kind == RowKind::Command)
             connect(action, &QAction::triggered, this, [this, name = row.name] { m_dispatcher.run(name); });
-        action->setCheckable(row.option != nullptr);
+        action->setCheckable(row.option || row.marked);
         action->setEnabled(row.kind == RowKind::Separator || m_dispatcher.isBound(row.name));
     }
     action->setObjectName(toText(row.name));

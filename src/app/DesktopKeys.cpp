@@ -10,6 +10,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QWidget>
 
 using Road = CommandKey::Road;
@@ -19,14 +20,8 @@ DesktopKeyFilter::DesktopKeyFilter(QWidget &mainWindow, Dispatcher &dispatcher)
     , m_mainWindow(mainWindow)
     , m_dispatcher(dispatcher)
 {
-    for (const KeyBinding &each : keysOf(Road::Desktop)) {
-        auto *action = mainWindow.findChild<QAction *>(toText(each.command));
-        Q_ASSERT(action);
-        action->setShortcuts(action->shortcuts() << QKeySequence(combinationOf(each)));
-        // A key held down too long is not meant as many documents.
-        action->setAutoRepeat(false);
-        m_actions[each.command] = action;
-    }
+    for (const Road road : {Road::Desktop, Road::Editing})
+        giveShortcuts(road);
     // An action fires before the area of the documents takes a key to switch between them.
     for (const KeyBinding &each : keysOf(Road::Window)) {
         auto *action = new QAction(&mainWindow);
@@ -38,6 +33,18 @@ DesktopKeyFilter::DesktopKeyFilter(QWidget &mainWindow, Dispatcher &dispatcher)
     qApp->installEventFilter(this);
 }
 
+void DesktopKeyFilter::giveShortcuts(Road road)
+{
+    for (const KeyBinding &each : keysOf(road)) {
+        auto *action = m_mainWindow.findChild<QAction *>(toText(each.command));
+        Q_ASSERT(action);
+        action->setShortcuts(action->shortcuts() << QKeySequence(combinationOf(each)));
+        // A key held down too long is not meant as many documents.
+        action->setAutoRepeat(road == Road::Editing);
+        m_actions[each.command] = action;
+    }
+}
+
 bool DesktopKeyFilter::eventFilter(QObject *watched, QEvent *event)
 {
     if (event->type() != QEvent::ShortcutOverride && event->type() != QEvent::KeyPress)
@@ -47,15 +54,23 @@ bool DesktopKeyFilter::eventFilter(QObject *watched, QEvent *event)
         return QObject::eventFilter(watched, event);
     auto &press = *static_cast<QKeyEvent *>(event);
     const KeyBinding *found = bindingOf(press, Road::Desktop);
+    const KeyBinding *editing = found ? nullptr : bindingOf(press, Road::Editing);
+    if (editing && qobject_cast<const QLineEdit *>(watched)) {
+        // Nor is it to become a shortcut where the editor has no use for it.
+        event->accept();
+        return event->type() == QEvent::ShortcutOverride;
+    }
+    if (editing)
+        found = editing;
     if (!found)
         return QObject::eventFilter(watched, event);
     const bool enabled = m_dispatcher.isEnabled(found->command);
-    // The action's own shortcut is next.
-    if (enabled && !isByPlace(*found, press))
+    // The action's own shortcut is next. A pane of text would take a key of editors first.
+    if (enabled && !editing && !isByPlace(*found, press))
         return QObject::eventFilter(watched, event);
     event->accept();
     // While something is dragged, the keys belong to that.
-    if (enabled && event->type() == QEvent::KeyPress && !press.isAutoRepeat() &&
+    if (enabled && event->type() == QEvent::KeyPress && (editing || !press.isAutoRepeat()) &&
         QApplication::mouseButtons() == Qt::NoButton)
         m_actions.at(found->command)->trigger();
     return true;

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "commands/CommandRow.h"
+
 #include <QObject>
 
 #include <map>
@@ -28,6 +30,8 @@ public:
     bool eventFilter(QObject *watched, QEvent *event) override;
 
 private:
+    void giveShortcuts(CommandKey::Road road);
+
     QWidget &m_mainWindow;
     Dispatcher &m_dispatcher;
     // By the command of a desktop key.

@@ -86,7 +86,7 @@ void SessionEnd::end(int exitStatus)
 void SessionEnd::commitData(LogOut &logOut)
 {
     procedure("frmMain commitDataRequest", [&] {
-        const std::vector<Document *> documents = m_mainWindow.documents();
+        const std::vector<Document *> documents = m_mainWindow.windows().documents();
         // A label being typed is a change, too.
         for (const Document *document : documents)
             document->trvOutline.EndLabelEdit();

@@ -8,20 +8,19 @@
 #include "document/Ports.h"
 
 #include <QMainWindow>
-#include <QPointer>
+
+#include <memory>
 
 class CommandMenus;
-class DocumentFrame;
-class EmptyArea;
+class DocumentArea;
+class MainSurface;
 class MenuBarKeys;
-class QMdiArea;
 class QTimer;
 class StatusBar;
 class Toolbar;
-class frmDocument;
 
 // The main window: menu bar, toolbar, document windows and status bar.
-class frmMain final : public QMainWindow, public DocumentWindows, public CommandSurface, public MainWindow
+class frmMain final : public QMainWindow, public MainWindow
 {
     Q_OBJECT
 
@@ -37,16 +36,9 @@ public:
 
     const Dispatcher &dispatcher() const { return m_dispatcher; }
 
-    Document &createDocument(std::unique_ptr<Outline> outline) override;
-    Document *activeDocument() const override;
-    std::vector<Document *> documents() const override;
-    void closeMainWindow() override;
-
-    void MenuEnable(int documentCount) override;
-    void MenuEnableDynamic() override;
-    void UpdateToolbarStatus() override;
-    void UpdateStatusBar(const Entry *entry) override;
-    void UpdateStatusBarText(const QString &text) override;
+    // The open documents, and what follows them.
+    DocumentWindows &windows() const;
+    CommandSurface &surface() const;
 
     // Asks about each document with unsaved changes, and saves those that are to be saved. False when one is to stay
     // open, which the user wants or a failed save.
@@ -78,25 +70,15 @@ private:
     void MDIForm_OLEDragOver(QDropEvent &event);
     void MDIForm_OLEDragDrop(QDropEvent &event);
     void Timer1_Timer();
-    void applyState(const CommandState &state);
-    void showOverwriting();
-    void showEmptyArea();
-    bool documentsMaximised() const;
-    void frameActivated(DocumentFrame *frame);
-    void frameClosed(DocumentFrame *frame);
 
     Dispatcher m_dispatcher;
-    QMdiArea *const m_area;
-    EmptyArea *m_emptyArea = nullptr;
+    // The documents go first, and tell it until then.
+    std::unique_ptr<MainSurface> m_surface;
+    std::unique_ptr<DocumentArea> m_documents;
     MenuBarKeys *m_menuBarKeys = nullptr;
     CommandMenus *m_menus = nullptr;
     Toolbar *m_toolbar = nullptr;
     StatusBar *const m_statusBar;
     QTimer *const m_timer;
-    // In the order in which the windows were opened.
-    std::vector<DocumentFrame *> m_frames;
-    DocumentFrame *m_active = nullptr;
     bool m_sessionEnded = false;
-    // While there is no document, what the next one's window is to be.
-    bool m_documentsMaximised = false;
 };

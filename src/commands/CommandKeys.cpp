@@ -41,6 +41,7 @@ constexpr auto gatherKeys()
 
 constexpr auto paneKeys = gatherKeys<Road::Panes>();
 constexpr auto desktopKeys = gatherKeys<Road::Desktop>();
+constexpr auto editingKeys = gatherKeys<Road::Editing>();
 constexpr auto windowKeys = gatherKeys<Road::Window>();
 
 struct KeyPlace {
@@ -67,7 +68,8 @@ constexpr bool hasPlace(const KeyBinding &binding)
            std::ranges::any_of(places, [&binding](const KeyPlace &place) { return place.key == binding.key; });
 }
 
-static_assert(std::ranges::all_of(paneKeys, hasPlace) && std::ranges::all_of(desktopKeys, hasPlace));
+static_assert(std::ranges::all_of(paneKeys, hasPlace) && std::ranges::all_of(desktopKeys, hasPlace) &&
+              std::ranges::all_of(editingKeys, hasPlace));
 
 constexpr bool isTaken(const KeyBinding &binding)
 {
@@ -75,12 +77,12 @@ constexpr bool isTaken(const KeyBinding &binding)
         return other.key == binding.key && other.modifiers == binding.modifiers;
     };
     return std::ranges::count_if(paneKeys, same) + std::ranges::count_if(desktopKeys, same) +
-               std::ranges::count_if(windowKeys, same) !=
+               std::ranges::count_if(editingKeys, same) + std::ranges::count_if(windowKeys, same) !=
            1;
 }
 
 static_assert(std::ranges::none_of(paneKeys, isTaken) && std::ranges::none_of(desktopKeys, isTaken) &&
-                  std::ranges::none_of(windowKeys, isTaken),
+                  std::ranges::none_of(editingKeys, isTaken) && std::ranges::none_of(windowKeys, isTaken),
               "each key has one command");
 
 // What the key is on the US layout, of those that run commands, for a layout that has another script's letter or
@@ -135,6 +137,8 @@ std::span<const KeyBinding> keysOf(CommandKey::Road road)
         return paneKeys;
     case Road::Desktop:
         return desktopKeys;
+    case Road::Editing:
+        return editingKeys;
     case Road::Window:
         return windowKeys;
     }
@@ -166,7 +170,7 @@ QKeyCombination combinationOf(const CommandKey &key)
 QString keyTextOf(const CommandRow &row)
 {
     for (const CommandKey &key : row.keys) {
-        if (key.key != 0 && key.road == Road::Desktop)
+        if (key.key != 0 && (key.road == Road::Desktop || key.road == Road::Editing))
             return QKeySequence(combinationOf(key)).toString(QKeySequence::NativeText);
     }
     const QString caption = toText(row.caption);

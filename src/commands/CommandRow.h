@@ -79,7 +79,9 @@ struct CommandKey {
         // Anywhere in the main window: a key that every program of the desktop has, shown in the menus' key column and
         // the tool tips.
         Desktop,
-        // The same, shown nowhere or by the caption.
+        // The same for a key that editors of a line have for themselves, and keep while they have the keyboard.
+        Editing,
+        // Anywhere in the main window, shown nowhere or by the caption.
         Window,
     };
 
@@ -135,6 +137,10 @@ enum class RowKind {
     Key,
 };
 
+// That an item shows whether something is shown.
+struct CheckMark {
+};
+
 struct CommandRow {
     std::string_view name;
     // "&" marks the access key. The text behind the run of blanks names the key that the document window handles.
@@ -151,6 +157,8 @@ struct CommandRow {
     CommandButton button = {};
     // The option that a check mark shows.
     bool Options::*option = nullptr;
+    // Whether it has a check mark that whoever binds it sets.
+    bool marked = false;
     // The caption where it changes with the state.
     QString (*captionNow)(const CommandState &) = nullptr;
 
@@ -179,6 +187,13 @@ struct CommandRow {
     {
         CommandRow row = *this;
         row.option = shown;
+        return row;
+    }
+
+    constexpr CommandRow with(CheckMark) const
+    {
+        CommandRow row = *this;
+        row.marked = true;
         return row;
     }
 

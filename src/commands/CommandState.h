@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <QString>
+
 // What menus and toolbar depend on: facts about the open documents and the selected entry. Without an active document,
 // or without a selected entry in it, all of it but the number of documents and what begins with Active is false. What
 // the file system says is what it said when the documents' files were last looked at.
@@ -38,11 +40,17 @@ struct CommandState {
     // The level that the outline was last expanded to: -1 all levels, 0 none in particular.
     int ExpansionLevel = 0;
 
-    constexpr bool Open() const { return documentCount > 0; }
+    // The active document may be written, and has a step to be undone or redone; with their names.
+    bool CanUndo = false;
+    bool CanRedo = false;
+    QString undoName = {};
+    QString redoName = {};
 
-    constexpr bool Movable() const { return Selected && Writable && !IsRoot; }
+    bool Open() const { return documentCount > 0; }
 
-    constexpr bool CanMoveUp() const { return Movable() && !(ParentIsRoot && FirstSibling); }
+    bool Movable() const { return Selected && Writable && !IsRoot; }
+
+    bool CanMoveUp() const { return Movable() && !(ParentIsRoot && FirstSibling); }
 };
 
 // The state as the registered document windows have it now.

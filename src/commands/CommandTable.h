@@ -71,6 +71,11 @@ constexpr CommandKey desktopKey(CommandKey::Modifiers modifiers, Qt::Key key)
     return {modifiers, key, CommandKey::Road::Desktop};
 }
 
+constexpr CommandKey editingKey(CommandKey::Modifiers modifiers, Qt::Key key)
+{
+    return {modifiers, key, CommandKey::Road::Editing};
+}
+
 constexpr CommandKey windowKey(CommandKey::Modifiers modifiers, Qt::Key key)
 {
     return {modifiers, key, CommandKey::Road::Window};

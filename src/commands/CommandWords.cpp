@@ -16,6 +16,12 @@ std::optional<bool> aligned(const TextSelection &text, TextSelection::Alignment 
     return alignment ? std::optional(*alignment == which) : std::nullopt;
 }
 
+// An "&" in a label is meant, and marks no access key.
+QString asCaption(QString name)
+{
+    return name.replace(u'&', u"&&"_s);
+}
+
 } // namespace
 
 namespace commandRows
@@ -30,6 +36,16 @@ QString tagCaption(const CommandState &state)
 QString tagToolTip(const CommandState &state)
 {
     return state.Tagged ? u"Untag entry"_s : u"Tag entry"_s;
+}
+
+QString undoCaption(const CommandState &state)
+{
+    return state.CanUndo ? u"&Undo "_s + asCaption(state.undoName) : u"&Undo"_s;
+}
+
+QString redoCaption(const CommandState &state)
+{
+    return state.CanRedo ? u"&Redo "_s + asCaption(state.redoName) : u"&Redo"_s;
 }
 
 std::optional<bool> bold(const TextSelection &text)

@@ -19,6 +19,9 @@ namespace commandRows
 
 QString tagCaption(const CommandState &state);
 QString tagToolTip(const CommandState &state);
+// With the name of the step: "&Undo move of "Budget"".
+QString undoCaption(const CommandState &state);
+QString redoCaption(const CommandState &state);
 
 // None where the text's selection mixes what has the format with what has not.
 std::optional<bool> bold(const TextSelection &text);

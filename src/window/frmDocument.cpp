@@ -320,6 +320,12 @@ bool frmDocument::eventFilter(QObject *watched, QEvent *event)
             popUpOutlineMenu();
         return true;
     }
+    if (key.key() == Qt::Key_F6 && key.modifiers() == Qt::NoModifier && noticeBar->isVisible()) {
+        event->accept();
+        if (!claims)
+            noticeBar->enter();
+        return true;
+    }
     const KeyBinding *binding = bindingOf(key);
     const bool enabled = binding && m_dispatcher.isEnabled(binding->command);
     // A disabled Alt key does nothing; the outline would take it for the bare key.
@@ -327,12 +333,6 @@ bool frmDocument::eventFilter(QObject *watched, QEvent *event)
         event->accept();
         if (enabled && !claims)
             runKey(*binding);
-        return true;
-    }
-    if (key.key() == Qt::Key_F6 && key.modifiers() == Qt::NoModifier && noticeBar->isVisible()) {
-        event->accept();
-        if (!claims)
-            noticeBar->enter();
         return true;
     }
     if (watched == textBox && isBareInsert(key)) {

@@ -16,8 +16,8 @@ class MainFixture
 public:
     MainFixture()
     {
-        ports().windows = &main;
-        ports().commands = &main;
+        ports().windows = &main.windows();
+        ports().commands = &main.surface();
         ports().recentFiles = &recentFiles;
         appPorts().mainWindow = &main;
         appPorts().recentFiles = &recentFiles;

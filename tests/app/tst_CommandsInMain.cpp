@@ -62,8 +62,8 @@ Document &tst_CommandsInMain::makeDocument() const
 
 void tst_CommandsInMain::compareRows() const
 {
-    m_main->main.MenuEnable(iDocumentCount);
-    m_main->main.MenuEnableDynamic();
+    m_main->main.surface().MenuEnable(iDocumentCount);
+    m_main->main.surface().MenuEnableDynamic();
     const CommandState state = currentCommandState();
     for (const CommandRow &row : commandTable) {
         if (row.kind != RowKind::Menu && row.kind != RowKind::Command)
@@ -164,7 +164,7 @@ void tst_CommandsInMain::everyCheckMarkShowsItsOption()
             if (row.option)
                 g_options.*row.option = on;
         }
-        m_main->main.MenuEnableDynamic();
+        m_main->main.surface().MenuEnableDynamic();
         for (const CommandRow &row : commandTable) {
             const bool marked = row.option != nullptr;
             const QAction *item = m_main->action(toText(row.name));
@@ -248,7 +248,7 @@ void tst_CommandsInMain::everyShortcutOfACaptionRunsWhatItsItemRuns()
         document.txtRTF.setSelStart(5);
         document.txtRTF.setSelLength(5);
         m_main->choose(ofTheText ? "mnuViewGoToText" : "mnuViewGoToOutline");
-        m_main->main.MenuEnableDynamic();
+        m_main->main.surface().MenuEnableDynamic();
         const QString before = picture(document, clipboard);
         if (byKey) {
             const auto key = sequence[0];

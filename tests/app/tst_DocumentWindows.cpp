@@ -138,7 +138,7 @@ void tst_DocumentWindows::aMaximisedDocumentsCaptionJoinsTheMainTitle()
     openDocuments(1);
     QCOMPARE(m_main->main.windowTitle(), u"Quillery"_s);
     frames()[0]->showMaximized();
-    const QString file = m_main->main.activeDocument()->m_sFile;
+    const QString file = m_main->main.windows().activeDocument()->m_sFile;
     QCOMPARE(m_main->main.windowTitle(), u"Quillery - [%1]"_s.arg(file));
     frames()[0]->showNormal();
     QCOMPARE(m_main->main.windowTitle(), u"Quillery"_s);
@@ -168,7 +168,7 @@ void tst_DocumentWindows::goToPane(bool text)
 // The pane has the focus, and the commands know it.
 void tst_DocumentWindows::expectPane(bool text) const
 {
-    const Document &document = *m_main->main.activeDocument();
+    const Document &document = *m_main->main.windows().activeDocument();
     const auto &form = static_cast<frmDocument &>(document.window);
     const QWidget *pane = text ? static_cast<QWidget *>(form.textBox) : form.treeView;
     QCOMPARE(QApplication::focusWidget(), pane);
@@ -195,7 +195,7 @@ void tst_DocumentWindows::aMinimisedDocumentTakesNoKeys()
 {
     QFETCH(const bool, text);
     openDocuments(1);
-    Document *document = m_main->main.activeDocument();
+    Document *document = m_main->main.windows().activeDocument();
     goToPane(text);
     frames()[0]->showMinimized();
     letTheTimerTick();
@@ -219,12 +219,12 @@ void tst_DocumentWindows::aPaneKeepsTheFocusWhenAMaximisedDocumentCloses()
     openDocuments(1);
     frames()[0]->showMaximized();
     goToPane(text);
-    Document *first = m_main->main.activeDocument();
+    Document *first = m_main->main.windows().activeDocument();
     openDocuments(2);
     goToPane(!text);
     m_main->choose("mnuFileClose");
     QTRY_COMPARE(frames().size(), 1);
-    QCOMPARE(m_main->main.activeDocument(), first);
+    QCOMPARE(m_main->main.windows().activeDocument(), first);
     expectPane(text);
 }
 
@@ -266,7 +266,7 @@ void tst_DocumentWindows::aDocumentOpensWithItsSelectedEntryInSight()
     modDoc::DocLoad(file);
     m_main->main.show();
     QVERIFY(QTest::qWaitForWindowExposed(&m_main->main));
-    const Document &document = *m_main->main.activeDocument();
+    const Document &document = *m_main->main.windows().activeDocument();
     const TreeView &view = *static_cast<frmDocument &>(document.window).treeView;
     const QRect row = view.visualRect(view.currentIndex());
     QCOMPARE(document.tree.selected(), document.tree.root()->child(59));
@@ -294,44 +294,44 @@ void tst_DocumentWindows::movingAWindowByKeyboardKeepsItsKeys()
 void tst_DocumentWindows::theCloseButtonAsksAboutChanges()
 {
     openDocuments(1);
-    m_main->main.activeDocument()->m_bDataChanged = true;
+    m_main->main.windows().activeDocument()->m_bDataChanged = true;
     m_main->app.core.dialogs.answers = {Answer::Cancel, Answer::No};
     QVERIFY(!frames()[0]->close());
-    QCOMPARE(m_main->main.documents().size(), 1U);
+    QCOMPARE(m_main->main.windows().documents().size(), 1U);
     QVERIFY(frames()[0]->close());
-    QVERIFY(m_main->main.documents().empty());
+    QVERIFY(m_main->main.windows().documents().empty());
     QCOMPARE(m_main->app.core.dialogs.questions.size(), 2);
 }
 
 void tst_DocumentWindows::ctrlF6GoesToTheNextDocument()
 {
     openDocuments(3);
-    const std::vector<Document *> documents = m_main->main.documents();
+    const std::vector<Document *> documents = m_main->main.windows().documents();
     documents[1]->window.activate();
     for (const std::size_t next : {2U, 0U, 1U}) {
         pressKey(Qt::Key_F6, Qt::ControlModifier);
-        QCOMPARE(m_main->main.activeDocument(), documents[next]);
+        QCOMPARE(m_main->main.windows().activeDocument(), documents[next]);
     }
 }
 
 void tst_DocumentWindows::ctrlTabInsertsATabAndStays()
 {
     openDocuments(2);
-    Document *document = m_main->main.activeDocument();
+    Document *document = m_main->main.windows().activeDocument();
     m_main->choose("mnuViewGoToText");
     document->txtRTF.setSelStart(2);
     pressKey(Qt::Key_Tab, Qt::ControlModifier);
-    QCOMPARE(m_main->main.activeDocument(), document);
+    QCOMPARE(m_main->main.windows().activeDocument(), document);
     QCOMPARE(document->txtRTF.Text(), u"te\txt\r\n"_s);
 }
 
 void tst_DocumentWindows::ctrlTabDoesNothingInTheOutline()
 {
     openDocuments(2);
-    Document *document = m_main->main.activeDocument();
+    Document *document = m_main->main.windows().activeDocument();
     m_main->choose("mnuViewGoToOutline");
     pressKey(Qt::Key_Tab, Qt::ControlModifier);
-    QCOMPARE(m_main->main.activeDocument(), document);
+    QCOMPARE(m_main->main.windows().activeDocument(), document);
     QCOMPARE(document->txtRTF.Text(), u"text\r\n"_s);
     QVERIFY(document->m_bOutlineHasFocus);
 }

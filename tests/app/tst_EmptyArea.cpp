@@ -90,7 +90,7 @@ void tst_EmptyArea::aPressRunsTheMenuItem()
 {
     start();
     QTest::mouseClick(row(u"mnuFileNew"_s), Qt::LeftButton);
-    QCOMPARE(m_main->main.documents().size(), 1U);
+    QCOMPARE(m_main->main.windows().documents().size(), 1U);
     QVERIFY(!area()->isVisible());
     QVERIFY(m_main->main.findChild<QMdiArea *>()->isVisible());
 }
@@ -109,7 +109,7 @@ void tst_EmptyArea::itsLinesArePressedByKeyboard()
     QCOMPARE(m_main->app.core.dialogs.openRequests.size(), 1U);
     QTest::keyClick(m_main->main.windowHandle(), Qt::Key_Up);
     QTest::keyClick(m_main->main.windowHandle(), Qt::Key_Space);
-    QCOMPARE(m_main->main.documents().size(), 1U);
+    QCOMPARE(m_main->main.windows().documents().size(), 1U);
 }
 
 void tst_EmptyArea::recentFilesOpenByAClick()
@@ -174,7 +174,7 @@ void tst_EmptyArea::theTourIsADocumentWithoutAFile()
     const QStringList recent = m_main->recentFiles.list();
     QVERIFY(row(u"tour"_s)->isVisible());
     QTest::mouseClick(row(u"tour"_s), Qt::LeftButton);
-    QCOMPARE(m_main->main.documents().size(), 1U);
+    QCOMPARE(m_main->main.windows().documents().size(), 1U);
     const Document &document = *DocumentActive();
     QVERIFY(document.m_sFile.isEmpty());
     QVERIFY(!document.bReadOnly());
@@ -205,7 +205,7 @@ void tst_EmptyArea::whatIsTypedIntoATextFileIsSavedWithoutAQuestion()
     m_main->choose("mnuFileNew");
     DocumentActive()->trvOutline.EndLabelEdit();
     m_main->app.core.dialogs.saveNames = {sFile.chopped(5) + u"b.txt"_s};
-    for (const Document *document : m_main->main.documents()) {
+    for (const Document *document : m_main->main.windows().documents()) {
         auto &form = static_cast<frmDocument &>(document->window);
         form.activate();
         form.textBox->setFocus();

@@ -123,7 +123,7 @@ void tst_Help::initTestCase()
 {
     MainFixture fixture;
     QVERIFY(modDoc::DocLoad(manualFile));
-    const Document *document = fixture.main.activeDocument();
+    const Document *document = fixture.main.windows().activeDocument();
     QVERIFY(document);
     const EntryTree &tree = document->tree;
     for (const Entry *entry = tree.root(); entry; entry = nextInOutline(entry, tree.root())) {
@@ -147,7 +147,7 @@ void tst_Help::loadsWithoutDamage()
 {
     MainFixture fixture;
     QVERIFY(modDoc::DocLoad(manualFile));
-    const Document *document = fixture.main.activeDocument();
+    const Document *document = fixture.main.windows().activeDocument();
     QVERIFY(document);
     QCOMPARE(document->m_sFile, manualFile);
     QVERIFY(document->notice.isEmpty());
@@ -167,7 +167,7 @@ void tst_Help::liesBesideTheProgramReadOnly()
 
     MainFixture fixture;
     QVERIFY(modDoc::DocLoad(manualFile));
-    QVERIFY(fixture.main.activeDocument()->bReadOnly());
+    QVERIFY(fixture.main.windows().activeDocument()->bReadOnly());
     QVERIFY(!fixture.enabled("mnuFileSave"));
     QVERIFY(fixture.enabled("mnuFileClose"));
 }

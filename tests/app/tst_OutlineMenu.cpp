@@ -201,7 +201,7 @@ void tst_OutlineMenu::aReadOnlyDocumentIsNotChanged()
     QVERIFY(QFile::setPermissions(file, QFile::ReadOwner));
     document.lookAtFileAgain();
     modOutline::OutlineCopy();
-    m_main->main.MenuEnableDynamic();
+    m_main->main.surface().MenuEnableDynamic();
     QCOMPARE(m_main->enabled(item.item), item.onReadOnly);
     if (item.onReadOnly)
         return;
@@ -228,7 +228,7 @@ void tst_OutlineMenu::withNoDocumentNothingHappens()
     QVERIFY(!DocumentActive());
     QVERIFY(!m_main->enabled(items[index].item));
     m_main->action(QLatin1StringView(items[index].item))->trigger();
-    QVERIFY(m_main->main.documents().empty());
+    QVERIFY(m_main->main.windows().documents().empty());
 }
 
 void tst_OutlineMenu::aCommandKeepsTheLabelThatIsBeingTyped()

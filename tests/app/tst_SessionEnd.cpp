@@ -118,7 +118,7 @@ void tst_SessionEnd::aLogOutAsksAboutEachChangedDocumentAndSavesIt()
                                        u"Do you want to save the file "_s + third.m_sFile + u"?"_s}));
     QVERIFY(!first.m_bDataChanged);
     QVERIFY(third.m_bDataChanged);
-    QCOMPARE(m_main->main.documents().size(), 3U);
+    QCOMPARE(m_main->main.windows().documents().size(), 3U);
 }
 
 void tst_SessionEnd::aCancelKeepsTheDesktopSession()
@@ -214,7 +214,7 @@ void tst_SessionEnd::aLogOutThatAnotherProgramRefusedLosesNothing()
     answers() = {Answer::Cancel};
     m_main->choose("mnuFileClose");
     QCOMPARE(questions(), QStringList(u"Do you want to save the file "_s + document.m_sFile + u"?"_s));
-    QCOMPARE(m_main->main.documents().size(), 1U);
+    QCOMPARE(m_main->main.windows().documents().size(), 1U);
 }
 
 void tst_SessionEnd::aSignalEndsAnOpenQuestionAsCancelled()
@@ -228,7 +228,7 @@ void tst_SessionEnd::aSignalEndsAnOpenQuestionAsCancelled()
     QCOMPARE(QCoreApplication::exec(), 128 + SIGTERM);
     ports().dialogs = &m_main->app.core.dialogs;
     QVERIFY(!QApplication::activeModalWidget());
-    QCOMPARE(m_main->main.documents().size(), 1U);
+    QCOMPARE(m_main->main.windows().documents().size(), 1U);
     QCOMPARE(ends(), 1);
 }
 

@@ -122,8 +122,8 @@ void tst_ToolbarInMain::everyRowAgreesWithTheTable()
         entry = root->child(0)->child(0);
     modNodes::NodeSelectFull(document, entry);
     m_main->choose(inText ? "mnuViewGoToText" : "mnuViewGoToOutline");
-    m_main->main.MenuEnable(iDocumentCount);
-    m_main->main.MenuEnableDynamic();
+    m_main->main.surface().MenuEnable(iDocumentCount);
+    m_main->main.surface().MenuEnableDynamic();
 
     const CommandState state = currentCommandState();
     QCOMPARE(state.TextFocus, inText);
@@ -198,7 +198,7 @@ void tst_ToolbarInMain::expandingByHandReleasesTheExpansionButtons()
     Document &document = makeDocument();
     QTest::mouseClick(buttonOf(m_main->main, "Expand all levels"), Qt::LeftButton);
     document.m_iExpansionLevel = 0;
-    m_main->main.MenuEnableDynamic();
+    m_main->main.surface().MenuEnableDynamic();
     for (const ToolbarRow &row : toolbarTable) {
         if (row.pressed)
             QVERIFY2(!buttonOf(m_main->main, row.key)->isChecked(), row.key.data());

@@ -87,7 +87,7 @@ void tst_WindowActivation::openDocuments(int count)
         modDoc::DocLoad(m_main->app.makeFile(u"%1.txt"_s.arg(number), "text"));
     QCOMPARE(frames().size(), count);
     m_main->choose("mnuWindowTileVertical");
-    QCOMPARE(m_main->main.activeDocument(), &form(count - 1).document());
+    QCOMPARE(m_main->main.windows().activeDocument(), &form(count - 1).document());
 }
 
 // Clicks on the first place of a widget that nothing else covers; false where all of it is covered.
@@ -144,7 +144,7 @@ void tst_WindowActivation::agree(const char *after) const
     if (!frame)
         return;
     const Document &document = frame->form()->document();
-    QVERIFY2(main.activeDocument() == &document, after);
+    QVERIFY2(main.windows().activeDocument() == &document, after);
     QVERIFY2(m_main->enabled("mnuEditSelectAll") == document.m_bTextHasFocus, after);
     QVERIFY2(m_main->enabled("mnuOutlineRename"), after);
     if (frame->isMinimized())
@@ -177,7 +177,7 @@ void tst_WindowActivation::aClickActivatesTheDocumentThatItMeets()
             QVERIFY(clickTitle(*frames().at(index), QStyle::SC_TitleBarLabel));
         else
             QVERIFY(clickIn(*pane, pane->rect()));
-        QCOMPARE(m_main->main.activeDocument(), &form(index).document());
+        QCOMPARE(m_main->main.windows().activeDocument(), &form(index).document());
         agree(part.constData());
         if (QTest::currentTestFailed())
             return;
@@ -202,7 +202,7 @@ void tst_WindowActivation::theMaximiseButtonOfAnotherDocumentActivatesIt()
     openDocuments(2);
     QVERIFY(clickTitle(*frames().at(0), QStyle::SC_TitleBarMaxButton));
     QVERIFY(frames().at(0)->isMaximized());
-    QCOMPARE(m_main->main.activeDocument(), &form(0).document());
+    QCOMPARE(m_main->main.windows().activeDocument(), &form(0).document());
     agree("maximising");
 }
 
@@ -212,11 +212,11 @@ void tst_WindowActivation::aDoubleClickOnAMinimisedDocumentActivatesIt()
     QVERIFY(clickTitle(*frames().at(0), QStyle::SC_TitleBarMinButton));
     QVERIFY(frames().at(0)->isMinimized());
     QVERIFY(clickIn(*form(1).textBox->viewport(), form(1).textBox->viewport()->rect()));
-    QCOMPARE(m_main->main.activeDocument(), &form(1).document());
+    QCOMPARE(m_main->main.windows().activeDocument(), &form(1).document());
     m_main->choose("mnuWindowTileVertical");
     QVERIFY(clickTitle(*frames().at(0), QStyle::SC_TitleBarLabel, true));
     QVERIFY(!frames().at(0)->isMinimized());
-    QCOMPARE(m_main->main.activeDocument(), &form(0).document());
+    QCOMPARE(m_main->main.windows().activeDocument(), &form(0).document());
     agree("restoring");
 }
 
@@ -225,7 +225,7 @@ void tst_WindowActivation::aPaneThatIsGivenTheFocusActivatesItsDocument()
 {
     openDocuments(2);
     form(0).textBox->setFocus();
-    QCOMPARE(m_main->main.activeDocument(), &form(0).document());
+    QCOMPARE(m_main->main.windows().activeDocument(), &form(0).document());
     agree("the focus");
 }
 
@@ -234,9 +234,9 @@ void tst_WindowActivation::ctrlF6LeavesAMinimisedDocument()
     openDocuments(2);
     QVERIFY(clickTitle(*frames().at(1), QStyle::SC_TitleBarMinButton));
     area().setActiveSubWindow(frames().at(1));
-    QCOMPARE(m_main->main.activeDocument(), &form(1).document());
+    QCOMPARE(m_main->main.windows().activeDocument(), &form(1).document());
     pressKey(Qt::Key_F6, Qt::ControlModifier);
-    QCOMPARE(m_main->main.activeDocument(), &form(0).document());
+    QCOMPARE(m_main->main.windows().activeDocument(), &form(0).document());
     agree("Ctrl+F6");
 }
 
@@ -247,7 +247,7 @@ void tst_WindowActivation::ctrlF6LeavesADocumentWhoseSplitIsBeingMoved()
     QVERIFY(form(1).m_bMovingSplit);
     pressKey(Qt::Key_F6, Qt::ControlModifier);
     QVERIFY(!form(1).m_bMovingSplit);
-    QCOMPARE(m_main->main.activeDocument(), &form(0).document());
+    QCOMPARE(m_main->main.windows().activeDocument(), &form(0).document());
     agree("Ctrl+F6");
 }
 
@@ -257,7 +257,7 @@ void tst_WindowActivation::aClickIntoAnotherDocumentEndsAMoveOfTheSplit()
     m_main->choose("mnuViewMoveSplit");
     QVERIFY(clickIn(*form(0).textBox->viewport(), form(0).textBox->viewport()->rect()));
     QVERIFY(!form(1).m_bMovingSplit);
-    QCOMPARE(m_main->main.activeDocument(), &form(0).document());
+    QCOMPARE(m_main->main.windows().activeDocument(), &form(0).document());
     agree("a click");
     QVERIFY(form(0).document().m_bTextHasFocus);
 }

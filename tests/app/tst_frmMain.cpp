@@ -104,7 +104,7 @@ private:
 void tst_frmMain::withNoDocumentOnlyWhatNeedsNoneCanBeChosen()
 {
     m_main->start();
-    QVERIFY(m_main->main.documents().empty());
+    QVERIFY(m_main->main.windows().documents().empty());
     for (const char *item : {"mnuFileNew", "mnuFileOpen", "mnuFileExit", "mnuView", "mnuWindow", "mnuHelp",
                              "mnuViewStatusBar", "mnuWindowCascade", "mnuHelpAbout", "mnuFileImportText"})
         QVERIFY2(m_main->enabled(item), item);
@@ -155,7 +155,7 @@ void tst_frmMain::itemsWithoutAnActionAreGrey()
 {
     m_main->start();
     newDocument();
-    m_main->main.MenuEnableDynamic();
+    m_main->main.surface().MenuEnableDynamic();
     for (const char *item : {"mnuViewMDITaskbar", "mnuWindowNewWindow"}) {
         QVERIFY2(!m_main->enabled(item), item);
         QVERIFY(m_main->action(QString::fromLatin1(item))->isVisible());
@@ -171,7 +171,7 @@ void tst_frmMain::theFontItemsAskForAFont()
     m_main->choose("mnuOutlineFont");
     document.m_bOutlineHasFocus = false;
     document.m_bTextHasFocus = true;
-    m_main->main.MenuEnableDynamic();
+    m_main->main.surface().MenuEnableDynamic();
     m_main->choose("mnuEditCurrentFont");
     m_main->choose("mnuEditDocumentFont");
     QCOMPARE(dialogs.fontRequests.size(), std::size_t(3));
@@ -209,7 +209,7 @@ void tst_frmMain::documentsAreListedInTheOrderOfTheirOpening()
     Document &third = newDocument();
     first.window.activate();
     QCOMPARE(DocumentActive(), &first);
-    QVERIFY(m_main->main.documents() == (std::vector{&first, &second, &third}));
+    QVERIFY(m_main->main.windows().documents() == (std::vector{&first, &second, &third}));
 }
 
 void tst_frmMain::aClosedDocumentIsNoLongerListedAndAnotherOneIsActive()
@@ -219,7 +219,7 @@ void tst_frmMain::aClosedDocumentIsNoLongerListedAndAnotherOneIsActive()
     Document &second = newDocument();
     second.m_bDataChanged = false;
     m_main->choose("mnuFileClose");
-    QVERIFY(m_main->main.documents() == std::vector{&first});
+    QVERIFY(m_main->main.windows().documents() == std::vector{&first});
     QCOMPARE(DocumentActive(), &first);
     QCOMPARE(iDocumentCount, qint16(1));
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
@@ -273,9 +273,9 @@ void tst_frmMain::everyRefreshOfTheCommandsTellsTheWholeState()
         }
         return found;
     };
-    m_main->main.MenuEnableDynamic();
+    m_main->main.surface().MenuEnableDynamic();
     const QStringList whole = state();
-    m_main->main.MenuEnable(iDocumentCount);
+    m_main->main.surface().MenuEnable(iDocumentCount);
     QCOMPARE(state(), whole);
 }
 
@@ -338,7 +338,7 @@ void tst_frmMain::refusingToExitLeavesEverythingAsItIs()
     QVERIFY(!m_main->main.close());
     QCOMPARE(questions(), QStringList(u"Do you really want to exit the application?"_s));
     QVERIFY(m_main->main.isVisible());
-    QCOMPARE(m_main->main.documents().size(), 1U);
+    QCOMPARE(m_main->main.windows().documents().size(), 1U);
     QVERIFY(m_main->app.settings.values.empty());
     QCOMPARE(m_main->app.logLines().size(), 1);
 }
@@ -351,7 +351,7 @@ void tst_frmMain::exitStoresTheOpenDocumentsAndClosesThem()
     answers() = {Answer::Yes};
     QVERIFY(m_main->main.close());
     QCOMPARE(questions().size(), 1);
-    QVERIFY(m_main->main.documents().empty());
+    QVERIFY(m_main->main.windows().documents().empty());
     QCOMPARE(iDocumentCount, qint16(0));
     const auto stored = m_main->app.settings.section(u"Workspace"_s);
     QVERIFY(stored == (SettingsStore::Section{{u"1"_s, files.at(0)}, {u"2"_s, files.at(1)}}));
@@ -366,7 +366,7 @@ void tst_frmMain::aCancelInAnyDocumentsQuestionKeepsEveryWindowOpen()
     answers() = {Answer::Yes, Answer::No, Answer::Cancel};
     QVERIFY(!m_main->main.close());
     QCOMPARE(questions().size(), 3);
-    QVERIFY(m_main->main.documents() == (std::vector{&first, &second}));
+    QVERIFY(m_main->main.windows().documents() == (std::vector{&first, &second}));
     QVERIFY(first.m_bDataChanged && second.m_bDataChanged);
     QCOMPARE(iDocumentCount, qint16(2));
     QVERIFY(m_main->app.settings.values.empty());
@@ -393,7 +393,7 @@ void tst_frmMain::aFailedSaveAtExitKeepsTheProgramRunning()
     m_main->app.core.dialogs.saveNames = {u"/dev/null/nowhere/a.qly"_s};
     QVERIFY(!m_main->main.close());
     QVERIFY(document.m_bDataChanged);
-    QCOMPARE(m_main->main.documents().size(), 1U);
+    QCOMPARE(m_main->main.windows().documents().size(), 1U);
     QVERIFY(m_main->app.settings.values.empty());
     // The failure is on record and the user can see it.
     QVERIFY(m_main->app.logLines().value(1).startsWith(u"Error "_s));
@@ -419,7 +419,7 @@ void tst_frmMain::threeDroppedFilesAreOpenedInTheirOrder()
     data.setUrls(urls);
     drop(data);
     QStringList open;
-    for (const Document *document : m_main->main.documents())
+    for (const Document *document : m_main->main.windows().documents())
         open.append(document->m_sFile);
     QCOMPARE(open, files);
 }
@@ -435,7 +435,7 @@ void tst_frmMain::aDroppedTextIsTakenAsAFileName()
     QMimeData missing;
     missing.setText(m_main->app.folder.filePath(u"missing.txt"_s));
     drop(missing);
-    QCOMPARE(m_main->main.documents().size(), 1U);
+    QCOMPARE(m_main->main.windows().documents().size(), 1U);
 }
 
 void tst_frmMain::droppingOffersACopy()
@@ -470,7 +470,7 @@ void tst_frmMain::saveAllSavesEachDocumentToItsOwnFile()
     const QStringList files{makeFile(u"a.txt"_s), makeFile(u"b.txt"_s), makeFile(u"c.txt"_s)};
     appPorts().commandLine = files.join(u' ');
     m_main->main.MDIForm_Load();
-    for (Document *document : m_main->main.documents()) {
+    for (Document *document : m_main->main.windows().documents()) {
         const QByteArray text = QFileInfo(document->m_sFile).baseName().toLatin1();
         document->tree.setStoredText(document->tree.root(), text);
         document->m_bDataChanged = true;
@@ -490,9 +490,9 @@ void tst_frmMain::theStatusBarShowsTheSelectedEntry()
     document.tree.setLabel(document.tree.root(), u"Ideas"_s);
     modNodes::NodeSelectFull(document, document.tree.root());
     QCOMPARE(statusText()->text(), u"Ideas"_s);
-    m_main->main.UpdateStatusBar(nullptr);
+    m_main->main.surface().UpdateStatusBar(nullptr);
     QCOMPARE(statusText()->text(), u"Ideas"_s);
-    m_main->main.UpdateStatusBarText(QString());
+    m_main->main.surface().UpdateStatusBarText(QString());
     QCOMPARE(statusText()->text(), QString());
 }
 
@@ -500,7 +500,7 @@ void tst_frmMain::aLabelOfManyLinesStaysOneLineOfPlainText()
 {
     m_main->start();
     const int width = m_main->main.width();
-    m_main->main.UpdateStatusBarText(u"<b>one</b>\ntwo\t"_s + QString(100'000, u'x'));
+    m_main->main.surface().UpdateStatusBarText(u"<b>one</b>\ntwo\t"_s + QString(100'000, u'x'));
     QVERIFY(statusText()->text().startsWith(u"<b>one</b> two x"_s));
     QCOMPARE(statusText()->textFormat(), Qt::PlainText);
     QVERIFY(statusText()->text().size() <= 500);

@@ -95,7 +95,7 @@ void tst_modHelp::makeHelp()
 QStringList tst_modHelp::openFiles() const
 {
     QStringList files;
-    for (const Document *document : m_main->main.documents())
+    for (const Document *document : m_main->main.windows().documents())
         files.append(document->m_sFile);
     return files;
 }
@@ -168,17 +168,17 @@ void tst_modHelp::contentsBringsTheOpenHelpToTheFront()
 {
     m_main->choose("mnuHelpContents");
     m_main->choose("mnuFileNew");
-    QCOMPARE(m_main->main.activeDocument()->m_sFile, QString());
+    QCOMPARE(m_main->main.windows().activeDocument()->m_sFile, QString());
     m_main->choose("mnuHelpContents");
-    QCOMPARE(m_main->main.activeDocument()->m_sFile, m_help);
+    QCOMPARE(m_main->main.windows().activeDocument()->m_sFile, m_help);
     QCOMPARE(openFiles(), (QStringList{m_help, QString()}));
 }
 
 void tst_modHelp::theHelpOutlineIsReadOnly()
 {
     modHelp::HelpContents();
-    QVERIFY(m_main->main.activeDocument()->bReadOnly());
-    QVERIFY(m_main->main.activeDocument()->txtRTF.Locked());
+    QVERIFY(m_main->main.windows().activeDocument()->bReadOnly());
+    QVERIFY(m_main->main.windows().activeDocument()->txtRTF.Locked());
     QVERIFY(!m_main->enabled("mnuFileSave"));
     QVERIFY(!m_main->enabled("mnuOutlineInsertAbove"));
 }
@@ -186,7 +186,7 @@ void tst_modHelp::theHelpOutlineIsReadOnly()
 void tst_modHelp::searchOpensTheHelpAndThenTheDialog()
 {
     QString searched;
-    searchPorts().showDialog = [&] { searched = m_main->main.activeDocument()->m_sFile; };
+    searchPorts().showDialog = [&] { searched = m_main->main.windows().activeDocument()->m_sFile; };
     m_main->choose("mnuHelpSearch");
     QCOMPARE(searched, m_help);
 }
@@ -222,7 +222,7 @@ void tst_modHelp::theHelpIsFoundWhateverItsNameIsCalledBy()
     m_main->choose("mnuFileNew");
     modHelp::HelpContents();
     QCOMPARE(openFiles().size(), 2);
-    QCOMPARE(m_main->main.activeDocument()->m_sFile, link);
+    QCOMPARE(m_main->main.windows().activeDocument()->m_sFile, link);
     bool asked = false;
     searchPorts().showDialog = [&asked] { asked = true; };
     modHelp::HelpSearch();
@@ -237,7 +237,7 @@ void tst_modHelp::anotherDocumentOfTheHelpsNameIsNotTakenForIt()
     QVERIFY(modDoc::DocLoad(own));
     modHelp::HelpContents();
     QCOMPARE(openFiles(), QStringList({own, m_help}));
-    QCOMPARE(m_main->main.activeDocument()->m_sFile, m_help);
+    QCOMPARE(m_main->main.windows().activeDocument()->m_sFile, m_help);
 }
 
 void tst_modHelp::contentsRestoresTheMinimisedHelp()
@@ -259,7 +259,7 @@ void tst_modHelp::f1OpensTheHelp()
     m_main->choose("mnuFileNew");
     QTest::keyClick(m_main->main.windowHandle(), Qt::Key_Escape);
     QTest::keyClick(m_main->main.windowHandle(), Qt::Key_F1);
-    QCOMPARE(m_main->main.activeDocument()->m_sFile, m_help);
+    QCOMPARE(m_main->main.windows().activeDocument()->m_sFile, m_help);
 }
 
 void tst_modHelp::helpDuringAMoveOfTheSplitAcceptsItAndTakesTheKeyboard_data()
@@ -294,7 +294,7 @@ void tst_modHelp::helpDuringAMoveOfTheSplitAcceptsItAndTakesTheKeyboard()
     QVERIFY(!moved.m_bMovingSplit);
     QVERIFY(!moved.picSplitter->isVisible());
     QCOMPARE(moved.m_fTreeWidth, before + modSplit::keyboardStep);
-    Document *active = m_main->main.activeDocument();
+    Document *active = m_main->main.windows().activeDocument();
     QCOMPARE(active->m_sFile, m_help);
     const frmDocument &help = static_cast<frmDocument &>(active->window);
     QVERIFY(help.parentWidget() == m_main->main.findChild<QMdiArea *>()->activeSubWindow());
@@ -305,7 +305,7 @@ void tst_modHelp::helpDuringAMoveOfTheSplitAcceptsItAndTakesTheKeyboard()
 void tst_modHelp::theDiagnosticWindowShowsTheActiveDocument()
 {
     m_main->choose("mnuFileNew");
-    Document &document = *m_main->main.activeDocument();
+    Document &document = *m_main->main.windows().activeDocument();
     document.txtRTF.setFont(QFont(u"DejaVu Sans"_s, 11));
     document.txtRTF.setTextRTF("{\\rtf1{\\fonttbl{\\f0 DejaVu Serif;}}\\f0\\fs28 Words}");
     const frmDebug window;
