@@ -5,6 +5,7 @@
 
 #include "model/EntryTree.h"
 
+#include <new>
 #include <set>
 
 using namespace Qt::StringLiterals;
@@ -61,8 +62,13 @@ void EntryTree::assertWhole(const Entry *entry) const
     Q_ASSERT(m_taggedCount >= 0 && m_taggedCount <= m_collection.count());
     if (m_collection.count() > mostLookedAtWhole)
         return;
-    const QString broken = brokenInvariant();
-    Q_ASSERT_X(broken.isEmpty(), "EntryTree", qPrintable(broken));
+    try {
+        const QString broken = brokenInvariant();
+        Q_ASSERT_X(broken.isEmpty(), "EntryTree", qPrintable(broken));
+    } catch (const std::bad_alloc &) {
+        // Without memory nothing is looked at: what was done is done.
+        return;
+    }
 }
 #else
 void EntryTree::assertWhole(const Entry *) const {}

@@ -38,9 +38,11 @@ std::vector<int> EntryTree::sortedOrder(const Entry *entry) const
 void EntryTree::reorder(Entry *entry, const std::vector<int> &order)
 {
     std::vector<std::unique_ptr<Entry>> reordered(order.size());
-    const QPersistentModelIndex parent(indexOf(entry));
-    if (announcing())
-        Q_EMIT layoutAboutToBeChanged({parent}, QAbstractItemModel::VerticalSortHint);
+    QList<QPersistentModelIndex> parents;
+    if (announcing()) {
+        parents.append(QPersistentModelIndex(indexOf(entry)));
+        Q_EMIT layoutAboutToBeChanged(parents, QAbstractItemModel::VerticalSortHint);
+    }
     for (size_t row = 0; row < order.size(); ++row)
         reordered[row] = std::move(entry->m_children[static_cast<size_t>(order[row])]);
     entry->m_children.swap(reordered);
@@ -54,5 +56,5 @@ void EntryTree::reorder(Entry *entry, const std::vector<int> &order)
     for (const QModelIndex &index : from)
         to.push_back(indexOf(entryAt(index)));
     changePersistentIndexList(from, to);
-    Q_EMIT layoutChanged({parent}, QAbstractItemModel::VerticalSortHint);
+    Q_EMIT layoutChanged(parents, QAbstractItemModel::VerticalSortHint);
 }
