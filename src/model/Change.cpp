@@ -109,7 +109,10 @@ public:
         std::erase_if(expansion.closed, [this](EntryId id) { return !entry(id)->expanded(); });
         if (expansion.opened.empty() && expansion.closed.empty())
             return false;
-        m_tree.setExpansion(expansion);
+        if (std::exchange(expand.single, false))
+            m_tree.setExpanded(entry(entryOf(m_change)), expansion.closed.empty());
+        else
+            m_tree.setExpansion(expansion);
         expansion.opened.swap(expansion.closed);
         return true;
     }

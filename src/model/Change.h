@@ -46,6 +46,8 @@ struct Tag {
 
 struct Expand {
     Expansion expansion;
+    // One entry, of which is told as what a user does to it; never when it is undone or redone.
+    bool single = false;
 };
 
 struct Sorted {

@@ -16,11 +16,6 @@ void EntryTree::setExpanded(Entry *entry, bool expanded)
 
 void EntryTree::setExpansion(const Expansion &expansion)
 {
-    if (expansion.opened.size() + expansion.closed.size() == 1) {
-        const bool opens = !expansion.opened.empty();
-        setExpanded(entry(opens ? expansion.opened.front() : expansion.closed.front()), opens);
-        return;
-    }
     for (const EntryId id : expansion.opened)
         entry(id)->m_expanded = true;
     for (const EntryId id : expansion.closed)

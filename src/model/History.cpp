@@ -337,6 +337,20 @@ void History::forgetSaved()
     Q_EMIT positionChanged();
 }
 
+void History::startAnew()
+{
+    const bool wasChanged = isChanged();
+    m_steps.clear();
+    m_head.clear();
+    m_position = 0;
+    m_weight = 0;
+    m_savedTail = 0;
+    m_touched = false;
+    m_saved = wasChanged ? std::nullopt : std::optional(0);
+    Q_EMIT stepsChanged();
+    Q_EMIT positionChanged();
+}
+
 void History::select(Entry *entry)
 {
     m_outline.tree.select(entry);

@@ -95,6 +95,11 @@ public:
     // Takes note that the entry's live text has a new step of its own.
     void appendTextStep(EntryId entry);
 
+    // Makes texts of the steps of an entry's live text, which will be gone: each run of them becomes one step that
+    // replaces the text. `textAt` answers the stored text as it is that many of its steps back from now (forward where
+    // negative); it may throw, and then nothing has changed. Where the live text belongs to a change, that keeps it.
+    void foldTextSteps(EntryId entry, const std::function<QByteArray(int stepsBack)> &textAt);
+
     bool isStepOpen() const { return m_depth > 0; }
 
     // Nothing is undone or redone while a step is open. False when there is nothing, or it was impossible; then nothing
@@ -131,6 +136,9 @@ public:
     // Counts as changed whatever is undone, as when the file is gone.
     void forgetSaved();
 
+    // Forgets all steps: nothing leads back behind what the outline is now. What counts as changed still does.
+    void startAnew();
+
     // Selects an entry, which is no change but is remembered by the steps.
     void select(Entry *entry);
 
@@ -159,6 +167,9 @@ private:
     class Announcement;
     class Moving;
 
+    struct TextRun;
+    std::vector<TextRun> textRuns(EntryId entry, bool undone) const;
+    void fold(EntryId entry, TextRun &run);
     void begin(const QString &name);
     void end() noexcept;
     void rollBack(size_t begin, EntryId selected) noexcept;

@@ -78,12 +78,12 @@ void History::setExpanded(Entry *entry, bool expanded)
         return;
     Expansion expansion;
     (expanded ? expansion.opened : expansion.closed).push_back(entry->id());
-    apply(change::Expand{std::move(expansion)});
+    apply(change::Expand{std::move(expansion), true});
 }
 
 void History::setExpandedAll(Entry *entry, bool expanded)
 {
-    apply(change::Expand{m_outline.tree.expansionOfAll(entry, expanded)});
+    apply(change::Expand{m_outline.tree.expansionOfAll(entry, expanded), false});
 }
 
 void History::expandAncestors(Entry *entry)
@@ -94,7 +94,7 @@ void History::expandAncestors(Entry *entry)
 
 void History::expandToLevel(Entry *entry, int level)
 {
-    apply(change::Expand{m_outline.tree.expansionToLevel(entry, level)});
+    apply(change::Expand{m_outline.tree.expansionToLevel(entry, level), false});
 }
 
 void History::setSorted(Entry *entry, bool sorted)

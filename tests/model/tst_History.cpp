@@ -154,6 +154,9 @@ private Q_SLOTS:
     void aReplacedTextTakesItsLiveTextAlong();
     void aTextStepThatFailsLeavesTheStepDone();
     void anotherStepEndsTheMergingOfTyping();
+    void aLiveTextThatIsLetGoLeavesItsRunsAsTexts();
+    void aLiveTextIsLetGoWhileSomeOfItIsUndone();
+    void theSavedPositionEndsARunOfATextThatIsLetGo();
 };
 
 void tst_History::everyChangeIsUndoneAndRedone_data()
@@ -803,6 +806,95 @@ void tst_History::anotherStepEndsTheMergingOfTyping()
     QCOMPARE(texts.mergingEnded, 1);
     f.history.markSaved();
     QCOMPARE(texts.mergingEnded, 2);
+}
+
+void tst_History::aLiveTextThatIsLetGoLeavesItsRunsAsTexts()
+{
+    Fixture f;
+    CountedTexts texts;
+    f.history.setLiveTexts(&texts);
+    const EntryId a1 = f.entry(u"A1"_s)->id();
+    const auto type = [&](int times) {
+        for (int i = 0; i < times; ++i)
+            texts.type(f.history, a1);
+    };
+    const QStringList start = f.state();
+    type(3);
+    f.history.setExpanded(f.entry(u"A"_s), false);
+    type(2);
+    f.history.setTagged(f.entry(u"B"_s), true);
+    {
+        const History::Step step(f.history, u"both"_s);
+        f.history.setTagged(f.entry(u"C"_s), true);
+        type(2);
+    }
+    QCOMPARE(f.history.stepCount(), 7);
+    // Seven steps back the text was the first.
+    f.outline.tree.setStoredText(f.entry(u"A1"_s), "after 7");
+    const QStringList end = f.state();
+    f.history.foldTextSteps(a1, [](int back) { return back == 7 ? "first" : "after " + QByteArray::number(7 - back); });
+    texts.texts.clear();
+    QCOMPARE(f.history.stepCount(), 3);
+    QCOMPARE(f.history.position(), 3);
+    QCOMPARE(f.state(), end);
+    f.history.undo();
+    QCOMPARE(f.outline.tree.storedText(f.entry(u"A1"_s)), QByteArray("after 5"));
+    f.history.undo();
+    QVERIFY(f.history.undo());
+    QCOMPARE(f.state(), start);
+    QVERIFY(f.history.goTo(3));
+    QCOMPARE(f.state(), end);
+}
+
+void tst_History::aLiveTextIsLetGoWhileSomeOfItIsUndone()
+{
+    Fixture f;
+    CountedTexts texts;
+    f.history.setLiveTexts(&texts);
+    const EntryId a1 = f.entry(u"A1"_s)->id();
+    f.history.setStoredText(f.entry(u"A1"_s), "replaced");
+    for (int i = 0; i < 5; ++i)
+        texts.type(f.history, a1);
+    f.history.undo();
+    f.history.undo();
+    f.outline.tree.setStoredText(f.entry(u"A1"_s), "now");
+    f.history.foldTextSteps(a1, [](int back) {
+        return back == 3 ? "replaced" : back == -2 ? "typed" : "wrong " + QByteArray::number(back);
+    });
+    texts.texts.clear();
+    QCOMPARE(f.history.stepCount(), 3);
+    QCOMPARE(f.history.position(), 2);
+    const auto text = [&f] { return f.outline.tree.storedText(f.entry(u"A1"_s)); };
+    f.history.redo();
+    QCOMPARE(text(), QByteArray("typed"));
+    f.history.undo();
+    QCOMPARE(text(), QByteArray("now"));
+    f.history.undo();
+    QCOMPARE(text(), QByteArray("replaced"));
+    f.history.undo();
+    QCOMPARE(text(), QByteArray("first"));
+}
+
+void tst_History::theSavedPositionEndsARunOfATextThatIsLetGo()
+{
+    Fixture f;
+    CountedTexts texts;
+    f.history.setLiveTexts(&texts);
+    const EntryId a1 = f.entry(u"A1"_s)->id();
+    texts.type(f.history, a1);
+    texts.type(f.history, a1);
+    f.history.markSaved();
+    texts.type(f.history, a1);
+    texts.type(f.history, a1);
+    f.history.foldTextSteps(a1, [](int back) { return QByteArray::number(back); });
+    texts.texts.clear();
+    QCOMPARE(f.history.stepCount(), 2);
+    QVERIFY(f.history.isChanged());
+    f.history.undo();
+    QVERIFY(!f.history.isChanged());
+    QCOMPARE(f.outline.tree.storedText(f.entry(u"A1"_s)), QByteArray("2"));
+    f.history.undo();
+    QVERIFY(f.history.isChanged());
 }
 
 QTEST_GUILESS_MAIN(tst_History)
