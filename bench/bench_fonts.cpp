@@ -31,7 +31,7 @@ void documentFont(benchmark::State &state)
 {
     const int entries = static_cast<int>(state.range(0));
     SearchFixture program;
-    EntryTree &tree = program.document.tree;
+    EntryTree &tree = program.document.outline->tree;
     Entry *root = tree.insert(Relationship::tvwChild, nullptr);
     tree.setStoredText(root, storedText(0));
     for (int i = 1; i < entries; ++i)

@@ -65,7 +65,7 @@ public:
 
     Document &document() { return *DocumentActive(); }
 
-    EntryTree &tree() { return document().tree; }
+    EntryTree &tree() { return document().outline->tree; }
 
     // Until all is laid out and drawn.
     void settle() { QCoreApplication::processEvents(); }

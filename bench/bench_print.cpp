@@ -43,7 +43,7 @@ class BushyDocument
 public:
     explicit BushyDocument(int entries)
     {
-        EntryTree &tree = m_fake.document.tree;
+        EntryTree &tree = m_fake.document.outline->tree;
         std::vector<Entry *> all;
         for (int i = 0; i < entries; ++i) {
             Entry *entry = tree.insert(Relationship::tvwChild, i == 0 ? nullptr : all[std::size_t(i - 1) / 10]);

@@ -52,7 +52,7 @@ QByteArray storedText(int number, int matches)
 
 void fill(SearchFixture &program, int entries, int matches)
 {
-    EntryTree &tree = program.document.tree;
+    EntryTree &tree = program.document.outline->tree;
     Entry *root = tree.insert(Relationship::tvwChild, nullptr);
     for (int i = 1; i < entries; ++i)
         tree.setStoredText(tree.insert(Relationship::tvwChild, root), storedText(i, matches));

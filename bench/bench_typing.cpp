@@ -53,7 +53,7 @@ void typing(benchmark::State &state)
     program.choose("mnuFileNew");
     Document &document = *DocumentActive();
     Entry *root = document.tree.root();
-    document.tree.setStoredText(root, NodeTextCompressIfRequired(textOf(characters)));
+    document.outline->tree.setStoredText(root, NodeTextCompressIfRequired(textOf(characters)));
     modNodes::NodeSelectFull(document, root);
     auto &box = dynamic_cast<RichTextBox &>(document.txtRTF);
     box.setFocus();
@@ -82,7 +82,7 @@ void typing(benchmark::State &state)
     if (!NodeTextDecompressIfRequired(document.tree.storedText(root)).contains("aaaaa"))
         state.SkipWithError("the text is not stored");
     state.counters["store_ms"] = static_cast<double>(timer.nsecsElapsed()) / 1e6;
-    document.m_bDataChanged = false;
+    document.history.markSaved();
 }
 
 } // namespace

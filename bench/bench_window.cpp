@@ -49,9 +49,9 @@ public:
         settle();
     }
 
-    ~Program() { DocumentActive()->m_bDataChanged = false; }
+    ~Program() { DocumentActive()->history.markSaved(); }
 
-    EntryTree &tree() { return DocumentActive()->tree; }
+    EntryTree &tree() { return DocumentActive()->outline->tree; }
 
     TreeView &view() { return *static_cast<frmDocument &>(DocumentActive()->window).treeView; }
 

@@ -31,8 +31,11 @@ void OutlineFont()
     procedure("modOutline OutlineFont", [] {
         if (Document *document = DocumentActive()) {
             const HourglassPointer hourglass;
-            document->m_bDataChanged = true;
-            modFont::ChangeTreeviewFont(document->m_fntOutlineFont);
+            document->history.touch();
+            clsFont font = document->m_fntOutlineFont;
+            modFont::ChangeTreeviewFont(font);
+            const History::Step step(document->history, QStringLiteral("change of the outline's font"));
+            document->history.setFonts(font, document->m_fntTextFont);
         }
     });
 }

@@ -23,6 +23,7 @@ Document::Document(OutlinePane &outlinePane, TextPane &textPane, DocumentWindow 
     , tree(outline->tree)
     , m_fntOutlineFont(outline->outlineFont)
     , m_fntTextFont(outline->textFont)
+    , history(*outline)
     , trvOutline(outlinePane)
     , txtRTF(textPane)
     , window(documentWindow)

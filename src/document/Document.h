@@ -5,6 +5,7 @@
 
 #include "document/DocumentNotice.h"
 #include "formats/Format.h"
+#include "model/History.h"
 #include "model/Outline.h"
 
 #include <QString>
@@ -50,10 +51,16 @@ public:
     void lookAtFileAgain() { m_seenFile.reset(); }
 
     // Whether closing would lose what is not in the document's file.
-    bool hasUnsavedChanges() const { return m_bDataChanged || m_bSaveRefused; }
+    bool hasUnsavedChanges() const { return m_bDataChanged() || m_bSaveRefused; }
+
+    bool m_bDataChanged() const { return history.isChanged(); }
 
     // The user does not want what is not saved.
-    void giveUpChanges() { m_bDataChanged = m_bSaveRefused = false; }
+    void giveUpChanges()
+    {
+        history.markSaved();
+        m_bSaveRefused = false;
+    }
 
     // Whether the text pane shows something else than the entry's text: bytes that could not be inflated, or only its
     // beginning. It is locked then, and what is done to it is not stored.
@@ -83,7 +90,6 @@ public:
 
     // Full path; empty for a document that was never saved.
     QString m_sFile;
-    bool m_bDataChanged = false;
     // A save of changes was given up at a question. By then they no longer count as changed.
     bool m_bSaveRefused = false;
     // The file is an outline, whatever its name says.
@@ -106,9 +112,12 @@ public:
 
     // What the file holds of it, or will hold, and the parts of that by their own names.
     const std::unique_ptr<Outline> outline;
-    EntryTree &tree;
-    clsFont &m_fntOutlineFont;
-    clsFont &m_fntTextFont;
+    const EntryTree &tree;
+    const clsFont &m_fntOutlineFont;
+    const clsFont &m_fntTextFont;
+
+    // What was done to it, and the only way to do more.
+    History history;
 
     OutlinePane &trvOutline;
     TextPane &txtRTF;

@@ -174,9 +174,9 @@ Document &newDocument(std::unique_ptr<Outline> outline)
     ports().commands->UpdateStatusBarText(QString());
     document.trvOutline.setPaneVisible(false);
     document.setPaneFonts(g_fntDefaultOutlineFont, g_fntDefaultTextFont);
-    g_fntDefaultOutlineFont.CopyTo(document.m_fntOutlineFont);
-    g_fntDefaultTextFont.CopyTo(document.m_fntTextFont);
-    document.m_bDataChanged = true;
+    g_fntDefaultOutlineFont.CopyTo(document.outline->outlineFont);
+    g_fntDefaultTextFont.CopyTo(document.outline->textFont);
+    document.history.forgetSaved();
     document.m_iFileFormatVersion = Document::nativeFormat;
     document.trvOutline.setLabelEdit(optionalLabelEdit());
     document.trvOutline.setPaneVisible(true);
@@ -209,7 +209,7 @@ SaveOutcome DocSave(const QString &sFile)
         } catch (...) {
             document->m_sFile = sOldFile;
             document->m_iFileFormatVersion = iOldVersion;
-            document->m_bDataChanged = true;
+            document->history.touch();
             ports().commands->MenuEnableDynamic();
             document->notice = u"The file %1 could not be saved"_s.arg(sFile);
             ports().commands->UpdateStatusBarText(document->notice);

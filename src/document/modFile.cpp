@@ -125,6 +125,8 @@ void FileNew()
             return;
         Entry *root = modNodes::NodeInsert(*document, Relationship::tvwFirst, nullptr);
         modNodes::NodeInitialise(*document, root);
+        // A document is never without an entry, so its first one is not to be undone.
+        document->history.startAnew();
     });
 }
 
@@ -166,22 +168,17 @@ bool FileSave()
         Document *document = DocumentActive();
         if (!document)
             return false;
-        const bool bChangedBefore = document->m_bDataChanged;
-        const bool bUnsavedBefore = document->hasUnsavedChanges();
-        document->m_bDataChanged = false;
-        if (!needsAnotherName(*document)) {
-            const SaveOutcome outcome = modDoc::DocSave(document->m_sFile);
-            if (outcome == SaveOutcome::Refused && document->tree.entryCount() > 1)
-                document->m_bSaveRefused = bUnsavedBefore;
-            else if (outcome == SaveOutcome::Refused)
-                document->m_bDataChanged = bChangedBefore;
-            return outcome == SaveOutcome::Saved;
-        }
-        const bool bSaved = FileSaveAs();
         // What has no file that takes it is nowhere but here: cancelling the dialog must not make it look saved.
-        if (!bSaved)
-            document->m_bDataChanged = bChangedBefore;
-        return bSaved;
+        if (needsAnotherName(*document))
+            return FileSaveAs();
+        const bool bUnsavedBefore = document->hasUnsavedChanges();
+        const SaveOutcome outcome = modDoc::DocSave(document->m_sFile);
+        const bool bRefused = outcome == SaveOutcome::Refused && document->tree.entryCount() > 1;
+        if (bRefused)
+            document->m_bSaveRefused = bUnsavedBefore;
+        if (bRefused || outcome == SaveOutcome::Saved)
+            document->history.markSaved();
+        return outcome == SaveOutcome::Saved;
     });
 }
 
@@ -199,7 +196,7 @@ bool FileSaveAs()
         }
         if (!sFile || modDoc::DocSave(*sFile) != SaveOutcome::Saved)
             return false;
-        document->m_bDataChanged = false;
+        document->history.markSaved();
         return true;
     });
 }

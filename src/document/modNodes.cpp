@@ -45,17 +45,15 @@ Document *documentOf(const EntryTree &tree)
 // Removes what a copy now stands for. A document that loses its selection by that shows another entry.
 void removePasted(EntryRef &source)
 {
-    EntryTree &tree = *source.tree();
     Entry *entry = source.entry();
-    const bool selectionGoes = isWithin(tree.selected(), *entry);
-    Entry *survivor = modNodes::survivorOf(*entry);
-    tree.remove(entry);
-    source.clear();
-    Document *document = documentOf(tree);
+    Document *document = documentOf(*source.tree());
     if (!document)
         return;
-    // Else its file would keep what now stands in another document.
-    document->m_bDataChanged = true;
+    const History::Step step(document->history, stepName("deletion of"_L1, *entry));
+    const bool selectionGoes = isWithin(document->tree.selected(), *entry);
+    Entry *survivor = modNodes::survivorOf(*entry);
+    document->history.remove(entry);
+    source.clear();
     if (!selectionGoes)
         return;
     if (survivor)
@@ -87,7 +85,7 @@ Entry *insertEntry(Document &document, Relationship relationship, Entry *relativ
         relative = root;
         relationship = Relationship::tvwChild;
     }
-    return withRoom(document, [&] { return document.tree.insert(relationship, relative); });
+    return withRoom(document, [&] { return document.history.insert(relationship, relative); });
 }
 
 Entry *withRoom(Document &document, const std::function<Entry *()> &add)
@@ -115,10 +113,10 @@ void NodeInitialise(Document &document, Entry *entry)
         if (!entry)
             return;
         NodeSelect(document, entry);
-        document.tree.setLabel(entry, u"New Entry"_s);
+        document.history.setLabel(entry, u"New Entry"_s);
         // It was empty when the entry was selected.
         ports().commands->UpdateStatusBar(entry);
-        document.m_bDataChanged = true;
+        document.history.touch();
         document.trvOutline.StartLabelEdit();
         QFont font = document.txtRTF.Font();
         document.m_fntTextFont.SetFont(font);
@@ -156,7 +154,7 @@ void NodeSelect(Document &document, Entry *entry)
         if (!entry)
             return;
         if (bBusy)
-            document.tree.select(entry);
+            document.history.select(entry);
         else
             NodeSelectFull(document, entry);
     });
@@ -167,8 +165,8 @@ void NodeSelectFull(Document &document, Entry *entry)
     procedure("modNodes NodeSelectFull", [&] {
         if (entry) {
             nodCurrent().set(&document.tree, entry);
-            document.tree.select(entry);
-            document.tree.expandAncestors(entry);
+            document.history.select(entry);
+            document.history.expandAncestors(entry);
             document.trvOutline.ScrollTo(entry);
             // Shown again, the text would lose the caret's place and what can be undone.
             if (document.tree.shownEntry() != entry)
@@ -183,12 +181,12 @@ void NodeSelectFull(Document &document, Entry *entry)
 
 void NodeTagOn(Document &document, Entry *entry)
 {
-    procedure("modNodes NodeTagOn", [&] { document.tree.setTagged(entry, true); });
+    procedure("modNodes NodeTagOn", [&] { document.history.setTagged(entry, true); });
 }
 
 void NodeTagOff(Document &document, Entry *entry)
 {
-    procedure("modNodes NodeTagOff", [&] { document.tree.setTagged(entry, false); });
+    procedure("modNodes NodeTagOff", [&] { document.history.setTagged(entry, false); });
 }
 
 void NodeTagToggle(Document &document, Entry *entry)
@@ -221,12 +219,13 @@ Entry *NodeDuplicate(Document &document, const EntryTree &sourceTree, Entry *sou
         if (!source || (!relative && relationship != Relationship::tvwFirst))
             return nullptr;
         const ActionScope action;
+        const History::Step step(document.history, stepName("insertion of a copy of"_L1, *source));
         if (Entry *root = document.tree.root(); root && (!relative || relative == root)) {
             relative = root;
             relationship = Relationship::tvwChild;
         }
         Entry *copy =
-            withRoom(document, [&] { return document.tree.insertCopy(sourceTree, source, relationship, relative); });
+            withRoom(document, [&] { return document.history.insertCopy(sourceTree, source, relationship, relative); });
         if (copy)
             noteExpandedCopy(document, *copy);
         NodeSelect(document, copy);
@@ -269,6 +268,7 @@ void NodePaste(Document &document, EntryRef &source, bool removeSource)
         // Moved below itself, an entry would be removed together with its only copy.
         if (removeSource && isWithin(parentOfPaste(place), *entry))
             return;
+        const History::Step step(document.history, stepName("pasting of"_L1, *entry));
         Entry *copy = NodeDuplicate(document, *source.tree(), entry, place.relative, place.relationship);
         // A root stays, so that its document never is without an entry.
         if (removeSource && copy && !entry->isRoot())
@@ -300,11 +300,12 @@ void NodeDelete(Document &document, Entry *entry)
         if (!entry)
             return;
         const ActionScope action;
+        const History::Step step(document.history, stepName("deletion of"_L1, *entry));
         Entry *parent = entry->parent();
-        document.tree.remove(entry);
+        document.history.remove(entry);
         document.dismiss(NoticeKind::DocumentFull);
         if (parent && parent->childCount() == 0)
-            document.tree.setExpanded(parent, false);
+            document.history.setExpanded(parent, false);
     });
 }
 
@@ -312,7 +313,7 @@ void NodeExpandAll(Document &document, Entry *entry)
 {
     procedure("modNodes NodeExpandAll", [&] {
         const ActionScope action;
-        document.tree.setExpandedAll(entry, true);
+        document.history.setExpandedAll(entry, true);
     });
 }
 
@@ -320,7 +321,7 @@ void NodeCollapseAll(Document &document, Entry *entry)
 {
     procedure("modNodes NodeCollapseAll", [&] {
         const ActionScope action;
-        document.tree.setExpandedAll(entry, false);
+        document.history.setExpandedAll(entry, false);
     });
 }
 
@@ -328,16 +329,19 @@ void NodeExpandToLevel(Document &document, Entry *entry, int level)
 {
     procedure("modNodes NodeExpandToLevel", [&] {
         const ActionScope action;
-        document.tree.expandToLevel(entry, level);
+        document.history.expandToLevel(entry, level);
     });
 }
 
 void NodeSortAll(Document &document, Entry *entry, bool sorted)
 {
     procedure("modNodes NodeSortAll", [&] {
-        const BulkChange bulk(document.tree);
+        if (!entry)
+            return;
+        const History::Step step(document.history, stepName("sorting below"_L1, *entry));
+        const HistoryBulk bulk(document.history);
         for (Entry *each = entry; each; each = nextInOutline(each, entry))
-            document.tree.setSorted(each, sorted);
+            document.history.setSorted(each, sorted);
     });
 }
 
@@ -345,6 +349,7 @@ void NodeSetFontAll(Document &document, Entry *entry, const clsFont &font)
 {
     procedure("modNodes NodeSetFontAll", [&] {
         document.tree.resolvePendingText();
+        const History::Step step(document.history, u"change of the font of texts"_s);
         QFont base = document.txtRTF.Font();
         font.SetFont(base);
         document.txtRTF.setFont(base);
@@ -356,7 +361,7 @@ void NodeSetFontAll(Document &document, Entry *entry, const clsFont &font)
                 continue;
             EntryText changed(stored.text, base);
             changed.change(change);
-            document.tree.setStoredText(each, NodeTextCompressIfRequired(changed.toRtf()));
+            document.history.setStoredText(each, NodeTextCompressIfRequired(changed.toRtf()));
         }
     });
 }

@@ -80,7 +80,7 @@ void NodeTextGet(Document &document, Entry *entry)
             const TextLoadingScope loading(document.txtRTF);
             document.txtRTF.setTextRTF(shown.text);
         }
-        document.tree.setShownEntry(entry);
+        document.outline->tree.setShownEntry(entry);
         document.textEntry.emplace(&document.tree, entry);
         tellOfWithheldText(document, entry, shown.state);
         tellOfLeftOutParts(document, entry, shown.text);
@@ -98,12 +98,12 @@ void NodeTextPut(Document &document, Entry *entry)
         // Its text is not in the pane, and must not give way to what is.
         if (document.bTextWithheld())
             return;
-        document.tree.setShownEntry(entry);
+        document.outline->tree.setShownEntry(entry);
         if (!entry)
             return;
         // Made when somebody reads it: compressing a long text at every key would make typing slow.
-        document.tree.setPendingText(entry,
-                                     [&pane = document.txtRTF] { return NodeTextCompressIfRequired(pane.TextRTF()); });
+        document.outline->tree.setPendingText(
+            entry, [&pane = document.txtRTF] { return NodeTextCompressIfRequired(pane.TextRTF()); });
     });
 }
 
@@ -113,8 +113,8 @@ void NodeTextDiscard(Document &document)
         Entry *entry = document.textEntry ? document.textEntry->entry() : nullptr;
         if (!entry || !document.bTextWithheld())
             return;
-        document.tree.setStoredText(entry, QByteArray());
-        document.m_bDataChanged = true;
+        const History::Step step(document.history, stepName("clearing of the text of"_L1, *entry));
+        document.history.setStoredText(entry, QByteArray());
         NodeTextGet(document, entry);
         document.checkTexts();
         ports().commands->MenuEnableDynamic();

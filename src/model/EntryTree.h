@@ -120,7 +120,7 @@ public:
     Expansion expansionToLevel(const Entry *entry, int level) const;
     // What setExpandedAll() would.
     Expansion expansionOfAll(const Entry *entry, bool expanded) const;
-    // Opens and closes entries of this tree.
+    // Opens and closes entries of this tree, announced at once.
     void setExpansion(const Expansion &expansion);
     // Sets the sorted state of an entry; setting it sorts the children once, by label.
     void setSorted(Entry *entry, bool sorted);
@@ -222,9 +222,9 @@ class EntryRef
 public:
     EntryRef() = default;
 
-    EntryRef(EntryTree *tree, const Entry *entry) { set(tree, entry); }
+    EntryRef(const EntryTree *tree, const Entry *entry) { set(tree, entry); }
 
-    void set(EntryTree *tree, const Entry *entry)
+    void set(const EntryTree *tree, const Entry *entry)
     {
         m_tree = entry ? tree : nullptr;
         m_id = tree && entry ? entry->id() : EntryId::None;
@@ -237,9 +237,9 @@ public:
     Entry *entry() const { return m_tree ? m_tree->entry(m_id) : nullptr; }
 
     // Null unless the entry is in it.
-    EntryTree *tree() const { return entry() ? m_tree.data() : nullptr; }
+    const EntryTree *tree() const { return entry() ? m_tree.data() : nullptr; }
 
 private:
-    QPointer<EntryTree> m_tree;
+    QPointer<const EntryTree> m_tree;
     EntryId m_id = EntryId::None;
 };

@@ -58,12 +58,14 @@ void dropEntry(Document &document, Entry &target)
         relative = first;
         relationship = Relationship::tvwPrevious;
     }
-    document.m_bDataChanged = true;
+    document.history.touch();
     const modNodes::ActionScope action;
+    const History::Step step(document.history,
+                             stepName(QLatin1StringView(state.copy ? "insertion of a copy of" : "move of"), *dragged));
     if (state.copy) {
         dragged = modNodes::NodeDuplicate(document, *state.entry.tree(), dragged, relative, relationship);
     } else {
-        document.tree.move(dragged, relationship, relative);
+        document.history.move(dragged, relationship, relative);
     }
     modNodes::NodeSelect(document, dragged);
 }

@@ -13,7 +13,7 @@ template <typename Body>
 void changeActiveDocument(const char *name, Body &&body)
 {
     onActiveDocument(name, [&](Document &document) {
-        document.m_bDataChanged = true;
+        document.history.touch();
         body(document);
     });
 }

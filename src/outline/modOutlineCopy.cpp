@@ -53,11 +53,11 @@ void deleteAll(Document &document, const std::vector<Entry *> &entries)
     if (entries.empty())
         return;
     const modNodes::ActionScope action;
-    const BulkChange bulk(document.tree);
+    const HistoryBulk bulk(document.history);
     std::unordered_set<Entry *> parents;
     for (const Entry *entry : entries)
         parents.insert(entry->parent());
-    document.tree.removeAll(entries);
+    document.history.removeAll(entries);
     document.dismiss(NoticeKind::DocumentFull);
     // As NodeDelete does for each.
     for (Entry *parent : parents) {
@@ -66,7 +66,7 @@ void deleteAll(Document &document, const std::vector<Entry *> &entries)
         // A bulk change tells nobody of it.
         if (parent->expanded())
             document.m_iExpansionLevel = parent->isRoot() ? 1 : 0;
-        document.tree.setExpanded(parent, false);
+        document.history.setExpanded(parent, false);
     }
 }
 
@@ -118,6 +118,7 @@ void OutlineDelete()
             u"Do you really want to delete the entry '"_s + briefLabel(entry->label(), mostOfLabel) + u"'?"_s;
         if (ports().dialogs->ask(question) != Answer::Yes)
             return;
+        const History::Step step(document.history, stepName("deletion of"_L1, *entry));
         Entry *survivor = modNodes::survivorOf(*entry);
         modNodes::NodeDelete(document, entry);
         if (survivor)
@@ -145,19 +146,23 @@ void OutlinePasteTaggedEntries()
         if (tagged.empty())
             return;
         const modNodes::ActionScope action;
+        History::Step step(document.history, tagged.size() == 1 ? stepName("pasting of"_L1, *tagged.front())
+                                                                : u"pasting of %1 tagged entries"_s.arg(tagged.size()));
         // Also when the outline fills up before the last of them, so that the text pane shows the selected entry's
         // text.
         const auto showSelected =
             qScopeGuard([&document] { modNodes::NodeSelect(document, document.tree.selected()); });
-        const BulkChange bulk(document.tree);
+        const HistoryBulk bulk(document.history);
         // Each copy is the place of the next, so the copies stand in the order of their sources.
         for (const Entry *source : tagged) {
             const modNodes::PastePlace place = modNodes::placeForPaste(document, source);
             Entry *copy = modNodes::withRoom(document, [&] {
-                return document.tree.insertCopy(document.tree, source, place.relationship, place.relative);
+                return document.history.insertCopy(document.tree, source, place.relationship, place.relative);
             });
             modNodes::noteExpandedCopy(document, *copy);
-            document.tree.select(copy);
+            document.history.select(copy);
+            // What there was room for stays.
+            step.keep();
         }
     });
 }
@@ -170,9 +175,14 @@ void OutlineDeleteTaggedEntries()
                                                                 "including any children?"_s) == Answer::Yes;
         if (confirmed) {
             const std::vector<Entry *> tagged = gatherTagged(document.tree);
+            const History::Step step(document.history, tagged.size() == 1
+                                                           ? stepName("deletion of"_L1, *tagged.front())
+                                                           : u"deletion of %1 tagged entries"_s.arg(tagged.size()));
             if (liesWithin(selected, tagged))
                 selected = document.tree.root();
             deleteAll(document, tagged);
+            select(document, selected);
+            return;
         }
         select(document, selected);
     });

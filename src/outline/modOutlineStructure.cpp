@@ -10,12 +10,15 @@
 
 #include <vector>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
 void insertEntry(const char *name, Relationship relationship)
 {
     changeActiveDocument(name, [&](Document &document) {
+        const History::Step step(document.history, u"insertion of an entry"_s);
         Entry *entry = modNodes::NodeInsert(document, relationship, document.tree.selected());
         modNodes::NodeInitialise(document, entry);
     });
@@ -37,7 +40,8 @@ void moveEntry(const char *name, Rule &&rule)
         if (!target.relative)
             return;
         const modNodes::ActionScope action;
-        document.tree.move(entry, target.relationship, target.relative);
+        const History::Step step(document.history, stepName("move of"_L1, *entry));
+        document.history.move(entry, target.relationship, target.relative);
         modNodes::NodeSelect(document, entry);
     });
 }
@@ -94,16 +98,17 @@ void OutlineMoveDown()
         if (!entry || (!entry->next() && !beyond))
             return;
         const modNodes::ActionScope action;
+        const History::Step step(document.history, stepName("move of"_L1, *entry));
         if (Entry *next = entry->next()) {
-            document.tree.move(entry, Relationship::tvwNext, next);
+            document.history.move(entry, Relationship::tvwNext, next);
         } else if (beyond->childCount() > 0) {
             Entry *first = beyond->firstChild();
-            document.tree.move(entry, Relationship::tvwPrevious, first);
+            document.history.move(entry, Relationship::tvwPrevious, first);
             // The children make room and come back behind the entry, so they count as inserted after it.
             for (Entry *child = first; child; child = child->next())
-                document.tree.renewInsertion(child);
+                document.history.renewInsertion(child);
         } else {
-            document.tree.move(entry, Relationship::tvwChild, beyond);
+            document.history.move(entry, Relationship::tvwChild, beyond);
         }
         modNodes::NodeSelect(document, entry);
     });

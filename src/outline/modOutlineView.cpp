@@ -52,14 +52,14 @@ void OutlineExpand()
     changeActiveDocument("modOutline OutlineExpand", [](Document &document) {
         Entry *entry = requireSelected(document);
         if (entry->childCount() > 0)
-            document.tree.setExpanded(entry, true);
+            document.history.setExpanded(entry, true);
     });
 }
 
 void OutlineCollapse()
 {
     changeActiveDocument("modOutline OutlineCollapse",
-                         [](Document &document) { document.tree.setExpanded(requireSelected(document), false); });
+                         [](Document &document) { document.history.setExpanded(requireSelected(document), false); });
 }
 
 void OutlineExpandAll()
@@ -108,9 +108,10 @@ void OutlineSortCurrent()
         Entry *entry = document.tree.selected();
         if (!entry)
             return;
+        const History::Step step(document.history, stepName("sorting below"_L1, *entry));
         // Set and taken back at once: the children are sorted now, and later insertions stay where they are put.
-        document.tree.setSorted(entry, true);
-        document.tree.setSorted(entry, false);
+        document.history.setSorted(entry, true);
+        document.history.setSorted(entry, false);
     });
 }
 

@@ -4,6 +4,7 @@
 #include "platform/TreeView.h"
 
 #include "model/EntryTree.h"
+#include "model/History.h"
 #include "platform/LabelDelegate.h"
 
 #include <QFocusEvent>
@@ -68,11 +69,12 @@ TreeView::TreeView(QWidget *parent)
 
 TreeView::~TreeView() = default;
 
-void TreeView::setEntryTree(EntryTree *tree)
+void TreeView::setEntryTree(EntryTree *tree, History *history)
 {
     const MirrorGuard guard(*this);
     m_link = std::make_unique<QObject>();
     m_tree = tree;
+    m_history = history;
     // The order of the connections is the order of the calls: the view's own lie between ours.
     if (tree)
         connectBeforeView(*tree);
@@ -200,7 +202,10 @@ void TreeView::userChangedExpansion(const QModelIndex &index, bool expanded)
         collapse(index);
         return;
     }
-    m_tree->setExpanded(entry, expanded);
+    if (m_history)
+        m_history->setExpanded(entry, expanded);
+    else
+        m_tree->setExpanded(entry, expanded);
 }
 
 void TreeView::userMovedTo(Entry *entry)
@@ -394,7 +399,10 @@ void TreeView::keyPressEvent(QKeyEvent *event)
     Entry *entry = m_tree ? m_tree->selected() : nullptr;
     // One change instead of one for each descendant.
     if (event->key() == Qt::Key_Asterisk && entry) {
-        m_tree->setExpandedAll(entry, true);
+        if (m_history)
+            m_history->setExpandedAll(entry, true);
+        else
+            m_tree->setExpandedAll(entry, true);
         Q_EMIT entryExpanded(entry);
         return;
     }

@@ -15,6 +15,7 @@
 #include <utility>
 
 class EntryTree;
+class History;
 class LabelDelegate;
 
 // The outline pane: shows an entry tree, follows every change of it, and turns what the user does into changes of the
@@ -31,8 +32,9 @@ public:
     explicit TreeView(QWidget *parent = nullptr);
     ~TreeView() override;
 
-    // The tree must outlive the view or be destroyed as a whole; null shows nothing.
-    void setEntryTree(EntryTree *tree);
+    // The tree must outlive the view or be destroyed as a whole; null shows nothing. What the user opens and closes is
+    // done through the tree's history, if it has one.
+    void setEntryTree(EntryTree *tree, History *history = nullptr);
     EntryTree *entryTree() const;
 
     // The entry whose row contains a point of the viewport, or null, as for any point beyond the viewport. A row
@@ -113,6 +115,7 @@ private:
     friend class LabelDelegate;
 
     QPointer<EntryTree> m_tree;
+    QPointer<History> m_history;
     // Carries the connections to the tree.
     std::unique_ptr<QObject> m_link;
     LabelDelegate *m_delegate;

@@ -343,7 +343,7 @@ void SearchReplaceText()
         pane.setSelLength(static_cast<int>(replacement.size()));
         modNodes::NodeTextPutSelected();
         // The pane's own notice of the change is taken for a part of the search.
-        document->m_bDataChanged = true;
+        document->history.touch();
     });
 }
 
@@ -354,9 +354,9 @@ void SearchNodeSelect(Entry *entry)
         if (document && entry) {
             if (document->tree.selected() != entry) {
                 modNodes::nodCurrent().set(&document->tree, entry);
-                document->tree.select(entry);
+                document->history.select(entry);
             }
-            document->tree.expandAncestors(entry);
+            document->history.expandAncestors(entry);
             document->trvOutline.ScrollTo(entry);
             document->notice.clear();
             ports().commands->UpdateStatusBar(entry);

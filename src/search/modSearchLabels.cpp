@@ -15,6 +15,8 @@
 
 #include <algorithm>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -110,8 +112,8 @@ void replaceInLabel(Document &document, Entry *entry)
     const QString label = way.text();
     if (label == entry->label())
         return;
-    document.tree.setLabel(entry, label);
-    document.m_bDataChanged = true;
+    const History::Step step(document.history, stepName("replacement in the label of"_L1, *entry));
+    document.history.setLabel(entry, label);
 }
 
 namespace modSearch

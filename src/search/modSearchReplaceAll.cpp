@@ -18,6 +18,7 @@
 #include <algorithm>
 #include <optional>
 #include <set>
+#include <unordered_set>
 
 using namespace Qt::StringLiterals;
 
@@ -113,7 +114,7 @@ bool goThroughRest(TextPane &pane, int from, QString &text)
 void storePane(Document &document)
 {
     modNodes::NodeTextPutSelected();
-    document.m_bDataChanged = true;
+    document.history.touch();
 }
 
 void replaceAllInPane(Document &document)
@@ -160,8 +161,7 @@ StoredWay goThroughStored(Document &document, Entry *entry)
     if (way.replacements().empty())
         return {};
     changed.replace(way.replacements());
-    document.tree.setStoredText(entry, NodeTextCompressIfRequired(changed.toRtf()));
-    document.m_bDataChanged = true;
+    document.history.setStoredText(entry, NodeTextCompressIfRequired(changed.toRtf()));
     return {true, way.result().size() > longestText || !holdsMatch(way.result())};
 }
 
@@ -169,6 +169,8 @@ StoredWay goThroughStored(Document &document, Entry *entry)
 void replaceAllInTexts(Document &document)
 {
     const HiddenText hidden(document.txtRTF);
+    History::Step step(document.history, u"replacement in texts"_s);
+    std::unordered_set<int> replaced;
     const EntryCollection &entries = document.tree.collection();
     const int count = document.tree.entryCount();
     const int first = entries.indexOf(document.tree.selected());
@@ -178,17 +180,24 @@ void replaceAllInTexts(Document &document)
 
     TextPane &pane = document.txtRTF;
     QString text = pane.FindableText();
-    if (!document.bTextWithheld() && goThroughRest(pane, pane.SelLength() > 0 ? pane.SelStart() : 0, text))
+    if (!document.bTextWithheld() && goThroughRest(pane, pane.SelLength() > 0 ? pane.SelStart() : 0, text)) {
         storePane(document);
+        replaced.insert(first);
+    }
     isClean[at(first)] = document.bTextWithheld() || !holdsMatch(text);
     int last = first;
     for (int i = first % count + 1, others = 0; others < count - 1; i = i % count + 1) {
         const StoredWay way = isClean[at(i)] ? StoredWay() : goThroughStored(document, entries.at(i));
         isClean[at(i)] = way.isClean || ++ways[at(i)] == mostWays;
         others = way.isChanged ? 0 : others + 1;
-        if (way.isChanged)
+        if (way.isChanged) {
             last = i;
+            replaced.insert(i);
+        }
     }
+    if (!replaced.empty())
+        step.setName(replaced.size() == 1 ? stepName("replacement in the text of"_L1, *entries.at(*replaced.begin()))
+                                          : u"replacement in %1 texts"_s.arg(replaced.size()));
     if (last == first) {
         showSelectedText(document);
         return;
@@ -207,13 +216,14 @@ void replaceAllInLabels(Document &document)
         if (modSearch::SearchLabel(entries.at(i)->label(), labelComparison()))
             matching.insert(i);
     }
+    const History::Step step(document.history, u"replacement in %1 labels"_s.arg(matching.size()));
     Entry *const start = document.tree.selected();
     Entry *current = start;
     // The outline draws each new label on its own, which takes it longer the more rows it has.
     constexpr std::size_t mostAnnounced = 100;
-    std::optional<BulkChange> bulk;
+    std::optional<HistoryBulk> bulk;
     if (matching.size() > mostAnnounced)
-        bulk.emplace(document.tree);
+        bulk.emplace(document.history);
     for (;;) {
         replaceInLabel(document, current);
         const int index = entries.indexOf(current);

@@ -20,6 +20,8 @@
 #include <algorithm>
 #include <cmath>
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -127,8 +129,9 @@ void showAgain(Document &document)
 void changeTexts(Document &document)
 {
     const HiddenText hidden(document.txtRTF);
-    document.m_bDataChanged = true;
-    g_fntPendingTextFont.CopyTo(document.m_fntTextFont);
+    document.history.touch();
+    const History::Step step(document.history, u"change of the font of texts"_s);
+    document.history.setFonts(document.m_fntOutlineFont, g_fntPendingTextFont);
     // What the pane holds is stored with the font that it is shown in.
     document.tree.resolvePendingText();
     if (!document.tree.selected()) {

@@ -283,5 +283,5 @@ void OutlineDragger::openUnderPointer()
     // The dragged entry itself stays as it is: the pointer rests on it when it is to be indented.
     const bool another = hovered && hovered != dragState().entry.entry();
     if (another && hovered == m_hovered && hovered->childCount() > 0 && !hovered->expanded())
-        m_form.document().tree.setExpanded(hovered, true);
+        m_form.document().history.setExpanded(hovered, true);
 }

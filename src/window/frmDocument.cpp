@@ -69,7 +69,7 @@ frmDocument::frmDocument(Dispatcher &dispatcher, std::unique_ptr<Outline> read, 
     setObjectName(u"frmDocument"_s);
     setFocusProxy(treeView);
     outlineWidth = new OutlineWidth(*treeView, m_document->tree);
-    treeView->setEntryTree(&m_document->tree);
+    treeView->setEntryTree(&m_document->outline->tree, &m_document->history);
     m_dragger = new OutlineDragger(*this);
     treeView->installEventFilter(this);
     textBox->installEventFilter(this);
@@ -267,7 +267,7 @@ bool frmDocument::Form_QueryUnload()
     if (modFile::FileSave())
         return true;
     // The window stays with what was not saved, and closing it again must ask again.
-    m_document->m_bDataChanged = true;
+    m_document->history.touch();
     return false;
 }
 
@@ -376,7 +376,7 @@ void frmDocument::trvOutline_NodeClick(Entry *entry)
     procedure("frmDocument trvOutline_NodeClick", [&] {
         if (bBusy)
             return;
-        m_document->m_bDataChanged = true;
+        m_document->history.touch();
         modNodes::NodeSelect(*m_document, entry);
         autoFitSplit();
     });
@@ -387,7 +387,7 @@ void frmDocument::trvOutline_Expand()
     procedure("frmDocument trvOutline_Expand", [&] {
         if (bBusy || !DocumentActive())
             return;
-        m_document->m_bDataChanged = true;
+        m_document->history.touch();
         m_document->m_iExpansionLevel = 0;
         refreshAfterExpansion();
     });
@@ -398,7 +398,7 @@ void frmDocument::trvOutline_Collapse(Entry *entry)
     procedure("frmDocument trvOutline_Collapse", [&] {
         if (bBusy || !DocumentActive())
             return;
-        m_document->m_bDataChanged = true;
+        m_document->history.touch();
         if (modNodes::nodCurrent().entry() != entry)
             modNodes::NodeSelect(*m_document, entry);
         m_document->m_iExpansionLevel = entry->isRoot() ? 1 : 0;
@@ -411,10 +411,10 @@ void frmDocument::txtRTF_Change()
     procedure("frmDocument txtRTF_Change", [this] {
         if (bBusy || g_iSearchMode != 0) {
             // What is shown now may be no entry's text.
-            m_document->tree.setShownEntry(nullptr);
+            m_document->outline->tree.setShownEntry(nullptr);
             return;
         }
-        m_document->m_bDataChanged = true;
+        m_document->history.touch();
         modNodes::NodeTextPut(*m_document, m_document->tree.selected());
     });
 }

@@ -133,7 +133,7 @@ void tst_CommandsInMain::everyRowAgreesWithTheTable()
     m_main->choose(inText ? "mnuViewGoToText" : "mnuViewGoToOutline");
     if (tagged) {
         modOutline::OutlineCopy();
-        document.tree.setTagged(entry, true);
+        document.outline->tree.setTagged(entry, true);
     }
     if (readOnly) {
         const QString file = m_main->app.makeFile(u"a.txt"_s, "text");
@@ -240,8 +240,8 @@ void tst_CommandsInMain::everyShortcutOfACaptionRunsWhatItsItemRuns()
         modNodes::NodeInsert(document, Relationship::tvwChild, middle);
         int number = 0;
         for (Entry *entry = document.tree.root(); entry; entry = nextInOutline(entry, document.tree.root()))
-            document.tree.setLabel(entry, u"Entry %1"_s.arg(++number));
-        document.tree.setExpanded(middle, item == u"mnuOutlineCollapse");
+            document.outline->tree.setLabel(entry, u"Entry %1"_s.arg(++number));
+        document.outline->tree.setExpanded(middle, item == u"mnuOutlineCollapse");
         modNodes::NodeSelectFull(document, item == u"mnuOutlineUnindent" ? middle->firstChild() : middle);
         modOutline::OutlineCopy();
         document.txtRTF.setSelText(u"some words here"_s);
@@ -262,7 +262,7 @@ void tst_CommandsInMain::everyShortcutOfACaptionRunsWhatItsItemRuns()
         if (item != u"mnuOutlineCopy" && item != u"mnuEditCopy")
             QVERIFY2(after != before, qPrintable(after));
         pictures.append(after);
-        document.m_bDataChanged = false;
+        document.history.markSaved();
     }
     QCOMPARE(pictures[1], pictures[0]);
 }

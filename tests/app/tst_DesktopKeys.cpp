@@ -179,7 +179,7 @@ void tst_DesktopKeys::aKeyEndsALabelEditFirst()
     press(Qt::Key_S, Qt::ControlModifier);
     QVERIFY(!qobject_cast<QLineEdit *>(QApplication::focusWidget()));
     QCOMPARE(document.tree.root()->label(), u"typed"_s);
-    QVERIFY(!document.m_bDataChanged);
+    QVERIFY(!document.m_bDataChanged());
 }
 
 void tst_DesktopKeys::aFormatKeyLeavesALabelBeingTypedAlone()

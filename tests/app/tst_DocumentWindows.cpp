@@ -252,13 +252,13 @@ void tst_DocumentWindows::aDocumentOpensWithItsSelectedEntryInSight()
     QFETCH(const bool, beforeTheMainWindow);
     modDoc::DocNew();
     Document &made = *DocumentActive();
-    made.tree.insert(Relationship::tvwChild, nullptr);
+    made.outline->tree.insert(Relationship::tvwChild, nullptr);
     for (int number = 0; number < 60; ++number)
-        made.tree.select(made.tree.insert(Relationship::tvwChild, made.tree.root()));
-    made.tree.setExpanded(made.tree.root(), true);
+        made.outline->tree.select(made.outline->tree.insert(Relationship::tvwChild, made.tree.root()));
+    made.outline->tree.setExpanded(made.tree.root(), true);
     const QString file = m_main->app.folder.filePath(u"long.qly"_s);
     QVERIFY(modDoc::DocSave(file) == SaveOutcome::Saved);
-    made.m_bDataChanged = false;
+    made.history.markSaved();
     QVERIFY(made.window.close());
     if (beforeTheMainWindow)
         m_main->main.hide();
@@ -294,7 +294,7 @@ void tst_DocumentWindows::movingAWindowByKeyboardKeepsItsKeys()
 void tst_DocumentWindows::theCloseButtonAsksAboutChanges()
 {
     openDocuments(1);
-    m_main->main.windows().activeDocument()->m_bDataChanged = true;
+    m_main->main.windows().activeDocument()->history.touch();
     m_main->app.core.dialogs.answers = {Answer::Cancel, Answer::No};
     QVERIFY(!frames()[0]->close());
     QCOMPARE(m_main->main.windows().documents().size(), 1U);

@@ -70,9 +70,9 @@ void tst_EmptyArea::itShowsWhileThereIsNoDocument()
     QVERIFY(area()->isVisible());
     m_main->choose("mnuFileNew");
     QVERIFY(!area()->isVisible());
-    DocumentActive()->m_bDataChanged = false;
+    DocumentActive()->history.markSaved();
     m_main->choose("mnuFileNew");
-    DocumentActive()->m_bDataChanged = false;
+    DocumentActive()->history.markSaved();
     m_main->choose("mnuFileClose");
     QVERIFY(!area()->isVisible());
     m_main->choose("mnuFileClose");
@@ -178,7 +178,7 @@ void tst_EmptyArea::theTourIsADocumentWithoutAFile()
     const Document &document = *DocumentActive();
     QVERIFY(document.m_sFile.isEmpty());
     QVERIFY(!document.bReadOnly());
-    QVERIFY(!document.m_bDataChanged);
+    QVERIFY(!document.m_bDataChanged());
     QVERIFY(m_main->enabled("mnuFileSave"));
     QCOMPARE(document.window.caption(), u"A tour of outlining"_s);
     // What is only looked at takes no recent file's place.
@@ -192,7 +192,7 @@ void tst_EmptyArea::theTourIsADocumentWithoutAFile()
         QTest::keyClicks(form.textBox, u"written "_s);
         QVERIFY(document.txtRTF.Text().startsWith(u"written "_s));
     }
-    QVERIFY(document.m_bDataChanged);
+    QVERIFY(document.m_bDataChanged());
     DocumentActive()->giveUpChanges();
     QVERIFY(QFile::remove(sample));
 }
@@ -211,7 +211,7 @@ void tst_EmptyArea::whatIsTypedIntoATextFileIsSavedWithoutAQuestion()
         form.textBox->setFocus();
         QTest::keyClicks(form.textBox, u"typed"_s);
         m_main->choose("mnuFileSave");
-        QVERIFY(!document->m_bDataChanged);
+        QVERIFY(!document->m_bDataChanged());
     }
     QCOMPARE(m_main->app.core.dialogs.questions, QStringList());
 }
@@ -223,7 +223,7 @@ void tst_EmptyArea::theFirstDocumentFillsTheAreaWhenTheLastOneDid()
     m_main->choose("mnuFileNew");
     QVERIFY(subWindow()->isMaximized());
     QVERIFY(m_main->main.states().documentsMaximised);
-    DocumentActive()->m_bDataChanged = false;
+    DocumentActive()->history.markSaved();
     m_main->choose("mnuFileClose");
     QVERIFY(m_main->main.states().documentsMaximised);
     m_main->choose("mnuFileNew");

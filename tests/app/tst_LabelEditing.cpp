@@ -77,7 +77,7 @@ Document &tst_LabelEditing::plant(const QStringList &outline)
 {
     modDoc::DocNew();
     Document &document = *DocumentActive();
-    plantOutline(document.tree, outline);
+    plantOutline(document.outline->tree, outline);
     modNodes::NodeSelect(document, document.tree.selected());
     document.m_sFile = m_main->app.folder.filePath(u"planted.qly"_s);
     modDoc::DocSave(document.m_sFile);
@@ -217,7 +217,7 @@ void tst_LabelEditing::savingByMenuKeysKeepsTheKeyboardInTheOutline()
     press(Qt::Key_S);
     QCOMPARE(document.m_sFile, file);
     QCOMPARE(document.tree.root()->label(), u"My root"_s);
-    QVERIFY(!document.m_bDataChanged);
+    QVERIFY(!document.m_bDataChanged());
     expectOutline();
     press(Qt::Key_I, Qt::AltModifier);
     type(u"Child"_s);

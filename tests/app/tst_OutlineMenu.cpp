@@ -70,9 +70,9 @@ Document &tst_OutlineMenu::plant(const QStringList &outline)
 {
     modDoc::DocNew();
     Document &document = *DocumentActive();
-    plantOutline(document.tree, outline);
+    plantOutline(document.outline->tree, outline);
     modNodes::NodeSelect(document, document.tree.selected());
-    document.m_bDataChanged = false;
+    document.history.markSaved();
     view().setFocus();
     return document;
 }
@@ -172,7 +172,7 @@ void tst_OutlineMenu::menuToolbarAndKeyDoTheSame()
         return result;
     };
     const QStringList byMenu = outcome([&] { m_main->choose(item.item); });
-    QVERIFY(DocumentActive()->m_bDataChanged || QLatin1StringView(item.item) == "mnuOutlineCopy"_L1);
+    QVERIFY(DocumentActive()->m_bDataChanged() || QLatin1StringView(item.item) == "mnuOutlineCopy"_L1);
     if (*item.button) {
         const QStringList byButton = outcome([&] { button(item.button).click(); });
         QCOMPARE(byButton, byMenu);
@@ -206,14 +206,14 @@ void tst_OutlineMenu::aReadOnlyDocumentIsNotChanged()
     if (item.onReadOnly)
         return;
     const QStringList before = dumpOutline(document.tree);
-    document.m_bDataChanged = false;
+    document.history.markSaved();
     if (item.key != noKey)
         QTest::keyClick(&view(), item.key.key(), item.key.keyboardModifiers());
     // Buttons are not greyed, and some that change an outline are shown in one that cannot be changed.
     if (*item.button)
         button(item.button).click();
     QCOMPARE(dumpOutline(document.tree), before);
-    QVERIFY(!document.m_bDataChanged);
+    QVERIFY(!document.m_bDataChanged());
     QVERIFY(!editor());
 }
 
@@ -267,7 +267,7 @@ void tst_OutlineMenu::renamingTakesAnyLabel()
     QTest::keyClick(editor(), Qt::Key_Return);
     QTRY_VERIFY(!editor());
     QCOMPARE(document.tree.selected()->label(), expected);
-    QVERIFY(document.m_bDataChanged);
+    QVERIFY(document.m_bDataChanged());
     QVERIFY(view().hasFocus());
 }
 

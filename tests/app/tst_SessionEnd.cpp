@@ -75,7 +75,7 @@ private:
     {
         modDoc::DocLoad(m_main->app.makeFile(name, "label"));
         Document &document = *DocumentActive();
-        document.m_bDataChanged = true;
+        document.history.touch();
         return document;
     }
 
@@ -116,8 +116,8 @@ void tst_SessionEnd::aLogOutAsksAboutEachChangedDocumentAndSavesIt()
     QCOMPARE(logOut.steps, QStringList({u"asks to speak"_s, u"has spoken"_s}));
     QCOMPARE(questions(), QStringList({u"Do you want to save the file "_s + first.m_sFile + u"?"_s,
                                        u"Do you want to save the file "_s + third.m_sFile + u"?"_s}));
-    QVERIFY(!first.m_bDataChanged);
-    QVERIFY(third.m_bDataChanged);
+    QVERIFY(!first.m_bDataChanged());
+    QVERIFY(third.m_bDataChanged());
     QCOMPARE(m_main->main.windows().documents().size(), 3U);
 }
 
@@ -128,7 +128,7 @@ void tst_SessionEnd::aCancelKeepsTheDesktopSession()
     FakeLogOut logOut;
     m_end->commitData(logOut);
     QCOMPARE(logOut.steps, QStringList({u"asks to speak"_s, u"refuses"_s}));
-    QVERIFY(document.m_bDataChanged);
+    QVERIFY(document.m_bDataChanged());
     QVERIFY(m_main->main.isVisible());
 }
 
@@ -140,7 +140,7 @@ void tst_SessionEnd::aFailedSaveKeepsTheDesktopSession()
     FakeLogOut logOut;
     m_end->commitData(logOut);
     QCOMPARE(logOut.steps.last(), u"refuses"_s);
-    QVERIFY(document.m_bDataChanged);
+    QVERIFY(document.m_bDataChanged());
 }
 
 void tst_SessionEnd::whereNobodyMayBeAskedUnsavedChangesRefuseTheLogOut()
@@ -151,7 +151,7 @@ void tst_SessionEnd::whereNobodyMayBeAskedUnsavedChangesRefuseTheLogOut()
     m_end->commitData(logOut);
     QCOMPARE(questions(), QStringList());
     QCOMPARE(logOut.steps.last(), u"refuses"_s);
-    QVERIFY(document.m_bDataChanged);
+    QVERIFY(document.m_bDataChanged());
 }
 
 void tst_SessionEnd::aFileThatTurnedReadOnlyIsAskedAboutToo()

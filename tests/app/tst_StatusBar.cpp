@@ -175,7 +175,8 @@ void tst_StatusBar::insFollowsTheActiveDocument()
     const RichTextBox &second = newText();
     QVERIFY(!second.overwriteMode());
     QVERIFY(!panel("Ins")->isChecked());
-    DocumentActive()->m_bDataChanged = firstDocument->m_bDataChanged = false;
+    DocumentActive()->history.markSaved();
+    firstDocument->history.markSaved();
     firstDocument->window.activate();
     QVERIFY(panel("Ins")->isChecked());
     m_main->choose("mnuFileClose");

@@ -80,7 +80,7 @@ void tst_ToolbarInMain::withNoDocumentOnlyNewAndOpenAreShown()
 {
     startMain();
     QCOMPARE(shownIn(m_main->main), QStringList({u"New File"_s, u"Open File"_s}));
-    makeDocument().m_bDataChanged = false;
+    makeDocument().history.markSaved();
     QVERIFY(shownIn(m_main->main).size() > 10);
     m_main->choose("mnuFileClose");
     QCOMPARE(shownIn(m_main->main), QStringList({u"New File"_s, u"Open File"_s}));

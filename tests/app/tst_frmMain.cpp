@@ -217,7 +217,7 @@ void tst_frmMain::aClosedDocumentIsNoLongerListedAndAnotherOneIsActive()
     m_main->start();
     Document &first = newDocument();
     Document &second = newDocument();
-    second.m_bDataChanged = false;
+    second.history.markSaved();
     m_main->choose("mnuFileClose");
     QVERIFY(m_main->main.windows().documents() == std::vector{&first});
     QCOMPARE(DocumentActive(), &first);
@@ -233,7 +233,7 @@ void tst_frmMain::pastingEndsWithTheDocumentOfTheCopiedEntry()
     Document &source = newDocument();
     m_main->choose("mnuOutlineCopy");
     QVERIFY(m_main->enabled("mnuOutlinePaste"));
-    source.m_bDataChanged = false;
+    source.history.markSaved();
     m_main->choose("mnuFileClose");
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QVERIFY(!m_main->enabled("mnuOutlinePaste"));
@@ -260,7 +260,7 @@ void tst_frmMain::everyRefreshOfTheCommandsTellsTheWholeState()
     if (situation == u"text"_s)
         m_main->choose("mnuViewGoToText");
     if (situation == u"nothing selected"_s)
-        DocumentActive()->tree.select(nullptr);
+        DocumentActive()->outline->tree.select(nullptr);
     const auto state = [this] {
         QStringList found;
         for (const CommandRow &row : commandTable) {
@@ -303,7 +303,7 @@ void tst_frmMain::aFileThatTurnsReadOnlyIsSeenWhenTheKeyboardComesAndNotAtEachSt
 void tst_frmMain::closingTheLastDocumentGreysItsCommands()
 {
     m_main->start();
-    newDocument().m_bDataChanged = false;
+    newDocument().history.markSaved();
     QVERIFY(!statusText()->text().isEmpty());
     m_main->choose("mnuFileClose");
     QCOMPARE(DocumentActive(), nullptr);
@@ -367,7 +367,7 @@ void tst_frmMain::aCancelInAnyDocumentsQuestionKeepsEveryWindowOpen()
     QVERIFY(!m_main->main.close());
     QCOMPARE(questions().size(), 3);
     QVERIFY(m_main->main.windows().documents() == (std::vector{&first, &second}));
-    QVERIFY(first.m_bDataChanged && second.m_bDataChanged);
+    QVERIFY(first.m_bDataChanged() && second.m_bDataChanged());
     QCOMPARE(iDocumentCount, qint16(2));
     QVERIFY(m_main->app.settings.values.empty());
     QCOMPARE(m_main->app.logLines().size(), 1);
@@ -392,7 +392,7 @@ void tst_frmMain::aFailedSaveAtExitKeepsTheProgramRunning()
     answers() = {Answer::Yes, Answer::Yes};
     m_main->app.core.dialogs.saveNames = {u"/dev/null/nowhere/a.qly"_s};
     QVERIFY(!m_main->main.close());
-    QVERIFY(document.m_bDataChanged);
+    QVERIFY(document.m_bDataChanged());
     QCOMPARE(m_main->main.windows().documents().size(), 1U);
     QVERIFY(m_main->app.settings.values.empty());
     // The failure is on record and the user can see it.
@@ -472,8 +472,8 @@ void tst_frmMain::saveAllSavesEachDocumentToItsOwnFile()
     m_main->main.MDIForm_Load();
     for (Document *document : m_main->main.windows().documents()) {
         const QByteArray text = QFileInfo(document->m_sFile).baseName().toLatin1();
-        document->tree.setStoredText(document->tree.root(), text);
-        document->m_bDataChanged = true;
+        document->outline->tree.setStoredText(document->tree.root(), text);
+        document->history.touch();
     }
     m_main->choose("mnuFileSaveAll");
     for (const QString &path : files) {
@@ -487,7 +487,7 @@ void tst_frmMain::theStatusBarShowsTheSelectedEntry()
 {
     m_main->start();
     Document &document = newDocument();
-    document.tree.setLabel(document.tree.root(), u"Ideas"_s);
+    document.outline->tree.setLabel(document.tree.root(), u"Ideas"_s);
     modNodes::NodeSelectFull(document, document.tree.root());
     QCOMPARE(statusText()->text(), u"Ideas"_s);
     m_main->main.surface().UpdateStatusBar(nullptr);

@@ -87,7 +87,7 @@ void tst_modHelp::makeHelp()
     Document *document = DocumentActive();
     modNodes::NodeInsert(*document, Relationship::tvwChild, nullptr);
     QVERIFY(modDoc::DocSave(m_help) == SaveOutcome::Saved);
-    document->m_bDataChanged = false;
+    document->history.markSaved();
     QVERIFY(document->window.close());
     QVERIFY(QFile::setPermissions(m_help, QFileDevice::ReadOwner));
 }

@@ -267,7 +267,7 @@ void tst_CommandState::moveDownNeedsAFollowingSiblingSomewhereBelowTheRoot()
 {
     const FakePorts fakes;
     Document &document = ports().windows->createDocument();
-    EntryTree &tree = document.tree;
+    EntryTree &tree = document.outline->tree;
     Entry *root = tree.insert(Relationship::tvwFirst, nullptr);
     Entry *first = tree.insert(Relationship::tvwChild, root);
     Entry *grandchild = tree.insert(Relationship::tvwChild, first);
@@ -308,7 +308,7 @@ void tst_CommandState::theStateDescribesTheSelectedEntry()
 {
     const FakePorts fakes;
     Document &document = ports().windows->createDocument();
-    EntryTree &tree = document.tree;
+    EntryTree &tree = document.outline->tree;
     Entry *root = tree.insert(Relationship::tvwFirst, nullptr);
     Entry *first = tree.insert(Relationship::tvwChild, root);
     Entry *second = tree.insert(Relationship::tvwNext, first);
@@ -355,7 +355,7 @@ void tst_CommandState::withoutASelectedEntryOnlyTheDocumentsCount()
 void tst_CommandState::aCopiedEntryCanBePastedAsLongAsItExists()
 {
     const FakePorts fakes;
-    EntryTree &tree = ports().windows->createDocument().tree;
+    EntryTree &tree = ports().windows->createDocument().outline->tree;
     Entry *root = tree.insert(Relationship::tvwFirst, nullptr);
     Entry *child = tree.insert(Relationship::tvwChild, root);
     tree.select(root);
@@ -379,7 +379,7 @@ void tst_CommandState::saveAllNeedsAnyDocumentThatMayBeWritten()
     Document &writable = fakes.windows.createDocument();
     Document &readOnly = fakes.windows.createDocument();
     readOnly.m_sFile = path;
-    readOnly.tree.select(readOnly.tree.insert(Relationship::tvwFirst, nullptr));
+    readOnly.outline->tree.select(readOnly.outline->tree.insert(Relationship::tvwFirst, nullptr));
     QVERIFY(readOnly.bReadOnly());
     CommandState state = currentCommandState();
     QVERIFY(state.AnyWritable && !state.ActiveWritable);
@@ -394,7 +394,7 @@ void tst_CommandState::aFileThatTurnsReadOnlyLeavesItsDocumentSavable()
     const QTemporaryDir folder;
     FakePorts fakes;
     Document &document = fakes.windows.createDocument();
-    document.tree.select(document.tree.insert(Relationship::tvwFirst, nullptr));
+    document.outline->tree.select(document.outline->tree.insert(Relationship::tvwFirst, nullptr));
     const QString path = folder.filePath(u"notes.qly"_s);
     QCOMPARE(modDoc::DocSave(path), SaveOutcome::Saved);
     QVERIFY(QFile::setPermissions(path, QFile::ReadOwner));

@@ -156,10 +156,10 @@ void tst_OtherFiles::anOutlineUnderAnotherNameIsSavedUnderItsOwn()
     QVERIFY(modDoc::DocLoad(path(name)));
     QCOMPARE(active().tree.entryCount(), entries);
     QCOMPARE(active().m_sFile, path(name));
-    active().m_bDataChanged = true;
+    active().history.touch();
     m_fixture->fake.dialogs.saveNames = {std::nullopt};
     QVERIFY(!modFile::FileSave());
-    QVERIFY(active().m_bDataChanged);
+    QVERIFY(active().m_bDataChanged());
     QCOMPARE(m_folder->read(name), content);
     m_fixture->fake.dialogs.saveNames = {path(u"notes.qly"_s)};
     QVERIFY(modFile::FileSave());
@@ -202,14 +202,14 @@ void tst_OtherFiles::formattingIsAskedAboutBeforeItGoes()
     QFETCH(const bool, asks);
     m_folder->write(u"notes.txt"_s, "as it was");
     QVERIFY(modDoc::DocLoad(path(u"notes.txt"_s)));
-    active().m_fntTextFont.setName(u"Arial"_s);
-    active().m_fntTextFont.setSize(10 * clsFont::point);
-    active().tree.setStoredText(active().tree.root(), NodeTextCompressIfRequired(text));
-    active().m_bDataChanged = true;
+    active().outline->textFont.setName(u"Arial"_s);
+    active().outline->textFont.setSize(10 * clsFont::point);
+    active().outline->tree.setStoredText(active().tree.root(), NodeTextCompressIfRequired(text));
+    active().history.touch();
     if (asks) {
         m_fixture->fake.dialogs.answers = {Answer::No};
         QVERIFY(!modFile::FileSave());
-        QVERIFY(active().m_bDataChanged);
+        QVERIFY(active().m_bDataChanged());
         QCOMPARE(m_folder->names(), QStringList(u"notes.txt"_s));
         QCOMPARE(m_folder->read(u"notes.txt"_s), QByteArray("as it was"));
         m_fixture->fake.dialogs.answers = {Answer::Yes};

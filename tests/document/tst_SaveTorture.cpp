@@ -176,9 +176,9 @@ void tst_SaveTorture::begin(int target, int backup)
         m_folder->write(m_real.chopped(4) + u".bak"_s, olderContent);
     g_options.Backup = backup != NoBackupWanted;
     Document &document = m_fake->windows.createDocument();
-    plantNewContent(document.tree);
+    plantNewContent(document.outline->tree);
     document.m_sFile = target == Another ? (*m_folder)(u"own.qly"_s) : target == New ? QString() : (*m_folder)(m_name);
-    document.m_bDataChanged = true;
+    document.history.touch();
     if (target == TwoNames)
         QCOMPARE(link(qPrintable((*m_folder)(m_real)), qPrintable((*m_folder)(u"twin.qly"_s))), 0);
     if (target == FullFolder) {
@@ -270,7 +270,7 @@ void tst_SaveTorture::everyCallFails()
                 continue;
             ++failed;
             QVERIFY2(!document.hasNotice(NoticeKind::FileDamaged), qPrintable(what + u"the file was not put back"_s));
-            QVERIFY2(document.m_bDataChanged, qPrintable(what + u"the document counts as unchanged"_s));
+            QVERIFY2(document.m_bDataChanged(), qPrintable(what + u"the document counts as unchanged"_s));
             QVERIFY2(document.m_sFile == sFileBefore, qPrintable(what + u"the document has another name"_s));
             QVERIFY2(!document.notices().empty() && document.notices().front().kind == NoticeKind::NotSaved,
                      qPrintable(what + u"nothing tells of the failure"_s));

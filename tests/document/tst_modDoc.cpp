@@ -80,9 +80,9 @@ private:
     Document &plant(int entries)
     {
         Document &document = m_fake->windows.createDocument();
-        plantOutline(document.tree, {u"Root"_s});
+        plantOutline(document.outline->tree, {u"Root"_s});
         for (int i = 1; i < entries; ++i)
-            document.tree.insert(Relationship::tvwChild, document.tree.root());
+            document.outline->tree.insert(Relationship::tvwChild, document.tree.root());
         return document;
     }
 
@@ -161,7 +161,7 @@ void tst_modDoc::aNewDocument()
     const FakeDocument &fake = *m_fake->windows.active;
     QVERIFY(!fake.document.tree.root());
     QVERIFY(fake.document.m_sFile.isEmpty());
-    QVERIFY(fake.document.m_bDataChanged);
+    QVERIFY(fake.document.m_bDataChanged());
     QVERIFY(!fake.document.bReadOnly());
     QCOMPARE(fake.document.m_iFileFormatVersion, 1);
     QVERIFY(fake.document.m_fntOutlineFont == g_fntDefaultOutlineFont);
@@ -271,7 +271,7 @@ void tst_modDoc::aLoadedDocument()
     const FakeDocument &fake = *m_fake->windows.active;
     QCOMPARE(fake.document.m_sFile, sFile);
     QCOMPARE(fake.window.text, sFile);
-    QVERIFY(!fake.document.m_bDataChanged);
+    QVERIFY(!fake.document.m_bDataChanged());
     QVERIFY(!fake.text.locked);
     QCOMPARE(fake.window.timesSplitFitted, 1);
     QCOMPARE(m_fake->recentFiles.updates.size(), size_t(1));
@@ -517,7 +517,7 @@ void tst_modDoc::aSavedDocument()
     document.tell({NoticeKind::NotSaved, document.notice});
     const QString sFile = (*m_folder)(u"a.qly"_s);
     bool busy = false;
-    document.tree.setPendingText(document.tree.root(), [&]() -> QByteArray {
+    document.outline->tree.setPendingText(document.tree.root(), [&]() -> QByteArray {
         busy = bBusy && m_fake->pointer.hourglass;
         return "typed";
     });
@@ -542,7 +542,7 @@ void tst_modDoc::theBackupHoldsTheOldContent()
     QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Saved);
     QCOMPARE(m_folder->read(u"a.bak"_s), QByteArray("first"));
     const QByteArray second = m_folder->read(u"a.qly"_s);
-    document.tree.setLabel(document.tree.root(), u"Third"_s);
+    document.outline->tree.setLabel(document.tree.root(), u"Third"_s);
     QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Saved);
     QCOMPARE(m_folder->read(u"a.bak"_s), second);
     QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(*document.outline));
@@ -725,9 +725,9 @@ void tst_modDoc::aFailedSaveChangesNothing()
     Document &document = plant(2);
     document.m_sFile = sFile;
     document.window.setCaption(sFile);
-    document.m_bDataChanged = false;
+    document.history.markSaved();
     // Made while the file is being written.
-    document.tree.setPendingText(document.tree.root()->child(0), [kind]() -> QByteArray {
+    document.outline->tree.setPendingText(document.tree.root()->child(0), [kind]() -> QByteArray {
         if (kind == 2)
             throw RunTimeError(ErrorNumber::InvalidCall);
         if (kind == 3)
@@ -752,7 +752,7 @@ void tst_modDoc::aFailedSaveChangesNothing()
     QCOMPARE(m_folder->read(u"a.bak"_s), QByteArray("older"));
     QCOMPARE(m_folder->names(), QStringList({u"a.bak"_s, u"a.qly"_s}));
     QCOMPARE(document.m_sFile, sFile);
-    QVERIFY2(document.m_bDataChanged, "what is not saved still counts as changed");
+    QVERIFY2(document.m_bDataChanged(), "what is not saved still counts as changed");
     QVERIFY(m_fake->commands.statusText.contains(sFile));
     QCOMPARE(document.notice, m_fake->commands.statusText);
     QVERIFY(document.hasNotice(NoticeKind::NotSaved));
@@ -789,7 +789,7 @@ void tst_modDoc::aFullDiskAtAnyByteLosesNothing()
         QCOMPARE(m_folder->read(u"a.bak"_s), QByteArray("older"));
         QCOMPARE(m_folder->names().size(), 2);
     }
-    QVERIFY(document.m_bDataChanged);
+    QVERIFY(document.m_bDataChanged());
     QCOMPARE(modDoc::DocSave((*m_folder)(u"a.qly"_s)), SaveOutcome::Saved);
     QCOMPARE(m_folder->read(u"a.qly"_s), content);
     QCOMPARE(m_folder->read(u"a.bak"_s), QByteArray("old"));

@@ -46,7 +46,7 @@ void tst_modDocClipboard::cleanup()
 void tst_modDocClipboard::exportPutsTheLayoutOnTheClipboard()
 {
     Document &document = m_fixture->plant({u"Notes"_s, u" \u03B1 First"_s}).document;
-    document.tree.setStoredText(document.tree.root(), "Top\r\n\r\n");
+    document.outline->tree.setStoredText(document.tree.root(), "Top\r\n\r\n");
     modDocClipboard::DocExport();
     QCOMPARE(m_fixture->fake.clipboard.held, u"0 Notes\r\nTop\r\n\r\n0.1 \u03B1 First\r\n\r\n"_s);
 }
@@ -92,7 +92,7 @@ void tst_modDocClipboard::importByTheMenuOpensAWindow()
     QCOMPARE(fake.window.text, u"Document 1"_s);
     QCOMPARE(dumpOutline(fake.document.tree), QStringList(u"Text <"_s));
     QCOMPARE(fake.outline.labelEdit, LabelEditMode::tvwAutomatic);
-    QVERIFY(fake.document.m_bDataChanged);
+    QVERIFY(fake.document.m_bDataChanged());
 }
 
 void tst_modDocClipboard::exportAndImport()

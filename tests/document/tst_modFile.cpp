@@ -66,9 +66,9 @@ private:
     FakeDocument &openDocument(const QString &sFile = QString())
     {
         Document &document = m_fake->windows.createDocument();
-        plantOutline(document.tree, {u"Root"_s});
+        plantOutline(document.outline->tree, {u"Root"_s});
         document.m_sFile = sFile;
-        document.m_bDataChanged = true;
+        document.history.touch();
         return m_fake->windows.fakeOf(document);
     }
 
@@ -121,7 +121,7 @@ void tst_modFile::newGivesOneEntryInLabelEditing()
     const FakeDocument &fake = *m_fake->windows.active;
     QCOMPARE(dumpOutline(fake.document.tree), QStringList(u"New Entry <"_s));
     QVERIFY(fake.outline.editingLabel);
-    QVERIFY(fake.document.m_bDataChanged);
+    QVERIFY(fake.document.m_bDataChanged());
     QVERIFY(fake.document.m_sFile.isEmpty());
     QCOMPARE(fake.window.text, u"Document 1"_s);
     modFile::FileNew();
@@ -219,7 +219,7 @@ void tst_modFile::saveWritesToTheDocumentsFile()
     const FakeDocument &fake = openDocument(path(u"a.qly"_s));
     QVERIFY(modFile::FileSave());
     QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(*fake.document.outline));
-    QVERIFY(!fake.document.m_bDataChanged);
+    QVERIFY(!fake.document.m_bDataChanged());
     QVERIFY(m_fake->dialogs.saveRequests.empty());
 }
 
@@ -230,7 +230,7 @@ void tst_modFile::saveOnANewDocumentAsksForAName()
     QVERIFY(modFile::FileSave());
     QCOMPARE(m_folder->read(u"new.qly"_s), nativeBytes(*fake.document.outline));
     QCOMPARE(fake.document.m_sFile, path(u"new.qly"_s));
-    QVERIFY(!fake.document.m_bDataChanged);
+    QVERIFY(!fake.document.m_bDataChanged());
     QCOMPARE(m_fake->dialogs.saveRequests[0].initialName, QString());
 }
 
@@ -239,7 +239,7 @@ void tst_modFile::saveCancelledKeepsANewDocumentChanged()
     const FakeDocument &fake = openDocument();
     m_fake->dialogs.saveNames = {std::nullopt};
     QVERIFY(!modFile::FileSave());
-    QVERIFY(fake.document.m_bDataChanged);
+    QVERIFY(fake.document.m_bDataChanged());
     QVERIFY(fake.document.m_sFile.isEmpty());
     QCOMPARE(m_errors->count(), 0);
 }
@@ -247,10 +247,10 @@ void tst_modFile::saveCancelledKeepsANewDocumentChanged()
 void tst_modFile::saveRefusedMarksTheDocumentUnchanged()
 {
     FakeDocument &fake = openDocument(path(u"a.txt"_s));
-    fake.document.tree.insert(Relationship::tvwChild, fake.document.tree.root());
+    fake.document.outline->tree.insert(Relationship::tvwChild, fake.document.tree.root());
     m_fake->dialogs.answers = {Answer::No};
     QVERIFY(!modFile::FileSave());
-    QVERIFY2(!fake.document.m_bDataChanged, "the flag is cleared before the question, by design");
+    QVERIFY2(!fake.document.m_bDataChanged(), "the flag is cleared before the question, by design");
     QVERIFY(m_folder->names().isEmpty());
 }
 
@@ -258,7 +258,7 @@ void tst_modFile::saveThatFailsKeepsTheDocumentChanged()
 {
     const FakeDocument &fake = openDocument(path(u"gone/a.qly"_s));
     QVERIFY(!modFile::FileSave());
-    QVERIFY(fake.document.m_bDataChanged);
+    QVERIFY(fake.document.m_bDataChanged());
     QCOMPARE(m_errors->summary(), QStringList(u"76 modDoc DocSave"_s));
 }
 
@@ -266,9 +266,10 @@ void tst_modFile::aSaveThatFailsBeforeItBeginsKeepsTheDocumentChanged()
 {
     FakeDocument &fake = openDocument(path(u"a.txt"_s));
     // The text is looked at before the file is.
-    fake.document.tree.setPendingText(fake.document.tree.root(), []() -> QByteArray { throw std::bad_alloc(); });
+    fake.document.outline->tree.setPendingText(fake.document.tree.root(),
+                                               []() -> QByteArray { throw std::bad_alloc(); });
     QVERIFY(!modFile::FileSave());
-    QVERIFY(fake.document.m_bDataChanged);
+    QVERIFY(fake.document.m_bDataChanged());
     QVERIFY(fake.document.hasNotice(NoticeKind::NotSaved));
     QCOMPARE(m_errors->summary(), QStringList(u"7 modDoc DocSave"_s));
     QVERIFY(m_folder->names().isEmpty());
@@ -300,7 +301,7 @@ void tst_modFile::saveAsAsksForAName()
     QCOMPARE(request.formatExtension, u"qly"_s);
     QCOMPARE(m_folder->read(u"b.txt"_s), asText);
     QCOMPARE(fake.document.m_sFile, path(u"b.txt"_s));
-    QVERIFY(!fake.document.m_bDataChanged);
+    QVERIFY(!fake.document.m_bDataChanged());
 }
 
 void tst_modFile::saveAsCancelled()
@@ -308,7 +309,7 @@ void tst_modFile::saveAsCancelled()
     const FakeDocument &fake = openDocument(path(u"a.qly"_s));
     m_fake->dialogs.saveNames = {std::nullopt};
     QVERIFY(!modFile::FileSaveAs());
-    QVERIFY(fake.document.m_bDataChanged);
+    QVERIFY(fake.document.m_bDataChanged());
     QCOMPARE(fake.document.m_sFile, path(u"a.qly"_s));
     QVERIFY(m_folder->names().isEmpty());
     QCOMPARE(m_errors->count(), 0);
@@ -327,7 +328,7 @@ void tst_modFile::saveAsOverAnotherOpenDocumentIsRefused()
     QVERIFY(m_fake->dialogs.warnings[0].contains(path(u"b.qly"_s)));
     QCOMPARE(m_folder->read(u"b.qly"_s), QByteArray("other"));
     QCOMPARE(fake.document.m_sFile, path(u"a.qly"_s));
-    QVERIFY(fake.document.m_bDataChanged);
+    QVERIFY(fake.document.m_bDataChanged());
     // Over its own file it may be.
     m_fake->dialogs.saveNames = {path(u"a.qly"_s)};
     QVERIFY(modFile::FileSaveAs());
@@ -346,7 +347,8 @@ void tst_modFile::saveAllSkipsReadOnlyDocumentsAndAsksForNames()
     QCOMPARE(first.window.timesActivated, 1);
     QCOMPARE(locked.window.timesActivated, 0);
     QCOMPARE(untitled.window.timesActivated, 1);
-    QVERIFY(!first.document.m_bDataChanged && !untitled.document.m_bDataChanged && locked.document.m_bDataChanged);
+    QVERIFY(!first.document.m_bDataChanged() && !untitled.document.m_bDataChanged() &&
+            locked.document.m_bDataChanged());
     QCOMPARE(m_errors->count(), 0);
 }
 
@@ -372,7 +374,7 @@ void tst_modFile::saveAllShowsTheFirstThatCouldNotBeSaved()
     QVERIFY(lost.document.hasNotice(NoticeKind::NotSaved));
     QVERIFY(lostToo.document.hasNotice(NoticeKind::NotSaved));
     QVERIFY(!saved.document.hasNotice(NoticeKind::NotSaved));
-    QVERIFY(!saved.document.m_bDataChanged && lost.document.m_bDataChanged);
+    QVERIFY(!saved.document.m_bDataChanged() && lost.document.m_bDataChanged());
 }
 
 void tst_modFile::closeClosesTheActiveWindow()
@@ -410,7 +412,7 @@ void tst_modFile::importTextMakesADocumentOfTheFile()
     QCOMPARE(m_fake->windows.active->text.rtf, QByteArray("one\r\n"));
     QCOMPARE(m_fake->windows.open.size(), size_t(1));
     QVERIFY(m_fake->windows.active->document.m_sFile.isEmpty());
-    QVERIFY(m_fake->windows.active->document.m_bDataChanged);
+    QVERIFY(m_fake->windows.active->document.m_bDataChanged());
 }
 
 void tst_modFile::importTextCancelledOpensNothing()
@@ -501,7 +503,7 @@ void tst_modFile::printingAsksHowMuch()
     QFETCH(const bool, bYes);
     QFETCH(const QString, top);
     Document &document = m_fake->windows.createDocument();
-    plantOutline(document.tree, {u"Root"_s, u" First"_s, u" Second <"_s, u"  Deep"_s});
+    plantOutline(document.outline->tree, {u"Root"_s, u" First"_s, u" Second <"_s, u"  Deep"_s});
     const Answer answer = bYes ? Answer::Yes : Answer::No;
     m_fake->dialogs.answers = {answer, answer};
     modFile::FilePrint(bCurrentEntry);
@@ -522,7 +524,7 @@ void tst_modFile::printingAsksHowMuch()
 void tst_modFile::printingCancelledPrintsNothing()
 {
     Document &document = m_fake->windows.createDocument();
-    plantOutline(document.tree, {u"Root <"_s});
+    plantOutline(document.outline->tree, {u"Root <"_s});
     m_fake->dialogs.answers = {Answer::Cancel, Answer::Cancel};
     modFile::FilePrint(false);
     modFile::FilePrintPreview(true);

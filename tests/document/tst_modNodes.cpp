@@ -90,7 +90,7 @@ private:
     FakeDocument &plant(const QStringList &lines)
     {
         Document &document = m_fake->windows.createDocument();
-        plantOutline(document.tree, lines);
+        plantOutline(document.outline->tree, lines);
         return m_fake->windows.fakeOf(document);
     }
 
@@ -157,7 +157,7 @@ void tst_modNodes::insertingBesideTheRootMakesItsLastChild()
 void tst_modNodes::insertingBesideAnotherEntry()
 {
     Document &document = plantStandard().document;
-    EntryTree &tree = document.tree;
+    EntryTree &tree = document.outline->tree;
     const Entry *next = modNodes::NodeInsert(document, Relationship::tvwNext, entryLabelled(tree, u"A"_s));
     QCOMPARE(tree.key(next), u"KEY0.2"_s);
     const Entry *previous = modNodes::NodeInsert(document, Relationship::tvwPrevious, entryLabelled(tree, u"A"_s));
@@ -192,8 +192,8 @@ void tst_modNodes::insertingIntoAFullTreeIsError6AndLeavesAUsableTree()
 void tst_modNodes::initialisingMakesReadyForTheUser()
 {
     FakeDocument &fake = plantStandard();
-    fake.document.m_fntTextFont.setName(u"Courier 10 Pitch"_s);
-    fake.document.m_fntTextFont.setSize(12 * clsFont::point);
+    fake.document.outline->textFont.setName(u"Courier 10 Pitch"_s);
+    fake.document.outline->textFont.setSize(12 * clsFont::point);
     Entry *entry = modNodes::NodeInsert(fake.document, Relationship::tvwChild, nullptr);
     modNodes::NodeInitialise(fake.document, entry);
     QCOMPARE(entry->label(), u"New Entry"_s);
@@ -209,7 +209,7 @@ void tst_modNodes::theRootIsThatOfTheSelection()
 {
     Document &document = plantStandard().document;
     QVERIFY(!modNodes::NodeGetRoot(document));
-    document.tree.select(entryLabelled(document.tree, u"B1"_s));
+    document.outline->tree.select(entryLabelled(document.tree, u"B1"_s));
     QCOMPARE(modNodes::NodeGetRoot(document), document.tree.root());
 }
 
@@ -230,7 +230,7 @@ void tst_modNodes::goingDown()
     QFETCH(const QString, from);
     QFETCH(const QString, to);
     Document &document = plantStandard().document;
-    document.tree.select(entryLabelled(document.tree, from));
+    document.outline->tree.select(entryLabelled(document.tree, from));
     modNodes::NodeGoDown(document);
     QCOMPARE(document.tree.selected()->label(), to);
 }
@@ -250,7 +250,7 @@ void tst_modNodes::selectingFullyShowsTheEntry()
 {
     FakeDocument &fake = plantStandard();
     Entry *a1 = entryLabelled(fake.document.tree, u"A1"_s);
-    fake.document.tree.setStoredText(a1, NodeTextCompressIfRequired("{\\rtf1 of A1}"));
+    fake.document.outline->tree.setStoredText(a1, NodeTextCompressIfRequired("{\\rtf1 of A1}"));
     const int before = m_fake->commands.timesMenuEnableDynamic;
     modNodes::NodeSelectFull(fake.document, a1);
     QCOMPARE(fake.document.tree.selected(), a1);
@@ -277,7 +277,7 @@ void tst_modNodes::selectingWhileBusyOnlyMarks()
 void tst_modNodes::selectingNothing()
 {
     FakeDocument &fake = plantStandard();
-    fake.document.tree.select(fake.document.tree.root());
+    fake.document.outline->tree.select(fake.document.tree.root());
     const int before = m_fake->commands.timesMenuEnableDynamic;
     modNodes::NodeSelect(fake.document, nullptr);
     QCOMPARE(m_fake->commands.timesMenuEnableDynamic, before);
@@ -342,7 +342,7 @@ void tst_modNodes::duplicatesAreUntagged()
     Document &document = plant({u"Root +"_s, u" A *"_s, u"  A1 *"_s}).document;
     Entry *a = entryLabelled(document.tree, u"A"_s);
     modNodes::NodeDuplicate(document, document.tree, a, a, Relationship::tvwNext);
-    document.tree.select(document.tree.root());
+    document.outline->tree.select(document.tree.root());
     EntryRef source(&document.tree, a);
     modNodes::NodePaste(document, source, false);
     QCOMPARE(document.tree.taggedCount(), 2);
@@ -353,7 +353,7 @@ void tst_modNodes::duplicatesAreUntagged()
 void tst_modNodes::duplicatingKeepsTextAndExpansionAndSelectsTheCopy()
 {
     FakeDocument &fake = plantStandard();
-    EntryTree &tree = fake.document.tree;
+    EntryTree &tree = fake.document.outline->tree;
     tree.setStoredText(entryLabelled(tree, u"A"_s), "{\\rtf1 of A}");
     tree.setStoredText(entryLabelled(tree, u"A2"_s), "{\\rtf1 of A2}");
     Entry *copy = modNodes::NodeDuplicate(fake.document, fake.document.tree, entryLabelled(tree, u"A"_s),
@@ -457,7 +457,7 @@ void tst_modNodes::pastingFromAnotherDocument()
 void tst_modNodes::movingByPastingRemovesTheSource()
 {
     Document &document = plantStandard().document;
-    document.tree.select(entryLabelled(document.tree, u"A1"_s));
+    document.outline->tree.select(entryLabelled(document.tree, u"A1"_s));
     EntryRef reference(&document.tree, entryLabelled(document.tree, u"B"_s));
     modNodes::NodePaste(document, reference, true);
     QCOMPARE(dumpOutline(document.tree),
@@ -470,12 +470,12 @@ void tst_modNodes::movingAnEntryBelowItselfIsRefused()
     Document &document = plantStandard().document;
     const QStringList before = dumpOutline(document.tree);
     EntryRef reference(&document.tree, entryLabelled(document.tree, u"A"_s));
-    document.tree.select(entryLabelled(document.tree, u"A2"_s));
+    document.outline->tree.select(entryLabelled(document.tree, u"A2"_s));
     modNodes::NodePaste(document, reference, true);
-    document.tree.select(document.tree.root());
+    document.outline->tree.select(document.tree.root());
     reference.set(&document.tree, document.tree.root());
     modNodes::NodePaste(document, reference, true);
-    document.tree.select(nullptr);
+    document.outline->tree.select(nullptr);
     QCOMPARE(dumpOutline(document.tree), before);
     QVERIFY(reference.entry());
 }
@@ -483,7 +483,7 @@ void tst_modNodes::movingAnEntryBelowItselfIsRefused()
 void tst_modNodes::pastingAnEntryThatIsGone()
 {
     Document &document = plantStandard().document;
-    document.tree.select(document.tree.root());
+    document.outline->tree.select(document.tree.root());
     EntryRef reference(&document.tree, entryLabelled(document.tree, u"B1"_s));
     modNodes::NodeDelete(document, entryLabelled(document.tree, u"B"_s));
     modNodes::NodePaste(document, reference, false);
@@ -568,7 +568,7 @@ void tst_modNodes::sorting()
 void tst_modNodes::settingTheFontOfASubtree()
 {
     FakeDocument &fake = plantStandard();
-    EntryTree &tree = fake.document.tree;
+    EntryTree &tree = fake.document.outline->tree;
     for (const QString &label : {u"A"_s, u"A1"_s, u"A2"_s, u"B"_s})
         tree.setStoredText(entryLabelled(tree, label), "{\\rtf1 of " + label.toLatin1() + '}');
     clsFont font;
@@ -587,7 +587,7 @@ void tst_modNodes::settingTheFontOfASubtree()
 void tst_modNodes::settingTheFontLeavesDamagedTexts()
 {
     FakeDocument &fake = plantStandard();
-    EntryTree &tree = fake.document.tree;
+    EntryTree &tree = fake.document.outline->tree;
     Entry *damaged = entryLabelled(tree, u"A"_s);
     tree.setStoredText(damaged, "12,abc");
     modNodes::NodeSetFontAll(fake.document, tree.root(), clsFont());
@@ -598,7 +598,7 @@ void tst_modNodes::aDamagedTextIsToldOfWhenItIsShown()
 {
     FakeDocument &fake = plantStandard();
     const ErrorRecorder errors;
-    EntryTree &tree = fake.document.tree;
+    EntryTree &tree = fake.document.outline->tree;
     Entry *damaged = entryLabelled(tree, u"A"_s);
     tree.setStoredText(damaged, "12,abc");
     modNodes::NodeSelectFull(fake.document, entryLabelled(tree, u"B"_s));
@@ -615,7 +615,7 @@ void tst_modNodes::aDamagedTextIsToldOfWhenItIsShown()
 void tst_modNodes::whatATextHasThatIsNotShownIsTold()
 {
     FakeDocument &fake = plantStandard();
-    EntryTree &tree = fake.document.tree;
+    EntryTree &tree = fake.document.outline->tree;
     const QByteArray text = "{\\rtf1 a{\\footnote b}{\\*\\annotation c}{\\xe d}}";
     Entry *entry = entryLabelled(tree, u"A"_s);
     Entry *other = entryLabelled(tree, u"B"_s);
@@ -642,7 +642,7 @@ void tst_modNodes::whatATextHasThatIsNotShownIsTold()
 void tst_modNodes::aReadOnlyTextLosesNothing()
 {
     FakeDocument &fake = plantStandard();
-    EntryTree &tree = fake.document.tree;
+    EntryTree &tree = fake.document.outline->tree;
     Entry *entry = entryLabelled(tree, u"A"_s);
     tree.setStoredText(entry, "{\\rtf1 a{\\footnote b}}");
     fake.document.m_fileAccess = FileAccess::ReadOnly;
@@ -674,8 +674,8 @@ void tst_modNodes::everyActionEndsThoughAnErrorHappens()
     FakeDocument &fake = plantStandard();
     FakeDocument &other = plant({u"Other"_s});
     while (other.document.tree.entryCount() < EntryTree::maximumCount)
-        other.document.tree.insert(Relationship::tvwChild, other.document.tree.root());
-    other.document.tree.select(other.document.tree.root());
+        other.document.outline->tree.insert(Relationship::tvwChild, other.document.tree.root());
+    other.document.outline->tree.select(other.document.tree.root());
     EntryRef source(&fake.document.tree, fake.document.tree.root());
     modNodes::NodePaste(other.document, source, true);
     QCOMPARE(m_errors->summary(), QStringList(u"6 modNodes NodeDuplicate"_s));
@@ -724,7 +724,7 @@ void tst_modNodes::storingCompressesAndShowingInflates()
 void tst_modNodes::aStoredTextIsMadeFromThePaneWhenItIsRead()
 {
     FakeDocument &fake = plantStandard();
-    EntryTree &tree = fake.document.tree;
+    EntryTree &tree = fake.document.outline->tree;
     Entry *a = entryLabelled(tree, u"A"_s);
     Entry *b = entryLabelled(tree, u"B"_s);
     tree.setStoredText(b, "{\\rtf1 of B}");
@@ -745,9 +745,9 @@ void tst_modNodes::fillingThePaneDoesNotStoreItBack()
     FakeDocument &fake = plantStandard();
     Entry *a = entryLabelled(fake.document.tree, u"A"_s);
     Entry *b = entryLabelled(fake.document.tree, u"B"_s);
-    fake.document.tree.setStoredText(a, "{\\rtf1 of A}");
-    fake.document.tree.setStoredText(b, "{\\rtf1 of B}");
-    fake.document.tree.select(b);
+    fake.document.outline->tree.setStoredText(a, "{\\rtf1 of A}");
+    fake.document.outline->tree.setStoredText(b, "{\\rtf1 of B}");
+    fake.document.outline->tree.select(b);
     // The selection is still the old entry when the new one's text arrives.
     fake.text.onTextSet = [] { modNodes::NodeTextPutSelected(); };
     modNodes::NodeTextGet(fake.document, a);
@@ -758,7 +758,7 @@ void tst_modNodes::fillingThePaneDoesNotStoreItBack()
 void tst_modNodes::aPaneThatCouldNotBeFilledAnewStoresIntoTheEntryThatItShows()
 {
     FakeDocument &fake = plantStandard();
-    EntryTree &tree = fake.document.tree;
+    EntryTree &tree = fake.document.outline->tree;
     Entry *a = entryLabelled(tree, u"A"_s);
     Entry *b = entryLabelled(tree, u"B"_s);
     tree.setStoredText(b, "{\\rtf1 of B}");
@@ -782,7 +782,7 @@ void tst_modNodes::aPaneThatCouldNotBeFilledAnewStoresIntoTheEntryThatItShows()
 void tst_modNodes::theTextOfARemovedEntryIsNobodysText()
 {
     FakeDocument &fake = plantStandard();
-    EntryTree &tree = fake.document.tree;
+    EntryTree &tree = fake.document.outline->tree;
     Entry *b = entryLabelled(tree, u"B"_s);
     tree.setStoredText(b, "{\\rtf1 of B}");
     modNodes::NodeSelectFull(fake.document, entryLabelled(tree, u"A"_s));
@@ -810,7 +810,7 @@ void tst_modNodes::textsOfTheSelectedEntry()
 {
     FakeDocument &fake = plantStandard();
     Entry *c = entryLabelled(fake.document.tree, u"C"_s);
-    fake.document.tree.select(c);
+    fake.document.outline->tree.select(c);
     fake.text.rtf = "{\\rtf1 of C}";
     modNodes::NodeTextPutSelected();
     QCOMPARE(fake.document.tree.storedText(c), NodeTextCompressIfRequired("{\\rtf1 of C}"));

@@ -73,8 +73,8 @@ void tst_modDocText::cleanup()
 void tst_modDocText::theLayoutOfAnOutline()
 {
     Document &document = m_fixture->plant({u"Notes"_s, u" First"_s, u" Second"_s}).document;
-    document.tree.setStoredText(document.tree.root(), "Top");
-    document.tree.setStoredText(document.tree.root()->child(0), "Line one\r\nLine two");
+    document.outline->tree.setStoredText(document.tree.root(), "Top");
+    document.outline->tree.setStoredText(document.tree.root()->child(0), "Line one\r\nLine two");
     QCOMPARE(modDocText::plainTextLayout(*document.outline), u"0 Notes\r\nTop\r\n\r\n"
                                                              "0.1 First\r\nLine one\r\nLine two\r\n\r\n"
                                                              "0.2 Second\r\n\r\n"_s);
@@ -109,7 +109,7 @@ void tst_modDocText::trailingEmptyLines()
     QFETCH(const QByteArray, text);
     QFETCH(const QString, written);
     Document &document = m_fixture->plant({u"Root"_s}).document;
-    document.tree.setStoredText(document.tree.root(), text);
+    document.outline->tree.setStoredText(document.tree.root(), text);
     QCOMPARE(modDocText::plainTextLayout(*document.outline), u"0 Root\r\n"_s + written);
 }
 
@@ -117,8 +117,8 @@ void tst_modDocText::formattedAndCompressedTexts()
 {
     Document &document = m_fixture->plant({u"Root"_s, u" A"_s}).document;
     const QByteArray rtf = "{\\rtf1\\ansi{\\b Bold} and plain\\par second}";
-    document.tree.setStoredText(document.tree.root(), rtf);
-    document.tree.setStoredText(document.tree.root()->child(0), NodeTextCompressIfRequired(rtf));
+    document.outline->tree.setStoredText(document.tree.root(), rtf);
+    document.outline->tree.setStoredText(document.tree.root()->child(0), NodeTextCompressIfRequired(rtf));
     QCOMPARE(modDocText::plainTextLayout(*document.outline), u"0 Root\r\nBold and plain\r\nsecond\r\n\r\n"
                                                              "0.1 A\r\nBold and plain\r\nsecond\r\n\r\n"_s);
 }
@@ -126,9 +126,9 @@ void tst_modDocText::formattedAndCompressedTexts()
 void tst_modDocText::everyLineEndsWithCrLf()
 {
     Document &document = m_fixture->plant({u"Root"_s, u" A"_s}).document;
-    document.tree.setLabel(document.tree.root(), u"two\nlines"_s);
-    document.tree.setStoredText(document.tree.root(), "{\\rtf1 one\\line two\\par three\\line}");
-    document.tree.setStoredText(document.tree.root()->child(0), "one\ntwo\rthree");
+    document.outline->tree.setLabel(document.tree.root(), u"two\nlines"_s);
+    document.outline->tree.setStoredText(document.tree.root(), "{\\rtf1 one\\line two\\par three\\line}");
+    document.outline->tree.setStoredText(document.tree.root()->child(0), "one\ntwo\rthree");
     QCOMPARE(modDocText::plainTextLayout(*document.outline), u"0 two\r\nlines\r\none\r\ntwo\r\nthree\r\n\r\n"
                                                              "0.1 A\r\none\r\ntwo\r\nthree\r\n\r\n"_s);
 }
@@ -299,7 +299,7 @@ void tst_modDocText::importingAFileThatIsGone()
 void tst_modDocText::anExportedFileReopensAsOneEntry()
 {
     Document &document = m_fixture->plant({u"Root"_s, u" A"_s}).document;
-    document.tree.setStoredText(document.tree.root(), "Top");
+    document.outline->tree.setStoredText(document.tree.root(), "Top");
     modDocText::DocExport(path(u"b.txt"_s));
     QVERIFY(modDoc::DocLoad(path(u"b.txt"_s)));
     const FakeDocument &fake = *m_fixture->active();
@@ -339,7 +339,7 @@ void tst_modDocText::aLineTooLongForThePaneIsShownInPartAndKeptWhole()
     modNodes::NodeTextPutSelected();
     QVERIFY(loaded.document.tree.storedText(loaded.document.tree.root()) == line + "\r\n");
     // Where a text is short again, the pane is free and the notice gone.
-    Entry *other = loaded.document.tree.insert(Relationship::tvwChild, loaded.document.tree.root());
+    Entry *other = loaded.document.outline->tree.insert(Relationship::tvwChild, loaded.document.tree.root());
     modNodes::NodeSelectFull(loaded.document, other);
     QVERIFY(!loaded.text.locked);
     QVERIFY(loaded.document.notices().empty());

@@ -133,10 +133,10 @@ void tst_modDocV1::cleanup()
 void tst_modDocV1::aWholeFileByteForByte()
 {
     Document &document = m_fixture->plant({u"Notes +"_s, u" First *<"_s, u" Second"_s}).document;
-    document.m_fntTextFont.setUnderline(true);
-    document.m_fntTextFont.setItalic(true);
-    document.tree.setStoredText(document.tree.root(), "{\\rtf1 notes}");
-    document.tree.setStoredText(document.tree.root()->child(1), "{\\rtf1 two\r\nlines}");
+    document.outline->textFont.setUnderline(true);
+    document.outline->textFont.setItalic(true);
+    document.outline->tree.setStoredText(document.tree.root(), "{\\rtf1 notes}");
+    document.outline->tree.setStoredText(document.tree.root()->child(1), "{\\rtf1 two\r\nlines}");
     QByteArray expected = header + entry("0", "Notes", "{\\rtf1 notes}") + entry("0.1", "First", "", "True") +
                           entry("0.2", "Second", "{\\rtf1 two\r\nlines}");
     expected.replace("KEY0}", "KEY0.1}");
@@ -177,10 +177,10 @@ void tst_modDocV1::theSelectionIsWrittenAsItsKey()
 {
     Document &document = m_fixture->plant({u"Root"_s, u" A"_s, u" B"_s, u"  B1"_s}).document;
     QCOMPARE(checkNative(FormatsFixture::savedNative(document)).header.value("selecteditemkey"), QByteArray("KEY0"));
-    document.tree.select(entryLabelled(document.tree, u"B1"_s));
+    document.outline->tree.select(entryLabelled(document.tree, u"B1"_s));
     QCOMPARE(checkNative(FormatsFixture::savedNative(document)).header.value("selecteditemkey"),
              QByteArray("KEY0.2.1"));
-    document.tree.remove(entryLabelled(document.tree, u"A"_s));
+    document.outline->tree.remove(entryLabelled(document.tree, u"A"_s));
     QCOMPARE(checkNative(FormatsFixture::savedNative(document)).header.value("selecteditemkey"),
              QByteArray("KEY0.1.1"));
 }
@@ -224,7 +224,7 @@ void tst_modDocV1::aRootWith12Children()
 void tst_modDocV1::anEmptyText()
 {
     Document &document = m_fixture->plant({u"Root"_s, u" A"_s}).document;
-    document.tree.setStoredText(document.tree.root()->child(0), "{\\rtf1 x}");
+    document.outline->tree.setStoredText(document.tree.root()->child(0), "{\\rtf1 x}");
     const QByteArray saved = FormatsFixture::savedNative(document);
     QVERIFY(saved.contains("{\\qlf_nodetext }\r\n{\\qlf_nodekey 0.1}\r\n"));
     const Document &loaded = load(saved).document;
@@ -260,7 +260,7 @@ void tst_modDocV1::labelsOfEveryKind()
     QFETCH(const QString, label);
     QFETCH(const QByteArray, bytes);
     Document &document = m_fixture->plant({u"Root"_s}).document;
-    document.tree.setLabel(document.tree.root(), label);
+    document.outline->tree.setLabel(document.tree.root(), label);
     const QByteArray saved = FormatsFixture::savedNative(document);
     QCOMPARE(checkNative(saved).entry("0").label, bytes);
     QVERIFY(!saved.contains("nodelabelexact"));
@@ -300,7 +300,7 @@ void tst_modDocV1::labelsThatTheirRecordCannotCarry()
     QFETCH(const QByteArray, records);
     QFETCH(const QString, skipping);
     Document &document = m_fixture->plant({u"Root +"_s, u" A"_s, u" next"_s}).document;
-    document.tree.setLabel(document.tree.root()->child(0), label);
+    document.outline->tree.setLabel(document.tree.root()->child(0), label);
     const QByteArray saved = FormatsFixture::savedNative(document);
     QVERIFY2(saved.contains(records), saved.constData());
     // The checker takes every opener for that of a record, also one before the brace that ends a label.
@@ -362,7 +362,7 @@ void tst_modDocV1::textsOfAnyBytes()
 {
     QFETCH(const QByteArray, text);
     Document &document = m_fixture->plant({u"Root"_s, u" A"_s}).document;
-    document.tree.setStoredText(document.tree.root(), text);
+    document.outline->tree.setStoredText(document.tree.root(), text);
     const QByteArray saved = FormatsFixture::savedNative(document);
     QCOMPARE(checkNative(saved).fault, QString());
     const Document &loaded = load(saved).document;
@@ -397,7 +397,7 @@ void tst_modDocV1::aTextWithARecordsOpenerIsStoredSoThatItDoesNotShow()
     const QByteArray text = NodeTextDecompressIfRequired(stored);
     QVERIFY(text.startsWith("An opener: {\\qlf_nodekey 0.1}"));
     Document &document = m_fixture->plant({u"Root"_s, u" A"_s}).document;
-    document.tree.setStoredText(document.tree.root(), stored);
+    document.outline->tree.setStoredText(document.tree.root(), stored);
     const QByteArray saved = FormatsFixture::savedNative(document);
     const NativeFile file = checkNative(saved);
     QCOMPARE(file.fault, QString());
@@ -423,7 +423,7 @@ void tst_modDocV1::noiseWithARecordsOpenerComesBack()
         "x" + noise(random, 40000) + "{\\qlf_nodekey 0.1}\r\n{\\qlf_nodelabel injected}\r\n" + noise(random, 40000);
     QVERIFY2(NodeTextCompressIfRequired(text).contains("{\\qlf_"), "compressing alone would have done");
     Document &document = m_fixture->plant({u"Root"_s, u" A"_s}).document;
-    document.tree.setStoredText(document.tree.root(), text);
+    document.outline->tree.setStoredText(document.tree.root(), text);
     const QByteArray saved = FormatsFixture::savedNative(document);
     QCOMPARE(checkNative(saved).fault, QString());
     const Document &loaded = load(saved).document;
@@ -440,7 +440,7 @@ void tst_modDocV1::aTextThatReadsAsCompressedIsNotLaidBare()
     const QByteArray unread = NodeTextCompressIfRequired(text) + "{\\qlf_";
     QCOMPARE(NodeTextDecompressIfRequired(unread), text);
     Document &document = m_fixture->plant({u"Root"_s}).document;
-    document.tree.setStoredText(document.tree.root(), unread);
+    document.outline->tree.setStoredText(document.tree.root(), unread);
     const Document &loaded = load(FormatsFixture::savedNative(document)).document;
     QVERIFY(m_loaded);
     QCOMPARE(NodeTextDecompressIfRequired(loaded.tree.storedText(loaded.tree.root())), text);
@@ -459,8 +459,9 @@ void tst_modDocV1::textsOfNoiseAndOpenersComeBack()
                 text += noise(random, random.bounded(i % 10 == 0 ? 90000 : 200));
                 text += QByteArrayView("{\\qlf_nodetext }\r\n{\\qlf_").first(random.bounded(25)).toByteArray();
             }
-            Entry *entry = document.tree.insert(Relationship::tvwChild, root);
-            document.tree.setStoredText(entry, readsAsCompressed(text) ? NodeTextCompressIfRequired(text) : text);
+            Entry *entry = document.outline->tree.insert(Relationship::tvwChild, root);
+            document.outline->tree.setStoredText(entry,
+                                                 readsAsCompressed(text) ? NodeTextCompressIfRequired(text) : text);
             texts.push_back(NodeTextDecompressIfRequired(document.tree.storedText(entry)));
         }
         const QByteArray saved = FormatsFixture::savedNative(document);
@@ -495,8 +496,9 @@ void tst_modDocV1::savedLoadedAndSavedAgain()
     Document &document = m_fixture->plant(lines).document;
     int number = 0;
     for (const Entry *each = document.tree.root(); each; each = nextInOutline(each, document.tree.root()))
-        document.tree.setStoredText(const_cast<Entry *>(each),
-                                    NodeTextCompressIfRequired("{\\rtf1 text " + QByteArray::number(++number) + '}'));
+        document.outline->tree.setStoredText(
+            const_cast<Entry *>(each),
+            NodeTextCompressIfRequired("{\\rtf1 text " + QByteArray::number(++number) + '}'));
     const QByteArray first = FormatsFixture::savedNative(document);
     QCOMPARE(checkNative(first).fault, QString());
     FakeDocument &loaded = load(first);
@@ -541,7 +543,7 @@ void tst_modDocV1::randomDocumentsSavedLoadedAndSavedAgain()
     QRandomGenerator random(20260202);
     for (int i = 0; i < 300; ++i) {
         Document &document = m_fixture->plant({}).document;
-        growRandomly(document.tree, random);
+        growRandomly(document.outline->tree, random);
         const QByteArray first = FormatsFixture::savedNative(document);
         const Document &loaded = load(first).document;
         QVERIFY2(m_loaded, qPrintable(u"document %1"_s.arg(i)));
@@ -565,8 +567,8 @@ void tst_modDocV1::changingOneEntryLeavesAllOthersAsStored()
             // Compressed elsewhere at another level, so that compressing it again would show.
             QByteArray text = "{\\rtf1 text " + QByteArray::number(row) + '}';
             const QByteArray stream = qCompress(text, 1).mid(4);
-            document.tree.setStoredText(document.tree.root()->child(row),
-                                        QByteArray::number(text.size()) + ',' + stream);
+            document.outline->tree.setStoredText(document.tree.root()->child(row),
+                                                 QByteArray::number(text.size()) + ',' + stream);
         }
         before = FormatsFixture::savedNative(document);
     }
@@ -592,7 +594,7 @@ void tst_modDocV1::aSaveThatFailedForLackOfMemoryLeavesTheNewTextToTheNextOne()
     FakeDocument &loaded = load(header + entry("0", "Root", "{\\rtf1 old}"));
     loaded.text.rtf = "{\\rtf1 new}";
     modNodes::NodeTextPut(loaded.document, loaded.document.tree.root());
-    loaded.document.m_bDataChanged = true;
+    loaded.document.history.touch();
     loaded.text.onTextRead = [] { throw std::bad_alloc(); };
     QCOMPARE(modDoc::DocSave((*m_folder)(u"a.qly"_s)), SaveOutcome::Failed);
     QCOMPARE(m_fixture->errors.summary(), QStringList(u"7 modDoc DocSave"_s));
@@ -609,7 +611,7 @@ void tst_modDocV1::aFullOutlineComesBack()
         Entry *parent = document.tree.root();
         if (const int count = document.tree.entryCount(); count % 3 != 0)
             parent = document.tree.collection().at(count);
-        document.tree.insert(Relationship::tvwChild, parent);
+        document.outline->tree.insert(Relationship::tvwChild, parent);
     }
     const QByteArray first = FormatsFixture::savedNative(document);
     QCOMPARE(checkNative(first).fault, QString());
@@ -624,10 +626,10 @@ void tst_modDocV1::aChainOf2000LevelsComesBack()
     Document &document = m_fixture->plant({}).document;
     Entry *deepest = nullptr;
     for (int level = 0; level < 2000; ++level)
-        deepest = document.tree.insert(Relationship::tvwChild, deepest);
-    document.tree.setExpandedAll(document.tree.root(), true);
-    document.tree.setExpanded(deepest, false);
-    document.tree.select(deepest);
+        deepest = document.outline->tree.insert(Relationship::tvwChild, deepest);
+    document.outline->tree.setExpandedAll(document.tree.root(), true);
+    document.outline->tree.setExpanded(deepest, false);
+    document.outline->tree.select(deepest);
     const QByteArray first = FormatsFixture::savedNative(document);
     const Document &loaded = load(first).document;
     QVERIFY(m_loaded);
@@ -706,9 +708,9 @@ void tst_modDocV1::aDamagedTextIsLockedToldOfAndKept()
     QVERIFY(loaded.text.locked);
     QVERIFY(FormatsFixture::savedNative(document).contains(record));
     // Until they are given up.
-    document.m_bDataChanged = false;
+    document.history.markSaved();
     modNodes::NodeTextDiscard(document);
-    QVERIFY(document.m_bDataChanged);
+    QVERIFY(document.m_bDataChanged());
     QVERIFY(!loaded.text.locked);
     QCOMPARE(loaded.text.rtf, QByteArray());
     loaded.text.rtf = "{\\rtf1 new}";
@@ -751,7 +753,7 @@ void tst_modDocV1::whatIsToldOfDamagedTextsGoesWithTheirEntries()
     modNodes::NodeDelete(document, document.tree.root()->child(2));
     modNodes::NodeDelete(document, document.tree.root()->child(0));
     QTRY_VERIFY(document.notices()[0].text.contains(u"The text of \"C\""_s));
-    document.tree.removeAll({document.tree.root()->child(0)});
+    document.outline->tree.removeAll({document.tree.root()->child(0)});
     QTRY_VERIFY(document.notices().empty());
 }
 
@@ -780,7 +782,8 @@ void tst_modDocV1::soundTextsOfEveryKindAreNotToldOf()
                                 QByteArray(40000, 'y') + ","};
     Document &document = m_fixture->plant({u"Root"_s}).document;
     for (const QByteArray &text : texts)
-        document.tree.setStoredText(document.tree.insert(Relationship::tvwChild, document.tree.root()), text);
+        document.outline->tree.setStoredText(
+            document.outline->tree.insert(Relationship::tvwChild, document.tree.root()), text);
     TextCheck check(document);
     while (check.goOn()) {
     }
@@ -818,7 +821,7 @@ void tst_modDocV1::unknownRecordsAreWrittenBackWhereTheyStood()
     QCOMPARE(loaded.m_sFile, (*m_folder)(u"a.qly"_s));
     QCOMPARE(FormatsFixture::savedNative(loaded), bytes);
     // A new entry comes behind what is known of the last one, and before what the file ends with.
-    loaded.tree.setLabel(loaded.tree.insert(Relationship::tvwChild, loaded.tree.root()), u"B"_s);
+    loaded.outline->tree.setLabel(loaded.outline->tree.insert(Relationship::tvwChild, loaded.tree.root()), u"B"_s);
     QCOMPARE(FormatsFixture::savedNative(loaded), bytes.replace(atEnd, entry("0.2", "B", "") + atEnd));
 }
 
@@ -827,7 +830,7 @@ void tst_modDocV1::unknownRecordsGoWhereTheirEntryGoes()
     const QByteArray ofA = "{\\qlf_nodenotes of A}\r\n";
     Document &loaded =
         load(header + entry("0", "Root") + entry("0.1", "A") + ofA + entry("0.2", "B") + entry("0.3", "C")).document;
-    EntryTree &tree = loaded.tree;
+    EntryTree &tree = loaded.outline->tree;
     tree.move(tree.root()->child(0), Relationship::tvwNext, tree.root()->child(1));
     tree.insertCopy(tree, tree.root()->child(1), Relationship::tvwChild, tree.root());
     QCOMPARE(FormatsFixture::savedNative(loaded), header + entry("0", "Root") + entry("0.1", "B") + entry("0.2", "A") +

@@ -36,9 +36,9 @@ public:
         , literal(copied)
     {
         if (panes == Panes::FakeWithModelTester)
-            tester.emplace(&document.tree, QAbstractItemModelTester::FailureReportingMode::Fatal);
+            tester.emplace(&document.outline->tree, QAbstractItemModelTester::FailureReportingMode::Fatal);
         if (ownView)
-            ownView->setEntryTree(&document.tree);
+            ownView->setEntryTree(&document.outline->tree, &document.history);
         if (QWidget *shown = form ? static_cast<QWidget *>(form.get()) : ownView.get()) {
             shown->resize(500, 200);
             shown->show();

@@ -16,8 +16,8 @@ struct OutlineFixture {
     explicit OutlineFixture(const QStringList &outline)
     {
         modDoc::DocNew();
-        plantOutline(document().tree, outline);
-        document().m_bDataChanged = false;
+        plantOutline(document().outline->tree, outline);
+        document().history.markSaved();
     }
 
     Document &document() { return *DocumentActive(); }

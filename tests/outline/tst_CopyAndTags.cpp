@@ -59,8 +59,8 @@ void tst_CopyAndTags::copyWithNothingSelectedEmptiesTheCopiedEntry()
     fixture.select(u"A"_s);
     modOutline::OutlineCopy();
     QCOMPARE(modOutline::copiedEntry().entry(), fixture.entry(u"A"_s));
-    QVERIFY(!fixture.document().m_bDataChanged);
-    fixture.document().tree.select(nullptr);
+    QVERIFY(!fixture.document().m_bDataChanged());
+    fixture.document().outline->tree.select(nullptr);
     modOutline::OutlineCopy();
     QVERIFY(!modOutline::copiedEntry().entry());
     modOutline::OutlinePaste();
@@ -72,22 +72,22 @@ void tst_CopyAndTags::pasteCopiesTheEntryAsItIsThen()
     OutlineFixture fixture({u"Root +"_s, u" A +*"_s, u"  A1"_s, u" B"_s});
     fixture.select(u"A"_s);
     modOutline::OutlineCopy();
-    fixture.document().tree.setLabel(fixture.entry(u"A1"_s), u"changed"_s);
+    fixture.document().outline->tree.setLabel(fixture.entry(u"A1"_s), u"changed"_s);
     fixture.select(u"B"_s);
     modOutline::OutlinePaste();
     QCOMPARE(fixture.dump(),
              QStringList({u"Root +"_s, u" A +*"_s, u"  changed"_s, u" B"_s, u" A +<"_s, u"  changed"_s}));
-    QVERIFY(fixture.document().m_bDataChanged);
+    QVERIFY(fixture.document().m_bDataChanged());
 }
 
 void tst_CopyAndTags::pasteBetweenDocuments()
 {
     OutlineFixture fixture({u"Root +"_s, u" A"_s});
-    fixture.document().tree.setStoredText(fixture.entry(u"A"_s), "words");
+    fixture.document().outline->tree.setStoredText(fixture.entry(u"A"_s), "words");
     fixture.select(u"A"_s);
     modOutline::OutlineCopy();
     modDoc::DocNew();
-    plantOutline(fixture.document().tree, {u"Other <"_s});
+    plantOutline(fixture.document().outline->tree, {u"Other <"_s});
     modOutline::OutlinePaste();
     QCOMPARE(fixture.dump(), QStringList({u"Other +"_s, u" A <"_s}));
     QCOMPARE(fixture.document().tree.storedText(fixture.entry(u"A"_s)), QByteArray("words"));
@@ -148,16 +148,16 @@ void tst_CopyAndTags::pasteAndDeleteTakesTheSelectionOfAnotherDocument()
 {
     OutlineFixture fixture({u"Root +"_s, u" A"_s, u" B +"_s, u"  B1"_s});
     Document &source = fixture.document();
-    source.tree.setStoredText(fixture.entry(u"A"_s), "text of A");
+    source.outline->tree.setStoredText(fixture.entry(u"A"_s), "text of A");
     fixture.select(u"B"_s);
     modOutline::OutlineCopy();
     fixture.select(u"B1"_s);
     modDoc::DocNew();
-    plantOutline(fixture.document().tree, {u"Other <"_s});
-    source.m_bDataChanged = false;
+    plantOutline(fixture.document().outline->tree, {u"Other <"_s});
+    source.history.markSaved();
     modOutline::OutlinePasteAndDelete();
     QCOMPARE(fixture.dump(), QStringList({u"Other +"_s, u" B +<"_s, u"  B1"_s}));
-    QVERIFY(source.m_bDataChanged);
+    QVERIFY(source.m_bDataChanged());
     QCOMPARE(dumpOutline(source.tree), QStringList({u"Root +"_s, u" A <"_s}));
     QCOMPARE(fixture.fakes.windows.fakeOf(source).text.rtf, QByteArray("text of A"));
     QCOMPARE(modNodes::nodCurrent().entry(), fixture.entry(u"B"_s));
@@ -167,22 +167,22 @@ void tst_CopyAndTags::pasteAndDeleteLeavesAnotherDocumentItsRoot()
 {
     OutlineFixture fixture({u"Root +<"_s, u" A"_s});
     Document &source = fixture.document();
-    source.tree.setStoredText(source.tree.root(), "text of the root");
+    source.outline->tree.setStoredText(source.tree.root(), "text of the root");
     fixture.select(u"Root"_s);
     modOutline::OutlineCopy();
     modDoc::DocNew();
-    plantOutline(fixture.document().tree, {u"Other <"_s});
+    plantOutline(fixture.document().outline->tree, {u"Other <"_s});
     modOutline::OutlinePasteAndDelete();
     QCOMPARE(fixture.dump(), QStringList({u"Other +"_s, u" Root +<"_s, u"  A"_s}));
     QCOMPARE(dumpOutline(source.tree), QStringList({u"Root +<"_s, u" A"_s}));
     QCOMPARE(fixture.fakes.windows.fakeOf(source).text.rtf, QByteArray("text of the root"));
-    QVERIFY(!source.m_bDataChanged);
+    QVERIFY(!source.m_bDataChanged());
 }
 
 void tst_CopyAndTags::copiesShareNothingWithTheirSource()
 {
     OutlineFixture fixture({u"Root +"_s, u" A +<"_s, u"  A1"_s});
-    EntryTree &tree = fixture.document().tree;
+    EntryTree &tree = fixture.document().outline->tree;
     tree.setStoredText(fixture.entry(u"A1"_s), "text");
     modOutline::OutlineCopy();
     modOutline::OutlinePaste();
@@ -244,7 +244,7 @@ void tst_CopyAndTags::aLongLabelIsShortenedInTheQuestionAlone()
     OutlineFixture fixture({u"Root +"_s, u" A"_s, u" B"_s});
     const QString label = u"a word and "_s.repeated(300);
     Entry *entry = fixture.entry(u"A"_s);
-    fixture.document().tree.setLabel(entry, label);
+    fixture.document().outline->tree.setLabel(entry, label);
     modNodes::NodeSelect(fixture.document(), entry);
     fixture.fakes.dialogs.answers = {Answer::No};
     modOutline::OutlineDelete();
@@ -252,7 +252,7 @@ void tst_CopyAndTags::aLongLabelIsShortenedInTheQuestionAlone()
              QStringList{u"Do you really want to delete the entry '"_s + label.left(79) + u"…'?"_s});
     QCOMPARE(entry->label(), label);
     // As long as it may be.
-    fixture.document().tree.setLabel(entry, label.left(80));
+    fixture.document().outline->tree.setLabel(entry, label.left(80));
     fixture.fakes.dialogs.answers = {Answer::No};
     modOutline::OutlineDelete();
     QCOMPARE(fixture.fakes.dialogs.questions.last(),
@@ -280,7 +280,7 @@ void tst_CopyAndTags::aDeclinedDeleteMarksTheDocumentChanged()
     modOutline::OutlineDelete();
     modOutline::OutlineDelete();
     QCOMPARE(fixture.dump(), QStringList({u"Root +"_s, u" A <"_s}));
-    QVERIFY(fixture.document().m_bDataChanged);
+    QVERIFY(fixture.document().m_bDataChanged());
 }
 
 void tst_CopyAndTags::theRootIsNeverTagged()
@@ -288,7 +288,7 @@ void tst_CopyAndTags::theRootIsNeverTagged()
     OutlineFixture fixture({u"Root <"_s});
     modOutline::OutlineTaggedEntry();
     QCOMPARE(fixture.dump(), QStringList{u"Root <"_s});
-    QVERIFY(fixture.document().m_bDataChanged);
+    QVERIFY(fixture.document().m_bDataChanged());
 }
 
 void tst_CopyAndTags::tagTogglesAndRefreshes()
@@ -306,7 +306,7 @@ void tst_CopyAndTags::taggedEntriesPasteInOrderOfInsertion()
 {
     OutlineFixture fixture({u"Root +"_s, u" A"_s, u" B *"_s, u" C"_s});
     Entry *late = modNodes::NodeInsert(fixture.document(), Relationship::tvwPrevious, fixture.entry(u"A"_s));
-    fixture.document().tree.setLabel(late, u"late"_s);
+    fixture.document().outline->tree.setLabel(late, u"late"_s);
     modNodes::NodeTagOn(fixture.document(), late);
     fixture.select(u"C"_s);
     modOutline::OutlinePasteTaggedEntries();
@@ -391,7 +391,7 @@ void tst_CopyAndTags::pastingAnOpenEntryReleasesTheLevel()
     QFETCH(const bool, tagged);
     OutlineFixture fixture({u"Root +"_s, u" A *"_s, u"  B"_s, u" C <"_s});
     modOutline::OutlineExpandToLevel(2);
-    fixture.document().tree.setExpanded(fixture.entry(u"A"_s), open);
+    fixture.document().outline->tree.setExpanded(fixture.entry(u"A"_s), open);
     fixture.document().m_iExpansionLevel = 2;
     modOutline::copiedEntry().set(&fixture.document().tree, fixture.entry(u"A"_s));
     if (tagged)
@@ -409,14 +409,14 @@ void tst_CopyAndTags::aDeclinedDeleteOfTaggedEntriesKeepsThem()
     modOutline::OutlineDeleteTaggedEntries();
     modOutline::OutlineDeleteTaggedEntries();
     QCOMPARE(fixture.dump(), QStringList({u"Root +"_s, u" A *<"_s}));
-    QVERIFY(fixture.document().m_bDataChanged);
+    QVERIFY(fixture.document().m_bDataChanged());
 }
 
 void tst_CopyAndTags::taggedEntriesThatDoNotFitLeaveTheLastCopySelected()
 {
     OutlineFixture fixture({u"Root +<"_s, u" A *"_s, u" B *"_s});
     const ErrorRecorder errors;
-    EntryTree &tree = fixture.document().tree;
+    EntryTree &tree = fixture.document().outline->tree;
     tree.setStoredText(fixture.entry(u"A"_s), "text of A");
     {
         const BulkChange bulk(tree);

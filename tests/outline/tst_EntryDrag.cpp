@@ -129,7 +129,7 @@ void tst_EntryDrag::dropMovesOrCopies()
     state.copy = copy;
     dropEntry(fixture.document(), *fixture.entry(target));
     QCOMPARE(fixture.dump(), expected);
-    QVERIFY(fixture.document().m_bDataChanged);
+    QVERIFY(fixture.document().m_bDataChanged());
     QCOMPARE(fixture.document().tree.brokenInvariant(), QString());
 }
 

@@ -120,12 +120,12 @@ void tst_EveryCommand::run(OutlineFixture &fixture)
     QFETCH(const int, index);
     Document &document = fixture.document();
     const OutlineRoutine &command = everyCommand[static_cast<size_t>(index)];
-    document.m_bDataChanged = false;
+    document.history.markSaved();
     fixture.fakes.dialogs.answers = {Answer::Yes};
     command.run();
     fixture.fakes.dialogs.answers.clear();
     QCOMPARE(document.tree.brokenInvariant(), QString());
-    QVERIFY(document.m_bDataChanged || !command.marksChanged);
+    QVERIFY(document.m_bDataChanged() || !command.marksChanged);
     QVERIFY(!fixture.fakes.pointer.hourglass);
     QVERIFY(document.trvOutline.PaneVisible());
     QVERIFY(document.txtRTF.PaneVisible());
@@ -194,7 +194,7 @@ void tst_EveryCommand::onAChain20000LevelsDeep()
 {
     constexpr int levels = 20000;
     OutlineFixture fixture({});
-    Entry *selected = growChain(fixture.document().tree, levels, levels / 2);
+    Entry *selected = growChain(fixture.document().outline->tree, levels, levels / 2);
     modNodes::NodeSelect(fixture.document(), selected);
     modNodes::NodeTagOn(fixture.document(), selected);
     modOutline::OutlineCopy();
@@ -205,7 +205,7 @@ void tst_EveryCommand::onAChain20000LevelsDeep()
 void tst_EveryCommand::onTheRootOfAChain20000LevelsDeep()
 {
     OutlineFixture fixture({});
-    growChain(fixture.document().tree, 16000, 16000);
+    growChain(fixture.document().outline->tree, 16000, 16000);
     modNodes::NodeSelect(fixture.document(), fixture.document().tree.root());
     modOutline::OutlineCopy();
     run(fixture);
@@ -215,7 +215,7 @@ void tst_EveryCommand::onTheRootOfAChain20000LevelsDeep()
 void tst_EveryCommand::among10000Siblings()
 {
     OutlineFixture fixture({});
-    Entry *selected = growSiblings(fixture.document().tree, 10000);
+    Entry *selected = growSiblings(fixture.document().outline->tree, 10000);
     modNodes::NodeSelect(fixture.document(), selected);
     for (int row = 0; row < 10000; row += 3)
         modNodes::NodeTagOn(fixture.document(), selected->parent()->child(row));
@@ -228,7 +228,7 @@ void tst_EveryCommand::among10000Siblings()
 void tst_EveryCommand::onAFullOutline()
 {
     OutlineFixture fixture({});
-    EntryTree &tree = fixture.document().tree;
+    EntryTree &tree = fixture.document().outline->tree;
     Entry *selected = growSiblings(tree, EntryTree::maximumCount - 2);
     modNodes::NodeSelect(fixture.document(), selected);
     modNodes::NodeTagOn(fixture.document(), selected->previous());

@@ -43,13 +43,13 @@ void tst_ExpandSortRename::expandOfALeafOnlyMarksTheDocumentChanged()
     OutlineFixture fixture({u"Root +"_s, u" A <"_s});
     modOutline::OutlineExpand();
     QCOMPARE(fixture.dump(), QStringList({u"Root +"_s, u" A <"_s}));
-    QVERIFY(fixture.document().m_bDataChanged);
+    QVERIFY(fixture.document().m_bDataChanged());
 }
 
 void tst_ExpandSortRename::collapseAllSelectsTheRootAndShowsItsText()
 {
     OutlineFixture fixture({u"Root +"_s, u" A +"_s, u"  A1 <"_s});
-    fixture.document().tree.setStoredText(fixture.document().tree.root(), "text of the root");
+    fixture.document().outline->tree.setStoredText(fixture.document().tree.root(), "text of the root");
     modOutline::OutlineCollapseAll();
     QCOMPARE(fixture.dump(), QStringList({u"Root <"_s, u" A"_s, u"  A1"_s}));
     QCOMPARE(fixture.fake().text.rtf, QByteArray("text of the root"));
@@ -95,7 +95,7 @@ void tst_ExpandSortRename::expandToLevelBeyondTheDeepestEntry()
 void tst_ExpandSortRename::aSelectionThatALevelHidesFallsToTheHeadOfItsBranch()
 {
     OutlineFixture fixture({u"Root +"_s, u" A +"_s, u"  A1 +"_s, u"   A11 <"_s});
-    fixture.document().tree.setStoredText(fixture.entry(u"A"_s), "text of A");
+    fixture.document().outline->tree.setStoredText(fixture.entry(u"A"_s), "text of A");
     modOutline::OutlineExpandToLevel(2);
     QCOMPARE(fixture.dump(), QStringList({u"Root +"_s, u" A <"_s, u"  A1 +"_s, u"   A11"_s}));
     QCOMPARE(fixture.fake().text.rtf, QByteArray("text of A"));
@@ -110,14 +110,14 @@ void tst_ExpandSortRename::sortCurrentSortsDirectChildrenOnce()
     QCOMPARE(fixture.dump(), sorted);
     QVERIFY(!fixture.document().tree.root()->sorted());
     Entry *added = modNodes::NodeInsert(fixture.document(), Relationship::tvwChild, nullptr);
-    fixture.document().tree.setLabel(added, u"aa"_s);
+    fixture.document().outline->tree.setLabel(added, u"aa"_s);
     QCOMPARE(fixture.dump(), sorted + QStringList{u" aa"_s});
 }
 
 void tst_ExpandSortRename::sortIsStableAndKeepsTextsTagsAndExpansion()
 {
     OutlineFixture fixture({u"Root +<"_s, u" b"_s, u" a *"_s, u" b +"_s, u"  b1"_s});
-    fixture.document().tree.setStoredText(fixture.entry(u"b"_s), "first b");
+    fixture.document().outline->tree.setStoredText(fixture.entry(u"b"_s), "first b");
     modOutline::OutlineSortCurrent();
     QCOMPARE(fixture.dump(), QStringList({u"Root +<"_s, u" a *"_s, u" b"_s, u" b +"_s, u"  b1"_s}));
     QCOMPARE(fixture.document().tree.storedText(fixture.document().tree.root()->child(1)), QByteArray("first b"));
@@ -138,7 +138,7 @@ void tst_ExpandSortRename::renameOpensTheLabelEditor()
     OutlineFixture fixture({u"Root <"_s});
     modOutline::OutlineRename();
     QVERIFY(fixture.fake().outline.editingLabel);
-    QVERIFY(fixture.document().m_bDataChanged);
+    QVERIFY(fixture.document().m_bDataChanged());
 }
 
 void tst_ExpandSortRename::renameWithNothingSelectedOnlyMarksTheDocumentChanged()
@@ -146,7 +146,7 @@ void tst_ExpandSortRename::renameWithNothingSelectedOnlyMarksTheDocumentChanged(
     OutlineFixture fixture({u"Root"_s});
     modOutline::OutlineRename();
     QVERIFY(!fixture.fake().outline.editingLabel);
-    QVERIFY(fixture.document().m_bDataChanged);
+    QVERIFY(fixture.document().m_bDataChanged());
 }
 
 QTEST_GUILESS_MAIN(tst_ExpandSortRename)

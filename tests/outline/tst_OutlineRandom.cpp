@@ -337,7 +337,7 @@ void Player::rename()
         editor->setText(label);
         view->EndLabelEdit();
     } else {
-        document().tree.setData(document().tree.indexOf(document().tree.selected()), label);
+        document().outline->tree.setData(document().tree.indexOf(document().tree.selected()), label);
     }
     literal().selected()->label = label;
 }
@@ -376,7 +376,7 @@ void Player::changeBehindThePane()
         return;
     if (oneIn(2)) {
         changed.slow->text = NodeTextCompressIfRequired("text " + QByteArray::number(++m_texts));
-        document().tree.setStoredText(changed.entry, changed.slow->text);
+        document().outline->tree.setStoredText(changed.entry, changed.slow->text);
     } else {
         modNodes::NodeTextGet(document(), changed.entry);
     }
@@ -410,7 +410,7 @@ void Player::openOrCloseOne()
     const bool opens = oneIn(2);
     const bool selects =
         m_panes == Panes::RealWindow && pair.slow->expanded && !opens && modNodes::nodCurrent().entry() != pair.entry;
-    document().tree.setExpanded(pair.entry, opens);
+    document().outline->tree.setExpanded(pair.entry, opens);
     pair.slow->expanded = opens;
     if (selects)
         literal().select(pair.slow);
@@ -468,7 +468,7 @@ void Player::dropBeside(const Pair &dragged, const Pair &target)
 
 void Player::deselect()
 {
-    document().tree.select(nullptr);
+    document().outline->tree.select(nullptr);
     literal().tree.selected = nullptr;
     m_windows.active->textShown = false;
 }

@@ -97,12 +97,12 @@ void tst_StructuralCommands::commandsChangeTheTree()
     QFETCH(QString, selected);
     QFETCH(QStringList, expected);
     OutlineFixture fixture(sample);
-    const QAbstractItemModelTester tester(&fixture.document().tree,
+    const QAbstractItemModelTester tester(&fixture.document().outline->tree,
                                           QAbstractItemModelTester::FailureReportingMode::QtTest);
     fixture.select(selected);
     command();
     QCOMPARE(fixture.dump(), expected);
-    QVERIFY(fixture.document().m_bDataChanged);
+    QVERIFY(fixture.document().m_bDataChanged());
     QCOMPARE(fixture.document().tree.brokenInvariant(), QString());
 }
 
@@ -126,7 +126,7 @@ void tst_StructuralCommands::everyCommandMarksTheDocumentChangedEvenWhenItDoesNo
     const QStringList before = fixture.dump();
     command();
     QCOMPARE(fixture.dump(), before);
-    QVERIFY(fixture.document().m_bDataChanged);
+    QVERIFY(fixture.document().m_bDataChanged());
     QVERIFY(!fixture.fakes.pointer.hourglass);
     QVERIFY(fixture.fakes.pointer.timesHourglass > 0);
 }
@@ -168,7 +168,7 @@ void tst_StructuralCommands::anInsertedEntryIsSelectedWithItsLabelOpen()
     QVERIFY(fixture.fake().outline.editingLabel);
     QCOMPARE(fixture.fakes.commands.statusText, u"New Entry"_s);
     QCOMPARE(fixture.fake().text.rtf, QByteArray());
-    QVERIFY(fixture.document().m_bDataChanged);
+    QVERIFY(fixture.document().m_bDataChanged());
 }
 
 void tst_StructuralCommands::anInsertIntoAnEmptyOutlineMakesTheRoot()
@@ -181,7 +181,7 @@ void tst_StructuralCommands::anInsertIntoAnEmptyOutlineMakesTheRoot()
 void tst_StructuralCommands::aMoveCarriesTextTagsAndExpansion()
 {
     OutlineFixture fixture({u"Root +"_s, u" A"_s, u" B +*"_s, u"  B1 *"_s});
-    fixture.document().tree.setStoredText(fixture.entry(u"B1"_s), "text");
+    fixture.document().outline->tree.setStoredText(fixture.entry(u"B1"_s), "text");
     fixture.select(u"B"_s);
     modOutline::OutlineIndent();
     QCOMPARE(fixture.dump(), QStringList({u"Root +"_s, u" A +"_s, u"  B +*<"_s, u"   B1 *"_s}));

@@ -19,7 +19,7 @@ public:
     Document &plant(const QStringList &lines)
     {
         Document &document = fake.windows.createDocument();
-        plantOutline(document.tree, lines);
+        plantOutline(document.outline->tree, lines);
         for (const Entry *entry = document.tree.root(); entry; entry = nextInOutline(entry, document.tree.root()))
             setText(document, entry->label(), "{\\rtf1 text of " + entry->label().toLatin1() + "}");
         return document;
@@ -27,7 +27,7 @@ public:
 
     static void setText(Document &document, const QString &label, const QByteArray &text)
     {
-        document.tree.setStoredText(entryLabelled(document.tree, label), NodeTextCompressIfRequired(text));
+        document.outline->tree.setStoredText(entryLabelled(document.tree, label), NodeTextCompressIfRequired(text));
     }
 
     static PrintExtent extent(Document &document, const QString &label, bool bDescendants)

@@ -97,7 +97,7 @@ private:
     {
         Document &document = m_fixture->plant({u"Root"_s});
         m_fixture->setText(document, u"Root"_s, text);
-        document.tree.setLabel(document.tree.root(), QString());
+        document.outline->tree.setLabel(document.tree.root(), QString());
         return {&document, document.tree.root(), true};
     }
 

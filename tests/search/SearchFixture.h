@@ -53,9 +53,9 @@ public:
     // Adds an entry behind the others of a parent; null for the root.
     Entry *add(Entry *parent, const QString &label, const QString &text)
     {
-        Entry *entry = document.tree.insert(Relationship::tvwChild, parent);
-        document.tree.setLabel(entry, label);
-        document.tree.setStoredText(entry, NodeTextCompressIfRequired(rtf(text)));
+        Entry *entry = document.outline->tree.insert(Relationship::tvwChild, parent);
+        document.outline->tree.setLabel(entry, label);
+        document.outline->tree.setStoredText(entry, NodeTextCompressIfRequired(rtf(text)));
         return entry;
     }
 

@@ -410,14 +410,14 @@ void tst_frmSearch::itKeepsOffTheLabel()
 {
     Document &document = m_fixture->document;
     TreeView view;
-    view.setEntryTree(&document.tree);
+    view.setEntryTree(&document.outline->tree, &document.history);
     view.resize(300, 300);
     view.show();
     Entry *root = m_fixture->add(nullptr, u"Root"_s, {});
     m_fixture->add(root, u"a dog"_s, {});
     Entry *cat = m_fixture->add(root, u"a cat"_s, {});
     modNodes::NodeSelectFull(document, root);
-    document.tree.setExpanded(root, true);
+    document.outline->tree.setExpanded(root, true);
     open(1);
     m_dialog->move(view.mapToGlobal(QPoint(10, 10)));
     input(2)->setCurrentIndex(2);

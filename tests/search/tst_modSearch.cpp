@@ -208,7 +208,7 @@ void tst_modSearch::allTextsThatBreakOffShowTheSelectedEntryAgain()
     const ErrorRecorder errors;
     FakeDocument fake;
     f.windows.document = &fake.document;
-    EntryTree &tree = fake.document.tree;
+    EntryTree &tree = fake.document.outline->tree;
     plantOutline(tree, {u"Root"_s, u" A"_s, u" B"_s});
     for (int index = 1; index <= 3; ++index)
         tree.setStoredText(tree.collection().at(index), "text " + QByteArray::number(index));
@@ -255,11 +255,11 @@ void tst_modSearch::allTextsDoNotCountAsEdits()
     Entry *child = f.add(root, u"Child"_s, u"two"_s);
     const QByteArray stored = f.document.tree.storedText(child);
     modNodes::NodeSelectFull(f.document, root);
-    f.document.m_bDataChanged = false;
+    f.document.history.markSaved();
     g_sSearchFind = u"two"_s;
     g_sSearchScope = u"1"_s;
     QVERIFY(modSearch::SearchPerform());
-    QVERIFY(!f.document.m_bDataChanged);
+    QVERIFY(!f.document.m_bDataChanged());
     QCOMPARE(f.document.tree.storedText(child), stored);
 }
 
@@ -346,7 +346,7 @@ void tst_modSearch::labelsThatFindNoOtherLeaveTheTextAsItIs()
     Entry *root = f.add(nullptr, u"Root"_s, u"text"_s);
     f.add(root, u"Child"_s, u"another"_s);
     modNodes::NodeSelectFull(f.document, root);
-    f.document.tree.setExpanded(root, false);
+    f.document.outline->tree.setExpanded(root, false);
     g_iSearchMode = 0;
     f.box.setSelText(u"typed "_s);
     f.select(3, 2);
@@ -415,7 +415,7 @@ void tst_modSearch::replacingIsStoredAndCounts()
     SearchFixture &f = *m_fixture;
     Entry *root = f.add(nullptr, u"Root"_s, u"one two"_s);
     modNodes::NodeSelectFull(f.document, root);
-    f.document.m_bDataChanged = false;
+    f.document.history.markSaved();
     g_sSearchFind = u"two"_s;
     g_sSearchReplace = u"three"_s;
     modSearch::SearchPerformReplace();
@@ -423,7 +423,7 @@ void tst_modSearch::replacingIsStoredAndCounts()
     QVERIFY(modSearch::SearchPerform());
     modSearch::SearchPerformReplace();
     QCOMPARE(f.textOf(root), u"one three"_s);
-    QVERIFY(f.document.m_bDataChanged);
+    QVERIFY(f.document.m_bDataChanged());
 }
 
 void tst_modSearch::replacingInALabel_data()
@@ -444,14 +444,14 @@ void tst_modSearch::replacingInALabel()
     SearchFixture &f = *m_fixture;
     Entry *root = f.add(nullptr, label, {});
     modNodes::NodeSelectFull(f.document, root);
-    f.document.m_bDataChanged = false;
+    f.document.history.markSaved();
     g_sSearchFind = u"cat"_s;
     g_sSearchReplace = u"dog"_s;
     g_sSearchScope = u"2"_s;
     g_bSearchWholeWord = wholeWord;
     modSearch::SearchPerformReplace();
     QCOMPARE(root->label(), expected);
-    QCOMPARE(f.document.m_bDataChanged, label != expected);
+    QCOMPARE(f.document.m_bDataChanged(), label != expected);
 }
 
 void tst_modSearch::replaceAllInAText()
@@ -476,7 +476,7 @@ void tst_modSearch::wordsBesideAReplacementAreSeenAsTheyAreThen()
     g_bSearchWholeWord = true;
     for (const auto &[text, replacement, expected] :
          {std::tuple(u"xab"_s, u"-"_s, u"--"_s), std::tuple(u"-ab"_s, u"x"_s, u"xab"_s)}) {
-        f.document.tree.setStoredText(root, NodeTextCompressIfRequired(SearchFixture::rtf(text)));
+        f.document.outline->tree.setStoredText(root, NodeTextCompressIfRequired(SearchFixture::rtf(text)));
         modNodes::NodeSelectFull(f.document, root);
         f.select(0, 1);
         g_sSearchReplace = replacement;
@@ -588,7 +588,7 @@ void tst_modSearch::replacingLineBreaksLeavesTables()
     QFETCH(const int, start);
     SearchFixture &f = *m_fixture;
     Entry *root = f.add(nullptr, u"Root"_s, {});
-    f.document.tree.setStoredText(
+    f.document.outline->tree.setStoredText(
         root, "{\\rtf1 a\\par b\\par\\trowd\\cellx1000\\cellx2000\\pard\\intbl one\\cell two\\cell\\row"
               "\\trowd\\cellx1000\\cellx2000\\pard\\intbl three\\cell four\\cell\\row\\pard c\\par d}");
     modNodes::NodeSelectFull(f.document, root);
@@ -606,7 +606,7 @@ void tst_modSearch::halvesOfLineBreaksAreLeft()
 {
     SearchFixture &f = *m_fixture;
     Entry *root = f.add(nullptr, u"Root"_s, {});
-    f.document.tree.setStoredText(root, "{\\rtf1 one\\line two\\par three\\line four\\par five}");
+    f.document.outline->tree.setStoredText(root, "{\\rtf1 one\\line two\\par three\\line four\\par five}");
     for (const bool isBackwards : {false, true}) {
         modNodes::NodeSelectFull(f.document, root);
         f.fake.dialogs.notices.clear();
@@ -669,12 +669,12 @@ void tst_modSearch::replaceAllThatWouldNeverEndEnds()
     }
     // Each replacement makes more matches than it takes away.
     g_sSearchReplace = u"bbaa"_s;
-    f.document.tree.setStoredText(child, NodeTextCompressIfRequired(SearchFixture::rtf(u"aab"_s)));
+    f.document.outline->tree.setStoredText(child, NodeTextCompressIfRequired(SearchFixture::rtf(u"aab"_s)));
     g_sSearchScope = u"0"_s;
     modNodes::NodeSelectFull(f.document, child);
     modSearch::SearchReplaceAll();
     QVERIFY(f.box.Text().size() > 3);
-    f.document.tree.setLabel(child, u"aab"_s);
+    f.document.outline->tree.setLabel(child, u"aab"_s);
     g_sSearchScope = u"2"_s;
     modSearch::SearchReplaceAll();
     QVERIFY(child->label().size() > 3);
@@ -685,7 +685,7 @@ void tst_modSearch::replaceAllLeavesDamagedTexts()
     SearchFixture &f = *m_fixture;
     Entry *root = f.add(nullptr, u"Root"_s, u"a cat"_s);
     Entry *child = f.add(root, u"Child"_s, {});
-    f.document.tree.setStoredText(child, "12,cat");
+    f.document.outline->tree.setStoredText(child, "12,cat");
     modNodes::NodeSelectFull(f.document, root);
     g_sSearchFind = u"cat"_s;
     g_sSearchReplace = u"dog"_s;
@@ -748,7 +748,7 @@ void tst_modSearch::replacingInALongLabelMovesNoMoreForEachMatch()
     g_sSearchReplace = u"xyz"_s;
     g_sSearchScope = u"2"_s;
     const auto bytesMoved = [&](int matches) {
-        f.document.tree.setLabel(root, u"-e"_s.repeated(matches));
+        f.document.outline->tree.setLabel(root, u"-e"_s.repeated(matches));
         const qint64 before = movedBytes();
         modSearch::SearchPerformReplace();
         const qint64 moved = movedBytes() - before;
@@ -802,7 +802,7 @@ void tst_modSearch::noScopeReplacesNothing()
     SearchFixture &f = *m_fixture;
     Entry *root = f.add(nullptr, u"a cat"_s, u"a cat"_s);
     modNodes::NodeSelectFull(f.document, root);
-    f.document.m_bDataChanged = false;
+    f.document.history.markSaved();
     f.select(2, 3);
     g_sSearchFind = u"cat"_s;
     g_sSearchReplace = u"dog"_s;
@@ -811,7 +811,7 @@ void tst_modSearch::noScopeReplacesNothing()
     modSearch::SearchPerformReplace();
     QCOMPARE(f.box.Text(), u"a cat"_s);
     QCOMPARE(root->label(), u"a cat"_s);
-    QVERIFY(!f.document.m_bDataChanged);
+    QVERIFY(!f.document.m_bDataChanged());
 }
 
 void tst_modSearch::selectingAMatchBringsTheCommandsUpToDate()
@@ -875,8 +875,8 @@ void tst_modSearch::replacingAllLeavesPictures()
     SearchFixture &f = *m_fixture;
     Entry *root = f.add(nullptr, u"Root"_s, {});
     Entry *child = f.add(root, u"Child"_s, {});
-    f.document.tree.setStoredText(root, withPicture);
-    f.document.tree.setStoredText(child, withPicture);
+    f.document.outline->tree.setStoredText(root, withPicture);
+    f.document.outline->tree.setStoredText(child, withPicture);
     modNodes::NodeSelectFull(f.document, root);
     g_sSearchFind = u"foo bar"_s;
     g_sSearchReplace = u"baz"_s;
@@ -892,8 +892,8 @@ void tst_modSearch::aMatchOverTheBorderOfCellsIsNotReplaced()
 {
     SearchFixture &f = *m_fixture;
     Entry *root = f.add(nullptr, u"Root"_s, {});
-    f.document.tree.setStoredText(root,
-                                  "{\\rtf1\\trowd\\cellx1000\\cellx2000\\pard\\intbl alpha\\cell beta\\cell\\row}");
+    f.document.outline->tree.setStoredText(
+        root, "{\\rtf1\\trowd\\cellx1000\\cellx2000\\pard\\intbl alpha\\cell beta\\cell\\row}");
     modNodes::NodeSelectFull(f.document, root);
     const QString before = f.box.Text();
     g_sSearchFind = u"a\r\nb"_s;
@@ -908,7 +908,7 @@ void tst_modSearch::replacingAllLeavesSelectedCells()
 {
     SearchFixture &f = *m_fixture;
     Entry *root = f.add(nullptr, u"Root"_s, {});
-    f.document.tree.setStoredText(
+    f.document.outline->tree.setStoredText(
         root, "{\\rtf1\\trowd\\cellx1000\\cellx2000\\pard\\intbl one\\cell two\\cell\\row"
               "\\trowd\\cellx1000\\cellx2000\\pard\\intbl three\\cell four\\cell\\row\\pard a cat}");
     modNodes::NodeSelectFull(f.document, root);

@@ -337,7 +337,7 @@ void tst_searchReference::everyStepIsTheSame()
             QString label = pieces(5).remove(u'\n');
             const int parent = i == 0 ? -1 : below(i);
             entries.push_back(f.add(i == 0 ? nullptr : entries[std::size_t(parent)], label, {}));
-            f.document.tree.setStoredText(entries.back(), NodeTextCompressIfRequired(looks(text)));
+            f.document.outline->tree.setStoredText(entries.back(), NodeTextCompressIfRequired(looks(text)));
             // A paragraph that the text only opens is none yet.
             if (text.endsWith(u'\n'))
                 text.chop(1);
@@ -428,12 +428,12 @@ void tst_searchReference::replacingAllIsReplacingOneByOne()
 
         const auto outcome = [&](void (*replaceAll)()) {
             for (std::size_t i = 0; i < entries.size(); ++i) {
-                f.document.tree.setLabel(entries[i], labels[qsizetype(i)]);
-                f.document.tree.setStoredText(entries[i], texts[i]);
+                f.document.outline->tree.setLabel(entries[i], labels[qsizetype(i)]);
+                f.document.outline->tree.setStoredText(entries[i], texts[i]);
             }
             modNodes::NodeSelectFull(f.document, entries[std::size_t(first)]);
             f.select(from, length);
-            f.document.m_bDataChanged = false;
+            f.document.history.markSaved();
             f.fake.dialogs.notices.clear();
             replaceAll();
             Outcome result;
@@ -447,7 +447,7 @@ void tst_searchReference::replacingAllIsReplacingOneByOne()
             const bool isBack = scope == u"2" && result.selected == entries[std::size_t(first)];
             result.start = isBack ? 0 : f.box.SelStart();
             result.length = isBack ? 0 : f.box.SelLength();
-            result.isChanged = f.document.m_bDataChanged;
+            result.isChanged = f.document.m_bDataChanged();
             result.notices = f.fake.dialogs.notices.size();
             return result;
         };

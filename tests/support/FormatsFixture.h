@@ -16,11 +16,11 @@ public:
     FakeDocument &plant(const QStringList &lines)
     {
         Document &document = fake.windows.createDocument();
-        plantOutline(document.tree, lines);
-        document.m_fntOutlineFont.setName(QStringLiteral("MS Sans Serif"));
-        document.m_fntOutlineFont.setSize(82500);
-        document.m_fntTextFont.setName(QStringLiteral("Arial"));
-        document.m_fntTextFont.setSize(100000);
+        plantOutline(document.outline->tree, lines);
+        document.outline->outlineFont.setName(QStringLiteral("MS Sans Serif"));
+        document.outline->outlineFont.setSize(82500);
+        document.outline->textFont.setName(QStringLiteral("Arial"));
+        document.outline->textFont.setSize(100000);
         return fake.windows.fakeOf(document);
     }
 

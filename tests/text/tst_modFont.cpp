@@ -28,15 +28,15 @@ struct OpenDocument {
     {
         QObject::connect(&box, &RichTextBox::changed, &box, [this] {
             ++timesChanged;
-            document.m_bDataChanged = true;
+            document.history.touch();
             modNodes::NodeTextPut(document, document.tree.selected());
         });
     }
 
     Entry *add(Entry *parent, const QByteArray &body)
     {
-        Entry *entry = document.tree.insert(Relationship::tvwChild, parent);
-        document.tree.setStoredText(
+        Entry *entry = document.outline->tree.insert(Relationship::tvwChild, parent);
+        document.outline->tree.setStoredText(
             entry, NodeTextCompressIfRequired("{\\rtf1\\ansi{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs20 " + body + "}"));
         return entry;
     }
@@ -212,7 +212,7 @@ void tst_modFont::cancelledDialogsChangeNothing()
     QVERIFY(dialogs().fonts.empty());
     QCOMPARE(f.document.tree.storedText(root), before);
     QCOMPARE(f.box.Font(), shown);
-    QVERIFY(!f.document.m_bDataChanged);
+    QVERIFY(!f.document.m_bDataChanged());
     QVERIFY(f.document.m_fntTextFont == clsFont());
     QVERIFY(f.box.PaneVisible());
     QVERIFY(!m_fake->pointer.hourglass);
@@ -309,7 +309,7 @@ void tst_modFont::withoutASelectionTheWholeTextTakesTheFont()
     dialogs().fonts = {FontAttributes{u"DejaVu Serif"_s, 16, false, true, false, false, {}}};
     modEdit::EditCurrentFont();
     QVERIFY(!dialogs().fontRequests.front().effects);
-    QVERIFY(f.document.m_bDataChanged);
+    QVERIFY(f.document.m_bDataChanged());
     QTest::keyClicks(&f.box, u"x"_s);
     select(0, static_cast<int>(text.size()) + 1);
     QCOMPARE(f.box.SelText(), text + u'x');
@@ -327,7 +327,7 @@ void tst_modFont::otherEntriesBeginAsTheyDid()
 {
     OpenDocument &f = *m_first;
     Entry *root = f.add(nullptr, "one");
-    Entry *other = f.document.tree.insert(Relationship::tvwChild, root);
+    Entry *other = f.document.outline->tree.insert(Relationship::tvwChild, root);
     modNodes::NodeSelectFull(f.document, root);
     select(3, 0);
     dialogs().fonts = {FontAttributes{u"DejaVu Serif"_s, 30, true, false, false, false, {}}};
@@ -344,7 +344,7 @@ void tst_modFont::otherEntriesBeginAsTheyDid()
 void tst_modFont::anEmptyTextBeginsWithTheFontChosen()
 {
     OpenDocument &f = *m_first;
-    Entry *root = f.document.tree.insert(Relationship::tvwFirst, nullptr);
+    Entry *root = f.document.outline->tree.insert(Relationship::tvwFirst, nullptr);
     modNodes::NodeSelectFull(f.document, root);
     dialogs().fonts = {FontAttributes{u"DejaVu Serif"_s, 30, true, false, false, false, {}}};
     modEdit::EditCurrentFont();
@@ -390,8 +390,8 @@ void tst_modFont::theDialogShowsTheFontAtTheCaret()
 void tst_modFont::theFontOfTheWholeTextCanBeUndone()
 {
     OpenDocument &f = *m_first;
-    Entry *root = f.document.tree.insert(Relationship::tvwFirst, nullptr);
-    f.document.tree.setStoredText(root, "no font");
+    Entry *root = f.document.outline->tree.insert(Relationship::tvwFirst, nullptr);
+    f.document.outline->tree.setStoredText(root, "no font");
     modNodes::NodeSelectFull(f.document, root);
     select(7, 0);
     QTest::keyClicks(&f.box, u"s"_s);
@@ -480,13 +480,13 @@ void tst_modFont::theDocumentFontGoesIntoEveryText()
     Entry *grandchild = f.add(child, "three");
     modNodes::NodeSelectFull(f.document, child);
     select(1, 2);
-    f.document.m_fntTextFont.setName(u"Arial"_s);
+    f.document.outline->textFont.setName(u"Arial"_s);
     dialogs().fonts = {FontAttributes{u"DejaVu Serif"_s, 16, false, true, true, false, {}}};
     modEdit::EditDocumentFont();
     QCOMPARE(dialogs().fontRequests.front().initial.name, std::optional(u"Arial"_s));
     QVERIFY(f.document.m_fntTextFont == serif16());
     QCOMPARE(f.box.Font().family(), u"DejaVu Serif"_s);
-    QVERIFY(f.document.m_bDataChanged);
+    QVERIFY(f.document.m_bDataChanged());
     // The selected entry is shown, with the same part of its text selected.
     QCOMPARE(f.document.tree.selected(), child);
     QCOMPARE(f.box.SelText(), u"wo"_s);
@@ -514,7 +514,7 @@ void tst_modFont::theDocumentFontLeavesTheRest()
     // Nothing but four styles that were off before: the text is what it was.
     OpenDocument other;
     Entry *same = other.add(nullptr, {});
-    other.document.tree.setStoredText(same, f.document.tree.storedText(root));
+    other.document.outline->tree.setStoredText(same, f.document.tree.storedText(root));
     modNodes::NodeSelectFull(other.document, same);
     const QByteArray text = f.textOf(root);
     for (const char *kept : {"http://example.org/", "89504e47", "\\qc", "\\super", "\\li300", "\\v"})
@@ -533,13 +533,13 @@ void tst_modFont::coloursLinksAndPicturesStayUnderTheDocumentFont()
 {
     QFETCH(const bool, isShown);
     OpenDocument &f = *m_first;
-    Entry *root = f.document.tree.insert(Relationship::tvwFirst, nullptr);
-    f.document.tree.setStoredText(root,
-                                  QByteArray("{\\rtf1{\\fonttbl{\\f0 DejaVu Sans;}}{\\colortbl;\\red255;\\blue200;}"
-                                             "\\f0\\fs20 a\\cf1\\b red\\cf0\\b0{\\highlight2 b}"
-                                             "{\\field{\\*\\fldinst{HYPERLINK \"http://example.org/\"}}"
-                                             "{\\fldrslt\\cf2\\ul link}}") +
-                                      picture + "{\\super up}\\par\\qc c}");
+    Entry *root = f.document.outline->tree.insert(Relationship::tvwFirst, nullptr);
+    f.document.outline->tree.setStoredText(
+        root, QByteArray("{\\rtf1{\\fonttbl{\\f0 DejaVu Sans;}}{\\colortbl;\\red255;\\blue200;}"
+                         "\\f0\\fs20 a\\cf1\\b red\\cf0\\b0{\\highlight2 b}"
+                         "{\\field{\\*\\fldinst{HYPERLINK \"http://example.org/\"}}"
+                         "{\\fldrslt\\cf2\\ul link}}") +
+                  picture + "{\\super up}\\par\\qc c}");
     Entry *child = f.add(root, "child");
     modNodes::NodeSelectFull(f.document, isShown ? root : child);
     g_fntPendingTextFont = serif16();
@@ -591,8 +591,8 @@ void tst_modFont::theDocumentFontIsWhatThePaneWouldMakeOfIt()
     OpenDocument &f = *m_first;
     std::vector<Entry *> entries;
     for (const QByteArray &text : texts) {
-        entries.push_back(f.document.tree.insert(Relationship::tvwChild, f.document.tree.root()));
-        f.document.tree.setStoredText(entries.back(), NodeTextCompressIfRequired(text));
+        entries.push_back(f.document.outline->tree.insert(Relationship::tvwChild, f.document.tree.root()));
+        f.document.outline->tree.setStoredText(entries.back(), NodeTextCompressIfRequired(text));
     }
     std::mt19937 random(7);
     const auto oneIn = [&random](unsigned n) { return random() % n == 0; };
@@ -628,8 +628,8 @@ void tst_modFont::theDocumentFontIsWhatThePaneWouldMakeOfIt()
 void tst_modFont::theDocumentFontCanBeUndoneInTheShownText()
 {
     OpenDocument &f = *m_first;
-    Entry *root = f.document.tree.insert(Relationship::tvwFirst, nullptr);
-    f.document.tree.setStoredText(root, "no font");
+    Entry *root = f.document.outline->tree.insert(Relationship::tvwFirst, nullptr);
+    f.document.outline->tree.setStoredText(root, "no font");
     Entry *child = f.add(root, "two {\\b bold}");
     for (Entry *entry : {root, child}) {
         modNodes::NodeSelectFull(f.document, entry);
@@ -680,13 +680,13 @@ void tst_modFont::theDocumentFontKeepsTheUndoHistory()
     const auto again = qScopeGuard([before] { qInstallMessageHandler(before); });
     QFETCH(const QByteArray, text);
     OpenDocument &f = *m_first;
-    Entry *root = f.document.tree.insert(Relationship::tvwFirst, nullptr);
-    Entry *child = f.document.tree.insert(Relationship::tvwChild, root);
-    f.document.tree.setStoredText(root, NodeTextCompressIfRequired(text));
+    Entry *root = f.document.outline->tree.insert(Relationship::tvwFirst, nullptr);
+    Entry *child = f.document.outline->tree.insert(Relationship::tvwChild, root);
+    f.document.outline->tree.setStoredText(root, NodeTextCompressIfRequired(text));
     modNodes::NodeSelectFull(f.document, root);
     f.box.moveCursor(QTextCursor::End);
     f.box.setSelText(u"new"_s);
-    f.document.tree.setStoredText(child, f.document.tree.storedText(root));
+    f.document.outline->tree.setStoredText(child, f.document.tree.storedText(root));
     g_fntPendingTextFont = serif16();
     modFont::ChangeDocumentTextFontDetails(false);
     QCOMPARE(f.textOf(root), f.textOf(child));
@@ -701,7 +701,7 @@ void tst_modFont::emptyTextsTakeTheDocumentFont()
 {
     OpenDocument &f = *m_first;
     Entry *root = f.add(nullptr, "\\fs40 ");
-    Entry *child = f.document.tree.insert(Relationship::tvwChild, root);
+    Entry *child = f.document.outline->tree.insert(Relationship::tvwChild, root);
     modNodes::NodeSelectFull(f.document, root);
     g_fntPendingTextFont = serif16();
     modFont::ChangeDocumentTextFontDetails(false);
@@ -725,7 +725,7 @@ void tst_modFont::theDocumentFontOfAllDocuments()
     g_fntPendingTextFont = serif16();
     modFont::ChangeDocumentTextFontDetails(false);
     QCOMPARE(m_second->document.tree.storedText(second), before);
-    QVERIFY(!m_second->document.m_bDataChanged);
+    QVERIFY(!m_second->document.m_bDataChanged());
     QCOMPARE(m_second->window.timesActivated, 0);
     modFont::ChangeDocumentTextFontDetails(true);
     QVERIFY(m_second->document.tree.storedText(second) != before);

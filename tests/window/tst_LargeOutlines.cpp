@@ -42,7 +42,7 @@ private:
     void run();
     void fill();
 
-    EntryTree &tree() { return DocumentActive()->tree; }
+    EntryTree &tree() { return DocumentActive()->outline->tree; }
 
     std::unique_ptr<WindowFixture> m_fixture;
     std::unique_ptr<ErrorRecorder> m_errors;

@@ -159,10 +159,10 @@ void tst_NoticeBar::cleanup()
 void tst_NoticeBar::openDocument()
 {
     modDoc::DocNew();
-    plantOutline(document().tree, {u"Root"_s, u" First"_s, u" Second"_s});
-    document().tree.setExpanded(document().tree.root(), true);
+    plantOutline(document().outline->tree, {u"Root"_s, u" First"_s, u" Second"_s});
+    document().outline->tree.setExpanded(document().tree.root(), true);
     modNodes::NodeSelect(document(), document().tree.root());
-    document().m_bDataChanged = false;
+    document().history.markSaved();
 }
 
 void tst_NoticeBar::aDocumentWithoutNoticesHasNoBar()
@@ -272,7 +272,7 @@ void tst_NoticeBar::tryAgainSavesTheWindowsOwnDocument()
 {
     const TestFolder folder;
     document().m_sFile = folder(u"a.qly"_s);
-    document().m_bDataChanged = true;
+    document().history.touch();
     folder.setMode(QString(), 0555);
     {
         const OrdinaryUser user;
@@ -288,7 +288,7 @@ void tst_NoticeBar::tryAgainSavesTheWindowsOwnDocument()
     folder.setMode(QString(), 0777);
     click(shown().first(), "cmdTryAgain");
     QCOMPARE(shown(), QStringList());
-    QVERIFY(!document().m_bDataChanged);
+    QVERIFY(!document().m_bDataChanged());
     QVERIFY(folder.read(u"a.qly"_s).contains("First"));
 }
 
@@ -630,8 +630,8 @@ void tst_NoticeBar::theSelectedRowStaysInSight()
     for (int entry = 0; entry < 100; ++entry)
         labels.append(u" Entry %1"_s.arg(entry));
     modDoc::DocNew();
-    plantOutline(document().tree, labels);
-    document().tree.setExpanded(document().tree.root(), true);
+    plantOutline(document().outline->tree, labels);
+    document().outline->tree.setExpanded(document().tree.root(), true);
     Entry *lowest = document().tree.root();
     for (Entry *child = lowest->firstChild(); child; child = child->next()) {
         const QRect row = form().treeView->visualRect(document().tree.indexOf(child));
@@ -688,7 +688,7 @@ void tst_NoticeBar::whatIsTypedForAnEntryTooManyGoesNowhere()
 {
     QFETCH(const QString, from);
     const ErrorRecorder errors;
-    EntryTree &tree = document().tree;
+    EntryTree &tree = document().outline->tree;
     {
         const BulkChange bulk(tree);
         while (tree.entryCount() < EntryTree::maximumCount)

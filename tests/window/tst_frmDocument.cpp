@@ -108,15 +108,15 @@ Document &tst_frmDocument::openThreeEntries()
     modDoc::DocNew();
     Document &opened = *DocumentActive();
     Entry *root = modNodes::NodeInsert(opened, Relationship::tvwFirst, nullptr);
-    opened.tree.setLabel(root, u"Root"_s);
+    opened.outline->tree.setLabel(root, u"Root"_s);
     for (const QString &label : {u"First"_s, u"Second"_s}) {
         Entry *child = modNodes::NodeInsert(opened, Relationship::tvwChild, root);
-        opened.tree.setLabel(child, label);
-        opened.tree.setStoredText(child, "Text of " + label.toLatin1());
+        opened.outline->tree.setLabel(child, label);
+        opened.outline->tree.setStoredText(child, "Text of " + label.toLatin1());
     }
-    opened.tree.setExpanded(root, true);
+    opened.outline->tree.setExpanded(root, true);
     modNodes::NodeSelect(opened, root);
-    opened.m_bDataChanged = false;
+    opened.history.markSaved();
     return opened;
 }
 
@@ -158,10 +158,10 @@ void tst_frmDocument::typingIsStoredWhenAnotherEntryIsClicked()
 void tst_frmDocument::typingMarksTheDocumentChanged()
 {
     Document &opened = openThreeEntries();
-    QVERIFY(!opened.m_bDataChanged);
+    QVERIFY(!opened.m_bDataChanged());
     form().textBox->setFocus();
     QTest::keyClicks(form().textBox, u"x"_s);
-    QVERIFY(opened.m_bDataChanged);
+    QVERIFY(opened.m_bDataChanged());
     QCOMPARE(textOf(opened.tree.root()), u"x"_s);
 }
 
@@ -220,7 +220,7 @@ void tst_frmDocument::aTextChangedBehindThePaneIsShownAnew()
     Entry *first = opened.tree.root()->child(0);
     clickOn(first);
     QTest::keyClicks(form().textBox, u"lost "_s);
-    opened.tree.setStoredText(first, "replaced");
+    opened.outline->tree.setStoredText(first, "replaced");
     clickOn(first);
     QCOMPARE(opened.txtRTF.Text(), u"replaced"_s);
 }
@@ -246,7 +246,7 @@ void tst_frmDocument::whatIsTypedWithNothingSelectedGoesWithTheNextSelection()
     Document &opened = openThreeEntries();
     Entry *first = opened.tree.root()->child(0);
     clickOn(first);
-    opened.tree.select(nullptr);
+    opened.outline->tree.select(nullptr);
     QTest::keyClicks(form().textBox, u"nobody's"_s);
     modNodes::NodeSelect(opened, first);
     QCOMPARE(opened.txtRTF.Text(), u"Text of First"_s);
@@ -287,7 +287,7 @@ void tst_frmDocument::f2EditsTheLabelInPlace()
     QTest::keyClicks(editor, u"Renamed"_s);
     QTest::keyClick(editor, Qt::Key_Return);
     QTRY_COMPARE(opened.tree.root()->label(), u"Renamed"_s);
-    QVERIFY(opened.m_bDataChanged);
+    QVERIFY(opened.m_bDataChanged());
     QCOMPARE(m_fixture->fakes.commands.statusText, u"Renamed"_s);
 }
 
@@ -412,7 +412,7 @@ void tst_frmDocument::everyOutlineKeyWorksFromBothPanes()
     QFETCH(QStringList, outline);
     for (const bool fromText : {false, true}) {
         modDoc::DocNew();
-        plantOutline(document().tree, {u"Root +"_s, u" A"_s, u" B +"_s, u"  B1"_s, u" C"_s});
+        plantOutline(document().outline->tree, {u"Root +"_s, u" A"_s, u" B +"_s, u"  B1"_s, u" C"_s});
         modNodes::NodeSelect(document(), entryLabelled(document().tree, u"B"_s));
         m_fixture->fakes.dialogs.answers = {Answer::Yes};
         QWidget *pane = fromText ? static_cast<QWidget *>(form().textBox) : form().treeView;
@@ -427,7 +427,7 @@ void tst_frmDocument::copyingAndExpandingByKeyWorkFromBothPanes()
 {
     for (const bool fromText : {false, true}) {
         modDoc::DocNew();
-        plantOutline(document().tree, {u"Root +"_s, u" A"_s, u" B +"_s, u"  B1"_s});
+        plantOutline(document().outline->tree, {u"Root +"_s, u" A"_s, u" B +"_s, u"  B1"_s});
         modNodes::NodeSelect(document(), entryLabelled(document().tree, u"B"_s));
         QWidget *pane = fromText ? static_cast<QWidget *>(form().textBox) : form().treeView;
         pane->setFocus();
@@ -518,11 +518,11 @@ void tst_frmDocument::keysStepTheSizeOfTheSelectedText()
     press();
     QCOMPARE(box.SelFontSize(), std::optional(10.0));
     opened.setTextWithheld(false);
-    opened.m_bDataChanged = false;
+    opened.history.markSaved();
     press();
     QCOMPARE(box.SelFontSize(), std::optional(size));
     QCOMPARE(box.SelText(), u"some text"_s);
-    QVERIFY(opened.m_bDataChanged);
+    QVERIFY(opened.m_bDataChanged());
 }
 
 void tst_frmDocument::ctrlF6GoesRoundTheWindowsInOrder()
@@ -553,9 +553,9 @@ void tst_frmDocument::collapsingTheBranchOfTheSelectionSelectsItsHead()
     Document &opened = openThreeEntries();
     clickOn(opened.tree.root()->child(1));
     form().treeView->setFocus();
-    opened.tree.setExpanded(opened.tree.root(), false);
+    opened.outline->tree.setExpanded(opened.tree.root(), false);
     QCOMPARE(opened.tree.selected(), opened.tree.root());
-    QVERIFY(opened.m_bDataChanged);
+    QVERIFY(opened.m_bDataChanged());
 }
 
 void tst_frmDocument::collapsingTheRootSetsLevelOne()
@@ -582,7 +582,7 @@ void tst_frmDocument::collapsingAnotherEntrySetsLevelZero()
 {
     QFETCH(const bool, byMouse);
     modDoc::DocNew();
-    plantOutline(document().tree, {u"Root +"_s, u" A +"_s, u"  A1"_s});
+    plantOutline(document().outline->tree, {u"Root +"_s, u" A +"_s, u"  A1"_s});
     const Entry *entry = entryLabelled(document().tree, u"A"_s);
     modNodes::NodeSelect(document(), document().tree.root()->child(0));
     document().m_iExpansionLevel = 3;
@@ -603,8 +603,8 @@ void tst_frmDocument::eventsAreSilentWhileBusy()
     Document &opened = openThreeEntries();
     const BusyScope busy;
     clickOn(opened.tree.root()->child(1));
-    opened.tree.setExpanded(opened.tree.root(), false);
-    QVERIFY(!opened.m_bDataChanged);
+    opened.outline->tree.setExpanded(opened.tree.root(), false);
+    QVERIFY(!opened.m_bDataChanged());
     QCOMPARE(opened.txtRTF.Text(), QString());
 }
 
@@ -623,7 +623,7 @@ void tst_frmDocument::closingAChangedReadOnlyDocumentAsksNothing()
     QCOMPARE(modDoc::DocSave(file), SaveOutcome::Saved);
     QVERIFY(QFile::setPermissions(file, QFileDevice::ReadOwner | QFileDevice::ReadUser));
     QVERIFY(modDoc::DocLoad(file));
-    document().m_bDataChanged = true;
+    document().history.touch();
     QVERIFY(document().window.close());
     QVERIFY(m_fixture->fakes.dialogs.questions.isEmpty());
 }
@@ -658,7 +658,7 @@ void tst_frmDocument::aFileThatTurnsReadOnlyTakesNothingAway()
     m_fixture->fakes.dialogs.saveNames = {std::nullopt};
     QVERIFY2(!document().window.close(), "without a name the window stays");
     QVERIFY(document().hasNotice(NoticeKind::NotSaved));
-    QVERIFY(document().m_bDataChanged);
+    QVERIFY(document().m_bDataChanged());
     m_fixture->fakes.dialogs.answers = {Answer::Yes};
     m_fixture->fakes.dialogs.saveNames = {other};
     QVERIFY(document().window.close());
@@ -701,7 +701,7 @@ void tst_frmDocument::aDocumentWithoutEntriesReplacesNoFile()
     const qint64 size = QFileInfo(file).size();
     modNodes::NodeDelete(opened, opened.tree.root());
     modNodes::showNothing(opened);
-    opened.m_bDataChanged = true;
+    opened.history.touch();
     modFile::FileSaveAll();
     QVERIFY(opened.hasNotice(NoticeKind::NotSaved));
     m_fixture->fakes.dialogs.answers = {Answer::Yes};
@@ -718,7 +718,7 @@ void tst_frmDocument::aRefusedSaveIsAskedAboutOnClosing()
 {
     openThreeEntries();
     document().m_sFile = m_fixture->folder.filePath(u"notes.txt"_s);
-    document().m_bDataChanged = true;
+    document().history.touch();
     m_fixture->fakes.dialogs.answers = {Answer::No, Answer::Cancel};
     QVERIFY(!modFile::FileSave());
     QVERIFY(!document().window.close());
@@ -730,12 +730,12 @@ void tst_frmDocument::aRefusedSaveIsAskedAboutOnClosing()
 void tst_frmDocument::cancelKeepsTheWindowAndTheCount()
 {
     openThreeEntries();
-    document().m_bDataChanged = true;
+    document().history.touch();
     m_fixture->fakes.dialogs.answers = {Answer::Cancel};
     QVERIFY(!document().window.close());
     QCOMPARE(iDocumentCount, qint16(1));
     QCOMPARE(m_fixture->documents().size(), size_t(1));
-    QVERIFY(document().m_bDataChanged);
+    QVERIFY(document().m_bDataChanged());
     QCOMPARE(m_fixture->fakes.dialogs.questions, QStringList{u"Do you want to save the file ?"_s});
 }
 
@@ -744,7 +744,7 @@ void tst_frmDocument::noClosesWithoutSaving()
     const QString file = m_fixture->folder.filePath(u"kept.qly"_s);
     openThreeEntries();
     document().m_sFile = file;
-    document().m_bDataChanged = true;
+    document().history.touch();
     m_fixture->fakes.dialogs.answers = {Answer::No};
     QVERIFY(document().window.close());
     QVERIFY(!QFile::exists(file));
@@ -757,7 +757,7 @@ void tst_frmDocument::yesSavesAndCloses()
 {
     const QString file = m_fixture->folder.filePath(u"kept.qly"_s);
     openThreeEntries();
-    document().m_bDataChanged = true;
+    document().history.touch();
     m_fixture->fakes.dialogs.answers = {Answer::Yes};
     m_fixture->fakes.dialogs.saveNames = {file};
     QVERIFY(document().window.close());
@@ -768,11 +768,11 @@ void tst_frmDocument::yesSavesAndCloses()
 void tst_frmDocument::yesWithACancelledSaveDialogKeepsTheWindow()
 {
     openThreeEntries();
-    document().m_bDataChanged = true;
+    document().history.touch();
     m_fixture->fakes.dialogs.answers = {Answer::Yes};
     m_fixture->fakes.dialogs.saveNames = {std::nullopt};
     QVERIFY(!document().window.close());
-    QVERIFY(document().m_bDataChanged);
+    QVERIFY(document().m_bDataChanged());
     QCOMPARE(iDocumentCount, qint16(1));
 }
 
@@ -781,7 +781,7 @@ void tst_frmDocument::yesWithAFailedSaveKeepsTheWindowAndAsksAgain()
     openThreeEntries();
     const QString file = m_fixture->folder.filePath(u"no such folder/kept.qly"_s);
     document().m_sFile = file;
-    document().m_bDataChanged = true;
+    document().history.touch();
     m_fixture->fakes.dialogs.answers = {Answer::Yes, Answer::No};
     QVERIFY(!document().window.close());
     QCOMPARE(m_fixture->fakes.commands.statusText, u"The file %1 could not be saved"_s.arg(file));
@@ -814,7 +814,7 @@ void tst_frmDocument::aWindowWithoutEntriesShowsNoLabelOfAnother()
 {
     Document &emptied = openThreeEntries();
     Document &other = openThreeEntries();
-    other.tree.setLabel(other.tree.root(), u"Other"_s);
+    other.outline->tree.setLabel(other.tree.root(), u"Other"_s);
     modNodes::NodeDelete(emptied, emptied.tree.root());
     modNodes::showNothing(emptied);
     emptied.window.activate();

@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "document/UndoRedo.h"
+
+#include "document/Document.h"
+#include "document/OutlinePane.h"
+#include "document/modNodes.h"
+#include "util/Procedure.h"
+
+namespace
+{
+
+// Shows what the history left selected.
+void showPosition(Document &document)
+{
+    // What is open now was not opened to a level.
+    document.m_iExpansionLevel = 0;
+    QFont font = document.trvOutline.Font();
+    document.m_fntOutlineFont.SetFont(font);
+    if (font != document.trvOutline.Font())
+        document.trvOutline.setFont(font);
+    if (Entry *selected = document.tree.selected())
+        modNodes::NodeSelectFull(document, selected);
+    else
+        modNodes::showNothing(document);
+}
+
+template <typename Walk>
+bool walkHistory(const char *name, Document &document, Walk &&walk)
+{
+    return procedure(name, [&] {
+        const modNodes::ActionScope action;
+        const bool there = walk(document.history);
+        showPosition(document);
+        return there;
+    });
+}
+
+} // namespace
+
+bool undoStep(Document &document)
+{
+    return document.history.canUndo() &&
+           walkHistory("UndoRedo undoStep", document, [](History &history) { return history.undo(); });
+}
+
+bool redoStep(Document &document)
+{
+    return document.history.canRedo() &&
+           walkHistory("UndoRedo redoStep", document, [](History &history) { return history.redo(); });
+}
+
+bool goToStep(Document &document, int position)
+{
+    return walkHistory("UndoRedo goToStep", document, [&](History &history) { return history.goTo(position); });
+}
