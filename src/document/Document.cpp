@@ -24,10 +24,12 @@ Document::Document(OutlinePane &outlinePane, TextPane &textPane, DocumentWindow 
     , m_fntOutlineFont(outline->outlineFont)
     , m_fntTextFont(outline->textFont)
     , history(*outline)
+    , texts(outline->tree)
     , trvOutline(outlinePane)
     , txtRTF(textPane)
     , window(documentWindow)
 {
+    QObject::connect(&texts, &LiveTexts::changed, &texts, [this] { history.touch(); });
     // What is told of damaged texts may have gone with their entries.
     const auto lookAgain = [this] {
         if (hasNotice(NoticeKind::DamagedText))
@@ -62,8 +64,8 @@ bool Document::bReadOnly() const
 
 void Document::updateTextLock()
 {
-    const Entry *entry = textEntry ? textEntry->entry() : tree.selected();
-    txtRTF.setLocked(!entry || m_textWithheld || m_fileAccess == FileAccess::ReadOnly);
+    const Entry *entry = texts.shown() ? texts.shownEntry() : tree.selected();
+    txtRTF.setLocked(!entry || bTextWithheld() || m_fileAccess == FileAccess::ReadOnly);
 }
 
 bool Document::bReadOnlyAsSeen() const

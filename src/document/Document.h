@@ -4,6 +4,7 @@
 #pragma once
 
 #include "document/DocumentNotice.h"
+#include "document/LiveTexts.h"
 #include "formats/Format.h"
 #include "model/History.h"
 #include "model/Outline.h"
@@ -64,9 +65,7 @@ public:
 
     // Whether the text pane shows something else than the entry's text: bytes that could not be inflated, or only its
     // beginning. It is locked then, and what is done to it is not stored.
-    bool bTextWithheld() const { return m_textWithheld; }
-
-    void setTextWithheld(bool withheld) { m_textWithheld = withheld; }
+    bool bTextWithheld() const { return texts.shown() && texts.shown()->state() != TextState::Whole; }
 
     // Locks the text pane, or frees it: where no entry would take what is typed, in a document that was opened
     // read-only, and where the text is withheld.
@@ -107,9 +106,6 @@ public:
     // What the status bar says of the document's file instead of the selected label, until the selection changes.
     QString notice;
 
-    // The entry whose text the text pane holds, whatever was typed into it since; nothing before the first.
-    std::optional<EntryRef> textEntry;
-
     // What the file holds of it, or will hold, and the parts of that by their own names.
     const std::unique_ptr<Outline> outline;
     const EntryTree &tree;
@@ -118,6 +114,7 @@ public:
 
     // What was done to it, and the only way to do more.
     History history;
+    LiveTexts texts;
 
     OutlinePane &trvOutline;
     TextPane &txtRTF;
@@ -131,6 +128,5 @@ private:
 
     std::vector<DocumentNotice> m_notices;
     std::unique_ptr<TextCheck> m_textCheck;
-    bool m_textWithheld = false;
     mutable std::optional<SeenFile> m_seenFile;
 };

@@ -56,9 +56,5 @@ private:
 // How deep NodeActionStart is nested.
 inline qint16 iActionDepth = 0;
 
-// True while NodeTextGet fills the text pane, or its text gets a font that the stored one gets too, so that the pane's
-// change is not stored back.
-inline bool bTextLoading = false;
-
 // How many document windows are open.
 inline qint16 iDocumentCount = 0;

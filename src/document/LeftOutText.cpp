@@ -42,10 +42,11 @@ QString leftOutParts(const QByteArray &text)
     return names.isEmpty() ? last : names.join(u", "_s) + u" and "_s + last;
 }
 
-void tellOfLeftOutParts(Document &document, const Entry *entry, const QByteArray &text)
+void tellOfLeftOutParts(Document &document)
 {
+    const Entry *entry = document.texts.shownEntry();
     const bool mayChange = entry && !document.bTextWithheld() && document.m_fileAccess != FileAccess::ReadOnly;
-    const QString parts = mayChange ? leftOutParts(text) : QString();
+    const QString parts = mayChange ? document.texts.shown()->leftOut() : QString();
     if (parts.isEmpty())
         document.dismiss(NoticeKind::LeftOutParts);
     else

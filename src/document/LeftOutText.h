@@ -15,4 +15,4 @@ QString leftOutParts(const QByteArray &text);
 
 // Tells the user what of the text that the pane shows would go with its first change, or takes the notice back where
 // nothing would: the text has nothing more, or it cannot be changed. No entry has nothing.
-void tellOfLeftOutParts(Document &document, const Entry *entry, const QByteArray &text);
+void tellOfLeftOutParts(Document &document);

@@ -3,20 +3,26 @@
 
 #pragma once
 
+#include "document/EntryDocument.h"
 #include "model/TextSelection.h"
 
 #include <QFont>
 #include <QRect>
+
+#include <memory>
 
 // The rich-text pane of a document window as the core sees it: the text that it shows with what is selected there, and
 // what can be had only of a pane.
 class TextPane : public TextSelection
 {
 public:
-    // The whole text as an RTF document (pure ASCII). Assigning bytes that are no RTF shows them as plain text (see
-    // AnsiCodec); assigning leaves no undo step and does not count as a change by the user.
-    virtual QByteArray TextRTF() const = 0;
-    virtual void setTextRTF(const QByteArray &rtf) = 0;
+    // Shows a text, with the caret at its start. Counts as no change of it, and leaves none that
+    // could be undone. The pane keeps the text that it shows.
+    virtual void showText(std::shared_ptr<EntryDocument> text) = 0;
+    virtual const std::shared_ptr<EntryDocument> &shown() const = 0;
+
+    // The same of a text that is no entry's: RTF, or bytes that are shown as plain text (see AnsiCodec).
+    void setTextRTF(const QByteArray &rtf) { showText(std::make_shared<EntryDocument>(Inflated{rtf}, Font())); }
 
     // These put what comes from elsewhere in the place of the selection. What is too much to be laid out with its
     // formatting comes as words alone, if the user agrees; what is too much even so is refused and the user is told.

@@ -149,8 +149,7 @@ void unlockSaved(Document &document)
         return;
     document.updateTextLock();
     document.trvOutline.setLabelEdit(optionalLabelEdit());
-    if (Entry *entry = document.textEntry ? document.textEntry->entry() : nullptr; entry && !document.bTextWithheld())
-        tellOfLeftOutParts(document, entry, NodeTextDecompressIfRequired(document.tree.storedText(entry)));
+    tellOfLeftOutParts(document);
 }
 
 } // namespace

@@ -62,6 +62,18 @@ void removePasted(EntryRef &source)
         modNodes::showNothing(*document);
 }
 
+// Changes a text that is worked on as one step of undo.
+void setFontOf(EntryDocument &text, const QFont &base, const rtf::CharChange &change)
+{
+    if (text.state() != TextState::Whole)
+        return;
+    QTextCursor step(&text.document());
+    step.beginEditBlock();
+    text.changeFont(base);
+    changeText(text.document(), change);
+    step.endEditBlock();
+}
+
 } // namespace
 
 namespace modNodes
@@ -169,7 +181,7 @@ void NodeSelectFull(Document &document, Entry *entry)
             document.history.expandAncestors(entry);
             document.trvOutline.ScrollTo(entry);
             // Shown again, the text would lose the caret's place and what can be undone.
-            if (document.tree.shownEntry() != entry)
+            if (document.texts.entryAsShown() != entry)
                 NodeTextGet(document, entry);
             document.trvOutline.ClearDropHighlight();
             document.notice.clear();
@@ -348,14 +360,16 @@ void NodeSortAll(Document &document, Entry *entry, bool sorted)
 void NodeSetFontAll(Document &document, Entry *entry, const clsFont &font)
 {
     procedure("modNodes NodeSetFontAll", [&] {
-        document.tree.resolvePendingText();
         const History::Step step(document.history, u"change of the font of texts"_s);
         QFont base = document.txtRTF.Font();
         font.SetFont(base);
-        document.txtRTF.setFont(base);
         // Showing each text in the pane would cost many times as much.
         const rtf::CharChange change = font.asChange();
         for (Entry *each = entry; each; each = nextInOutline(each, entry)) {
+            if (const std::shared_ptr<EntryDocument> live = document.texts.find(*each)) {
+                setFontOf(*live, base, change);
+                continue;
+            }
             const Inflated stored = inflated(document.tree.storedText(each));
             if (stored.state != TextState::Whole)
                 continue;
@@ -363,6 +377,9 @@ void NodeSetFontAll(Document &document, Entry *entry, const clsFont &font)
             changed.change(change);
             document.history.setStoredText(each, NodeTextCompressIfRequired(changed.toRtf()));
         }
+        // The pane may show none of these texts, or one that keeps its look.
+        if (document.txtRTF.Font() != base)
+            document.txtRTF.setFont(base);
     });
 }
 

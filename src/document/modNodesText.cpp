@@ -22,38 +22,9 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-// Keeps the pane from drawing, and its change from being stored back, while it is filled.
-class TextLoadingScope
-{
-public:
-    explicit TextLoadingScope(TextPane &pane)
-        : m_pane(pane)
-        , m_wasVisible(pane.PaneVisible())
-    {
-        bTextLoading = true;
-        if (m_wasVisible)
-            m_pane.setPaneVisible(false);
-    }
-
-    ~TextLoadingScope()
-    {
-        if (m_wasVisible)
-            m_pane.setPaneVisible(true);
-        bTextLoading = false;
-    }
-
-    TextLoadingScope(const TextLoadingScope &) = delete;
-    TextLoadingScope &operator=(const TextLoadingScope &) = delete;
-
-private:
-    TextPane &m_pane;
-    bool m_wasVisible;
-};
-
 // A text that is not shown whole stands in a locked pane, and the user is told why.
 void tellOfWithheldText(Document &document, const Entry *entry, TextState state)
 {
-    document.setTextWithheld(state != TextState::Whole);
     document.updateTextLock();
     if (state != TextState::Beginning)
         document.dismiss(NoticeKind::LongText);
@@ -73,44 +44,34 @@ namespace modNodes
 void NodeTextGet(Document &document, Entry *entry)
 {
     procedure("modNodes NodeTextGet", [&] {
-        // The pane's content is still the source of a text that was changed and not read since.
-        document.tree.resolvePendingText();
-        const Inflated shown = entry ? shownText(document.tree.storedText(entry), document.txtRTF.Font()) : Inflated();
+        TextPane &pane = document.txtRTF;
+        std::shared_ptr<EntryDocument> text =
+            entry ? document.texts.open(*entry, pane.Font()) : std::make_shared<EntryDocument>(Inflated(), pane.Font());
+        document.texts.setShown(text);
         {
-            const TextLoadingScope loading(document.txtRTF);
-            document.txtRTF.setTextRTF(shown.text);
+            const HiddenText hidden(pane);
+            pane.showText(text);
         }
-        document.outline->tree.setShownEntry(entry);
-        document.textEntry.emplace(&document.tree, entry);
-        tellOfWithheldText(document, entry, shown.state);
-        tellOfLeftOutParts(document, entry, shown.text);
+        tellOfWithheldText(document, entry, text->state());
+        tellOfLeftOutParts(document);
     });
 }
 
 void NodeTextPut(Document &document, Entry *entry)
 {
     procedure("modNodes NodeTextPut", [&] {
-        if (bTextLoading)
-            return;
         // A pane that could not be filled anew still holds another entry's text, which can only become that one's.
-        if (entry && document.textEntry)
-            entry = document.textEntry->entry();
-        // Its text is not in the pane, and must not give way to what is.
-        if (document.bTextWithheld())
-            return;
-        document.outline->tree.setShownEntry(entry);
-        if (!entry)
-            return;
-        // Made when somebody reads it: compressing a long text at every key would make typing slow.
-        document.outline->tree.setPendingText(
-            entry, [&pane = document.txtRTF] { return NodeTextCompressIfRequired(pane.TextRTF()); });
+        if (const auto &text = document.txtRTF.shown(); text == document.texts.shown())
+            document.texts.store();
+        else if (entry)
+            document.outline->tree.setPendingText(entry, [text] { return text->toStored(); });
     });
 }
 
 void NodeTextDiscard(Document &document)
 {
     procedure("modNodes NodeTextDiscard", [&] {
-        Entry *entry = document.textEntry ? document.textEntry->entry() : nullptr;
+        Entry *entry = document.texts.shownEntry();
         if (!entry || !document.bTextWithheld())
             return;
         const History::Step step(document.history, stepName("clearing of the text of"_L1, *entry));

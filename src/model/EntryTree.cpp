@@ -241,9 +241,8 @@ void EntryTree::setStoredText(Entry *entry, const QByteArray &storedText)
 {
     if (entry == m_pendingEntry)
         forgetPendingText();
-    if (entry == m_shown)
-        m_shown = nullptr;
     entry->m_storedText = storedText;
+    Q_EMIT storedTextChanged(entry);
 }
 
 void EntryTree::setForeignRecords(Entry *entry, ForeignRecordList records)

@@ -146,12 +146,6 @@ public:
     // What a file says of an entry that this program does not know. Copies have it too.
     void setForeignRecords(Entry *entry, ForeignRecordList records);
 
-    // The entry whose text, as it is now, the text pane shows: null once it shows something else, or the text was
-    // changed behind it.
-    const Entry *shownEntry() const { return m_shown; }
-
-    void setShownEntry(const Entry *entry) { m_shown = entry; }
-
     Entry *selected() const { return m_selected; }
 
     void select(Entry *entry);
@@ -186,6 +180,8 @@ Q_SIGNALS:
     // The expansion of many entries changed at once: whoever mirrors it reads it again as a whole.
     void expansionReset();
     void labelChanged(Entry *entry);
+    // Not by the source that makes a text when it is read.
+    void storedTextChanged(const Entry *entry);
 
 private:
     void makeRoomFor(int more);
@@ -205,7 +201,6 @@ private:
     EntryCollection m_collection;
     EntriesById m_byId;
     Entry *m_selected = nullptr;
-    const Entry *m_shown = nullptr;
     mutable Entry *m_pendingEntry = nullptr;
     mutable std::function<QByteArray()> m_pendingSource;
     std::function<void(Entry *, const QString &)> m_labelWriter;

@@ -214,8 +214,6 @@ void EntryTree::letGoOf(const std::vector<Entry *> &tops)
         resolvePendingText();
     if (liesBelow(m_selected, tops))
         select(nullptr);
-    if (liesBelow(m_shown, tops))
-        m_shown = nullptr;
 }
 
 void EntryTree::makeRoomFor(int more)

@@ -31,6 +31,11 @@ QString withDocumentBreaks(QString text)
 
 } // namespace
 
+QByteArray TextSelection::TextRTF() const
+{
+    return rtf::write(*caret().document());
+}
+
 QString TextSelection::Text() const
 {
     learnText();

@@ -39,6 +39,8 @@ public:
     virtual QTextCursor caret() const = 0;
     virtual void setCaret(const QTextCursor &caret) = 0;
 
+    // The whole text as an RTF document (pure ASCII).
+    QByteArray TextRTF() const;
     // A picture is a blank.
     QString Text() const;
     // The same for whoever looks for something: a picture is U+FFFC.

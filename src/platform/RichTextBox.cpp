@@ -3,25 +3,21 @@
 
 #include "platform/RichTextBox.h"
 
-#include "model/EntryText.h"
-#include "model/SealedDocument.h"
 #include "platform/AltCharacter.h"
-#include "rtf/Rtf.h"
 
 #include <QDragEnterEvent>
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QMimeData>
-#include <QTextFrame>
+#include <QScrollBar>
 #include <QWheelEvent>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-
-// Of the document's frame: the place of the base font in the list of those that the text has had.
-constexpr int baseFontProperty = QTextFormat::UserProperty + 0x1000;
 
 // Keys of the desktop's text fields that would surprise here: they delete or jump by single letters that are, or may
 // become, commands of the menus.
@@ -74,10 +70,15 @@ RichTextBox::RichTextBox(QWidget *parent)
     connect(this, &QTextEdit::cursorPositionChanged, this, &RichTextBox::noteSelection);
     connect(this, &QTextEdit::selectionChanged, this, &RichTextBox::noteSelection);
     connect(this, &QTextEdit::currentCharFormatChanged, this, &RichTextBox::noteSelection);
-    showDocument(freshDocument());
+    setTextRTF({});
 }
 
-RichTextBox::~RichTextBox() = default;
+// The editor is not left with a text that goes before it.
+RichTextBox::~RichTextBox()
+{
+    m_loading = true;
+    setDocument(nullptr);
+}
 
 QTextCursor RichTextBox::caret() const
 {
@@ -105,53 +106,45 @@ QRect RichTextBox::SelectionOnScreen() const
     return shown.isEmpty() ? QRect() : QRect(viewport()->mapToGlobal(shown.topLeft()), shown.size());
 }
 
-QByteArray RichTextBox::TextRTF() const
+void RichTextBox::showText(std::shared_ptr<EntryDocument> text)
 {
-    return rtf::write(*document());
-}
-
-QTextDocument *RichTextBox::freshDocument()
-{
-    auto *fresh = new SealedDocument(this);
-    fresh->setDefaultFont(m_font);
-    return fresh;
-}
-
-void RichTextBox::setTextRTF(const QByteArray &rtf)
-{
-    // Built before it is shown: no layout runs meanwhile, and its undo history begins behind the text.
-    QTextDocument *fresh = freshDocument();
-    fresh->setUndoRedoEnabled(false);
-    readEntryText(rtf, *fresh);
-    fresh->setUndoRedoEnabled(true);
-    showDocument(fresh);
-}
-
-void RichTextBox::showDocument(QTextDocument *fresh)
-{
-    QTextDocument *old = document();
-    const bool own = old->parent() == this;
+    if (text == m_shown) {
+        setTextCursor(QTextCursor(document()));
+        return;
+    }
     m_loading = true;
-    m_fonts = {m_font};
+    if (m_shown) {
+        m_shown->place = {textCursor().position(), verticalScrollBar()->value()};
+        m_shown->document().disconnect(this);
+    }
+    text->setFont(m_font);
     setExtraSelections({});
     m_coloured.reset();
-    m_signs.clear();
-    setDocument(fresh);
+    setDocument(&text->document());
+    // The one before may go now.
+    m_shown = std::move(text);
     // The control keeps the format at the old caret for what is typed next; the new text has its own.
-    setTextCursor(QTextCursor(fresh));
-    if (own)
-        delete old;
+    setTextCursor(QTextCursor(document()));
     m_loading = false;
-    connect(fresh, &QTextDocument::contentsChanged, this, &RichTextBox::noteChange);
+    connect(document(), &QTextDocument::contentsChanged, this, &RichTextBox::noteChange);
     m_noted.reset();
     noteSelection();
+}
+
+void RichTextBox::returnToPlace()
+{
+    const EntryDocument::Place place = m_shown->place;
+    QTextCursor caret(document());
+    caret.setPosition(std::min(place.caret, document()->characterCount() - 1));
+    setTextCursor(caret);
+    if (place.scrolled > 0)
+        verticalScrollBar()->setValue(place.scrolled);
 }
 
 void RichTextBox::noteChange()
 {
     takeFont();
-    if (!m_loading)
-        Q_EMIT changed();
+    Q_EMIT changed();
     noteSelection();
 }
 
@@ -175,36 +168,25 @@ QFont RichTextBox::Font() const
 
 void RichTextBox::setFont(const QFont &font)
 {
-    m_fonts[fontIndex()] = font;
+    m_shown->setFont(font);
     takeFont();
-}
-
-// The place of the present base font among those that the text has had. The document's frame keeps it, so that undoing
-// brings an earlier one back.
-std::size_t RichTextBox::fontIndex() const
-{
-    return static_cast<std::size_t>(document()->rootFrame()->frameFormat().intProperty(baseFontProperty));
-}
-
-void RichTextBox::takeFont()
-{
-    const QFont font = m_fonts[fontIndex()];
-    if (m_font == font)
-        return;
-    m_font = font;
-    QTextEdit::setFont(font);
-    document()->setDefaultFont(font);
 }
 
 void RichTextBox::changeFont(const QFont &font)
 {
-    if (m_font == font)
-        return;
-    QTextFrameFormat format = document()->rootFrame()->frameFormat();
-    format.setProperty(baseFontProperty, static_cast<int>(m_fonts.size()));
-    m_fonts.push_back(font);
-    document()->rootFrame()->setFrameFormat(format);
+    m_shown->changeFont(font);
     takeFont();
+}
+
+// The base font is that of the text that is shown, which may have got another one by undoing.
+void RichTextBox::takeFont()
+{
+    m_shown->takeFont();
+    if (m_font == m_shown->font())
+        return;
+    m_font = m_shown->font();
+    QTextEdit::setFont(m_font);
+    document()->setDefaultFont(m_font);
 }
 
 bool RichTextBox::Locked() const

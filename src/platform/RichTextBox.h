@@ -27,8 +27,13 @@ public:
     void setCaret(const QTextCursor &caret) override;
     QRect SelectionOnScreen() const override;
 
-    QByteArray TextRTF() const override;
-    void setTextRTF(const QByteArray &rtf) override;
+    void showText(std::shared_ptr<EntryDocument> text) override;
+
+    const std::shared_ptr<EntryDocument> &shown() const override { return m_shown; }
+
+    // Puts the caret, and what is in sight, where they were when the text was last shown.
+    void returnToPlace();
+
     bool pasteRTF(const QByteArray &rtf) override;
     bool pasteText(const QString &text) override;
     bool pastePicture(const QByteArray &file) override;
@@ -44,7 +49,7 @@ public:
     using QWidget::setFocus;
 
 Q_SIGNALS:
-    // The user or a Sel member changed the text or its format. Assigning TextRTF and setting the base font do not.
+    // The user or a Sel member changed the text or its format. Showing another one and setting the base font do not.
     void changed();
     // The selection or the caret moved, or the format at the caret changed.
     void selectionMoved();
@@ -86,10 +91,7 @@ private:
     std::pair<QTextBlock, QTextBlock> paragraphsInSight() const;
     void colourVisibleText();
     void paintSigns();
-    std::size_t fontIndex() const;
     void takeFont();
-    QTextDocument *freshDocument();
-    void showDocument(QTextDocument *fresh);
     void tellUser(const QString &text);
     bool hasRoomFor(const QString &text) const;
     bool hasRoomForPlain(const QString &text) const;
@@ -103,8 +105,7 @@ private:
     void noteSelection();
 
     QFont m_font;
-    // The base fonts that the text has had since it was shown, the first one first.
-    std::vector<QFont> m_fonts;
+    std::shared_ptr<EntryDocument> m_shown;
     bool m_paneVisible = true;
     std::optional<Noted> m_noted;
     std::optional<Coloured> m_coloured;

@@ -8,8 +8,11 @@
 #include "document/Ports.h"
 #include "document/TextPane.h"
 #include "document/modNodes.h"
+#include "model/EntryText.h"
+#include "model/ShownText.h"
 #include "model/StoredText.h"
 #include "model/TextFind.h"
+#include "rtf/PlainText.h"
 #include "rtf/Rtf.h"
 #include "rtf/TextScan.h"
 #include "search/SearchSteps.h"
@@ -32,25 +35,6 @@ public:
     SearchModeScope(const SearchModeScope &) = delete;
     SearchModeScope &operator=(const SearchModeScope &) = delete;
 };
-
-bool paneShows(const Document &document, const Entry *entry)
-{
-    return entry && NodeTextDecompressIfRequired(document.tree.storedText(entry)) == document.txtRTF.TextRTF();
-}
-
-// The selected entry's text as it is stored, with the match that was found last selected, so that repeating the search
-// goes on behind it.
-void showMatchAgain(const Document &document)
-{
-    TextPane &pane = document.txtRTF;
-    if (paneShows(document, document.tree.selected()))
-        return;
-    const int start = pane.SelStart();
-    const int length = pane.SelLength();
-    modNodes::NodeTextGetSelected();
-    pane.setSelStart(start);
-    pane.setSelLength(length);
-}
 
 // What a dialog left selected when it closed. The addresses are only compared.
 struct LeftMatch {
@@ -77,10 +61,8 @@ void openDialog(const char *name, qint16 mode)
             const SearchModeScope scope(mode);
             searchPorts().showDialog();
         }
-        if (const Document *document = DocumentActive()) {
-            showMatchAgain(*document);
+        if (const Document *document = DocumentActive())
             s_leftMatch = selectionIn(*document);
-        }
     });
 }
 
@@ -102,11 +84,19 @@ bool searchBackwards(TextSelection &text)
     return next >= 0;
 }
 
-// Whether a text that comes into the pane anew would be found in. Backwards it never is: the search begins at its
-// start.
-bool mayMatch(const Document &document, const Entry *entry)
+// Where the first match stands in the text of an entry that the pane does not show; -1 for none. Backwards there never
+// is one: the search begins at the text's start.
+int firstMatch(const Document &document, const Entry *entry)
 {
-    return !g_bSearchBackwards && mayHoldMatch(NodeTextDecompressIfRequired(document.tree.storedText(entry)));
+    if (g_bSearchBackwards)
+        return -1;
+    if (const std::shared_ptr<EntryDocument> text = document.texts.find(*entry))
+        return findText(rtf::findableText(text->document()), g_sSearchFind, 0, -1, findOptions());
+    const QFont base = document.txtRTF.Font();
+    const QByteArray stored = document.tree.storedText(entry);
+    if (!mayHoldMatch(NodeTextDecompressIfRequired(stored)))
+        return -1;
+    return findText(EntryText(shownText(stored, base).text, base).findableText(), g_sSearchFind, 0, -1, findOptions());
 }
 
 } // namespace
@@ -137,10 +127,9 @@ bool mayHoldMatch(const QByteArray &text)
 
 void showSelectedText(Document &document)
 {
-    if (paneShows(document, document.tree.selected()))
-        document.txtRTF.setSelStart(0);
-    else
+    if (document.texts.entryAsShown() != document.tree.selected())
         modNodes::NodeTextGetSelected();
+    document.txtRTF.setSelStart(0);
 }
 
 void dropLeftMatch(const Document &document)
@@ -288,41 +277,29 @@ bool SearchAllTexts()
         Document *document = DocumentActive();
         if (!document)
             return false;
-        const HiddenText hidden(document->txtRTF);
         const EntryCollection &entries = document->tree.collection();
         const Entry *selected = document->tree.selected();
         const int first = selected ? entries.indexOf(selected) : 1;
         const int count = document->tree.entryCount();
-        Entry *found = nullptr;
-        const auto search = [&](int from, int to, bool reloads) {
-            for (int i = from; i <= to && !found; ++i) {
-                Entry *entry = entries.at(i);
-                if (!entry)
-                    continue;
-                const bool isShown = i == first && !reloads;
-                if (!isShown) {
-                    if (!mayMatch(*document, entry))
-                        continue;
-                    modNodes::NodeTextGet(*document, entry);
-                }
-                if (SearchAllText())
-                    found = entry;
-            }
-        };
-        try {
-            search(first, count, false);
-            if (!found && first >= 2)
-                search(1, first - 1, true);
-        } catch (...) {
-            // Another entry's text under the selection would be taken for the selected entry's.
-            modNodes::NodeTextGetSelected();
-            throw;
+        if (count > 0 && SearchAllText()) {
+            SearchNodeSelect(entries.at(first));
+            return true;
         }
-        if (found)
-            SearchNodeSelect(found);
-        else
-            showSelectedText(*document);
-        return found != nullptr;
+        // The others are looked at as they are stored, from the next one round to the one before.
+        for (int i = 1; i < count; ++i) {
+            Entry *entry = entries.at((first - 1 + i) % count + 1);
+            const int match = firstMatch(*document, entry);
+            if (match < 0)
+                continue;
+            document->texts.open(*entry, document->txtRTF.Font());
+            modNodes::NodeTextGet(*document, entry);
+            SearchNodeSelect(entry);
+            document->txtRTF.setSelStart(match);
+            document->txtRTF.setSelLength(static_cast<int>(g_sSearchFind.size()));
+            return true;
+        }
+        showSelectedText(*document);
+        return false;
     });
 }
 
@@ -341,9 +318,6 @@ void SearchReplaceText()
         pane.setSelText(replacement);
         pane.setSelStart(start);
         pane.setSelLength(static_cast<int>(replacement.size()));
-        modNodes::NodeTextPutSelected();
-        // The pane's own notice of the change is taken for a part of the search.
-        document->history.touch();
     });
 }
 

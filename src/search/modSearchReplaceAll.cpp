@@ -12,6 +12,7 @@
 #include "model/EntryText.h"
 #include "model/StoredText.h"
 #include "model/TextFind.h"
+#include "rtf/PlainText.h"
 #include "search/SearchSteps.h"
 #include "util/Procedure.h"
 
@@ -98,23 +99,14 @@ bool holdsMatch(const QString &text)
     return findText(text, g_sSearchFind, 0, -1, findOptions()) >= 0;
 }
 
-// Goes on from the pane's selection, which is replaced whatever it holds. Returns whether anything was replaced.
-bool goThroughRest(TextPane &pane, int from, QString &text)
+// The way on from the pane's selection, which is replaced whatever it holds.
+Way restOf(const TextPane &pane, int from, const QString &text)
 {
     Way way(text, from);
     if (pane.SelLength() > 0)
         way.replace(pane.SelStart(), pane.SelLength());
     way.run();
-    pane.replaceText(way.replacements());
-    // What was selected may be of another kind than characters, such as a line break.
-    text = pane.FindableText();
-    return !way.replacements().empty();
-}
-
-void storePane(Document &document)
-{
-    modNodes::NodeTextPutSelected();
-    document.history.touch();
+    return way;
 }
 
 void replaceAllInPane(Document &document)
@@ -123,12 +115,16 @@ void replaceAllInPane(Document &document)
         return;
     TextPane &pane = document.txtRTF;
     QString text = pane.FindableText();
-    bool isChanged = false;
+    const Way rest = restOf(pane, pane.SelStart(), text);
+    if (rest.replacements().empty())
+        return;
     {
         const EditGroup oneStep(pane);
-        isChanged = goThroughRest(pane, pane.SelStart(), text);
+        pane.replaceText(rest.replacements());
+        // What was selected may be of another kind than characters, such as a line break.
+        text = pane.FindableText();
         // Only what is selected makes a search go on at the top, and then always.
-        for (int ways = 0; isChanged && ways < mostWays && text.size() < longestText; ++ways) {
+        for (int ways = 0; ways < mostWays && text.size() < longestText; ++ways) {
             Way way(text);
             way.run();
             if (way.replacements().empty())
@@ -137,10 +133,7 @@ void replaceAllInPane(Document &document)
             text = way.result();
         }
     }
-    if (!isChanged)
-        return;
     pane.setSelStart(0);
-    storePane(document);
 }
 
 // One way through the text of an entry that the pane does not show. Whether anything was replaced, and whether nothing
@@ -150,19 +143,35 @@ struct StoredWay {
     bool isClean = true;
 };
 
+StoredWay stateAfter(const Way &way)
+{
+    if (way.replacements().empty())
+        return {};
+    return {true, way.result().size() > longestText || !holdsMatch(way.result())};
+}
+
 StoredWay goThroughStored(Document &document, Entry *entry)
 {
+    if (const std::shared_ptr<EntryDocument> live = document.texts.find(*entry)) {
+        if (live->state() != TextState::Whole)
+            return {};
+        Way way(rtf::findableText(live->document()));
+        way.run();
+        if (!way.replacements().empty())
+            replaceText(live->document(), way.replacements());
+        return stateAfter(way);
+    }
     const Inflated stored = inflated(document.tree.storedText(entry));
     if (stored.state != TextState::Whole || !mayHoldMatch(stored.text))
         return {};
     EntryText changed(stored.text, document.txtRTF.Font());
     Way way(changed.findableText());
     way.run();
-    if (way.replacements().empty())
-        return {};
-    changed.replace(way.replacements());
-    document.history.setStoredText(entry, NodeTextCompressIfRequired(changed.toRtf()));
-    return {true, way.result().size() > longestText || !holdsMatch(way.result())};
+    if (!way.replacements().empty()) {
+        changed.replace(way.replacements());
+        document.history.setStoredText(entry, NodeTextCompressIfRequired(changed.toRtf()));
+    }
+    return stateAfter(way);
 }
 
 // Round all entries from the selected one on, until none but the one with the last match is left.
@@ -180,8 +189,10 @@ void replaceAllInTexts(Document &document)
 
     TextPane &pane = document.txtRTF;
     QString text = pane.FindableText();
-    if (!document.bTextWithheld() && goThroughRest(pane, pane.SelLength() > 0 ? pane.SelStart() : 0, text)) {
-        storePane(document);
+    const Way rest = restOf(pane, pane.SelLength() > 0 ? pane.SelStart() : 0, text);
+    if (!document.bTextWithheld() && !rest.replacements().empty()) {
+        pane.replaceText(rest.replacements());
+        text = pane.FindableText();
         replaced.insert(first);
     }
     isClean[at(first)] = document.bTextWithheld() || !holdsMatch(text);

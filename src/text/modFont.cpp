@@ -10,12 +10,9 @@
 #include "document/Ports.h"
 #include "document/TextPane.h"
 #include "document/modNodes.h"
-#include "model/StoredText.h"
 #include "rtf/CharChange.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
-
-#include <QScopedValueRollback>
 
 #include <algorithm>
 #include <cmath>
@@ -100,31 +97,6 @@ void askForDetails(clsFont &font)
     setAttributes(font, chosenFont(attributesOf(font), false));
 }
 
-// Gives the pane's text a font, as one step of undo that is not stored.
-void changeShownText(TextPane &pane, const clsFont &font)
-{
-    const QScopedValueRollback notStored(bTextLoading, true);
-    const EditGroup oneStep(pane);
-    QFont base = pane.Font();
-    font.SetFont(base);
-    pane.changeFont(base);
-    pane.changeText(font.asChange());
-}
-
-// Shows the selected entry's text again, the same part selected. A pane that holds that text keeps it, and with it what
-// can be undone.
-void showAgain(Document &document)
-{
-    TextPane &pane = document.txtRTF;
-    if (NodeTextDecompressIfRequired(document.tree.storedText(document.tree.selected())) == pane.TextRTF())
-        return;
-    const int start = pane.SelStart();
-    const int length = pane.SelLength();
-    modNodes::NodeTextGet(document, document.tree.selected());
-    pane.setSelStart(start);
-    pane.setSelLength(length);
-}
-
 // Gives a document's texts the pending font.
 void changeTexts(Document &document)
 {
@@ -132,17 +104,13 @@ void changeTexts(Document &document)
     document.history.touch();
     const History::Step step(document.history, u"change of the font of texts"_s);
     document.history.setFonts(document.m_fntOutlineFont, g_fntPendingTextFont);
-    // What the pane holds is stored with the font that it is shown in.
-    document.tree.resolvePendingText();
-    if (!document.tree.selected()) {
-        QFont base = document.txtRTF.Font();
-        g_fntPendingTextFont.SetFont(base);
-        document.txtRTF.setFont(base);
+    if (document.tree.selected()) {
+        modNodes::NodeSetFontAll(document, modNodes::NodeGetRoot(document), g_fntPendingTextFont);
         return;
     }
-    changeShownText(document.txtRTF, g_fntPendingTextFont);
-    modNodes::NodeSetFontAll(document, modNodes::NodeGetRoot(document), g_fntPendingTextFont);
-    showAgain(document);
+    QFont base = document.txtRTF.Font();
+    g_fntPendingTextFont.SetFont(base);
+    document.txtRTF.setFont(base);
 }
 
 } // namespace

@@ -214,7 +214,6 @@ void frmDocument::connectOutline()
 void frmDocument::connectText()
 {
     connect(textBox, &RichTextBox::gotFocus, this, [this] { paneGotFocus(false); });
-    connect(textBox, &RichTextBox::changed, this, &frmDocument::txtRTF_Change);
     connect(textBox, &RichTextBox::selectionMoved, this, &frmDocument::txtRTF_SelChange);
     // By the right button and by the context-menu key alike.
     connect(textBox, &QWidget::customContextMenuRequested, this,
@@ -377,7 +376,10 @@ void frmDocument::trvOutline_NodeClick(Entry *entry)
         if (bBusy)
             return;
         m_document->history.touch();
+        const bool isShown = m_document->texts.entryAsShown() == entry;
         modNodes::NodeSelect(*m_document, entry);
+        if (!isShown)
+            textBox->returnToPlace();
         autoFitSplit();
     });
 }
@@ -403,19 +405,6 @@ void frmDocument::trvOutline_Collapse(Entry *entry)
             modNodes::NodeSelect(*m_document, entry);
         m_document->m_iExpansionLevel = entry->isRoot() ? 1 : 0;
         refreshAfterExpansion();
-    });
-}
-
-void frmDocument::txtRTF_Change()
-{
-    procedure("frmDocument txtRTF_Change", [this] {
-        if (bBusy || g_iSearchMode != 0) {
-            // What is shown now may be no entry's text.
-            m_document->outline->tree.setShownEntry(nullptr);
-            return;
-        }
-        m_document->history.touch();
-        modNodes::NodeTextPut(*m_document, m_document->tree.selected());
     });
 }
 

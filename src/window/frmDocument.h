@@ -112,7 +112,6 @@ private:
     void trvOutline_NodeClick(Entry *entry);
     void trvOutline_Expand();
     void trvOutline_Collapse(Entry *entry);
-    void txtRTF_Change();
     void txtRTF_SelChange();
     void refreshAfterExpansion();
 

@@ -326,7 +326,7 @@ void tst_modDoc::theSelectionOfALoadedDocument()
     const FakeDocument &fake = *m_fake->windows.active;
     QCOMPARE(fake.document.tree.selected()->label(), selected);
     QCOMPARE(modNodes::nodCurrent().entry(), fake.document.tree.selected());
-    QCOMPARE(fake.text.rtf, QByteArray("{\\rtf1 shown}"));
+    QCOMPARE(fake.text.Text(), u"shown"_s);
     QVERIFY2(fake.document.tree.selected()->visible(), "the selected entry must have a row");
 }
 
@@ -800,7 +800,7 @@ void tst_modDoc::whatFailsBesideALoadOrASaveIsReportedByItself()
 {
     const auto slot = [] { procedure("a slot", [] { throw RunTimeError(ErrorNumber::ObjectNotSet); }); };
     m_folder->write(u"a.qly"_s, nativeBytes({u"Root"_s, u" A"_s}));
-    m_fake->windows.onCreate = [&] { m_fake->windows.active->text.onTextSet = slot; };
+    m_fake->windows.onCreate = [&] { m_fake->windows.active->text.onTextShown = slot; };
     QVERIFY(modDoc::DocLoad((*m_folder)(u"a.qly"_s)));
     QVERIFY(m_errors->count() > 0);
     for (const QString &line : m_errors->summary())

@@ -5,6 +5,7 @@
 #include "document/modFile.h"
 #include "document/modNodes.h"
 #include "support/FormatsFixture.h"
+#include "util/AnsiCodec.h"
 
 #include <QTest>
 
@@ -78,7 +79,7 @@ void tst_modDocClipboard::importMakesOneEntry()
     QVERIFY(modDocClipboard::DocImport());
     const FakeDocument &fake = *m_fixture->active();
     QCOMPARE(dumpOutline(fake.document.tree), QStringList(u"Text <"_s));
-    QCOMPARE(fake.text.rtf, text);
+    QCOMPARE(fake.text.Text(), AnsiCodec::toText(text));
     QVERIFY(fake.outline.visible);
     QCOMPARE(fake.window.timesSplitFitted, 1);
 }
@@ -100,7 +101,7 @@ void tst_modDocClipboard::exportAndImport()
     m_fixture->plant({u"Root"_s, u" A"_s});
     modFile::FileExportClipboard();
     modFile::FileImportClipboard();
-    QCOMPARE(m_fixture->active()->text.rtf, QByteArray("0 Root\r\n\r\n0.1 A\r\n\r\n"));
+    QCOMPARE(m_fixture->active()->text.Text(), u"0 Root\r\n\r\n0.1 A\r\n\r\n"_s);
 }
 
 void tst_modDocClipboard::withoutADocumentNothingHappens()

@@ -409,7 +409,7 @@ void tst_modFile::importTextMakesADocumentOfTheFile()
     m_fake->dialogs.openNames = {path(u"a.txt"_s)};
     modFile::FileImportText();
     QCOMPARE(joined(m_fake->dialogs.openRequests[0].filters), txtFilter);
-    QCOMPARE(m_fake->windows.active->text.rtf, QByteArray("one\r\n"));
+    QCOMPARE(m_fake->windows.active->text.Text(), u"one\r\n"_s);
     QCOMPARE(m_fake->windows.open.size(), size_t(1));
     QVERIFY(m_fake->windows.active->document.m_sFile.isEmpty());
     QVERIFY(m_fake->windows.active->document.m_bDataChanged());
@@ -440,7 +440,7 @@ void tst_modFile::importClipboardMakesADocument()
     m_fake->clipboard.held = u"one"_s;
     modFile::FileImportClipboard();
     QCOMPARE(m_fake->windows.open.size(), size_t(1));
-    QCOMPARE(m_fake->windows.active->text.rtf, QByteArray("one\r\n"));
+    QCOMPARE(m_fake->windows.active->text.Text(), u"one\r\n"_s);
 }
 
 void tst_modFile::exportTextAsksForAName()

@@ -9,6 +9,7 @@
 #include "support/FormatsFixture.h"
 #include "support/NativeChecker.h"
 #include "support/Obstacles.h"
+#include "util/AnsiCodec.h"
 
 #include <QTest>
 
@@ -148,11 +149,11 @@ void tst_modDocText::exportLeavesTheDocumentAsItWas()
     FakeDocument &fake = m_fixture->plant({u"Root"_s, u" A *"_s, u" B <"_s});
     modNodes::NodeSelectFull(fake.document, entryLabelled(fake.document.tree, u"B"_s));
     const QStringList before = dumpOutline(fake.document.tree);
-    fake.text.rtf = "shown";
+    fake.text.type(u"shown"_s);
     fake.document.m_sFile = path(u"a.qly"_s);
     modDocText::DocExport(path(u"b.txt"_s));
     QCOMPARE(dumpOutline(fake.document.tree), before);
-    QCOMPARE(fake.text.rtf, QByteArray("shown"));
+    QCOMPARE(fake.text.Text(), u"shown"_s);
     QVERIFY(fake.text.visible && fake.outline.visible);
     QCOMPARE(fake.document.m_sFile, path(u"a.qly"_s));
     QCOMPARE(fake.document.m_iFileFormatVersion, 1);
@@ -232,7 +233,7 @@ void tst_modDocText::reading()
     const FakeDocument &fake = *m_fixture->active();
     QCOMPARE(dumpOutline(fake.document.tree), QStringList(u"Text <"_s));
     QCOMPARE(fake.document.tree.storedText(fake.document.tree.root()), stored);
-    QCOMPARE(fake.text.rtf, stored);
+    QCOMPARE(fake.text.Text(), AnsiCodec::toText(stored));
     QCOMPARE(fake.document.m_iFileFormatVersion, -1);
     QCOMPARE(m_fixture->errors.count(), 0);
 }
@@ -250,7 +251,7 @@ void tst_modDocText::aTextThatLooksCompressedIsShownWhole()
     QFETCH(const QByteArray, text);
     m_folder->write(u"a.txt"_s, text);
     QVERIFY(modDoc::DocLoad(path(u"a.txt"_s)));
-    QCOMPARE(m_fixture->active()->text.rtf, text);
+    QCOMPARE(m_fixture->active()->text.Text(), QString::fromLatin1(text));
     QCOMPARE(modDoc::DocSave(path(u"b.txt"_s)), SaveOutcome::Saved);
     QCOMPARE(m_folder->read(u"b.txt"_s), "0 Text\r\n" + text + "\r\n");
 }
@@ -280,7 +281,7 @@ void tst_modDocText::theStateAfterAnImport()
     QVERIFY(modDocText::DocImport(path(u"a.txt"_s)));
     const FakeDocument &fake = *m_fixture->active();
     QCOMPARE(fake.outline.labelEdit, automatic ? LabelEditMode::tvwAutomatic : LabelEditMode::tvwManual);
-    QCOMPARE(fake.text.rtf, QByteArray("one\r\ntwo\r\n"));
+    QCOMPARE(fake.text.Text(), u"one\r\ntwo\r\n"_s);
     QVERIFY(fake.outline.visible);
     QCOMPARE(fake.outline.timesHidden, 1);
     QCOMPARE(fake.window.timesSplitFitted, 1);
@@ -304,7 +305,7 @@ void tst_modDocText::anExportedFileReopensAsOneEntry()
     QVERIFY(modDoc::DocLoad(path(u"b.txt"_s)));
     const FakeDocument &fake = *m_fixture->active();
     QCOMPARE(dumpOutline(fake.document.tree), QStringList(u"Text <"_s));
-    QCOMPARE(fake.text.rtf, QByteArray("0 Root\r\nTop\r\n\r\n0.1 A\r\n\r\n"));
+    QCOMPARE(fake.text.Text(), u"0 Root\r\nTop\r\n\r\n0.1 A\r\n\r\n"_s);
 }
 
 void tst_modDocText::anImportedDocumentIsSavedAndLoaded()
@@ -315,7 +316,7 @@ void tst_modDocText::anImportedDocumentIsSavedAndLoaded()
     QCOMPARE(modDoc::DocSave(path(u"a.qly"_s)), SaveOutcome::Saved);
     QCOMPARE(checkNativeFile(path(u"a.qly"_s)).fault, QString());
     QVERIFY(modDoc::DocLoad(path(u"a.qly"_s)));
-    QCOMPARE(m_fixture->active()->text.rtf, text);
+    QCOMPARE(m_fixture->active()->text.Text(), QString::fromLatin1(text));
 }
 
 void tst_modDocText::withoutADocumentNothingHappens()
@@ -331,11 +332,11 @@ void tst_modDocText::aLineTooLongForThePaneIsShownInPartAndKeptWhole()
     m_folder->write(u"a.txt"_s, line + "\r\n");
     QVERIFY(modDoc::DocLoad((*m_folder)(u"a.txt"_s)));
     FakeDocument &loaded = *m_fixture->active();
-    QCOMPARE(loaded.text.rtf, line.left(limits::longestShownWord));
+    QCOMPARE(loaded.text.Text(), QString::fromLatin1(line.left(limits::longestShownWord)));
     QVERIFY(loaded.text.locked);
     QCOMPARE(loaded.document.notices().size(), size_t(1));
     QCOMPARE(loaded.document.notices()[0].kind, NoticeKind::LongText);
-    loaded.text.rtf = "typed";
+    loaded.text.type(u"typed"_s);
     modNodes::NodeTextPutSelected();
     QVERIFY(loaded.document.tree.storedText(loaded.document.tree.root()) == line + "\r\n");
     // Where a text is short again, the pane is free and the notice gone.

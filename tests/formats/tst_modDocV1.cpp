@@ -5,6 +5,7 @@
 #include "document/modNodes.h"
 #include "formats/modDocV1.h"
 #include "model/StoredText.h"
+#include "rtf/Rtf.h"
 #include "support/FormatsFixture.h"
 #include "support/NativeChecker.h"
 #include "support/Obstacles.h"
@@ -576,13 +577,13 @@ void tst_modDocV1::changingOneEntryLeavesAllOthersAsStored()
     Entry *changed = loaded.document.tree.root()->child(20);
     // As the window does it: select, show, type, store.
     modNodes::NodeSelectFull(loaded.document, changed);
-    loaded.text.rtf = "{\\rtf1 another text}";
+    loaded.text.type(u"another text"_s);
     modNodes::NodeTextPut(loaded.document, changed);
     modNodes::NodeSelectFull(loaded.document, loaded.document.tree.root()->child(3));
     const NativeFile old = checkNative(before);
     const NativeFile now = checkNative(FormatsFixture::savedNative(loaded.document));
     QCOMPARE(now.fault, QString());
-    QCOMPARE(now.entry("0.21").text, QByteArray("{\\rtf1 another text}"));
+    QCOMPARE(rtf::toPlainText(now.entry("0.21").text), u"another text"_s);
     for (const NativeEntry &each : old.entries) {
         if (each.path != "0.21")
             QCOMPARE(now.entry(each.path).storedText, each.storedText);
@@ -592,14 +593,17 @@ void tst_modDocV1::changingOneEntryLeavesAllOthersAsStored()
 void tst_modDocV1::aSaveThatFailedForLackOfMemoryLeavesTheNewTextToTheNextOne()
 {
     FakeDocument &loaded = load(header + entry("0", "Root", "{\\rtf1 old}"));
-    loaded.text.rtf = "{\\rtf1 new}";
-    modNodes::NodeTextPut(loaded.document, loaded.document.tree.root());
     loaded.document.history.touch();
-    loaded.text.onTextRead = [] { throw std::bad_alloc(); };
+    bool isMemoryLeft = false;
+    loaded.document.outline->tree.setPendingText(loaded.document.outline->tree.root(), [&isMemoryLeft]() -> QByteArray {
+        if (!isMemoryLeft)
+            throw std::bad_alloc();
+        return "{\\rtf1 new}";
+    });
     QCOMPARE(modDoc::DocSave((*m_folder)(u"a.qly"_s)), SaveOutcome::Failed);
     QCOMPARE(m_fixture->errors.summary(), QStringList(u"7 modDoc DocSave"_s));
     QCOMPARE(checkNative(m_folder->read(u"a.qly"_s)).entry("0").text, QByteArray("{\\rtf1 old}"));
-    loaded.text.onTextRead = nullptr;
+    isMemoryLeft = true;
     QCOMPARE(modDoc::DocSave((*m_folder)(u"a.qly"_s)), SaveOutcome::Saved);
     QCOMPARE(checkNative(m_folder->read(u"a.qly"_s)).entry("0").text, QByteArray("{\\rtf1 new}"));
 }
@@ -690,7 +694,6 @@ void tst_modDocV1::aDamagedTextIsLockedToldOfAndKept()
     Document &document = loaded.document;
     Entry *root = document.tree.root();
     QVERIFY(m_loaded);
-    QCOMPARE(loaded.text.rtf, stream.chopped(3));
     QVERIFY(loaded.text.locked);
     QVERIFY(document.bTextWithheld());
     QCOMPARE(m_fixture->errors.summary(), QStringList());
@@ -698,7 +701,7 @@ void tst_modDocV1::aDamagedTextIsLockedToldOfAndKept()
     QCOMPARE(document.notices()[0].kind, NoticeKind::DamagedText);
     QVERIFY(document.notices()[0].text.contains(u"\"Root\""_s));
     // Whatever comes of the bytes in the pane, the stored ones stay.
-    loaded.text.rtf += "typed";
+    loaded.text.type(u"typed"_s);
     modNodes::NodeTextPut(document, root);
     QVERIFY(FormatsFixture::savedNative(document).contains(record));
     modNodes::NodeSelectFull(document, root->child(0));
@@ -712,10 +715,10 @@ void tst_modDocV1::aDamagedTextIsLockedToldOfAndKept()
     modNodes::NodeTextDiscard(document);
     QVERIFY(document.m_bDataChanged());
     QVERIFY(!loaded.text.locked);
-    QCOMPARE(loaded.text.rtf, QByteArray());
-    loaded.text.rtf = "{\\rtf1 new}";
+    QCOMPARE(loaded.text.Text(), QString());
+    loaded.text.type(u"new"_s);
     modNodes::NodeTextPut(document, root);
-    QCOMPARE(checkNative(FormatsFixture::savedNative(document)).entry("0").text, QByteArray("{\\rtf1 new}"));
+    QCOMPARE(rtf::toPlainText(checkNative(FormatsFixture::savedNative(document)).entry("0").text), u"new"_s);
     QTRY_VERIFY(document.notices().empty());
 }
 

@@ -86,7 +86,6 @@ private Q_SLOTS:
     void removalOfManyIsOneReset();
     void removalOfManyLetsGoOfWhatGoes();
     void removalOfManyMayTakeTheRoot();
-    void theShownEntryIsForgottenWithItsTextOrItself();
     void clearingIsOneReset();
 
     void keysFollowThePlaces();
@@ -492,28 +491,6 @@ void tst_EntryTree::removalOfManyMayTakeTheRoot()
     QVERIFY(!watched.tree.selected());
     QCOMPARE(watched.tree.entryCount(), 0);
     QCOMPARE(watched.tree.brokenInvariant(), QString());
-}
-
-void tst_EntryTree::theShownEntryIsForgottenWithItsTextOrItself()
-{
-    WatchedTree watched;
-    EntryTree &tree = watched.tree;
-    const auto forgets = [&](const QString &shown, const auto &change) {
-        tree.setShownEntry(watched[shown]);
-        change();
-        return !tree.shownEntry();
-    };
-    QVERIFY(!forgets(u"A"_s, [&] { tree.move(watched[u"A"_s], Relationship::tvwNext, watched[u"B"_s]); }));
-    QVERIFY(!forgets(u"A"_s, [&] { tree.setStoredText(watched[u"B"_s], "another's"); }));
-    // The text pane itself is the source of what waits to be stored.
-    QVERIFY(!forgets(u"A"_s, [&] { tree.setPendingText(watched[u"A"_s], [] { return QByteArray("typed"); }); }));
-    QVERIFY(!forgets(u"A"_s, [&] { tree.resolvePendingText(); }));
-    QVERIFY(!forgets(u"A"_s, [&] { tree.select(nullptr); }));
-    QVERIFY(!forgets(u"A"_s, [&] { tree.remove(watched[u"C"_s]); }));
-    QVERIFY(forgets(u"A"_s, [&] { tree.setStoredText(watched[u"A"_s], "another"); }));
-    QVERIFY(forgets(u"A1"_s, [&] { tree.remove(watched[u"A"_s]); }));
-    QVERIFY(forgets(u"B1"_s, [&] { tree.removeAll({watched[u"B"_s]}); }));
-    QVERIFY(forgets(u"Root"_s, [&] { tree.clear(); }));
 }
 
 void tst_EntryTree::removalOfTheRootEmptiesTheTree()

@@ -58,7 +58,7 @@ private:
     FakeDocumentWindow window;
     std::unique_ptr<Document> ownDocument;
 
-    QString shownText() const { return form ? document.txtRTF.Text() : QString::fromLatin1(text.rtf); }
+    QString shownText() const { return document.txtRTF.Text(); }
 
     QString plainText(const QByteArray &storedText) const
     {

@@ -159,7 +159,7 @@ void tst_CopyAndTags::pasteAndDeleteTakesTheSelectionOfAnotherDocument()
     QCOMPARE(fixture.dump(), QStringList({u"Other +"_s, u" B +<"_s, u"  B1"_s}));
     QVERIFY(source.m_bDataChanged());
     QCOMPARE(dumpOutline(source.tree), QStringList({u"Root +"_s, u" A <"_s}));
-    QCOMPARE(fixture.fakes.windows.fakeOf(source).text.rtf, QByteArray("text of A"));
+    QCOMPARE(fixture.fakes.windows.fakeOf(source).text.Text(), u"text of A"_s);
     QCOMPARE(modNodes::nodCurrent().entry(), fixture.entry(u"B"_s));
 }
 
@@ -175,7 +175,7 @@ void tst_CopyAndTags::pasteAndDeleteLeavesAnotherDocumentItsRoot()
     modOutline::OutlinePasteAndDelete();
     QCOMPARE(fixture.dump(), QStringList({u"Other +"_s, u" Root +<"_s, u"  A"_s}));
     QCOMPARE(dumpOutline(source.tree), QStringList({u"Root +<"_s, u" A"_s}));
-    QCOMPARE(fixture.fakes.windows.fakeOf(source).text.rtf, QByteArray("text of the root"));
+    QCOMPARE(fixture.fakes.windows.fakeOf(source).text.Text(), u"text of the root"_s);
     QVERIFY(!source.m_bDataChanged());
 }
 
@@ -268,7 +268,7 @@ void tst_CopyAndTags::deleteOfTheRootEmptiesTheOutline()
     const int refreshed = fixture.fakes.commands.timesMenuEnableDynamic;
     modOutline::OutlineDelete();
     QCOMPARE(fixture.dump(), QStringList());
-    QCOMPARE(fixture.fake().text.rtf, QByteArray());
+    QCOMPARE(fixture.fake().text.Text(), QString());
     QCOMPARE(fixture.fakes.commands.statusText, QString());
     QVERIFY(fixture.fakes.commands.timesMenuEnableDynamic > refreshed);
 }
@@ -428,7 +428,7 @@ void tst_CopyAndTags::taggedEntriesThatDoNotFitLeaveTheLastCopySelected()
     QVERIFY(fixture.document().hasNotice(NoticeKind::DocumentFull));
     QCOMPARE(tree.selected(), tree.root()->firstChild()->lastSibling());
     QCOMPARE(tree.selected()->label(), u"A"_s);
-    QCOMPARE(fixture.fake().text.rtf, QByteArray("text of A"));
+    QCOMPARE(fixture.fake().text.Text(), u"text of A"_s);
 }
 
 void tst_CopyAndTags::tenThousandTaggedEntries()

@@ -52,7 +52,7 @@ void tst_ExpandSortRename::collapseAllSelectsTheRootAndShowsItsText()
     fixture.document().outline->tree.setStoredText(fixture.document().tree.root(), "text of the root");
     modOutline::OutlineCollapseAll();
     QCOMPARE(fixture.dump(), QStringList({u"Root <"_s, u" A"_s, u"  A1"_s}));
-    QCOMPARE(fixture.fake().text.rtf, QByteArray("text of the root"));
+    QCOMPARE(fixture.fake().text.Text(), u"text of the root"_s);
     QCOMPARE(fixture.document().m_iExpansionLevel, qint16(1));
 }
 
@@ -98,7 +98,7 @@ void tst_ExpandSortRename::aSelectionThatALevelHidesFallsToTheHeadOfItsBranch()
     fixture.document().outline->tree.setStoredText(fixture.entry(u"A"_s), "text of A");
     modOutline::OutlineExpandToLevel(2);
     QCOMPARE(fixture.dump(), QStringList({u"Root +"_s, u" A <"_s, u"  A1 +"_s, u"   A11"_s}));
-    QCOMPARE(fixture.fake().text.rtf, QByteArray("text of A"));
+    QCOMPARE(fixture.fake().text.Text(), u"text of A"_s);
     QCOMPARE(fixture.document().m_iExpansionLevel, qint16(2));
 }
 

@@ -345,15 +345,10 @@ void Player::rename()
 void Player::type()
 {
     TextPane &pane = document().txtRTF;
-    pane.setSelText(u"text %1 "_s.arg(++m_texts));
-    // A fake pane does not tell of its change.
-    if (m_panes != Panes::RealWindow)
-        modNodes::NodeTextPut(document(), document().tree.selected());
-    if (!literal().selected()) {
-        // It is nobody's text, and goes when an entry is selected.
-        m_windows.active->textShown = false;
+    // What the pane shows is still another entry's.
+    if (!literal().selected())
         return;
-    }
+    pane.setSelText(u"text %1 "_s.arg(++m_texts));
     literal().selected()->text = NodeTextCompressIfRequired(pane.TextRTF());
 }
 

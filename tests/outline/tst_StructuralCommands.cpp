@@ -162,12 +162,12 @@ void tst_StructuralCommands::anInsertedEntryIsSelectedWithItsLabelOpen()
     QFETCH(Command, command);
     OutlineFixture fixture(sample);
     fixture.select(u"B"_s);
-    fixture.fake().text.rtf = "what another entry's text was";
+    fixture.fake().text.type(u"what another entry's text was"_s);
     command();
     QCOMPARE(fixture.document().tree.selected()->label(), u"New Entry"_s);
     QVERIFY(fixture.fake().outline.editingLabel);
     QCOMPARE(fixture.fakes.commands.statusText, u"New Entry"_s);
-    QCOMPARE(fixture.fake().text.rtf, QByteArray());
+    QCOMPARE(fixture.fake().text.Text(), QString());
     QVERIFY(fixture.document().m_bDataChanged());
 }
 

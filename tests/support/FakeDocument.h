@@ -8,7 +8,6 @@
 #include "document/Globals.h"
 #include "document/OutlinePane.h"
 #include "document/TextPane.h"
-#include "model/EntryText.h"
 
 #include <functional>
 #include <memory>
@@ -64,30 +63,31 @@ public:
     int timesFocused = 0;
 };
 
-// Keeps the bytes that it was given, beside a document made of them for whatever is selected.
 class FakeTextPane final : public TextPane
 {
 public:
+    FakeTextPane() { setTextRTF({}); }
+
     QTextCursor caret() const override { return m_caret; }
 
     void setCaret(const QTextCursor &caret) override { m_caret = caret; }
 
-    QByteArray TextRTF() const override
+    void showText(std::shared_ptr<EntryDocument> text) override
     {
-        if (onTextRead)
-            onTextRead();
-        return rtf;
+        m_shown = std::move(text);
+        m_caret = QTextCursor(&m_shown->document());
+        ++timesTextShown;
+        if (onTextShown)
+            onTextShown();
     }
 
-    void setTextRTF(const QByteArray &newRtf) override
+    const std::shared_ptr<EntryDocument> &shown() const override { return m_shown; }
+
+    // Puts a text in the place of what is shown, as a user would.
+    void type(const QString &text)
     {
-        rtf = newRtf;
-        m_content = std::make_unique<SealedDocument>();
-        readEntryText(rtf, *m_content);
-        m_caret = QTextCursor(m_content.get());
-        ++timesTextSet;
-        if (onTextSet)
-            onTextSet();
+        m_caret.select(QTextCursor::Document);
+        setSelText(text);
     }
 
     bool pasteRTF(const QByteArray &newRtf) override
@@ -110,7 +110,11 @@ public:
 
     void setFont(const QFont &newFont) override { font = newFont; }
 
-    void changeFont(const QFont &newFont) override { font = newFont; }
+    void changeFont(const QFont &newFont) override
+    {
+        font = newFont;
+        m_shown->changeFont(newFont);
+    }
 
     bool Locked() const override { return locked; }
 
@@ -122,20 +126,17 @@ public:
 
     void setFocus() override { ++timesFocused; }
 
-    QByteArray rtf;
     QFont font;
     bool locked = false;
     bool visible = true;
-    int timesTextSet = 0;
+    int timesTextShown = 0;
     int timesFocused = 0;
-    // Runs after setTextRTF, as a change notification of a real pane would.
-    std::function<void()> onTextSet;
-    // Runs before TextRTF, which ends in what it throws.
-    std::function<void()> onTextRead;
+    // Runs once another text is shown.
+    std::function<void()> onTextShown;
 
 private:
-    std::unique_ptr<QTextDocument> m_content = std::make_unique<SealedDocument>();
-    QTextCursor m_caret{m_content.get()};
+    std::shared_ptr<EntryDocument> m_shown;
+    QTextCursor m_caret;
 };
 
 class FakeDocumentWindow final : public DocumentWindow

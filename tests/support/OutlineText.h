@@ -4,6 +4,8 @@
 #pragma once
 
 #include "model/EntryTree.h"
+#include "model/StoredText.h"
+#include "rtf/Rtf.h"
 
 #include <QStringList>
 
@@ -54,6 +56,12 @@ inline QStringList dumpOutline(const EntryTree &tree)
         lines.append(QString(entry->level() - 1, u' ') + entry->label() + (marks.isEmpty() ? QString() : u' ' + marks));
     }
     return lines;
+}
+
+// An entry's text without its formatting.
+inline QString plainTextOf(const EntryTree &tree, const Entry *entry)
+{
+    return rtf::toPlainText(NodeTextDecompressIfRequired(tree.storedText(entry)));
 }
 
 // The first entry of that label in outline order; null when there is none.

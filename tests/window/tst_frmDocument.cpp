@@ -17,6 +17,7 @@
 #include <QApplication>
 #include <QLineEdit>
 #include <QScopeGuard>
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -37,7 +38,10 @@ private Q_SLOTS:
     void anEntryThatMovesKeepsCaretAndUndo();
     void aTextChangedBehindThePaneIsShownAnew();
     void aTextShownByASearchGivesWayToTheSelectedEntrys();
-    void whatIsTypedWithNothingSelectedGoesWithTheNextSelection();
+    void whatIsTypedWithNothingSelectedIsTheTextOfTheEntryThatIsShown();
+    void whatIsTypedWhileASearchOrASaveGoesOnIsStored();
+    void anEntryShownAgainHasItsCaretAndWhatCanBeUndone();
+    void showingAnotherTextChangesNothing();
     void focusFlagsFollowThePanes();
     void tabMovesBetweenThePanes();
     void f2EditsTheLabelInPlace();
@@ -233,24 +237,69 @@ void tst_frmDocument::aTextShownByASearchGivesWayToTheSelectedEntrys()
     modNodes::NodeTextGet(opened, opened.tree.root()->child(1));
     clickOn(first);
     QCOMPARE(opened.txtRTF.Text(), u"Text of First"_s);
-    // What a search does to the pane is no entry's text either.
-    g_iSearchMode = 1;
-    opened.txtRTF.setSelText(u"nobody's"_s);
-    g_iSearchMode = 0;
-    clickOn(first);
-    QCOMPARE(opened.txtRTF.Text(), u"Text of First"_s);
 }
 
-void tst_frmDocument::whatIsTypedWithNothingSelectedGoesWithTheNextSelection()
+void tst_frmDocument::whatIsTypedWhileASearchOrASaveGoesOnIsStored()
+{
+    Document &opened = openThreeEntries();
+    Entry *first = opened.tree.root()->child(0);
+    clickOn(first);
+    opened.history.markSaved();
+    g_iSearchMode = 1;
+    QTest::keyClicks(form().textBox, u"The "_s);
+    g_iSearchMode = 0;
+    QCOMPARE(textOf(first), u"The Text of First"_s);
+    QVERIFY(opened.m_bDataChanged());
+    {
+        const BusyScope busy;
+        QTest::keyClicks(form().textBox, u"very "_s);
+    }
+    QCOMPARE(textOf(first), u"The very Text of First"_s);
+}
+
+void tst_frmDocument::anEntryShownAgainHasItsCaretAndWhatCanBeUndone()
+{
+    Document &opened = openThreeEntries();
+    Entry *first = opened.tree.root()->child(0);
+    Entry *second = opened.tree.root()->child(1);
+    RichTextBox &box = *form().textBox;
+    clickOn(first);
+    QTest::keyClicks(&box, u"My "_s);
+    clickOn(second);
+    QTest::keyClicks(&box, u"Your "_s);
+    clickOn(first);
+    QCOMPARE(opened.txtRTF.Text(), u"My Text of First"_s);
+    QCOMPARE(opened.txtRTF.SelStart(), 3);
+    QTest::keyClick(&box, Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(textOf(first), u"Text of First"_s);
+    QCOMPARE(textOf(second), u"Your Text of Second"_s);
+    clickOn(second);
+    QTest::keyClick(&box, Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(textOf(second), u"Text of Second"_s);
+}
+
+void tst_frmDocument::showingAnotherTextChangesNothing()
+{
+    Document &opened = openThreeEntries();
+    const QSignalSpy changes(form().textBox, &RichTextBox::changed);
+    opened.history.markSaved();
+    for (int row : {0, 1, 0})
+        modNodes::NodeSelectFull(opened, opened.tree.root()->child(row));
+    QCOMPARE(changes.count(), 0);
+    QVERIFY(!opened.m_bDataChanged());
+    QVERIFY(!opened.tree.isPending(opened.tree.root()->child(0)));
+}
+
+void tst_frmDocument::whatIsTypedWithNothingSelectedIsTheTextOfTheEntryThatIsShown()
 {
     Document &opened = openThreeEntries();
     Entry *first = opened.tree.root()->child(0);
     clickOn(first);
     opened.outline->tree.select(nullptr);
-    QTest::keyClicks(form().textBox, u"nobody's"_s);
+    QTest::keyClicks(form().textBox, u"The "_s);
     modNodes::NodeSelect(opened, first);
-    QCOMPARE(opened.txtRTF.Text(), u"Text of First"_s);
-    QCOMPARE(opened.tree.storedText(first), QByteArray("Text of First"));
+    QCOMPARE(opened.txtRTF.Text(), u"The Text of First"_s);
+    QCOMPARE(textOf(first), u"The Text of First"_s);
 }
 
 void tst_frmDocument::focusFlagsFollowThePanes()
@@ -506,7 +555,9 @@ void tst_frmDocument::keysStepTheSizeOfTheSelectedText()
     QFETCH(const double, size);
     Document &opened = openThreeEntries();
     RichTextBox &box = *form().textBox;
-    box.setTextRTF("{\\rtf1\\fs20 some text}");
+    Entry *first = opened.tree.root()->child(0);
+    opened.outline->tree.setStoredText(first, "{\\rtf1\\fs20 some text}");
+    modNodes::NodeSelectFull(opened, first);
     box.setFocus();
     const auto press = [&] { QTest::keyClick(&box, Qt::Key(key), Qt::ControlModifier | Qt::ShiftModifier); };
     // A caret has no size to step.
@@ -514,10 +565,6 @@ void tst_frmDocument::keysStepTheSizeOfTheSelectedText()
     press();
     QCOMPARE(box.SelFontSize(), atCaret);
     box.selectAll();
-    opened.setTextWithheld(true);
-    press();
-    QCOMPARE(box.SelFontSize(), std::optional(10.0));
-    opened.setTextWithheld(false);
     opened.history.markSaved();
     press();
     QCOMPARE(box.SelFontSize(), std::optional(size));

@@ -1,0 +1,90 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "document/EntryDocument.h"
+
+#include "document/LeftOutText.h"
+#include "model/EntryText.h"
+#include "rtf/Rtf.h"
+
+#include <QTextFrame>
+
+namespace
+{
+
+// Of the document's frame: the place of the base font in the list of those that the text has had.
+constexpr int baseFontProperty = QTextFormat::UserProperty + 0x1000;
+
+// What the text engine keeps of a document, of a paragraph that is laid out, and of a step that can be undone; bytes.
+constexpr qsizetype documentWeight = 8000;
+constexpr qsizetype paragraphWeight = 1500;
+constexpr qsizetype stepWeight = 100;
+
+} // namespace
+
+EntryDocument::EntryDocument(const Inflated &text, const QFont &base, EntryId entry)
+    : m_entry(entry)
+    , m_state(text.state)
+    , m_fonts{base}
+{
+    // Filled before it is shown: no layout runs meanwhile, and its undo history begins behind the text.
+    m_document.setUndoRedoEnabled(false);
+    m_document.setDefaultFont(base);
+    readEntryText(text.text, m_document);
+    m_document.setUndoRedoEnabled(true);
+    m_document.setModified(false);
+    m_leftOut = m_state == TextState::Whole ? leftOutParts(text.text) : QString();
+    m_pictures = text.text.contains("\\pict") ? text.text.size() : 0;
+    QObject::connect(&m_document, &QTextDocument::contentsChange, &m_document,
+                     [this](int, int, int added) { m_added += added; });
+    QObject::connect(&m_document, &QTextDocument::contentsChanged, &m_document, [this] { m_isChanged = true; });
+}
+
+EntryDocument::~EntryDocument() = default;
+
+QByteArray EntryDocument::toStored() const
+{
+    return NodeTextCompressIfRequired(rtf::write(m_document));
+}
+
+// The document's frame keeps which one it is, so that undoing brings an earlier one back.
+std::size_t EntryDocument::fontIndex() const
+{
+    return static_cast<std::size_t>(m_document.rootFrame()->frameFormat().intProperty(baseFontProperty));
+}
+
+const QFont &EntryDocument::font() const
+{
+    return m_fonts[fontIndex()];
+}
+
+void EntryDocument::setFont(const QFont &font)
+{
+    m_fonts[fontIndex()] = font;
+    takeFont();
+}
+
+void EntryDocument::changeFont(const QFont &font)
+{
+    if (this->font() == font)
+        return;
+    QTextFrameFormat format = m_document.rootFrame()->frameFormat();
+    format.setProperty(baseFontProperty, static_cast<int>(m_fonts.size()));
+    m_fonts.push_back(font);
+    m_document.rootFrame()->setFrameFormat(format);
+    takeFont();
+}
+
+void EntryDocument::takeFont()
+{
+    // The document would be laid out anew even for the same one.
+    if (m_document.defaultFont() != font())
+        m_document.setDefaultFont(font());
+}
+
+qsizetype EntryDocument::weight() const
+{
+    const qsizetype characters = m_document.characterCount() + m_added;
+    return documentWeight + characters * qsizetype(sizeof(QChar)) + m_document.blockCount() * paragraphWeight +
+           (m_document.availableUndoSteps() + m_document.availableRedoSteps()) * stepWeight + m_pictures;
+}

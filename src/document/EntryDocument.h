@@ -1,0 +1,71 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "model/LiveTextPort.h"
+#include "model/SealedDocument.h"
+#include "model/StoredText.h"
+
+#include <QFont>
+
+#include <vector>
+
+// An entry's text as a text document that can be shown, typed into and undone, with what the pane remembers of it while
+// it shows another.
+class EntryDocument final : public LiveText
+{
+public:
+    // Of a text as shownText() gives it; the base font is that of what names none. Without an entry nobody stores it.
+    EntryDocument(const Inflated &text, const QFont &base, EntryId entry = EntryId::None);
+
+    ~EntryDocument() override;
+    EntryDocument(const EntryDocument &) = delete;
+    EntryDocument &operator=(const EntryDocument &) = delete;
+
+    EntryId entry() const { return m_entry; }
+
+    // What is not whole is another text than the entry's, and never takes its place.
+    TextState state() const { return m_state; }
+
+    QTextDocument &document() { return m_document; }
+
+    const QTextDocument &document() const { return m_document; }
+
+    // What the text has that cannot be shown, in words; empty once it was changed, which takes that away.
+    QString leftOut() const { return m_isChanged ? QString() : m_leftOut; }
+
+    // As it is stored.
+    QByteArray toStored() const;
+
+    // The base font. A change of it is a step of the text and can be undone, which brings the earlier one back.
+    const QFont &font() const;
+    void setFont(const QFont &font);
+    void changeFont(const QFont &font);
+    // To be called when the text has changed: a step that was undone may have brought another base font.
+    void takeFont();
+
+    qsizetype weight() const override;
+
+    // Where the caret stood and how far the text was scrolled when the pane turned to another text.
+    struct Place {
+        int caret = 0;
+        int scrolled = 0;
+    };
+
+    Place place;
+
+private:
+    std::size_t fontIndex() const;
+
+    const EntryId m_entry;
+    const TextState m_state;
+    SealedDocument m_document;
+    // The base fonts that the text has had, the first one first.
+    std::vector<QFont> m_fonts;
+    QString m_leftOut;
+    bool m_isChanged = false;
+    qsizetype m_pictures = 0;
+    // Characters that were put in since, some of which are kept to be put in again.
+    qsizetype m_added = 0;
+};

@@ -1,0 +1,191 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "document/LiveTexts.h"
+
+#include "model/EntryTree.h"
+#include "model/ShownText.h"
+#include "util/RunTimeError.h"
+
+#include <QTextCursor>
+
+#include <utility>
+
+LiveTexts::LiveTexts(EntryTree &tree)
+    : m_tree(tree)
+{
+    connect(&tree, &EntryTree::storedTextChanged, this, &LiveTexts::forget);
+}
+
+LiveTexts::~LiveTexts() = default;
+
+void LiveTexts::setMaximumWeight(qsizetype weight)
+{
+    m_maximumWeight = weight;
+    dropBeyondWeight();
+}
+
+std::shared_ptr<EntryDocument> LiveTexts::find(const Entry &entry) const
+{
+    const auto found = m_texts.find(entry.id());
+    return found == m_texts.end() ? nullptr : found->second.text;
+}
+
+std::shared_ptr<EntryDocument> LiveTexts::open(const Entry &entry, const QFont &base)
+{
+    if (std::shared_ptr<EntryDocument> text = find(entry))
+        return text;
+    auto text = std::make_shared<EntryDocument>(shownText(m_tree.storedText(&entry), base), base, entry.id());
+    connect(&text->document(), &QTextDocument::contentsChanged, this, [this, text = text.get()] { noteChange(text); });
+    connect(&text->document(), &QTextDocument::undoCommandAdded, this,
+            [this, id = entry.id()] { Q_EMIT stepAdded(id); });
+    keep(text);
+    return text;
+}
+
+void LiveTexts::keep(const std::shared_ptr<EntryDocument> &text)
+{
+    if (const Place other = m_texts.find(text->entry()); other != m_texts.end())
+        drop(other);
+    const Place place = m_texts.emplace(text->entry(), Kept{text, ++m_shows}).first;
+    weigh(place, text == m_shown ? 0 : text->weight());
+}
+
+LiveTexts::Place LiveTexts::placeOf(const std::shared_ptr<EntryDocument> &text)
+{
+    const Place place = text ? m_texts.find(text->entry()) : m_texts.end();
+    return place == m_texts.end() || place->second.text == text ? place : m_texts.end();
+}
+
+void LiveTexts::weigh(Place place, qsizetype weight)
+{
+    m_weight += weight - std::exchange(place->second.weight, weight);
+}
+
+void LiveTexts::drop(Place place)
+{
+    weigh(place, 0);
+    m_texts.erase(place);
+}
+
+void LiveTexts::setShown(std::shared_ptr<EntryDocument> text)
+{
+    if (m_shown != text)
+        endMerging();
+    if (const Place before = placeOf(m_shown); before != m_texts.end())
+        weigh(before, m_shown->weight());
+    m_shown = std::move(text);
+    if (const Place now = placeOf(m_shown); now != m_texts.end()) {
+        now->second.lastShown = ++m_shows;
+        weigh(now, 0);
+    }
+    dropBeyondWeight();
+}
+
+Entry *LiveTexts::shownEntry() const
+{
+    return m_shown ? m_tree.entry(m_shown->entry()) : nullptr;
+}
+
+Entry *LiveTexts::entryAsShown() const
+{
+    Entry *entry = shownEntry();
+    return entry && find(*entry) == m_shown ? entry : nullptr;
+}
+
+void LiveTexts::noteChange(EntryDocument *text)
+{
+    text->takeFont();
+    Entry *entry = m_tree.entry(text->entry());
+    if (!entry || text->state() != TextState::Whole)
+        return;
+    // One that was given up while it was shown is what the user sees, and goes on with.
+    if (m_shown.get() == text && find(*entry) != m_shown)
+        keep(m_shown);
+    if (const std::shared_ptr<EntryDocument> kept = find(*entry); kept.get() == text && !m_tree.isPending(entry))
+        m_tree.setPendingText(entry, [kept] { return kept->toStored(); });
+    Q_EMIT changed();
+}
+
+void LiveTexts::store()
+{
+    if (m_shown)
+        noteChange(m_shown.get());
+}
+
+void LiveTexts::forget(const Entry *entry)
+{
+    if (const Place place = m_texts.find(entry->id()); place != m_texts.end())
+        drop(place);
+}
+
+void LiveTexts::step(EntryId entry, bool (QTextDocument::*isPossible)() const, void (QTextDocument::*go)(QTextCursor *))
+{
+    const auto kept = m_texts.find(entry);
+    if (kept == m_texts.end() || !(kept->second.text->document().*isPossible)())
+        throw RunTimeError(ErrorNumber::InvalidCall);
+    const std::shared_ptr<EntryDocument> text = kept->second.text;
+    QTextCursor place(&text->document());
+    (text->document().*go)(&place);
+    text->place.caret = place.position();
+    Q_EMIT stepped(place);
+}
+
+void LiveTexts::undoText(EntryId entry)
+{
+    step(entry, &QTextDocument::isUndoAvailable, &QTextDocument::undo);
+}
+
+void LiveTexts::redoText(EntryId entry)
+{
+    step(entry, &QTextDocument::isRedoAvailable, &QTextDocument::redo);
+}
+
+void LiveTexts::forgetUndone(EntryId entry) noexcept
+{
+    if (const auto kept = m_texts.find(entry); kept != m_texts.end())
+        kept->second.text->document().clearUndoRedoStacks(QTextDocument::RedoStack);
+}
+
+std::shared_ptr<LiveText> LiveTexts::takeOut(EntryId entry)
+{
+    const Place place = m_texts.find(entry);
+    if (place == m_texts.end())
+        return nullptr;
+    if (const Entry *there = m_tree.entry(entry); there && m_tree.isPending(there))
+        m_tree.resolvePendingText();
+    std::shared_ptr<EntryDocument> text = place->second.text;
+    drop(place);
+    return text;
+}
+
+void LiveTexts::putBack(EntryId, std::shared_ptr<LiveText> text)
+{
+    if (auto back = std::dynamic_pointer_cast<EntryDocument>(text))
+        keep(back);
+}
+
+// The text control merges what is typed with what was typed before only in a text that counts as changed.
+void LiveTexts::endMerging() noexcept
+{
+    if (m_shown)
+        m_shown->document().setModified(false);
+}
+
+void LiveTexts::dropBeyondWeight()
+{
+    while (m_weight > m_maximumWeight) {
+        auto oldest = m_texts.end();
+        for (auto kept = m_texts.begin(); kept != m_texts.end(); ++kept) {
+            const bool isOlder = oldest == m_texts.end() || kept->second.lastShown < oldest->second.lastShown;
+            if (kept->second.text != m_shown && isOlder)
+                oldest = kept;
+        }
+        if (oldest == m_texts.end())
+            return;
+        // What is still to be stored of it is made while it lives.
+        if (const Entry *entry = m_tree.entry(oldest->first); entry && m_tree.isPending(entry))
+            m_tree.resolvePendingText();
+        drop(oldest);
+    }
+}
