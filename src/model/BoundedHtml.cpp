@@ -3,6 +3,7 @@
 
 #include "model/BoundedHtml.h"
 
+#include "model/HtmlFamilies.h"
 #include "model/HtmlTokens.h"
 #include "model/Limits.h"
 #include "rtf/Limits.h"
@@ -136,7 +137,7 @@ private:
     void closeImplied(HtmlElement element);
     void startItem();
     void closeTop();
-    QString tag(const HtmlToken &token) const;
+    QString tag(const HtmlToken &token);
 
     bool isOpen(const QString &name) const { return m_openByName.value(name) > 0; }
 
@@ -153,6 +154,7 @@ private:
     // Of all tables, as they are laid out; twice for each table around theirs.
     qsizetype m_cells = 0;
     qsizetype m_rules = 0;
+    HtmlFamilies m_families;
     qint64 m_pictureBytes = 0;
     // Where the style sheets stand.
     std::vector<std::pair<qsizetype, qsizetype>> m_sheets;
@@ -207,13 +209,14 @@ void HtmlBounder::take(const HtmlToken &token)
 
 void HtmlBounder::style(QStringView sheet)
 {
-    const QString written = "<style>"_L1 + withoutFloats(withBoundedNumbers(sheet)) + "</style>"_L1;
+    const QString written =
+        "<style>"_L1 + m_families.boundedStyles(withoutFloats(withBoundedNumbers(sheet))) + "</style>"_L1;
     m_rules += sheet.count(u'{') + sheet.count(u',');
     m_sheets.emplace_back(m_result.html.size(), written.size());
     m_result.html += written;
 }
 
-QString HtmlBounder::tag(const HtmlToken &token) const
+QString HtmlBounder::tag(const HtmlToken &token)
 {
     QString written = u'<' + token.name;
     for (const HtmlAttribute &attribute : token.attributes) {
@@ -221,7 +224,9 @@ QString HtmlBounder::tag(const HtmlToken &token) const
             continue;
         QString value = attribute.value.toString();
         if (attribute.name == "style"_L1)
-            value = withoutFloats(withBoundedNumbers(value));
+            value = m_families.boundedAttribute(withoutFloats(withBoundedNumbers(value)));
+        else if (attribute.name == "face"_L1 && !m_families.take(value))
+            continue;
         else if (holdsLengths(attribute.name))
             value = withBoundedNumbers(value);
         else if (attribute.name == "colspan"_L1 || attribute.name == "rowspan"_L1)

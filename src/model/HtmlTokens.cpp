@@ -92,40 +92,6 @@ bool isRaw(const QString &tagName)
     return tagName == "script"_L1 || tagName == "style"_L1 || tagName == "title"_L1;
 }
 
-// The characters that "&...;" stand for. Their names are those that the text document knows.
-class Characters
-{
-public:
-    QString of(QStringView reference)
-    {
-        const QString name = reference.toString();
-        const auto known = m_known.constFind(name);
-        return known == m_known.cend() ? *m_known.insert(name, QTextDocumentFragment::fromHtml(name).toPlainText())
-                                       : *known;
-    }
-
-private:
-    QHash<QString, QString> m_known;
-};
-
-void appendDecoded(QString &text, QStringView html, Characters &characters)
-{
-    while (!html.isEmpty()) {
-        const qsizetype mark = html.indexOf(u'&');
-        text += html.first(mark < 0 ? html.size() : mark);
-        if (mark < 0)
-            return;
-        html = html.sliced(mark);
-        const qsizetype end = html.first(std::min(html.size(), longestCharacterName)).indexOf(u';');
-        const QStringView reference = html.first(std::max<qsizetype>(end, 0) + 1);
-        if (reference.size() > 1)
-            text += characters.of(reference);
-        else
-            text += u'&';
-        html = html.sliced(reference.size());
-    }
-}
-
 // Cells beside each other are a tab apart.
 void startLine(QString &text, HtmlElement element)
 {
@@ -299,17 +265,44 @@ QStringView HtmlTokens::upTo(qsizetype end)
     return m_html.sliced(from, std::max<qsizetype>(m_at - from, 0));
 }
 
+QString HtmlCharacters::of(QStringView html)
+{
+    QString text;
+    while (!html.isEmpty()) {
+        const qsizetype mark = html.indexOf(u'&');
+        text += html.first(mark < 0 ? html.size() : mark);
+        if (mark < 0)
+            break;
+        html = html.sliced(mark);
+        const qsizetype end = html.first(std::min(html.size(), longestCharacterName)).indexOf(u';');
+        const QStringView reference = html.first(std::max<qsizetype>(end, 0) + 1);
+        if (reference.size() > 1)
+            text += ofReference(reference);
+        else
+            text += u'&';
+        html = html.sliced(reference.size());
+    }
+    return text;
+}
+
+QString HtmlCharacters::ofReference(QStringView reference)
+{
+    const QString name = reference.toString();
+    const auto known = m_known.constFind(name);
+    return known == m_known.cend() ? *m_known.insert(name, QTextDocumentFragment::fromHtml(name).toPlainText())
+                                   : *known;
+}
+
 QString plainTextOfHtml(QStringView html)
 {
     QString text;
-    Characters characters;
+    HtmlCharacters characters;
     HtmlTokens tokens(html);
     for (HtmlToken token = tokens.next(); token.kind != HtmlToken::Kind::End; token = tokens.next()) {
         if (token.kind == HtmlToken::Kind::Text) {
-            QString decoded;
-            appendDecoded(decoded, token.text, characters);
+            const QString decoded = characters.of(token.text);
             // Line breaks between tags are the layout of the source.
-            for (const QChar c : std::as_const(decoded)) {
+            for (const QChar c : decoded) {
                 const bool isBlank = isHtmlBlank(c);
                 if (!isBlank || (!text.isEmpty() && !isHtmlBlank(text.back())))
                     text += isBlank ? QChar(u' ') : c;

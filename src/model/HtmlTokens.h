@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QHash>
 #include <QString>
 #include <QStringView>
 
@@ -59,6 +60,19 @@ private:
     qsizetype m_at = 0;
     // The element whose content is to be taken as it stands; empty in ordinary text.
     QString m_rawName;
+};
+
+// The characters that "&...;" stand for. Their names are those that the text document knows.
+class HtmlCharacters
+{
+public:
+    // What a text, or the value of an attribute, says.
+    QString of(QStringView html);
+
+private:
+    QString ofReference(QStringView reference);
+
+    QHash<QString, QString> m_known;
 };
 
 // What such a text says: its characters, with a line feed before each block, row and item.

@@ -77,6 +77,10 @@ constexpr std::size_t deepestElement = 200;
 // Items of one list of a web page.
 constexpr int longestHtmlList = 1000;
 
+// Font families that a web page may name. The looks of its elements are compared one by one with those that differ from
+// them in the family alone: twenty thousand families take half a minute.
+constexpr qsizetype mostHtmlFamilies = 500;
+
 // Bytes of a picture, or of all pictures that a web page brings along, and how many they may be.
 constexpr qint64 largestPicture = 32'000'000;
 constexpr std::size_t mostPastedPictures = 500;

@@ -6,6 +6,7 @@
 #include "model/Limits.h"
 #include "rtf/Limits.h"
 
+#include <QSet>
 #include <QTest>
 #include <QTextDocument>
 #include <QTextFrame>
@@ -33,6 +34,9 @@ private Q_SLOTS:
     void theEmptyPlacesOfATableAreCounted();
     void numbersBeyondAllMeasureAreCutDown();
     void nothingFloats();
+    void noMoreFontFamiliesAreNamedThanTheBound_data();
+    void noMoreFontFamiliesAreNamedThanTheBound();
+    void stylesBesideAFamilyBeyondTheBoundStay();
     void aStyleSheetOfTooManyRulesIsLeftOut();
     void aPictureThatIsElsewhereLeavesItsWords();
     void aPictureInTheTextIsHeld();
@@ -228,6 +232,56 @@ void tst_BoundedHtml::nothingFloats()
     }
     const QString word = u"<p class=\"float\">What can float: a boat</p>"_s;
     QCOMPARE(boundedHtml(word).html, word);
+}
+
+void tst_BoundedHtml::noMoreFontFamiliesAreNamedThanTheBound_data()
+{
+    QTest::addColumn<QString>("piece");
+    QTest::newRow("styles") << u"<span style=\"color:red;font-family:F%1\">w</span> "_s;
+    QTest::newRow("styles with quotes") << u"<span style='font-family : \"F%1\", serif'>w</span> "_s;
+    QTest::newRow("quotes by name") << u"<span style=\"font-family:&quot;F%1&quot;\">w</span> "_s;
+    QTest::newRow("colons by number") << u"<span style=\"FONT-family&#58;F%1\">w</span> "_s;
+    QTest::newRow("behind comments") << u"<span style=\"/*;*/font-family/*:x*/:F%1\">w</span> "_s;
+    QTest::newRow("fonts") << u"<span style=\"font: bold 12px F%1\">w</span> "_s;
+    QTest::newRow("faces") << u"<font face=\"F%1\">w</font> "_s;
+    QTest::newRow("style sheets") << u"<style>#a%1 { color: red; font-family: F%1 }</style><b id=a%1>w</b> "_s;
+}
+
+void tst_BoundedHtml::noMoreFontFamiliesAreNamedThanTheBound()
+{
+    QFETCH(const QString, piece);
+    constexpr int most = int(limits::mostHtmlFamilies);
+    const auto familiesOf = [&](int pieces) {
+        QString page;
+        for (int i = 0; i < pieces; ++i)
+            page += QString(piece).replace(u"%1"_s, QString::number(i));
+        QTextDocument document;
+        document.setHtml(boundedHtml(page).html);
+        QSet<QStringList> families;
+        for (const QTextFormat &format : document.allFormats())
+            families.insert(format.toCharFormat().fontFamilies().toStringList());
+        families.remove({});
+        families.remove({document.defaultFont().family()});
+        return std::pair(families.size(), document.toPlainText().count(u'w'));
+    };
+    QCOMPARE(familiesOf(most), std::pair(qsizetype(most), qsizetype(most)));
+    QCOMPARE(familiesOf(most + 100), std::pair(qsizetype(most), qsizetype(most) + 100));
+}
+
+void tst_BoundedHtml::stylesBesideAFamilyBeyondTheBoundStay()
+{
+    QString page;
+    for (int i = 0; i < limits::mostHtmlFamilies; ++i)
+        page += u"<font face=\"F%1\">w</font>"_s.arg(i);
+    const auto behind = [&page](const QString &html) { return boundedHtml(page + html).html.sliced(page.size()); };
+    QCOMPARE(behind(u"<b style=\"color:red;font-family:'A',B;font-size:9px\">x</b>"_s),
+             u"<b style=\"color:red;;font-size:9px\">x</b>"_s);
+    QCOMPARE(behind(u"<b style=\"font-family:&quot;A&quot;; background:&quot;&lt;&amp;\">x</b>"_s),
+             u"<b style=\"; background:&quot;&lt;&amp;\">x</b>"_s);
+    QCOMPARE(behind(u"<font color=\"red\" face=\"A\">x</font>"_s), u"<font color=\"red\">x</font>"_s);
+    // Those that are known already do too.
+    const QString known = u"<b style=\"font-family: F7 ;color:red\">x</b><font face=\"F8\">x</font>"_s;
+    QCOMPARE(behind(known), known);
 }
 
 void tst_BoundedHtml::aStyleSheetOfTooManyRulesIsLeftOut()
