@@ -36,6 +36,12 @@ constexpr qreal effortOfFloats = 1; // each looks for a place among the others
 // Shorter words take next to nothing.
 constexpr qsizetype ordinaryWord = 500;
 
+// In many narrow lines each looks through the rest of the word, and a cell lays its words out twice for each table
+// around it. Below this the letters are each on a line of their own.
+constexpr qreal widthOfFewLines = 100;
+constexpr qreal mostTimesOfLines = 12;
+constexpr qsizetype ordinaryWordInCell = 100;
+
 // Marks that may follow each other before they are a heap. All of one are drawn in one place.
 constexpr int ordinaryMarks = 8;
 
@@ -109,9 +115,10 @@ private:
 
     void addBlock(const QTextBlock &block);
     void addFrame(const QTextFrame *frame);
-    qreal effortOfWords(const QString &text) const;
+    qreal effortOfWords(const QString &text, qsizetype longerThan) const;
     qreal effortOfTabs(const QTextBlock &block, const QString &text) const;
     static qreal widthOf(const QTextBlock &block, const QTextFrame *frame);
+    static qreal timesOfWords(qreal width, const QTextFrame *frame);
     const CharLook &lookOf(int formatIndex);
     qreal sizeOf(const QTextCharFormat &format) const;
 
@@ -170,7 +177,8 @@ void StrainMeter::addBlock(const QTextBlock &block)
 {
     const QTextBlockFormat format = block.blockFormat();
     const auto lineHeight = [&format](qreal size) { return format.lineHeight(size * heightOfSize, 1); };
-    const qreal width = widthOf(block, m_document.frameAt(block.position()));
+    const QTextFrame *frame = m_document.frameAt(block.position());
+    const qreal width = widthOf(block, frame);
     qreal height = lineHeight(sizeOf(block.charFormat()));
     m_runs.clear();
     for (auto it = block.begin(); !it.atEnd(); ++it) {
@@ -187,7 +195,9 @@ void StrainMeter::addBlock(const QTextBlock &block)
     m_strain.height += height + std::max<qreal>(0, format.topMargin()) + std::max<qreal>(0, format.bottomMargin());
     if (block.length() > 1) {
         const QString text = block.text();
-        m_strain.effort += effortOfCharacters(text) + effortOfWords(text) + effortOfTabs(block, text);
+        const qsizetype longerThan = frame == m_document.rootFrame() ? ordinaryWord : ordinaryWordInCell;
+        m_strain.effort += effortOfCharacters(text) + effortOfTabs(block, text) +
+                           effortOfWords(text, longerThan) * timesOfWords(width, frame);
     }
 }
 
@@ -206,10 +216,24 @@ qreal StrainMeter::widthOf(const QTextBlock &block, const QTextFrame *frame)
                            width - std::max<qreal>(0, format.leftMargin()) - std::max<qreal>(0, format.rightMargin()));
 }
 
-qreal StrainMeter::effortOfWords(const QString &text) const
+// How much more a word takes in lines of a width than where it has a few.
+qreal StrainMeter::timesOfWords(qreal width, const QTextFrame *frame)
+{
+    qreal columns = 1;
+    qreal times = 0.5;
+    for (; frame; frame = frame->parentFrame()) {
+        const auto *table = qobject_cast<const QTextTable *>(frame);
+        columns *= table ? table->columns() : 1;
+        times *= table ? 2 : 1;
+    }
+    const qreal ofLines = widthOfFewLines / std::max<qreal>(1, std::min(width, narrowPane / columns));
+    return std::max<qreal>(1, times) * (1 + std::min(ofLines, mostTimesOfLines));
+}
+
+qreal StrainMeter::effortOfWords(const QString &text, qsizetype longerThan) const
 {
     qreal effort = 0;
-    for (const auto &[from, to] : unbrokenStretches(text, ordinaryWord)) {
+    for (const auto &[from, to] : unbrokenStretches(text, longerThan)) {
         const auto length = qreal(to - from);
         const auto runs =
             std::lower_bound(m_runs.begin(), m_runs.end(), to) - std::lower_bound(m_runs.begin(), m_runs.end(), from);

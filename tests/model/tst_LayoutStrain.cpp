@@ -84,6 +84,12 @@ void tst_LayoutStrain::whatTheTextEngineIsSlowWithIsNot_data()
     QTest::newRow("runs in one word") << QByteArray("{\\b x}y") << 2000 << 60'000;
     QTest::newRow("scripts in one word") << QByteArray("a\\u1488?") << 2000 << 60'000;
     QTest::newRow("long words") << QByteArray(20'000, 'x') + ' ' << 10 << 60;
+    QByteArray row("\\trowd");
+    for (int cell = 1; cell <= 50; ++cell)
+        row += "\\cellx" + QByteArray::number(cell * 600);
+    QTest::newRow("words in cells") << row + QByteArray("some words\\cell ").repeated(50) + "\\row " << 300 << 0;
+    QTest::newRow("long words in cells") << row + (QByteArray(2000, 'x') + "\\cell ").repeated(50) + "\\row " << 2
+                                         << 9;
     QTest::newRow("marks in one place") << QByteArray("\\u769?") << 1000 << 40'000;
     QTest::newRow("emoji") << QByteArray("\\u-10179?\\u-8704? ") << 10'000 << 40'000;
     QTest::newRow("tabulators without stops") << QByteArray("\\tab ") << 50'000 << 0;

@@ -332,6 +332,13 @@ void tst_Pasting::whatTheTextEngineIsSlowWithComesAsWordsAfterAQuestion_data()
 
     QTest::newRow("runs in words") << QString(u"<b>x</b>y"_s.repeated(9000) + u' ').repeated(4)
                                    << QByteArray(QByteArray("{\\b x}y").repeated(9000) + " ").repeated(4);
+    QByteArray row("\\trowd");
+    for (int cell = 1; cell <= 200; ++cell)
+        row += "\\cellx" + QByteArray::number(cell * 1000);
+    QTest::newRow("long words in cells") << u"<table><tr>"_s +
+                                                QString(u"<td>"_s + QString(4000, u'x') + u"</td>"_s).repeated(200) +
+                                                u"</table>"_s
+                                         << row + (QByteArray(4000, 'x') + "\\cell ").repeated(200) + "\\row ";
     QTest::newRow("tabulators over stops") << QString() << "\\tx900 " + QByteArray("\\tab").repeated(18'000);
     QString sizes;
     QByteArray rtfSizes;
