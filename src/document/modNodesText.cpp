@@ -29,9 +29,11 @@ void tellOfWithheldText(Document &document, const Entry *entry, TextState state)
     if (state != TextState::Beginning)
         document.dismiss(NoticeKind::LongText);
     else
-        document.tell({NoticeKind::LongText,
-                       u"The text of \"%1\" is too long to be shown whole. What is seen is its beginning, which can be "
-                       "read but not changed; the whole text is kept."_s.arg(briefLabel(entry->label()))});
+        document.tell(
+            {NoticeKind::LongText,
+             u"The text of \"%1\" is too long or too elaborately formatted to be shown whole. What is seen is the "
+             "beginning of its words, which can be read but not changed; the whole text is kept."_s.arg(
+                 briefLabel(entry->label()))});
     if (state == TextState::Damaged && !document.hasNotice(NoticeKind::DamagedText))
         tellOfDamagedTexts(document, {entry->label()}, 1);
 }
