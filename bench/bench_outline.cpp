@@ -136,7 +136,7 @@ void copyAndGoUp(Program &program)
 
 void endRename(Program &program)
 {
-    program.document().trvOutline.EndLabelEdit();
+    program.document().view()->trvOutline.EndLabelEdit();
 }
 
 void nothing(Program &) {}

@@ -55,7 +55,7 @@ void typing(benchmark::State &state)
     Entry *root = document.tree.root();
     document.outline->tree.setStoredText(root, NodeTextCompressIfRequired(textOf(characters)));
     modNodes::NodeSelectFull(document, root);
-    auto &box = dynamic_cast<RichTextBox &>(document.txtRTF);
+    auto &box = dynamic_cast<RichTextBox &>(document.view()->txtRTF);
     box.setFocus();
     const auto length = static_cast<int>(box.Text().size());
     box.setSelStart(state.range(1) == AtTheStart ? 0 : state.range(1) == AtTheEnd ? length : length / 2);

@@ -53,7 +53,7 @@ public:
 
     EntryTree &tree() { return DocumentActive()->outline->tree; }
 
-    TreeView &view() { return *static_cast<frmDocument &>(DocumentActive()->window).treeView; }
+    TreeView &view() { return *static_cast<frmDocument &>(DocumentActive()->view()->window).treeView; }
 
     // The platform draws some milliseconds later, and several steps at once; here every step is drawn.
     void settle()

@@ -10,6 +10,7 @@
 #include "app/Toolbar.h"
 #include "commands/CommandState.h"
 #include "document/Document.h"
+#include "document/DocumentView.h"
 #include "document/Globals.h"
 #include "document/TextPane.h"
 #include "util/Procedure.h"
@@ -56,7 +57,7 @@ void MainSurface::UpdateToolbarStatus()
         const Document *document = m_area.activeDocument();
         if (!document)
             return;
-        m_toolbar.applyFormats(document->txtRTF);
+        m_toolbar.applyFormats(document->view()->txtRTF);
         CommandState state;
         state.ExpansionLevel = document->m_iExpansionLevel;
         m_toolbar.press(state);

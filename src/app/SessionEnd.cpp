@@ -6,6 +6,7 @@
 #include "app/frmMain.h"
 #include "app/modMain.h"
 #include "document/Document.h"
+#include "document/DocumentView.h"
 #include "document/Globals.h"
 #include "document/OutlinePane.h"
 #include "util/Procedure.h"
@@ -89,7 +90,7 @@ void SessionEnd::commitData(LogOut &logOut)
         const std::vector<Document *> documents = m_mainWindow.windows().documents();
         // A label being typed is a change, too.
         for (const Document *document : documents)
-            document->trvOutline.EndLabelEdit();
+            document->view()->trvOutline.EndLabelEdit();
         if (std::any_of(documents.begin(), documents.end(), wouldLoseChanges)) {
             // In the middle of a load or a save there is no document to ask about.
             if (bBusy || !logOut.maySpeak() || !m_mainWindow.mayGiveUpDocuments()) {

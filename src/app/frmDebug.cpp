@@ -4,6 +4,7 @@
 #include "app/frmDebug.h"
 
 #include "document/Document.h"
+#include "document/DocumentView.h"
 #include "document/Ports.h"
 #include "document/TextPane.h"
 #include "util/Procedure.h"
@@ -27,7 +28,7 @@ QString sizeText(std::optional<double> points)
 
 QString details(const Document &document)
 {
-    const TextPane &pane = document.txtRTF;
+    const TextPane &pane = document.view()->txtRTF;
     QStringList lines{QString::fromLatin1(pane.TextRTF()), u"Font name "_s + pane.Font().family(),
                       u"Font size "_s + sizeText(pane.Font().pointSizeF()),
                       u"Selected font name "_s + pane.SelFontName().value_or(QString()),

@@ -6,6 +6,7 @@
 #include "app/AppPorts.h"
 #include "app/frmAbout.h"
 #include "document/Document.h"
+#include "document/DocumentView.h"
 #include "document/DocumentWindow.h"
 #include "document/Ports.h"
 #include "document/modDoc.h"
@@ -82,7 +83,7 @@ void LoadHelpQLYFile()
         const std::vector<Document *> open = ports().windows->documents();
         const auto found = std::ranges::find_if(open, isHelp);
         if (found != open.end())
-            (*found)->window.bringToFront();
+            (*found)->view()->window.bringToFront();
         else
             modDoc::DocLoad(helpFile());
     });

@@ -4,6 +4,7 @@
 #include "commands/CommandRoutines.h"
 
 #include "document/Document.h"
+#include "document/DocumentView.h"
 #include "document/DocumentWindow.h"
 #include "document/Ports.h"
 #include "document/TextPane.h"
@@ -17,7 +18,7 @@ namespace
 
 void stepTextSize(qint16 direction)
 {
-    if (const Document *document = DocumentActive(); document && document->txtRTF.SelLength() > 0)
+    if (const Document *document = DocumentActive(); document && document->view()->txtRTF.SelLength() > 0)
         modFont::ChangeSelectedFontSize(direction);
 }
 
@@ -65,7 +66,7 @@ void activateNext()
     const std::vector<Document *> documents = ports().windows->documents();
     auto next = std::ranges::find(documents, DocumentActive());
     if (next != documents.end() && documents.size() > 1)
-        (++next == documents.end() ? documents.front() : *next)->window.activate();
+        (++next == documents.end() ? documents.front() : *next)->view()->window.activate();
 }
 
 } // namespace documentWindows

@@ -5,6 +5,7 @@
 
 #include "commands/CommandTable.h"
 #include "document/Document.h"
+#include "document/DocumentView.h"
 #include "document/OutlinePane.h"
 #include "document/Ports.h"
 #include "util/Procedure.h"
@@ -17,7 +18,7 @@ namespace
 void endLabelEdit()
 {
     if (Document *document = DocumentActive())
-        document->trvOutline.EndLabelEdit();
+        document->view()->trvOutline.EndLabelEdit();
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 
 #include "document/Document.h"
 
+#include "document/DocumentView.h"
 #include "document/DocumentWindow.h"
 #include "document/Globals.h"
 #include "document/OutlinePane.h"
@@ -17,17 +18,13 @@ LabelEditMode optionalLabelEdit()
     return g_options.AutoLabelEdit ? LabelEditMode::tvwAutomatic : LabelEditMode::tvwManual;
 }
 
-Document::Document(OutlinePane &outlinePane, TextPane &textPane, DocumentWindow &documentWindow,
-                   std::unique_ptr<Outline> read)
+Document::Document(std::unique_ptr<Outline> read)
     : outline(read ? std::move(read) : std::make_unique<Outline>())
     , tree(outline->tree)
     , m_fntOutlineFont(outline->outlineFont)
     , m_fntTextFont(outline->textFont)
     , history(*outline)
     , texts(outline->tree)
-    , trvOutline(outlinePane)
-    , txtRTF(textPane)
-    , window(documentWindow)
 {
     QObject::connect(&texts, &LiveTexts::changed, &texts, [this] { history.touch(); });
     // What is told of damaged texts may have gone with their entries.
@@ -41,14 +38,52 @@ Document::Document(OutlinePane &outlinePane, TextPane &textPane, DocumentWindow 
 
 Document::~Document() = default;
 
+void Document::setView(DocumentView *shownBy)
+{
+    // The panes go with their window, and their font stays.
+    m_baseFont = baseFont();
+    m_view = shownBy;
+    texts.setShown(nullptr);
+    if (m_view && !m_sCaption.isEmpty())
+        m_view->window.setCaption(m_sCaption);
+}
+
 void Document::setPaneFonts(const clsFont &outlineFont, const clsFont &textFont)
 {
-    QFont font = trvOutline.Font();
-    outlineFont.SetFont(font);
-    trvOutline.setFont(font);
-    font = txtRTF.Font();
+    if (m_view) {
+        QFont font = m_view->trvOutline.Font();
+        outlineFont.SetFont(font);
+        m_view->trvOutline.setFont(font);
+    }
+    QFont font = baseFont();
     textFont.SetFont(font);
-    txtRTF.setFont(font);
+    setBaseFont(font);
+}
+
+QFont Document::baseFont() const
+{
+    return m_view ? m_view->txtRTF.Font() : m_baseFont;
+}
+
+void Document::setBaseFont(const QFont &font)
+{
+    if (m_view)
+        m_view->txtRTF.setFont(font);
+    else
+        m_baseFont = font;
+}
+
+void Document::setCaption(const QString &sCaption)
+{
+    m_sCaption = sCaption;
+    if (m_view)
+        m_view->window.setCaption(sCaption);
+}
+
+void Document::autoFitSplit()
+{
+    if (m_view)
+        m_view->window.autoFitSplit();
 }
 
 void Document::checkTexts()
@@ -65,7 +100,8 @@ bool Document::bReadOnly() const
 void Document::updateTextLock()
 {
     const Entry *entry = texts.shown() ? texts.shownEntry() : tree.selected();
-    txtRTF.setLocked(!entry || bTextWithheld() || m_fileAccess == FileAccess::ReadOnly);
+    if (m_view)
+        m_view->txtRTF.setLocked(!entry || bTextWithheld() || m_fileAccess == FileAccess::ReadOnly);
 }
 
 bool Document::bReadOnlyAsSeen() const
@@ -84,13 +120,14 @@ void Document::tell(DocumentNotice told)
         return;
     else
         *place = std::move(told);
-    window.noticesChanged();
+    if (m_view)
+        m_view->window.noticesChanged();
 }
 
 void Document::dismiss(NoticeKind kind)
 {
-    if (std::erase_if(m_notices, [kind](const DocumentNotice &told) { return told.kind == kind; }) > 0)
-        window.noticesChanged();
+    if (std::erase_if(m_notices, [kind](const DocumentNotice &told) { return told.kind == kind; }) > 0 && m_view)
+        m_view->window.noticesChanged();
 }
 
 bool Document::hasNotice(NoticeKind kind) const

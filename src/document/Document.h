@@ -9,26 +9,24 @@
 #include "model/History.h"
 #include "model/Outline.h"
 
+#include <QFont>
 #include <QString>
 
 #include <memory>
 #include <optional>
 #include <vector>
 
-class DocumentWindow;
-class OutlinePane;
+class DocumentView;
 class TextCheck;
-class TextPane;
 
 enum class FileAccess { Unknown, Writable, ReadOnly };
 
-// One open document: its outline, its file and fonts, and the panes and the window that show it. Owned by its window.
+// One open document: its outline, its file and what is to be told of it. Nobody needs to show it; see DocumentView.
 class Document
 {
 public:
     // Without an outline it begins with an empty one.
-    Document(OutlinePane &outlinePane, TextPane &textPane, DocumentWindow &documentWindow,
-             std::unique_ptr<Outline> read = nullptr);
+    explicit Document(std::unique_ptr<Outline> read = nullptr);
     ~Document();
     Document(const Document &) = delete;
     Document &operator=(const Document &) = delete;
@@ -67,12 +65,27 @@ public:
     // beginning. It is locked then, and what is done to it is not stored.
     bool bTextWithheld() const { return texts.shown() && texts.shown()->state() != TextState::Whole; }
 
+    // The panes and the window that show it; null when nobody does.
+    DocumentView *view() const { return m_view; }
+
     // Locks the text pane, or frees it: where no entry would take what is typed, in a document that was opened
     // read-only, and where the text is withheld.
     void updateTextLock();
 
     // The fonts in which the panes show what names none. What a description leaves open stays as it is.
     void setPaneFonts(const clsFont &outlineFont, const clsFont &textFont);
+
+    // The base font of the texts: that of text which names none.
+    QFont baseFont() const;
+    void setBaseFont(const QFont &font);
+
+    // What the window is called: the document's file, or "Document" and a number.
+    const QString &caption() const { return m_sCaption; }
+
+    void setCaption(const QString &sCaption);
+
+    // Fits the split between the panes, if there are any, when the option says so.
+    void autoFitSplit();
 
     // Looks for damaged texts, behind whatever else is to be done.
     void checkTexts();
@@ -116,11 +129,10 @@ public:
     History history;
     LiveTexts texts;
 
-    OutlinePane &trvOutline;
-    TextPane &txtRTF;
-    DocumentWindow &window;
-
 private:
+    friend class DocumentView;
+    void setView(DocumentView *shownBy);
+
     struct SeenFile {
         QString sFile;
         bool bReadOnly = false;
@@ -128,5 +140,9 @@ private:
 
     std::vector<DocumentNotice> m_notices;
     std::unique_ptr<TextCheck> m_textCheck;
+    DocumentView *m_view = nullptr;
+    // Of a document without a view; a view's pane has its own.
+    QFont m_baseFont;
+    QString m_sCaption;
     mutable std::optional<SeenFile> m_seenFile;
 };

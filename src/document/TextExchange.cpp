@@ -4,7 +4,6 @@
 #include "document/TextExchange.h"
 
 #include "document/Document.h"
-#include "document/DocumentWindow.h"
 #include "document/Globals.h"
 #include "document/Ports.h"
 #include "document/SafeFile.h"
@@ -32,7 +31,7 @@ Document *openRead(Read &&read)
     }
     Document &document = modDoc::newDocument(std::move(outline));
     modNodes::NodeSelect(document, document.tree.root());
-    document.window.autoFitSplit();
+    document.autoFitSplit();
     return &document;
 }
 

@@ -4,6 +4,7 @@
 #include "document/UndoRedo.h"
 
 #include "document/Document.h"
+#include "document/DocumentView.h"
 #include "document/OutlinePane.h"
 #include "document/modNodes.h"
 #include "util/Procedure.h"
@@ -16,10 +17,12 @@ void showPosition(Document &document)
 {
     // What is open now was not opened to a level.
     document.m_iExpansionLevel = 0;
-    QFont font = document.trvOutline.Font();
-    document.m_fntOutlineFont.SetFont(font);
-    if (font != document.trvOutline.Font())
-        document.trvOutline.setFont(font);
+    if (DocumentView *view = document.view()) {
+        QFont font = view->trvOutline.Font();
+        document.m_fntOutlineFont.SetFont(font);
+        if (font != view->trvOutline.Font())
+            view->trvOutline.setFont(font);
+    }
     if (Entry *selected = document.tree.selected())
         modNodes::NodeSelectFull(document, selected);
     else

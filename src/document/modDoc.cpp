@@ -4,7 +4,7 @@
 #include "document/modDoc.h"
 
 #include "document/Document.h"
-#include "document/DocumentWindow.h"
+#include "document/DocumentView.h"
 #include "document/FileNature.h"
 #include "document/Globals.h"
 #include "document/LeftOutText.h"
@@ -32,7 +32,7 @@ constexpr auto saveName = "modDoc DocSave";
 Document &openUntitled(std::unique_ptr<Outline> outline)
 {
     Document &document = ports().windows->createDocument(std::move(outline));
-    document.window.setCaption(u"Document %1"_s.arg(iDocumentCount));
+    document.setCaption(u"Document %1"_s.arg(iDocumentCount));
     return document;
 }
 
@@ -59,7 +59,7 @@ std::optional<ErrorNumber> tryBackupStep(Step &&step)
 bool isMoreThanText(const Document &document)
 {
     const Entry *root = document.tree.root();
-    QFont font = document.txtRTF.Font();
+    QFont font = document.baseFont();
     document.m_fntTextFont.SetFont(font);
     return document.m_bFromOutline ||
            (root && !looksPlain(NodeTextDecompressIfRequired(document.tree.storedText(root)), font));
@@ -148,7 +148,8 @@ void unlockSaved(Document &document)
     if (std::exchange(document.m_fileAccess, FileAccess::Writable) != FileAccess::ReadOnly)
         return;
     document.updateTextLock();
-    document.trvOutline.setLabelEdit(optionalLabelEdit());
+    if (DocumentView *view = document.view())
+        view->trvOutline.setLabelEdit(optionalLabelEdit());
     tellOfLeftOutParts(document);
 }
 
@@ -171,14 +172,18 @@ Document &newDocument(std::unique_ptr<Outline> outline)
 {
     Document &document = openUntitled(std::move(outline));
     ports().commands->UpdateStatusBarText(QString());
-    document.trvOutline.setPaneVisible(false);
+    DocumentView *view = document.view();
+    if (view)
+        view->trvOutline.setPaneVisible(false);
     document.setPaneFonts(g_fntDefaultOutlineFont, g_fntDefaultTextFont);
     g_fntDefaultOutlineFont.CopyTo(document.outline->outlineFont);
     g_fntDefaultTextFont.CopyTo(document.outline->textFont);
     document.history.forgetSaved();
     document.m_iFileFormatVersion = Document::nativeFormat;
-    document.trvOutline.setLabelEdit(optionalLabelEdit());
-    document.trvOutline.setPaneVisible(true);
+    if (view) {
+        view->trvOutline.setLabelEdit(optionalLabelEdit());
+        view->trvOutline.setPaneVisible(true);
+    }
     ports().commands->MenuEnableDynamic();
     return document;
 }
@@ -226,7 +231,7 @@ SaveOutcome DocSave(const QString &sFile)
         document->m_bSaveRefused = false;
         document->m_bFromOutline = iVersion == Document::nativeFormat;
         unlockSaved(*document);
-        document->window.setCaption(document->m_sFile);
+        document->setCaption(document->m_sFile);
         ports().commands->MenuEnableDynamic();
         ports().recentFiles->UpdateMRUFile(document->m_sFile, false);
         return SaveOutcome::Saved;

@@ -6,7 +6,7 @@
 #include "document/modDoc.h"
 
 #include "document/Document.h"
-#include "document/DocumentWindow.h"
+#include "document/DocumentView.h"
 #include "document/FileNature.h"
 #include "document/Globals.h"
 #include "document/OutlinePane.h"
@@ -122,16 +122,20 @@ OpenedFile readFile(const QString &sFile)
 
 void markReadOnly(Document &document)
 {
-    document.window.setCaption(document.m_sFile + u" (read-only)"_s);
-    document.trvOutline.setLabelEdit(LabelEditMode::tvwManual);
-    document.txtRTF.setLocked(true);
+    document.setCaption(document.m_sFile + u" (read-only)"_s);
+    if (DocumentView *view = document.view())
+        view->trvOutline.setLabelEdit(LabelEditMode::tvwManual);
+    document.updateTextLock();
 }
 
 void showLoaded(Document &document, Entry *selected)
 {
-    document.trvOutline.setPaneVisible(true);
-    // After the read-only step on purpose: with the option on, a read-only document has automatic label editing again.
-    document.trvOutline.setLabelEdit(optionalLabelEdit());
+    if (DocumentView *view = document.view()) {
+        view->trvOutline.setPaneVisible(true);
+        // After the read-only step on purpose: with the option on, a read-only document has automatic label editing
+        // again.
+        view->trvOutline.setLabelEdit(optionalLabelEdit());
+    }
     if (selected)
         modNodes::NodeSelectFull(document, selected);
     else
@@ -144,7 +148,7 @@ void keepWhatWasRead(Document &document, const OpenedFile &file)
     document.m_sFile.clear();
     document.m_iFileFormatVersion = Document::nativeFormat;
     showLoaded(document, document.tree.root());
-    document.window.autoFitSplit();
+    document.autoFitSplit();
     ports().commands->MenuEnableDynamic();
     document.notice = u"The file %1 could not be read whole"_s.arg(file.sFile);
     ports().commands->UpdateStatusBarText(document.notice);
@@ -169,7 +173,7 @@ void showWhole(Document &document, OpenedFile &file, const QString &sCaption)
     document.m_bFromOutline = file.iVersion == Document::nativeFormat;
     if (sCaption.isEmpty())
         document.m_sFile = file.sFile;
-    document.window.setCaption(sCaption.isEmpty() ? file.sFile : sCaption);
+    document.setCaption(sCaption.isEmpty() ? file.sFile : sCaption);
     document.m_fileAccess = document.bReadOnly() ? FileAccess::ReadOnly : FileAccess::Writable;
     if (document.m_fileAccess == FileAccess::ReadOnly)
         markReadOnly(document);
@@ -180,7 +184,8 @@ void showWhole(Document &document, OpenedFile &file, const QString &sCaption)
 // Fills the window that was opened for what was read. Throws what kept it from being the whole file.
 void show(Document &document, OpenedFile &file, const QString &sCaption)
 {
-    document.trvOutline.setPaneVisible(false);
+    if (DocumentView *view = document.view())
+        view->trvOutline.setPaneVisible(false);
     // The base font of the text pane is the outline's by design; the text font stays what new texts are given.
     if (file.iVersion == Document::nativeFormat)
         document.setPaneFonts(document.m_fntOutlineFont, document.m_fntOutlineFont);
@@ -220,7 +225,7 @@ bool load(const QString &sFile, const QString &sCaption)
         tellOfCutLabels(*document, file.read.cutLabels);
     if (document->m_iFileFormatVersion == Document::nativeFormat)
         document->checkTexts();
-    document->window.autoFitSplit();
+    document->autoFitSplit();
     if (sCaption.isEmpty())
         ports().recentFiles->UpdateMRUFile(sFile, false);
     // Only now it is known whether the document may be written.

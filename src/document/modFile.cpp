@@ -4,6 +4,7 @@
 #include "document/modFile.h"
 
 #include "document/Document.h"
+#include "document/DocumentView.h"
 #include "document/DocumentWindow.h"
 #include "document/Ports.h"
 #include "document/TextExchange.h"
@@ -209,21 +210,22 @@ void FileSaveAll()
             // A file that turned read-only matters only to a document that has something to save.
             if (document->bReadOnly() && !(document->mayBeSaved() && document->hasUnsavedChanges()))
                 continue;
-            document->window.activate();
+            if (DocumentView *view = document->view())
+                view->window.activate();
             if (!FileSave() && !failed && document->hasNotice(NoticeKind::NotSaved))
                 failed = document;
         }
         // What could not be saved is not to stay behind the windows that were saved after it.
-        if (failed)
-            failed->window.activate();
+        if (failed && failed->view())
+            failed->view()->window.activate();
     });
 }
 
 void FileClose()
 {
     procedure("modFile FileClose", [] {
-        if (Document *document = DocumentActive())
-            document->window.close();
+        if (Document *document = DocumentActive(); document && document->view())
+            document->view()->window.close();
         ports().commands->UpdateStatusBarText(QString());
     });
 }

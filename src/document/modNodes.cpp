@@ -4,6 +4,7 @@
 #include "document/modNodes.h"
 
 #include "document/Document.h"
+#include "document/DocumentView.h"
 #include "document/DocumentWindow.h"
 #include "document/Globals.h"
 #include "document/OutlinePane.h"
@@ -113,7 +114,8 @@ Entry *withRoom(Document &document, const std::function<Entry *()> &add)
                            u"Nothing was inserted: a document holds at most %1 entries, and this one has no room for "
                            "more. Delete some, or go on in a new document. Esc leads back to the outline."_s.arg(
                                EntryTree::maximumCount)});
-            document.window.holdKeys();
+            if (DocumentView *view = document.view())
+                view->window.holdKeys();
         }
         throw;
     }
@@ -129,10 +131,11 @@ void NodeInitialise(Document &document, Entry *entry)
         // It was empty when the entry was selected.
         ports().commands->UpdateStatusBar(entry);
         document.history.touch();
-        document.trvOutline.StartLabelEdit();
-        QFont font = document.txtRTF.Font();
+        if (DocumentView *view = document.view())
+            view->trvOutline.StartLabelEdit();
+        QFont font = document.baseFont();
         document.m_fntTextFont.SetFont(font);
-        document.txtRTF.setFont(font);
+        document.setBaseFont(font);
     });
 }
 
@@ -179,11 +182,14 @@ void NodeSelectFull(Document &document, Entry *entry)
             nodCurrent().set(&document.tree, entry);
             document.history.select(entry);
             document.history.expandAncestors(entry);
-            document.trvOutline.ScrollTo(entry);
+            DocumentView *view = document.view();
+            if (view)
+                view->trvOutline.ScrollTo(entry);
             // Shown again, the text would lose the caret's place and what can be undone.
             if (document.texts.entryAsShown() != entry)
                 NodeTextGet(document, entry);
-            document.trvOutline.ClearDropHighlight();
+            if (view)
+                view->trvOutline.ClearDropHighlight();
             document.notice.clear();
             ports().commands->UpdateStatusBar(entry);
         }
@@ -361,7 +367,7 @@ void NodeSetFontAll(Document &document, Entry *entry, const clsFont &font)
 {
     procedure("modNodes NodeSetFontAll", [&] {
         const History::Step step(document.history, u"change of the font of texts"_s);
-        QFont base = document.txtRTF.Font();
+        QFont base = document.baseFont();
         font.SetFont(base);
         // Showing each text in the pane would cost many times as much.
         const rtf::CharChange change = font.asChange();
@@ -378,8 +384,8 @@ void NodeSetFontAll(Document &document, Entry *entry, const clsFont &font)
             document.history.setStoredText(each, NodeTextCompressIfRequired(changed.toRtf()));
         }
         // The pane may show none of these texts, or one that keeps its look.
-        if (document.txtRTF.Font() != base)
-            document.txtRTF.setFont(base);
+        if (document.baseFont() != base)
+            document.setBaseFont(base);
     });
 }
 
@@ -387,10 +393,8 @@ void NodeActionStart()
 {
     procedure("modNodes NodeActionStart", [] {
         Document *document = DocumentActive();
-        if (document && iActionDepth == 0) {
-            document->trvOutline.setPaneVisible(false);
-            document->txtRTF.setPaneVisible(false);
-        }
+        if (document && document->view() && iActionDepth == 0)
+            document->view()->setPanesVisible(false);
         if (iActionDepth == std::numeric_limits<qint16>::max())
             throw RunTimeError(ErrorNumber::Overflow);
         ++iActionDepth;
@@ -403,9 +407,9 @@ void NodeActionEnd()
         Document *document = DocumentActive();
         if (--iActionDepth > 0 || !document)
             return;
-        document->trvOutline.setPaneVisible(true);
-        document->txtRTF.setPaneVisible(true);
-        document->window.autoFitSplit();
+        if (DocumentView *view = document->view())
+            view->setPanesVisible(true);
+        document->autoFitSplit();
     });
 }
 

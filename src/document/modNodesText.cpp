@@ -6,6 +6,7 @@
 #include "document/modNodes.h"
 
 #include "document/Document.h"
+#include "document/DocumentView.h"
 #include "document/Globals.h"
 #include "document/LeftOutText.h"
 #include "document/Ports.h"
@@ -46,7 +47,10 @@ namespace modNodes
 void NodeTextGet(Document &document, Entry *entry)
 {
     procedure("modNodes NodeTextGet", [&] {
-        TextPane &pane = document.txtRTF;
+        DocumentView *view = document.view();
+        if (!view)
+            return;
+        TextPane &pane = view->txtRTF;
         std::shared_ptr<EntryDocument> text =
             entry ? document.texts.open(*entry, pane.Font()) : std::make_shared<EntryDocument>(Inflated(), pane.Font());
         document.texts.setShown(text);
@@ -62,8 +66,10 @@ void NodeTextGet(Document &document, Entry *entry)
 void NodeTextPut(Document &document, Entry *entry)
 {
     procedure("modNodes NodeTextPut", [&] {
+        if (!document.view())
+            return;
         // A pane that could not be filled anew still holds another entry's text, which can only become that one's.
-        if (const auto &text = document.txtRTF.shown(); text == document.texts.shown())
+        if (const auto &text = document.view()->txtRTF.shown(); text == document.texts.shown())
             document.texts.store();
         else if (entry)
             document.outline->tree.setPendingText(entry, [text] { return text->toStored(); });

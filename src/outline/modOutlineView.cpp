@@ -6,6 +6,7 @@
 #include "outline/OutlineCommand.h"
 #include "outline/modOutline.h"
 
+#include "document/DocumentView.h"
 #include "document/DocumentWindow.h"
 #include "document/OutlinePane.h"
 #include "document/modNodes.h"
@@ -19,7 +20,7 @@ namespace
 void refresh(Document &document)
 {
     ports().commands->MenuEnableDynamic();
-    document.window.autoFitSplit();
+    document.autoFitSplit();
 }
 
 // The selected entry, without which error 91 ends the command.
@@ -129,7 +130,8 @@ void OutlineRename()
 {
     changeActiveDocument("modOutline OutlineRename", [](Document &document) {
         if (document.tree.selected())
-            document.trvOutline.StartLabelEdit();
+            if (DocumentView *view = document.view())
+                view->trvOutline.StartLabelEdit();
     });
 }
 

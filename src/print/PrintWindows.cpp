@@ -23,8 +23,7 @@ namespace
 // A document's name as that of a file without extension.
 QString baseName(const Document &document)
 {
-    QString name =
-        document.m_sFile.isEmpty() ? document.window.caption() : QFileInfo(document.m_sFile).completeBaseName();
+    QString name = document.m_sFile.isEmpty() ? document.caption() : QFileInfo(document.m_sFile).completeBaseName();
     name.replace(u'/', u'-');
     return name.isEmpty() ? u"Quillery"_s : name;
 }

@@ -99,7 +99,7 @@ void frmPreview::Form_Load()
 
 void frmPreview::PreviewNodeAll()
 {
-    procedure("frmPreview PreviewNodeAll", [this] { txtFormat.emplace(m_extent, m_extent.document->txtRTF.Font()); });
+    procedure("frmPreview PreviewNodeAll", [this] { txtFormat.emplace(m_extent, m_extent.document->baseFont()); });
 }
 
 // The printer may be another one than before, with other paper.

@@ -4,6 +4,7 @@
 #include "search/frmSearch.h"
 
 #include "document/Document.h"
+#include "document/DocumentView.h"
 #include "document/OutlinePane.h"
 #include "document/Ports.h"
 #include "document/TextPane.h"
@@ -37,8 +38,8 @@ QRect matchOnScreen()
     const Document *document = DocumentActive();
     if (!document)
         return {};
-    return searchScope() == SearchScope::AllNames ? document->trvOutline.SelectedRow()
-                                                  : document->txtRTF.SelectionOnScreen();
+    return searchScope() == SearchScope::AllNames ? document->view()->trvOutline.SelectedRow()
+                                                  : document->view()->txtRTF.SelectionOnScreen();
 }
 
 } // namespace
@@ -262,7 +263,7 @@ void frmSearch::showEvent(QShowEvent *event)
     QDialog::showEvent(event);
     // Before anything is found it is the text that is looked for.
     if (const Document *document = DocumentActive(); document && !event->spontaneous())
-        moveOff(document->txtRTF.SelectionOnScreen());
+        moveOff(document->view()->txtRTF.SelectionOnScreen());
 }
 
 void frmSearch::keyPressEvent(QKeyEvent *event)

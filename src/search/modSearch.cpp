@@ -4,6 +4,7 @@
 #include "search/modSearch.h"
 
 #include "document/Document.h"
+#include "document/DocumentView.h"
 #include "document/OutlinePane.h"
 #include "document/Ports.h"
 #include "document/TextPane.h"
@@ -49,14 +50,14 @@ LeftMatch s_leftMatch;
 
 LeftMatch selectionIn(const Document &document)
 {
-    return {document.tree.selected(), document.txtRTF.SelStart(), document.txtRTF.SelLength()};
+    return {document.tree.selected(), document.view()->txtRTF.SelStart(), document.view()->txtRTF.SelLength()};
 }
 
 void openDialog(const char *name, qint16 mode)
 {
     procedure(name, [mode] {
-        if (const Document *document = DocumentActive(); document && document->txtRTF.SelLength() > 0)
-            g_sSearchFind = document->txtRTF.SelText();
+        if (const Document *document = DocumentActive(); document && document->view()->txtRTF.SelLength() > 0)
+            g_sSearchFind = document->view()->txtRTF.SelText();
         {
             const SearchModeScope scope(mode);
             searchPorts().showDialog();
@@ -92,7 +93,7 @@ int firstMatch(const Document &document, const Entry *entry)
         return -1;
     if (const std::shared_ptr<EntryDocument> text = document.texts.find(*entry))
         return findText(rtf::findableText(text->document()), g_sSearchFind, 0, -1, findOptions());
-    const QFont base = document.txtRTF.Font();
+    const QFont base = document.view()->txtRTF.Font();
     const QByteArray stored = document.tree.storedText(entry);
     if (!mayHoldMatch(NodeTextDecompressIfRequired(stored)))
         return -1;
@@ -129,12 +130,12 @@ void showSelectedText(Document &document)
 {
     if (document.texts.entryAsShown() != document.tree.selected())
         modNodes::NodeTextGetSelected();
-    document.txtRTF.setSelStart(0);
+    document.view()->txtRTF.setSelStart(0);
 }
 
 void dropLeftMatch(const Document &document)
 {
-    TextPane &pane = document.txtRTF;
+    TextPane &pane = document.view()->txtRTF;
     const bool isLeft = pane.SelLength() > 0 && selectionIn(document) == s_leftMatch;
     if (isLeft && pane.SelText().compare(g_sSearchFind, labelComparison()) != 0)
         pane.setSelStart(0);
@@ -230,7 +231,7 @@ bool SearchText()
         const Document *document = DocumentActive();
         if (!document)
             return false;
-        TextPane &pane = document->txtRTF;
+        TextPane &pane = document->view()->txtRTF;
         if (g_bSearchBackwards)
             return searchBackwards(pane);
         int offset = findIn(pane, g_sSearchFind, pane.SelStart() + pane.SelLength(), -1, findOptions());
@@ -251,7 +252,7 @@ void SearchTextBackwards(int options, int limit, int &next, int &previous)
             return;
         do {
             previous = next;
-            next = findIn(document->txtRTF, g_sSearchFind, next + 1, -1, options);
+            next = findIn(document->view()->txtRTF, g_sSearchFind, next + 1, -1, options);
         } while (next >= 0 && next < limit);
     });
 }
@@ -262,7 +263,7 @@ bool SearchAllText()
         const Document *document = DocumentActive();
         if (!document)
             return false;
-        TextPane &pane = document->txtRTF;
+        TextPane &pane = document->view()->txtRTF;
         if (g_bSearchBackwards)
             return searchBackwards(pane);
         // The caret alone does not count: a text without a selection is searched from its beginning.
@@ -291,11 +292,11 @@ bool SearchAllTexts()
             const int match = firstMatch(*document, entry);
             if (match < 0)
                 continue;
-            document->texts.open(*entry, document->txtRTF.Font());
+            document->texts.open(*entry, document->view()->txtRTF.Font());
             modNodes::NodeTextGet(*document, entry);
             SearchNodeSelect(entry);
-            document->txtRTF.setSelStart(match);
-            document->txtRTF.setSelLength(static_cast<int>(g_sSearchFind.size()));
+            document->view()->txtRTF.setSelStart(match);
+            document->view()->txtRTF.setSelLength(static_cast<int>(g_sSearchFind.size()));
             return true;
         }
         showSelectedText(*document);
@@ -307,9 +308,9 @@ void SearchReplaceText()
 {
     procedure("modSearch SearchReplaceText", [] {
         Document *document = DocumentActive();
-        if (!document || document->bTextWithheld() || document->txtRTF.SelLength() <= 0)
+        if (!document || document->bTextWithheld() || document->view()->txtRTF.SelLength() <= 0)
             return;
-        TextPane &pane = document->txtRTF;
+        TextPane &pane = document->view()->txtRTF;
         // A match that reaches over the border of a cell selects more than is looked for.
         if (pane.SelHoldsCells())
             return;
@@ -331,7 +332,7 @@ void SearchNodeSelect(Entry *entry)
                 document->history.select(entry);
             }
             document->history.expandAncestors(entry);
-            document->trvOutline.ScrollTo(entry);
+            document->view()->trvOutline.ScrollTo(entry);
             document->notice.clear();
             ports().commands->UpdateStatusBar(entry);
         }

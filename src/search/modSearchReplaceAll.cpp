@@ -6,6 +6,7 @@
 #include "search/modSearch.h"
 
 #include "document/Document.h"
+#include "document/DocumentView.h"
 #include "document/Ports.h"
 #include "document/TextPane.h"
 #include "document/modNodes.h"
@@ -113,7 +114,7 @@ void replaceAllInPane(Document &document)
 {
     if (document.bTextWithheld())
         return;
-    TextPane &pane = document.txtRTF;
+    TextPane &pane = document.view()->txtRTF;
     QString text = pane.FindableText();
     const Way rest = restOf(pane, pane.SelStart(), text);
     if (rest.replacements().empty())
@@ -164,7 +165,7 @@ StoredWay goThroughStored(Document &document, Entry *entry)
     const Inflated stored = inflated(document.tree.storedText(entry));
     if (stored.state != TextState::Whole || !mayHoldMatch(stored.text))
         return {};
-    EntryText changed(stored.text, document.txtRTF.Font());
+    EntryText changed(stored.text, document.baseFont());
     Way way(changed.findableText());
     way.run();
     if (!way.replacements().empty()) {
@@ -177,7 +178,7 @@ StoredWay goThroughStored(Document &document, Entry *entry)
 // Round all entries from the selected one on, until none but the one with the last match is left.
 void replaceAllInTexts(Document &document)
 {
-    const HiddenText hidden(document.txtRTF);
+    const HiddenText hidden(document.view()->txtRTF);
     History::Step step(document.history, u"replacement in texts"_s);
     std::unordered_set<int> replaced;
     const EntryCollection &entries = document.tree.collection();
@@ -187,7 +188,7 @@ void replaceAllInTexts(Document &document)
     std::vector<int> ways(isClean.size());
     const auto at = [](int index) { return static_cast<std::size_t>(index); };
 
-    TextPane &pane = document.txtRTF;
+    TextPane &pane = document.view()->txtRTF;
     QString text = pane.FindableText();
     const Way rest = restOf(pane, pane.SelLength() > 0 ? pane.SelStart() : 0, text);
     if (!document.bTextWithheld() && !rest.replacements().empty()) {
@@ -286,7 +287,7 @@ bool isMatchSelected(const TextPane &pane)
 // replaced are passed over.
 void replaceAllByStep(Document &document)
 {
-    TextPane &pane = document.txtRTF;
+    TextPane &pane = document.view()->txtRTF;
     const JoinedSteps oneStep(pane);
     const bool isText = searchScope() != SearchScope::AllNames;
     std::optional<Place> last;
@@ -331,7 +332,7 @@ void SearchReplaceAll()
         const bool isText = scope == SearchScope::CurrentText || scope == SearchScope::AllTexts;
         // Selected cells stay as they are, and the search goes on behind them.
         const bool isFew = isText && (g_bSearchBackwards || g_sSearchReplace.isEmpty() || !isPlain(g_sSearchFind) ||
-                                      !isPlain(g_sSearchReplace) || document->txtRTF.SelHoldsCells());
+                                      !isPlain(g_sSearchReplace) || document->view()->txtRTF.SelHoldsCells());
         if (isFew || !document->tree.selected() || scope == SearchScope::None) {
             replaceAllByStep(*document);
             return;

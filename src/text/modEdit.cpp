@@ -4,6 +4,7 @@
 #include "text/modEdit.h"
 
 #include "document/ActiveDocument.h"
+#include "document/DocumentView.h"
 #include "document/TextPane.h"
 #include "document/modNodes.h"
 #include "rtf/Rtf.h"
@@ -25,7 +26,7 @@ constexpr int indentStep = 300; // twips
 template <typename Body>
 void onActiveText(const char *name, Body &&body)
 {
-    onActiveDocument(name, [&](Document &document) { body(document.txtRTF); });
+    onActiveDocument(name, [&](Document &document) { body(document.view()->txtRTF); });
 }
 
 // The same for a command that changes the text, which one that is not shown whole does not let happen.
@@ -183,7 +184,7 @@ void EditClearEntryText()
         if (document->bTextWithheld())
             modNodes::NodeTextDiscard(*document);
         else
-            document->txtRTF.clearText();
+            document->view()->txtRTF.clearText();
     });
 }
 
@@ -286,10 +287,10 @@ void EditCurrentFont()
         Document *document = DocumentActive();
         if (!document)
             return;
-        if (document->txtRTF.SelLength() > 0)
-            modFont::ChangeRTFSelFont(document->txtRTF);
+        if (document->view()->txtRTF.SelLength() > 0)
+            modFont::ChangeRTFSelFont(document->view()->txtRTF);
         else
-            modFont::ChangeRTFFont(document->txtRTF);
+            modFont::ChangeRTFFont(document->view()->txtRTF);
     });
 }
 

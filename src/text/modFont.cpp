@@ -4,6 +4,7 @@
 #include "text/modFont.h"
 
 #include "document/Document.h"
+#include "document/DocumentView.h"
 #include "document/DocumentWindow.h"
 #include "document/Globals.h"
 #include "document/OutlinePane.h"
@@ -100,7 +101,7 @@ void askForDetails(clsFont &font)
 // Gives a document's texts the pending font.
 void changeTexts(Document &document)
 {
-    const HiddenText hidden(document.txtRTF);
+    const HiddenText hidden(document.view()->txtRTF);
     document.history.touch();
     const History::Step step(document.history, u"change of the font of texts"_s);
     document.history.setFonts(document.m_fntOutlineFont, g_fntPendingTextFont);
@@ -108,9 +109,9 @@ void changeTexts(Document &document)
         modNodes::NodeSetFontAll(document, modNodes::NodeGetRoot(document), g_fntPendingTextFont);
         return;
     }
-    QFont base = document.txtRTF.Font();
+    QFont base = document.view()->txtRTF.Font();
     g_fntPendingTextFont.SetFont(base);
-    document.txtRTF.setFont(base);
+    document.view()->txtRTF.setFont(base);
 }
 
 } // namespace
@@ -131,10 +132,10 @@ bool ChangeTreeviewFont(clsFont &font)
     return procedure("modFont ChangeTreeviewFont", [&] {
         askForDetails(font);
         if (Document *document = DocumentActive()) {
-            QFont shown = document->trvOutline.Font();
+            QFont shown = document->view()->trvOutline.Font();
             font.SetFont(shown);
-            document->trvOutline.setFont(shown);
-            document->window.autoFitSplit();
+            document->view()->trvOutline.setFont(shown);
+            document->autoFitSplit();
         }
         return true;
     });
@@ -175,11 +176,11 @@ void ChangeDocumentTextFontDetails(bool bAllDocuments)
             if (document != active && !bAllDocuments)
                 continue;
             if (document != DocumentActive())
-                document->window.activate();
+                document->view()->window.activate();
             changeTexts(*document);
         }
         if (DocumentActive() != active)
-            active->window.activate();
+            active->view()->window.activate();
     });
 }
 
@@ -187,9 +188,9 @@ void ChangeSelectedFontSize(qint16 iDirection)
 {
     procedure("modFont ChangeSelectedFontSize", [&] {
         Document *document = DocumentActive();
-        if (!document || !document->txtRTF.SelFontSize())
+        if (!document || !document->view()->txtRTF.SelFontSize())
             return;
-        TextSelection &selection = document->txtRTF;
+        TextSelection &selection = document->view()->txtRTF;
         const double size = *selection.SelFontSize();
         const double wanted = std::clamp(size + (iDirection > 0 ? 1 : -1), rtf::smallestSize, rtf::largestSize);
         if (wanted != size)

@@ -62,7 +62,8 @@ frmDocument::frmDocument(Dispatcher &dispatcher, std::unique_ptr<Outline> read, 
     , imgSplitter(new SplitterBar(this))
     , picSplitter(new GhostBar(this))
     , noticeBar(new NoticeBar(this))
-    , m_document(std::make_unique<Document>(*treeView, *textBox, *this, std::move(read)))
+    , m_document(std::make_unique<Document>(std::move(read)))
+    , m_view(*m_document, *treeView, *textBox, *this)
     , m_dispatcher(dispatcher)
     , m_lastPane(treeView)
 {

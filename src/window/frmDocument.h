@@ -4,6 +4,7 @@
 #pragma once
 
 #include "document/Document.h"
+#include "document/DocumentView.h"
 #include "document/DocumentWindow.h"
 
 #include <QPointer>
@@ -116,6 +117,7 @@ private:
     void refreshAfterExpansion();
 
     std::unique_ptr<Document> m_document;
+    DocumentView m_view;
     Dispatcher &m_dispatcher;
     OutlineDragger *m_dragger = nullptr;
     QPointer<QWidget> m_lastPane;

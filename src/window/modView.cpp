@@ -10,6 +10,7 @@
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 
+#include "document/DocumentView.h"
 #include "document/Globals.h"
 #include "document/Ports.h"
 
@@ -27,7 +28,7 @@ constexpr float fittingStep = 100;
 frmDocument *activeForm()
 {
     Document *document = DocumentActive();
-    return document ? dynamic_cast<frmDocument *>(&document->window) : nullptr;
+    return document ? dynamic_cast<frmDocument *>(&document->view()->window) : nullptr;
 }
 
 // Runs a routine on the active document window, if there is one.
@@ -158,7 +159,7 @@ void ViewOptionsClickToRenameEntry()
 {
     toggle("modView ViewOptionsClickToRenameEntry", &Options::AutoLabelEdit);
     for (Document *document : ports().windows->documents())
-        document->trvOutline.setLabelEdit(optionalLabelEdit());
+        document->view()->trvOutline.setLabelEdit(optionalLabelEdit());
 }
 
 } // namespace modView

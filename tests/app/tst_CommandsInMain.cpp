@@ -52,7 +52,7 @@ Document &tst_CommandsInMain::makeDocument() const
 {
     m_main->choose("mnuFileNew");
     Document &document = *DocumentActive();
-    document.trvOutline.EndLabelEdit();
+    document.view()->trvOutline.EndLabelEdit();
     Entry *root = document.tree.root();
     Entry *first = modNodes::NodeInsert(document, Relationship::tvwChild, root);
     modNodes::NodeInsert(document, Relationship::tvwChild, root);
@@ -198,8 +198,8 @@ QString picture(const Document &document, const Clipboard &clipboard)
     for (const Entry *entry = document.tree.root(); entry; entry = nextInOutline(entry, document.tree.root()))
         lines.append(
             u"%1 %2 %3 %4"_s.arg(document.tree.key(entry), entry->label()).arg(entry->tagged()).arg(entry->expanded()));
-    lines.append(document.txtRTF.Text());
-    lines.append(u"%1 %2"_s.arg(document.txtRTF.SelStart()).arg(document.txtRTF.SelLength()));
+    lines.append(document.view()->txtRTF.Text());
+    lines.append(u"%1 %2"_s.arg(document.view()->txtRTF.SelStart()).arg(document.view()->txtRTF.SelLength()));
     // A command may copy rich text alone, a key of the pane copies plain text beside it.
     lines.append(clipboard.text().isEmpty() ? rtf::toPlainText(clipboard.richText()) : clipboard.text());
     lines.append(document.tree.key(document.tree.selected()));
@@ -244,9 +244,9 @@ void tst_CommandsInMain::everyShortcutOfACaptionRunsWhatItsItemRuns()
         document.outline->tree.setExpanded(middle, item == u"mnuOutlineCollapse");
         modNodes::NodeSelectFull(document, item == u"mnuOutlineUnindent" ? middle->firstChild() : middle);
         modOutline::OutlineCopy();
-        document.txtRTF.setSelText(u"some words here"_s);
-        document.txtRTF.setSelStart(5);
-        document.txtRTF.setSelLength(5);
+        document.view()->txtRTF.setSelText(u"some words here"_s);
+        document.view()->txtRTF.setSelStart(5);
+        document.view()->txtRTF.setSelLength(5);
         m_main->choose(ofTheText ? "mnuViewGoToText" : "mnuViewGoToOutline");
         m_main->main.surface().MenuEnableDynamic();
         const QString before = picture(document, clipboard);

@@ -59,7 +59,7 @@ private:
 
     void press(QKeyCombination key) const { press(key.key(), key.keyboardModifiers()); }
 
-    frmDocument *form() const { return dynamic_cast<frmDocument *>(&DocumentActive()->window); }
+    frmDocument *form() const { return dynamic_cast<frmDocument *>(&DocumentActive()->view()->window); }
 
     QStringList *watch(const char *item);
 
@@ -164,9 +164,9 @@ void tst_DesktopKeys::theFormatsBelongToTheText()
     form()->textBox->setFocus();
     form()->textBox->selectAll();
     press(Qt::Key_B, Qt::ControlModifier);
-    QCOMPARE(document.txtRTF.SelBold(), std::optional(true));
+    QCOMPARE(document.view()->txtRTF.SelBold(), std::optional(true));
     press(Qt::Key_B, Qt::ControlModifier);
-    QCOMPARE(document.txtRTF.SelBold(), std::optional(false));
+    QCOMPARE(document.view()->txtRTF.SelBold(), std::optional(false));
 }
 
 void tst_DesktopKeys::aKeyEndsALabelEditFirst()

@@ -169,7 +169,7 @@ void tst_DocumentWindows::goToPane(bool text)
 void tst_DocumentWindows::expectPane(bool text) const
 {
     const Document &document = *m_main->main.windows().activeDocument();
-    const auto &form = static_cast<frmDocument &>(document.window);
+    const auto &form = static_cast<frmDocument &>(document.view()->window);
     const QWidget *pane = text ? static_cast<QWidget *>(form.textBox) : form.treeView;
     QCOMPARE(QApplication::focusWidget(), pane);
     QCOMPARE(document.m_bTextHasFocus, text);
@@ -203,7 +203,7 @@ void tst_DocumentWindows::aMinimisedDocumentTakesNoKeys()
         pressKey(key, Qt::NoModifier);
     pressKey(Qt::Key_B, Qt::AltModifier);
     QCOMPARE(document->tree.entryCount(), 1);
-    QCOMPARE(document->txtRTF.Text(), u"text\r\n"_s);
+    QCOMPARE(document->view()->txtRTF.Text(), u"text\r\n"_s);
     frames()[0]->showNormal();
     expectPane(text);
 }
@@ -259,7 +259,7 @@ void tst_DocumentWindows::aDocumentOpensWithItsSelectedEntryInSight()
     const QString file = m_main->app.folder.filePath(u"long.qly"_s);
     QVERIFY(modDoc::DocSave(file) == SaveOutcome::Saved);
     made.history.markSaved();
-    QVERIFY(made.window.close());
+    QVERIFY(made.view()->window.close());
     if (beforeTheMainWindow)
         m_main->main.hide();
     m_main->main.resize(433, 433);
@@ -267,7 +267,7 @@ void tst_DocumentWindows::aDocumentOpensWithItsSelectedEntryInSight()
     m_main->main.show();
     QVERIFY(QTest::qWaitForWindowExposed(&m_main->main));
     const Document &document = *m_main->main.windows().activeDocument();
-    const TreeView &view = *static_cast<frmDocument &>(document.window).treeView;
+    const TreeView &view = *static_cast<frmDocument &>(document.view()->window).treeView;
     const QRect row = view.visualRect(view.currentIndex());
     QCOMPARE(document.tree.selected(), document.tree.root()->child(59));
     QVERIFY(row.top() >= 0);
@@ -307,7 +307,7 @@ void tst_DocumentWindows::ctrlF6GoesToTheNextDocument()
 {
     openDocuments(3);
     const std::vector<Document *> documents = m_main->main.windows().documents();
-    documents[1]->window.activate();
+    documents[1]->view()->window.activate();
     for (const std::size_t next : {2U, 0U, 1U}) {
         pressKey(Qt::Key_F6, Qt::ControlModifier);
         QCOMPARE(m_main->main.windows().activeDocument(), documents[next]);
@@ -319,10 +319,10 @@ void tst_DocumentWindows::ctrlTabInsertsATabAndStays()
     openDocuments(2);
     Document *document = m_main->main.windows().activeDocument();
     m_main->choose("mnuViewGoToText");
-    document->txtRTF.setSelStart(2);
+    document->view()->txtRTF.setSelStart(2);
     pressKey(Qt::Key_Tab, Qt::ControlModifier);
     QCOMPARE(m_main->main.windows().activeDocument(), document);
-    QCOMPARE(document->txtRTF.Text(), u"te\txt\r\n"_s);
+    QCOMPARE(document->view()->txtRTF.Text(), u"te\txt\r\n"_s);
 }
 
 void tst_DocumentWindows::ctrlTabDoesNothingInTheOutline()
@@ -332,7 +332,7 @@ void tst_DocumentWindows::ctrlTabDoesNothingInTheOutline()
     m_main->choose("mnuViewGoToOutline");
     pressKey(Qt::Key_Tab, Qt::ControlModifier);
     QCOMPARE(m_main->main.windows().activeDocument(), document);
-    QCOMPARE(document->txtRTF.Text(), u"text\r\n"_s);
+    QCOMPARE(document->view()->txtRTF.Text(), u"text\r\n"_s);
     QVERIFY(document->m_bOutlineHasFocus);
 }
 

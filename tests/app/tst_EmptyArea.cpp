@@ -180,17 +180,17 @@ void tst_EmptyArea::theTourIsADocumentWithoutAFile()
     QVERIFY(!document.bReadOnly());
     QVERIFY(!document.m_bDataChanged());
     QVERIFY(m_main->enabled("mnuFileSave"));
-    QCOMPARE(document.window.caption(), u"A tour of outlining"_s);
+    QCOMPARE(document.view()->window.caption(), u"A tour of outlining"_s);
     // What is only looked at takes no recent file's place.
     QCOMPARE(m_main->recentFiles.list(), recent);
     // Each of its entries can be written in, not only the one that is shown first.
-    auto &form = static_cast<frmDocument &>(document.window);
+    auto &form = static_cast<frmDocument &>(document.view()->window);
     for (int step = 0; step < 2; ++step) {
         form.treeView->setFocus();
         QTest::keyClick(form.treeView, Qt::Key_Down);
         form.textBox->setFocus();
         QTest::keyClicks(form.textBox, u"written "_s);
-        QVERIFY(document.txtRTF.Text().startsWith(u"written "_s));
+        QVERIFY(document.view()->txtRTF.Text().startsWith(u"written "_s));
     }
     QVERIFY(document.m_bDataChanged());
     DocumentActive()->giveUpChanges();
@@ -203,10 +203,10 @@ void tst_EmptyArea::whatIsTypedIntoATextFileIsSavedWithoutAQuestion()
     start();
     QVERIFY(modDoc::DocLoad(sFile));
     m_main->choose("mnuFileNew");
-    DocumentActive()->trvOutline.EndLabelEdit();
+    DocumentActive()->view()->trvOutline.EndLabelEdit();
     m_main->app.core.dialogs.saveNames = {sFile.chopped(5) + u"b.txt"_s};
     for (const Document *document : m_main->main.windows().documents()) {
-        auto &form = static_cast<frmDocument &>(document->window);
+        auto &form = static_cast<frmDocument &>(document->view()->window);
         form.activate();
         form.textBox->setFocus();
         QTest::keyClicks(form.textBox, u"typed"_s);

@@ -56,7 +56,7 @@ private:
     QLineEdit *editor() const;
     void expectOutline() const;
 
-    frmDocument &form() const { return static_cast<frmDocument &>(DocumentActive()->window); }
+    frmDocument &form() const { return static_cast<frmDocument &>(DocumentActive()->view()->window); }
 
     QMenuBar &bar() const { return *m_main->main.menuBar(); }
 
@@ -186,7 +186,7 @@ void tst_LabelEditing::aTextKeyLeavesTheTextBehindAnOpenLabelAlone()
     type(u"New"_s);
     press(static_cast<Qt::Key>(key), static_cast<Qt::KeyboardModifiers>(QFlag(modifiers)));
     QCOMPARE(document.tree.storedText(document.tree.selected()), before);
-    QCOMPARE(document.txtRTF.Text(), u"All of this text"_s);
+    QCOMPARE(document.view()->txtRTF.Text(), u"All of this text"_s);
     press(Qt::Key_Return);
     QCOMPARE(document.tree.storedText(document.tree.selected()), before);
     QCOMPARE(document.tree.selected()->label(), u"New"_s);

@@ -79,7 +79,7 @@ Document &tst_OutlineMenu::plant(const QStringList &outline)
 
 TreeView &tst_OutlineMenu::view() const
 {
-    return *dynamic_cast<frmDocument &>(DocumentActive()->window).treeView;
+    return *dynamic_cast<frmDocument &>(DocumentActive()->view()->window).treeView;
 }
 
 // The open label editor, or null; one that was closed lives on until the event loop deletes it.
@@ -166,7 +166,7 @@ void tst_OutlineMenu::menuToolbarAndKeyDoTheSame()
         act();
         m_main->app.core.dialogs.answers.clear();
         const bool naming = editor();
-        document.trvOutline.EndLabelEdit();
+        document.view()->trvOutline.EndLabelEdit();
         QStringList result = dumpOutline(document.tree);
         result.append(naming ? u"naming"_s : u"not naming"_s);
         return result;
@@ -287,8 +287,8 @@ void tst_OutlineMenu::clickToRenameIsForAllOpenWindows()
     const Document &second = plant({u"Root <"_s});
     for (const LabelEditMode mode : {LabelEditMode::tvwAutomatic, LabelEditMode::tvwManual}) {
         m_main->choose("mnuViewOptionsClickToRenameEntry");
-        QCOMPARE(first.trvOutline.LabelEdit(), mode);
-        QCOMPARE(second.trvOutline.LabelEdit(), mode);
+        QCOMPARE(first.view()->trvOutline.LabelEdit(), mode);
+        QCOMPARE(second.view()->trvOutline.LabelEdit(), mode);
         QCOMPARE(m_main->action(u"mnuViewOptionsClickToRenameEntry"_s)->isChecked(),
                  mode == LabelEditMode::tvwAutomatic);
         view().setFocus();
@@ -310,7 +310,7 @@ void tst_OutlineMenu::clickToRenameIsForLaterWindowsToo()
 {
     plant({u"Root <"_s});
     m_main->choose("mnuViewOptionsClickToRenameEntry");
-    QCOMPARE(plant({u"Root <"_s}).trvOutline.LabelEdit(), LabelEditMode::tvwAutomatic);
+    QCOMPARE(plant({u"Root <"_s}).view()->trvOutline.LabelEdit(), LabelEditMode::tvwAutomatic);
 }
 
 QTEST_MAIN(tst_OutlineMenu)

@@ -62,9 +62,9 @@ private:
     RichTextBox &newText() const
     {
         m_main->choose("mnuFileNew");
-        DocumentActive()->trvOutline.EndLabelEdit();
+        DocumentActive()->view()->trvOutline.EndLabelEdit();
         m_main->choose("mnuViewGoToText");
-        return *static_cast<frmDocument &>(DocumentActive()->window).textBox;
+        return *static_cast<frmDocument &>(DocumentActive()->view()->window).textBox;
     }
 
     std::unique_ptr<MainFixture> m_main;
@@ -177,7 +177,7 @@ void tst_StatusBar::insFollowsTheActiveDocument()
     QVERIFY(!panel("Ins")->isChecked());
     DocumentActive()->history.markSaved();
     firstDocument->history.markSaved();
-    firstDocument->window.activate();
+    firstDocument->view()->window.activate();
     QVERIFY(panel("Ins")->isChecked());
     m_main->choose("mnuFileClose");
     QVERIFY(panel("Ins")->isEnabled() && !panel("Ins")->isChecked());
@@ -201,7 +201,7 @@ void tst_StatusBar::theInsertKeySwitchesTheTextPane()
     QCOMPARE(text.Text(), u"XYbc"_s);
     // The outline has no use for it.
     m_main->choose("mnuViewGoToOutline");
-    QTest::keyClick(static_cast<frmDocument &>(DocumentActive()->window).treeView, Qt::Key_Insert);
+    QTest::keyClick(static_cast<frmDocument &>(DocumentActive()->view()->window).treeView, Qt::Key_Insert);
     QVERIFY(!text.overwriteMode());
 }
 

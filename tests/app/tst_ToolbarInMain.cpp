@@ -45,7 +45,7 @@ private Q_SLOTS:
 private:
     void startMain();
 
-    frmDocument &form() const { return static_cast<frmDocument &>(DocumentActive()->window); }
+    frmDocument &form() const { return static_cast<frmDocument &>(DocumentActive()->view()->window); }
 
     // A document whose root has two children, the first of them with a child; the first child is selected.
     Document &makeDocument() const;
@@ -65,12 +65,12 @@ Document &tst_ToolbarInMain::makeDocument() const
 {
     m_main->choose("mnuFileNew");
     Document &document = *DocumentActive();
-    document.trvOutline.EndLabelEdit();
+    document.view()->trvOutline.EndLabelEdit();
     Entry *root = document.tree.root();
     Entry *first = modNodes::NodeInsert(document, Relationship::tvwChild, root);
     modNodes::NodeInsert(document, Relationship::tvwChild, root);
     modNodes::NodeInsert(document, Relationship::tvwChild, first);
-    document.trvOutline.setFocus();
+    document.view()->trvOutline.setFocus();
     modNodes::NodeSelectFull(document, first);
     layOut();
     return document;
@@ -145,7 +145,7 @@ void tst_ToolbarInMain::aButtonWorksOnTheDocument()
     const int before = document.tree.entryCount();
     QTest::mouseClick(buttonOf(m_main->main, "New Entry Below"), Qt::LeftButton);
     QCOMPARE(document.tree.entryCount(), before + 1);
-    DocumentActive()->trvOutline.EndLabelEdit();
+    DocumentActive()->view()->trvOutline.EndLabelEdit();
     layOut();
     QTest::mouseClick(buttonOf(m_main->main, "Go To Text"), Qt::LeftButton);
     QVERIFY(form().textBox->hasFocus());

@@ -231,7 +231,7 @@ void tst_ToolbarTable::theExpansionButtonsShowTheLevel()
 void tst_ToolbarTable::theFormatButtonsShowTheSelection()
 {
     const FakePorts fakes;
-    TextPane &text = ports().windows->createDocument().txtRTF;
+    TextPane &text = ports().windows->createDocument().view()->txtRTF;
     text.setSelBold(true);
     text.setSelItalic(false);
     text.setSelUnderline(true);

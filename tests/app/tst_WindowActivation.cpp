@@ -192,9 +192,9 @@ void tst_WindowActivation::whatIsTypedAfterAClickGoesIntoTheDocumentThatWasClick
     pressKey(Qt::Key_A);
     QVERIFY(clickIn(*form(1).textBox->viewport(), form(1).textBox->viewport()->rect()));
     pressKey(Qt::Key_B);
-    QVERIFY(form(0).document().txtRTF.Text().contains(u'a'));
-    QVERIFY(!form(0).document().txtRTF.Text().contains(u'b'));
-    QVERIFY(form(1).document().txtRTF.Text().contains(u'b'));
+    QVERIFY(form(0).document().view()->txtRTF.Text().contains(u'a'));
+    QVERIFY(!form(0).document().view()->txtRTF.Text().contains(u'b'));
+    QVERIFY(form(1).document().view()->txtRTF.Text().contains(u'b'));
 }
 
 void tst_WindowActivation::theMaximiseButtonOfAnotherDocumentActivatesIt()

@@ -183,7 +183,7 @@ void tst_frmMain::fileNewOpensADocumentWithOneEntryBeingNamed()
     const Document &document = newDocument();
     QCOMPARE(document.tree.entryCount(), 1);
     QCOMPARE(document.tree.root()->label(), u"New Entry"_s);
-    QCOMPARE(document.window.caption(), u"Document 1"_s);
+    QCOMPARE(document.view()->window.caption(), u"Document 1"_s);
 }
 
 void tst_frmMain::aNewDocumentIsTheActiveOneEvenBeforeTheMainWindowShows()
@@ -207,7 +207,7 @@ void tst_frmMain::documentsAreListedInTheOrderOfTheirOpening()
     Document &first = newDocument();
     Document &second = newDocument();
     Document &third = newDocument();
-    first.window.activate();
+    first.view()->window.activate();
     QCOMPARE(DocumentActive(), &first);
     QVERIFY(m_main->main.windows().documents() == (std::vector{&first, &second, &third}));
 }
@@ -599,7 +599,7 @@ void tst_frmMain::lostFocusReturnsToTheDocument()
     newDocument();
     m_main->main.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&m_main->main));
-    DocumentActive()->trvOutline.EndLabelEdit();
+    DocumentActive()->view()->trvOutline.EndLabelEdit();
     m_main->choose("mnuViewGoToText");
     const QWidget *text = QApplication::focusWidget();
     QVERIFY(text);

@@ -88,7 +88,7 @@ void tst_modHelp::makeHelp()
     modNodes::NodeInsert(*document, Relationship::tvwChild, nullptr);
     QVERIFY(modDoc::DocSave(m_help) == SaveOutcome::Saved);
     document->history.markSaved();
-    QVERIFY(document->window.close());
+    QVERIFY(document->view()->window.close());
     QVERIFY(QFile::setPermissions(m_help, QFileDevice::ReadOwner));
 }
 
@@ -178,7 +178,7 @@ void tst_modHelp::theHelpOutlineIsReadOnly()
 {
     modHelp::HelpContents();
     QVERIFY(m_main->main.windows().activeDocument()->bReadOnly());
-    QVERIFY(m_main->main.windows().activeDocument()->txtRTF.Locked());
+    QVERIFY(m_main->main.windows().activeDocument()->view()->txtRTF.Locked());
     QVERIFY(!m_main->enabled("mnuFileSave"));
     QVERIFY(!m_main->enabled("mnuOutlineInsertAbove"));
 }
@@ -282,7 +282,7 @@ void tst_modHelp::helpDuringAMoveOfTheSplitAcceptsItAndTakesTheKeyboard()
     if (helpIsOpen)
         modHelp::HelpContents();
     modDoc::DocNew();
-    frmDocument &moved = static_cast<frmDocument &>(DocumentActive()->window);
+    frmDocument &moved = static_cast<frmDocument &>(DocumentActive()->view()->window);
     const float before = moved.m_fTreeWidth;
     m_main->choose("mnuViewMoveSplit");
     QTest::keyClick(moved.picSplitter, Qt::Key_Right);
@@ -296,7 +296,7 @@ void tst_modHelp::helpDuringAMoveOfTheSplitAcceptsItAndTakesTheKeyboard()
     QCOMPARE(moved.m_fTreeWidth, before + modSplit::keyboardStep);
     Document *active = m_main->main.windows().activeDocument();
     QCOMPARE(active->m_sFile, m_help);
-    const frmDocument &help = static_cast<frmDocument &>(active->window);
+    const frmDocument &help = static_cast<frmDocument &>(active->view()->window);
     QVERIFY(help.parentWidget() == m_main->main.findChild<QMdiArea *>()->activeSubWindow());
     QVERIFY(help.treeView->hasFocus() || help.textBox->hasFocus());
     QVERIFY(active->m_bOutlineHasFocus != active->m_bTextHasFocus);
@@ -306,11 +306,11 @@ void tst_modHelp::theDiagnosticWindowShowsTheActiveDocument()
 {
     m_main->choose("mnuFileNew");
     Document &document = *m_main->main.windows().activeDocument();
-    document.txtRTF.setFont(QFont(u"DejaVu Sans"_s, 11));
-    document.txtRTF.setTextRTF("{\\rtf1{\\fonttbl{\\f0 DejaVu Serif;}}\\f0\\fs28 Words}");
+    document.view()->txtRTF.setFont(QFont(u"DejaVu Sans"_s, 11));
+    document.view()->txtRTF.setTextRTF("{\\rtf1{\\fonttbl{\\f0 DejaVu Serif;}}\\f0\\fs28 Words}");
     const frmDebug window;
     const QString shown = window.findChild<QPlainTextEdit *>(u"txtDetails"_s)->toPlainText();
-    const QString rtf = QString::fromLatin1(document.txtRTF.TextRTF()).replace(u"\r\n"_s, u"\n"_s);
+    const QString rtf = QString::fromLatin1(document.view()->txtRTF.TextRTF()).replace(u"\r\n"_s, u"\n"_s);
     QVERIFY(rtf.contains(u"Words"_s));
     QCOMPARE(shown, rtf + u"\nFont name DejaVu Sans\nFont size 11\nSelected font name DejaVu Serif\n"
                           "Selected font size 14\nIndex 1\nKey KEY0"_s);

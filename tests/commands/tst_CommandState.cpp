@@ -383,7 +383,7 @@ void tst_CommandState::saveAllNeedsAnyDocumentThatMayBeWritten()
     QVERIFY(readOnly.bReadOnly());
     CommandState state = currentCommandState();
     QVERIFY(state.AnyWritable && !state.ActiveWritable);
-    writable.window.close();
+    writable.view()->window.close();
     state = currentCommandState();
     QVERIFY(!state.AnyWritable);
 }

@@ -97,7 +97,7 @@ void tst_OtherFiles::whatIsNoOutlineAndNoTextIsShownWithoutItsName()
     QVERIFY(!modDoc::DocLoad(path(name)));
     const Document &document = active();
     QVERIFY(document.m_sFile.isEmpty());
-    QCOMPARE(document.window.caption(), u"Document 1"_s);
+    QCOMPARE(document.view()->window.caption(), u"Document 1"_s);
     QCOMPARE(m_fixture->errors.summary(), QStringList(u"321 modDoc DocLoad"_s));
     QCOMPARE(m_fixture->fake.commands.statusText, u"The file %1 could not be read whole"_s.arg(path(name)));
     QVERIFY(document.hasNotice(NoticeKind::NotReadWhole));

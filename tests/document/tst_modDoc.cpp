@@ -524,7 +524,7 @@ void tst_modDoc::aSavedDocument()
     QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Saved);
     QVERIFY(busy);
     QCOMPARE(document.m_sFile, sFile);
-    QCOMPARE(document.window.caption(), sFile);
+    QCOMPARE(document.view()->window.caption(), sFile);
     QVERIFY(document.notice.isEmpty());
     QVERIFY(!m_fake->commands.statusText.contains(u"saved"_s));
     QVERIFY(document.notices().empty());
@@ -724,7 +724,7 @@ void tst_modDoc::aFailedSaveChangesNothing()
     const QString sFile = (*m_folder)(u"a.qly"_s);
     Document &document = plant(2);
     document.m_sFile = sFile;
-    document.window.setCaption(sFile);
+    document.view()->window.setCaption(sFile);
     document.history.markSaved();
     // Made while the file is being written.
     document.outline->tree.setPendingText(document.tree.root()->child(0), [kind]() -> QByteArray {
@@ -764,11 +764,11 @@ void tst_modDoc::aFailedSaveUnderAnotherNameKeepsTheOldOne()
 {
     Document &document = plant(1);
     document.m_sFile = (*m_folder)(u"a.qly"_s);
-    document.window.setCaption(document.m_sFile);
+    document.view()->window.setCaption(document.m_sFile);
     QCOMPARE(modDoc::DocSave((*m_folder)(u"gone/b.txt"_s)), SaveOutcome::Failed);
     QCOMPARE(m_errors->summary(), QStringList(u"76 modDoc DocSave"_s));
     QCOMPARE(document.m_sFile, (*m_folder)(u"a.qly"_s));
-    QCOMPARE(document.window.caption(), (*m_folder)(u"a.qly"_s));
+    QCOMPARE(document.view()->window.caption(), (*m_folder)(u"a.qly"_s));
     QCOMPARE(document.m_iFileFormatVersion, 1);
 }
 

@@ -292,7 +292,7 @@ void tst_modNodes::theCurrentEntryEndsWithItsDocument()
     Document &document = plantStandard().document;
     modNodes::NodeSelectFull(document, document.tree.root());
     QCOMPARE(modNodes::nodCurrent().tree(), &document.tree);
-    document.window.close();
+    document.view()->window.close();
     QVERIFY(!modNodes::nodCurrent().entry());
 }
 
@@ -323,7 +323,7 @@ void tst_modNodes::anyTaggedEntryOfTheActiveDocument()
     QVERIFY(modNodes::NodesTaggedExist());
     plantStandard();
     QVERIFY2(!modNodes::NodesTaggedExist(), "the tag is another document's");
-    first.window.activate();
+    first.view()->window.activate();
     modNodes::NodeDelete(first, entryLabelled(first.tree, u"B"_s));
     QVERIFY(!modNodes::NodesTaggedExist());
 }

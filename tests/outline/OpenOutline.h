@@ -28,13 +28,13 @@ public:
     OpenOutline(Panes panes, LiteralOutline::Copied &copied)
         : form(panes == Panes::RealWindow ? std::make_unique<frmDocument>(dispatcher) : nullptr)
         , ownView(panes == Panes::RealOutline ? std::make_unique<TreeView>() : nullptr)
-        , ownDocument(
-              form ? nullptr
-                   : std::make_unique<Document>(ownView ? static_cast<OutlinePane &>(*ownView) : pane, text, window))
+        , ownDocument(form ? nullptr : std::make_unique<Document>())
         , view(form ? form->treeView : ownView.get())
         , document(form ? form->document() : *ownDocument)
         , literal(copied)
     {
+        if (ownDocument)
+            shownBy.emplace(*ownDocument, ownView ? static_cast<OutlinePane &>(*ownView) : pane, text, window);
         if (panes == Panes::FakeWithModelTester)
             tester.emplace(&document.outline->tree, QAbstractItemModelTester::FailureReportingMode::Fatal);
         if (ownView)
@@ -57,8 +57,9 @@ private:
     FakeTextPane text;
     FakeDocumentWindow window;
     std::unique_ptr<Document> ownDocument;
+    std::optional<DocumentView> shownBy;
 
-    QString shownText() const { return document.txtRTF.Text(); }
+    QString shownText() const { return document.view()->txtRTF.Text(); }
 
     QString plainText(const QByteArray &storedText) const
     {

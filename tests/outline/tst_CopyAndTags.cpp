@@ -212,7 +212,7 @@ void tst_CopyAndTags::theCopiedEntryDiesWithItsDocument()
     OutlineFixture fixture({u"Root +"_s, u" A"_s});
     fixture.select(u"A"_s);
     modOutline::OutlineCopy();
-    QVERIFY(fixture.document().window.close());
+    QVERIFY(fixture.document().view()->window.close());
     QVERIFY(!modOutline::copiedEntry().entry());
 }
 

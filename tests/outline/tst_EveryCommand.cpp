@@ -127,8 +127,8 @@ void tst_EveryCommand::run(OutlineFixture &fixture)
     QCOMPARE(document.tree.brokenInvariant(), QString());
     QVERIFY(document.m_bDataChanged() || !command.marksChanged);
     QVERIFY(!fixture.fakes.pointer.hourglass);
-    QVERIFY(document.trvOutline.PaneVisible());
-    QVERIFY(document.txtRTF.PaneVisible());
+    QVERIFY(document.view()->trvOutline.PaneVisible());
+    QVERIFY(document.view()->txtRTF.PaneVisible());
     QCOMPARE(iActionDepth, qint16(0));
 }
 

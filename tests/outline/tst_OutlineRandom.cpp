@@ -206,7 +206,7 @@ QString Player::play()
 {
     // An editor that an insertion left open ends before the next command, as in the program; now and then it does not.
     if (!oneIn(8))
-        document().trvOutline.EndLabelEdit();
+        document().view()->trvOutline.EndLabelEdit();
     const char *name = nullptr;
     if (literal().tree.collection.size() > 40 && oneIn(2)) {
         name = "delete from a large outline";
@@ -249,7 +249,7 @@ QString Player::difference()
         if (const QString found = outline->difference(texts); !found.isEmpty())
             return found;
     }
-    if (iActionDepth != 0 || m_fakes.pointer.hourglass || !document().trvOutline.PaneVisible())
+    if (iActionDepth != 0 || m_fakes.pointer.hourglass || !document().view()->trvOutline.PaneVisible())
         return u"a command did not come to its end"_s;
     const EntryRef &copied = modOutline::copiedEntry();
     if (!copied.entry() || !m_copied.entry)
@@ -344,7 +344,7 @@ void Player::rename()
 
 void Player::type()
 {
-    TextPane &pane = document().txtRTF;
+    TextPane &pane = document().view()->txtRTF;
     // What the pane shows is still another entry's.
     if (!literal().selected())
         return;
@@ -356,7 +356,7 @@ void Player::undo()
 {
     if (m_panes != Panes::RealWindow || !literal().selected())
         return;
-    auto &box = dynamic_cast<RichTextBox &>(document().txtRTF);
+    auto &box = dynamic_cast<RichTextBox &>(document().view()->txtRTF);
     if (!box.document()->isUndoAvailable())
         return;
     box.undo();

@@ -443,7 +443,7 @@ void tst_frmPreview::theFileIsNamedAfterTheDocument()
     QCOMPARE(m_dialogs->jobName, u"My notes.v2"_s);
     // One that was never saved is known by its window.
     extent.document->m_sFile.clear();
-    extent.document->window.setCaption(u"A/B"_s);
+    extent.document->setCaption(u"A/B"_s);
     m_windows->print(extent);
     QCOMPARE(QFileInfo(m_dialogs->proposedFile).fileName(), u"A-B.pdf"_s);
 }

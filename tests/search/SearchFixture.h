@@ -17,7 +17,7 @@ class SearchFixture
 {
 public:
     SearchFixture()
-        : document(outline, box, window)
+        : view(document, outline, box, window)
     {
         ports().windows = &windows;
         windows.document = &document;
@@ -91,5 +91,6 @@ public:
     FakeOutlinePane outline;
     FakeDocumentWindow window;
     Document document;
+    DocumentView view;
     OneDocument windows;
 };

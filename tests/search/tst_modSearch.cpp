@@ -1053,7 +1053,7 @@ static bool searchAllTextsSlowly(Document &document)
         Entry *entry = entries.at(order[i]);
         if (i > 0) {
             modNodes::NodeTextGet(document, entry);
-            document.txtRTF.setSelStart(0);
+            document.view()->txtRTF.setSelStart(0);
         }
         if (modSearch::SearchAllText()) {
             modSearch::SearchNodeSelect(entry);
@@ -1061,7 +1061,7 @@ static bool searchAllTextsSlowly(Document &document)
         }
     }
     modNodes::NodeTextGetSelected();
-    document.txtRTF.setSelStart(0);
+    document.view()->txtRTF.setSelStart(0);
     return false;
 }
 

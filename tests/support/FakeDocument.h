@@ -4,6 +4,7 @@
 #pragma once
 
 #include "document/Document.h"
+#include "document/DocumentView.h"
 #include "document/DocumentWindow.h"
 #include "document/Globals.h"
 #include "document/OutlinePane.h"
@@ -175,7 +176,8 @@ public:
 
 struct FakeDocument {
     explicit FakeDocument(std::unique_ptr<Outline> read = nullptr)
-        : document(outline, text, window, std::move(read))
+        : document(std::move(read))
+        , view(document, outline, text, window)
     {
     }
 
@@ -183,4 +185,5 @@ struct FakeDocument {
     FakeTextPane text;
     FakeDocumentWindow window;
     Document document;
+    DocumentView view;
 };

@@ -13,7 +13,7 @@ class PaneFixture final : public DocumentWindows
 {
 public:
     PaneFixture()
-        : document(m_outline, box, m_window)
+        : m_view(document, m_outline, box, m_window)
         , active(&document)
     {
         ports().clipboard = &clipboard;
@@ -38,5 +38,10 @@ private:
 
 public:
     Document document;
+
+private:
+    DocumentView m_view;
+
+public:
     Document *active;
 };

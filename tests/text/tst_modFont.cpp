@@ -49,7 +49,8 @@ struct OpenDocument {
     RichTextBox box;
     FakeOutlinePane outline;
     FakeDocumentWindow window;
-    Document document{outline, box, window};
+    Document document;
+    DocumentView view{document, outline, box, window};
     int timesChanged = 0;
 };
 

@@ -450,7 +450,7 @@ void tst_OutlineDragger::aDropOnlyWorksOnTheActiveDocument()
     QTest::mousePress(viewport(), Qt::LeftButton, {}, middleOf(u"B"_s));
     moveTo(middleOf(u"B"_s) + QPoint(10, 0));
     const QPoint place = middleOf(u"B"_s) + QPoint(10, 0);
-    m_fixture->documents().back()->window.activate();
+    m_fixture->documents().back()->view()->window.activate();
     QTest::mouseRelease(first.treeView->viewport(), Qt::LeftButton, {}, place);
     QCOMPARE(dump(), QStringList({u"Other +"_s, u" X"_s, u" Y <"_s}));
     QCOMPARE(dumpOutline(first.document().tree), QStringList({u"Root +"_s, u" A +"_s, u"  A1"_s, u" B <"_s, u" C"_s}));

@@ -148,15 +148,15 @@ void tst_frmDocument::typingIsStoredWhenAnotherEntryIsClicked()
     Document &opened = openThreeEntries();
     Entry *first = opened.tree.root()->child(0);
     clickOn(first);
-    QCOMPARE(opened.txtRTF.Text(), u"Text of First"_s);
+    QCOMPARE(opened.view()->txtRTF.Text(), u"Text of First"_s);
     form().textBox->setFocus();
     QTest::keyClick(form().textBox, Qt::Key_End);
     QTest::keyClicks(form().textBox, u" grows"_s);
     clickOn(opened.tree.root()->child(1));
-    QCOMPARE(opened.txtRTF.Text(), u"Text of Second"_s);
+    QCOMPARE(opened.view()->txtRTF.Text(), u"Text of Second"_s);
     QCOMPARE(textOf(first), u"Text of First grows"_s);
     clickOn(first);
-    QCOMPARE(opened.txtRTF.Text(), u"Text of First grows"_s);
+    QCOMPARE(opened.view()->txtRTF.Text(), u"Text of First grows"_s);
 }
 
 void tst_frmDocument::typingMarksTheDocumentChanged()
@@ -175,9 +175,9 @@ void tst_frmDocument::selectingWithTheArrowKeysShowsTheEntrysText()
     form().treeView->setFocus();
     QTest::keyClick(form().treeView, Qt::Key_Down);
     QCOMPARE(opened.tree.selected(), opened.tree.root()->child(0));
-    QCOMPARE(opened.txtRTF.Text(), u"Text of First"_s);
+    QCOMPARE(opened.view()->txtRTF.Text(), u"Text of First"_s);
     QTest::keyClick(form().treeView, Qt::Key_Down);
-    QCOMPARE(opened.txtRTF.Text(), u"Text of Second"_s);
+    QCOMPARE(opened.view()->txtRTF.Text(), u"Text of Second"_s);
     QCOMPARE(m_fixture->fakes.commands.statusText, u"Second"_s);
 }
 
@@ -197,7 +197,7 @@ void tst_frmDocument::anEntryThatMovesKeepsCaretAndUndo()
     clickOn(first);
     RichTextBox &box = *form().textBox;
     box.setFocus();
-    opened.txtRTF.setSelStart(4);
+    opened.view()->txtRTF.setSelStart(4);
     QTest::keyClicks(&box, u"ual"_s);
     const QString typed = u"Textual of First"_s;
     // As a save does.
@@ -207,15 +207,15 @@ void tst_frmDocument::anEntryThatMovesKeepsCaretAndUndo()
     else
         clickOn(first);
     QCOMPARE(first->row(), key != 0 ? 1 : 0);
-    QCOMPARE(opened.txtRTF.Text(), typed);
-    QCOMPARE(opened.txtRTF.SelStart(), 7);
+    QCOMPARE(opened.view()->txtRTF.Text(), typed);
+    QCOMPARE(opened.view()->txtRTF.SelStart(), 7);
     box.undo();
-    QCOMPARE(opened.txtRTF.Text(), u"Text of First"_s);
+    QCOMPARE(opened.view()->txtRTF.Text(), u"Text of First"_s);
     QCOMPARE(textOf(first), u"Text of First"_s);
     clickOn(opened.tree.root()->child(1 - first->row()));
-    QCOMPARE(opened.txtRTF.Text(), u"Text of Second"_s);
+    QCOMPARE(opened.view()->txtRTF.Text(), u"Text of Second"_s);
     clickOn(first);
-    QCOMPARE(opened.txtRTF.Text(), u"Text of First"_s);
+    QCOMPARE(opened.view()->txtRTF.Text(), u"Text of First"_s);
 }
 
 void tst_frmDocument::aTextChangedBehindThePaneIsShownAnew()
@@ -226,7 +226,7 @@ void tst_frmDocument::aTextChangedBehindThePaneIsShownAnew()
     QTest::keyClicks(form().textBox, u"lost "_s);
     opened.outline->tree.setStoredText(first, "replaced");
     clickOn(first);
-    QCOMPARE(opened.txtRTF.Text(), u"replaced"_s);
+    QCOMPARE(opened.view()->txtRTF.Text(), u"replaced"_s);
 }
 
 void tst_frmDocument::aTextShownByASearchGivesWayToTheSelectedEntrys()
@@ -236,7 +236,7 @@ void tst_frmDocument::aTextShownByASearchGivesWayToTheSelectedEntrys()
     clickOn(first);
     modNodes::NodeTextGet(opened, opened.tree.root()->child(1));
     clickOn(first);
-    QCOMPARE(opened.txtRTF.Text(), u"Text of First"_s);
+    QCOMPARE(opened.view()->txtRTF.Text(), u"Text of First"_s);
 }
 
 void tst_frmDocument::whatIsTypedWhileASearchOrASaveGoesOnIsStored()
@@ -268,8 +268,8 @@ void tst_frmDocument::anEntryShownAgainHasItsCaretAndWhatCanBeUndone()
     clickOn(second);
     QTest::keyClicks(&box, u"Your "_s);
     clickOn(first);
-    QCOMPARE(opened.txtRTF.Text(), u"My Text of First"_s);
-    QCOMPARE(opened.txtRTF.SelStart(), 3);
+    QCOMPARE(opened.view()->txtRTF.Text(), u"My Text of First"_s);
+    QCOMPARE(opened.view()->txtRTF.SelStart(), 3);
     QTest::keyClick(&box, Qt::Key_Z, Qt::ControlModifier);
     QCOMPARE(textOf(first), u"Text of First"_s);
     QCOMPARE(textOf(second), u"Your Text of Second"_s);
@@ -298,7 +298,7 @@ void tst_frmDocument::whatIsTypedWithNothingSelectedIsTheTextOfTheEntryThatIsSho
     opened.outline->tree.select(nullptr);
     QTest::keyClicks(form().textBox, u"The "_s);
     modNodes::NodeSelect(opened, first);
-    QCOMPARE(opened.txtRTF.Text(), u"The Text of First"_s);
+    QCOMPARE(opened.view()->txtRTF.Text(), u"The Text of First"_s);
     QCOMPARE(textOf(first), u"The Text of First"_s);
 }
 
@@ -468,7 +468,7 @@ void tst_frmDocument::everyOutlineKeyWorksFromBothPanes()
         pane->setFocus();
         QTest::keyClick(pane, Qt::Key(key), Qt::KeyboardModifiers(modifiers));
         QCOMPARE(dumpOutline(document().tree), outline);
-        QCOMPARE(document().txtRTF.Text(), QString());
+        QCOMPARE(document().view()->txtRTF.Text(), QString());
     }
 }
 
@@ -487,7 +487,7 @@ void tst_frmDocument::copyingAndExpandingByKeyWorkFromBothPanes()
         QTest::keyClick(pane, Qt::Key_P, Qt::AltModifier);
         QCOMPARE(dumpOutline(document().tree),
                  (QStringList{u"Root +"_s, u" A"_s, u" B +<"_s, u"  B1"_s, u" B +"_s, u"  B1"_s}));
-        QCOMPARE(document().txtRTF.Text(), QString());
+        QCOMPARE(document().view()->txtRTF.Text(), QString());
     }
 }
 
@@ -592,7 +592,7 @@ void tst_frmDocument::aReadOnlyDocumentRefusesTyping()
     QVERIFY(modDoc::DocLoad(file));
     form().textBox->setFocus();
     QTest::keyClicks(form().textBox, u"x"_s);
-    QCOMPARE(document().txtRTF.Text(), QString());
+    QCOMPARE(document().view()->txtRTF.Text(), QString());
 }
 
 void tst_frmDocument::collapsingTheBranchOfTheSelectionSelectsItsHead()
@@ -652,13 +652,13 @@ void tst_frmDocument::eventsAreSilentWhileBusy()
     clickOn(opened.tree.root()->child(1));
     opened.outline->tree.setExpanded(opened.tree.root(), false);
     QVERIFY(!opened.m_bDataChanged());
-    QCOMPARE(opened.txtRTF.Text(), QString());
+    QCOMPARE(opened.view()->txtRTF.Text(), QString());
 }
 
 void tst_frmDocument::closingAnUnchangedDocumentAsksNothing()
 {
     openThreeEntries();
-    QVERIFY(document().window.close());
+    QVERIFY(document().view()->window.close());
     QCOMPARE(iDocumentCount, qint16(0));
     QVERIFY(m_fixture->fakes.dialogs.questions.isEmpty());
 }
@@ -671,7 +671,7 @@ void tst_frmDocument::closingAChangedReadOnlyDocumentAsksNothing()
     QVERIFY(QFile::setPermissions(file, QFileDevice::ReadOwner | QFileDevice::ReadUser));
     QVERIFY(modDoc::DocLoad(file));
     document().history.touch();
-    QVERIFY(document().window.close());
+    QVERIFY(document().view()->window.close());
     QVERIFY(m_fixture->fakes.dialogs.questions.isEmpty());
 }
 
@@ -691,7 +691,7 @@ void tst_frmDocument::aFileThatTurnsReadOnlyTakesNothingAway()
     openThreeEntries();
     QCOMPARE(modDoc::DocSave(file), SaveOutcome::Saved);
     if (loaded) {
-        QVERIFY(document().window.close());
+        QVERIFY(document().view()->window.close());
         QVERIFY(modDoc::DocLoad(file));
     }
     QVERIFY(QFile::setPermissions(file, QFileDevice::ReadOwner | QFileDevice::ReadUser));
@@ -699,16 +699,16 @@ void tst_frmDocument::aFileThatTurnsReadOnlyTakesNothingAway()
     form().textBox->setFocus();
     QTest::keyClicks(form().textBox, u"kept "_s);
     m_fixture->fakes.dialogs.answers = {Answer::Cancel};
-    QVERIFY2(!document().window.close(), "closing asks");
+    QVERIFY2(!document().view()->window.close(), "closing asks");
     // Yes leads to another name, because the old one cannot be written.
     m_fixture->fakes.dialogs.answers = {Answer::Yes};
     m_fixture->fakes.dialogs.saveNames = {std::nullopt};
-    QVERIFY2(!document().window.close(), "without a name the window stays");
+    QVERIFY2(!document().view()->window.close(), "without a name the window stays");
     QVERIFY(document().hasNotice(NoticeKind::NotSaved));
     QVERIFY(document().m_bDataChanged());
     m_fixture->fakes.dialogs.answers = {Answer::Yes};
     m_fixture->fakes.dialogs.saveNames = {other};
-    QVERIFY(document().window.close());
+    QVERIFY(document().view()->window.close());
     QVERIFY(modDoc::DocLoad(other));
     QVERIFY(textOf(document().tree.root()->child(0)).startsWith(u"kept Text of"_s));
 }
@@ -719,12 +719,12 @@ void tst_frmDocument::aReadOnlyDocumentSavedElsewhereCanBeEdited()
     openThreeEntries();
     QCOMPARE(modDoc::DocSave(file), SaveOutcome::Saved);
     QVERIFY(QFile::setPermissions(file, QFileDevice::ReadOwner | QFileDevice::ReadUser));
-    QVERIFY(document().window.close());
+    QVERIFY(document().view()->window.close());
     QVERIFY(modDoc::DocLoad(file));
     QCOMPARE(modDoc::DocSave(m_fixture->folder.filePath(u"copy.qly"_s)), SaveOutcome::Saved);
     form().textBox->setFocus();
     QTest::keyClicks(form().textBox, u"x"_s);
-    QCOMPARE(document().txtRTF.Text(), u"x"_s);
+    QCOMPARE(document().view()->txtRTF.Text(), u"x"_s);
 }
 
 void tst_frmDocument::withoutAnEntryTheTextPaneTakesNoWords()
@@ -734,7 +734,7 @@ void tst_frmDocument::withoutAnEntryTheTextPaneTakesNoWords()
     modNodes::showNothing(opened);
     form().textBox->setFocus();
     QTest::keyClicks(form().textBox, u"lost"_s);
-    QCOMPARE(opened.txtRTF.Text(), QString());
+    QCOMPARE(opened.view()->txtRTF.Text(), QString());
     modNodes::NodeSelect(opened, modNodes::NodeInsert(opened, Relationship::tvwFirst, nullptr));
     QTest::keyClicks(form().textBox, u"kept"_s);
     QCOMPARE(textOf(opened.tree.root()), u"kept"_s);
@@ -752,12 +752,12 @@ void tst_frmDocument::aDocumentWithoutEntriesReplacesNoFile()
     modFile::FileSaveAll();
     QVERIFY(opened.hasNotice(NoticeKind::NotSaved));
     m_fixture->fakes.dialogs.answers = {Answer::Yes};
-    QVERIFY(!opened.window.close());
+    QVERIFY(!opened.view()->window.close());
     modDocText::DocExport(file);
     QCOMPARE(QFileInfo(file).size(), size);
     QVERIFY(!QFile::exists(m_fixture->folder.filePath(u"kept.bak"_s)));
     m_fixture->fakes.dialogs.answers = {Answer::No};
-    QVERIFY(opened.window.close());
+    QVERIFY(opened.view()->window.close());
 }
 
 // A text warning answered No: the words are still nowhere but here.
@@ -768,10 +768,10 @@ void tst_frmDocument::aRefusedSaveIsAskedAboutOnClosing()
     document().history.touch();
     m_fixture->fakes.dialogs.answers = {Answer::No, Answer::Cancel};
     QVERIFY(!modFile::FileSave());
-    QVERIFY(!document().window.close());
+    QVERIFY(!document().view()->window.close());
     QCOMPARE(m_fixture->fakes.dialogs.questions.size(), 2);
     m_fixture->fakes.dialogs.answers = {Answer::Yes, Answer::Yes};
-    QVERIFY(document().window.close());
+    QVERIFY(document().view()->window.close());
 }
 
 void tst_frmDocument::cancelKeepsTheWindowAndTheCount()
@@ -779,7 +779,7 @@ void tst_frmDocument::cancelKeepsTheWindowAndTheCount()
     openThreeEntries();
     document().history.touch();
     m_fixture->fakes.dialogs.answers = {Answer::Cancel};
-    QVERIFY(!document().window.close());
+    QVERIFY(!document().view()->window.close());
     QCOMPARE(iDocumentCount, qint16(1));
     QCOMPARE(m_fixture->documents().size(), size_t(1));
     QVERIFY(document().m_bDataChanged());
@@ -793,7 +793,7 @@ void tst_frmDocument::noClosesWithoutSaving()
     document().m_sFile = file;
     document().history.touch();
     m_fixture->fakes.dialogs.answers = {Answer::No};
-    QVERIFY(document().window.close());
+    QVERIFY(document().view()->window.close());
     QVERIFY(!QFile::exists(file));
     QCOMPARE(iDocumentCount, qint16(0));
     QCOMPARE(m_fixture->fakes.commands.menuEnableCounts.back(), 0);
@@ -807,7 +807,7 @@ void tst_frmDocument::yesSavesAndCloses()
     document().history.touch();
     m_fixture->fakes.dialogs.answers = {Answer::Yes};
     m_fixture->fakes.dialogs.saveNames = {file};
-    QVERIFY(document().window.close());
+    QVERIFY(document().view()->window.close());
     QVERIFY(QFile::exists(file));
     QCOMPARE(iDocumentCount, qint16(0));
 }
@@ -818,7 +818,7 @@ void tst_frmDocument::yesWithACancelledSaveDialogKeepsTheWindow()
     document().history.touch();
     m_fixture->fakes.dialogs.answers = {Answer::Yes};
     m_fixture->fakes.dialogs.saveNames = {std::nullopt};
-    QVERIFY(!document().window.close());
+    QVERIFY(!document().view()->window.close());
     QVERIFY(document().m_bDataChanged());
     QCOMPARE(iDocumentCount, qint16(1));
 }
@@ -830,9 +830,9 @@ void tst_frmDocument::yesWithAFailedSaveKeepsTheWindowAndAsksAgain()
     document().m_sFile = file;
     document().history.touch();
     m_fixture->fakes.dialogs.answers = {Answer::Yes, Answer::No};
-    QVERIFY(!document().window.close());
+    QVERIFY(!document().view()->window.close());
     QCOMPARE(m_fixture->fakes.commands.statusText, u"The file %1 could not be saved"_s.arg(file));
-    QVERIFY(document().window.close());
+    QVERIFY(document().view()->window.close());
     QCOMPARE(m_fixture->fakes.dialogs.questions.size(), 2);
 }
 
@@ -864,10 +864,10 @@ void tst_frmDocument::aWindowWithoutEntriesShowsNoLabelOfAnother()
     other.outline->tree.setLabel(other.tree.root(), u"Other"_s);
     modNodes::NodeDelete(emptied, emptied.tree.root());
     modNodes::showNothing(emptied);
-    emptied.window.activate();
+    emptied.view()->window.activate();
     QCOMPARE(m_fixture->fakes.commands.statusText, QString());
-    QCOMPARE(emptied.txtRTF.Text(), QString());
-    other.window.activate();
+    QCOMPARE(emptied.view()->txtRTF.Text(), QString());
+    other.view()->window.activate();
     QCOMPARE(m_fixture->fakes.commands.statusText, u"Other"_s);
 }
 

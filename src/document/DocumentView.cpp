@@ -1,0 +1,29 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "document/DocumentView.h"
+
+#include "document/Document.h"
+#include "document/OutlinePane.h"
+#include "document/TextPane.h"
+
+DocumentView::DocumentView(Document &document, OutlinePane &outlinePane, TextPane &textPane,
+                           DocumentWindow &documentWindow)
+    : trvOutline(outlinePane)
+    , txtRTF(textPane)
+    , window(documentWindow)
+    , m_document(document)
+{
+    m_document.setView(this);
+}
+
+DocumentView::~DocumentView()
+{
+    m_document.setView(nullptr);
+}
+
+void DocumentView::setPanesVisible(bool visible)
+{
+    trvOutline.setPaneVisible(visible);
+    txtRTF.setPaneVisible(visible);
+}
