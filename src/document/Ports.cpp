@@ -3,6 +3,8 @@
 
 #include "document/Ports.h"
 
+#include "document/NoPorts.h"
+
 namespace
 {
 
@@ -12,7 +14,7 @@ int s_hourglasses = 0;
 
 Ports &ports()
 {
-    static Ports instance;
+    static Ports instance = portsOfNobody();
     return instance;
 }
 

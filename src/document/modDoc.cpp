@@ -192,50 +192,53 @@ SaveOutcome DocSave(const QString &sFile)
 {
     return procedure(saveName, [&] {
         Document *document = DocumentActive();
-        if (!document)
-            return SaveOutcome::Failed;
-        const HourglassPointer hourglass;
-        const BusyScope busy;
-        const qint16 iVersion = DocDefaultVersionFromExt(sFile);
-        const QString sOldFile = document->m_sFile;
-        const qint16 iOldVersion = document->m_iFileFormatVersion;
-        try {
-            // Asked before anything else: whoever says no has the file, its backup and the document's name as they
-            // were.
-            if (!textFormatAccepted(*document, iVersion))
-                return SaveOutcome::Refused;
-            if (!document->tree.root())
-                throw RunTimeError(ErrorNumber::InvalidCall, u"%1: a document without entries, as %2"_s.arg(
-                                                                 errorDescription(ErrorNumber::InvalidCall), sFile));
-            document->m_sFile = sFile;
-            document->m_iFileFormatVersion = iVersion;
-            writeDocument(*document);
-        } catch (...) {
-            document->m_sFile = sOldFile;
-            document->m_iFileFormatVersion = iOldVersion;
-            document->history.touch();
-            ports().commands->MenuEnableDynamic();
-            document->notice = u"The file %1 could not be saved"_s.arg(sFile);
-            ports().commands->UpdateStatusBarText(document->notice);
-            document->tell({NoticeKind::NotSaved, notSavedText(*document, sFile), sFile});
-            throw;
-        }
-        if (!document->notice.isEmpty()) {
-            document->notice.clear();
-            ports().commands->UpdateStatusBarText(QString());
-            ports().commands->UpdateStatusBar(document->tree.selected());
-        }
-        document->dismiss(NoticeKind::NotSaved);
-        // What was read has a file now, which holds all that is shown.
-        document->dismiss(NoticeKind::NotReadWhole);
-        document->m_bSaveRefused = false;
-        document->m_bFromOutline = iVersion == Document::nativeFormat;
-        unlockSaved(*document);
-        document->setCaption(document->m_sFile);
-        ports().commands->MenuEnableDynamic();
-        ports().recentFiles->UpdateMRUFile(document->m_sFile, false);
-        return SaveOutcome::Saved;
+        return document ? save(*document, sFile) : SaveOutcome::Failed;
     });
+}
+
+SaveOutcome save(Document &document, const QString &sFile)
+{
+    const HourglassPointer hourglass;
+    const BusyScope busy;
+    const qint16 iVersion = DocDefaultVersionFromExt(sFile);
+    const QString sOldFile = document.m_sFile;
+    const qint16 iOldVersion = document.m_iFileFormatVersion;
+    try {
+        // Asked before anything else: whoever says no has the file, its backup and the document's name as they
+        // were.
+        if (!textFormatAccepted(document, iVersion))
+            return SaveOutcome::Refused;
+        if (!document.tree.root())
+            throw RunTimeError(ErrorNumber::InvalidCall, u"%1: a document without entries, as %2"_s.arg(
+                                                             errorDescription(ErrorNumber::InvalidCall), sFile));
+        document.m_sFile = sFile;
+        document.m_iFileFormatVersion = iVersion;
+        writeDocument(document);
+    } catch (...) {
+        document.m_sFile = sOldFile;
+        document.m_iFileFormatVersion = iOldVersion;
+        document.history.touch();
+        ports().commands->MenuEnableDynamic();
+        document.notice = u"The file %1 could not be saved"_s.arg(sFile);
+        ports().commands->UpdateStatusBarText(document.notice);
+        document.tell({NoticeKind::NotSaved, notSavedText(document, sFile), sFile});
+        throw;
+    }
+    if (!document.notice.isEmpty()) {
+        document.notice.clear();
+        ports().commands->UpdateStatusBarText(QString());
+        ports().commands->UpdateStatusBar(document.tree.selected());
+    }
+    document.dismiss(NoticeKind::NotSaved);
+    // What was read has a file now, which holds all that is shown.
+    document.dismiss(NoticeKind::NotReadWhole);
+    document.m_bSaveRefused = false;
+    document.m_bFromOutline = iVersion == Document::nativeFormat;
+    unlockSaved(document);
+    document.setCaption(document.m_sFile);
+    ports().commands->MenuEnableDynamic();
+    ports().recentFiles->UpdateMRUFile(document.m_sFile, false);
+    return SaveOutcome::Saved;
 }
 
 qint16 DocDefaultVersionFromExt(const QString &sFile)

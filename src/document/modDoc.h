@@ -37,6 +37,12 @@ bool DocLoadUnnamed(const QString &sFile, const QString &sCaption);
 // Writes the active document to a file; the extension decides the format.
 SaveOutcome DocSave(const QString &sFile);
 
+// The same for any document; throws what keeps it from being saved, instead of reporting it.
+SaveOutcome save(Document &document, const QString &sFile);
+
+// A document of a file's, which no window shows. Throws what keeps the file from being read whole.
+std::unique_ptr<Document> openUnshown(const QString &sFile);
+
 // The native format for the extension "qly" in any case, plain text for any other.
 qint16 DocDefaultVersionFromExt(const QString &sFile);
 

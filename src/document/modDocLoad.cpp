@@ -146,6 +146,8 @@ void showLoaded(Document &document, Entry *selected)
 void keepWhatWasRead(Document &document, const OpenedFile &file)
 {
     document.m_sFile.clear();
+    if (file.iVersion == Document::nativeFormat)
+        document.setPaneFonts(document.m_fntOutlineFont, document.m_fntOutlineFont);
     document.m_iFileFormatVersion = Document::nativeFormat;
     showLoaded(document, document.tree.root());
     document.autoFitSplit();
@@ -166,15 +168,23 @@ void tellOfCutLabels(Document &document, int cutLabels)
         {NoticeKind::NotReadWhole, which + u" shown up to it only. Saving the document gives up the rest."_s});
 }
 
-// A window that is a look at a file takes on the caption, and not the file's name and lock.
-void showWhole(Document &document, OpenedFile &file, const QString &sCaption)
+// A document that is a look at a file takes on the caption, and not the file's name and lock.
+void takeOn(Document &document, const OpenedFile &file, const QString &sCaption)
 {
     document.m_iFileFormatVersion = file.iVersion;
     document.m_bFromOutline = file.iVersion == Document::nativeFormat;
+    // The base font of the texts is the outline's by design; the text font stays what new texts are given.
+    if (file.iVersion == Document::nativeFormat)
+        document.setPaneFonts(document.m_fntOutlineFont, document.m_fntOutlineFont);
     if (sCaption.isEmpty())
         document.m_sFile = file.sFile;
     document.setCaption(sCaption.isEmpty() ? file.sFile : sCaption);
     document.m_fileAccess = document.bReadOnly() ? FileAccess::ReadOnly : FileAccess::Writable;
+}
+
+void showWhole(Document &document, OpenedFile &file, const QString &sCaption)
+{
+    takeOn(document, file, sCaption);
     if (document.m_fileAccess == FileAccess::ReadOnly)
         markReadOnly(document);
     showLoaded(document, document.tree.selected());
@@ -186,9 +196,6 @@ void show(Document &document, OpenedFile &file, const QString &sCaption)
 {
     if (DocumentView *view = document.view())
         view->trvOutline.setPaneVisible(false);
-    // The base font of the text pane is the outline's by design; the text font stays what new texts are given.
-    if (file.iVersion == Document::nativeFormat)
-        document.setPaneFonts(document.m_fntOutlineFont, document.m_fntOutlineFont);
     try {
         if (file.read.failure)
             std::rethrow_exception(file.read.failure);
@@ -285,6 +292,16 @@ bool DocLoad(const QString &sFile)
 bool DocLoadUnnamed(const QString &sFile, const QString &sCaption)
 {
     return procedure(routineName, [&] { return load(sFile, sCaption); });
+}
+
+std::unique_ptr<Document> openUnshown(const QString &sFile)
+{
+    OpenedFile file = readFile(sFile);
+    if (file.read.failure)
+        std::rethrow_exception(file.read.failure);
+    auto document = std::make_unique<Document>(std::move(file.read.outline));
+    takeOn(*document, file, QString());
+    return document;
 }
 
 } // namespace modDoc
