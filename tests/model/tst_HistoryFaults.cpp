@@ -5,10 +5,10 @@
 #include "model/Outline.h"
 #include "support/OutlineState.h"
 #include "support/OutlineText.h"
+#include "support/RefusedMemory.h"
 
 #include <QTest>
 
-#include <cstdlib>
 #include <functional>
 #include <new>
 
@@ -19,21 +19,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-
-// How many requests succeed before one fails; none fails while it is negative.
-long g_requestsLeft = -1;
-bool g_refused = false;
-
-void *requested(std::size_t size)
-{
-    if (g_requestsLeft >= 0 && g_requestsLeft-- == 0) {
-        g_refused = true;
-        throw std::bad_alloc();
-    }
-    if (void *memory = std::malloc(size ? size : 1))
-        return memory;
-    throw std::bad_alloc();
-}
 
 using FaultyAct = std::function<void(Outline &, History &)>;
 
@@ -63,36 +48,6 @@ public:
 };
 
 } // namespace
-
-void *operator new(std::size_t size)
-{
-    return requested(size);
-}
-
-void *operator new[](std::size_t size)
-{
-    return requested(size);
-}
-
-void operator delete(void *memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete[](void *memory) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete(void *memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
-
-void operator delete[](void *memory, std::size_t) noexcept
-{
-    std::free(memory);
-}
 
 Q_DECLARE_METATYPE(FaultyAct)
 
@@ -172,20 +127,22 @@ void tst_HistoryFaults::aFailureLeavesTheOutlineAsItWas()
         const int stepsBefore = history.stepCount();
         const bool changedBefore = history.isChanged();
 
-        g_refused = false;
+        memoryWasRefused = false;
         bool failed = false;
-        g_requestsLeft = request;
+        requestsUntilRefusal = request;
         try {
             act(outline, history);
         } catch (const std::bad_alloc &) {
             failed = true;
         }
-        g_requestsLeft = -1;
+        requestsUntilRefusal = -1;
 
         QCOMPARE(outline.tree.brokenInvariant(), QString());
         QVERIFY(!history.isStepOpen());
-        if (!g_refused)
+        if (!memoryWasRefused) {
+            QVERIFY2(request > 0, "nothing was refused");
             break;
+        }
         QVERIFY(request < 10'000);
         // Sorting does without what it asks for.
         if (!failed)

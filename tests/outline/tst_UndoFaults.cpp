@@ -1,0 +1,77 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "EveryCommand.h"
+#include "OutlineFixture.h"
+#include "document/UndoRedo.h"
+#include "support/ErrorRecorder.h"
+#include "support/OutlineState.h"
+#include "support/RefusedMemory.h"
+
+#include <QTest>
+
+#include <new>
+
+using namespace Qt::StringLiterals;
+
+// Every command of the outline while memory is refused, each request once: whatever comes of it can be undone, and
+// what comes of nothing has left the outline as it was.
+
+class tst_UndoFaults : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void aCommandThatFailsLeavesNothingThatCannotBeUndone_data();
+    void aCommandThatFailsLeavesNothingThatCannotBeUndone();
+};
+
+void tst_UndoFaults::aCommandThatFailsLeavesNothingThatCannotBeUndone_data()
+{
+    QTest::addColumn<int>("command");
+    for (size_t i = 0; i < everyCommand.size(); ++i) {
+        // Told to views, a new order asks Qt for memory where it cannot say no.
+        if (!QByteArray(everyCommand[i].name).contains("Sort"))
+            QTest::newRow(everyCommand[i].name) << int(i);
+    }
+}
+
+void tst_UndoFaults::aCommandThatFailsLeavesNothingThatCannotBeUndone()
+{
+    QFETCH(const int, command);
+    for (long request = 0;; ++request) {
+        const ErrorRecorder errors;
+        OutlineFixture fixture({u"Root +"_s, u" A +*"_s, u"  A1"_s, u" B +"_s, u"  B1 *"_s, u" C"_s});
+        fixture.fakes.dialogs.answers = {Answer::Yes};
+        fixture.select(u"A1"_s);
+        modOutline::OutlineCopy();
+        fixture.select(u"B"_s);
+        Document &document = fixture.document();
+        document.history.startAnew();
+        const QStringList before = contentOf(*document.outline);
+        const QStringList openBefore = expansionOf(*document.outline);
+        memoryWasRefused = false;
+        requestsUntilRefusal = request;
+        try {
+            everyCommand[size_t(command)].run();
+        } catch (const std::bad_alloc &) {
+            // Dropping is called by the window, which reports what fails.
+            ResetDraggingFlags();
+        }
+        requestsUntilRefusal = -1;
+        QCOMPARE(document.tree.brokenInvariant(), QString());
+        QVERIFY(!document.history.isStepOpen());
+        if (!memoryWasRefused)
+            break;
+        if (document.history.canUndo())
+            QVERIFY(document.history.undo());
+        QVERIFY(!document.history.canUndo());
+        QCOMPARE(contentOf(*document.outline), before);
+        if (document.history.canRedo())
+            QCOMPARE(expansionOf(*document.outline), openBefore);
+        QVERIFY(request < 10'000);
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_UndoFaults)
+#include "tst_UndoFaults.moc"
