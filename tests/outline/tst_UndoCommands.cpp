@@ -179,10 +179,10 @@ void tst_UndoCommands::undoingShowsTheTextThatCameBack()
     fixture.select(u"C"_s);
     document.history.startAnew();
     modOutline::OutlineDelete();
-    QVERIFY(document.view()->txtRTF.TextRTF() != "{\\rtf1 of C}");
+    QVERIFY(!document.view()->txtRTF.TextRTF().contains("of C"));
     QVERIFY(undoStep(document));
     QCOMPARE(document.tree.selected(), fixture.entry(u"C"_s));
-    QCOMPARE(document.view()->txtRTF.TextRTF(), QByteArray("{\\rtf1 of C}"));
+    QVERIFY(document.view()->txtRTF.TextRTF().contains("of C"));
 }
 
 void tst_UndoCommands::theFirstEntryOfADocumentIsNotUndone()
