@@ -13,6 +13,7 @@ enum class NoticeKind {
     DamagedText,
     LongText,
     LeftOutParts,
+    NotReplaced,
     DocumentFull,
     NoBackup
 };

@@ -14,6 +14,7 @@
 #include "model/StoredText.h"
 #include "model/TextFind.h"
 #include "rtf/PlainText.h"
+#include "search/PassedOver.h"
 #include "search/SearchSteps.h"
 #include "util/Procedure.h"
 
@@ -110,10 +111,12 @@ Way restOf(const TextPane &pane, int from, const QString &text)
     return way;
 }
 
-void replaceAllInPane(Document &document)
+void replaceAllInPane(Document &document, PassedOver &passedOver)
 {
-    if (document.bTextWithheld())
+    if (document.bTextWithheld()) {
+        passedOver.add(*document.tree.selected());
         return;
+    }
     TextPane &pane = document.view()->txtRTF;
     QString text = pane.FindableText();
     const Way rest = restOf(pane, pane.SelStart(), text);
@@ -151,11 +154,13 @@ StoredWay stateAfter(const Way &way)
     return {true, way.result().size() > longestText || !holdsMatch(way.result())};
 }
 
-StoredWay goThroughStored(Document &document, Entry *entry)
+StoredWay goThroughStored(Document &document, Entry *entry, PassedOver &passedOver)
 {
     if (const std::shared_ptr<EntryDocument> live = document.texts.find(*entry)) {
-        if (live->state() != TextState::Whole)
+        if (live->state() != TextState::Whole) {
+            passedOver.add(*entry);
             return {};
+        }
         Way way(rtf::findableText(live->document()));
         way.run();
         if (!way.replacements().empty())
@@ -163,6 +168,8 @@ StoredWay goThroughStored(Document &document, Entry *entry)
         return stateAfter(way);
     }
     const Inflated stored = inflated(document.tree.storedText(entry));
+    if (stored.state != TextState::Whole)
+        passedOver.add(*entry);
     if (stored.state != TextState::Whole || !mayHoldMatch(stored.text))
         return {};
     EntryText changed(stored.text, document.baseFont());
@@ -176,7 +183,7 @@ StoredWay goThroughStored(Document &document, Entry *entry)
 }
 
 // Round all entries from the selected one on, until none but the one with the last match is left.
-void replaceAllInTexts(Document &document)
+void replaceAllInTexts(Document &document, PassedOver &passedOver)
 {
     const HiddenText hidden(document.view()->txtRTF);
     History::Step step(document.history, u"replacement in texts"_s);
@@ -196,10 +203,12 @@ void replaceAllInTexts(Document &document)
         text = pane.FindableText();
         replaced.insert(first);
     }
+    if (document.bTextWithheld())
+        passedOver.add(*entries.at(first));
     isClean[at(first)] = document.bTextWithheld() || !holdsMatch(text);
     int last = first;
     for (int i = first % count + 1, others = 0; others < count - 1; i = i % count + 1) {
-        const StoredWay way = isClean[at(i)] ? StoredWay() : goThroughStored(document, entries.at(i));
+        const StoredWay way = isClean[at(i)] ? StoredWay() : goThroughStored(document, entries.at(i), passedOver);
         isClean[at(i)] = way.isClean || ++ways[at(i)] == mostWays;
         others = way.isChanged ? 0 : others + 1;
         if (way.isChanged) {
@@ -285,7 +294,7 @@ bool isMatchSelected(const TextPane &pane)
 
 // Goes by single steps where those are few, or texts have to be looked at anew after each. Matches that cannot be
 // replaced are passed over.
-void replaceAllByStep(Document &document)
+void replaceAllByStep(Document &document, PassedOver &passedOver)
 {
     TextPane &pane = document.view()->txtRTF;
     const JoinedSteps oneStep(pane);
@@ -295,12 +304,14 @@ void replaceAllByStep(Document &document)
     bool hasReplaced = true;
     // The first step replaces whatever is selected.
     for (bool isMatch = true;;) {
+        if (isMatch && isText && document.bTextWithheld() && document.tree.selected())
+            passedOver.add(*document.tree.selected());
         if (isMatch)
             modSearch::SearchPerformReplace();
         hasReplaced |= isMatch;
         const Place behind = placeIn(document, isText ? endOfSelection(pane) : 0);
         if (!modSearch::SearchPerform())
-            return;
+            return passedOver.tell(document);
         const Place match = placeIn(document, isText ? endOfSelection(pane) : 0);
         isMatch = !isText || isMatchSelected(pane);
         const bool isRoundAgain = match <= behind && !(isText && g_bSearchBackwards);
@@ -313,6 +324,7 @@ void replaceAllByStep(Document &document)
         }
         last = match;
     }
+    passedOver.tell(document);
     ports().dialogs->informPlainly(u"Search completed"_s);
 }
 
@@ -328,24 +340,26 @@ void SearchReplaceAll()
         if (!document || g_sSearchFind.isEmpty() || replacementHoldsExpression())
             return;
         dropLeftMatch(*document);
+        PassedOver passedOver;
         const SearchScope scope = searchScope();
         const bool isText = scope == SearchScope::CurrentText || scope == SearchScope::AllTexts;
         // Selected cells stay as they are, and the search goes on behind them.
         const bool isFew = isText && (g_bSearchBackwards || g_sSearchReplace.isEmpty() || !isPlain(g_sSearchFind) ||
                                       !isPlain(g_sSearchReplace) || document->view()->txtRTF.SelHoldsCells());
         if (isFew || !document->tree.selected() || scope == SearchScope::None) {
-            replaceAllByStep(*document);
+            replaceAllByStep(*document, passedOver);
             return;
         }
         {
             const HourglassPointer hourglass;
             if (scope == SearchScope::CurrentText)
-                replaceAllInPane(*document);
+                replaceAllInPane(*document, passedOver);
             else if (scope == SearchScope::AllTexts)
-                replaceAllInTexts(*document);
+                replaceAllInTexts(*document, passedOver);
             else
                 replaceAllInLabels(*document);
         }
+        passedOver.tell(*document);
         ports().dialogs->informPlainly(u"Search completed"_s);
     });
 }

@@ -61,6 +61,8 @@ private Q_SLOTS:
     void undoNeverLeavesTheEntry();
     void replaceAllThatWouldNeverEndEnds();
     void replaceAllLeavesDamagedTexts();
+    void replaceAllTellsWhichTextsItLeft_data();
+    void replaceAllTellsWhichTextsItLeft();
     void replaceAllInAllTexts();
     void replaceAllInLabels();
     void replaceAllInALongLabel();
@@ -689,6 +691,44 @@ void tst_modSearch::replaceAllLeavesDamagedTexts()
     modSearch::SearchReplaceAll();
     QCOMPARE(f.textOf(root), u"a dog"_s);
     QCOMPARE(f.document.tree.storedText(child), QByteArray("12,cat"));
+}
+
+void tst_modSearch::replaceAllTellsWhichTextsItLeft_data()
+{
+    QTest::addColumn<QString>("scope");
+    QTest::addColumn<bool>("backwards");
+    QTest::addColumn<bool>("damagedIsShown");
+    QTest::newRow("in the current text") << u"0"_s << false << true;
+    QTest::newRow("step by step in it") << u"0"_s << true << true;
+    QTest::newRow("in all texts, shown") << u"1"_s << false << true;
+    QTest::newRow("in all texts, not shown") << u"1"_s << false << false;
+}
+
+void tst_modSearch::replaceAllTellsWhichTextsItLeft()
+{
+    QFETCH(const QString, scope);
+    QFETCH(const bool, backwards);
+    QFETCH(const bool, damagedIsShown);
+    SearchFixture &f = *m_fixture;
+    Entry *root = f.add(nullptr, u"Root"_s, u"a cat"_s);
+    Entry *child = f.add(root, u"Lost"_s, {});
+    f.document.outline->tree.setStoredText(child, "12,cat");
+    modNodes::NodeSelectFull(f.document, damagedIsShown ? child : root);
+    g_sSearchFind = u"cat"_s;
+    g_sSearchReplace = u"dog"_s;
+    g_sSearchScope = scope;
+    g_bSearchBackwards = backwards;
+    modSearch::SearchReplaceAll();
+    const auto &notices = f.document.notices();
+    const auto told = std::ranges::find(notices, NoticeKind::NotReplaced, &DocumentNotice::kind);
+    QVERIFY(told != notices.end());
+    QCOMPARE(told->text, u"Nothing was replaced in the text of \"Lost\", which cannot be shown whole."_s);
+    // It is about the last replacement.
+    modNodes::NodeTextDiscard(f.document);
+    f.document.outline->tree.setStoredText(child, QByteArray());
+    modNodes::NodeSelectFull(f.document, root);
+    modSearch::SearchReplaceAll();
+    QVERIFY(!f.document.hasNotice(NoticeKind::NotReplaced));
 }
 
 void tst_modSearch::replaceAllInAllTexts()
