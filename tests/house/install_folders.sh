@@ -19,7 +19,7 @@ configured() {
         cat -- "$work/log" >&2
         exit 1
     }
-    grep -q "QUILLERY_DATA_FROM_PROGRAM=[^ ]*\"$expected[^ ]*\"" "$work/compile_commands.json" || {
+    grep -q "QUILLERY_DATA_FROM_PROGRAM=[^ ]*\"${expected}[^ ]*\"" "$work/compile_commands.json" || {
         printf 'FAIL: the data is not looked for in %s\n' "$expected" >&2
         exit 1
     }

@@ -88,8 +88,7 @@ void tst_LayoutStrain::whatTheTextEngineIsSlowWithIsNot_data()
     for (int cell = 1; cell <= 50; ++cell)
         row += "\\cellx" + QByteArray::number(cell * 600);
     QTest::newRow("words in cells") << row + QByteArray("some words\\cell ").repeated(50) + "\\row " << 300 << 0;
-    QTest::newRow("long words in cells") << row + (QByteArray(2000, 'x') + "\\cell ").repeated(50) + "\\row " << 2
-                                         << 9;
+    QTest::newRow("long words in cells") << row + (QByteArray(2000, 'x') + "\\cell ").repeated(50) + "\\row " << 2 << 9;
     QTest::newRow("marks in one place") << QByteArray("\\u769?") << 1000 << 40'000;
     QTest::newRow("emoji") << QByteArray("\\u-10179?\\u-8704? ") << 10'000 << 40'000;
     QTest::newRow("tabulators without stops") << QByteArray("\\tab ") << 50'000 << 0;
