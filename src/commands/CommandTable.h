@@ -329,11 +329,11 @@ constexpr bool isMenuItem(const CommandRow &row)
 namespace detail
 {
 
-// Every name occurs once, every parent is a menu above its items, and whatever can be chosen has its rule.
+// Every name occurs once, and every parent is a menu above its items.
 constexpr bool isMenuTree()
 {
     for (std::size_t row = 0; row < commandTable.size(); ++row) {
-        if (commandRow(commandTable[row].name) != row || !commandTable[row].rule)
+        if (commandRow(commandTable[row].name) != row)
             return false;
         const std::string_view parent = commandTable[row].parent;
         if (parent.empty() ? commandTable[row].kind != RowKind::Menu

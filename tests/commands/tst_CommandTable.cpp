@@ -16,6 +16,7 @@ class tst_CommandTable : public QObject
 private Q_SLOTS:
     void theTableReadsAsItShould();
     void captionsShowTheirKeysBehindBlanks();
+    void everyRowHasItsRule();
     void aNameThatIsNoCommandHasNoRow();
     void theTagItemSaysWhatItDoes();
 };
@@ -90,6 +91,12 @@ void tst_CommandTable::captionsShowTheirKeysBehindBlanks()
     QCOMPARE(commandTable.at(commandRow("mnuFileExit")).caption.find("Alt+F4"), 52U);
     QCOMPARE(commandTable.at(commandRow("mnuOutlineExpand")).caption.find("Plus"), 20U);
     QCOMPARE(commandTable.at(commandRow("mnuEditInsertShortDate")).caption.find("Ctrl+D"), 20U);
+}
+
+void tst_CommandTable::everyRowHasItsRule()
+{
+    for (const CommandRow &row : commandTable)
+        QVERIFY2(row.rule, row.name.data());
 }
 
 void tst_CommandTable::aNameThatIsNoCommandHasNoRow()

@@ -377,38 +377,39 @@ void tst_RichTextBox::characterFormats_data()
 void tst_RichTextBox::characterFormats()
 {
     QFETCH(int, format);
-    using Get = std::optional<bool> (RichTextBox::*)() const;
-    using Set = void (RichTextBox::*)(bool);
-    constexpr Get gets[] = {&RichTextBox::SelBold, &RichTextBox::SelItalic, &RichTextBox::SelUnderline,
-                            &RichTextBox::SelStrikeThru};
-    constexpr Set sets[] = {&RichTextBox::setSelBold, &RichTextBox::setSelItalic, &RichTextBox::setSelUnderline,
-                            &RichTextBox::setSelStrikeThru};
+    using Get = std::optional<bool> (TextSelection::*)() const;
+    using Set = void (TextSelection::*)(bool);
+    constexpr Get gets[] = {&TextSelection::SelBold, &TextSelection::SelItalic, &TextSelection::SelUnderline,
+                            &TextSelection::SelStrikeThru};
+    constexpr Set sets[] = {&TextSelection::setSelBold, &TextSelection::setSelItalic, &TextSelection::setSelUnderline,
+                            &TextSelection::setSelStrikeThru};
     const Get get = gets[format];
     const Set set = sets[format];
+    TextSelection &selection = *m_box;
     m_box->setTextRTF("{\\rtf1 one two\\par three}");
     QSignalSpy changed(m_box, &RichTextBox::changed);
     select(0, 12);
-    QCOMPARE((m_box->*get)(), std::optional(false));
+    QCOMPARE((selection.*get)(), std::optional(false));
     select(4, 3);
-    (m_box->*set)(true);
+    (selection.*set)(true);
     QCOMPARE(changed.size(), 1);
-    QCOMPARE((m_box->*get)(), std::optional(true));
+    QCOMPARE((selection.*get)(), std::optional(true));
     select(0, 12);
-    QCOMPARE((m_box->*get)(), std::nullopt);
+    QCOMPARE((selection.*get)(), std::nullopt);
     for (int i = 0; i < 4; ++i) {
         select(i, 0);
-        QCOMPARE((m_box->*get)(), std::optional(false));
+        QCOMPARE((selection.*get)(), std::optional(false));
     }
     m_box->setTextRTF(m_box->TextRTF());
     select(4, 3);
-    QCOMPARE((m_box->*get)(), std::optional(true));
+    QCOMPARE((selection.*get)(), std::optional(true));
     select(0, static_cast<int>(m_box->Text().size()));
-    (m_box->*set)(true);
-    QCOMPARE((m_box->*get)(), std::optional(true));
-    (m_box->*set)(false);
-    QCOMPARE((m_box->*get)(), std::optional(false));
+    (selection.*set)(true);
+    QCOMPARE((selection.*get)(), std::optional(true));
+    (selection.*set)(false);
+    QCOMPARE((selection.*get)(), std::optional(false));
     press(Qt::Key_Z, Qt::ControlModifier);
-    QCOMPARE((m_box->*get)(), std::optional(true));
+    QCOMPARE((selection.*get)(), std::optional(true));
     // The base font's own style counts where the text says nothing.
     QFont font = m_box->Font();
     font.setBold(true);
@@ -418,9 +419,9 @@ void tst_RichTextBox::characterFormats()
     m_box->setFont(font);
     m_box->setTextRTF("plain");
     select(0, 5);
-    QCOMPARE((m_box->*get)(), std::optional(true));
-    (m_box->*set)(false);
-    QCOMPARE((m_box->*get)(), std::optional(false));
+    QCOMPARE((selection.*get)(), std::optional(true));
+    (selection.*set)(false);
+    QCOMPARE((selection.*get)(), std::optional(false));
 }
 
 void tst_RichTextBox::underliningAnewIsPlain()

@@ -9,13 +9,19 @@
 namespace
 {
 
-void *memoryOf(std::size_t size)
+// Null when there is none.
+void *memoryFor(std::size_t size) noexcept
 {
     if (requestsUntilRefusal >= 0 && requestsUntilRefusal-- == 0) {
         memoryWasRefused = true;
-        throw std::bad_alloc();
+        return nullptr;
     }
-    if (void *memory = std::malloc(size ? size : 1))
+    return std::malloc(size ? size : 1);
+}
+
+void *memoryOf(std::size_t size)
+{
+    if (void *memory = memoryFor(size))
         return memory;
     throw std::bad_alloc();
 }
@@ -30,6 +36,17 @@ void *operator new(std::size_t size)
 void *operator new[](std::size_t size)
 {
     return memoryOf(size);
+}
+
+// Sorting asks for its working memory so, and does without.
+void *operator new(std::size_t size, const std::nothrow_t &) noexcept
+{
+    return memoryFor(size);
+}
+
+void *operator new[](std::size_t size, const std::nothrow_t &) noexcept
+{
+    return memoryFor(size);
 }
 
 void operator delete(void *memory) noexcept
@@ -48,6 +65,16 @@ void operator delete(void *memory, std::size_t) noexcept
 }
 
 void operator delete[](void *memory, std::size_t) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete(void *memory, const std::nothrow_t &) noexcept
+{
+    std::free(memory);
+}
+
+void operator delete[](void *memory, const std::nothrow_t &) noexcept
 {
     std::free(memory);
 }
