@@ -211,6 +211,10 @@ struct Overloaded : Calls... {
     using Calls::operator()...;
 };
 
+// Not every compiler makes this one itself yet.
+template <typename... Calls>
+Overloaded(Calls...) -> Overloaded<Calls...>;
+
 } // namespace
 
 ChangeKind kindOf(const Change &change)
