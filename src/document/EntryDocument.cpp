@@ -5,6 +5,7 @@
 
 #include "document/LeftOutText.h"
 #include "model/EntryText.h"
+#include "model/ShownText.h"
 #include "rtf/Rtf.h"
 
 #include <QTextFrame>
@@ -22,15 +23,32 @@ constexpr qsizetype stepWeight = 100;
 
 } // namespace
 
-EntryDocument::EntryDocument(const Inflated &text, const QFont &base, EntryId entry)
+// Filled before it is shown: no layout runs meanwhile, and its undo history begins behind the text.
+EntryDocument::EntryDocument(const QFont &base, EntryId entry)
     : m_entry(entry)
-    , m_state(text.state)
     , m_fonts{base}
 {
-    // Filled before it is shown: no layout runs meanwhile, and its undo history begins behind the text.
     m_document.setUndoRedoEnabled(false);
     m_document.setDefaultFont(base);
+}
+
+EntryDocument::EntryDocument(const QByteArray &storedText, const QFont &base, EntryId entry)
+    : EntryDocument(base, entry)
+{
+    begin(readShownText(storedText, m_document));
+}
+
+EntryDocument::EntryDocument(const Inflated &text, const QFont &base)
+    : EntryDocument(base, EntryId::None)
+{
     readEntryText(text.text, m_document);
+    begin(text);
+}
+
+// From here on the text that was read is worked on.
+void EntryDocument::begin(const Inflated &text)
+{
+    m_state = text.state;
     m_document.setUndoRedoEnabled(true);
     m_document.setModified(false);
     m_leftOut = m_state == TextState::Whole ? leftOutParts(text.text) : QString();

@@ -16,8 +16,10 @@
 class EntryDocument final : public LiveText
 {
 public:
-    // Of a text as shownText() gives it; the base font is that of what names none. Without an entry nobody stores it.
-    EntryDocument(const Inflated &text, const QFont &base, EntryId entry = EntryId::None);
+    // Of what can be shown of an entry's stored text; the base font is that of what names none.
+    EntryDocument(const QByteArray &storedText, const QFont &base, EntryId entry);
+    // Of a text that is no entry's, and that nobody stores.
+    EntryDocument(const Inflated &text, const QFont &base);
 
     ~EntryDocument() override;
     EntryDocument(const EntryDocument &) = delete;
@@ -56,10 +58,12 @@ public:
     Place place;
 
 private:
+    EntryDocument(const QFont &base, EntryId entry);
+    void begin(const Inflated &text);
     std::size_t fontIndex() const;
 
     const EntryId m_entry;
-    const TextState m_state;
+    TextState m_state = TextState::Whole;
     SealedDocument m_document;
     // The base fonts that the text has had, the first one first.
     std::vector<QFont> m_fonts;

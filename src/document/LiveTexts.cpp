@@ -4,7 +4,6 @@
 #include "document/LiveTexts.h"
 
 #include "model/EntryTree.h"
-#include "model/ShownText.h"
 #include "util/RunTimeError.h"
 
 #include <QTextCursor>
@@ -35,7 +34,7 @@ std::shared_ptr<EntryDocument> LiveTexts::open(const Entry &entry, const QFont &
 {
     if (std::shared_ptr<EntryDocument> text = find(entry))
         return text;
-    auto text = std::make_shared<EntryDocument>(shownText(m_tree.storedText(&entry), base), base, entry.id());
+    auto text = std::make_shared<EntryDocument>(m_tree.storedText(&entry), base, entry.id());
     connect(&text->document(), &QTextDocument::contentsChanged, this, [this, text = text.get()] { noteChange(text); });
     connect(&text->document(), &QTextDocument::undoCommandAdded, this,
             [this, id = entry.id()] { Q_EMIT stepAdded(id); });

@@ -1,12 +1,14 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "model/EntryText.h"
 #include "model/Limits.h"
 #include "model/ShownText.h"
 #include "rtf/Rtf.h"
 #include "support/ErrorRecorder.h"
 
 #include <QTest>
+#include <QTextDocument>
 
 #include <zlib.h>
 
@@ -23,6 +25,8 @@ private Q_SLOTS:
     void damagedBytesAreBoundedToo();
     void whatIsTooMuchForTheTextEngineIsShownAsWords_data();
     void whatIsTooMuchForTheTextEngineIsShownAsWords();
+    void whatIsReadIsWhatIsShown_data();
+    void whatIsReadIsWhatIsShown();
     void aBeginningIsNoMoreThanCanBeLaidOut();
     void aCharacterIsNotHalved();
     void inflatingEndsAtTheBound_data();
@@ -103,6 +107,37 @@ void tst_ShownText::whatIsTooMuchForTheTextEngineIsShownAsWords()
     QCOMPARE(shown.state, TextState::Beginning);
     QVERIFY(!shown.text.startsWith("{\\rtf"));
     QCOMPARE(shown.text, rtf::toPlainText(text(18'000)).toLatin1());
+}
+
+void tst_ShownText::whatIsReadIsWhatIsShown_data()
+{
+    QTest::addColumn<QByteArray>("stored");
+    const QByteArray bold = "{\\rtf1 one\\b  two\\par three}";
+    QTest::newRow("nothing") << QByteArray();
+    QTest::newRow("a line") << QByteArray("one line");
+    QTest::newRow("rich text") << bold;
+    QTest::newRow("much rich text") << "{\\rtf1 " + QByteArray("one\\b  two\\b0\\par ").repeated(1000) + "}";
+    QTest::newRow("a line too long") << QByteArray("x ").repeated(limits::longestParagraph);
+    QTest::newRow("formatting too much") << "{\\rtf1\\sb31680 " + QByteArray("x\\par ").repeated(18'000) + "end}";
+    QTest::newRow("emoji too many") << u"\U0001F600 "_s.repeated(100'000).toUtf8();
+    QTest::newRow("damaged") << QByteArray("12,not deflated");
+}
+
+void tst_ShownText::whatIsReadIsWhatIsShown()
+{
+    QFETCH(const QByteArray, stored);
+    for (const QByteArray &text : {stored, NodeTextCompressIfRequired(stored)}) {
+        QTextDocument read;
+        read.setUndoRedoEnabled(false);
+        const Inflated answered = readShownText(text, read);
+        const Inflated shown = shownText(text, QFont());
+        QCOMPARE(answered.state, shown.state);
+        QCOMPARE(answered.text, shown.text);
+        QTextDocument expected;
+        expected.setUndoRedoEnabled(false);
+        readEntryText(shown.text, expected);
+        QCOMPARE(read.toHtml(), expected.toHtml());
+    }
 }
 
 void tst_ShownText::aBeginningIsNoMoreThanCanBeLaidOut()
