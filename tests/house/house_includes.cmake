@@ -26,6 +26,13 @@ set(rooms util rtf model formats document outline text search commands pages pla
 set(core util rtf model formats document outline text search commands pages)
 set(widget_exceptions src/search/frmSearch.h src/search/frmSearch.cpp)
 
+# What is kept of documents beside their files; built where there is Qt Sql.
+set(uses_vault document ${uses_document})
+list(APPEND uses_panes vault)
+list(APPEND uses_app vault)
+list(APPEND rooms vault)
+list(APPEND core vault)
+
 if(NOT EXISTS "${WIDGET_HEADERS}/QWidget")
   message(FATAL_ERROR "no widget headers in ${WIDGET_HEADERS}")
 endif()
