@@ -45,6 +45,23 @@ bool copyAll(int from, int to)
     }
 }
 
+bool readFromDisk(int descriptor, const std::function<void(QByteArrayView)> &take)
+{
+    // Only what is on disk already can be given up. That it is not, leaves what the system remembers.
+    posix_fadvise(descriptor, 0, 0, POSIX_FADV_DONTNEED);
+    if (lseek(descriptor, 0, SEEK_SET) != 0)
+        return false;
+    QByteArray buffer(copyBufferSize, Qt::Uninitialized);
+    while (true) {
+        const ssize_t count = read(descriptor, buffer.data(), static_cast<size_t>(buffer.size()));
+        if (count < 0 && errno == EINTR)
+            continue;
+        if (count <= 0)
+            return count == 0;
+        take(QByteArrayView(buffer).first(count));
+    }
+}
+
 bool flushFile(int descriptor)
 {
     if (fsync(descriptor) != 0)

@@ -6,12 +6,18 @@
 #include <QByteArrayView>
 #include <QString>
 
+#include <functional>
+
 // What saving asks of open files. Each answers false with errno set when it fails.
 
 bool writeAll(int descriptor, QByteArrayView bytes);
 
 // From where both stand to the end of the first.
 bool copyAll(int from, int to);
+
+// Hands over a file's content piece by piece, as the disk has it: what the system remembers of it is given up first,
+// where it lets itself be asked to.
+bool readFromDisk(int descriptor, const std::function<void(QByteArrayView)> &take);
 
 // Has the system put on disk what was written, and tell of a failure that it would tell of only when closing.
 bool flushFile(int descriptor);

@@ -23,6 +23,7 @@
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
+#include <zlib.h>
 
 #include <utility>
 
@@ -38,6 +39,13 @@ mode_t newFileMode()
     const mode_t mask = umask(0);
     umask(mask);
     return 0666 & ~mask;
+}
+
+// Of bytes that follow those of a check sum.
+quint32 checkSum(quint32 before, QByteArrayView bytes)
+{
+    return static_cast<quint32>(
+        crc32_z(before, reinterpret_cast<const Bytef *>(bytes.data()), static_cast<z_size_t>(bytes.size())));
 }
 
 QByteArray temporaryPath(const QString &folder, const TemporaryName &name)
@@ -271,18 +279,65 @@ void SafeFile::writeBuffer()
 {
     if (!writeAll(m_descriptor, m_buffer))
         fail(m_target);
+    m_checkSum = checkSum(m_checkSum, m_buffer);
+    m_written += m_buffer.size();
     m_buffer.resize(0);
 }
 
-void SafeFile::flushToDisk()
+void SafeFile::flushToDisk(const Check &check)
 {
     writeBuffer();
     if (!flushFile(m_descriptor))
         fail(m_target);
+    // Who opened the file by its name and wrote to it knows better what it is to hold.
+    if (m_written > 0)
+        checkWritten(check);
     const QByteArray whole = atStage(m_temporary, TemporaryName::Whole);
     if (std::rename(m_temporary.constData(), whole.constData()) != 0)
         fail(m_target);
     m_temporary = whole;
+}
+
+void SafeFile::checkWritten(const Check &check)
+{
+    QByteArray content;
+    try {
+        content.reserve(check ? m_written : 0);
+    } catch (const std::bad_alloc &) {
+        content = QByteArray();
+    }
+    const bool remembers = check && content.capacity() >= m_written;
+    if (!holdsWritten(m_descriptor, remembers ? &content : nullptr))
+        failDifferent();
+    try {
+        if (remembers)
+            check(content);
+    } catch (const std::bad_alloc &) {
+        // Byte by byte it is what was written, and that is more than could be said of a document that was not saved.
+        return;
+    }
+}
+
+// Throws where it cannot be read. There is room in what is to take it.
+bool SafeFile::holdsWritten(int descriptor, QByteArray *content) const
+{
+    quint32 sum = 0;
+    qint64 size = 0;
+    const bool isRead = readFromDisk(descriptor, [&](QByteArrayView bytes) {
+        sum = checkSum(sum, bytes);
+        size += bytes.size();
+        if (content && size <= m_written)
+            content->append(bytes);
+    });
+    if (!isRead)
+        throw fileError(errno, m_target);
+    return size == m_written && sum == m_checkSum;
+}
+
+void SafeFile::failDifferent() const
+{
+    throw RunTimeError(ErrorNumber::InvalidFileFormat, u"%1: %2 does not hold on disk what was written"_s.arg(
+                                                           errorDescription(ErrorNumber::InvalidFileFormat), m_target));
 }
 
 void SafeFile::keepOldFile()
@@ -349,7 +404,7 @@ void SafeFile::overwrite()
         *name = next;
     }
     flushFolder(m_folder);
-    const int target = open(QFile::encodeName(m_target).constData(), O_WRONLY | O_CLOEXEC);
+    const int target = open(QFile::encodeName(m_target).constData(), O_RDWR | O_CLOEXEC);
     if (target < 0)
         fail(m_target);
     const auto closed = qScopeGuard([target] { close(target); });
@@ -364,22 +419,25 @@ void SafeFile::overwrite()
             setModified(target, old.st_mtim);
         throw fileError(error, m_target);
     }
-    if (overwriteContent(m_descriptor, target))
-        return;
-    const int error = errno;
-    putBack(target, error);
-    setModified(target, old.st_mtim);
-    throw fileError(error, m_target);
+    try {
+        if (!overwriteContent(m_descriptor, target))
+            fail(m_target);
+        if (m_written > 0 && !holdsWritten(target))
+            failDifferent();
+    } catch (const RunTimeError &error) {
+        putBack(target, error);
+        setModified(target, old.st_mtim);
+        throw;
+    }
 }
 
 // Gives the file its old content again after an error. What cannot be put back stays where it is kept.
-void SafeFile::putBack(int target, int error)
+void SafeFile::putBack(int target, const RunTimeError &cause)
 {
     if (overwriteContent(m_keptDescriptor, target))
         return;
     m_stranded = std::exchange(m_kept, QByteArray());
     m_temporary.clear();
-    const RunTimeError cause = fileError(error, m_target);
     throw RunTimeError(cause.number(),
                        QStringLiteral("%1; what it held before is in %2").arg(cause.description(), strandedCopy()));
 }

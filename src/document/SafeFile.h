@@ -10,11 +10,14 @@
 
 #include <functional>
 
+class RunTimeError;
+
 // Replaces a file's content without ever losing the old one: everything is written to a temporary file in the same
-// folder and flushed to disk; only replace() puts it in the file's place, in one step, so that at every moment the old
-// or the new content is there whole under the file's name. Without replace() the temporary file is removed and nothing
-// has happened. A symbolic link is followed; an existing file keeps its permissions, its access list and its extended
-// attributes as far as the system lets it. All failures are RunTimeErrors with the classic file error numbers.
+// folder, flushed to disk and read again from there; only replace() puts it in the file's place, in one step, so that
+// at every moment the old or the new content is there whole under the file's name. Without replace() the temporary file
+// is removed and nothing has happened. A symbolic link is followed; an existing file keeps its permissions, its access
+// list and its extended attributes as far as the system lets it. All failures are RunTimeErrors with the classic file
+// error numbers.
 //
 // A file with several names, which replacing would part, and one whose folder takes no new file are written over in
 // place. Then the new content and the old one both are on disk under temporary names before the file is touched, and
@@ -31,8 +34,13 @@ public:
     SafeFile &operator=(const SafeFile &) = delete;
 
     void write(QByteArrayView bytes) override;
-    // Writes what is buffered, has the system put it on disk, and gives the temporary file the name of a whole one.
-    void flushToDisk();
+    // Judges what the disk holds; throws when it is not what it should be.
+    using Check = std::function<void(const QByteArray &content)>;
+
+    // Writes what is buffered, has the system put it on disk, reads it again from there, and gives the temporary file
+    // the name of a whole one. Error 321 when the disk holds anything else than was written. For want of memory it
+    // is checked for that alone.
+    void flushToDisk(const Check &check = {});
     // Gives the old content, if there is any, a temporary name of its own, which it keeps when it is replaced.
     void keepOldFile();
     // Puts the new content in the file's place. When that fails, everything is as it was, or there is a strandedCopy().
@@ -55,8 +63,11 @@ private:
     int createIn(const QString &folder);
     void removeTemporaries();
     void overwrite();
-    void putBack(int target, int error);
+    void putBack(int target, const RunTimeError &cause);
     void writeBuffer();
+    void checkWritten(const Check &check);
+    bool holdsWritten(int descriptor, QByteArray *content = nullptr) const;
+    [[noreturn]] void failDifferent() const;
     void adoptPermissions();
     void adoptAttributes(int source) const;
     void copyOldFileTo(const QByteArray &copy);
@@ -70,6 +81,9 @@ private:
     QByteArray m_kept;
     QByteArray m_buffer;
     QByteArray m_stranded;
+    // What was written, by its size and its check sum.
+    qint64 m_written = 0;
+    quint32 m_checkSum = 0;
     // Open until the end: they hold the locks that tell others that the temporary files are in use.
     int m_descriptor = -1;
     int m_keptDescriptor = -1;

@@ -89,7 +89,10 @@ QString notSavedText(const Document &document, const QString &sFile)
             .arg(sFile);
     const auto number = static_cast<ErrorNumber>(currentError().number);
     const bool folderGone = number == ErrorNumber::FileNotFound || number == ErrorNumber::PathNotFound;
-    const QString reason = folderGone ? u"there is no such folder"_s : errorDescription(number);
+    const bool isOther = number == ErrorNumber::InvalidFileFormat;
+    const QString reason = folderGone ? u"there is no such folder"_s
+                           : isOther  ? u"read again from the disk, it was not what was written"_s
+                                      : errorDescription(number);
     return u"The file %1 could not be saved: %2. What you changed is in this window only."_s.arg(sFile, reason);
 }
 
@@ -117,12 +120,28 @@ void replaceFile(Document &document, SafeFile &file)
     document.dismiss(NoticeKind::FileDamaged);
 }
 
+// What the disk holds of a document must be that document for whoever opens it, or the old file stays.
+void readBack(const Document &document, const Format &format, const QByteArray &content)
+{
+    if (!format.difference)
+        return;
+    const ReadOutline read = format.read(content);
+    if (read.failure)
+        std::rethrow_exception(read.failure);
+    const QString difference = format.difference(*document.outline, *read.outline);
+    if (!difference.isEmpty())
+        throw RunTimeError(ErrorNumber::InvalidFileFormat,
+                           u"%1: %2, read again, has %3"_s.arg(errorDescription(ErrorNumber::InvalidFileFormat),
+                                                               document.m_sFile, difference));
+}
+
 void writeDocument(Document &document)
 {
     // The new content is complete and on disk before the old file or its backup is touched.
     SafeFile file(document.m_sFile, [&document] { return inPlaceAccepted(document.m_sFile); });
-    formatOfVersion(document.m_iFileFormatVersion).write(*document.outline, file);
-    file.flushToDisk();
+    const Format &format = formatOfVersion(document.m_iFileFormatVersion);
+    format.write(*document.outline, file);
+    file.flushToDisk([&](const QByteArray &content) { readBack(document, format, content); });
     const QString sBackup = backupName(file.target());
     // A file named .bak would be its own backup, and a protected backup is not to be touched.
     const bool bWanted = g_options.Backup && sBackup != file.target() && !isReadOnlyFile(sBackup);

@@ -3,6 +3,7 @@
 
 #include "formats/Format.h"
 
+#include "formats/OutlineDifference.h"
 #include "formats/modDocText.h"
 #include "formats/modDocV1.h"
 
@@ -17,7 +18,7 @@ std::span<const Format> formats()
 {
     static const std::array table = {
         Format{formatVersion::native, u"qly"_s, u"Quillery Files (*.qly)"_s, u"*.qly"_s, modDocV1::statedVersion,
-               modDocV1::read, modDocV1::write},
+               modDocV1::read, modDocV1::write, outlineDifference},
         Format{formatVersion::plainText, u"txt"_s, u"Text Files (*.txt)"_s, u"*.txt"_s, nullptr, modDocText::read,
                modDocText::write},
     };

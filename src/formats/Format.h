@@ -50,6 +50,9 @@ struct Format {
     ReadOutline (*read)(const QByteArray &bytes) = nullptr;
     // Throws what goes wrong.
     void (*write)(const Outline &outline, ByteSink &sink) = nullptr;
+    // What of an outline that was written is not there, or another, where it is read again, in words; empty when
+    // nothing is. Null for a format that does not give back what it was given.
+    QString (*difference)(const Outline &written, const Outline &read) = nullptr;
 };
 
 // Every format that this program knows, in the order in which file dialogs offer them.

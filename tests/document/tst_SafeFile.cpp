@@ -19,6 +19,7 @@ constexpr qint32 diskFull = 61;
 constexpr qint32 permissionDenied = 70;
 constexpr qint32 pathFileAccess = 75;
 constexpr qint32 pathNotFound = 76;
+constexpr qint32 invalidFileFormat = 321;
 
 void save(const QString &path, const QByteArray &content)
 {
@@ -46,6 +47,7 @@ private Q_SLOTS:
 
     void untilItIsReplacedTheOldFileStands();
     void anAbandonedFileLeavesNothingBehind();
+    void whatTheDiskHoldsIsJudgedBeforeTheOldFileGoes();
 
     void aLinkIsFollowed_data();
     void aLinkIsFollowed();
@@ -191,6 +193,26 @@ void tst_SafeFile::anAbandonedFileLeavesNothingBehind()
         file.write("new");
         file.flushToDisk();
     }
+    QCOMPARE(folder.read(u"notes.qly"_s), QByteArray("old"));
+    QCOMPARE(folder.names(), QStringList(u"notes.qly"_s));
+}
+
+void tst_SafeFile::whatTheDiskHoldsIsJudgedBeforeTheOldFileGoes()
+{
+    const TestFolder folder;
+    folder.write(u"notes.qly"_s, "old");
+    const QByteArray content(3000000, 'n');
+    QByteArray judged;
+    {
+        SafeFile file(folder(u"notes.qly"_s));
+        file.write(content);
+        const auto refuse = [&judged](const QByteArray &found) {
+            judged = found;
+            throw RunTimeError(ErrorNumber::InvalidFileFormat);
+        };
+        QCOMPARE(errorNumberOf([&] { file.flushToDisk(refuse); }), invalidFileFormat);
+    }
+    QVERIFY(judged == content);
     QCOMPARE(folder.read(u"notes.qly"_s), QByteArray("old"));
     QCOMPARE(folder.names(), QStringList(u"notes.qly"_s));
 }

@@ -45,6 +45,9 @@ private Q_SLOTS:
 
     void everyCallFailsFromOneOn();
 
+    void everyWriteAndReadThatGoesWrongIsNoticed_data();
+    void everyWriteAndReadThatGoesWrongIsNoticed();
+
     void killedBeforeEveryCall_data() { situations(); }
 
     void killedBeforeEveryCall();
@@ -306,6 +309,52 @@ void tst_SaveTorture::everyCallFailsFromOneOn()
         QVERIFY2(saved || !document.hasNotice(NoticeKind::NoBackup),
                  qPrintable(what + u"a save that failed says that the file was saved"_s));
     }
+}
+
+void tst_SaveTorture::everyWriteAndReadThatGoesWrongIsNoticed_data()
+{
+    QTest::addColumn<int>("target");
+    QTest::addColumn<QString>("call");
+    for (const QString &call : {u"write"_s, u"read"_s}) {
+        QTest::addRow("an existing file, %s", qPrintable(call)) << int(Existing) << call;
+        QTest::addRow("a new file, %s", qPrintable(call)) << int(New) << call;
+        QTest::addRow("a file with two names, %s", qPrintable(call)) << int(TwoNames) << call;
+    }
+}
+
+// The disk says that all went well, and has one bit wrong.
+void tst_SaveTorture::everyWriteAndReadThatGoesWrongIsNoticed()
+{
+    QFETCH(const int, target);
+    QFETCH(const QString, call);
+    begin(target, NoBackupWanted);
+    FailingCalls::startListing();
+    QCOMPARE(save(), SaveOutcome::Saved);
+    const std::vector<std::string> calls = FailingCalls::stopListing();
+    const auto count = static_cast<int>(std::ranges::count(calls, call.toStdString()));
+    QVERIFY(count >= 2);
+    int failed = 0;
+    for (int place = 0; place < count; ++place) {
+        begin(target, NoBackupWanted);
+        if (call == u"write"_s)
+            FailingCalls::spoilWrite(place);
+        else
+            FailingCalls::spoilRead(place);
+        const bool saved = save() == SaveOutcome::Saved;
+        const bool isSpoiled = FailingCalls::stop();
+        const Document &document = m_fake->windows.active->document;
+        const QString what = call + u" %1: "_s.arg(place);
+        const QString fault = judge(NoBackupWanted, saved, false);
+        QVERIFY2(fault.isEmpty(), qPrintable(what + fault));
+        QVERIFY2(saved || document.m_bDataChanged(), qPrintable(what + u"the document counts as unchanged"_s));
+        QVERIFY2(saved != document.hasNotice(NoticeKind::NotSaved), qPrintable(what + u"the notice is wrong"_s));
+        QVERIFY2(m_errors->count() == (saved ? 0 : 1), qPrintable(what + u"the log does not tell of it once"_s));
+        // What was read at the end of a file has no byte to be wrong, and what the file held before is not read again
+        // unless it is needed.
+        QVERIFY2(saved || isSpoiled, qPrintable(what + u"nothing was wrong"_s));
+        failed += saved ? 0 : 1;
+    }
+    QVERIFY(failed >= 2);
 }
 
 void tst_SaveTorture::killedBeforeEveryCall()

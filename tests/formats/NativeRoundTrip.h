@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "formats/OutlineDifference.h"
 #include "formats/PlainText.h"
 #include "formats/modDocText.h"
 #include "formats/modDocV1.h"
@@ -72,6 +73,9 @@ inline QString nativeFault(const QByteArray &bytes)
         return QStringLiteral("damaged when written");
     if (const QString words = otherWords(*first.outline, *second.outline); !words.isEmpty())
         return words;
+    // Saving would be refused.
+    if (const QString difference = outlineDifference(*first.outline, *second.outline); !difference.isEmpty())
+        return difference;
     if (const QByteArray again = nativeBytes(*second.outline); again != written) {
         const auto at = std::ranges::mismatch(written, again).in1 - written.begin();
         return QStringLiteral("other bytes from %1 on: %2 became %3")

@@ -6,6 +6,8 @@
 
 #include "support/FailingCalls.h"
 
+#include <QByteArray>
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -22,12 +24,13 @@
 namespace
 {
 
-enum class Mode { Off, List, Fail, FailOn, Die };
+enum class Mode { Off, List, Fail, FailOn, Die, SpoilWrite, SpoilRead };
 
 Mode s_mode = Mode::Off;
 int s_place = 0;
 int s_error = 0;
 int s_count = 0;
+bool s_interfered = false;
 std::vector<std::string> s_calls;
 
 // Whether the call about to be made is to fail. Sets errno then.
@@ -35,6 +38,8 @@ bool interferes(const char *name)
 {
     switch (s_mode) {
     case Mode::Off:
+    case Mode::SpoilWrite:
+    case Mode::SpoilRead:
         return false;
     case Mode::List:
         s_calls.emplace_back(name);
@@ -42,6 +47,7 @@ bool interferes(const char *name)
     case Mode::Fail:
         if (s_count++ != s_place)
             return false;
+        s_interfered = true;
         errno = s_error;
         return true;
     case Mode::FailOn:
@@ -55,6 +61,23 @@ bool interferes(const char *name)
         return false;
     }
     return false;
+}
+
+// Whether what is about to be moved is to be spoiled.
+bool spoils(Mode mode)
+{
+    if (s_mode != mode || s_count++ != s_place)
+        return false;
+    s_interfered = true;
+    return true;
+}
+
+void begin(Mode mode, int place)
+{
+    s_place = place;
+    s_count = 0;
+    s_interfered = false;
+    s_mode = mode;
 }
 
 template <typename Function>
@@ -87,10 +110,8 @@ std::vector<std::string> stopListing()
 
 void failAt(int place, int systemError)
 {
-    s_place = place;
     s_error = systemError;
-    s_count = 0;
-    s_mode = Mode::Fail;
+    begin(Mode::Fail, place);
 }
 
 void failFrom(int place, int systemError)
@@ -101,28 +122,37 @@ void failFrom(int place, int systemError)
 
 void dieAt(int place)
 {
-    s_place = place;
-    s_count = 0;
-    s_mode = Mode::Die;
+    begin(Mode::Die, place);
 }
 
-void stop()
+void spoilWrite(int place)
+{
+    begin(Mode::SpoilWrite, place);
+}
+
+void spoilRead(int place)
+{
+    begin(Mode::SpoilRead, place);
+}
+
+bool stop()
 {
     s_mode = Mode::Off;
+    return s_interfered;
 }
 
 std::span<const int> errorsOf(const std::string &call)
 {
     static const std::array<Errors, 23> table = {{
-        {"open", {EACCES, EMFILE, ENFILE, ENOSPC, EROFS, EIO, ENOMEM}},
+        {"open", {EACCES, EMFILE, ENFILE, ENOSPC, EDQUOT, EROFS, EIO, ENOMEM}},
         {"mkostemps", {EACCES, EMFILE, ENFILE, ENOSPC, EDQUOT, EROFS, EIO, ENAMETOOLONG}},
         {"write", {ENOSPC, EDQUOT, EFBIG, EIO, ENOMEM}},
         {"read", {EIO, ENOMEM}},
         {"fsync", {EIO, ENOSPC, EDQUOT, EROFS}},
         {"close", {EIO, ENOSPC, EDQUOT}},
         {"dup", {EMFILE}},
-        {"rename", {EACCES, EIO, ENOSPC, EROFS, EXDEV, EBUSY, ENOENT, EPERM}},
-        {"link", {EACCES, EIO, ENOSPC, EROFS, EXDEV, EPERM, EMLINK, ENOTSUP, EEXIST}},
+        {"rename", {EACCES, EIO, ENOSPC, EDQUOT, EROFS, EXDEV, EBUSY, ENOENT, EPERM}},
+        {"link", {EACCES, EIO, ENOSPC, EDQUOT, EROFS, EXDEV, EPERM, EMLINK, ENOTSUP, EEXIST}},
         {"unlink", {EACCES, EIO, EROFS, EBUSY}},
         {"fchmod", {EIO, EPERM, EROFS}},
         {"fchown", {EIO, EPERM, EROFS}},
@@ -191,13 +221,21 @@ int mkostemps(char *name, int suffix, int flags)
 ssize_t write(int descriptor, const void *bytes, size_t count)
 {
     static auto *const real = original(&write, "write");
+    if (count > 0 && spoils(Mode::SpoilWrite)) {
+        QByteArray wrong(static_cast<const char *>(bytes), static_cast<qsizetype>(count));
+        wrong[wrong.size() / 2] = static_cast<char>(wrong[wrong.size() / 2] ^ 4);
+        return real(descriptor, wrong.constData(), count);
+    }
     return interferes("write") ? -1 : real(descriptor, bytes, count);
 }
 
 ssize_t read(int descriptor, void *bytes, size_t count)
 {
     static auto *const real = original(&read, "read");
-    return interferes("read") ? -1 : real(descriptor, bytes, count);
+    const ssize_t got = interferes("read") ? -1 : real(descriptor, bytes, count);
+    if (got > 0 && spoils(Mode::SpoilRead))
+        static_cast<char *>(bytes)[got / 2] ^= 4;
+    return got;
 }
 
 int fsync(int descriptor)

@@ -20,10 +20,14 @@ std::vector<std::string> stopListing();
 void failAt(int place, int systemError);
 // From now on that call and every one after it fail.
 void failFrom(int place, int systemError);
+// From now on the writing, or the reading, of this place among all such calls, from 0, gets one byte wrong and says
+// that all went well; spoils nothing where there are fewer.
+void spoilWrite(int place);
+void spoilRead(int place);
 // From now on the process is killed before the call of this place.
 void dieAt(int place);
-// All calls work again.
-void stop();
+// All calls work again. Whether any of them did not.
+bool stop();
 
 // The errors that a call can plausibly end in.
 std::span<const int> errorsOf(const std::string &call);
