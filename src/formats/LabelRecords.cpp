@@ -7,12 +7,22 @@
 
 #include "util/AnsiCodec.h"
 
+#include <QStringDecoder>
+
 namespace
 {
 
 QByteArray encoded(const QString &label)
 {
     return label.toUtf8().toPercentEncoding(" ");
+}
+
+// A byte order mark is a character of the label; QString::fromUtf8 would leave it out.
+QString decoded(const QByteArray &exact)
+{
+    QStringDecoder decoder(QStringDecoder::Utf8,
+                           QStringDecoder::Flag::Stateless | QStringDecoder::Flag::ConvertInitialBom);
+    return decoder.decode(QByteArray::fromPercentEncoding(exact));
 }
 
 } // namespace
@@ -31,7 +41,7 @@ LabelRecords labelRecords(const QString &label)
 
 std::optional<QString> exactLabel(const QByteArray &exact, const QByteArray &value)
 {
-    const QString label = QString::fromUtf8(QByteArray::fromPercentEncoding(exact));
+    const QString label = decoded(exact);
     const LabelRecords records = labelRecords(label);
     const qsizetype brace = records.value.indexOf('}');
     const QByteArrayView read = QByteArrayView(records.value).first(brace < 0 ? records.value.size() : brace);

@@ -293,6 +293,10 @@ void tst_modDocV1::labelsThatTheirRecordCannotCarry_data()
                                    << QByteArray("{\\qlf_nodelabel \xC3\x89}\xCE\xB1%}\r\n"
                                                  "{\\qlf_nodelabelexact %C3%89%7D%CE%B1%25}\r\n")
                                    << u"\u00C9"_s;
+    QTest::newRow("a byte order mark first") << u"\uFEFFa}b"_s
+                                             << QByteArray("{\\qlf_nodelabel \xEF\xBB\xBF"
+                                                           "a}b}\r\n{\\qlf_nodelabelexact %EF%BB%BFa%7Db}\r\n")
+                                             << u"\uFEFFa"_s;
 }
 
 void tst_modDocV1::labelsThatTheirRecordCannotCarry()
