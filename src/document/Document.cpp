@@ -23,10 +23,17 @@ Document::Document(std::unique_ptr<Outline> read)
     , tree(outline->tree)
     , m_fntOutlineFont(outline->outlineFont)
     , m_fntTextFont(outline->textFont)
-    , history(*outline)
     , texts(outline->tree)
+    , history(*outline)
 {
-    QObject::connect(&texts, &LiveTexts::changed, &texts, [this] { history.touch(); });
+    history.setLiveTexts(&texts);
+    QObject::connect(&texts, &LiveTexts::stepAdded, &history, &History::appendTextStep);
+    texts.setFolder([this](EntryId entry, const auto &textAt) {
+        if (history.isStepOpen())
+            return false;
+        history.foldTextSteps(entry, textAt);
+        return true;
+    });
     // What is told of damaged texts may have gone with their entries.
     const auto lookAgain = [this] {
         if (hasNotice(NoticeKind::DamagedText))

@@ -125,9 +125,11 @@ public:
     const clsFont &m_fntOutlineFont;
     const clsFont &m_fntTextFont;
 
+    // The texts that are worked on.
+    LiveTexts texts;
+
     // What was done to it, and the only way to do more.
     History history;
-    LiveTexts texts;
 
 private:
     friend class DocumentView;

@@ -35,6 +35,7 @@ EntryDocument::EntryDocument(const QFont &base, EntryId entry)
 EntryDocument::EntryDocument(const QByteArray &storedText, const QFont &base, EntryId entry)
     : EntryDocument(base, entry)
 {
+    m_stored = storedText;
     begin(readShownText(storedText, m_document));
 }
 
@@ -62,7 +63,8 @@ EntryDocument::~EntryDocument() = default;
 
 QByteArray EntryDocument::toStored() const
 {
-    return NodeTextCompressIfRequired(rtf::write(m_document));
+    const bool isAsRead = !m_stored.isNull() && !m_document.isUndoAvailable();
+    return isAsRead ? m_stored : NodeTextCompressIfRequired(rtf::write(m_document));
 }
 
 // The document's frame keeps which one it is, so that undoing brings an earlier one back.

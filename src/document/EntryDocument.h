@@ -37,7 +37,7 @@ public:
     // What the text has that cannot be shown, in words; empty once it was changed, which takes that away.
     QString leftOut() const { return m_isChanged ? QString() : m_leftOut; }
 
-    // As it is stored.
+    // As it is stored: byte for byte as it was, once everything is undone.
     QByteArray toStored() const;
 
     // The base font. A change of it is a step of the text and can be undone, which brings the earlier one back.
@@ -64,6 +64,7 @@ private:
 
     const EntryId m_entry;
     TextState m_state = TextState::Whole;
+    QByteArray m_stored;
     SealedDocument m_document;
     // The base fonts that the text has had, the first one first.
     std::vector<QFont> m_fonts;

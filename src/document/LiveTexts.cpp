@@ -6,7 +6,8 @@
 #include "model/EntryTree.h"
 #include "util/RunTimeError.h"
 
-#include <QTextCursor>
+#include <QScopeGuard>
+#include <QScopedValueRollback>
 
 #include <utility>
 
@@ -94,6 +95,8 @@ Entry *LiveTexts::entryAsShown() const
 
 void LiveTexts::noteChange(EntryDocument *text)
 {
+    if (text == m_folded)
+        return;
     text->takeFont();
     Entry *entry = m_tree.entry(text->entry());
     if (!entry || text->state() != TextState::Whole)
@@ -124,10 +127,9 @@ void LiveTexts::step(EntryId entry, bool (QTextDocument::*isPossible)() const, v
     if (kept == m_texts.end() || !(kept->second.text->document().*isPossible)())
         throw RunTimeError(ErrorNumber::InvalidCall);
     const std::shared_ptr<EntryDocument> text = kept->second.text;
-    QTextCursor place(&text->document());
-    (text->document().*go)(&place);
-    text->place.caret = place.position();
-    Q_EMIT stepped(place);
+    m_steppedAt = QTextCursor(&text->document());
+    (text->document().*go)(&m_steppedAt);
+    text->place.caret = m_steppedAt.position();
 }
 
 void LiveTexts::undoText(EntryId entry)
@@ -171,20 +173,53 @@ void LiveTexts::endMerging() noexcept
         m_shown->document().setModified(false);
 }
 
+// Lets the history keep the texts that the steps of this one lead to. It comes back as it is.
+bool LiveTexts::fold(EntryDocument &text)
+{
+    QTextDocument &document = text.document();
+    if (!m_folder || !(document.isUndoAvailable() || document.isRedoAvailable()))
+        return true;
+    const QScopedValueRollback folded(m_folded, &text);
+    int at = 0;
+    const auto goTo = [&](int stepsBack) {
+        for (; at < stepsBack && document.isUndoAvailable(); ++at)
+            document.undo();
+        for (; at > stepsBack && document.isRedoAvailable(); --at)
+            document.redo();
+    };
+    const auto comeBack = qScopeGuard([&] { goTo(0); });
+    return m_folder(text.entry(), [&](int stepsBack) {
+        goTo(stepsBack);
+        return text.toStored();
+    });
+}
+
 void LiveTexts::dropBeyondWeight()
 {
-    while (m_weight > m_maximumWeight) {
-        auto oldest = m_texts.end();
-        for (auto kept = m_texts.begin(); kept != m_texts.end(); ++kept) {
-            const bool isOlder = oldest == m_texts.end() || kept->second.lastShown < oldest->second.lastShown;
-            if (kept->second.text != m_shown && isOlder)
-                oldest = kept;
-        }
-        if (oldest == m_texts.end())
-            return;
-        // What is still to be stored of it is made while it lives.
-        if (const Entry *entry = m_tree.entry(oldest->first); entry && m_tree.isPending(entry))
-            m_tree.resolvePendingText();
-        drop(oldest);
+    try {
+        while (m_weight > m_maximumWeight && dropOldest())
+            continue;
+    } catch (...) {
+        // Memory is short, and what holds too much of it stays until another text is shown.
+        return;
     }
+}
+
+bool LiveTexts::dropOldest()
+{
+    auto oldest = m_texts.end();
+    for (auto kept = m_texts.begin(); kept != m_texts.end(); ++kept) {
+        const bool isOlder = oldest == m_texts.end() || kept->second.lastShown < oldest->second.lastShown;
+        if (kept->second.text != m_shown && isOlder)
+            oldest = kept;
+    }
+    if (oldest == m_texts.end())
+        return false;
+    // What is still to be stored of it is made while it lives.
+    if (const Entry *entry = m_tree.entry(oldest->first); entry && m_tree.isPending(entry))
+        m_tree.resolvePendingText();
+    if (!fold(*oldest->second.text))
+        return false;
+    drop(oldest);
+    return true;
 }

@@ -6,13 +6,14 @@
 #include "document/EntryDocument.h"
 
 #include <QObject>
+#include <QTextCursor>
 
+#include <functional>
 #include <map>
 #include <memory>
 
 class Entry;
 class EntryTree;
-class QTextCursor;
 
 // The texts of an outline that are, or lately were, shown and typed into. What changes in one is stored in its entry at
 // once, whoever changes it; the stored form is made when somebody reads it, because compressing a long text at every
@@ -29,6 +30,12 @@ public:
     ~LiveTexts() override;
 
     void setMaximumWeight(qsizetype weight);
+
+    // What the history does before a text is given up whose steps it knows (see History::foldTextSteps). False when it
+    // cannot do that now.
+    using Folder = std::function<bool(EntryId, const std::function<QByteArray(int)> &)>;
+
+    void setFolder(Folder folder) { m_folder = std::move(folder); }
 
     // The entry's text, made of what is stored unless there is one. The base font is that of what is made.
     std::shared_ptr<EntryDocument> open(const Entry &entry, const QFont &base);
@@ -54,6 +61,9 @@ public:
     void putBack(EntryId entry, std::shared_ptr<LiveText> text) override;
     void endMerging() noexcept override;
 
+    // Where a step was undone or redone since this was asked last; null without one.
+    QTextCursor takeSteppedAt() { return std::exchange(m_steppedAt, QTextCursor()); }
+
     int count() const { return static_cast<int>(m_texts.size()); }
 
 Q_SIGNALS:
@@ -61,8 +71,6 @@ Q_SIGNALS:
     void changed();
     // A text has a new step that can be undone.
     void stepAdded(EntryId entry);
-    // A step was undone or redone, here.
-    void stepped(const QTextCursor &place);
 
 private:
     struct Kept {
@@ -81,11 +89,17 @@ private:
     void noteChange(EntryDocument *text);
     void step(EntryId entry, bool (QTextDocument::*isPossible)() const, void (QTextDocument::*go)(QTextCursor *));
     void forget(const Entry *entry);
+    bool fold(EntryDocument &text);
     void dropBeyondWeight();
+    bool dropOldest();
 
     EntryTree &m_tree;
     std::map<EntryId, Kept> m_texts;
     std::shared_ptr<EntryDocument> m_shown;
+    Folder m_folder;
+    // The text whose earlier states are looked at.
+    EntryDocument *m_folded = nullptr;
+    QTextCursor m_steppedAt;
     quint64 m_shows = 0;
     qsizetype m_weight = 0;
     qsizetype m_maximumWeight = maximumWeight;

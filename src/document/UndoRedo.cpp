@@ -6,6 +6,7 @@
 #include "document/Document.h"
 #include "document/DocumentView.h"
 #include "document/OutlinePane.h"
+#include "document/TextPane.h"
 #include "document/modNodes.h"
 #include "util/Procedure.h"
 
@@ -27,6 +28,25 @@ void showPosition(Document &document)
         modNodes::NodeSelectFull(document, selected);
     else
         modNodes::showNothing(document);
+    // In the text, where the last step was.
+    const QTextCursor place = document.texts.takeSteppedAt();
+    if (DocumentView *view = document.view();
+        view && !place.isNull() && place.document() == view->txtRTF.caret().document())
+        view->txtRTF.setCaret(place);
+}
+
+QFont baseFontOf(const Document &document)
+{
+    const DocumentView *view = document.view();
+    return view ? view->txtRTF.Font() : QFont();
+}
+
+void takeTextFont(Document &document)
+{
+    QFont font;
+    document.m_fntTextFont.SetFont(font);
+    if (DocumentView *view = document.view())
+        view->txtRTF.setFont(font);
 }
 
 template <typename Walk>
@@ -34,7 +54,13 @@ bool walkHistory(const char *name, Document &document, Walk &&walk)
 {
     return procedure(name, [&] {
         const modNodes::ActionScope action;
+        document.texts.takeSteppedAt();
+        const clsFont textFont = document.m_fntTextFont;
+        const QFont base = baseFontOf(document);
         const bool there = walk(document.history);
+        // A text that was let go no longer knows the base font that it had.
+        if (document.m_fntTextFont != textFont && baseFontOf(document) == base)
+            takeTextFont(document);
         showPosition(document);
         return there;
     });

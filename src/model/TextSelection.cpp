@@ -120,10 +120,7 @@ void TextSelection::insertPlain(const QString &text)
         format = first.charFormat();
     }
     format.clearProperty(QTextFormat::ObjectType);
-    if (isJoined(cursor.document()))
-        cursor.joinPreviousEditBlock();
-    else
-        cursor.beginEditBlock();
+    cursor.beginEditBlock();
     removeSelection(cursor);
     cursor.insertText(text, format);
     cursor.endEditBlock();
@@ -199,27 +196,6 @@ void TextSelection::endEditGroup()
 {
     caret().endEditBlock();
     --m_editGroups;
-}
-
-void TextSelection::beginJoinedSteps()
-{
-    const QTextDocument *document = caret().document();
-    m_joined = Joined{document, document->availableUndoSteps()};
-}
-
-void TextSelection::endJoinedSteps()
-{
-    m_joined.reset();
-}
-
-// Whether the next replacement belongs to the step that the last one made.
-bool TextSelection::isJoined(const QTextDocument *document)
-{
-    if (!m_joined)
-        return false;
-    if (m_joined->document != document)
-        m_joined = Joined{document, document->availableUndoSteps()};
-    return document->availableUndoSteps() > m_joined->stepsBefore;
 }
 
 void TextSelection::clearText()

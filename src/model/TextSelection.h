@@ -65,9 +65,6 @@ public:
     // What is changed between these two is one step of undo. They nest; see EditGroup.
     void beginEditGroup();
     void endEditGroup();
-    // What setSelText changes between these two is one step of undo, though each change shows at once; see JoinedSteps.
-    void beginJoinedSteps();
-    void endJoinedSteps();
     // Takes all text away, and all formatting of paragraphs; a step that can be undone.
     void clearText();
     // Whether cells of a table are selected: a replacement empties them, and leaves the table as it is.
@@ -120,17 +117,9 @@ private:
         QString findableText;
     };
 
-    // Where joined steps begin in a document.
-    struct Joined {
-        QPointer<const QTextDocument> document;
-        int stepsBefore = 0;
-    };
-
     void learnText() const;
-    bool isJoined(const QTextDocument *document);
 
     mutable Known m_known;
-    std::optional<Joined> m_joined;
     int m_editGroups = 0;
 };
 
@@ -153,6 +142,3 @@ private:
 
 // Makes what is changed in a text while it lives one step of undo.
 using EditGroup = Bracket<TextSelection, &TextSelection::beginEditGroup, &TextSelection::endEditGroup>;
-
-// Makes the replacements of a selection while it lives one step of undo.
-using JoinedSteps = Bracket<TextSelection, &TextSelection::beginJoinedSteps, &TextSelection::endJoinedSteps>;

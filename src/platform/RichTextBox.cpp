@@ -34,9 +34,14 @@ bool isForeignKey(const QKeyEvent &event)
     }
 }
 
+bool isUndoKey(const QKeyEvent &event)
+{
+    return event.matches(QKeySequence::Undo) || (event.key() == Qt::Key_Z && event.modifiers() == Qt::ControlModifier);
+}
+
 bool isRedoKey(const QKeyEvent &event)
 {
-    return event.key() == Qt::Key_Y && event.modifiers() == Qt::ControlModifier;
+    return event.matches(QKeySequence::Redo) || (event.key() == Qt::Key_Y && event.modifiers() == Qt::ControlModifier);
 }
 
 // The text that a key types; empty for one that types none.
@@ -225,8 +230,8 @@ bool RichTextBox::event(QEvent *event)
 {
     if (event->type() == QEvent::ShortcutOverride) {
         const auto &key = *static_cast<QKeyEvent *>(event);
-        if (isForeignKey(key) || isRedoKey(key)) {
-            event->setAccepted(isRedoKey(key) && !Locked());
+        if (isForeignKey(key) || isUndoKey(key) || isRedoKey(key)) {
+            event->setAccepted(!isForeignKey(key) && !Locked());
             return true;
         }
     }
@@ -245,13 +250,26 @@ void RichTextBox::keyPressEvent(QKeyEvent *event)
     // Alt with a letter is a command that somebody else knows, or nothing; the editor would type the letter.
     if (isAltCharacter(*event) || isForeignKey(*event))
         event->ignore();
-    else if (isRedoKey(*event) && !Locked())
-        redo();
+    else if (isUndoKey(*event) || isRedoKey(*event))
+        goBackOrForth(isUndoKey(*event));
     else if (const QString typed = typedText(*event); !typed.isEmpty() && SelHoldsCells() && !Locked())
         // The editor would type it where the selection ends.
         insertPlain(typed);
     else
         QTextEdit::keyPressEvent(event);
+}
+
+// A text that is no entry's knows its own steps.
+void RichTextBox::goBackOrForth(bool isBack)
+{
+    if (Locked())
+        return;
+    if (m_shown->entry() == EntryId::None)
+        isBack ? undo() : redo();
+    else if (isBack)
+        Q_EMIT undoWanted();
+    else
+        Q_EMIT redoWanted();
 }
 
 void RichTextBox::inputMethodEvent(QInputMethodEvent *event)

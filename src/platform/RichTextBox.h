@@ -54,6 +54,9 @@ Q_SIGNALS:
     // The selection or the caret moved, or the format at the caret changed.
     void selectionMoved();
     void gotFocus();
+    // The keys that undo and redo were pressed in a text of an entry, which the pane leaves to whoever knows its steps.
+    void undoWanted();
+    void redoWanted();
 
 protected:
     bool event(QEvent *event) override;
@@ -92,6 +95,7 @@ private:
     void colourVisibleText();
     void paintSigns();
     void takeFont();
+    void goBackOrForth(bool isBack);
     void tellUser(const QString &text);
     bool hasRoomFor(const QString &text) const;
     bool hasRoomForPlain(const QString &text) const;

@@ -297,7 +297,9 @@ bool isMatchSelected(const TextPane &pane)
 void replaceAllByStep(Document &document, PassedOver &passedOver)
 {
     TextPane &pane = document.view()->txtRTF;
-    const JoinedSteps oneStep(pane);
+    const Entry *selected = document.tree.selected();
+    const History::Step oneStep(document.history,
+                                selected ? stepName("replacement from"_L1, *selected) : u"replacement"_s);
     const bool isText = searchScope() != SearchScope::AllNames;
     std::optional<Place> last;
     int ways = 0;

@@ -17,10 +17,10 @@
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 
-#include "search/modSearch.h"
 
 #include "document/Globals.h"
 #include "document/Ports.h"
+#include "document/UndoRedo.h"
 #include "document/modFile.h"
 #include "document/modNodes.h"
 
@@ -215,6 +215,8 @@ void frmDocument::connectOutline()
 void frmDocument::connectText()
 {
     connect(textBox, &RichTextBox::gotFocus, this, [this] { paneGotFocus(false); });
+    connect(textBox, &RichTextBox::undoWanted, this, [this] { undoStep(*m_document); });
+    connect(textBox, &RichTextBox::redoWanted, this, [this] { redoStep(*m_document); });
     connect(textBox, &RichTextBox::selectionMoved, this, &frmDocument::txtRTF_SelChange);
     // By the right button and by the context-menu key alike.
     connect(textBox, &QWidget::customContextMenuRequested, this,

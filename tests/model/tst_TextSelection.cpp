@@ -21,8 +21,6 @@ private Q_SLOTS:
     void whatIsFoundIsThatOfTheTextAsItStands();
     void formatsAreOfTheSelectionAlone();
     void aFormatAtTheCaretIsThatOfWhatIsPutInNext();
-    void replacementsThatAreJoinedAreUndoneTogether();
-    void joinedReplacementsInAnotherTextLeaveItsEarlierStepsAlone();
 };
 
 void tst_TextSelection::textIsPutInWhereTheCaretStands()
@@ -99,39 +97,6 @@ void tst_TextSelection::aFormatAtTheCaretIsThatOfWhatIsPutInNext()
     text.setSelStart(0);
     text.setSelLength(7);
     QCOMPARE(text.SelItalic(), std::optional(true));
-}
-
-void tst_TextSelection::replacementsThatAreJoinedAreUndoneTogether()
-{
-    SealedDocument document;
-    UnshownSelection text{QTextCursor(&document)};
-    text.setSelText(u"a b a"_s);
-    {
-        const JoinedSteps oneStep(text);
-        while (findIn(text, u"a"_s, 0, -1, 0) >= 0)
-            text.setSelText(u"c"_s);
-    }
-    QCOMPARE(text.Text(), u"c b c"_s);
-    document.undo();
-    QCOMPARE(text.Text(), u"a b a"_s);
-}
-
-void tst_TextSelection::joinedReplacementsInAnotherTextLeaveItsEarlierStepsAlone()
-{
-    SealedDocument first;
-    SealedDocument second;
-    QTextCursor(&second).insertText(u"x"_s);
-    UnshownSelection text{QTextCursor(&first)};
-    {
-        const JoinedSteps oneStep(text);
-        text.setSelText(u"a"_s);
-        text.setCaret(QTextCursor(&second));
-        text.setSelText(u"b"_s);
-        text.setSelText(u"c"_s);
-    }
-    QCOMPARE(text.Text(), u"bcx"_s);
-    second.undo();
-    QCOMPARE(text.Text(), u"x"_s);
 }
 
 QTEST_MAIN(tst_TextSelection)

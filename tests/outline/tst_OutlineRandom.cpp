@@ -360,7 +360,10 @@ void Player::undo()
     if (!box.document()->isUndoAvailable())
         return;
     box.undo();
-    literal().selected()->text = NodeTextCompressIfRequired(box.TextRTF());
+    // A text that is as it was read is stored as it was, byte for byte.
+    literal().selected()->text = box.document()->isUndoAvailable()
+                                     ? NodeTextCompressIfRequired(box.TextRTF())
+                                     : document().tree.storedText(document().tree.selected());
 }
 
 // As an import or a replacement in all texts does, and a search that shows one text after the other.

@@ -554,15 +554,15 @@ void tst_modSearch::replacingByStepsIsOneStepToUndo()
         g_sSearchScope = scope;
         modSearch::SearchReplaceAll();
         QVERIFY(f.box.TextRTF() != before);
-        f.box.undo();
+        f.document.history.undo();
         QCOMPARE(f.box.TextRTF(), before);
-        f.box.redo();
+        f.document.history.redo();
         QCOMPARE(f.box.Text(), QString(expected).replace(u'!', u"!?"_s));
         // What was typed before is a step of its own.
-        f.box.undo();
-        f.box.undo();
+        f.document.history.undo();
+        f.document.history.undo();
         QVERIFY(f.box.Text().endsWith(u'!'));
-        f.box.redo();
+        f.document.history.redo();
         f.select(0, 0);
         if (isBackwards)
             f.select(13, 3);
