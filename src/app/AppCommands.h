@@ -8,5 +8,5 @@ class QMdiArea;
 class QWidget;
 
 // Binds the commands that need the main window or the area of its document windows, which must outlive the dispatcher,
-// and those of the rooms below. Every command has its routine then.
+// and those of the rooms below. What remains shows and hides panes.
 void bindAppCommands(Dispatcher &dispatcher, QWidget &mainWindow, QMdiArea &area);

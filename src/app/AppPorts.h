@@ -31,6 +31,8 @@ struct WindowStates {
     bool mainMaximised = false;
     bool documentsMaximised = false;
     WindowPlace normalPlace;
+    // Which panes are shown where, as PaneDocks tells it.
+    QString panes = {};
 
     bool operator==(const WindowStates &other) const = default;
 };
@@ -47,6 +49,7 @@ public:
     // The main window fills its screen when it is shown, and a document's window the room for documents when it is the
     // first.
     virtual void setMaximised(bool mainWindow, bool documents) = 0;
+    virtual void setPanes(const QString &panes) = 0;
     // Moves and cuts the window so that it lies on one screen whole.
     virtual void fitToScreen() = 0;
     virtual void setToolbarVisible(bool visible) = 0;

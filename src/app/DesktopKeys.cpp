@@ -11,6 +11,7 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
+#include <QTextEdit>
 #include <QWidget>
 
 using Road = CommandKey::Road;
@@ -60,6 +61,12 @@ bool DesktopKeyFilter::eventFilter(QObject *watched, QEvent *event)
         event->accept();
         return event->type() == QEvent::ShortcutOverride;
     }
+    // What was typed into the shown text since is the text's own to undo.
+    if (const auto *text = qobject_cast<const QTextEdit *>(watched); editing && text) {
+        const bool undoes = editing->command == "mnuToolsUndo";
+        if (undoes ? text->document()->isUndoAvailable() : text->document()->isRedoAvailable())
+            return QObject::eventFilter(watched, event);
+    }
     if (editing)
         found = editing;
     if (!found)
@@ -72,6 +79,6 @@ bool DesktopKeyFilter::eventFilter(QObject *watched, QEvent *event)
     // While something is dragged, the keys belong to that.
     if (enabled && event->type() == QEvent::KeyPress && (editing || !press.isAutoRepeat()) &&
         QApplication::mouseButtons() == Qt::NoButton)
-        m_actions.at(found->command)->trigger();
+        editing ? m_dispatcher.run(found->command) : m_actions.at(found->command)->trigger();
     return true;
 }

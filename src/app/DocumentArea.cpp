@@ -24,6 +24,9 @@ DocumentArea::DocumentArea(QMainWindow &mainWindow, Dispatcher &dispatcher)
     , m_dispatcher(dispatcher)
     , m_area(new QMdiArea)
 {
+    m_refresh.setSingleShot(true);
+    m_refresh.setInterval(0);
+    connect(&m_refresh, &QTimer::timeout, this, [] { ports().commands->MenuEnableDynamic(); });
     m_area->setObjectName(u"mdiArea"_s);
     m_area->setAccessibleName(u"Documents"_s);
     m_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -61,6 +64,9 @@ Document &DocumentArea::createDocument(std::unique_ptr<Outline> outline)
     connect(frame, &DocumentFrame::closed, this, &DocumentArea::frameClosed);
     // Only then is the document gone, and an entry copied from it with it.
     connect(&form->document().tree, &QObject::destroyed, this, [] { ports().commands->MenuEnableDynamic(); });
+    // Renaming in the outline and dragging are no commands, but steps.
+    for (const auto signal : {&History::positionChanged, &History::stepsChanged})
+        connect(&form->document().history, signal, &m_refresh, qOverload<>(&QTimer::start));
     m_area->addSubWindow(frame);
     m_frames.push_back(frame);
     // Before the main window shows, the area activates nothing by itself.

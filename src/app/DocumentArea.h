@@ -6,6 +6,7 @@
 #include "document/Ports.h"
 
 #include <QObject>
+#include <QTimer>
 
 #include <vector>
 
@@ -66,6 +67,8 @@ private:
     QMainWindow &m_mainWindow;
     Dispatcher &m_dispatcher;
     QMdiArea *const m_area;
+    // Many steps at once refresh the menus once.
+    QTimer m_refresh;
     EmptyArea *m_emptyArea = nullptr;
     // In the order in which the windows were opened.
     std::vector<DocumentFrame *> m_frames;

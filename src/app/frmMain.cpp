@@ -15,6 +15,8 @@
 #include "app/modMain.h"
 #include "commands/CommandKeys.h"
 #include "document/modDoc.h"
+#include "panes/PaneDocks.h"
+#include "panes/PaneTable.h"
 #include "util/FullPath.h"
 #include "util/Procedure.h"
 #include "window/frmDocument.h"
@@ -65,6 +67,12 @@ frmMain::frmMain(QWidget *parent)
     });
     m_surface = std::make_unique<MainSurface>(*m_menus, *m_toolbar, *m_statusBar, *m_documents);
 
+    m_panes = std::make_unique<PaneDocks>(*this, m_dispatcher, paneTable(), [this] {
+        if (frmDocument *form = m_documents->activeForm())
+            form->restorePaneFocus();
+    });
+    connect(m_documents.get(), &DocumentArea::activeChanged, m_panes.get(), &PaneDocks::follow);
+    connect(m_panes.get(), &PaneDocks::stateChanged, this, noteKeptState);
     Q_ASSERT(m_dispatcher.unbound().isEmpty());
 
     m_timer->setObjectName(u"Timer1"_s);
@@ -72,7 +80,10 @@ frmMain::frmMain(QWidget *parent)
     connect(m_timer, &QTimer::timeout, this, &frmMain::Timer1_Timer);
 }
 
-frmMain::~frmMain() = default;
+frmMain::~frmMain()
+{
+    m_panes->disconnect(this);
+}
 
 DocumentWindows &frmMain::windows() const
 {

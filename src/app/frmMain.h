@@ -15,6 +15,7 @@ class CommandMenus;
 class DocumentArea;
 class MainSurface;
 class MenuBarKeys;
+class PaneDocks;
 class QTimer;
 class StatusBar;
 class Toolbar;
@@ -51,6 +52,7 @@ public:
     void setPlace(const WindowPlace &place) override;
     WindowStates states() const override;
     void setMaximised(bool mainWindow, bool documents) override;
+    void setPanes(const QString &panes) override;
     void fitToScreen() override;
     void setToolbarVisible(bool visible) override;
     void setStatusBarVisible(bool visible) override;
@@ -79,6 +81,7 @@ private:
     CommandMenus *m_menus = nullptr;
     Toolbar *m_toolbar = nullptr;
     StatusBar *const m_statusBar;
+    std::unique_ptr<PaneDocks> m_panes;
     QTimer *const m_timer;
     bool m_sessionEnded = false;
 };

@@ -7,6 +7,7 @@
 #include "app/ScreenPlacement.h"
 #include "app/StatusBar.h"
 #include "app/Toolbar.h"
+#include "panes/PaneDocks.h"
 
 #include <QGuiApplication>
 #include <QScreen>
@@ -43,13 +44,19 @@ void frmMain::setPlace(const WindowPlace &place)
 
 WindowStates frmMain::states() const
 {
-    return {isMaximized(), m_documents->isMaximised(), placeFromPixels(normalGeometry(), logicalDpiX())};
+    return {isMaximized(), m_documents->isMaximised(), placeFromPixels(normalGeometry(), logicalDpiX()),
+            m_panes ? m_panes->state() : QString()};
 }
 
 void frmMain::setMaximised(bool mainWindow, bool documents)
 {
     setWindowState(windowState().setFlag(Qt::WindowMaximized, mainWindow));
     m_documents->setMaximised(documents);
+}
+
+void frmMain::setPanes(const QString &panes)
+{
+    m_panes->restore(panes);
 }
 
 void frmMain::fitToScreen()

@@ -29,6 +29,7 @@ const QString windowsSection = u"Windows"_s;
 
 constexpr QLatin1StringView mainMaximised("MainMaximised");
 constexpr QLatin1StringView documentsMaximised("DocumentsMaximised");
+constexpr QLatin1StringView panes("Panes");
 // Asked for by the first settings, and forgotten once there are the user's own.
 constexpr QLatin1StringView fitToScreen("FitToScreen");
 
@@ -141,6 +142,7 @@ void loadPlace()
     if (storedBoolean(windowsSection, fitToScreen, false))
         appPorts().mainWindow->fitToScreen();
     appPorts().mainWindow->setMaximised(maximised, storedBoolean(windowsSection, documentsMaximised, false));
+    appPorts().mainWindow->setPanes(stored(windowsSection, panes).value_or(QString()));
 }
 
 void saveStates()
@@ -154,6 +156,7 @@ void saveStates()
     const WindowStates states = appPorts().mainWindow->states();
     storeIf(states.mainMaximised, mainMaximised, Numbers::fromBoolean(true));
     storeIf(states.documentsMaximised, documentsMaximised, Numbers::fromBoolean(true));
+    storeIf(!states.panes.isEmpty(), panes, states.panes);
     for (const PlaceSetting &setting : normalPlaceSettings)
         storeIf(states.mainMaximised, setting.key, fromSingle(states.normalPlace.*setting.value));
     appPorts().settings->removeValue(windowsSection, fitToScreen);

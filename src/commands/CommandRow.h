@@ -141,6 +141,10 @@ enum class RowKind {
 struct CheckMark {
 };
 
+// That a command may change more than is seen: the status bar then says what it did, and that it can be taken back.
+struct FarReaching {
+};
+
 struct CommandRow {
     std::string_view name;
     // "&" marks the access key. The text behind the run of blanks names the key that the document window handles.
@@ -159,6 +163,7 @@ struct CommandRow {
     bool Options::*option = nullptr;
     // Whether it has a check mark that whoever binds it sets.
     bool marked = false;
+    bool farReaching = false;
     // The caption where it changes with the state.
     QString (*captionNow)(const CommandState &) = nullptr;
 
@@ -194,6 +199,13 @@ struct CommandRow {
     {
         CommandRow row = *this;
         row.marked = true;
+        return row;
+    }
+
+    constexpr CommandRow with(FarReaching) const
+    {
+        CommandRow row = *this;
+        row.farReaching = true;
         return row;
     }
 

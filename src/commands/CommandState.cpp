@@ -47,6 +47,10 @@ CommandState currentCommandState()
         return state;
     state.ActiveWritable = !active->bReadOnlyAsSeen();
     state.ActiveSavable = active->mayBeSavedAsSeen();
+    state.CanUndo = state.ActiveWritable && active->history.canUndo();
+    state.CanRedo = state.ActiveWritable && active->history.canRedo();
+    state.undoName = active->history.undoName();
+    state.redoName = active->history.redoName();
     const Entry *entry = active->tree.selected();
     if (!entry)
         return state;

@@ -7,6 +7,7 @@
 #include "commands/CommandRow.h"
 #include "commands/CommandRules.h"
 #include "commands/CommandWords.h"
+#include "commands/modTools.h"
 #include "document/modFile.h"
 #include "outline/modOutline.h"
 #include "search/modSearch.h"
@@ -24,6 +25,7 @@ using namespace modFile;
 using namespace modOutline;
 using namespace modEdit;
 using namespace modSearch;
+using namespace modTools;
 using enum ButtonGroup;
 using enum CommandKey::Modifiers;
 
@@ -189,18 +191,18 @@ inline constexpr std::array table{
     command("mnuOutlinePaste", "&Paste                Alt+P", "mnuoutline", runs<OutlinePaste>, entryCopied, paneKey(Alt, Qt::Key_P),
             push("Paste Entry", Entry, 2, "PasteEntry", inOutline)),
     command("mnuOutlinePasteAndDelete", "Paste &and delete", "mnuoutline", runs<OutlinePasteAndDelete>, entryCopied),
-    command("mnuOutlineDelete", "&Delete               Alt+Delete", "mnuoutline", runs<OutlineDelete>, deletable, paneKey(Alt, Qt::Key_Delete),
+    command("mnuOutlineDelete", "&Delete               Alt+Delete", "mnuoutline", runs<OutlineDelete>, deletable, FarReaching(), paneKey(Alt, Qt::Key_Delete),
             push("Delete Entry", Entry, 3, "DeleteEntry", inOutlineAnd<selectedBelowRoot>)),
     command("mnuOutlineRename", "&Rename            F2", "mnuoutline", runs<OutlineRename>, writableAndSelected, paneKey(Any, Qt::Key_F2)),
     separator("mnuOutlineBar5", "mnuoutline"),
     command("mnuOutlineSortCurrent", "Sort current &entry", "mnuoutline", runs<OutlineSortCurrent>, sortable,
             push("Sort Entry", MarkEntry, 2, "SortEntry", inOutlineAnd<withChildren>)),
-    command("mnuOutlineSortAll", "&Sort all entries", "mnuoutline", runs<OutlineSortAll>, writable),
+    command("mnuOutlineSortAll", "&Sort all entries", "mnuoutline", runs<OutlineSortAll>, writable, FarReaching()),
     separator("mnuOutlineBar6", "mnuoutline"),
     command("mnuOutlineTaggedEntry", "Ta&g / untag entry    Alt+T", "mnuoutline", runs<OutlineTaggedEntry>, belowRoot, paneKey(Alt, Qt::Key_T), tagCaption,
             push("Tag Entry", MarkEntry, 1, "TagEntry", inOutlineAnd<belowRoot>, tagToolTip)),
-    command("mnuOutlinePasteTaggedEntries", "Paste tagged entries", "mnuoutline", runs<OutlinePasteTaggedEntries>, taggedExist),
-    command("mnuOutlineDeleteTaggedEntries", "Delete tagged entries", "mnuoutline", runs<OutlineDeleteTaggedEntries>, taggedExist),
+    command("mnuOutlinePasteTaggedEntries", "Paste tagged entries", "mnuoutline", runs<OutlinePasteTaggedEntries>, taggedExist, FarReaching()),
+    command("mnuOutlineDeleteTaggedEntries", "Delete tagged entries", "mnuoutline", runs<OutlineDeleteTaggedEntries>, taggedExist, FarReaching()),
     separator("mnuOutlineBar7", "mnuoutline"),
     command("mnuOutlineFont", "&Font...", "mnuoutline", runs<OutlineFont>, always),
 
@@ -253,14 +255,14 @@ inline constexpr std::array table{
             push("Unindent Text", Paragraphs, 3, "UnindentText", inChangeableText)),
     separator("mnuEditBar5", "mnuEdit"),
     command("mnuEditCurrentFont", "Change current &font...", "mnuEdit", runs<EditCurrentFont>, inChangeableText),
-    command("mnuEditDocumentFont", "Change document fo&nt...", "mnuEdit", runs<EditDocumentFont>, inWritableText),
+    command("mnuEditDocumentFont", "Change document fo&nt...", "mnuEdit", runs<EditDocumentFont>, inWritableText, FarReaching()),
     // "<" and ">" are the comma and the full stop of the US layout with Shift, and come as the one or the other.
     keyAlone("keyTextSmaller", "mnuEdit", runs<textSize::makeSmaller>, inChangeableText, paneKey(CtrlShift, Qt::Key_Less), paneKey(CtrlShift, Qt::Key_Comma)),
     keyAlone("keyTextLarger", "mnuEdit", runs<textSize::makeLarger>, inChangeableText, paneKey(CtrlShift, Qt::Key_Greater), paneKey(CtrlShift, Qt::Key_Period)),
 
     menu("mnuSearch", "&Search", "", always),
     command("mnuSearchFind", "&Find", "mnuSearch", runs<SearchFind>, always, desktopKey(Ctrl, Qt::Key_F)),
-    command("mnuSearchReplace", "Find and &replace", "mnuSearch", runs<SearchReplace>, writable, desktopKey(Ctrl, Qt::Key_H)),
+    command("mnuSearchReplace", "Find and &replace", "mnuSearch", runs<SearchReplace>, writable, FarReaching(), desktopKey(Ctrl, Qt::Key_H)),
     command("mnuSearchRepeat", "Repeat &last find", "mnuSearch", runs<SearchRepeat>, always, desktopKey(None, Qt::Key_F3)),
 
     menu("mnuView", "&View", "", always),
@@ -285,6 +287,14 @@ inline constexpr std::array table{
     command("mnuViewOptionsStartWithNewDoc", "Start with &new document", "mnuViewOptions", boundAbove("modView::ViewOptionsStartWithNewDoc"), always, &Options::StartWithNewDocument),
     command("mnuViewOptionsStartWithPrevDocs", "Start with &previous documents", "mnuViewOptions", boundAbove("modView::ViewOptionsStartWithPrevDocs"), always, &Options::StartWithLatestDocuments),
     command("mnuViewOptionsClickToRenameEntry", "Click to &rename entry", "mnuViewOptions", boundAbove("modView::ViewOptionsClickToRenameEntry"), always, &Options::AutoLabelEdit),
+
+    menu("mnuTools", "Too&ls", "", always),
+    command("mnuToolsUndo", "&Undo", "mnuTools", runs<ToolsUndo>, undoable, editingKey(Ctrl, Qt::Key_Z), undoCaption),
+    command("mnuToolsRedo", "&Redo", "mnuTools", runs<ToolsRedo>, redoable, editingKey(CtrlShift, Qt::Key_Z), editingKey(Ctrl, Qt::Key_Y), redoCaption),
+    keyAlone("toolsGoTo", "mnuTools", runs<ToolsGoTo>, undoableOrRedoable),
+    separator("mnuToolsBar1", "mnuTools"),
+    command("mnuToolsHistory", "&History", "mnuTools", boundAbove("PaneDocks::toggle"), always, CheckMark()),
+    keyAlone("keyPaneNext", "mnuTools", boundAbove("PaneDocks::goToNext"), always, paneKey(None, Qt::Key_F6)),
 
     menu("mnuWindow", "&Window", "", always),
     command("mnuWindowNewWindow", "&New window", "mnuWindow", runsNothing, never),

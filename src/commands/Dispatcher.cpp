@@ -10,6 +10,8 @@
 #include "document/Ports.h"
 #include "util/Procedure.h"
 
+using namespace Qt::StringLiterals;
+
 namespace
 {
 
@@ -20,6 +22,38 @@ void endLabelEdit()
     if (Document *document = DocumentActive())
         document->view()->trvOutline.EndLabelEdit();
 }
+
+// What a command did to the active document, said when it is done.
+class Extent
+{
+public:
+    Extent()
+        : m_document(DocumentActive())
+        , m_position(m_document ? m_document->history.position() : 0)
+        , m_entries(m_document ? m_document->tree.entryCount() : 0)
+    {
+    }
+
+    void tell() const
+    {
+        if (!m_document || DocumentActive() != m_document || m_document->history.position() <= m_position)
+            return;
+        const int gone = m_entries - m_document->tree.entryCount();
+        // One entry was seen to go.
+        if (gone == 1)
+            return;
+        QString said = m_document->history.undoName();
+        said[0] = said[0].toUpper();
+        if (gone > 1)
+            said += u" (%1 entries)"_s.arg(gone);
+        ports().commands->UpdateStatusBarText(said + u" – Ctrl+Z takes it back"_s);
+    }
+
+private:
+    Document *m_document;
+    int m_position;
+    int m_entries;
+};
 
 } // namespace
 
@@ -76,6 +110,7 @@ void Dispatcher::run(std::string_view command, int argument)
     const std::size_t row = commandRow(command);
     if (!isEnabled(command))
         return;
+    const Extent extent;
     // The names in the table end where C strings do.
     procedure(commandTable[row].name.data(), [&] {
         endLabelEdit();
@@ -84,5 +119,7 @@ void Dispatcher::run(std::string_view command, int argument)
         else
             commandTable[row].routine.run(argument);
     });
+    if (commandTable[row].farReaching)
+        extent.tell();
     ports().commands->MenuEnableDynamic();
 }

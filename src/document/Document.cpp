@@ -7,6 +7,7 @@
 #include "document/DocumentWindow.h"
 #include "document/Globals.h"
 #include "document/OutlinePane.h"
+#include "document/Ports.h"
 #include "document/SafeFile.h"
 #include "document/TextCheck.h"
 #include "document/TextPane.h"
@@ -34,6 +35,7 @@ Document::Document(std::unique_ptr<Outline> read)
         history.foldTextSteps(entry, textAt);
         return true;
     });
+    history.setClock([] { return ports().clock ? ports().clock->now() : QDateTime(); });
     // What is told of damaged texts may have gone with their entries.
     const auto lookAgain = [this] {
         if (hasNotice(NoticeKind::DamagedText))

@@ -33,6 +33,8 @@ public:
         currentStates.documentsMaximised = documents;
     }
 
+    void setPanes(const QString &panes) override { currentStates.panes = panes; }
+
     void fitToScreen() override { ++timesFitted; }
 
     void setToolbarVisible(bool visible) override { toolbar = visible; }

@@ -136,6 +136,7 @@ private Q_SLOTS:
     void everyItemIsEnabledExactlyWhenItsConditionsHold_data();
     void everyItemIsEnabledExactlyWhenItsConditionsHold();
     void noOtherCommandDependsOnAnything();
+    void undoAndRedoNeedAStep();
     void keysWithoutAnItemActAsTheirItemsDo();
     void withNoDocumentTheOutlineMenuIsGreyedAndTheOthersWork();
     void aReadOnlyDocumentOffersNothingThatWrites();
@@ -179,7 +180,7 @@ void tst_CommandState::everyItemIsEnabledExactlyWhenItsConditionsHold()
 void tst_CommandState::noOtherCommandDependsOnAnything()
 {
     std::set<std::string_view> listed{"mnuOutlineMoveUp", "keyOutlineMoveFirst", "keyOutlineMoveLast", "keyTextSmaller",
-                                      "keyTextLarger"};
+                                      "keyTextLarger",    "mnuToolsUndo",        "mnuToolsRedo",       "toolsGoTo"};
     for (const ConditionRow &row : conditionRows)
         listed.insert(row.item);
     CommandState full = ordinaryEntry();
@@ -190,6 +191,22 @@ void tst_CommandState::noOtherCommandDependsOnAnything()
             continue;
         const bool runsSomething = row.kind != RowKind::Command || !row.routine.name.empty();
         QVERIFY2(row.rule({}) == runsSomething && row.rule(full) == runsSomething, row.name.data());
+    }
+}
+
+void tst_CommandState::undoAndRedoNeedAStep()
+{
+    for (const bool undo : {false, true}) {
+        for (const bool redo : {false, true}) {
+            const CommandState state{.CanUndo = undo, .CanRedo = redo, .undoName = u"a & b"_s, .redoName = u"c"_s};
+            const CommandRow &undoRow = commandTable[commandRow("mnuToolsUndo")];
+            const CommandRow &redoRow = commandTable[commandRow("mnuToolsRedo")];
+            QCOMPARE(undoRow.rule(state), undo);
+            QCOMPARE(redoRow.rule(state), redo);
+            QCOMPARE(enabled("toolsGoTo", state), undo || redo);
+            QCOMPARE(undoRow.captionNow(state), undo ? u"&Undo a && b"_s : u"&Undo"_s);
+            QCOMPARE(redoRow.captionNow(state), redo ? u"&Redo c"_s : u"&Redo"_s);
+        }
     }
 }
 

@@ -50,6 +50,8 @@ constexpr Fact facts[] = {
     {"TextFocus", &CommandState::TextFocus},
     {"Copied", &CommandState::Copied},
     {"CanMoveDown", &CommandState::CanMoveDown},
+    {"CanUndo", &CommandState::CanUndo},
+    {"CanRedo", &CommandState::CanRedo},
 };
 
 struct OptionFact {
@@ -102,7 +104,7 @@ Situation situationOf(const QString &line)
 QString shortcutOf(const CommandRow &row)
 {
     for (const CommandKey &key : row.keys) {
-        if (key.key != 0 && key.road == CommandKey::Road::Desktop)
+        if (key.key != 0 && (key.road == CommandKey::Road::Desktop || key.road == CommandKey::Road::Editing))
             return QKeySequence(combinationOf(key)).toString();
     }
     return QString();
@@ -136,6 +138,7 @@ QJsonObject tables(const Dispatcher &dispatcher)
                                  {u"shortcut"_s, shortcutOf(row)},
                                  {u"parent"_s, toText(row.parent)},
                                  {u"kind"_s, QString::fromLatin1(kinds[static_cast<std::size_t>(row.kind)])},
+                                 {u"marked"_s, row.marked},
                                  {u"bound"_s, row.kind != RowKind::Command || dispatcher.isBound(row.name)}});
     }
     QJsonArray buttons;
@@ -143,7 +146,7 @@ QJsonObject tables(const Dispatcher &dispatcher)
         buttons.append(
             QJsonObject{{u"key"_s, toText(row.key)}, {u"bound"_s, dispatcher.isBound(commandTable[row.command].name)}});
     QJsonArray keys;
-    for (const auto road : {CommandKey::Road::Panes, CommandKey::Road::Desktop}) {
+    for (const auto road : {CommandKey::Road::Panes, CommandKey::Road::Desktop, CommandKey::Road::Editing}) {
         for (const KeyBinding &binding : keysOf(road))
             keys.append(QJsonObject{{u"road"_s, road == CommandKey::Road::Panes ? u"panes"_s : u"desktop"_s},
                                     {u"modifiers"_s, modifiersOf(binding)},
@@ -192,6 +195,8 @@ int main(int argc, char *argv[])
     QMdiArea area;
     Dispatcher dispatcher;
     bindAppCommands(dispatcher, mainWindow, area);
+    for (const QString &pane : dispatcher.unbound())
+        dispatcher.bind(pane.toStdString(), [](int) {});
     print(tables(dispatcher));
     std::string line;
     while (std::getline(std::cin, line))

@@ -427,6 +427,21 @@ class Tour:
         self.choose("mnuViewGoToOutline")
         self.focus_is("tree")
 
+    def undoing(self):
+        rows = self.rows()
+        self.key("alt+Down")
+        changed = self.rows()
+        self.key("ctrl+z", rows)
+        self.key("ctrl+shift+z", changed)
+        self.key("ctrl+z", rows)
+        self.key("ctrl+y", changed)
+        self.choose("mnuToolsUndo", rows)
+        self.choose("mnuToolsRedo", changed)
+        self.choose("mnuToolsUndo", rows)
+        for _ in range(2):
+            self.choose("mnuToolsHistory")
+        self.key("F6", rows)
+
     def splitting(self):
         self.choose("mnuViewMaximiseLeft")
         wait(lambda: self.width("tree") > 3 * self.width("text"), "a wide outline")
@@ -599,6 +614,7 @@ class Tour:
         self.context_menus()
         self.searching()
         self.viewing()
+        self.undoing()
         self.splitting()
         self.windows()
         self.files()

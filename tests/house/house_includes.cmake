@@ -19,8 +19,9 @@ set(uses_pages document ${uses_document})
 set(uses_platform document ${uses_document})
 set(uses_print pages platform ${uses_platform})
 set(uses_window commands platform ${uses_commands})
-set(uses_app window print ${uses_window})
-set(rooms util rtf model formats document outline text search commands pages platform print window app)
+set(uses_panes window ${uses_window})
+set(uses_app panes print ${uses_panes})
+set(rooms util rtf model formats document outline text search commands pages platform print window panes app)
 
 # Rooms that build without Qt Widgets, and the dialog of the search room, which is the one exception.
 set(core util rtf model formats document outline text search commands pages)

@@ -1,0 +1,157 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "panes/HistoryPane.h"
+
+#include "commands/Dispatcher.h"
+#include "document/Document.h"
+#include "model/Contrast.h"
+#include "panes/HistoryModel.h"
+
+#include <QKeyEvent>
+#include <QListView>
+#include <QPainter>
+#include <QStyledItemDelegate>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// Greys the steps that are undone.
+class HistoryDelegate final : public QStyledItemDelegate
+{
+public:
+    explicit HistoryDelegate(const HistoryModel &model, QObject *parent)
+        : QStyledItemDelegate(parent)
+        , m_model(model)
+    {
+    }
+
+protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (index.row() <= m_model.position())
+            return;
+        // Paler, and still easily read: it can be gone to.
+        constexpr double strength = 0.6;
+        const QColor behind = option->palette.color(QPalette::Active, QPalette::Base);
+        const QColor text = option->palette.color(QPalette::Active, QPalette::Text);
+        for (const auto group : {QPalette::Active, QPalette::Inactive})
+            option->palette.setColor(group, QPalette::Text, Contrast::mixed(behind, text, strength));
+    }
+
+private:
+    const HistoryModel &m_model;
+};
+
+} // namespace
+
+class HistoryList final : public QListView
+{
+public:
+    explicit HistoryList(Dispatcher &dispatcher)
+        : m_dispatcher(dispatcher)
+        , m_model(new HistoryModel(this))
+    {
+        setObjectName(u"lstHistory"_s);
+        setAccessibleName(u"Steps of the document"_s);
+        setModel(m_model);
+        setItemDelegate(new HistoryDelegate(*m_model, this));
+        setUniformItemSizes(true);
+        setTextElideMode(Qt::ElideRight);
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        connect(m_model, &HistoryModel::refreshed, this, [this] { showPosition(); });
+        connect(this, &QListView::clicked, this, [this](const QModelIndex &index) { goTo(index); });
+    }
+
+    // Steps are gathered only while they are seen.
+    void setHistory(History *history)
+    {
+        m_history = history;
+        m_model->setHistory(isVisible() ? history : nullptr);
+    }
+
+    QSize sizeHint() const override
+    {
+        constexpr int columns = 44;
+        return {fontMetrics().averageCharWidth() * columns, QListView::sizeHint().height()};
+    }
+
+protected:
+    void showEvent(QShowEvent *event) override
+    {
+        QListView::showEvent(event);
+        m_model->setHistory(m_history);
+    }
+
+    void hideEvent(QHideEvent *event) override
+    {
+        QListView::hideEvent(event);
+        m_model->setHistory(nullptr);
+    }
+
+    void keyPressEvent(QKeyEvent *event) override
+    {
+        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter || event->key() == Qt::Key_Space)
+            goTo(currentIndex());
+        else
+            QListView::keyPressEvent(event);
+    }
+
+    void paintEvent(QPaintEvent *event) override
+    {
+        QListView::paintEvent(event);
+        if (m_model->rowCount() > 0)
+            return;
+        QPainter painter(viewport());
+        painter.setPen(palette().color(QPalette::Disabled, QPalette::Text));
+        const int margin = fontMetrics().height();
+        painter.drawText(viewport()->rect().adjusted(margin, margin, -margin, -margin),
+                         Qt::AlignHCenter | Qt::AlignTop | Qt::TextWordWrap,
+                         m_history ? u"Nothing has been done to this document yet."_s : u"No document is open."_s);
+    }
+
+private:
+    void goTo(const QModelIndex &index)
+    {
+        if (index.isValid())
+            m_dispatcher.run("toolsGoTo", index.row());
+    }
+
+    void showPosition()
+    {
+        const QModelIndex index = m_model->index(m_model->position(), 0);
+        if (!index.isValid())
+            return;
+        setCurrentIndex(index);
+        scrollTo(index);
+    }
+
+    Dispatcher &m_dispatcher;
+    HistoryModel *m_model;
+    QPointer<History> m_history;
+};
+
+HistoryPane::HistoryPane(Dispatcher &dispatcher)
+    : m_dispatcher(dispatcher)
+{
+}
+
+QString HistoryPane::name() const
+{
+    return u"History"_s;
+}
+
+QWidget *HistoryPane::makeWidget()
+{
+    m_list = new HistoryList(m_dispatcher);
+    return m_list;
+}
+
+void HistoryPane::follow(Document *active)
+{
+    if (m_list)
+        m_list->setHistory(active ? &active->history : nullptr);
+}
