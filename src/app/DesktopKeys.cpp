@@ -11,7 +11,6 @@
 #include <QApplication>
 #include <QKeyEvent>
 #include <QLineEdit>
-#include <QTextEdit>
 #include <QWidget>
 
 using Road = CommandKey::Road;
@@ -60,12 +59,6 @@ bool DesktopKeyFilter::eventFilter(QObject *watched, QEvent *event)
         // Nor is it to become a shortcut where the editor has no use for it.
         event->accept();
         return event->type() == QEvent::ShortcutOverride;
-    }
-    // What was typed into the shown text since is the text's own to undo.
-    if (const auto *text = qobject_cast<const QTextEdit *>(watched); editing && text) {
-        const bool undoes = editing->command == "mnuToolsUndo";
-        if (undoes ? text->document()->isUndoAvailable() : text->document()->isRedoAvailable())
-            return QObject::eventFilter(watched, event);
     }
     if (editing)
         found = editing;
