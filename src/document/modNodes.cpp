@@ -28,6 +28,14 @@ bool isWithin(const Entry *entry, const Entry &top)
     return entry == &top || top.isAncestorOf(entry);
 }
 
+std::vector<const Entry *> childrenOf(const Entry &entry)
+{
+    std::vector<const Entry *> children;
+    for (int row = 0; row < entry.childCount(); ++row)
+        children.push_back(entry.child(row));
+    return children;
+}
+
 // The entry that a copy becomes a child of; null in an empty outline.
 const Entry *parentOfPaste(const modNodes::PastePlace &place)
 {
@@ -356,10 +364,19 @@ void NodeSortAll(Document &document, Entry *entry, bool sorted)
     procedure("modNodes NodeSortAll", [&] {
         if (!entry)
             return;
-        const History::Step step(document.history, stepName("sorting below"_L1, *entry));
+        History::Step step(document.history, stepName("sorting below"_L1, *entry));
         const HistoryBulk bulk(document.history);
-        for (Entry *each = entry; each; each = nextInOutline(each, entry))
+        std::vector<const Entry *> reordered;
+        for (Entry *each = entry; each; each = nextInOutline(each, entry)) {
+            const std::vector<const Entry *> before = childrenOf(*each);
             document.history.setSorted(each, sorted);
+            if (childrenOf(*each) != before)
+                reordered.push_back(each);
+        }
+        if (reordered.size() == 1)
+            step.setName(stepName("sorting below"_L1, *reordered.front()));
+        else if (!reordered.empty())
+            step.setName(u"sorting below %1 entries"_s.arg(reordered.size()));
     });
 }
 

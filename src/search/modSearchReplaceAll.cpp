@@ -237,7 +237,10 @@ void replaceAllInLabels(Document &document)
         if (modSearch::SearchLabel(entries.at(i)->label(), labelComparison()))
             matching.insert(i);
     }
-    const History::Step step(document.history, u"replacement in %1 labels"_s.arg(matching.size()));
+    const History::Step step(document.history,
+                             matching.size() == 1
+                                 ? stepName("replacement in the label of"_L1, *entries.at(*matching.begin()))
+                                 : u"replacement in %1 labels"_s.arg(matching.size()));
     Entry *const start = document.tree.selected();
     Entry *current = start;
     // The outline draws each new label on its own, which takes it longer the more rows it has.

@@ -103,7 +103,9 @@ void changeTexts(Document &document)
 {
     const HiddenText hidden(document.view()->txtRTF);
     document.history.touch();
-    const History::Step step(document.history, u"change of the font of texts"_s);
+    const int texts = document.tree.entryCount();
+    const History::Step step(document.history, texts > 1 ? u"change of the font of %1 texts"_s.arg(texts)
+                                                         : u"change of the font of texts"_s);
     document.history.setFonts(document.m_fntOutlineFont, g_fntPendingTextFont);
     if (document.tree.selected()) {
         modNodes::NodeSetFontAll(document, modNodes::NodeGetRoot(document), g_fntPendingTextFont);

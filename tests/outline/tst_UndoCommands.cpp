@@ -39,6 +39,7 @@ private Q_SLOTS:
     void everySequenceIsUndoneToTheStart();
     void aCommandIsOneStepWithAName_data();
     void aCommandIsOneStepWithAName();
+    void aSortingOfManyEntriesSaysHowMany();
     void aStepInEachDocumentWhereAnEntryWentFromOneToTheOther();
     void undoingShowsTheTextThatCameBack();
     void theFirstEntryOfADocumentIsNotUndone();
@@ -129,7 +130,7 @@ void tst_UndoCommands::aCommandIsOneStepWithAName_data()
     row("OutlineTaggedEntry", "tagging of \"B\"");
     row("OutlinePasteTaggedEntries", "pasting of 2 tagged entries");
     row("OutlineDeleteTaggedEntries", "deletion of 2 tagged entries");
-    row("OutlineSortAll", "sorting below \"Root\"");
+    row("OutlineSortAll", "sorting below 2 entries");
     row("drop on the root", "move of \"B\"");
     row("drop a copy on the root", "insertion of a copy of \"B\"");
 }
@@ -147,6 +148,20 @@ void tst_UndoCommands::aCommandIsOneStepWithAName()
     everyCommand[size_t(command)].run();
     QCOMPARE(fixture.document().history.undoName(), name);
     QCOMPARE(fixture.document().history.stepCount(), 1);
+}
+
+void tst_UndoCommands::aSortingOfManyEntriesSaysHowMany()
+{
+    OutlineFixture fixture({u"Root <"_s, u" D"_s, u" C"_s, u"  C2"_s, u"  C1"_s, u" B"_s, u"  B1"_s, u"  B2"_s});
+    fixture.document().history.startAnew();
+    modOutline::OutlineSortAll();
+    QCOMPARE(fixture.document().history.undoName(), u"sorting below 2 entries"_s);
+    QVERIFY(undoStep(fixture.document()));
+    fixture.document().history.remove(fixture.entry(u"D"_s));
+    fixture.document().history.remove(fixture.entry(u"C"_s));
+    fixture.document().history.setLabel(fixture.entry(u"B2"_s), u"A"_s);
+    modOutline::OutlineSortAll();
+    QCOMPARE(fixture.document().history.undoName(), u"sorting below \"B\""_s);
 }
 
 void tst_UndoCommands::aStepInEachDocumentWhereAnEntryWentFromOneToTheOther()
