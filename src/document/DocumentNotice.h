@@ -15,7 +15,9 @@ enum class NoticeKind {
     LeftOutParts,
     NotReplaced,
     DocumentFull,
-    NoBackup
+    NoBackup,
+    // What is changed is not kept against a crash.
+    NoRecovery
 };
 
 // Shown in the document's window until the user dismisses it or what it tells of is mended.

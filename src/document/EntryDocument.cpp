@@ -61,10 +61,19 @@ void EntryDocument::begin(const Inflated &text)
 
 EntryDocument::~EntryDocument() = default;
 
+bool EntryDocument::isAsRead() const
+{
+    return !m_stored.isNull() && !m_document.isUndoAvailable();
+}
+
 QByteArray EntryDocument::toStored() const
 {
-    const bool isAsRead = !m_stored.isNull() && !m_document.isUndoAvailable();
-    return isAsRead ? m_stored : NodeTextCompressIfRequired(rtf::write(m_document));
+    return isAsRead() ? m_stored : NodeTextCompressIfRequired(rtf::write(m_document));
+}
+
+EntryDocument::Uncompressed EntryDocument::toUncompressed() const
+{
+    return isAsRead() ? Uncompressed{m_stored, true} : Uncompressed{rtf::write(m_document), false};
 }
 
 // The document's frame keeps which one it is, so that undoing brings an earlier one back.

@@ -40,6 +40,15 @@ public:
     // As it is stored: byte for byte as it was, once everything is undone.
     QByteArray toStored() const;
 
+    // The same, for who compresses it elsewhere.
+    struct Uncompressed {
+        QByteArray text;
+        // It is as it is stored.
+        bool isStored = false;
+    };
+
+    Uncompressed toUncompressed() const;
+
     // The base font. A change of it is a step of the text and can be undone, which brings the earlier one back.
     const QFont &font() const;
     void setFont(const QFont &font);
@@ -60,6 +69,7 @@ public:
 private:
     EntryDocument(const QFont &base, EntryId entry);
     void begin(const Inflated &text);
+    bool isAsRead() const;
     std::size_t fontIndex() const;
 
     const EntryId m_entry;

@@ -106,7 +106,7 @@ void LiveTexts::noteChange(EntryDocument *text)
         keep(m_shown);
     if (const std::shared_ptr<EntryDocument> kept = find(*entry); kept.get() == text && !m_tree.isPending(entry))
         m_tree.setPendingText(entry, [kept] { return kept->toStored(); });
-    Q_EMIT changed();
+    Q_EMIT changed(text->entry());
 }
 
 void LiveTexts::store()

@@ -67,8 +67,8 @@ public:
     int count() const { return static_cast<int>(m_texts.size()); }
 
 Q_SIGNALS:
-    // A text was changed, by the user or for him.
-    void changed();
+    // An entry's text was changed, by the user or for him.
+    void changed(EntryId entry);
     // A text has a new step that can be undone.
     void stepAdded(EntryId entry);
 

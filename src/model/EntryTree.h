@@ -6,6 +6,7 @@
 #include "model/EntriesById.h"
 #include "model/Entry.h"
 #include "model/EntryCollection.h"
+#include "model/EntryRecord.h"
 #include "model/Subtree.h"
 #include "util/Bracket.h"
 
@@ -96,6 +97,10 @@ public:
     Entry *put(Subtree &subtree, const Place &place);
     // Puts back what takeAll() took, with the tree as that left it; announced as one reset.
     void putAll(std::vector<TakenSubtree> &taken);
+    // A subtree as values, with the texts as they are stored: what is pending is not made for it.
+    static EntryRecords recordsOf(const Entry *top);
+    // New entries, with new ids, for the records of one subtree; error 321 when they are not those of one.
+    static Subtree subtreeOf(const EntryRecords &records);
     void clear();
 
     // "KEY" + the path: "0" for the root, and the parent's path + "." + the 1-based place for any other entry. Always
@@ -132,6 +137,9 @@ public:
     std::vector<int> sortedOrder(const Entry *entry) const;
     // Puts the children into an order of their rows.
     void reorder(Entry *entry, const std::vector<int> &order);
+
+    // The text that was stored last, whatever is pending.
+    static const QByteArray &textLastStored(const Entry *entry) { return entry->m_storedText; }
 
     // The entry's text in its stored form.
     QByteArray storedText(const Entry *entry) const;

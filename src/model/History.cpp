@@ -3,6 +3,7 @@
 
 #include "model/History.h"
 
+#include "model/HistoryWitness.h"
 #include "model/Outline.h"
 #include "model/ShownLabel.h"
 #include "util/MakeRoom.h"
@@ -75,25 +76,36 @@ private:
 class History::Moving
 {
 public:
-    Moving(History &history, const std::vector<Change> &changes)
+    Moving(History &history, const Recorded &step, bool forth)
         : m_history(history)
         , m_selected(history.selectedId())
     {
+        const std::vector<Change> &changes = step.changes;
         m_history.m_moving = true;
+        if (m_history.m_witness)
+            m_history.m_witness->aboutToMove(step.info, forth, changes.size());
         if (static_cast<size_t>(std::ranges::count_if(changes, concernsView)) > mostAnnounced)
             m_bulk.emplace(history);
     }
 
-    ~Moving() { m_history.m_moving = false; }
+    ~Moving()
+    {
+        m_history.m_moving = false;
+        if (m_history.m_witness)
+            m_history.m_witness->moved(m_done);
+    }
 
     Moving(const Moving &) = delete;
     Moving &operator=(const Moving &) = delete;
 
     EntryId selected() const { return m_selected; }
 
+    void setDone() { m_done = true; }
+
 private:
     History &m_history;
     EntryId m_selected;
+    bool m_done = false;
     std::optional<HistoryBulk> m_bulk;
 };
 
@@ -112,6 +124,8 @@ History::History(Outline &outline)
 
 History::~History()
 {
+    if (m_witness)
+        m_witness->aboutToGo();
     m_outline.tree.setLabelWriter({});
 }
 
@@ -136,16 +150,23 @@ Entry *History::apply(Change change)
         appendToTail(std::move(change));
         return m_outline.tree.entry(id);
     }
+    if (m_witness)
+        m_witness->aboutToApply(change);
     const Step step(*this, m_depth == 0 ? nameOf(change, m_outline.tree) : QString());
     const Announcement announcement(*this, change);
     const EntryId id = entryOf(change);
     std::vector<Change> &changes = m_open.changes;
     makeRoomBehind(changes, 1);
     if (carryOut(change, m_outline, m_liveTexts)) {
-        if (changes.size() > m_openHead && takesBack(change, changes.back()))
+        if (changes.size() > m_openHead && takesBack(change, changes.back())) {
             changes.pop_back();
-        else
+            if (m_witness)
+                m_witness->takenBack();
+        } else {
             changes.push_back(std::move(change));
+            if (m_witness)
+                m_witness->carriedOut(changes.back());
+        }
         announcement.done();
     }
     return m_outline.tree.entry(id);
@@ -156,18 +177,27 @@ void History::appendTextStep(EntryId entry)
     if (m_moving)
         return;
     Change change = change::TextStep{entry, false};
-    const Step step(*this, m_depth == 0 ? nameOf(change, m_outline.tree) : QString());
+    begin(m_depth == 0 ? nameOf(change, m_outline.tree) : QString(), StepKind::OfText);
     m_open.changes.push_back(std::move(change));
+    if (m_witness)
+        m_witness->carriedOut(m_open.changes.back());
     Q_EMIT changed(ChangeKind::Text, {entry});
+    end();
 }
 
 void History::appendToTail(Change change)
 {
+    if (m_witness)
+        m_witness->aboutToApply(change);
     const Announcement announcement(*this, change);
     std::vector<Change> &changes = tail();
     makeRoomBehind(changes, 1);
     if (!carryOut(change, m_outline, m_liveTexts))
         return;
+    if (m_witness) {
+        m_witness->carriedOut(change);
+        m_witness->joinedLastStep();
+    }
     const qsizetype weight = weightOf(change);
     changes.push_back(std::move(change));
     if (m_position > 0) {
@@ -216,15 +246,17 @@ void History::joinHead(Recorded &step) noexcept
 void History::goBack(Recorded &step)
 {
     std::vector<Change> &changes = step.changes;
-    const Moving moving(*this, changes);
+    Moving moving(*this, step, false);
     size_t left = changes.size();
     try {
         while (left > 0) {
             const Announcement announcement(*this, changes[left - 1]);
-            carryOut(changes[left - 1], m_outline, m_liveTexts);
+            if (carryOut(changes[left - 1], m_outline, m_liveTexts) && m_witness)
+                m_witness->carriedOut(changes[left - 1]);
             --left;
             announcement.done();
         }
+        moving.setDone();
     } catch (...) {
         for (; left < changes.size(); ++left)
             carryOut(changes[left], m_outline, m_liveTexts);
@@ -237,15 +269,17 @@ void History::goForth(Recorded &step)
 {
     std::vector<Change> &changes = step.changes;
     makeRoomBehind(changes, m_head.size());
-    const Moving moving(*this, changes);
+    Moving moving(*this, step, true);
     size_t done = 0;
     try {
         while (done < changes.size()) {
             const Announcement announcement(*this, changes[done]);
-            carryOut(changes[done], m_outline, m_liveTexts);
+            if (carryOut(changes[done], m_outline, m_liveTexts) && m_witness)
+                m_witness->carriedOut(changes[done]);
             ++done;
             announcement.done();
         }
+        moving.setDone();
     } catch (...) {
         while (done > 0)
             carryOut(changes[--done], m_outline, m_liveTexts);
@@ -321,6 +355,8 @@ void History::markSaved()
     m_touched = false;
     if (m_liveTexts)
         m_liveTexts->endMerging();
+    if (m_witness)
+        m_witness->saved();
     Q_EMIT positionChanged();
 }
 
@@ -347,6 +383,8 @@ void History::startAnew()
     m_savedTail = 0;
     m_touched = false;
     m_saved = wasChanged ? std::nullopt : std::optional(0);
+    if (m_witness)
+        m_witness->startedAnew();
     Q_EMIT stepsChanged();
     Q_EMIT positionChanged();
 }

@@ -12,6 +12,7 @@
 #include <optional>
 #include <vector>
 
+class HistoryWitness;
 struct Outline;
 
 // What was done to one outline, and may be undone and redone: the one road on which an outline that belongs to a
@@ -34,6 +35,8 @@ public:
         QDateTime time;
         // Where it acted; none when it acted on nothing in particular.
         EntryId entry = EntryId::None;
+        // Its own number, which it keeps; they grow with time.
+        quint64 serial = 0;
     };
 
     // The outline must stay where it is for as long as the history lives.
@@ -46,7 +49,14 @@ public:
     // What tells the time of a step; without it steps have none.
     void setClock(std::function<QDateTime()> clock) { m_clock = std::move(clock); }
 
+    const std::function<QDateTime()> &clock() const { return m_clock; }
+
+    // Who is told of all that is done; null where nobody is. Must outlive the history, or be taken away before.
+    void setWitness(HistoryWitness *witness) { m_witness = witness; }
+
     void setMaximumWeight(qsizetype weight);
+
+    const Outline &outline() const { return m_outline; }
 
     // Makes one step of all that is applied while it lives. One inside another joins that, but when it is left by an
     // exception, what was done within it is undone at once and the outline is as it was when it began.
@@ -170,7 +180,8 @@ private:
     struct TextRun;
     std::vector<TextRun> textRuns(EntryId entry, bool undone) const;
     void fold(EntryId entry, TextRun &run);
-    void begin(const QString &name);
+    enum class StepKind { Any, OfText };
+    void begin(const QString &name, StepKind kind);
     void end() noexcept;
     void rollBack(size_t begin, EntryId selected) noexcept;
     void commit();
@@ -187,6 +198,7 @@ private:
 
     Outline &m_outline;
     LiveTextPort *m_liveTexts = nullptr;
+    HistoryWitness *m_witness = nullptr;
     std::function<QDateTime()> m_clock;
     std::vector<Recorded> m_steps;
     int m_position = 0;
@@ -198,6 +210,7 @@ private:
     // How many of the open step's changes are those from before it.
     size_t m_openHead = 0;
     int m_depth = 0;
+    quint64 m_lastSerial = 0;
     bool m_moving = false;
     qsizetype m_weight = 0;
     qsizetype m_maximumWeight = maximumWeight;

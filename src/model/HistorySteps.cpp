@@ -5,6 +5,7 @@
 
 #include "model/History.h"
 
+#include "model/HistoryWitness.h"
 #include "model/Outline.h"
 #include "util/MakeRoom.h"
 
@@ -17,7 +18,7 @@ History::Step::Step(History &history, const QString &name)
     : m_history(history)
     , m_exceptions(std::uncaught_exceptions())
 {
-    m_history.begin(name);
+    m_history.begin(name, StepKind::Any);
     m_begin = m_history.m_open.changes.size();
     m_selected = m_history.selectedId();
 }
@@ -46,9 +47,11 @@ void History::Step::takeBack()
     m_history.rollBack(m_begin, m_selected);
 }
 
-void History::begin(const QString &name)
+void History::begin(const QString &name, StepKind kind)
 {
     if (m_depth == 0) {
+        if (m_witness && kind == StepKind::Any)
+            m_witness->stepBegins();
         // What is needed to end it, so that nothing that was done is lost for lack of memory.
         makeRoomBehind(m_steps, 1);
         m_open = Recorded();
@@ -92,6 +95,8 @@ void History::rollBack(size_t begin, EntryId selected) noexcept
             if (const auto *text = std::get_if<change::TextStep>(&changes.back()); text && m_liveTexts)
                 m_liveTexts->forgetUndone(text->entry);
             changes.pop_back();
+            if (m_witness)
+                m_witness->takenBack();
         }
         select(m_outline.tree.entry(selected));
         Q_EMIT rolledBack();
@@ -108,6 +113,8 @@ void History::commit()
     if (std::all_of(begin, m_open.changes.end(), expands)) {
         if (m_position == 0) {
             m_head.swap(m_open.changes);
+            if (m_witness)
+                m_witness->joinedLastStep();
             return;
         }
         Recorded &last = m_steps[static_cast<size_t>(m_position) - 1];
@@ -115,6 +122,8 @@ void History::commit()
         std::ranges::move(m_open.changes, std::back_inserter(last.changes));
         m_open.changes.clear();
         weigh(last);
+        if (m_witness)
+            m_witness->joinedLastStep();
         return;
     }
     m_open.info.entry = entryOf(*std::find_if_not(begin, m_open.changes.end(), expands));
@@ -122,9 +131,12 @@ void History::commit()
     m_open.selectedAfter = selectedId();
     const bool typing = std::ranges::all_of(
         m_open.changes, [](const Change &change) { return std::holds_alternative<change::TextStep>(change); });
+    m_open.info.serial = ++m_lastSerial;
     dropRedoable();
     m_steps.push_back(std::move(m_open));
     ++m_position;
+    if (m_witness)
+        m_witness->stepEnded(m_steps.back().info, m_steps.back().selectedBefore, m_steps.back().changes.size());
     weigh(m_steps.back());
     dropBeyondWeight();
     if (m_liveTexts && !typing)
