@@ -1,0 +1,116 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "vault/JournalWriter.h"
+
+#include "util/RunTimeError.h"
+#include "vault/PrivateFiles.h"
+
+#include <QFileInfo>
+
+#include <new>
+
+using namespace Qt::StringLiterals;
+
+JournalWriter::JournalWriter(QString folder)
+    : m_folder(std::move(folder))
+{
+}
+
+JournalWriter::~JournalWriter() = default;
+
+JournalWriter::File JournalWriter::create() const
+{
+    makePrivateFolder(m_folder);
+    const QString path = newRecoveryPath(m_folder);
+    File file;
+    file.lock = RecoveryLock::take(path);
+    if (!file.lock)
+        throw RunTimeError(ErrorNumber::PermissionDenied, u"%1 is in use"_s.arg(path));
+    try {
+        file.database = std::make_unique<RecoveryDatabase>(path, Database::Opening::Create);
+    } catch (...) {
+        file.lock->removeDatabase();
+        throw;
+    }
+    return file;
+}
+
+void JournalWriter::remove(File file)
+{
+    file.database.reset();
+    if (file.lock)
+        file.lock->removeDatabase();
+}
+
+// A base takes the place of the one before in one step. Where that database takes nothing any more, a new one is made,
+// and the old one goes only when the new one is whole.
+void JournalWriter::begin(int journal, const RecoveryBatch &batch)
+{
+    const auto old = m_files.find(journal);
+    if (old != m_files.end() && QFileInfo::exists(old->second.lock->databasePath())) {
+        try {
+            old->second.database->write(batch);
+            return;
+        } catch (const RunTimeError &error) {
+            if (error.number() == ErrorNumber::DiskFull || error.number() == ErrorNumber::OutOfMemory)
+                throw;
+        }
+    }
+    File file = create();
+    try {
+        file.database->write(batch);
+    } catch (...) {
+        remove(std::move(file));
+        throw;
+    }
+    std::swap(m_files[journal], file);
+    remove(std::move(file));
+}
+
+void JournalWriter::write(int journal, const RecoveryBatch &batch)
+{
+    if (m_dead)
+        return;
+    QString why;
+    try {
+        if (m_obstacle)
+            m_obstacle();
+        const auto file = m_files.find(journal);
+        if (batch.base) {
+            begin(journal, batch);
+        } else {
+            if (file == m_files.end())
+                return;
+            // What is written to a file without a name is of use to nobody.
+            if (!QFileInfo::exists(file->second.lock->databasePath()))
+                throw RunTimeError(ErrorNumber::FileNotFound,
+                                   u"%1 was removed"_s.arg(file->second.lock->databasePath()));
+            file->second.database->write(batch);
+        }
+        Database &database = m_files.at(journal).database->database();
+        Q_EMIT written(journal, database.value(u"PRAGMA page_count"_s).toLongLong() *
+                                    database.value(u"PRAGMA page_size"_s).toLongLong());
+        return;
+    } catch (const RunTimeError &error) {
+        why = error.description();
+    } catch (const std::bad_alloc &) {
+        why = errorDescription(ErrorNumber::OutOfMemory);
+    }
+    Q_EMIT failed(journal, why);
+}
+
+void JournalWriter::discard(int journal)
+{
+    const auto file = m_files.find(journal);
+    if (m_dead || file == m_files.end())
+        return;
+    File gone = std::move(file->second);
+    m_files.erase(file);
+    remove(std::move(gone));
+}
+
+void JournalWriter::leave(int journal)
+{
+    m_files.erase(journal);
+}

@@ -1,0 +1,57 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "vault/RecoveryDatabase.h"
+#include "vault/RecoveryFolder.h"
+
+#include <QObject>
+
+#include <atomic>
+#include <functional>
+#include <map>
+#include <memory>
+
+// Writes journals down, each into a database of its own, on whatever thread it lives. It is given values only. A
+// journal that fails keeps what it has on disk, and goes on with the next batch that brings a base.
+class JournalWriter final : public QObject
+{
+    Q_OBJECT
+
+public:
+    explicit JournalWriter(QString folder);
+    ~JournalWriter() override;
+
+    void write(int journal, const RecoveryBatch &batch);
+    // The journal is of no use any more.
+    void discard(int journal);
+    // The journal is left for the next start.
+    void leave(int journal);
+
+    // For tests: runs before a batch is written, and may throw.
+    void setObstacle(std::function<void()> obstacle) { m_obstacle = std::move(obstacle); }
+
+    // Everything that comes later is as if the program had gone: it is neither written nor removed.
+    void die() { m_dead = true; }
+
+Q_SIGNALS:
+    // What the journal takes on disk, in bytes.
+    void written(int journal, qint64 size);
+    void failed(int journal, const QString &why);
+
+private:
+    struct File {
+        std::unique_ptr<RecoveryLock> lock;
+        std::unique_ptr<RecoveryDatabase> database;
+    };
+
+    File create() const;
+    static void remove(File file);
+    void begin(int journal, const RecoveryBatch &batch);
+
+    const QString m_folder;
+    std::map<int, File> m_files;
+    std::function<void()> m_obstacle;
+    std::atomic<bool> m_dead = false;
+};

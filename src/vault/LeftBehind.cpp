@@ -1,0 +1,134 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "vault/LeftBehind.h"
+
+#include "document/Document.h"
+#include "util/Procedure.h"
+#include "util/RunTimeError.h"
+#include "vault/Replay.h"
+
+#include <QFileInfo>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+std::unique_ptr<LeftBehind> lookAt(const QString &path)
+{
+    std::unique_ptr<RecoveryLock> lock = RecoveryLock::take(path);
+    if (!lock)
+        return nullptr;
+    // Whoever had it may have removed it just now.
+    if (!QFileInfo::exists(path)) {
+        lock->removeDatabase();
+        return nullptr;
+    }
+    std::unique_ptr<RecoveryDatabase> database;
+    QString damage;
+    try {
+        database = std::make_unique<RecoveryDatabase>(path, Database::Opening::Existing);
+        // One that was cut short while it was made holds nothing yet.
+        if (database->isEmpty()) {
+            database.reset();
+            lock->removeDatabase();
+            return nullptr;
+        }
+    } catch (const RunTimeError &error) {
+        damage = error.description();
+        remark(damage);
+    }
+    auto left = std::make_unique<LeftBehind>(std::move(lock), std::move(database), damage);
+    if (left->damage().isEmpty() && !left->state().isChanged) {
+        left->discard();
+        return nullptr;
+    }
+    return left;
+}
+
+} // namespace
+
+std::vector<std::unique_ptr<LeftBehind>> LeftBehind::find(const QString &folder)
+{
+    std::vector<std::unique_ptr<LeftBehind>> found;
+    for (const QString &path : recoveryPaths(folder)) {
+        procedure("LeftBehind find", [&] {
+            if (std::unique_ptr<LeftBehind> left = lookAt(path))
+                found.push_back(std::move(left));
+        });
+    }
+    return found;
+}
+
+LeftBehind::LeftBehind(std::unique_ptr<RecoveryLock> lock, std::unique_ptr<RecoveryDatabase> database, QString damage)
+    : m_lock(std::move(lock))
+    , m_database(std::move(database))
+    , m_damage(std::move(damage))
+{
+    if (!m_database)
+        return;
+    try {
+        m_facts = m_database->facts();
+        m_state = m_database->state();
+    } catch (const RunTimeError &error) {
+        m_damage = error.description();
+        remark(m_damage);
+    }
+}
+
+QString LeftBehind::name() const
+{
+    if (!m_facts.file.isEmpty())
+        return QFileInfo(m_facts.file).fileName();
+    return m_facts.caption.isEmpty() ? QFileInfo(m_lock->databasePath()).fileName() : m_facts.caption;
+}
+
+LeftBehind::FileNow LeftBehind::fileNow() const
+{
+    if (m_facts.file.isEmpty())
+        return FileNow::None;
+    const QFileInfo file(m_facts.file);
+    if (!file.exists())
+        return FileNow::Gone;
+    const bool isSame = file.size() == m_facts.fileSize && file.lastModified().toMSecsSinceEpoch() == m_facts.fileTime;
+    return isSame ? FileNow::AsItWas : FileNow::Changed;
+}
+
+LeftBehind::Content LeftBehind::read()
+{
+    if (!m_database)
+        throw RunTimeError(ErrorNumber::InvalidFileFormat, m_damage);
+    RecoveryDatabase::ReadBase base = m_database->base();
+    Content content;
+    content.outline = outlineOf(base.snapshot);
+    content.snapshot = std::move(base.snapshot);
+    content.damagedEntries = base.damagedEntries;
+    content.records = m_database->records();
+    content.lostRecords = std::max<qint64>(0, m_state.lastRecord - static_cast<qint64>(content.records.size()));
+    return content;
+}
+
+qint64 LeftBehind::replay(Document &document, const Content &content, const DocumentState &state)
+{
+    Replay replay(document.history, content.snapshot);
+    qint64 left = static_cast<qint64>(content.records.size());
+    for (const LogRecord &record : content.records) {
+        if (!replay.play(record))
+            break;
+        --left;
+    }
+    if (Entry *selected = replay.entry(state.selected))
+        document.history.select(selected);
+    return left;
+}
+
+void LeftBehind::discard()
+{
+    m_database.reset();
+    if (m_lock)
+        m_lock->removeDatabase();
+    m_lock.reset();
+}

@@ -1,0 +1,84 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "model/Change.h"
+#include "model/EntryRecord.h"
+
+#include <QDateTime>
+
+#include <variant>
+#include <vector>
+
+struct Outline;
+
+// What was done to an outline, as values that another thread can write down and that can be done again. Entries go by
+// the ids that they had when it was done.
+namespace logged
+{
+
+struct Insert {
+    struct Top {
+        EntryId parent = EntryId::None;
+        int row = 0;
+        EntryRecords entries;
+    };
+
+    std::vector<Top> tops;
+};
+
+struct Text {
+    EntryId entry = EntryId::None;
+    QByteArray text;
+
+    enum class State {
+        Stored,
+        // Not known before the step is over: a live text goes on.
+        ToBeMade,
+        // To be compressed before it is what is stored.
+        Uncompressed
+    };
+
+    State state = State::Stored;
+};
+
+} // namespace logged
+
+using LoggedChange =
+    std::variant<logged::Insert, change::Remove, change::Move, change::Label, change::Tag, change::Expand,
+                 change::Sorted, change::Reorder, change::Renew, logged::Text, change::Fonts>;
+
+struct LoggedStep {
+    QString name;
+    QDateTime time;
+    EntryId selectedBefore = EntryId::None;
+    std::vector<LoggedChange> changes;
+};
+
+// An outline as values.
+struct Snapshot {
+    EntryRecords entries;
+    clsFont outlineFont;
+    clsFont textFont;
+    ForeignRecordList foreignHeader;
+    QByteArray foreignTrailer;
+};
+
+// What a change did that was just carried out, seen from the one that takes it back.
+LoggedChange loggedChange(const Change &inverse, const Outline &outline);
+
+// The outline with the texts as they were stored last.
+Snapshot snapshotOf(const Outline &outline);
+
+// The bytes that are kept, and back; error 321 for bytes that are none. Texts are compressed, which costs time.
+QByteArray toBytes(const LoggedStep &step);
+LoggedStep stepOfBytes(const QByteArray &bytes);
+QByteArray toBytes(const EntryRecord &record);
+EntryRecord recordOfBytes(const QByteArray &bytes);
+// Of all but the entries.
+QByteArray headToBytes(const Snapshot &snapshot);
+Snapshot headOfBytes(const QByteArray &bytes);
+
+// The memory that a step holds beside what the outline holds too, in bytes, about.
+qsizetype weightOf(const LoggedStep &step);

@@ -1,0 +1,151 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "vault/RecoveryFolder.h"
+
+#include "util/RunTimeError.h"
+#include "util/StateFolder.h"
+#include "vault/Database.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QScopeGuard>
+#include <QSysInfo>
+#include <QUuid>
+
+#include <cerrno>
+#include <csignal>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+const QString databaseExtension = u".recovery"_s;
+const QString lockExtension = u".lock"_s;
+
+QString lockPath(const QString &databasePath)
+{
+    return databasePath.chopped(databaseExtension.size()) + lockExtension;
+}
+
+// When a process started, in the system's ticks; empty when there is no such process or the system does not tell.
+QByteArray startOf(qint64 process)
+{
+    QFile stat(u"/proc/%1/stat"_s.arg(process));
+    if (!stat.open(QIODevice::ReadOnly))
+        return QByteArray();
+    // The name, in brackets, may hold anything.
+    const QByteArray line = stat.readAll();
+    constexpr qsizetype fieldBehindName = 19;
+    return line.mid(line.lastIndexOf(')') + 2).split(' ').value(fieldBehindName);
+}
+
+// Computers may share a home folder, and numbers of processes mean something on one alone.
+QByteArray holderText(qint64 process)
+{
+    return QSysInfo::machineUniqueId() + ' ' + QSysInfo::bootUniqueId() + ' ' + QByteArray::number(process) + ' ' +
+           startOf(process) + '\n';
+}
+
+// Whether the process that a lock names still runs, should the lock itself not say so.
+bool holderRuns(int descriptor)
+{
+    QByteArray text(256, '\0');
+    const ssize_t size = pread(descriptor, text.data(), static_cast<size_t>(text.size()), 0);
+    text.truncate(std::max<ssize_t>(size, 0));
+    const qint64 process = text.split(' ').value(2).toLongLong();
+    return process > 0 && process != getpid() && !startOf(process).isEmpty() && text == holderText(process);
+}
+
+bool isAtPath(int descriptor, const QByteArray &path)
+{
+    struct stat held = {};
+    struct stat there = {};
+    return fstat(descriptor, &held) == 0 && stat(path.constData(), &there) == 0 && held.st_ino == there.st_ino &&
+           held.st_dev == there.st_dev;
+}
+
+} // namespace
+
+std::unique_ptr<RecoveryLock> RecoveryLock::take(const QString &databasePath)
+{
+    const QByteArray path = QFile::encodeName(lockPath(databasePath));
+    while (true) {
+        const int descriptor = open(path.constData(), O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC, S_IRUSR | S_IWUSR);
+        if (descriptor < 0)
+            throw fileError(errno, lockPath(databasePath));
+        auto closed = qScopeGuard([descriptor] { close(descriptor); });
+        if (flock(descriptor, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)
+            return nullptr;
+        // Whoever had it may have removed it meanwhile, and then the lock is of a file that is no more.
+        if (!isAtPath(descriptor, path))
+            continue;
+        if (holderRuns(descriptor))
+            return nullptr;
+        const QByteArray text = holderText(getpid());
+        if (ftruncate(descriptor, 0) != 0 ||
+            pwrite(descriptor, text.constData(), static_cast<size_t>(text.size()), 0) < 0)
+            throw fileError(errno, lockPath(databasePath));
+        closed.dismiss();
+        return std::unique_ptr<RecoveryLock>(new RecoveryLock(databasePath, descriptor));
+    }
+}
+
+RecoveryLock::RecoveryLock(QString databasePath, int descriptor)
+    : m_databasePath(std::move(databasePath))
+    , m_descriptor(descriptor)
+{
+}
+
+RecoveryLock::~RecoveryLock()
+{
+    // The name would keep others out who cannot see that it is not locked.
+    if (m_descriptor >= 0) {
+        [[maybe_unused]] const int cut = ftruncate(m_descriptor, 0);
+        close(m_descriptor);
+    }
+}
+
+void RecoveryLock::removeDatabase()
+{
+    for (const QString &file : Database::filesOf(m_databasePath))
+        QFile::remove(file);
+    QFile::remove(lockPath(m_databasePath));
+}
+
+QString recoveryFolder()
+{
+    return stateFolder() + u"/recovery"_s;
+}
+
+QString newRecoveryPath(const QString &folder)
+{
+    return folder + u'/' + QUuid::createUuid().toString(QUuid::WithoutBraces) + databaseExtension;
+}
+
+QStringList recoveryPaths(const QString &folder)
+{
+    const QDir dir(folder);
+    for (const QString &lock : dir.entryList({u'*' + lockExtension}, QDir::Files | QDir::Hidden)) {
+        const QString path = dir.filePath(lock.chopped(lockExtension.size()) + databaseExtension);
+        if (QFileInfo::exists(path))
+            continue;
+        // One that makes its database right now holds the lock.
+        try {
+            if (const auto taken = RecoveryLock::take(path); taken && !QFileInfo::exists(path))
+                taken->removeDatabase();
+        } catch (const RunTimeError &) {
+            continue;
+        }
+    }
+    QStringList paths;
+    for (const QString &name : dir.entryList({u'*' + databaseExtension}, QDir::Files, QDir::Time | QDir::Reversed))
+        paths.append(dir.filePath(name));
+    return paths;
+}
