@@ -60,21 +60,34 @@ bool isWidthless(char32_t character)
     return category == QChar::Mark_NonSpacing || category == QChar::Mark_Enclosing || category == QChar::Other_Format;
 }
 
-// Of characters one by one.
-qreal effortOfCharacters(QStringView text)
+// Calls a function with each character of a text.
+template <typename Take>
+void forEachCharacter(QStringView text, Take take)
 {
-    qsizetype emoji = 0;
-    qsizetype heaped = 0;
-    int widthless = 0;
     for (qsizetype i = 0; i < text.size(); ++i) {
         const bool isPair = text[i].isHighSurrogate() && i + 1 < text.size();
-        const char32_t character = isPair ? QChar::surrogateToUcs4(text[i], text[i + 1]) : text[i].unicode();
-        widthless = isWidthless(character) ? widthless + 1 : 0;
-        heaped += widthless > ordinaryMarks ? 1 : 0;
-        emoji += isEmoji(character) ? 1 : 0;
+        take(isPair ? QChar::surrogateToUcs4(text[i], text[i + 1]) : char32_t(text[i].unicode()));
         i += isPair ? 1 : 0;
     }
-    return qreal(emoji) * effortOfEmoji + qreal(heaped) * effortOfHeapedMark;
+}
+
+qsizetype emojiIn(QStringView text)
+{
+    qsizetype emoji = 0;
+    forEachCharacter(text, [&emoji](char32_t character) { emoji += isEmoji(character) ? 1 : 0; });
+    return emoji;
+}
+
+// Of marks that stand in one place.
+qreal effortOfHeaps(QStringView text)
+{
+    qsizetype heaped = 0;
+    int widthless = 0;
+    forEachCharacter(text, [&](char32_t character) {
+        widthless = isWidthless(character) ? widthless + 1 : 0;
+        heaped += widthless > ordinaryMarks ? 1 : 0;
+    });
+    return qreal(heaped) * effortOfHeapedMark;
 }
 
 // How often the script changes, or the direction: the text engine makes runs of its own there.
@@ -196,7 +209,9 @@ void StrainMeter::addBlock(const QTextBlock &block)
     if (block.length() > 1) {
         const QString text = block.text();
         const qsizetype longerThan = frame == m_document.rootFrame() ? ordinaryWord : ordinaryWordInCell;
-        m_strain.effort += effortOfCharacters(text) + effortOfTabs(block, text) +
+        const qreal emoji = qreal(emojiIn(text)) * effortOfEmoji;
+        m_strain.key = std::max(m_strain.key, emoji);
+        m_strain.effort += emoji + effortOfHeaps(text) + effortOfTabs(block, text) +
                            effortOfWords(text, longerThan) * timesOfWords(width, frame);
     }
 }
@@ -275,15 +290,23 @@ LayoutStrain &LayoutStrain::operator+=(const LayoutStrain &other)
 {
     height += other.height;
     effort += other.effort;
+    // The heaviest paragraphs of both may become one.
+    key += other.key;
     return *this;
 }
 
 bool LayoutStrain::isBearable(qreal times) const
 {
-    return height <= times * limits::tallestText && effort <= times * limits::mostEffort;
+    return height <= times * limits::tallestText && effort <= times * limits::mostEffort &&
+           key <= times * limits::mostKeyEffort;
 }
 
 LayoutStrain layoutStrain(const QTextDocument &document)
 {
     return StrainMeter(document).measure();
+}
+
+bool hasEmoji(QStringView text)
+{
+    return emojiIn(text) > 0;
 }

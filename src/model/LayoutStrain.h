@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QStringView>
 #include <QtGlobal>
 
 class QTextDocument;
@@ -15,6 +16,8 @@ struct LayoutStrain {
     // Microseconds that the text engine may need for what it is slow with: fonts, words without end, tabulators,
     // floating tables, emoji and heaps of marks.
     qreal effort = 0;
+    // Microseconds that a key typed into its heaviest paragraph may need, which is laid out whole each time.
+    qreal key = 0;
 
     LayoutStrain &operator+=(const LayoutStrain &other);
 
@@ -23,3 +26,7 @@ struct LayoutStrain {
 };
 
 LayoutStrain layoutStrain(const QTextDocument &document);
+
+// Whether a text has a character that is drawn as a picture. The text engine unpacks it whenever it asks how wide it
+// is.
+bool hasEmoji(QStringView text);

@@ -42,6 +42,9 @@ constexpr qreal tallestText = 4'000'000;
 // Microseconds of what model/LayoutStrain.h foresees for a text that is pasted.
 constexpr qreal mostEffort = 3'000'000;
 
+// The same of a key that is typed into one of its paragraphs.
+constexpr qreal mostKeyEffort = 300'000;
+
 // A text that is read again may be foreseen for some more than when it was pasted.
 constexpr qreal shownStrain = 1.25;
 

@@ -3,6 +3,7 @@
 
 #include "platform/RichTextBox.h"
 
+#include "model/LayoutStrain.h"
 #include "platform/AltCharacter.h"
 
 #include <QDragEnterEvent>
@@ -10,6 +11,8 @@
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QScrollBar>
+#include <QTextBlock>
+#include <QTextLayout>
 #include <QWheelEvent>
 
 #include <algorithm>
@@ -18,6 +21,9 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
+
+// Characters of a paragraph that is looked through at each step of the caret.
+constexpr int mostLookedThrough = 20'000;
 
 // Keys of the desktop's text fields that would surprise here: they delete or jump by single letters that are, or may
 // become, commands of the menus.
@@ -153,11 +159,29 @@ void RichTextBox::noteChange()
     noteSelection();
 }
 
+// What lays out a paragraph, asks where the caret is in it and draws it works out its glyphs each time, unless they are
+// kept. With pictures among them, each of which is unpacked anew, the paragraph that is typed into keeps them.
+void RichTextBox::keepGlyphs()
+{
+    const QTextBlock paragraph = textCursor().block();
+    if (const QTextBlock before = m_kept.block(); before != paragraph) {
+        if (before.isValid())
+            before.layout()->setCacheEnabled(false);
+        m_kept = QTextCursor(paragraph);
+        // What is typed at its beginning takes it along into another paragraph otherwise.
+        m_kept.setKeepPositionOnInsert(true);
+    }
+    QTextLayout *layout = paragraph.layout();
+    if (!layout->cacheEnabled() && paragraph.length() <= mostLookedThrough && hasEmoji(paragraph.text()))
+        layout->setCacheEnabled(true);
+}
+
 // One step of the caret or one change of format is announced once, though the editor reports it in several ways.
 void RichTextBox::noteSelection()
 {
     if (m_loading)
         return;
+    keepGlyphs();
     const QTextCursor cursor = textCursor();
     const Noted now = {cursor.anchor(), cursor.position(), cursor.charFormat(), cursor.blockFormat()};
     if (m_noted && *m_noted == now)

@@ -6,6 +6,7 @@
 #include "document/TextPane.h"
 #include "model/ReadableText.h"
 
+#include <QTextCursor>
 #include <QTextEdit>
 #include <QTextFormat>
 
@@ -107,11 +108,14 @@ private:
     void holdPictures(int from, int to, const std::vector<QByteArray> &files);
     void noteChange();
     void noteSelection();
+    void keepGlyphs();
 
     QFont m_font;
     std::shared_ptr<EntryDocument> m_shown;
     bool m_paneVisible = true;
     std::optional<Noted> m_noted;
+    // In the paragraph whose glyphs are kept.
+    QTextCursor m_kept;
     std::optional<Coloured> m_coloured;
     std::vector<ReadableSign> m_signs;
     bool m_loading = false;

@@ -54,6 +54,7 @@ void tst_LayoutStrain::whatPeopleWriteIsBearable_data()
     QTest::newRow("ideographs") << u"\u6f22\u5b57"_s.repeated(400'000);
     QTest::newRow("letters with their marks") << u"\u05d0\u05b8\u05bc\u0591 a\u0323\u0301 "_s.repeated(90'000);
     QTest::newRow("some emoji") << u"well \U0001F469\u200d\U0001F467 said\n"_s.repeated(5000);
+    QTest::newRow("a paragraph of emoji") << u"\U0001F469 \U0001F467 "_s.repeated(500);
     QTest::newRow("tabulators") << u"a\tb\tc\n"_s.repeated(90'000);
     QTest::newRow("a long address") << QString(5000, u'x');
 }
@@ -90,7 +91,8 @@ void tst_LayoutStrain::whatTheTextEngineIsSlowWithIsNot_data()
     QTest::newRow("words in cells") << row + QByteArray("some words\\cell ").repeated(50) + "\\row " << 300 << 0;
     QTest::newRow("long words in cells") << row + (QByteArray(2000, 'x') + "\\cell ").repeated(50) + "\\row " << 2 << 9;
     QTest::newRow("marks in one place") << QByteArray("\\u769?") << 1000 << 40'000;
-    QTest::newRow("emoji") << QByteArray("\\u-10179?\\u-8704? ") << 10'000 << 40'000;
+    QTest::newRow("emoji") << QByteArray("\\u-10179?\\u-8704?\\par ") << 10'000 << 40'000;
+    QTest::newRow("emoji in one paragraph") << QByteArray("\\u-10179?\\u-8704? ") << 2000 << 4000;
     QTest::newRow("tabulators without stops") << QByteArray("\\tab ") << 50'000 << 0;
     QTest::newRow("tabulators over left stops") << QByteArray("\\tx900\\tab ") << 1000 << 20'000;
     QTest::newRow("tabulators over right stops") << QByteArray("\\tqr\\tx900\\tab ") << 1000 << 20'000;
@@ -165,6 +167,11 @@ void tst_LayoutStrain::strainsAddUp()
     QVERIFY(!strain.isBearable());
     QVERIFY(strain.isBearable(limits::shownStrain));
     QVERIFY(!LayoutStrain({0, limits::mostEffort + 1}).isBearable());
+    // Two paragraphs may become one.
+    LayoutStrain emoji = strainOf(u"\U0001F469 "_s.repeated(2000));
+    QVERIFY(emoji.isBearable());
+    emoji += emoji;
+    QVERIFY(!emoji.isBearable());
 }
 
 QTEST_MAIN(tst_LayoutStrain)

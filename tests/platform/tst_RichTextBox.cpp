@@ -20,6 +20,7 @@
 #include <QTest>
 #include <QTextBlock>
 #include <QTextFrame>
+#include <QTextLayout>
 #include <QTextList>
 #include <QWheelEvent>
 
@@ -125,6 +126,7 @@ private Q_SLOTS:
     void redoHasItsKey();
     void theWheelDoesNotZoom();
     void selectionMovedFollowsTheCaret();
+    void aParagraphWithEmojiKeepsItsGlyphsWhileItIsTypedInto();
     void aHiddenPaneKeepsTheFocus();
     void coloursFollowThePalette();
     void largeTexts();
@@ -1144,6 +1146,36 @@ void tst_RichTextBox::selectionMovedFollowsTheCaret()
     QCOMPARE(moved.size(), 1);
     m_box->setSelAlignment(TextPane::Centre);
     QCOMPARE(moved.size(), 2);
+}
+
+void tst_RichTextBox::aParagraphWithEmojiKeepsItsGlyphsWhileItIsTypedInto()
+{
+    const auto kept = [this] {
+        QList<bool> paragraphs;
+        for (QTextBlock block = m_box->document()->begin(); block.isValid(); block = block.next())
+            paragraphs.append(block.layout()->cacheEnabled());
+        return paragraphs;
+    };
+    const QByteArray emoji("\\u-10178?\\u-8704?");
+    m_box->setTextRTF("{\\rtf1 words\\par a" + emoji + "b\\par c" + emoji + "}");
+    QCOMPARE(kept(), QList<bool>({false, false, false}));
+    press(Qt::Key_Down);
+    QCOMPARE(kept(), QList<bool>({false, true, false}));
+    type(u"x"_s);
+    QCOMPARE(kept(), QList<bool>({false, true, false}));
+    press(Qt::Key_Return);
+    QCOMPARE(kept(), QList<bool>({false, false, true, false}));
+    press(Qt::Key_Down);
+    QCOMPARE(kept(), QList<bool>({false, false, false, true}));
+    press(Qt::Key_Home, Qt::ControlModifier);
+    QCOMPARE(kept(), QList<bool>({false, false, false, false}));
+    QTextCursor(m_box->document()).insertText(u"\U0001F469"_s);
+    QCOMPARE(kept(), QList<bool>({true, false, false, false}));
+    // A text that is shown instead.
+    const QTextDocument *before = m_box->document();
+    m_box->setTextRTF("{\\rtf1 words}");
+    QVERIFY(m_box->document() != before);
+    QCOMPARE(kept(), QList<bool>({false}));
 }
 
 void tst_RichTextBox::aHiddenPaneKeepsTheFocus()
