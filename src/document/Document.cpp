@@ -100,6 +100,15 @@ void Document::checkTexts()
     m_textCheck = std::make_unique<TextCheck>(*this);
 }
 
+void Document::takeFile(const std::optional<FileStamp> &stamp)
+{
+    fileRecord = {stamp, {}, {}, false, {}};
+    dismiss(NoticeKind::FileGone);
+    dismiss(NoticeKind::FileChanged);
+    if (m_view)
+        m_view->window.fileTaken();
+}
+
 bool Document::bReadOnly() const
 {
     const QString sFile = m_sFile.trimmed();

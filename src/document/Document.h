@@ -4,6 +4,7 @@
 #pragma once
 
 #include "document/DocumentNotice.h"
+#include "document/FileStamp.h"
 #include "document/LiveTexts.h"
 #include "formats/Format.h"
 #include "model/History.h"
@@ -20,6 +21,19 @@ class DocumentView;
 class TextCheck;
 
 enum class FileAccess { Unknown, Writable, ReadOnly };
+
+// What is known of a document's file.
+struct FileRecord {
+    // What it was when it was last read or written; nothing without a file.
+    std::optional<FileStamp> own;
+    // What another has written there since, as far as it was told of.
+    std::optional<FileStamp> theirs;
+    // What of it may be replaced without another question.
+    std::optional<FileStamp> conceded;
+    bool isGone = false;
+    // The position in the history at which it went, if that is why the document counts as changed.
+    std::optional<int> lostAt;
+};
 
 // One open document: its outline, its file and what is to be told of it. Nobody needs to show it; see DocumentView.
 class Document
@@ -45,6 +59,9 @@ public:
     bool bReadOnlyAsSeen() const;
 
     bool mayBeSavedAsSeen() const { return m_fileAccess == FileAccess::Writable || !bReadOnlyAsSeen(); }
+
+    // To be called when the document's file was read or written, or is the document's no longer.
+    void takeFile(const std::optional<FileStamp> &stamp);
 
     // To be called when the window gets the keyboard and when the file was written.
     void lookAtFileAgain() { m_seenFile.reset(); }
@@ -108,6 +125,7 @@ public:
     bool m_bFromOutline = false;
     // What the file was when it was read or last written.
     FileAccess m_fileAccess = FileAccess::Unknown;
+    FileRecord fileRecord;
     // 1 native, -1 plain text.
     qint16 m_iFileFormatVersion = nativeFormat;
 

@@ -9,6 +9,8 @@
 enum class NoticeKind {
     NotSaved,
     FileDamaged,
+    FileGone,
+    FileChanged,
     NotReadWhole,
     DamagedText,
     LongText,

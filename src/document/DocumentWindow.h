@@ -23,6 +23,9 @@ public:
     virtual void autoFitSplit() = 0;
     // To be called when the document's notices have changed: shows those that stand now.
     virtual void noticesChanged() = 0;
+    // To be called when the document has read or written its file, has another one, or none: follows what happens to
+    // it.
+    virtual void fileTaken() = 0;
     // Keeps what is typed next out of the panes until the user goes back to one: it was meant for an entry that could
     // not be made.
     virtual void holdKeys() = 0;

@@ -388,6 +388,7 @@ void SafeFile::replace()
         fail(m_target);
     m_temporary.clear();
     flushFolder(m_folder);
+    m_placed = identityOf(m_descriptor);
 }
 
 // Everything that is needed to end up with the one content or the other is on disk, and its names tell of it, before
@@ -424,6 +425,7 @@ void SafeFile::overwrite()
             fail(m_target);
         if (m_written > 0 && !holdsWritten(target))
             failDifferent();
+        m_placed = identityOf(target);
     } catch (const RunTimeError &error) {
         putBack(target, error);
         setModified(target, old.st_mtim);

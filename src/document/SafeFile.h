@@ -3,12 +3,14 @@
 
 #pragma once
 
+#include "document/FileStamp.h"
 #include "util/ByteSink.h"
 
 #include <QByteArray>
 #include <QString>
 
 #include <functional>
+#include <optional>
 
 class RunTimeError;
 
@@ -55,6 +57,9 @@ public:
     // The file that is written to, for a writer that wants to open it itself; empty once it has replaced the old one.
     QString temporaryName() const;
 
+    // What stands under the file's name once it was replaced; nothing where that cannot be told.
+    const std::optional<FileIdentity> &placed() const { return m_placed; }
+
     // A file with the whole old content, when neither the new nor the old one could be written in place. Else empty.
     QString strandedCopy() const;
 
@@ -87,6 +92,7 @@ private:
     // Open until the end: they hold the locks that tell others that the temporary files are in use.
     int m_descriptor = -1;
     int m_keptDescriptor = -1;
+    std::optional<FileIdentity> m_placed;
     bool m_targetExists = false;
     bool m_inPlace = false;
 };

@@ -9,6 +9,7 @@
 #include "document/Globals.h"
 #include "document/LeftOutText.h"
 #include "document/OutlinePane.h"
+#include "document/OutsideChange.h"
 #include "document/Ports.h"
 #include "document/SafeFile.h"
 #include "document/TextPane.h"
@@ -135,13 +136,20 @@ void readBack(const Document &document, const Format &format, const QByteArray &
                                                                document.m_sFile, difference));
 }
 
-void writeDocument(Document &document)
+// False when what has come to stand in the file's place meanwhile is not to be replaced.
+bool writeDocument(Document &document, bool isOwnFile)
 {
     // The new content is complete and on disk before the old file or its backup is touched.
     SafeFile file(document.m_sFile, [&document] { return inPlaceAccepted(document.m_sFile); });
     const Format &format = formatOfVersion(document.m_iFileFormatVersion);
     format.write(*document.outline, file);
-    file.flushToDisk([&](const QByteArray &content) { readBack(document, format, content); });
+    FileStamp stamp;
+    file.flushToDisk([&](const QByteArray &content) {
+        stamp.digest = ContentDigest(content);
+        readBack(document, format, content);
+    });
+    if (isOwnFile && !mayReplaceFile(document))
+        return false;
     const QString sBackup = backupName(file.target());
     // A file named .bak would be its own backup, and a protected backup is not to be touched.
     const bool bWanted = g_options.Backup && sBackup != file.target() && !isReadOnlyFile(sBackup);
@@ -152,12 +160,15 @@ void writeDocument(Document &document)
     // The older backup goes only now: had the file not been replaced, it would still be the backup.
     if (bWanted && !failure)
         failure = tryBackupStep([&] { file.moveOldFileTo(sBackup); });
+    stamp.identity = file.placed();
+    document.takeFile(stamp);
     // Only now it is true that the file was saved.
     if (failure)
         document.tell({NoticeKind::NoBackup, u"The file was saved, but no backup of what it held before could be made "
                                              "as %1 (%2)."_s.arg(sBackup, errorDescription(*failure))});
     else
         document.dismiss(NoticeKind::NoBackup);
+    return true;
 }
 
 // A document that was opened read-only and now has a file of its own can be edited.
@@ -222,17 +233,24 @@ SaveOutcome save(Document &document, const QString &sFile)
     const qint16 iVersion = DocDefaultVersionFromExt(sFile);
     const QString sOldFile = document.m_sFile;
     const qint16 iOldVersion = document.m_iFileFormatVersion;
+    const bool isOwnFile = isSameFile(sOldFile, sFile);
     try {
         // Asked before anything else: whoever says no has the file, its backup and the document's name as they
         // were.
         if (!textFormatAccepted(document, iVersion))
             return SaveOutcome::Refused;
+        if (isOwnFile && !mayReplaceFile(document))
+            return SaveOutcome::Declined;
         if (!document.tree.root())
             throw RunTimeError(ErrorNumber::InvalidCall, u"%1: a document without entries, as %2"_s.arg(
                                                              errorDescription(ErrorNumber::InvalidCall), sFile));
         document.m_sFile = sFile;
         document.m_iFileFormatVersion = iVersion;
-        writeDocument(document);
+        if (!writeDocument(document, isOwnFile)) {
+            document.m_sFile = sOldFile;
+            document.m_iFileFormatVersion = iOldVersion;
+            return SaveOutcome::Declined;
+        }
     } catch (...) {
         document.m_sFile = sOldFile;
         document.m_iFileFormatVersion = iOldVersion;

@@ -11,8 +11,9 @@
 
 class Document;
 
-// How a save ended. One that failed, or was refused at a question, has changed nothing on disk.
-enum class SaveOutcome { Failed, Saved, Refused };
+// How a save ended. One that failed, or was refused at the warning of the text format, or declined because the file is
+// another's work, has changed nothing on disk.
+enum class SaveOutcome { Failed, Saved, Refused, Declined };
 
 // The life of documents: creating, loading and saving them.
 namespace modDoc

@@ -7,17 +7,14 @@
 
 #include "document/Document.h"
 #include "document/DocumentView.h"
-#include "document/FileNature.h"
 #include "document/Globals.h"
+#include "document/OpenedFile.h"
 #include "document/OutlinePane.h"
 #include "document/Ports.h"
-#include "document/SafeFile.h"
 #include "document/TextPane.h"
 #include "document/UnfinishedSaves.h"
 #include "document/modNodes.h"
-#include "formats/Format.h"
 
-#include "util/ByteSink.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
 #include "util/modString.h"
@@ -36,89 +33,6 @@ namespace
 {
 
 constexpr auto routineName = "modDoc DocLoad";
-
-// Why what is shown is something other than what the file is, in words; empty for an outline and for plain text.
-QString strangeness(qint16 iVersion, const QByteArray &buffer)
-{
-    if (iVersion == Document::nativeFormat)
-        return QString();
-    if (iVersion != Document::plainTextFormat)
-        return u"it is an outline of the format version %1, which this program does not know"_s.arg(iVersion);
-    return whyNoPlainText(buffer);
-}
-
-// Compares what is written with bytes at hand.
-class ComparingSink final : public ByteSink
-{
-public:
-    explicit ComparingSink(QByteArrayView expected)
-        : m_rest(expected)
-    {
-    }
-
-    void write(QByteArrayView bytes) override
-    {
-        m_same = m_same && m_rest.startsWith(bytes);
-        if (m_same)
-            m_rest = m_rest.sliced(bytes.size());
-    }
-
-    bool same() const { return m_same && m_rest.isEmpty(); }
-
-private:
-    QByteArrayView m_rest;
-    bool m_same = true;
-};
-
-// A native file that was read whole would be saved as the same bytes. One that would not was made by another hand or
-// has come to harm in a way that still reads as a document: the log then says so.
-void remarkOnOddities(const Document &document, const QString &sFile, const QByteArray &buffer, ReadOutline &result)
-{
-    if (!result.remark.isEmpty())
-        return;
-    if (document.m_iFileFormatVersion != Document::nativeFormat) {
-        if (formatOfExtension(sFile).version == Document::nativeFormat)
-            result.remark =
-                u"read as plain text, because its format version is %1"_s.arg(document.m_iFileFormatVersion);
-        return;
-    }
-    ComparingSink sink(buffer);
-    formatOfVersion(document.m_iFileFormatVersion).write(*document.outline, sink);
-    if (!sink.same())
-        result.remark = u"the file differs from what saving it unchanged would write"_s;
-}
-
-// A file that is being opened.
-struct OpenedFile {
-    QString sFile;
-    QByteArray buffer;
-    qint16 iVersion = Document::nativeFormat;
-    ReadOutline read;
-};
-
-// Reads as far as it goes. What keeps it from being the whole file is the failure of what was read.
-OpenedFile readFile(const QString &sFile)
-{
-    OpenedFile file;
-    file.sFile = sFile;
-    ReadOutline &read = file.read;
-    try {
-        file.buffer = readWholeFile(sFile);
-        file.iVersion = formatVersionOf(sFile, file.buffer);
-        read = formatOfVersion(file.iVersion).read(file.buffer);
-        if (read.failure)
-            return file;
-        if (read.damage.isEmpty())
-            read.damage = strangeness(file.iVersion, file.buffer);
-        if (!read.damage.isEmpty())
-            throw RunTimeError(
-                ErrorNumber::InvalidFileFormat,
-                u"%1: %2: %3"_s.arg(errorDescription(ErrorNumber::InvalidFileFormat), sFile, read.damage));
-    } catch (...) {
-        read.failure = std::current_exception();
-    }
-    return file;
-}
 
 void markReadOnly(Document &document)
 {
@@ -146,6 +60,7 @@ void showLoaded(Document &document, Entry *selected)
 void keepWhatWasRead(Document &document, const OpenedFile &file)
 {
     document.m_sFile.clear();
+    document.takeFile(std::nullopt);
     if (file.iVersion == Document::nativeFormat)
         document.setPaneFonts(document.m_fntOutlineFont, document.m_fntOutlineFont);
     document.m_iFileFormatVersion = Document::nativeFormat;
@@ -154,18 +69,9 @@ void keepWhatWasRead(Document &document, const OpenedFile &file)
     ports().commands->MenuEnableDynamic();
     document.notice = u"The file %1 could not be read whole"_s.arg(file.sFile);
     ports().commands->UpdateStatusBarText(document.notice);
-    const QString cause = file.read.damage.isEmpty() ? currentError().description : file.read.damage;
-    document.tell({NoticeKind::NotReadWhole, u"%1: %2. What was read is shown here without the file's name, so that "
-                                             "saving it does not replace the file."_s.arg(document.notice, cause)});
-}
-
-// The format ends a label at its first brace. The rest is still in the file, but no longer once it is saved over.
-void tellOfCutLabels(Document &document, int cutLabels)
-{
-    const QString which = cutLabels == 1 ? u"A label of the file holds a \"}\" and is"_s
-                                         : u"%1 labels of the file hold a \"}\" and are"_s.arg(cutLabels);
-    document.tell(
-        {NoticeKind::NotReadWhole, which + u" shown up to it only. Saving the document gives up the rest."_s});
+    document.tell({NoticeKind::NotReadWhole,
+                   u"%1: %2. What was read is shown here without the file's name, so that "
+                   "saving it does not replace the file."_s.arg(document.notice, causeOfFailure(file))});
 }
 
 // A document that is a look at a file takes on the caption, and not the file's name and lock.
@@ -176,8 +82,10 @@ void takeOn(Document &document, const OpenedFile &file, const QString &sCaption)
     // The base font of the texts is the outline's by design; the text font stays what new texts are given.
     if (file.iVersion == Document::nativeFormat)
         document.setPaneFonts(document.m_fntOutlineFont, document.m_fntOutlineFont);
-    if (sCaption.isEmpty())
+    if (sCaption.isEmpty()) {
         document.m_sFile = file.sFile;
+        document.takeFile(file.stamp);
+    }
     document.setCaption(sCaption.isEmpty() ? file.sFile : sCaption);
     document.m_fileAccess = document.bReadOnly() ? FileAccess::ReadOnly : FileAccess::Writable;
 }
@@ -188,7 +96,7 @@ void showWhole(Document &document, OpenedFile &file, const QString &sCaption)
     if (document.m_fileAccess == FileAccess::ReadOnly)
         markReadOnly(document);
     showLoaded(document, document.tree.selected());
-    remarkOnOddities(document, file.sFile, file.buffer, file.read);
+    remarkOnOddities(document, file);
 }
 
 // Fills the window that was opened for what was read. Throws what kept it from being the whole file.

@@ -30,10 +30,22 @@ struct NoticeButton {
     void (NoticeBar::*chosen)();
 };
 
+constexpr const char16_t *takeTheirsName = u"cmdTakeTheirs";
+
 constexpr std::array noticeButtons = {
     NoticeButton{NoticeKind::NotSaved, u"Save &as...", u"cmdSaveAs", &NoticeBar::saveAsChosen},
     NoticeButton{NoticeKind::NotSaved, u"T&ry again", u"cmdTryAgain", &NoticeBar::saveChosen},
+    NoticeButton{NoticeKind::FileGone, u"Save a&gain", u"cmdSaveAgain", &NoticeBar::saveChosen},
+    NoticeButton{NoticeKind::FileChanged, u"Ta&ke theirs", takeTheirsName, &NoticeBar::takeTheirsChosen},
+    NoticeButton{NoticeKind::FileChanged, u"Keep &mine", u"cmdKeepMine", &NoticeBar::keepMineChosen},
+    NoticeButton{NoticeKind::FileChanged, u"Ope&n theirs beside", u"cmdOpenTheirs", &NoticeBar::openTheirsChosen},
 };
+
+// What is to be decided goes when that was done.
+bool canBeDismissed(NoticeKind kind)
+{
+    return kind != NoticeKind::FileChanged;
+}
 
 // Tells assistive technology that a notice is a message to be spoken; Qt takes it for a container.
 QAccessibleInterface *noticeInterface(const QString &className, QObject *object)
@@ -213,6 +225,23 @@ void NoticeBar::showNotices(const std::vector<DocumentNotice> &notices)
     setVisible(!notices.empty());
 }
 
+void NoticeBar::setTheirsOffered(bool offered)
+{
+    m_theirsOffered = offered;
+    showTheirsOffer();
+}
+
+void NoticeBar::showTheirsOffer()
+{
+    auto *button = findChild<QAbstractButton *>(QString::fromUtf16(takeTheirsName));
+    if (!button || button->isEnabled() == m_theirsOffered)
+        return;
+    if (!m_theirsOffered)
+        leaveIfInside(button);
+    button->setEnabled(m_theirsOffered);
+    button->setToolTip(m_theirsOffered ? QString() : tr("This window has changes of its own, which would be lost"));
+}
+
 void NoticeBar::announce(NoticeKind kind)
 {
     if (std::ranges::find(m_shown, kind, &DocumentNotice::kind) != m_shown.end())
@@ -286,7 +315,10 @@ NoticeRow *NoticeBar::rowOf(NoticeKind kind)
             row->addButton(QString::fromUtf16(button.caption), QString::fromUtf16(button.name),
                            [this, chosen = button.chosen] { (this->*chosen)(); });
     }
-    row->addButton(tr("&Dismiss"), u"cmdDismiss"_s, [this, kind] { Q_EMIT dismissed(kind); });
+    if (canBeDismissed(kind))
+        row->addButton(tr("&Dismiss"), u"cmdDismiss"_s, [this, kind] { Q_EMIT dismissed(kind); });
+    if (kind == NoticeKind::FileChanged)
+        showTheirsOffer();
     static_cast<QBoxLayout *>(m_content->layout())
         ->insertWidget(static_cast<int>(std::distance(m_rows.begin(), place)), row);
     return row;

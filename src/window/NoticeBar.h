@@ -15,7 +15,8 @@ class QBoxLayout;
 class QLabel;
 class QScrollArea;
 
-// One notice: a sign of warning, the text, and the buttons of its kind, which end with "Dismiss".
+// One notice: a sign of warning, the text, and the buttons of its kind, which end with "Dismiss" where there is nothing
+// to decide.
 class NoticeRow final : public QWidget
 {
     Q_OBJECT
@@ -56,6 +57,8 @@ public:
 
     // Shows these and no others, in their order; without any the bar is hidden.
     void showNotices(const std::vector<DocumentNotice> &notices);
+    // Whether what another has made of the file can take the place of what is shown.
+    void setTheirsOffered(bool offered);
     // Announces a notice that stands on after an attempt to mend what it tells of.
     void announce(NoticeKind kind);
     // Takes as much of the window's top as the notices need, half of it at most. The height taken.
@@ -68,6 +71,9 @@ public:
 Q_SIGNALS:
     void saveAsChosen();
     void saveChosen();
+    void takeTheirsChosen();
+    void keepMineChosen();
+    void openTheirsChosen();
     void dismissed(NoticeKind kind);
     // The focus is in the bar and does not belong there any longer.
     void left();
@@ -81,6 +87,7 @@ protected:
 
 private:
     NoticeRow *rowOf(NoticeKind kind);
+    void showTheirsOffer();
     void leaveIfInside(const QWidget *part);
 
     QScrollArea *m_area = nullptr;
@@ -88,4 +95,5 @@ private:
     // Made when first needed, the gravest kind first; a row without a notice is hidden.
     std::map<NoticeKind, NoticeRow *> m_rows;
     std::vector<DocumentNotice> m_shown;
+    bool m_theirsOffered = true;
 };

@@ -17,7 +17,7 @@
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 
-
+#include "document/FileWatch.h"
 #include "document/Globals.h"
 #include "document/Ports.h"
 #include "document/UndoRedo.h"
@@ -65,6 +65,7 @@ frmDocument::frmDocument(Dispatcher &dispatcher, std::unique_ptr<Outline> read, 
     , m_document(std::make_unique<Document>(std::move(read)))
     , m_view(*m_document, *treeView, *textBox, *this)
     , m_dispatcher(dispatcher)
+    , m_fileWatch(new FileWatch(this))
     , m_lastPane(treeView)
 {
     setObjectName(u"frmDocument"_s);
@@ -79,6 +80,7 @@ frmDocument::frmDocument(Dispatcher &dispatcher, std::unique_ptr<Outline> read, 
     connectText();
     connectSplit();
     connectNotices();
+    connectFile();
     ++iDocumentCount;
     ports().commands->MenuEnable(iDocumentCount);
 }
@@ -87,6 +89,7 @@ frmDocument::~frmDocument()
 {
     // The panes outlive the document otherwise, and would ask it while they are taken apart.
     m_document->tree.disconnect(this);
+    m_document->history.disconnect(this);
     treeView->disconnect(this);
     textBox->disconnect(this);
     treeView->setEntryTree(nullptr);
@@ -135,6 +138,7 @@ void frmDocument::autoFitSplit()
 void frmDocument::Form_Activate()
 {
     m_document->lookAtFileAgain();
+    m_fileWatch->look();
     procedure("frmDocument Form_Activate", [this] {
         if (bBusy)
             return;

@@ -10,10 +10,12 @@
 #include <QPointer>
 #include <QWidget>
 
+#include <functional>
 #include <memory>
 #include <string_view>
 
 class Dispatcher;
+class FileWatch;
 class GhostBar;
 class NoticeBar;
 class OutlineDragger;
@@ -43,6 +45,7 @@ public:
     bool close() override;
     void autoFitSplit() override;
     void noticesChanged() override;
+    void fileTaken() override;
     void holdKeys() override;
 
     // To be called when the window becomes the active one.
@@ -106,6 +109,9 @@ private:
     void leaveNotices();
     SaveCommand saveAgain() const;
     void saveFromNotice(SaveCommand save);
+    void connectFile();
+    void offerTheirs();
+    void decideOnTheirs(const std::function<void()> &decide);
     void runKey(const KeyBinding &binding);
     void popUpOutlineMenu();
     bool lastPaneHasFocus() const;
@@ -120,6 +126,7 @@ private:
     DocumentView m_view;
     Dispatcher &m_dispatcher;
     OutlineDragger *m_dragger = nullptr;
+    FileWatch *const m_fileWatch;
     QPointer<QWidget> m_lastPane;
     int m_paneHolds = 0;
     bool m_counted = true;

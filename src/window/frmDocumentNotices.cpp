@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-// The notices of a document in its window.
+// The notices of a document in its window, and what happens to its file outside.
 
 #include "window/NoticeBar.h"
 #include "window/frmDocument.h"
@@ -10,10 +10,14 @@
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 
+#include "document/FileWatch.h"
+#include "document/OutsideChange.h"
 #include "document/Ports.h"
 #include "document/modFile.h"
 
 #include "util/Procedure.h"
+
+#include <QGuiApplication>
 
 #include <algorithm>
 
@@ -26,6 +30,48 @@ void frmDocument::connectNotices()
     connect(noticeBar, &NoticeBar::heightChanged, this, &frmDocument::layOutPanes);
 }
 
+void frmDocument::connectFile()
+{
+    connect(m_fileWatch, &FileWatch::stirred, this,
+            [this] { procedure("frmDocument fileWatch_Stirred", [this] { lookForOutsideChange(*m_document); }); });
+    // What was done elsewhere meanwhile, on a disk that does not tell of it too.
+    connect(qGuiApp, &QGuiApplication::applicationStateChanged, this, [this](Qt::ApplicationState state) {
+        if (state == Qt::ApplicationActive)
+            m_fileWatch->look();
+    });
+    connect(&m_document->history, &History::positionChanged, this, &frmDocument::offerTheirs);
+    connect(noticeBar, &NoticeBar::takeTheirsChosen, this, [this] {
+        decideOnTheirs([this] {
+            if (!takeTheirs(*m_document))
+                noticeBar->announce(NoticeKind::FileChanged);
+        });
+    });
+    connect(noticeBar, &NoticeBar::keepMineChosen, this, [this] { decideOnTheirs([this] { keepMine(*m_document); }); });
+    connect(noticeBar, &NoticeBar::openTheirsChosen, this,
+            [this] { decideOnTheirs([this] { openTheirsBeside(*m_document); }); });
+}
+
+void frmDocument::fileTaken()
+{
+    m_fileWatch->setFile(m_document->m_sFile);
+}
+
+void frmDocument::offerTheirs()
+{
+    noticeBar->setTheirsOffered(!m_document->hasUnsavedChanges());
+}
+
+// A label being edited is a change of the document's own, once it is taken.
+void frmDocument::decideOnTheirs(const std::function<void()> &decide)
+{
+    procedure("frmDocument noticeBar_Click", [&] {
+        activate();
+        treeView->EndLabelEdit();
+        if (DocumentActive() == m_document.get())
+            decide();
+    });
+}
+
 // The selected row and the caret stay in sight where the panes become lower.
 void frmDocument::noticesChanged()
 {
@@ -33,6 +79,7 @@ void frmDocument::noticesChanged()
     const bool rowInSight = treeView->viewport()->rect().intersects(row);
     const bool caretInSight = textBox->viewport()->rect().intersects(textBox->cursorRect());
     noticeBar->showNotices(m_document->notices());
+    offerTheirs();
     layOutPanes();
     if (!m_laidOut)
         return;

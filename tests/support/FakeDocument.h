@@ -162,12 +162,15 @@ public:
 
     void noticesChanged() override { ++timesNoticesChanged; }
 
+    void fileTaken() override { ++timesFileTaken; }
+
     void holdKeys() override { ++timesKeysHeld; }
 
     QString text;
     int timesActivated = 0;
     int timesSplitFitted = 0;
     int timesNoticesChanged = 0;
+    int timesFileTaken = 0;
     int timesKeysHeld = 0;
     std::function<void()> onActivate;
     // Closes the window; false when it stays.
