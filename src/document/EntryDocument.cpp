@@ -8,13 +8,19 @@
 #include "model/ShownText.h"
 #include "rtf/Rtf.h"
 
+#include <QScopedValueRollback>
+#include <QTextBlock>
 #include <QTextFrame>
+
+#include <utility>
 
 namespace
 {
 
 // Of the document's frame: the place of the base font in the list of those that the text has had.
 constexpr int baseFontProperty = QTextFormat::UserProperty + 0x1000;
+// The same of the format of the first paragraph's mark.
+constexpr int firstLookProperty = QTextFormat::UserProperty + 0x1001;
 
 // What the text engine keeps of a document, of a paragraph that is laid out, and of a step that can be undone; bytes.
 constexpr qsizetype documentWeight = 8000;
@@ -35,7 +41,8 @@ EntryDocument::EntryDocument(const QFont &base, EntryId entry)
 EntryDocument::EntryDocument(const QByteArray &storedText, const QFont &base, EntryId entry)
     : EntryDocument(base, entry)
 {
-    m_stored = storedText;
+    // That there is no text is as good as any.
+    m_stored = storedText.isNull() ? QByteArray("") : storedText;
     begin(readShownText(storedText, m_document));
 }
 
@@ -52,11 +59,16 @@ void EntryDocument::begin(const Inflated &text)
     m_state = text.state;
     m_document.setUndoRedoEnabled(true);
     m_document.setModified(false);
+    m_firstLooks = {m_document.firstBlock().charFormat()};
     m_leftOut = m_state == TextState::Whole ? leftOutParts(text.text) : QString();
     m_pictures = text.text.contains("\\pict") ? text.text.size() : 0;
     QObject::connect(&m_document, &QTextDocument::contentsChange, &m_document,
                      [this](int, int, int added) { m_added += added; });
-    QObject::connect(&m_document, &QTextDocument::contentsChanged, &m_document, [this] { m_isChanged = true; });
+    QObject::connect(&m_document, &QTextDocument::undoCommandAdded, &m_document, [this] { m_hasNewStep = true; });
+    QObject::connect(&m_document, &QTextDocument::contentsChanged, &m_document, [this] {
+        m_isChanged = true;
+        keepFirstLook();
+    });
 }
 
 EntryDocument::~EntryDocument() = default;
@@ -102,6 +114,49 @@ void EntryDocument::changeFont(const QFont &font)
     m_fonts.push_back(font);
     m_document.rootFrame()->setFrameFormat(format);
     takeFont();
+}
+
+// No step of the text engine holds how the mark of the first paragraph looked, so undoing would leave that as it is.
+// The frame keeps it, as part of the step that changed it.
+void EntryDocument::keepFirstLook()
+{
+    const bool hasStep = std::exchange(m_hasNewStep, false);
+    QTextFrameFormat format = m_document.rootFrame()->frameFormat();
+    const QTextCharFormat &kept = m_firstLooks[static_cast<std::size_t>(format.intProperty(firstLookProperty))];
+    QTextCursor first(m_document.firstBlock());
+    if (m_isKeepingLook || first.blockCharFormat() == kept)
+        return;
+    const QScopedValueRollback keeping(m_isKeepingLook, true);
+    if (m_isStepping) {
+        first.setBlockCharFormat(kept);
+        return;
+    }
+    const QScopedValueRollback joining(m_isJoiningStep, hasStep);
+    format.setProperty(firstLookProperty, static_cast<int>(m_firstLooks.size()));
+    m_firstLooks.push_back(first.blockCharFormat());
+    if (hasStep)
+        first.joinPreviousEditBlock();
+    else
+        first.beginEditBlock();
+    m_document.rootFrame()->setFrameFormat(format);
+    first.endEditBlock();
+    m_hasNewStep = false;
+}
+
+QTextCursor EntryDocument::undo()
+{
+    const QScopedValueRollback stepping(m_isStepping, true);
+    QTextCursor there(&m_document);
+    m_document.undo(&there);
+    return there;
+}
+
+QTextCursor EntryDocument::redo()
+{
+    const QScopedValueRollback stepping(m_isStepping, true);
+    QTextCursor there(&m_document);
+    m_document.redo(&there);
+    return there;
 }
 
 void EntryDocument::takeFont()

@@ -8,6 +8,7 @@
 #include "model/StoredText.h"
 
 #include <QFont>
+#include <QTextCursor>
 
 #include <vector>
 
@@ -56,6 +57,13 @@ public:
     // To be called when the text has changed: a step that was undone may have brought another base font.
     void takeFont();
 
+    // Go back or forth by one step of the text, which there must be, and say where that was.
+    QTextCursor undo();
+    QTextCursor redo();
+
+    // Whether what is announced as a new step belongs to the one before.
+    bool isJoiningStep() const { return m_isJoiningStep; }
+
     qsizetype weight() const override;
 
     // Where the caret stood and how far the text was scrolled when the pane turned to another text.
@@ -71,6 +79,7 @@ private:
     void begin(const Inflated &text);
     bool isAsRead() const;
     std::size_t fontIndex() const;
+    void keepFirstLook();
 
     const EntryId m_entry;
     TextState m_state = TextState::Whole;
@@ -78,6 +87,12 @@ private:
     SealedDocument m_document;
     // The base fonts that the text has had, the first one first.
     std::vector<QFont> m_fonts;
+    // The same of the formats of its first paragraph's mark.
+    std::vector<QTextCharFormat> m_firstLooks;
+    bool m_isStepping = false;
+    bool m_isKeepingLook = false;
+    bool m_isJoiningStep = false;
+    bool m_hasNewStep = false;
     QString m_leftOut;
     bool m_isChanged = false;
     qsizetype m_pictures = 0;

@@ -37,8 +37,10 @@ std::shared_ptr<EntryDocument> LiveTexts::open(const Entry &entry, const QFont &
         return text;
     auto text = std::make_shared<EntryDocument>(m_tree.storedText(&entry), base, entry.id());
     connect(&text->document(), &QTextDocument::contentsChanged, this, [this, text = text.get()] { noteChange(text); });
-    connect(&text->document(), &QTextDocument::undoCommandAdded, this,
-            [this, id = entry.id()] { Q_EMIT stepAdded(id); });
+    connect(&text->document(), &QTextDocument::undoCommandAdded, this, [this, text = text.get()] {
+        if (!text->isJoiningStep())
+            Q_EMIT stepAdded(text->entry());
+    });
     keep(text);
     return text;
 }
@@ -70,11 +72,14 @@ void LiveTexts::drop(Place place)
 
 void LiveTexts::setShown(std::shared_ptr<EntryDocument> text)
 {
-    if (m_shown != text)
+    const bool isAnother = m_shown != text;
+    if (isAnother)
         endMerging();
     if (const Place before = placeOf(m_shown); before != m_texts.end())
         weigh(before, m_shown->weight());
     m_shown = std::move(text);
+    if (isAnother)
+        endMerging();
     if (const Place now = placeOf(m_shown); now != m_texts.end()) {
         now->second.lastShown = ++m_shows;
         weigh(now, 0);
@@ -121,25 +126,26 @@ void LiveTexts::forget(const Entry *entry)
         drop(place);
 }
 
-void LiveTexts::step(EntryId entry, bool (QTextDocument::*isPossible)() const, void (QTextDocument::*go)(QTextCursor *))
+// What is typed next is not to be merged with what was there before the step that was undone.
+void LiveTexts::step(EntryId entry, bool (QTextDocument::*isPossible)() const, QTextCursor (EntryDocument::*go)())
 {
     const auto kept = m_texts.find(entry);
     if (kept == m_texts.end() || !(kept->second.text->document().*isPossible)())
         throw RunTimeError(ErrorNumber::InvalidCall);
     const std::shared_ptr<EntryDocument> text = kept->second.text;
-    m_steppedAt = QTextCursor(&text->document());
-    (text->document().*go)(&m_steppedAt);
+    m_steppedAt = (*text.*go)();
     text->place.caret = m_steppedAt.position();
+    text->document().setModified(false);
 }
 
 void LiveTexts::undoText(EntryId entry)
 {
-    step(entry, &QTextDocument::isUndoAvailable, &QTextDocument::undo);
+    step(entry, &QTextDocument::isUndoAvailable, &EntryDocument::undo);
 }
 
 void LiveTexts::redoText(EntryId entry)
 {
-    step(entry, &QTextDocument::isRedoAvailable, &QTextDocument::redo);
+    step(entry, &QTextDocument::isRedoAvailable, &EntryDocument::redo);
 }
 
 void LiveTexts::forgetUndone(EntryId entry) noexcept
@@ -183,9 +189,9 @@ bool LiveTexts::fold(EntryDocument &text)
     int at = 0;
     const auto goTo = [&](int stepsBack) {
         for (; at < stepsBack && document.isUndoAvailable(); ++at)
-            document.undo();
+            text.undo();
         for (; at > stepsBack && document.isRedoAvailable(); --at)
-            document.redo();
+            text.redo();
     };
     const auto comeBack = qScopeGuard([&] { goTo(0); });
     return m_folder(text.entry(), [&](int stepsBack) {

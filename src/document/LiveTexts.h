@@ -87,7 +87,7 @@ private:
     void drop(Place place);
     void weigh(Place place, qsizetype weight);
     void noteChange(EntryDocument *text);
-    void step(EntryId entry, bool (QTextDocument::*isPossible)() const, void (QTextDocument::*go)(QTextCursor *));
+    void step(EntryId entry, bool (QTextDocument::*isPossible)() const, QTextCursor (EntryDocument::*go)());
     void forget(const Entry *entry);
     bool fold(EntryDocument &text);
     void dropBeyondWeight();

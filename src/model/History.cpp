@@ -298,6 +298,8 @@ void History::landOn(int position, EntryId selected)
         weigh(m_steps[static_cast<size_t>(position)]);
     if (canUndo())
         weigh(m_steps[static_cast<size_t>(position) - 1]);
+    if (m_liveTexts)
+        m_liveTexts->endMerging();
     if (m_saved == m_position)
         m_touched = tail().size() != m_savedTail;
     if (dropBeyondWeight())

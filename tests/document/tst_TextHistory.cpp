@@ -8,6 +8,7 @@
 #include "support/OutlineText.h"
 
 #include <QTest>
+#include <QTextBlock>
 #include <QTextCursor>
 
 using namespace Qt::StringLiterals;
@@ -27,6 +28,10 @@ private Q_SLOTS:
     void whatIsUndoneToASavedTextIsNotChanged();
     void typingForgetsWhatCouldBeRedoneInAnotherText();
     void whatIsUndoneAltogetherIsStoredByteForByteAsItWas();
+    void whatIsUndoneAltogetherIsNoTextWhereNoneWas();
+    void theLookOfTheFirstParagraphIsUndoneAndRedone();
+    void whatIsTypedBehindAnUndoneStepIsAStep_data();
+    void whatIsTypedBehindAnUndoneStepIsAStep();
     void aStoredTextTakesTheLiveOneAlongAndBringsItBack();
     void anEntryThatWasRemovedComesBackWithWhatCanBeUndoneInIt();
     void aTextThatIsLetGoIsUndoneAllTheSame();
@@ -188,6 +193,75 @@ void tst_TextHistory::whatIsUndoneAltogetherIsStoredByteForByteAsItWas()
     m_texts->setMaximumWeight(0);
     undoAll();
     QCOMPARE(m_outline->tree.storedText(entry(u"A"_s)), before);
+}
+
+void tst_TextHistory::whatIsUndoneAltogetherIsNoTextWhereNoneWas()
+{
+    type(u"A"_s, u"typed"_s);
+    QVERIFY(!m_outline->tree.storedText(entry(u"A"_s)).isEmpty());
+    undoAll();
+    QCOMPARE(m_outline->tree.storedText(entry(u"A"_s)), QByteArray());
+}
+
+// The text engine's own steps leave that as it is.
+void tst_TextHistory::theLookOfTheFirstParagraphIsUndoneAndRedone()
+{
+    m_outline->tree.setStoredText(entry(u"A"_s), "{\\rtf1\\fs40\\par\\fs20 second}");
+    QTextDocument &document = show(u"A"_s);
+    QTextCharFormat large;
+    large.setFontPointSize(30);
+    const QTextCharFormat first = document.firstBlock().charFormat();
+    // Alone, and within a step that does more.
+    QTextCursor(document.firstBlock()).setBlockCharFormat(large);
+    QCOMPARE(m_history->position(), 1);
+    QTextCursor whole(&document);
+    whole.beginEditBlock();
+    whole.insertText(u"typed"_s);
+    QTextCharFormat larger;
+    larger.setFontPointSize(50);
+    QTextCursor(document.firstBlock()).setBlockCharFormat(larger);
+    whole.endEditBlock();
+    QCOMPARE(m_history->position(), 2);
+    for (int round = 0; round < 2; ++round) {
+        QVERIFY(m_history->undo());
+        QCOMPARE(document.firstBlock().charFormat(), large);
+        QVERIFY(m_history->undo());
+        QCOMPARE(document.firstBlock().charFormat(), first);
+        QVERIFY(m_history->redo());
+        QCOMPARE(document.firstBlock().charFormat(), large);
+        QVERIFY(m_history->redo());
+        QCOMPARE(document.firstBlock().charFormat(), larger);
+        QVERIFY(!m_history->canRedo());
+    }
+}
+
+// Merged with what was typed before, it would be no step, and what can be redone would go on from another text.
+void tst_TextHistory::whatIsTypedBehindAnUndoneStepIsAStep_data()
+{
+    QTest::addColumn<bool>("ofText");
+    QTest::newRow("of the text") << true;
+    QTest::newRow("of the outline") << false;
+}
+
+void tst_TextHistory::whatIsTypedBehindAnUndoneStepIsAStep()
+{
+    QFETCH(const bool, ofText);
+    type(u"A"_s, u"one"_s);
+    if (ofText) {
+        QTextCursor all(&show(u"A"_s));
+        all.select(QTextCursor::Document);
+        QTextCharFormat large;
+        large.setFontPointSize(30);
+        all.mergeCharFormat(large);
+    } else {
+        m_history->setLabel(entry(u"B"_s), u"Other"_s);
+    }
+    QVERIFY(m_history->undo());
+    type(u"A"_s, u" two"_s);
+    QCOMPARE(m_history->position(), 2);
+    QVERIFY(!m_history->canRedo());
+    QVERIFY(m_history->undo());
+    QCOMPARE(textOf(u"A"_s), u"one"_s);
 }
 
 void tst_TextHistory::aStoredTextTakesTheLiveOneAlongAndBringsItBack()
