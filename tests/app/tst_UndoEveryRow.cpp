@@ -1,0 +1,544 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "app/MainFixture.h"
+#include "document/UndoRedo.h"
+#include "document/modNodes.h"
+#include "formats/Format.h"
+#include "outline/modOutline.h"
+#include "platform/RichTextBox.h"
+#include "platform/TreeView.h"
+#include "search/modSearch.h"
+#include "support/OutlineText.h"
+#include "util/ByteSink.h"
+#include "window/frmDocument.h"
+
+#include <QLineEdit>
+#include <QTest>
+#include <QTimer>
+
+#include <functional>
+#include <map>
+
+using namespace Qt::StringLiterals;
+
+// Every row of the command table, done in the running program: what changes a document is undone and redone to the
+// byte, and what changes none leaves its bytes and its history alone. A row without a case fails.
+
+namespace
+{
+
+enum class Effect {
+    // It makes one step.
+    Changes,
+    // It opens or closes branches, which becomes part of the step before.
+    OpensOrCloses,
+    // It goes back and forth in what was done.
+    Travels,
+    // It reads and writes files and makes and closes windows.
+    Files,
+    // It shows the same otherwise, or another window or pane.
+    Shows,
+    // It selects, finds or takes note of something.
+    PointsOut,
+    // It is there to be seen, and never to be run.
+    NeverRuns,
+};
+
+struct RowCase {
+    Effect effect;
+    // What the row works on, made before.
+    std::function<void(MainFixture &)> before = {};
+    // What the user does to end it.
+    std::function<void(MainFixture &)> behind = {};
+};
+
+class SinkOfBytes final : public ByteSink
+{
+public:
+    void write(QByteArrayView more) override { bytes.append(more); }
+
+    QByteArray bytes;
+};
+
+QByteArray bytesOf(const Document &document)
+{
+    SinkOfBytes sink;
+    formatOfVersion(formatVersion::native).write(*document.outline, sink);
+    return sink.bytes;
+}
+
+// Selecting is no step.
+QByteArray contentIn(const QByteArray &bytes)
+{
+    QByteArray rest;
+    for (const QByteArray &line : bytes.split('\n')) {
+        if (!line.startsWith("{\\qlf_selecteditemkey"))
+            rest += line + '\n';
+    }
+    return rest;
+}
+
+RichTextBox &boxOf(Document &document)
+{
+    return *static_cast<frmDocument &>(document.view()->window).textBox;
+}
+
+TreeView &outlineOf(Document &document)
+{
+    return *static_cast<frmDocument &>(document.view()->window).treeView;
+}
+
+void select(const QString &label)
+{
+    Document &document = *DocumentActive();
+    modNodes::NodeSelect(document, entryLabelled(document.tree, label));
+}
+
+void inOutline(MainFixture &main)
+{
+    main.choose("mnuViewGoToOutline");
+}
+
+// The caret in the text, whose second word is selected.
+void inText(MainFixture &main)
+{
+    main.choose("mnuViewGoToText");
+    boxOf(*DocumentActive()).setSelStart(2);
+    boxOf(*DocumentActive()).setSelLength(3);
+}
+
+auto on(const char *label)
+{
+    return [label](MainFixture &main) {
+        select(QString::fromLatin1(label));
+        inOutline(main);
+    };
+}
+
+void withCopied(MainFixture &main)
+{
+    select(u"A1"_s);
+    modOutline::OutlineCopy();
+    on("B")(main);
+}
+
+void answerYes(MainFixture &main)
+{
+    main.app.core.dialogs.answers = {Answer::Yes};
+}
+
+void chooseFont(MainFixture &main)
+{
+    FontAttributes font;
+    font.name = u"DejaVu Serif"_s;
+    font.size = 17;
+    main.app.core.dialogs.fonts = {font};
+}
+
+void typeLabel(MainFixture &)
+{
+    QLineEdit *open = nullptr;
+    for (QLineEdit *editor : outlineOf(*DocumentActive()).findChildren<QLineEdit *>())
+        open = editor->isHidden() ? open : editor;
+    if (!open)
+        QTest::qFail("no label is open", __FILE__, __LINE__);
+    else
+        QTest::keyClicks(open, u"Typed"_s);
+    outlineOf(*DocumentActive()).EndLabelEdit();
+}
+
+// Closes whatever waits for the user.
+void closeModalWindow()
+{
+    QTimer::singleShot(0, qApp, [] {
+        if (QWidget *window = QApplication::activeModalWidget())
+            window->close();
+        else
+            closeModalWindow();
+    });
+}
+
+void replaceAllInDialog(MainFixture &main)
+{
+    inOutline(main);
+    searchPorts().showDialog = [] {
+        g_sSearchFind = u"cat"_s;
+        g_sSearchReplace = u"dog"_s;
+        g_sSearchScope = u"1"_s;
+        modSearch::SearchReplaceAll();
+    };
+}
+
+auto behindACommand(const char *command)
+{
+    return [command](MainFixture &main) {
+        inText(main);
+        main.choose(command);
+        inText(main);
+    };
+}
+
+void withAStepUndone(MainFixture &main)
+{
+    on("B")(main);
+    DocumentActive()->history.setLabel(entryLabelled(DocumentActive()->tree, u"C"_s), u"Renamed"_s);
+    undoStep(*DocumentActive());
+}
+
+void withAStep(MainFixture &main)
+{
+    withAStepUndone(main);
+    redoStep(*DocumentActive());
+}
+
+RowCase changing(std::function<void(MainFixture &)> before, std::function<void(MainFixture &)> behind = {})
+{
+    return {Effect::Changes, std::move(before), std::move(behind)};
+}
+
+RowCase editing(std::function<void(MainFixture &)> before = inText)
+{
+    return {Effect::Changes, std::move(before), {}};
+}
+
+RowCase opening(const char *label)
+{
+    return {Effect::OpensOrCloses, on(label), {}};
+}
+
+// What a dialog would ask for is given up.
+void cancelled(MainFixture &main)
+{
+    inOutline(main);
+    main.app.core.dialogs.answers = {Answer::Cancel};
+    main.app.core.dialogs.openNames = {std::nullopt};
+    main.app.core.dialogs.saveNames = {std::nullopt};
+}
+
+void savedUnder(MainFixture &main)
+{
+    inOutline(main);
+    main.app.core.dialogs.answers = {Answer::Yes};
+    main.app.core.dialogs.saveNames = {main.app.folder.filePath(u"saved.qly"_s)};
+}
+
+const std::map<std::string_view, RowCase> &cases()
+{
+    using enum Effect;
+    static const auto deleting = [](MainFixture &main) {
+        on("B")(main);
+        answerYes(main);
+    };
+    static const auto font = [](MainFixture &main) {
+        inText(main);
+        chooseFont(main);
+    };
+    static const auto pasting = [](MainFixture &main) {
+        inText(main);
+        main.app.core.clipboard.setText(u"pasted"_s);
+    };
+    static const std::map<std::string_view, RowCase> all = {
+        {"mnuFileNew", {Files, inOutline}},
+        {"mnuFileOpen", {Files, cancelled}},
+        {"mnuFileClose", {Files, cancelled}},
+        {"mnuFileSave", {Files, savedUnder}},
+        {"mnuFileSaveAs", {Files, savedUnder}},
+        {"mnuFileSaveAll", {Files, savedUnder}},
+        {"mnuFileImportClipboard", {Files, cancelled}},
+        {"mnuFileImportText", {Files, cancelled}},
+        {"mnuFileExportClipboard", {Files, inOutline}},
+        {"mnuFileExportText", {Files, cancelled}},
+        {"mnuFilePrintSetup", {Files, inOutline}},
+        {"mnuFilePrintPreview", {Files, cancelled}},
+        {"mnuFilePrint", {Files, cancelled}},
+        {"mnuFilePrintEntry", {Files, cancelled}},
+        {"mnuFilePrintPreviewEntry", {Files, cancelled}},
+        {"mnuFileMRU", {Files, inOutline}},
+        {"mnuFileExit", {Files, cancelled}},
+        {"mnuOutlineInsertAbove", changing(on("B"), typeLabel)},
+        {"mnuOutlineInsertBelow", changing(on("B"), typeLabel)},
+        {"mnuOutlineInsertChild", changing(on("B"), typeLabel)},
+        {"mnuOutlineIndent", changing(on("B"))},
+        {"mnuOutlineUnindent", changing(on("B1"))},
+        {"mnuOutlineMoveUp", changing(on("B"))},
+        {"mnuOutlineMoveDown", changing(on("B"))},
+        {"mnuOutlineMoveFirst", changing(on("B"))},
+        {"mnuOutlineMoveLast", changing(on("B"))},
+        {"keyOutlineMoveFirst", changing(on("B"))},
+        {"keyOutlineMoveLast", changing(on("B"))},
+        {"mnuOutlineExpand", opening("C")},
+        {"mnuOutlineExpandLevel1", opening("Root")},
+        {"mnuOutlineExpandLevel2", opening("B")},
+        {"mnuOutlineExpandLevel3", opening("B")},
+        {"mnuOutlineExpandLevel4", opening("B")},
+        {"mnuOutlineExpandLevel5", opening("B")},
+        {"mnuOutlineExpandLevel6", opening("B")},
+        {"mnuOutlineExpandLevel7", opening("B")},
+        {"mnuOutlineExpandAll", opening("B")},
+        {"mnuOutlineCollapse", opening("B")},
+        {"mnuOutlineCollapseAll", opening("Root")},
+        {"mnuOutlineCopy", {PointsOut, on("B")}},
+        {"mnuOutlinePaste", changing(withCopied)},
+        {"mnuOutlinePasteAndDelete", changing(withCopied)},
+        {"mnuOutlineDelete", changing(deleting)},
+        {"mnuOutlineRename", changing(on("B"), typeLabel)},
+        {"mnuOutlineSortCurrent", changing(on("B"))},
+        {"mnuOutlineSortAll", changing(on("B"))},
+        {"mnuOutlineTaggedEntry", changing(on("B"))},
+        {"mnuOutlinePasteTaggedEntries", changing(on("A"))},
+        {"mnuOutlineDeleteTaggedEntries", changing(deleting)},
+        {"mnuOutlineFont", changing(font)},
+        {"mnuEditCut", editing()},
+        {"mnuEditCopy", {PointsOut, inText}},
+        {"mnuEditPaste", editing(pasting)},
+        {"mnuEditPasteSpecial", editing(pasting)},
+        {"mnuEditDelete", editing()},
+        {"mnuEditSelectAll", {PointsOut, inText}},
+        {"mnuEditClearEntryText", editing([](MainFixture &main) {
+             inText(main);
+             answerYes(main);
+         })},
+        {"mnuEditInsertTab", editing()},
+        {"mnuEditInsertLongDate", editing()},
+        {"mnuEditInsertShortDate", editing()},
+        {"mnuEditInsertTime", editing()},
+        {"mnuEditCaseLower", editing(behindACommand("mnuEditCaseUpper"))},
+        {"mnuEditCaseProperName", editing()},
+        {"mnuEditCaseUpper", editing()},
+        {"mnuEditCaseToggle", editing()},
+        {"mnuEditFormatBold", editing()},
+        {"mnuEditFormatItalic", editing()},
+        {"mnuEditFormatStrikeThrough", editing()},
+        {"mnuEditFormatUnderline", editing()},
+        {"mnuEditFormatLeft", editing(behindACommand("mnuEditFormatRight"))},
+        {"mnuEditFormatCentre", editing()},
+        {"mnuEditFormatRight", editing()},
+        {"mnuEditFormatBullet", editing()},
+        {"mnuEditFormatIndent", editing()},
+        {"mnuEditFormatUnindent", editing(behindACommand("mnuEditFormatIndent"))},
+        {"mnuEditCurrentFont", editing(font)},
+        {"mnuEditDocumentFont", editing(font)},
+        {"keyTextSmaller", editing()},
+        {"keyTextLarger", editing()},
+        {"mnuSearchFind",
+         {PointsOut,
+          [](MainFixture &main) {
+              inOutline(main);
+              searchPorts().showDialog = [] {};
+          }}},
+        {"mnuSearchReplace", changing(replaceAllInDialog)},
+        {"mnuSearchRepeat",
+         {PointsOut,
+          [](MainFixture &main) {
+              inOutline(main);
+              g_sSearchFind = u"cat"_s;
+              g_sSearchScope = u"1"_s;
+          }}},
+        {"mnuViewToolbar", {Shows, inOutline}},
+        {"mnuViewMDITaskbar", {NeverRuns}},
+        {"mnuViewStatusBar", {Shows, inOutline}},
+        {"mnuViewGoToOutline", {Shows, inText}},
+        {"mnuViewGoToText", {Shows, inOutline}},
+        {"mnuViewMaximiseLeft", {Shows, inOutline}},
+        {"mnuViewMaximiseRight", {Shows, inOutline}},
+        {"mnuViewEqualiseLeftAndRight", {Shows, inOutline}},
+        {"mnuViewFitSplit", {Shows, inOutline}},
+        {"mnuViewMoveSplit", {Shows, inOutline}},
+        {"mnuViewOptionsBackupOnSave", {Shows, inOutline}},
+        {"mnuViewOptionsAutoFitSplit", {Shows, inOutline}},
+        {"mnuViewOptionsStartWithNewDoc", {Shows, inOutline}},
+        {"mnuViewOptionsStartWithPrevDocs", {Shows, inOutline}},
+        {"mnuViewOptionsClickToRenameEntry", {Shows, inOutline}},
+        {"mnuToolsUndo", {Travels, withAStep}},
+        {"mnuToolsRedo", {Travels, withAStepUndone}},
+        // Its argument is the position.
+        {"toolsGoTo", {Travels, withAStep}},
+        {"mnuToolsHistory", {Shows, inOutline}},
+        {"keyPaneNext", {Shows, inOutline}},
+        {"mnuWindowNewWindow", {NeverRuns}},
+        {"mnuWindowCascade", {Shows, inOutline}},
+        {"mnuWindowTileHorizontal", {Shows, inOutline}},
+        {"mnuWindowTileVertical", {Shows, inOutline}},
+        {"mnuWindowArrangeIcons", {Shows, inOutline}},
+        {"keyWindowNext", {Shows, inOutline}},
+        {"mnuHelpContents", {Shows, inOutline}},
+        {"mnuHelpSearch", {Shows, inOutline}},
+        {"mnuHelpAbout",
+         {Shows,
+          [](MainFixture &main) {
+              inOutline(main);
+              closeModalWindow();
+          }}},
+        {"keyDiagnostics",
+         {Shows,
+          [](MainFixture &main) {
+              inOutline(main);
+              closeModalWindow();
+          }}},
+    };
+    return all;
+}
+
+bool isRun(const CommandRow &row)
+{
+    return row.kind != RowKind::Menu && row.kind != RowKind::Separator;
+}
+
+} // namespace
+
+class tst_UndoEveryRow : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void everyRowHasItsCase();
+    void everyRowIsUndoneOrChangesNothing_data();
+    void everyRowIsUndoneOrChangesNothing();
+
+private:
+    void run(const CommandRow &row) const;
+
+    std::unique_ptr<MainFixture> m_main;
+};
+
+void tst_UndoEveryRow::init()
+{
+    m_main = std::make_unique<MainFixture>();
+    m_main->start();
+    m_main->main.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&m_main->main));
+    m_main->choose("mnuFileNew");
+    Document &document = *DocumentActive();
+    document.view()->trvOutline.EndLabelEdit();
+    EntryTree &tree = document.outline->tree;
+    tree.remove(tree.root());
+    plantOutline(tree, {u"Root +"_s, u" A +"_s, u"  A1"_s, u" B +*"_s, u"  B2"_s, u"  B1"_s, u" C"_s, u"  C1"_s});
+    for (const Entry *entry = tree.root(); entry; entry = nextInOutline(entry, tree.root()))
+        tree.setStoredText(tree.entry(entry->id()), "{\\rtf1 a cat of " + entry->label().toLatin1() + "\\par}");
+    select(u"B"_s);
+    document.history.startAnew();
+    g_sSearchFind.clear();
+    g_sSearchReplace.clear();
+    g_bSearchMatchCase = g_bSearchWholeWord = g_bSearchBackwards = false;
+}
+
+void tst_UndoEveryRow::cleanup()
+{
+    searchPorts().showDialog = {};
+    modOutline::copiedEntry().clear();
+    m_main.reset();
+}
+
+void tst_UndoEveryRow::everyRowHasItsCase()
+{
+    QStringList missing;
+    for (const CommandRow &row : commandTable) {
+        if (isRun(row) && !cases().contains(row.name))
+            missing.append(toText(row.name));
+    }
+    QCOMPARE(missing, QStringList());
+    for (const auto &[name, _] : cases())
+        QVERIFY2(commandRow(name) != noRow, name.data());
+}
+
+void tst_UndoEveryRow::everyRowIsUndoneOrChangesNothing_data()
+{
+    QTest::addColumn<int>("row");
+    for (std::size_t row = 0; row < commandTable.size(); ++row) {
+        if (isRun(commandTable[row]) && cases().contains(commandTable[row].name))
+            QTest::newRow(commandTable[row].name.data()) << static_cast<int>(row);
+    }
+}
+
+// A menu item by its menu, the rest by its key.
+void tst_UndoEveryRow::run(const CommandRow &row) const
+{
+    if (row.kind == RowKind::Command) {
+        m_main->choose(row.name.data());
+    } else if (row.routine.run) {
+        row.routine.run(row.argument);
+    } else {
+        static constexpr Qt::KeyboardModifiers modifiers[] = {
+            Qt::NoModifier,  Qt::KeypadModifier,  Qt::NoModifier,
+            Qt::AltModifier, Qt::ControlModifier, Qt::ControlModifier | Qt::ShiftModifier};
+        QTest::keyClick(&outlineOf(*DocumentActive()), static_cast<Qt::Key>(row.keys[0].key),
+                        modifiers[row.keys[0].modifiers]);
+    }
+}
+
+void tst_UndoEveryRow::everyRowIsUndoneOrChangesNothing()
+{
+    QFETCH(const int, row);
+    const CommandRow &command = commandTable[static_cast<std::size_t>(row)];
+    const RowCase &rowCase = cases().at(command.name);
+    Document &document = *DocumentActive();
+    if (rowCase.effect == Effect::NeverRuns) {
+        QVERIFY(command.routine.name.empty());
+        QVERIFY(!m_main->main.dispatcher().isEnabled(command.name, currentCommandState()));
+        return;
+    }
+    if (rowCase.before)
+        rowCase.before(*m_main);
+    const QByteArray start = bytesOf(document);
+    // What is opened and closed becomes part of a step.
+    if (rowCase.effect == Effect::OpensOrCloses) {
+        document.history.setLabel(entryLabelled(document.tree, u"A1"_s), u"Renamed"_s);
+        m_main->main.surface().MenuEnableDynamic();
+    }
+    // A file is asked for where there is something to be saved.
+    if (rowCase.effect == Effect::Files)
+        document.history.touch();
+    else
+        document.history.markSaved();
+    const QByteArray before = bytesOf(document);
+    const int steps = document.history.stepCount();
+    const int position = document.history.position();
+    run(command);
+    if (rowCase.behind)
+        rowCase.behind(*m_main);
+    const QByteArray after = bytesOf(document);
+    switch (rowCase.effect) {
+    case Effect::NeverRuns:
+        break;
+    case Effect::Travels:
+        QCOMPARE(document.history.stepCount(), steps);
+        QVERIFY(document.history.position() != position);
+        QVERIFY(contentIn(after) != contentIn(before));
+        break;
+    case Effect::Files:
+    case Effect::Shows:
+    case Effect::PointsOut:
+        QCOMPARE(document.history.stepCount(), steps);
+        QCOMPARE(document.history.position(), position);
+        QCOMPARE(contentIn(after), contentIn(before));
+        break;
+    case Effect::OpensOrCloses:
+    case Effect::Changes:
+        const bool isStep = rowCase.effect == Effect::Changes;
+        QVERIFY(contentIn(after) != contentIn(before));
+        QVERIFY(document.m_bDataChanged());
+        QVERIFY(document.history.position() > position || !isStep);
+        QCOMPARE(document.history.stepCount(), document.history.position());
+        const int end = document.history.position();
+        for (int round = 0; round < 2; ++round) {
+            while (document.history.position() > (isStep ? position : 0))
+                QVERIFY(undoStep(document));
+            QCOMPARE(bytesOf(document), start);
+            QCOMPARE(document.m_bDataChanged(), !isStep);
+            while (document.history.position() < end)
+                QVERIFY(redoStep(document));
+            // What opens and closes may have selected what is still seen, which is no step.
+            QCOMPARE(isStep ? bytesOf(document) : contentIn(bytesOf(document)), isStep ? after : contentIn(after));
+            QVERIFY(document.m_bDataChanged());
+        }
+        break;
+    }
+    m_main->app.core.dialogs.answers.clear();
+    document.history.markSaved();
+}
+
+QTEST_MAIN(tst_UndoEveryRow)
+#include "tst_UndoEveryRow.moc"
