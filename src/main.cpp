@@ -2,6 +2,8 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/Application.h"
+#include "app/BusApplication.h"
+#include "app/modMain.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -20,6 +22,8 @@ constexpr const char *helpText =
     "Opens the files; without any, what the options say: the documents of the last session,\n"
     "a new one, both or none. An argument that is no file as it stands may hold several\n"
     "names with blanks between.\n\n"
+    "A program that runs in the same session already opens them in its window.\n\n"
+    "      --alone    start beside a program that runs already\n"
     "      --help     show this text and end\n"
     "      --version  show the version and end\n";
 
@@ -51,7 +55,16 @@ int main(int argc, char *argv[])
     QApplication::setDesktopFileName(u"quillery"_s);
     QApplication::setWindowIcon(QIcon(u":/icons/quillery.svg"_s));
 
-    Application application(QApplication::arguments().mid(1));
+    QStringList arguments = QApplication::arguments().mid(1);
+    const bool alone = arguments.removeAll(u"--alone"_s) > 0;
+    // Outlives all else: until the end somebody may ask.
+    BusApplication bus(QDBusConnection::sessionBus());
+    if (!alone && bus.handOver(modMain::ExistingFiles(modMain::GetArgumentFiles(arguments))))
+        return 0;
+    Application application(arguments);
     application.Main();
+    frmMain &window = application.mainWindow();
+    bus.setReceiver(
+        {[&window] { window.comeToFront(); }, [&window](const auto &files) { return window.openFiles(files); }});
     return application.exec();
 }

@@ -7,17 +7,14 @@
 #include "app/CommandMenus.h"
 #include "app/DesktopKeys.h"
 #include "app/DocumentArea.h"
-#include "app/DroppedFiles.h"
 #include "app/MainSurface.h"
 #include "app/MenuBarKeys.h"
 #include "app/StatusBar.h"
 #include "app/Toolbar.h"
 #include "app/modMain.h"
 #include "commands/CommandKeys.h"
-#include "document/modDoc.h"
 #include "panes/PaneDocks.h"
 #include "panes/PaneTable.h"
-#include "util/FullPath.h"
 #include "util/Procedure.h"
 #include "window/frmDocument.h"
 
@@ -181,38 +178,6 @@ void frmMain::resizeEvent(QResizeEvent *event)
 {
     QMainWindow::resizeEvent(event);
     noteKeptState();
-}
-
-void frmMain::dragEnterEvent(QDragEnterEvent *event)
-{
-    MDIForm_OLEDragOver(*event);
-}
-
-void frmMain::dragMoveEvent(QDragMoveEvent *event)
-{
-    MDIForm_OLEDragOver(*event);
-}
-
-void frmMain::dropEvent(QDropEvent *event)
-{
-    MDIForm_OLEDragOver(*event);
-    MDIForm_OLEDragDrop(*event);
-}
-
-void frmMain::MDIForm_OLEDragOver(QDropEvent &event)
-{
-    event.setDropAction(Qt::CopyAction);
-    event.accept();
-}
-
-void frmMain::MDIForm_OLEDragDrop(QDropEvent &event)
-{
-    procedure("frmMain MDIForm_OLEDragDrop", [&] {
-        if (bBusy || QApplication::activeModalWidget())
-            return;
-        for (const QString &sFile : droppedFiles(*event.mimeData()))
-            modDoc::DocLoad(FullPathName(sFile));
-    });
 }
 
 // Keeps typing going to the document when the main window itself, and none of its controls, has the keyboard focus.

@@ -44,6 +44,9 @@ public:
     // Asks about each document with unsaved changes, and saves those that are to be saved. False when one is to stay
     // open, which the user wants or a failed save.
     bool mayGiveUpDocuments();
+    // Opens files that come from elsewhere. False while the program is busy or waits for an answer.
+    bool openFiles(const QStringList &files);
+    void comeToFront();
     // Ends the session: stores what is kept between runs and ends the log, the first time that it is called.
     void endSession();
 

@@ -129,16 +129,23 @@ QStringList GetArgumentFiles(const QStringList &arguments)
     });
 }
 
+QStringList ExistingFiles(const QStringList &names)
+{
+    QStringList files;
+    for (const QString &name : names) {
+        if (const QString sFile = FullPathName(name); modString::FileExists(sFile))
+            files.append(sFile);
+    }
+    return files;
+}
+
 void LoadInitialFiles()
 {
     procedure("modMain LoadInitialFiles", [] {
         bool bFileGiven = false;
         const QStringList &arguments = appPorts().arguments;
-        for (const QString &name :
-             arguments.isEmpty() ? GetCommandLineFiles(appPorts().commandLine) : GetArgumentFiles(arguments)) {
-            const QString sFile = FullPathName(name);
-            if (!modString::FileExists(sFile))
-                continue;
+        for (const QString &sFile : ExistingFiles(arguments.isEmpty() ? GetCommandLineFiles(appPorts().commandLine)
+                                                                      : GetArgumentFiles(arguments))) {
             bFileGiven = true;
             if (!modDoc::DocLoad(sFile))
                 return;

@@ -31,6 +31,9 @@ QStringList GetCommandLineFiles(const QString &arguments);
 // The same of arguments, each of which is first tried as one name, as the desktop gives it for a path with a blank.
 QStringList GetArgumentFiles(const QStringList &arguments);
 
+// The full paths of those names that are files.
+QStringList ExistingFiles(const QStringList &names);
+
 // Opens the files of the command line, up to the first that cannot be read whole; without any, what the options
 // StartWithLatestDocuments and StartWithNewDocument ask for.
 void LoadInitialFiles();

@@ -27,6 +27,8 @@ begin_road() {
     cp "$program" "$work/bin/quillery"
     export HOME=$work/home XDG_CONFIG_HOME=$work/home/config XDG_STATE_HOME=$work/home/state
     unset QT_QPA_PLATFORM
+    # The user's own session may have the program already, and would get the files.
+    [[ -n ${QUILLERY_ROAD_SESSION-} ]] || export DBUS_SESSION_BUS_ADDRESS=disabled:
     start_display
 }
 
@@ -38,9 +40,19 @@ need_assistive_technology() {
         printf 'SKIPPED: reading the program takes the packages at-spi2-core, python3-pyatspi and dbus\n' >&2
         exit 77
     fi
-    [[ -z ${QUILLERY_ROAD_SESSION-} ]] || return 0
     # The program offers itself to assistive technology though none is there yet when it starts.
-    QUILLERY_ROAD_SESSION=1 QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1 exec dbus-run-session -- "$0" "$@"
+    export QT_LINUX_ACCESSIBILITY_ALWAYS_ON=1
+    need_session_bus "$@"
+}
+
+# need_session_bus SCRIPT'S ARGUMENT...: runs the script again in a session with a bus of its own.
+need_session_bus() {
+    [[ -z ${QUILLERY_ROAD_SESSION-} ]] || return 0
+    if ! command -v dbus-run-session >/dev/null; then
+        printf 'SKIPPED: a session of its own takes the package dbus\n' >&2
+        exit 77
+    fi
+    QUILLERY_ROAD_SESSION=1 exec dbus-run-session -- "$0" "$@"
 }
 
 # read_program SCRIPT [ARGUMENT...]: has the program that runs read by a script of this folder.
