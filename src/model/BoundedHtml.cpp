@@ -4,6 +4,8 @@
 #include "model/BoundedHtml.h"
 
 #include "model/HtmlFamilies.h"
+#include "model/HtmlGrid.h"
+#include "model/HtmlLooks.h"
 #include "model/HtmlTokens.h"
 #include "model/Limits.h"
 #include "rtf/Limits.h"
@@ -68,39 +70,6 @@ QString asText(QStringView value)
     return value.toString().replace(u'<', "&lt;"_L1);
 }
 
-// How many cells a table has once it is laid out: every row gets as many as the widest one has, and what a cell spans
-// is made of cells too.
-class HtmlGrid
-{
-public:
-    qsizetype places() const { return m_rows * m_columns; }
-
-    void startRow()
-    {
-        ++m_rows;
-        m_column = 0;
-    }
-
-    void addCell(int columns, int rows)
-    {
-        if (m_rows == 0)
-            startRow();
-        while (m_column < m_takenUntil.size() && m_takenUntil[m_column] >= m_rows)
-            ++m_column;
-        m_takenUntil.resize(std::max(m_takenUntil.size(), m_column + std::size_t(columns)));
-        for (const std::size_t end = m_column + std::size_t(columns); m_column < end; ++m_column)
-            m_takenUntil[m_column] = m_rows + rows - 1;
-        m_columns = std::max(m_columns, qsizetype(m_column));
-    }
-
-private:
-    qsizetype m_rows = 0;
-    qsizetype m_columns = 0;
-    std::size_t m_column = 0; // behind the last cell of the last row
-    // The last row that a cell takes of each column.
-    std::vector<qsizetype> m_takenUntil;
-};
-
 int spanOf(QStringView value)
 {
     return std::clamp(value.toInt(), 1, static_cast<int>(rtf::mostCells));
@@ -127,6 +96,26 @@ private:
         int items = 0;
     };
 
+    // Of what is written, to be made once all is known that it depends on.
+    struct Edit {
+        qsizetype at;
+        qsizetype length;
+        QString text;
+    };
+
+    struct Span {
+        Edit edit;
+        HtmlGrid::Cell cell;
+    };
+
+    struct OpenTable {
+        HtmlGrid grid;
+        std::vector<Span> spans;
+        // The widths of its cells as one text, and how these are left out.
+        QString widths;
+        std::vector<Edit> withoutWidths;
+    };
+
     void take(const HtmlToken &token);
     void start(const HtmlToken &token);
     void end(const QString &name);
@@ -134,6 +123,8 @@ private:
     bool heldPicture(const HtmlToken &token);
     void style(QStringView sheet);
     void takePlaces(const HtmlToken &token, HtmlElement element);
+    void finishTable(const OpenTable &table);
+    void makeEdits();
     void closeImplied(HtmlElement element);
     void startItem();
     void closeTop();
@@ -148,16 +139,21 @@ private:
     // End tags to come of elements that are too deep to be remembered.
     QHash<QString, int> m_forgotten;
     int m_tables = 0;
-    // Of the tables that are open and not too deep.
-    std::vector<HtmlGrid> m_grids;
+    // Those that are open and not too deep.
+    std::vector<OpenTable> m_openTables;
+    // Of the last tag: where in it the value of "colspan" stands, and all of "width".
+    Edit m_span{};
+    Edit m_width{};
+    std::vector<Edit> m_edits;
     qsizetype m_elements = 0;
     // Of all tables, as they are laid out; twice for each table around theirs.
     qsizetype m_cells = 0;
     qsizetype m_rules = 0;
     HtmlFamilies m_families;
+    HtmlLooks m_looks;
     qint64 m_pictureBytes = 0;
-    // Where the style sheets stand.
-    std::vector<std::pair<qsizetype, qsizetype>> m_sheets;
+    // How the style sheets are left out.
+    std::vector<Edit> m_withoutSheets;
 };
 
 BoundedHtml HtmlBounder::run()
@@ -173,11 +169,27 @@ BoundedHtml HtmlBounder::run()
     while (!m_open.empty())
         closeTop();
     m_result.cells = m_cells;
-    if (m_rules * m_elements > mostStyleSteps) {
-        for (auto sheet = m_sheets.crbegin(); sheet != m_sheets.crend(); ++sheet)
-            m_result.html.remove(sheet->first, sheet->second);
-    }
+    if (m_rules * m_elements > mostStyleSteps)
+        m_edits.insert(m_edits.end(), m_withoutSheets.begin(), m_withoutSheets.end());
+    makeEdits();
     return std::move(m_result);
+}
+
+void HtmlBounder::makeEdits()
+{
+    if (m_edits.empty())
+        return;
+    std::ranges::sort(m_edits, {}, &Edit::at);
+    const QStringView written(m_result.html);
+    QString edited;
+    qsizetype at = 0;
+    for (const Edit &edit : m_edits) {
+        edited += written.sliced(at, edit.at - at);
+        edited += edit.text;
+        at = edit.at + edit.length;
+    }
+    edited += written.sliced(at);
+    m_result.html = std::move(edited);
 }
 
 void HtmlBounder::take(const HtmlToken &token)
@@ -211,16 +223,20 @@ void HtmlBounder::style(QStringView sheet)
 {
     const QString written =
         "<style>"_L1 + m_families.boundedStyles(withoutFloats(withBoundedNumbers(sheet))) + "</style>"_L1;
+    m_looks.addSheet(sheet);
     m_rules += sheet.count(u'{') + sheet.count(u',');
-    m_sheets.emplace_back(m_result.html.size(), written.size());
+    m_withoutSheets.push_back({m_result.html.size(), written.size(), {}});
     m_result.html += written;
 }
 
 QString HtmlBounder::tag(const HtmlToken &token)
 {
     QString written = u'<' + token.name;
+    m_span = {};
+    m_width = {};
     for (const HtmlAttribute &attribute : token.attributes) {
-        if (attribute.name.contains(u'"') || attribute.name.contains(u'\'') || attribute.name.contains(u'<'))
+        if (attribute.name.contains(u'"') || attribute.name.contains(u'\'') || attribute.name.contains(u'<') ||
+            !m_looks.take(token.name, attribute))
             continue;
         QString value = attribute.value.toString();
         if (attribute.name == "style"_L1)
@@ -232,7 +248,12 @@ QString HtmlBounder::tag(const HtmlToken &token)
         else if (attribute.name == "colspan"_L1 || attribute.name == "rowspan"_L1)
             value = QString::number(spanOf(value));
         const QChar quote = value.contains(u'"') ? u'\'' : u'"';
+        const qsizetype at = written.size();
         written += u' ' + attribute.name + u'=' + quote + value + quote;
+        if (attribute.name == "colspan"_L1)
+            m_span = {written.size() - 1 - value.size(), value.size(), {}};
+        else if (attribute.name == "width"_L1)
+            m_width = {at, written.size() - at, {}};
     }
     return written + u'>';
 }
@@ -277,22 +298,43 @@ void HtmlBounder::start(const HtmlToken &token)
     m_open.push_back(std::move(open));
 }
 
+// Before the tag is written.
 void HtmlBounder::takePlaces(const HtmlToken &token, HtmlElement element)
 {
     const bool isTooDeep = m_tables > rtf::deepestTable;
     if (element == HtmlElement::Table && !isTooDeep)
-        m_grids.emplace_back();
-    if (m_grids.empty() || isTooDeep) {
+        m_openTables.emplace_back();
+    if (m_openTables.empty() || isTooDeep) {
         m_cells += element == HtmlElement::Cell ? 1 : 0;
         return;
     }
-    HtmlGrid &grid = m_grids.back();
-    const qsizetype before = grid.places();
-    if (element == HtmlElement::Row)
-        grid.startRow();
-    else if (element == HtmlElement::Cell)
-        grid.addCell(spanOf(token.attribute(u"colspan")), spanOf(token.attribute(u"rowspan")));
-    m_cells += (grid.places() - before) << (m_grids.size() - 1);
+    OpenTable &table = m_openTables.back();
+    const qsizetype before = table.grid.places();
+    if (element == HtmlElement::Row) {
+        table.grid.startRow();
+    } else if (element == HtmlElement::Cell) {
+        const HtmlGrid::Cell cell =
+            table.grid.addCell(spanOf(token.attribute(u"colspan")), spanOf(token.attribute(u"rowspan")));
+        const qsizetype at = m_result.html.size();
+        if (m_span.length > 0)
+            table.spans.push_back({{at + m_span.at, m_span.length, {}}, cell});
+        if (m_width.length > 0) {
+            table.widths += QString::number(cell.begin) + u' ' + token.attribute(u"width").toString() + u' ';
+            table.withoutWidths.push_back({at + m_width.at, m_width.length, {}});
+        }
+    }
+    m_cells += (table.grid.places() - before) << (m_openTables.size() - 1);
+}
+
+void HtmlBounder::finishTable(const OpenTable &table)
+{
+    const std::vector<int> columnsBefore = table.grid.columnsBefore();
+    for (const Span &span : table.spans) {
+        const int columns = columnsBefore[span.cell.end] - columnsBefore[span.cell.begin];
+        m_edits.push_back({span.edit.at, span.edit.length, QString::number(columns)});
+    }
+    if (!m_looks.takeWidths(table.widths))
+        m_edits.insert(m_edits.end(), table.withoutWidths.begin(), table.withoutWidths.end());
 }
 
 // Ends what a start tag ends without saying so.
@@ -379,8 +421,10 @@ void HtmlBounder::closeTop()
     if (!open.writtenName.isEmpty())
         m_result.html += "</"_L1 + open.writtenName + u'>';
     if (open.element == HtmlElement::Table) {
-        if (m_tables <= rtf::deepestTable)
-            m_grids.pop_back();
+        if (m_tables <= rtf::deepestTable) {
+            finishTable(m_openTables.back());
+            m_openTables.pop_back();
+        }
         --m_tables;
     }
     --m_openByName[open.name];

@@ -14,7 +14,8 @@
 struct BoundedHtml {
     // Tables and elements nested beyond the bounds of model/Limits.h are gone and their words stand where they were;
     // a long list goes on in a new one; lengths beyond all measure are long ones; nothing floats; only so many font
-    // families are named. Every element is closed. In the place of a picture that is elsewhere stands the text that the
+    // families are named, and only so many elements have looks of their own (HtmlLooks). A table has no column in which
+    // no cell begins. Every element is closed. In the place of a picture that is elsewhere stands the text that the
     // page has for it.
     QString html;
     // The files of the pictures that the text itself holds; in the HTML they are named pictureName and their number.

@@ -84,6 +84,10 @@ constexpr int longestHtmlList = 1000;
 // them in the family alone: twenty thousand families take half a minute.
 constexpr qsizetype mostHtmlFamilies = 500;
 
+// Looks of a web page's elements that differ in nothing but a name, a gradient or the widths of a table's columns; each
+// kind for itself. Twenty-five thousand names take more than a minute.
+constexpr qsizetype mostHtmlLooks = 500;
+
 // Bytes of a picture, or of all pictures that a web page brings along, and how many they may be.
 constexpr qint64 largestPicture = 32'000'000;
 constexpr std::size_t mostPastedPictures = 500;

@@ -32,11 +32,17 @@ private Q_SLOTS:
     void elementsAndCellsAreCounted();
     void theEmptyPlacesOfATableAreCounted_data();
     void theEmptyPlacesOfATableAreCounted();
+    void aTableHasNoColumnInWhichNoCellBegins_data();
+    void aTableHasNoColumnInWhichNoCellBegins();
+    void spansOverColumnsThatAreNoneTakeNoPlaces();
     void numbersBeyondAllMeasureAreCutDown();
     void nothingFloats();
     void noMoreFontFamiliesAreNamedThanTheBound_data();
     void noMoreFontFamiliesAreNamedThanTheBound();
     void stylesBesideAFamilyBeyondTheBoundStay();
+    void looksThatDifferInOneThingAreBounded_data();
+    void looksThatDifferInOneThingAreBounded();
+    void namesStayForStyleSheets();
     void aStyleSheetOfTooManyRulesIsLeftOut();
     void aPictureThatIsElsewhereLeavesItsWords();
     void aPictureInTheTextIsHeld();
@@ -90,7 +96,7 @@ void tst_BoundedHtml::anOrdinaryPageStaysWhatItIs()
         u"<html><head><style>p { color: #112233 }</style></head><body><h1>A head</h1>"
         "<p style=\"margin-left:20px\">Some <b>bold</b> &amp; <a href=\"http://a.b/c?d=1234567\">linked</a>"
         " words.<br>Next line</p><ul><li>one</li><li>two</li></ul><table border=\"1\"><tr><td>a</td>"
-        "<td colspan=\"2\">b</td></tr></table></body></html>"_s;
+        "<td colspan=\"2\">b</td></tr><tr><td>c</td><td>d</td><td>e</td></tr></table></body></html>"_s;
     QCOMPARE(boundedHtml(page).html, page);
 }
 
@@ -183,8 +189,10 @@ void tst_BoundedHtml::theEmptyPlacesOfATableAreCounted_data()
         << u"<table>"_s + row(side) + row(1).repeated(other - 1) << u"<table>"_s + row(side) + row(1).repeated(other);
     QTest::newRow("many short rows over a wide one")
         << u"<table>"_s + row(1).repeated(other - 1) + row(side) << u"<table>"_s + row(1).repeated(other) + row(side);
-    QTest::newRow("cells over many columns") << u"<table><tr>"_s + u"<td colspan=200>x"_s.repeated(100)
-                                             << u"<table><tr>"_s + u"<td colspan=200>x"_s.repeated(101);
+    const auto over = [&row](int rows) {
+        return QString(u"<table>"_s + row(200) + u"<tr><td colspan=200>x"_s.repeated(rows));
+    };
+    QTest::newRow("cells over many columns") << over(99) << over(100);
     const auto pushed = [&row](int rows) {
         return QString(u"<table><tr>"_s + u"<td rowspan=255>x"_s.repeated(50) + row(50).repeated(rows));
     };
@@ -208,11 +216,55 @@ void tst_BoundedHtml::theEmptyPlacesOfATableAreCounted()
     QVERIFY(boundedHtml(beyond).isTooMuch);
 }
 
+void tst_BoundedHtml::aTableHasNoColumnInWhichNoCellBegins_data()
+{
+    QTest::addColumn<QString>("rows");
+    QTest::addColumn<QString>("bounded");
+    const auto row = [](const QString &cells) { return QString(u"<tr>"_s + cells + u"</tr>"_s); };
+    const auto cell = [](int columns) {
+        return QString(columns > 1 ? u"<td colspan=\"%1\">x</td>"_s.arg(columns) : u"<td>x</td>"_s);
+    };
+    const auto one = u"<td colspan=\"1\">x</td>"_s;
+    QTest::newRow("a cell alone") << row(cell(180'302)) << row(one);
+    QTest::newRow("a head over the columns")
+        << row(cell(3)) + row(cell(1).repeated(3)) << row(cell(3)) + row(cell(1).repeated(3));
+    QTest::newRow("a head wider than the columns")
+        << row(cell(10)) + row(cell(1).repeated(3)) << row(cell(3)) + row(cell(1).repeated(3));
+    QTest::newRow("cells beside each other") << row(cell(100).repeated(2)) << row(one.repeated(2));
+    QTest::newRow("rows of other columns")
+        << row(cell(20) + cell(10)) + row(cell(10) + cell(20)) << row(cell(2) + one) + row(one + cell(2));
+    const QString tall = u"<td colspan=\"%1\" rowspan=\"2\">x</td>"_s;
+    QTest::newRow("beside a cell of the row above")
+        << row(tall.arg(10) + cell(10)) + row(cell(5) + cell(5)) << row(tall.arg(1) + cell(2)) + row(one + one);
+    QTest::newRow("a table in a cell") << row(u"<td colspan=\"9\"><table><tr>%1</tr></table></td>"_s.arg(cell(7)) +
+                                              cell(8))
+                                       << row(u"<td colspan=\"1\"><table><tr>%1</tr></table></td>"_s.arg(one) + one);
+}
+
+void tst_BoundedHtml::aTableHasNoColumnInWhichNoCellBegins()
+{
+    QFETCH(const QString, rows);
+    QFETCH(const QString, bounded);
+    const auto table = [](const QString &content) { return QString(u"<table>"_s + content + u"</table>"_s); };
+    QCOMPARE(boundedHtml(table(rows)).html, table(bounded));
+}
+
+void tst_BoundedHtml::spansOverColumnsThatAreNoneTakeNoPlaces()
+{
+    QCOMPARE(boundedHtml(u"<table><tr><td><table><tr><td colspan=180302>x").cells, 1 + 2);
+    QCOMPARE(boundedHtml(QString(u"<table><tr><td><table><tr><td colspan=180302>x"_s + u"<tr>"_s.repeated(30))).cells,
+             1 + 2 * 31);
+    QTextDocument document;
+    document.setHtml(boundedHtml(u"<table><tr><td colspan=200>x<td colspan=200>y").html);
+    const auto *table = qobject_cast<QTextTable *>(document.rootFrame()->childFrames().value(0));
+    QVERIFY(table);
+    QCOMPARE(table->columns(), 2);
+}
+
 void tst_BoundedHtml::numbersBeyondAllMeasureAreCutDown()
 {
-    QCOMPARE(
-        boundedHtml(u"<table cellspacing=100000000 border=9999><tr><td colspan=1000000 rowspan=255>x").html,
-        u"<table cellspacing=\"9999\" border=\"9999\"><tr><td colspan=\"255\" rowspan=\"255\">x</td></tr></table>"_s);
+    QCOMPARE(boundedHtml(u"<table cellspacing=100000000 border=9999><tr><td rowspan=1000000>x").html,
+             u"<table cellspacing=\"9999\" border=\"9999\"><tr><td rowspan=\"255\">x</td></tr></table>"_s);
     QCOMPARE(boundedHtml(u"<p style='color:#123456;margin:12345px 1.333333px'>x").html,
              u"<p style=\"color:#123456;margin:9999px 1.333333px\">x</p>"_s);
     QVERIFY(boundedHtml(u"<style>p { padding: 100000px }</style>").html.contains(u"padding: 9999px"_s));
@@ -282,6 +334,58 @@ void tst_BoundedHtml::stylesBesideAFamilyBeyondTheBoundStay()
     // Those that are known already do too.
     const QString known = u"<b style=\"font-family: F7 ;color:red\">x</b><font face=\"F8\">x</font>"_s;
     QCOMPARE(behind(known), known);
+}
+
+void tst_BoundedHtml::looksThatDifferInOneThingAreBounded_data()
+{
+    QTest::addColumn<QString>("piece");
+    QTest::addColumn<int>("stay");
+    constexpr int most = int(limits::mostHtmlLooks);
+    QTest::newRow("names") << u"<a name=\"n%1\">w</a> "_s << 0;
+    QTest::newRow("names of links") << u"<a href=\"x\" name=\"n%1\">w</a> "_s << 0;
+    QTest::newRow("identities") << u"<p id=\"n%1\">w</p>"_s << 0;
+    QTest::newRow("identities in a style sheet") << u"<style>#n%1 { color: red }</style><b id=n%1>w</b> "_s << most;
+    const QString gradient =
+        u"<span style=\"background:%2lineargradient(x1:0,x2:1,stop:0 #10%1,stop:1 red)\">w</span> "_s;
+    QTest::newRow("gradients") << QString(gradient).replace(u"%2"_s, u"q"_s) << most;
+    QTest::newRow("gradients with a letter by number") << QString(gradient).replace(u"%2"_s, u"&#113;"_s) << most;
+    QTest::newRow("widths of columns") << u"<table><tr><td width=%1>w</td></tr></table>"_s << most;
+    QTest::newRow("widths of several columns")
+        << u"<table><tr><td width=5>a</td><td width=%1>w</td></tr></table>"_s << most;
+}
+
+void tst_BoundedHtml::looksThatDifferInOneThingAreBounded()
+{
+    QFETCH(const QString, piece);
+    QFETCH(const int, stay);
+    constexpr int pieces = int(limits::mostHtmlLooks) + 100;
+    QString page;
+    for (int i = 0; i < pieces; ++i)
+        page += QString(piece).replace(u"%1"_s, QString::number(1000 + i));
+    // The bound for how much a style sheet may have to say is another one.
+    const QString html = boundedHtml(page).html;
+    QTextDocument document;
+    document.setHtml(html);
+    QSet<QString> looks;
+    for (const QTextFormat &format : document.allFormats()) {
+        QString look = format.property(QTextFormat::AnchorName).toStringList().join(u' ');
+        if (const QBrush fill = format.background(); fill.gradient())
+            look += fill.gradient()->stops().first().second.name();
+        if (format.isTableFormat() && !format.toTableFormat().columnWidthConstraints().isEmpty())
+            look += QString::number(format.toTableFormat().columnWidthConstraints().last().rawValue());
+        looks.insert(look);
+    }
+    looks.remove({});
+    looks.remove(u"0"_s);
+    QCOMPARE(looks.size(), stay);
+    QCOMPARE(document.toPlainText().count(u'w'), pieces);
+}
+
+void tst_BoundedHtml::namesStayForStyleSheets()
+{
+    const QString page = u"<style>#a, p#b-c{color:red}</style><p id=\"a\">x</p><p id=\"b-c\">y</p>"_s;
+    QCOMPARE(boundedHtml(page).html, page);
+    QCOMPARE(boundedHtml(u"<style>p{color:#a}</style><p id=b>x</p>").html, u"<style>p{color:#a}</style><p>x</p>"_s);
 }
 
 void tst_BoundedHtml::aStyleSheetOfTooManyRulesIsLeftOut()
