@@ -138,6 +138,7 @@ private:
     QHash<QString, int> m_openByName;
     // End tags to come of elements that are too deep to be remembered.
     QHash<QString, int> m_forgotten;
+    qint64 m_listLooks = 0;
     int m_tables = 0;
     // Those that are open and not too deep.
     std::vector<OpenTable> m_openTables;
@@ -384,7 +385,11 @@ void HtmlBounder::startItem()
 {
     const auto list = std::find_if(m_open.rbegin(), m_open.rend(),
                                    [](const Open &open) { return open.element == HtmlElement::List; });
-    if (list == m_open.rend() || ++list->items <= limits::longestHtmlList)
+    if (list == m_open.rend())
+        return;
+    m_listLooks += list->items;
+    const bool isLate = m_listLooks > limits::mostHtmlListLooks;
+    if (++list->items <= (isLate ? limits::longestLateHtmlList : limits::longestHtmlList))
         return;
     if (list == m_open.rbegin() && !list->writtenName.isEmpty()) {
         m_result.html += "</"_L1 + list->writtenName + u'>' + list->startTag;

@@ -77,8 +77,10 @@ constexpr qsizetype mostUnlooked = longestWord;
 // HTML elements within each other; those further in are taken for their words.
 constexpr std::size_t deepestElement = 200;
 
-// Items of one list of a web page.
+// Items of one list of a web page. Each looks at all before it; once there were so many looks, lists are shorter.
 constexpr int longestHtmlList = 1000;
+constexpr qint64 mostHtmlListLooks = 6'000'000;
+constexpr int longestLateHtmlList = 250;
 
 // Font families that a web page may name. The looks of its elements are compared one by one with those that differ from
 // them in the family alone: twenty thousand families take half a minute.

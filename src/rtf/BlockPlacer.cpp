@@ -66,7 +66,11 @@ void BlockPlacer::place(const Paragraph &paragraph, Place &place)
     place.afterTable = false;
     if (look && list == nullptr && isFormatted) {
         look->group = m_lists.group(para);
-        m_lists.join(para, place.cursor.createList(listFormat(*look)));
+        QTextListFormat format = listFormat(*look);
+        if (m_lists.goesOn()) {
+            format.setProperty(ListGoesOnProperty, true);
+        }
+        m_lists.join(para, place.cursor.createList(format));
     }
     qsizetype begin = 0;
     for (const Run &run : paragraph.runs) {

@@ -42,6 +42,10 @@ constexpr std::size_t mostListLevels = 9;
 constexpr int longestBulletList = 500;
 constexpr int longestNumberList = 4000;
 
+// Such looks at paragraphs, of all numbers of a text: three lists of the greatest length. Those that follow are no
+// longer than lists of bullets.
+constexpr qint64 mostListLooks = 24'000'000;
+
 // Formats of one kind that a text has before those that follow are told apart for the document (SpreadProperty).
 constexpr std::size_t mostUnspreadFormats = 64;
 

@@ -127,6 +127,7 @@ QTextList *ListPlacer::find(const ParaState &para, bool isInList)
     if (legacyPlace != std::exchange(m_legacyPlace, legacyPlace) || legacyPlace == 0) {
         m_legacy = {};
     }
+    m_goesOn = false;
     if (!isInList) {
         return nullptr;
     }
@@ -136,9 +137,11 @@ QTextList *ListPlacer::find(const ParaState &para, bool isInList)
     QTextList *list = lists[std::size_t(level)];
     // The numbers of a list are counted through the whole of it, so that more of them than of bullets stay together.
     const int count = list != nullptr ? list->count() : 0;
-    const bool isFull = count >= longestNumberList ||
-                        (count >= longestBulletList && listLook(list->format()).kind == int(NumberKind::Bullet));
-    return isFull ? nullptr : list;
+    const bool isLong = count >= longestBulletList;
+    const bool isOfNumbers = isLong && listLook(list->format()).kind != int(NumberKind::Bullet);
+    m_goesOn = count >= longestNumberList || (isLong && (!isOfNumbers || m_looks > mostListLooks));
+    m_looks += isOfNumbers ? count : 0;
+    return m_goesOn ? nullptr : list;
 }
 
 void ListPlacer::join(const ParaState &para, QTextList *list)

@@ -30,8 +30,11 @@ public:
     // What a paragraph's list looks like, none if it is in no list; the indents that come from the list are put in.
     std::optional<ListLook> look(ParaState &para, const Tables &tables) const;
 
-    // The list so far, null if the paragraph begins one or a long one of bullets goes on in another; call join() then.
+    // The list so far, null if the paragraph begins one or a long one goes on in another; call join() then.
     QTextList *find(const ParaState &para, bool isInList);
+
+    // Whether the last paragraph for which find() found none goes on with a long list.
+    bool goesOn() const { return m_goesOn; }
 
     // The paragraph is in this list from now on.
     void join(const ParaState &para, QTextList *list);
@@ -48,6 +51,8 @@ private:
     Levels &levels(const ParaState &para);
 
     int m_groups = 0;
+    qint64 m_looks = 0; // at paragraphs of lists of numbers
+    bool m_goesOn = false;
     QHash<int, Levels> m_lists;
     qint32 m_legacyPlace = 0; // of the paragraph before
     Levels m_legacy;

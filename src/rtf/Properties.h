@@ -41,9 +41,10 @@ enum Property : int {
     ListGroupProperty = QTextFormat::UserProperty + 0x300, // int: levels of one list have the same group
     ListLevelProperty,                                     // int: 0 to 8
     ListStartProperty,                                     // int: the first number, where it is not 1
-    ListLabelProperty, // QString: the label; characters 0 to 8 are the levels' numbers
-    ListKindProperty,  // int: \levelnfc, for kinds that are shown as another one
-    ListFontProperty,  // QString: the label's family
+    ListLabelProperty,  // QString: the label; characters 0 to 8 are the levels' numbers
+    ListKindProperty,   // int: \levelnfc, for kinds that are shown as another one
+    ListFontProperty,   // QString: the label's family
+    ListGoesOnProperty, // bool: the list before it goes on in this one, as that was long enough
 
     // Of any format: int, means nothing. A document sorts its formats by most of their properties, but not by families,
     // tab stops and column widths: of those that differ in nothing else it looks through all. This tells them apart.

@@ -4,6 +4,7 @@
 #include "rtf/WriterTables.h"
 
 #include "rtf/Limits.h"
+#include "rtf/Properties.h"
 #include "rtf/ListLabels.h"
 
 #include <QTextList>
@@ -86,8 +87,8 @@ bool WriterTables::fits(const Group &group, const ListLook &look, const QTextLis
     known.group = look.group;
     const bool isCounted = look.kind != int(NumberKind::Bullet);
     const QTextList *before = group.levels[level].list;
-    return known == look &&
-           (!isCounted || before == nullptr || before == &list || before->count() >= longestNumberList);
+    return known == look && (!isCounted || before == nullptr || before == &list ||
+                             before->count() >= longestNumberList || list.format().boolProperty(ListGoesOnProperty));
 }
 
 WriterTables::ListPlace WriterTables::list(const QTextList &list, const ParaLook &paragraph)

@@ -167,6 +167,15 @@ void tst_BoundedHtml::aLongListGoesOnInAnother()
     QCOMPARE(listsOf(limits::longestHtmlList), 1);
     QCOMPARE(listsOf(limits::longestHtmlList + 1), 2);
     QCOMPARE(listsOf(5 * limits::longestHtmlList), 5);
+    // The looks of each item at all before it.
+    constexpr int items = 60'000;
+    const QStringList lists =
+        boundedHtml(QString(u"<ul>"_s + u"<li>a</li>"_s.repeated(items) + u"</ul>"_s)).html.split(u"<ul>"_s);
+    qint64 looks = 0;
+    for (const QString &list : lists)
+        looks += list.count(u"<li>"_s) * list.count(u"<li>"_s) / 2;
+    QVERIFY(looks <= limits::mostHtmlListLooks + qint64(limits::longestHtmlList) * limits::longestHtmlList +
+                         qint64(items) * limits::longestLateHtmlList / 2);
 }
 
 void tst_BoundedHtml::elementsAndCellsAreCounted()

@@ -74,6 +74,7 @@ private Q_SLOTS:
     void everyOverrideFindsItsListAmongMany();
     void oldListsAreToldApartAmongMany();
     void longListsOfNumbersGoOnInAnother_data();
+    void theCostOfNumbersIsTheirLength();
     void longListsOfNumbersGoOnInAnother();
     void manyFormatsAreToldApart();
     void aLookHasOneFormatHoweverManyThereAre();
@@ -460,6 +461,27 @@ void TestRtfLimits::longListsOfNumbersGoOnInAnother()
     const QByteArray written = rtf::write(*document);
     QCOMPARE(written.count("{\\listoverride\\"), 1);
     QCOMPARE(rtf::write(*rtftest::documentOf(written)), written);
+}
+
+// A paragraph that joins a list makes the document look at all of the list.
+void TestRtfLimits::theCostOfNumbersIsTheirLength()
+{
+    constexpr int paragraphs = 60'000;
+    const QByteArray rtf =
+        "{\\rtf1{\\*\\pn\\pnlvlbody\\pndec{\\pntxta .}}" + QByteArray("one\\par ").repeated(paragraphs) + "}";
+    const auto document = rtftest::documentOf(rtf);
+    qint64 looks = 0;
+    for (QTextBlock block = document->begin(); block.isValid(); block = block.next()) {
+        looks += block.textList()->itemNumber(block) == 0
+                     ? qint64(block.textList()->count()) * block.textList()->count() / 2
+                     : 0;
+    }
+    QVERIFY(looks <= rtf::mostListLooks + qint64(rtf::longestNumberList) * rtf::longestNumberList / 2 +
+                         qint64(paragraphs) * rtf::longestBulletList / 2);
+    // They are still one list where other programs read them, and for ourselves.
+    const QByteArray written = rtf::write(*document);
+    QCOMPARE(written.count("{\\listoverride\\"), 1);
+    QVERIFY(rtf::write(*rtftest::documentOf(written)) == written);
 }
 
 // What a document does not sort its formats by has a property beside it that it does.
