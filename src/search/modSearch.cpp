@@ -9,7 +9,7 @@
 #include "document/Ports.h"
 #include "document/TextPane.h"
 #include "document/modNodes.h"
-#include "model/EntryText.h"
+#include "model/SealedDocument.h"
 #include "model/ShownText.h"
 #include "model/StoredText.h"
 #include "model/TextFind.h"
@@ -97,7 +97,11 @@ int firstMatch(const Document &document, const Entry *entry)
     const QByteArray stored = document.tree.storedText(entry);
     if (!mayHoldMatch(NodeTextDecompressIfRequired(stored)))
         return -1;
-    return findText(EntryText(shownText(stored, base).text, base).findableText(), g_sSearchFind, 0, -1, findOptions());
+    SealedDocument text;
+    text.setUndoRedoEnabled(false);
+    text.setDefaultFont(base);
+    readShownText(stored, text);
+    return findText(rtf::findableText(text), g_sSearchFind, 0, -1, findOptions());
 }
 
 } // namespace
