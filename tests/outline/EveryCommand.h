@@ -3,19 +3,23 @@
 
 #pragma once
 
+#include "commands/CommandTable.h"
 #include "document/Document.h"
 #include "document/Ports.h"
 #include "document/modNodes.h"
 #include "outline/EntryDrag.h"
 #include "outline/modOutline.h"
+#include "support/FakePorts.h"
 
-#include <array>
+#include <functional>
+#include <string_view>
+#include <vector>
 
-// Everything that can be done to an outline without further words.
+// Something that can be done to an outline without further words.
 struct OutlineRoutine {
-    // Of a command of the Outline menu the routine's name, and behind a blank its argument.
-    const char *name;
-    void (*run)();
+    // Of a command the routine's name, and behind a blank its argument if it has one.
+    QByteArray name;
+    std::function<void()> run;
     // Whether the document counts as changed even when nothing came of it.
     bool marksChanged = true;
 };
@@ -41,36 +45,35 @@ inline void goDown()
         modNodes::NodeGoDown(*document);
 }
 
-inline constexpr std::array everyCommand = {
-    OutlineRoutine{"OutlineInsertAbove", modOutline::OutlineInsertAbove},
-    OutlineRoutine{"OutlineInsertBelow", modOutline::OutlineInsertBelow},
-    OutlineRoutine{"OutlineInsertChild", modOutline::OutlineInsertChild},
-    OutlineRoutine{"OutlineIndent", modOutline::OutlineIndent},
-    OutlineRoutine{"OutlineUnindent", modOutline::OutlineUnindent},
-    OutlineRoutine{"OutlineMoveUp", modOutline::OutlineMoveUp},
-    OutlineRoutine{"OutlineMoveDown", modOutline::OutlineMoveDown},
-    OutlineRoutine{"OutlineMoveFirst", modOutline::OutlineMoveFirst},
-    OutlineRoutine{"OutlineMoveLast", modOutline::OutlineMoveLast},
-    OutlineRoutine{"OutlineCopy", modOutline::OutlineCopy, false},
-    OutlineRoutine{"OutlinePaste", modOutline::OutlinePaste},
-    OutlineRoutine{"OutlinePasteAndDelete", modOutline::OutlinePasteAndDelete},
-    OutlineRoutine{"OutlineDelete", modOutline::OutlineDelete},
-    OutlineRoutine{"OutlineTaggedEntry", modOutline::OutlineTaggedEntry},
-    OutlineRoutine{"OutlinePasteTaggedEntries", modOutline::OutlinePasteTaggedEntries},
-    OutlineRoutine{"OutlineDeleteTaggedEntries", modOutline::OutlineDeleteTaggedEntries},
-    OutlineRoutine{"OutlineExpand", modOutline::OutlineExpand},
-    OutlineRoutine{"OutlineCollapse", modOutline::OutlineCollapse},
-    OutlineRoutine{"OutlineExpandAll", modOutline::OutlineExpandAll},
-    OutlineRoutine{"OutlineCollapseAll", modOutline::OutlineCollapseAll},
-    OutlineRoutine{"OutlineExpandToLevel 1", [] { modOutline::OutlineExpandToLevel(1); }},
-    OutlineRoutine{"OutlineExpandToLevel 7", [] { modOutline::OutlineExpandToLevel(7); }},
-    OutlineRoutine{"OutlineSortCurrent", modOutline::OutlineSortCurrent},
-    OutlineRoutine{"OutlineSortAll", modOutline::OutlineSortAll},
-    OutlineRoutine{"OutlineRename", modOutline::OutlineRename},
-    OutlineRoutine{"go down", goDown, false},
-    OutlineRoutine{"drop a copy on the root", dropOnTheRoot<true>, false},
-    OutlineRoutine{"drop on the root", dropOnTheRoot<false>, false},
-};
+// The commands of the outline as the rows of the command table have them, and what else the mouse and the keys do.
+inline const std::vector<OutlineRoutine> everyCommand = [] {
+    constexpr std::string_view module = "modOutline::";
+    std::vector<OutlineRoutine> all;
+    for (const CommandRow &row : commandTable) {
+        if (row.kind != RowKind::Command || !row.routine.name.starts_with(module))
+            continue;
+        QByteArray name(row.routine.name.substr(module.size()).data(),
+                        static_cast<qsizetype>(row.routine.name.size() - module.size()));
+        if (row.argument != 0)
+            name += ' ' + QByteArray::number(row.argument);
+        const bool marksChanged = name != "OutlineCopy";
+        all.push_back({name, [&row] { row.routine.run(row.argument); }, marksChanged});
+    }
+    all.push_back({"go down", goDown, false});
+    all.push_back({"drop a copy on the root", dropOnTheRoot<true>, false});
+    all.push_back({"drop on the root", dropOnTheRoot<false>, false});
+    return all;
+}();
+
+// What the commands may ask: Yes, and another font.
+inline void answerCommands(FakeDialogs &dialogs)
+{
+    FontAttributes font;
+    font.name = QStringLiteral("DejaVu Serif");
+    font.size = 15;
+    dialogs.answers = {Answer::Yes};
+    dialogs.fonts = {font};
+}
 
 // Shapes that a careless loop or recursion would not survive, and the entry to try the commands on.
 inline Entry *growChain(EntryTree &tree, int levels, int selectedLevel)

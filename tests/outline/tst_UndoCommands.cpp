@@ -53,7 +53,8 @@ void tst_UndoCommands::everyCommandIsUndoneAndRedone_data()
     QTest::addColumn<QString>("selected");
     for (size_t i = 0; i < everyCommand.size(); ++i) {
         for (const char *selected : {"Root", "D", "D2", "B", "B11", "C"})
-            QTest::addRow("%s on %s", everyCommand[i].name, selected) << int(i) << QString::fromLatin1(selected);
+            QTest::addRow("%s on %s", everyCommand[i].name.constData(), selected)
+                << int(i) << QString::fromLatin1(selected);
     }
 }
 
@@ -63,7 +64,7 @@ void tst_UndoCommands::everyCommandIsUndoneAndRedone()
     QFETCH(const QString, selected);
     const ErrorRecorder errors;
     OutlineFixture fixture(grownOutline());
-    fixture.fakes.dialogs.answers = {Answer::Yes};
+    answerCommands(fixture.fakes.dialogs);
     fixture.select(u"D1"_s);
     modOutline::OutlineCopy();
     fixture.select(selected);
@@ -90,15 +91,16 @@ void tst_UndoCommands::everyCommandIsUndoneAndRedone()
 void tst_UndoCommands::everySequenceIsUndoneToTheStart()
 {
     OutlineFixture fixture(grownOutline());
-    fixture.fakes.dialogs.answers = std::deque<Answer>(1000, Answer::Yes);
     fixture.select(u"B"_s);
     modOutline::OutlineCopy();
     Document &document = fixture.document();
     document.history.startAnew();
     const QStringList before = stateOf(document);
     for (size_t stride = 1; stride < 12; ++stride) {
-        for (size_t i = 0; i < everyCommand.size(); i += stride)
+        for (size_t i = 0; i < everyCommand.size(); i += stride) {
+            answerCommands(fixture.fakes.dialogs);
             everyCommand[i].run();
+        }
         // An entry that ended up hidden is shown again when it is gone back to.
         const QStringList after = contentOf(*document.outline);
         const int there = document.history.position();
@@ -116,8 +118,8 @@ void tst_UndoCommands::aCommandIsOneStepWithAName_data()
     QTest::addColumn<int>("command");
     QTest::addColumn<QString>("name");
     const auto row = [](const char *command, const char *name) {
-        const auto found = std::ranges::find_if(
-            everyCommand, [&](const OutlineRoutine &each) { return qstrcmp(each.name, command) == 0; });
+        const auto found =
+            std::ranges::find_if(everyCommand, [&](const OutlineRoutine &each) { return each.name == command; });
         QTest::newRow(command) << int(found - everyCommand.begin()) << QString::fromLatin1(name);
     };
     row("OutlineInsertAbove", "insertion of an entry");
@@ -140,7 +142,7 @@ void tst_UndoCommands::aCommandIsOneStepWithAName()
     QFETCH(const int, command);
     QFETCH(const QString, name);
     OutlineFixture fixture(grownOutline());
-    fixture.fakes.dialogs.answers = {Answer::Yes};
+    answerCommands(fixture.fakes.dialogs);
     fixture.select(u"D1"_s);
     modOutline::OutlineCopy();
     fixture.select(u"B"_s);
