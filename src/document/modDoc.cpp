@@ -20,6 +20,8 @@
 #include "util/RunTimeError.h"
 #include "util/modString.h"
 
+#include <QLocale>
+
 #include <optional>
 
 using namespace Qt::StringLiterals;
@@ -95,6 +97,13 @@ QString notSavedText(const Document &document, const QString &sFile)
                            : isOther  ? u"read again from the disk, it was not what was written"_s
                                       : errorDescription(number);
     return u"The file %1 could not be saved: %2. What you changed is in this window only."_s.arg(sFile, reason);
+}
+
+QString savedText(const Document &document)
+{
+    const QString sTime = QLocale::system().toString(ports().clock->now().time(), QLocale::ShortFormat);
+    const int count = document.tree.entryCount();
+    return count == 1 ? u"Saved at %1, 1 entry"_s.arg(sTime) : u"Saved at %1, %2 entries"_s.arg(sTime).arg(count);
 }
 
 // Whether a file may be written over in place, because nothing else can be done in its folder.
@@ -261,11 +270,6 @@ SaveOutcome save(Document &document, const QString &sFile)
         document.tell({NoticeKind::NotSaved, notSavedText(document, sFile), sFile});
         throw;
     }
-    if (!document.notice.isEmpty()) {
-        document.notice.clear();
-        ports().commands->UpdateStatusBarText(QString());
-        ports().commands->UpdateStatusBar(document.tree.selected());
-    }
     document.dismiss(NoticeKind::NotSaved);
     // What was read has a file now, which holds all that is shown.
     document.dismiss(NoticeKind::NotReadWhole);
@@ -275,6 +279,8 @@ SaveOutcome save(Document &document, const QString &sFile)
     document.setCaption(document.m_sFile);
     ports().commands->MenuEnableDynamic();
     ports().recentFiles->UpdateMRUFile(document.m_sFile, false);
+    document.notice = savedText(document);
+    ports().commands->UpdateStatusBarText(document.notice);
     return SaveOutcome::Saved;
 }
 
