@@ -3,12 +3,18 @@
 
 #include "app/DocumentFrame.h"
 
+#include "app/UnsavedIcon.h"
 #include "window/frmDocument.h"
 
 #include <QAction>
 #include <QCloseEvent>
 #include <QMdiArea>
 #include <QMenu>
+#include <QStyle>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
 
 DocumentFrame::DocumentFrame(frmDocument *form, QWidget *parent)
     : QMdiSubWindow(parent)
@@ -19,6 +25,24 @@ DocumentFrame::DocumentFrame(frmDocument *form, QWidget *parent)
     // The frame's own menu would keep keys such as Ctrl+W from every other use.
     for (QAction *action : systemMenu()->actions())
         action->setShortcuts(QList<QKeySequence>());
+    connect(&form->document().history, &History::positionChanged, this, &DocumentFrame::showUnsaved);
+    showUnsaved();
+}
+
+// What closing would not ask about is not worth a dot.
+void DocumentFrame::showUnsaved()
+{
+    const Document &document = m_form->document();
+    const bool isUnsaved = document.hasUnsavedChanges() && document.mayBeSavedAsSeen();
+    if (std::exchange(m_showsUnsaved, isUnsaved) == isUnsaved)
+        return;
+    setWindowIcon(QIcon());
+    if (isUnsaved) {
+        const QIcon icon = windowIcon();
+        setWindowIcon(
+            unsavedIcon(icon.isNull() ? style()->standardIcon(QStyle::SP_TitleBarMenuButton, nullptr, this) : icon));
+    }
+    setAccessibleDescription(isUnsaved ? u"Unsaved changes"_s : QString());
 }
 
 QSize DocumentFrame::sizeHint() const
@@ -32,6 +56,10 @@ QSize DocumentFrame::sizeHint() const
 void DocumentFrame::changeEvent(QEvent *event)
 {
     const bool stateChanges = event->type() == QEvent::WindowStateChange;
+    // Some of its places are drawn once and kept.
+    if ((event->type() == QEvent::PaletteChange || event->type() == QEvent::StyleChange) &&
+        std::exchange(m_showsUnsaved, false))
+        showUnsaved();
     if (stateChanges)
         m_form->holdPane();
     QMdiSubWindow::changeEvent(event);

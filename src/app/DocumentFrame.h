@@ -7,7 +7,8 @@
 
 class frmDocument;
 
-// The frame of a document window inside the main window; tells when the document has been closed for good.
+// The frame of a document window inside the main window; tells when the document has been closed for good. A dot on its
+// icon tells of unsaved changes.
 class DocumentFrame final : public QMdiSubWindow
 {
     Q_OBJECT
@@ -29,5 +30,8 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    void showUnsaved();
+
     frmDocument *const m_form;
+    bool m_showsUnsaved = false;
 };
