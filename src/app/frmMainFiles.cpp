@@ -46,7 +46,7 @@ bool frmMain::openFiles(const QStringList &files)
         if (bBusy || QApplication::activeModalWidget())
             return false;
         for (const QString &sFile : files)
-            modDoc::DocLoad(FullPathName(sFile));
+            modDoc::showOrLoad(FullPathName(sFile));
         return true;
     });
 }

@@ -147,7 +147,7 @@ void LoadInitialFiles()
         for (const QString &sFile : ExistingFiles(arguments.isEmpty() ? GetCommandLineFiles(appPorts().commandLine)
                                                                       : GetArgumentFiles(arguments))) {
             bFileGiven = true;
-            if (!modDoc::DocLoad(sFile))
+            if (!modDoc::showOrLoad(sFile))
                 return;
         }
         if (bFileGiven)

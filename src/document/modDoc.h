@@ -31,6 +31,12 @@ Document &newDocument(std::unique_ptr<Outline> outline = nullptr);
 // without a file name, and the failure is in the session log. A file that does not exist opens nothing.
 bool DocLoad(const QString &sFile);
 
+// The same, but of a file that is open already, by whatever name, the window is shown instead.
+bool showOrLoad(const QString &sFile);
+
+// The document that a file is open in, by whatever name; one may be left out. Null when there is none.
+Document *documentOfFile(const QString &sFile, const Document *leftOut = nullptr);
+
 // Opens a file as a document that has none: it is looked at, and what the user makes of it is saved elsewhere. So it
 // may be written in whatever the file allows, and is no recent file.
 bool DocLoadUnnamed(const QString &sFile, const QString &sCaption);

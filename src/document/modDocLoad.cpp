@@ -7,6 +7,7 @@
 
 #include "document/Document.h"
 #include "document/DocumentView.h"
+#include "document/DocumentWindow.h"
 #include "document/Globals.h"
 #include "document/OpenedFile.h"
 #include "document/OutlinePane.h"
@@ -195,6 +196,24 @@ bool DocLoad(const QString &sFile)
 {
     QSet<QString> asked;
     return loadAndOffer(sFile, asked);
+}
+
+bool showOrLoad(const QString &sFile)
+{
+    const Document *open = documentOfFile(sFile);
+    if (!open || !open->view())
+        return DocLoad(sFile);
+    open->view()->window.bringToFront();
+    return true;
+}
+
+Document *documentOfFile(const QString &sFile, const Document *leftOut)
+{
+    const std::vector<Document *> documents = ports().windows->documents();
+    const auto found = std::ranges::find_if(documents, [&](const Document *document) {
+        return document != leftOut && isSameFile(document->m_sFile, sFile);
+    });
+    return found == documents.end() ? nullptr : *found;
 }
 
 bool DocLoadUnnamed(const QString &sFile, const QString &sCaption)

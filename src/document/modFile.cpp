@@ -12,7 +12,6 @@
 #include "document/modNodes.h"
 #include "formats/Format.h"
 
-#include "util/FullPath.h"
 #include "util/Procedure.h"
 #include "util/modString.h"
 
@@ -45,16 +44,6 @@ const Format &nativeFormat()
 const Format &textFormat()
 {
     return formatOfVersion(Document::plainTextFormat);
-}
-
-// Whether a document other than one left out has a file, by whatever name.
-bool isOpen(const QString &sFile, const Document *leftOut = nullptr)
-{
-    const QString sReal = RealPathName(sFile);
-    const std::vector<Document *> documents = ports().windows->documents();
-    return std::any_of(documents.begin(), documents.end(), [&](const Document *document) {
-        return document != leftOut && !document->m_sFile.isEmpty() && RealPathName(document->m_sFile) == sReal;
-    });
 }
 
 // Whether a document cannot be saved under the name it has. Says why when that is the file's doing.
@@ -149,7 +138,7 @@ void FileMRU(int iIndex)
         // The caption begins with an ampersand, a digit and a blank.
         constexpr int prefixLength = 3;
         const QString sFile = ports().recentFiles->itemCaption(iIndex).mid(prefixLength).trimmed();
-        if (isOpen(sFile)) {
+        if (modDoc::documentOfFile(sFile)) {
             ports().dialogs->warn(u"Warning - the file "_s + sFile +
                                   u" is already loaded, so cannot be loaded again"_s);
             return;
@@ -190,7 +179,7 @@ bool FileSaveAs()
         if (!document)
             return false;
         const auto sFile = ports().dialogs->askSaveName(saveAsRequest(*document));
-        if (sFile && isOpen(*sFile, document)) {
+        if (sFile && modDoc::documentOfFile(*sFile, document)) {
             ports().dialogs->warn(u"Warning - the file "_s + *sFile +
                                   u" is open in another window, so cannot be saved over"_s);
             return false;
@@ -261,7 +250,7 @@ void FileExportText()
         if (!sFile)
             return;
         // The document that has the file would look as if it were still in there, and be closed without a question.
-        if (isOpen(*sFile))
+        if (modDoc::documentOfFile(*sFile))
             ports().dialogs->warn(u"Warning - the file "_s + *sFile + u" is open, so cannot be exported over"_s);
         else
             modDocText::DocExport(*sFile);

@@ -56,6 +56,8 @@ private Q_SLOTS:
     void fileExitClosesTheMainWindow();
     void threeDroppedFilesAreOpenedInTheirOrder();
     void aDroppedTextIsTakenAsAFileName();
+    void aDroppedFileThatIsOpenComesToTheFront();
+    void aSaveSaysWhenAndHowMuch();
     void droppingOffersACopy();
     void recentFilesReopenFromTheMenu();
     void saveAllSavesEachDocumentToItsOwnFile();
@@ -436,6 +438,42 @@ void tst_frmMain::aDroppedTextIsTakenAsAFileName()
     missing.setText(m_main->app.folder.filePath(u"missing.txt"_s));
     drop(missing);
     QCOMPARE(m_main->main.windows().documents().size(), 1U);
+}
+
+void tst_frmMain::aDroppedFileThatIsOpenComesToTheFront()
+{
+    m_main->start();
+    QMimeData first;
+    first.setText(makeFile(u"a.txt"_s));
+    drop(first);
+    Document *document = DocumentActive();
+    QMimeData second;
+    second.setText(makeFile(u"b.txt"_s));
+    drop(second);
+    QVERIFY(DocumentActive() != document);
+    static_cast<frmDocument &>(document->view()->window).parentWidget()->showMinimized();
+    // By another name too.
+    QMimeData again;
+    again.setText(m_main->app.folder.filePath(u"link.txt"_s));
+    QVERIFY(QFile::link(first.text(), again.text()));
+    drop(again);
+    QCOMPARE(m_main->main.windows().documents().size(), 2U);
+    QCOMPARE(DocumentActive(), document);
+    QVERIFY(!static_cast<frmDocument &>(document->view()->window).parentWidget()->isMinimized());
+}
+
+void tst_frmMain::aSaveSaysWhenAndHowMuch()
+{
+    m_main->start();
+    newDocument();
+    m_main->app.core.dialogs.saveNames = {m_main->app.folder.filePath(u"a.qly"_s)};
+    m_main->choose("mnuFileSave");
+    const QString sTime = QLocale::system().toString(m_main->app.clock.moment.time(), QLocale::ShortFormat);
+    QCOMPARE(statusText()->text(), u"Saved at %1, 1 entry"_s.arg(sTime));
+    m_main->choose("mnuOutlineInsertChild");
+    QVERIFY(!statusText()->text().contains(u"Saved"_s));
+    m_main->choose("mnuFileSave");
+    QCOMPARE(statusText()->text(), u"Saved at %1, 2 entries"_s.arg(sTime));
 }
 
 void tst_frmMain::droppingOffersACopy()

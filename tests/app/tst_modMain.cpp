@@ -24,6 +24,7 @@ private Q_SLOTS:
     void bothStartOptionsOpenTheOldDocumentsAndANewOne();
     void aMissingFileOnTheCommandLineIsSkippedAndNothingElseOpened();
     void twoBlanksBetweenNamesAreNoName();
+    void aFileNamedTwiceIsOpenedOnce();
     void quotesMeanNothingOnTheCommandLine();
     void namesAreTakenFromTheCurrentFolder();
     void aCommandLineThatNamesNoFileCountsAsNone();
@@ -102,6 +103,18 @@ void tst_modMain::twoBlanksBetweenNamesAreNoName()
     appPorts().commandLine = a + u"  "_s + b;
     modMain::LoadInitialFiles();
     QCOMPARE(m_app->openFiles(), QStringList({a, b}));
+}
+
+void tst_modMain::aFileNamedTwiceIsOpenedOnce()
+{
+    const QString a = m_app->makeFile(u"a.qly"_s);
+    const QString b = m_app->makeFile(u"b.qly"_s);
+    const QString alias = m_app->folder.filePath(u"link.qly"_s);
+    QVERIFY(QFile::link(a, alias));
+    appPorts().commandLine = a + u' ' + b + u' ' + alias;
+    modMain::LoadInitialFiles();
+    QCOMPARE(m_app->openFiles(), QStringList({a, b}));
+    QCOMPARE(DocumentActive()->m_sFile, a);
 }
 
 void tst_modMain::quotesMeanNothingOnTheCommandLine()

@@ -321,10 +321,12 @@ void tst_modFile::saveAsOverAnotherOpenDocumentIsRefused()
     QVERIFY(QFile::link(path(u"b.qly"_s), path(u"link.qly"_s)));
     openDocument(path(u"b.qly"_s));
     const FakeDocument &fake = openDocument(path(u"a.qly"_s));
-    m_fake->dialogs.saveNames = {path(u"b.qly"_s), path(u"link.qly"_s)};
+    QCOMPARE(link(qPrintable(path(u"b.qly"_s)), qPrintable(path(u"twin.qly"_s))), 0);
+    m_fake->dialogs.saveNames = {path(u"b.qly"_s), path(u"link.qly"_s), path(u"twin.qly"_s)};
     QVERIFY(!modFile::FileSaveAs());
     QVERIFY(!modFile::FileSaveAs());
-    QCOMPARE(m_fake->dialogs.warnings.size(), 2);
+    QVERIFY(!modFile::FileSaveAs());
+    QCOMPARE(m_fake->dialogs.warnings.size(), 3);
     QVERIFY(m_fake->dialogs.warnings[0].contains(path(u"b.qly"_s)));
     QCOMPARE(m_folder->read(u"b.qly"_s), QByteArray("other"));
     QCOMPARE(fake.document.m_sFile, path(u"a.qly"_s));
