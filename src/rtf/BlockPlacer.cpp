@@ -40,7 +40,7 @@ void BlockPlacer::place(const Paragraph &paragraph, Place &place)
     QTextList *list = m_lists.find(para, look.has_value());
     QTextBlockFormat block = m_formats.blockFormat(para, look.has_value());
     if (paragraph.runs.empty()) {
-        setRule(block);
+        setRule(block, para[ParaNumber::RuleWidth]);
     }
     if (list != nullptr) {
         block.setObjectIndex(list->objectIndex());

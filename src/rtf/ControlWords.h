@@ -38,6 +38,8 @@ enum class Action : quint8 {
     RowAlignment,    // ParaAlignment
     RowPadding,      // Side
     RowPaddingUnit,  // Side
+    RowSpacing,      // Side
+    RowSpacingUnit,  // Side
     TabKind,         // TabKind
     TabLeader,       // TabLeader
     ColorPart,       // 0 red, 1 green, 2 blue

@@ -63,6 +63,7 @@ constexpr Range paraRanges[] = {
     {0, deepestTable},               // TableDepth
     {0, 0x7FFFFFFF},                 // Field
     {0, 0x7FFFFFFF},                 // Unshown
+    {-100 * 100, longestLength},     // RuleWidth
 };
 static_assert(std::size(paraRanges) == std::size_t(ParaNumber::Count));
 
@@ -144,6 +145,12 @@ void Interpreter::apply(const ControlWord &word, qint32 number, bool hasNumber)
         break;
     case Action::RowPaddingUnit:
         currentRow().padding.sides[word.argument].isVoid = number == 0;
+        break;
+    case Action::RowSpacing:
+        currentRow().spacing.sides[word.argument].twips = std::clamp(number, 0, longestLength);
+        break;
+    case Action::RowSpacingUnit:
+        currentRow().spacing.sides[word.argument].isVoid = number == 0;
         break;
     case Action::RowAlignment:
         currentRow().alignment = static_cast<qint16>(word.argument);

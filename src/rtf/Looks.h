@@ -74,6 +74,7 @@ struct ParaLook {
     QString styleName;
     std::vector<TabLook> tabs;
     BorderLooks borders;
+    int ruleWidth = 0;  // ParaNumber::RuleWidth, where it is a rule
     QString openFields; // the instructions of the fields that go on behind it
     QString lastFields; // the same of fields at its end that show nothing
 
@@ -109,7 +110,7 @@ QTextBlockFormat blockFormat(const ParaLook &look, bool isInList);
 
 // The indent is what lists and block indents add to the margin, in pixels.
 // Shows a line below an empty paragraph that has a border there and nowhere else; no other border is shown.
-void setRule(QTextBlockFormat &format);
+void setRule(QTextBlockFormat &format, int width);
 
 ParaLook paraLook(const QTextBlockFormat &format, bool isInList, qreal indent);
 

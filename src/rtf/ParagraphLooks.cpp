@@ -187,6 +187,17 @@ ListLook plainListLook(const QTextListFormat &format)
     return look;
 }
 
+// What a width of a rule is written as.
+int ruleWidthOf(const QTextLength &width)
+{
+    constexpr int whole = 100;
+    if (width.type() == QTextLength::FixedLength) {
+        return std::clamp(twipsFromPixels(width.rawValue()), 1, longestLength);
+    }
+    const int percent = width.type() == QTextLength::PercentageLength ? qRound(width.rawValue() * whole) : 0;
+    return percent <= 0 || percent >= whole * whole ? 0 : -percent;
+}
+
 } // namespace
 
 ParaLook paraLook(const ParaState &state, const Tables &tables)
@@ -307,7 +318,7 @@ QTextBlockFormat blockFormat(const ParaLook &look, bool isInList)
     return format;
 }
 
-void setRule(QTextBlockFormat &format)
+void setRule(QTextBlockFormat &format, int width)
 {
     if (!format.hasProperty(BordersProperty)) {
         return;
@@ -315,8 +326,10 @@ void setRule(QTextBlockFormat &format)
     BorderLooks others = bordersOf(format.stringProperty(BordersProperty));
     const BorderLook below = std::exchange(others[std::size_t(Side::Bottom)], {});
     if (below.style != BorderStyle::None && others == BorderLooks{}) {
-        format.setProperty(QTextFormat::BlockTrailingHorizontalRulerWidth,
-                           QTextLength(QTextLength::PercentageLength, 100));
+        const QTextLength length = width > 0
+                                       ? QTextLength(QTextLength::FixedLength, pixelsFromTwips(width))
+                                       : QTextLength(QTextLength::PercentageLength, width < 0 ? -width / 100.0 : 100);
+        format.setProperty(QTextFormat::BlockTrailingHorizontalRulerWidth, length);
     }
 }
 
@@ -356,6 +369,7 @@ ParaLook paraLook(const QTextBlockFormat &format, bool isInList, qreal indent)
         constexpr QRgb shownColor = qRgb(128, 128, 128);
         look.borders[std::size_t(Side::Bottom)] = {defaultBorderWidth, BorderStyle::Single, shownColor};
     }
+    look.ruleWidth = ruleWidthOf(format.lengthProperty(QTextFormat::BlockTrailingHorizontalRulerWidth));
     look.openFields = format.stringProperty(OpenFieldsProperty);
     look.lastFields = format.stringProperty(LastFieldsProperty);
     return look;

@@ -110,6 +110,7 @@ enum class ParaNumber : quint8 {
     TableDepth,   // \itap
     Field,        // place in Tables::fields of the field that goes on behind the paragraph; 0 none
     Unshown,      // place in Tables::unshown of the fields at its end; 0 none
+    RuleWidth,    // \qlrulew; of a rule: twips, or hundredths of a percent below zero; 0 all
     Count,
 };
 
@@ -180,8 +181,8 @@ struct PreferredWidth {
 
 constexpr qint32 wholeWidth = 5000; // a hundred percent
 
-// The room between the edges of a cell and its text, where it is said; the other sides have that of the row, or of the
-// table.
+// The room between the edges of a cell and its text, or around it, where it is said; the other sides have that of the
+// row, or of the table.
 struct Padding {
     struct Room {
         qint32 twips = -1;   // -1 not said
@@ -212,6 +213,7 @@ struct RowState {
     qint32 height = 0; // twips; at least so high, a negative one exactly, 0 as its text needs
     PreferredWidth width;
     Padding padding;
+    Padding spacing; // each side's share of the room between two cells
     std::vector<CellState> cells;
 };
 

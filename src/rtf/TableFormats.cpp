@@ -98,6 +98,17 @@ qreal percentOf(const PreferredWidth &width)
     return 100.0 * std::min(width.number, wholeWidth) / wholeWidth;
 }
 
+// Of two cells that stand beside each other, else above each other: a text document has one distance only.
+int spacingOf(const Padding &spacing)
+{
+    const auto share = [&spacing](Side side) {
+        const Padding::Room &room = spacing.sides[std::size_t(side)];
+        return room.isSaid() ? room.twips : 0;
+    };
+    const int beside = share(Side::Left) + share(Side::Right);
+    return beside > 0 ? beside : share(Side::Top) + share(Side::Bottom);
+}
+
 int borderWidth(qreal pixels)
 {
     return std::clamp(twipsFromPixels(pixels), 1, 255);
@@ -131,10 +142,11 @@ QTextTableFormat tableFormat(const Table &table, const Tables &tables)
     } else if (isFree && row.width.kind == WidthKind::Twips) {
         format.setWidth(pixelsFromTwips(row.width.number));
     }
-    format.setCellSpacing(0);
+    const int spacing = std::min(spacingOf(row.spacing), longestLength);
+    format.setCellSpacing(pixelsFromTwips(spacing));
     format.setCellPadding(pixelsFromTwips(row.gap));
     format.setBorder(0);
-    format.setBorderCollapse(true);
+    format.setBorderCollapse(spacing == 0);
     format.setAlignment(tableAlignments[row.alignment % 3]);
     if (edges.front() != 0) {
         format.setLeftMargin(pixelsFromTwips(edges.front()));

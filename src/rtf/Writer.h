@@ -65,6 +65,7 @@ private:
 
     void writeFrame(QTextFrame::iterator begin, QTextFrame::iterator end, Paragraphs &place);
     void writeTable(const CellRange &cells, int depth);
+    void writeCellSpacing(const QTextTableFormat &format);
     void writeRowHeight(const CellRange &cells, int row);
     void writeRowDefinition(const CellRange &cells, const ColumnWidths &widths, int row);
     void writeTableWidth(const QTextTableFormat &format, const ColumnWidths &widths);

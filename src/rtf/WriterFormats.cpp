@@ -292,6 +292,9 @@ void Writer::writeParaLook(Output &output, const ParaLook &look, bool isInList)
             writeBorder(output, look.borders[side]);
         }
     }
+    if (look.ruleWidth != 0) {
+        output.word("\\qlrulew", look.ruleWidth);
+    }
     for (const TabLook &tab : look.tabs) {
         if (tab.kind != TabKind::Left) {
             output.word(tabKindWords[std::size_t(tab.kind)]);

@@ -73,6 +73,7 @@ void Writer::writeRowDefinition(const CellRange &cells, const ColumnWidths &widt
     m_body.word("\\trowd");
     m_body.word("\\trgaph", std::max(0, twipsFromPixels(format.cellPadding())));
     m_body.word("\\trleft", edges.front());
+    writeCellSpacing(format);
     if (format.alignment() & Qt::AlignHCenter) {
         m_body.word("\\trqc");
     } else if (format.alignment() & Qt::AlignRight) {
@@ -90,6 +91,23 @@ void Writer::writeRowDefinition(const CellRange &cells, const ColumnWidths &widt
         writeCellDefinition(cells, cell, row);
         writePreferredWidth("\\clftsWidth", "\\clwWidth", widths.preferredOf(first, column));
         m_body.word("\\cellx", edges[std::size_t(column)] - before);
+    }
+}
+
+// Each side of a cell has half of the room between two.
+void Writer::writeCellSpacing(const QTextTableFormat &format)
+{
+    constexpr std::pair<const char *, const char *> words[] = {
+        {"\\trspdl", "\\trspdfl"}, {"\\trspdt", "\\trspdft"}, {"\\trspdb", "\\trspdfb"}, {"\\trspdr", "\\trspdfr"}};
+    constexpr int inTwips = 3;
+    const int spacing = format.borderCollapse() ? 0 : std::min(twipsFromPixels(format.cellSpacing()), longestLength);
+    if (spacing <= 0) {
+        return;
+    }
+    for (const auto &[share, unit] : words) {
+        const bool isFirst = share == words[0].first || share == words[1].first;
+        m_body.word(share, isFirst ? spacing / 2 : spacing - spacing / 2);
+        m_body.word(unit, inTwips);
     }
 }
 

@@ -28,7 +28,10 @@ private Q_SLOTS:
     void addressesOfLinksComeBack();
     void tablesComeBackAsWideAsTheyWere_data();
     void tablesComeBackAsWideAsTheyWere();
+    void aRuleComesBack_data();
     void aRuleComesBack();
+    void theRoomBetweenCellsComesBack_data();
+    void theRoomBetweenCellsComesBack();
     void onlyAnEmptyParagraphIsARule();
 
 private:
@@ -300,10 +303,24 @@ void TestRtfWritten::tablesComeBackAsWideAsTheyWere()
     QCOMPARE(rtf::write(*read), written);
 }
 
+void TestRtfWritten::aRuleComesBack_data()
+{
+    QTest::addColumn<QString>("rule");
+    QTest::addColumn<QTextLength>("width");
+    QTest::newRow("a rule") << QStringLiteral("<hr>") << QTextLength(QTextLength::PercentageLength, 100);
+    QTest::newRow("half a line") << QStringLiteral("<hr width=\"50%\">")
+                                 << QTextLength(QTextLength::PercentageLength, 50);
+    QTest::newRow("pixels") << QStringLiteral("<hr width=\"200\">") << QTextLength(QTextLength::FixedLength, 200);
+    QTest::newRow("wider than anything") << QStringLiteral("<hr width=\"9999\">")
+                                         << QTextLength(QTextLength::FixedLength, rtf::longestLength / 15);
+}
+
 void TestRtfWritten::aRuleComesBack()
 {
+    QFETCH(const QString, rule);
+    QFETCH(const QTextLength, width);
     QTextDocument document;
-    document.setHtml(QStringLiteral("<p>above</p><hr><p>below</p>"));
+    document.setHtml(QStringLiteral("<p>above</p>%1<p>below</p>").arg(rule));
     const auto isRule = [](const QTextBlock &block) {
         return block.blockFormat().hasProperty(QTextFormat::BlockTrailingHorizontalRulerWidth);
     };
@@ -312,8 +329,42 @@ void TestRtfWritten::aRuleComesBack()
     QCOMPARE(rtf::plainText(*read), rtf::plainText(document));
     QVERIFY(!isRule(read->findBlockByNumber(0)));
     QVERIFY(isRule(read->findBlockByNumber(1)));
+    QCOMPARE(read->findBlockByNumber(1).blockFormat().lengthProperty(QTextFormat::BlockTrailingHorizontalRulerWidth),
+             width);
     QVERIFY(!isRule(read->findBlockByNumber(2)));
     QCOMPARE(rtf::write(*read), rtf::write(document));
+}
+
+void TestRtfWritten::theRoomBetweenCellsComesBack_data()
+{
+    QTest::addColumn<QByteArray>("words");
+    QTest::addColumn<double>("pixels");
+    QTest::newRow("none") << QByteArray() << 0.0;
+    QTest::newRow("of all sides")
+        << QByteArray("\\trspdl30\\trspdfl3\\trspdt30\\trspdft3\\trspdb30\\trspdfb3\\trspdr30\\trspdfr3") << 4.0;
+    QTest::newRow("beside each other") << QByteArray("\\trspdl45\\trspdr15\\trspdt90") << 4.0;
+    QTest::newRow("above each other alone") << QByteArray("\\trspdt15\\trspdb15") << 2.0;
+    QTest::newRow("without a unit") << QByteArray("\\trspdl30\\trspdfl0\\trspdr30\\trspdfr0") << 0.0;
+    QTest::newRow("beyond all measure") << QByteArray("\\trspdl99999\\trspdr99999") << rtf::longestLength / 15.0;
+}
+
+void TestRtfWritten::theRoomBetweenCellsComesBack()
+{
+    QFETCH(const QByteArray, words);
+    QFETCH(const double, pixels);
+    const QByteArray rtf =
+        "{\\rtf1\\trowd\\trgaph60" + words + "\\cellx1000\\cellx2000\\intbl a\\cell b\\cell\\row\\pard}";
+    const auto spacingIn = [](const QTextDocument &document) {
+        const auto *table = qobject_cast<QTextTable *>(document.rootFrame()->childFrames().value(0));
+        return table && !table->format().borderCollapse() ? table->format().cellSpacing() : 0;
+    };
+    const auto document = rtftest::documentOf(rtf);
+    QCOMPARE(spacingIn(*document), pixels);
+    const QByteArray written = rtf::write(*document);
+    QCOMPARE(written.contains("\\trspd"), pixels > 0);
+    const auto read = rtftest::documentOf(written);
+    QCOMPARE(spacingIn(*read), pixels);
+    QCOMPARE(rtf::write(*read), written);
 }
 
 // The text of other paragraphs would be lost where they are handed on as HTML.
