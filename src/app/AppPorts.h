@@ -12,6 +12,7 @@ class LockKeys;
 class SessionKeeper;
 class SessionLog;
 class SettingsStore;
+class Vault;
 class modMRU;
 
 // What start-up and shutdown ask of the program around them, beside the core's ports.
@@ -85,13 +86,15 @@ struct AppPorts {
     QStringList arguments = {};
     // Null where a session is stored at its end alone.
     SessionKeeper *keeper = nullptr;
+    // Null where documents are not kept against a crash.
+    Vault *vault = nullptr;
     // The application help file, which only the desktop's viewer reads, and how to show it; raises error 53 when the
     // viewer shows nothing.
     QString helpFile = {};
     std::function<void(const QString &sFile, HelpTopic topic)> showHelpFile = {};
 };
 
-// The registered ports of the application; every one but lockKeys, keeper and showHelpFile must be set before
+// The registered ports of the application; every one but lockKeys, keeper, vault and showHelpFile must be set before
 // Initialise.
 AppPorts &appPorts();
 

@@ -3,6 +3,7 @@
 
 #include "app/Application.h"
 
+#include "app/RecoveryList.h"
 #include "app/frmAbout.h"
 #include "app/modMain.h"
 #include "search/frmSearch.h"
@@ -10,10 +11,12 @@
 #include "util/Procedure.h"
 #include "util/ProgramFiles.h"
 #include "util/RunTimeError.h"
+#include "vault/RecoveryFolder.h"
 
 #include <QApplication>
 #include <QDesktopServices>
 #include <QFileInfo>
+#include <QTimer>
 #include <QUrl>
 
 namespace
@@ -31,6 +34,7 @@ void showHelpFile(const QString &sFile, HelpTopic)
 Application::Application(const QStringList &arguments)
     : m_log(SessionLog::folders(QCoreApplication::applicationDirPath()))
     , m_settings(IniSettingsStore::FirstSettings{sharedFile(QStringLiteral("first.ini"))})
+    , m_vault(Vault::Settings{recoveryFolder()})
     , m_recentFiles(m_settings, m_mainWindow.recentFileItems())
     , m_printing(m_printerDialogs, &m_mainWindow)
     , m_sessionEnd(m_mainWindow)
@@ -47,6 +51,7 @@ Application::Application(const QStringList &arguments)
     appPorts().arguments = arguments;
     appPorts().showHelpFile = showHelpFile;
     appPorts().keeper = &m_keeper;
+    appPorts().vault = &m_vault;
     searchPorts() = {&m_settings, [this] { frmSearch(&m_mainWindow).exec(); }, modMain::SaveSettings};
     setErrorReporter(modMain::ReportError);
     setRemarkWriter(modMain::WriteLog);
@@ -55,6 +60,7 @@ Application::Application(const QStringList &arguments)
 Application::~Application()
 {
     appPorts().keeper = nullptr;
+    appPorts().vault = nullptr;
     setErrorReporter(nullptr);
     setRemarkWriter(nullptr);
 }
@@ -69,6 +75,8 @@ void Application::Main()
         m_mainWindow.MDIForm_Load();
         banner.close();
         m_mainWindow.show();
+        // Once the window is there to be seen.
+        QTimer::singleShot(0, &m_mainWindow, [this] { RecoveryList::offer(m_vault, &m_mainWindow); });
     });
 }
 

@@ -17,6 +17,7 @@
 #include "platform/ScreenPointer.h"
 #include "print/PrintWindows.h"
 #include "print/PrinterDialogs.h"
+#include "vault/Vault.h"
 
 // The program's parts put together, with every port registered as long as it lives. It needs a QApplication.
 class Application
@@ -50,6 +51,8 @@ private:
     DesktopClipboard m_clipboard;
     DesktopColours m_colours;
     DesktopLockKeys m_lockKeys;
+    // The documents go first.
+    Vault m_vault;
     frmMain m_mainWindow;
     modMRU m_recentFiles;
     DesktopPrinterDialogs m_printerDialogs;

@@ -9,6 +9,7 @@
 #include "app/Tour.h"
 #include "app/modMRU.h"
 #include "document/Globals.h"
+#include "vault/Vault.h"
 #include "window/frmDocument.h"
 
 #include <QAction>
@@ -67,6 +68,8 @@ Document &DocumentArea::createDocument(std::unique_ptr<Outline> outline)
     // Renaming in the outline and dragging are no commands, but steps.
     for (const auto signal : {&History::positionChanged, &History::stepsChanged})
         connect(&form->document().history, signal, &m_refresh, qOverload<>(&QTimer::start));
+    if (appPorts().vault)
+        appPorts().vault->attach(form->document());
     m_area->addSubWindow(frame);
     m_frames.push_back(frame);
     // Before the main window shows, the area activates nothing by itself.

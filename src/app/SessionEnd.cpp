@@ -10,6 +10,7 @@
 #include "document/Globals.h"
 #include "document/OutlinePane.h"
 #include "util/Procedure.h"
+#include "vault/Vault.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -79,6 +80,12 @@ void SessionEnd::end(int exitStatus)
 {
     if (!m_exitStatus)
         m_exitStatus = exitStatus;
+    procedure("frmMain endSession", [this] {
+        // A label being typed is a change, too.
+        for (const Document *document : m_mainWindow.windows().documents())
+            document->view()->trvOutline.EndLabelEdit();
+    });
+    leaveUnsaved();
     m_mainWindow.endSession();
     // The loops of open dialogs end, too; each dialog counts as cancelled.
     QCoreApplication::exit(*m_exitStatus);
@@ -116,6 +123,15 @@ bool SessionEnd::eventFilter(QObject *watched, QEvent *event)
 
 void SessionEnd::endWithTheDisplay()
 {
-    if (living)
-        living->m_mainWindow.endSession();
+    if (!living)
+        return;
+    leaveUnsaved();
+    living->m_mainWindow.endSession();
+}
+
+// The next start offers what was not saved.
+void SessionEnd::leaveUnsaved()
+{
+    if (appPorts().vault)
+        appPorts().vault->endSession();
 }

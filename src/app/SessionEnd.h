@@ -33,7 +33,7 @@ public:
 //
 // A signal ends the program without a question, which nobody might be there to answer: settings, recent files and the
 // list of open documents are stored and the log is ended. No document is written, as nobody said that its file is to be
-// replaced. The exit status is 128 and the signal's number.
+// replaced; what is unsaved is offered at the next start. The exit status is 128 and the signal's number.
 //
 // A display that is gone lets the toolkit end the program; the session is ended on that way, too.
 class SessionEnd final : public QObject
@@ -57,6 +57,7 @@ public:
 
 private:
     static void endWithTheDisplay();
+    static void leaveUnsaved();
 
     frmMain &m_mainWindow;
     EndingSignals m_signals;

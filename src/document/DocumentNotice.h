@@ -12,6 +12,8 @@ enum class NoticeKind {
     FileGone,
     FileChanged,
     NotReadWhole,
+    // What was recovered after a crash is not all, or not what its file is now.
+    Recovered,
     DamagedText,
     LongText,
     LeftOutParts,

@@ -8,9 +8,6 @@
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
 
-#include <QElapsedTimer>
-#include <QFileInfo>
-
 #include <algorithm>
 
 using namespace Qt::StringLiterals;
@@ -89,9 +86,10 @@ DocumentFacts Journal::facts() const
     facts.isFromOutline = m_document->m_bFromOutline;
     facts.isSaved = !m_document->hasUnsavedChanges();
     facts.baseFont = m_document->baseFont().toString();
-    if (const QFileInfo file(facts.file); !facts.file.isEmpty() && file.exists()) {
-        facts.fileSize = file.size();
-        facts.fileTime = file.lastModified().toMSecsSinceEpoch();
+    if (const std::optional<FileStamp> &stamp = m_document->fileRecord.own; stamp && stamp->identity) {
+        facts.fileSize = stamp->identity->size;
+        facts.fileTime = stamp->identity->modified;
+        facts.digestBeingMade = stamp->digest;
     }
     return facts;
 }

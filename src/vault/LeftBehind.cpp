@@ -4,6 +4,7 @@
 #include "vault/LeftBehind.h"
 
 #include "document/Document.h"
+#include "document/SafeFile.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
 #include "vault/Replay.h"
@@ -33,6 +34,7 @@ std::unique_ptr<LeftBehind> lookAt(const QString &path)
         database = std::make_unique<RecoveryDatabase>(path, Database::Opening::Existing);
         // One that was cut short while it was made holds nothing yet.
         if (database->isEmpty()) {
+            remark(u"%1 held nothing whole"_s.arg(path));
             database.reset();
             lock->removeDatabase();
             return nullptr;
@@ -90,11 +92,20 @@ LeftBehind::FileNow LeftBehind::fileNow() const
 {
     if (m_facts.file.isEmpty())
         return FileNow::None;
-    const QFileInfo file(m_facts.file);
-    if (!file.exists())
+    const std::optional<FileIdentity> now = identityOf(m_facts.file);
+    if (!now)
         return FileNow::Gone;
-    const bool isSame = file.size() == m_facts.fileSize && file.lastModified().toMSecsSinceEpoch() == m_facts.fileTime;
-    return isSame ? FileNow::AsItWas : FileNow::Changed;
+    if (now->size == m_facts.fileSize && now->modified == m_facts.fileTime)
+        return FileNow::AsItWas;
+    // Touched or copied back it is still the same.
+    try {
+        const bool mayBeSame = now->size == m_facts.fileSize && !m_facts.fileDigest.isEmpty();
+        if (mayBeSame && ContentDigest(readWholeFile(m_facts.file)).value() == m_facts.fileDigest)
+            return FileNow::AsItWas;
+    } catch (const RunTimeError &) {
+        return FileNow::Changed;
+    }
+    return FileNow::Changed;
 }
 
 LeftBehind::Content LeftBehind::read()

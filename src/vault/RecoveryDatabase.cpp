@@ -82,6 +82,7 @@ void RecoveryDatabase::write(const RecoveryBatch &batch)
         setValue(u"baseFont"_s, facts.baseFont);
         setValue(u"fileSize"_s, facts.fileSize);
         setValue(u"fileTime"_s, facts.fileTime);
+        setValue(u"fileDigest"_s, facts.digestBeingMade.value());
         setValue(u"entries"_s, static_cast<qint64>(snapshot.entries.size()));
         const QByteArray head = headToBytes(snapshot);
         setValue(u"head"_s, head);
@@ -119,7 +120,9 @@ DocumentFacts RecoveryDatabase::facts()
             valueOf(u"isSaved"_s).toBool(),
             valueOf(u"baseFont"_s).toString(),
             valueOf(u"fileSize"_s).toLongLong(),
-            valueOf(u"fileTime"_s).toLongLong()};
+            valueOf(u"fileTime"_s).toLongLong(),
+            {},
+            valueOf(u"fileDigest"_s).toByteArray()};
 }
 
 DocumentState RecoveryDatabase::state()

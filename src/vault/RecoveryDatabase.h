@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "document/FileStamp.h"
 #include "vault/Database.h"
 #include "vault/LoggedChange.h"
 
@@ -20,9 +21,12 @@ struct DocumentFacts {
     bool isSaved = false;
     // The base font of the texts, as QFont::toString() has it.
     QString baseFont;
-    // Of the file, when it was read or written last; -1 where there was none.
+    // Of the file, when it was read or written last; -1 where there was none. The time is in nanoseconds since 1970.
     qint64 fileSize = -1;
     qint64 fileTime = -1;
+    // Written down when it is known, and read back as it is.
+    ContentDigest digestBeingMade = {};
+    QByteArray fileDigest = {};
 };
 
 // What it is after the last record.

@@ -8,6 +8,7 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QSemaphore>
+#include <QSqlDatabase>
 
 #include <algorithm>
 #include <chrono>
@@ -18,6 +19,8 @@ Vault::Vault(Settings settings)
     : m_settings(std::move(settings))
     , m_writer(std::make_unique<JournalWriter>(m_settings.folder))
 {
+    // At the program's end what Qt keeps of databases is to go after what may still write to one then.
+    QSqlDatabase::connectionNames();
     m_thread.setObjectName(u"journal"_s);
     m_writer->moveToThread(&m_thread);
     connect(m_writer.get(), &JournalWriter::written, this, [this](int journal, qint64 size) {
@@ -36,6 +39,8 @@ Vault::~Vault()
 {
     m_journals.clear();
     if (m_thread.isRunning()) {
+        constexpr int patience = 5000;
+        waitForWriter(patience);
         // Databases are closed by the thread that opened them.
         m_writer.release()->deleteLater();
         m_thread.quit();

@@ -1,0 +1,225 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "app/RecoveryList.h"
+
+#include "document/Ports.h"
+#include "util/Procedure.h"
+#include "vault/Recovery.h"
+#include "vault/Vault.h"
+
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QFileInfo>
+#include <QHeaderView>
+#include <QLabel>
+#include <QLocale>
+#include <QPushButton>
+#include <QTreeWidget>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+enum Column { NameColumn, ChangesColumn, TimeColumn, FileColumn, columnCount };
+
+QString changesOf(const LeftBehind &left)
+{
+    if (!left.damage().isEmpty())
+        return u"cannot be read"_s;
+    const int steps = left.state().steps;
+    return steps == 1 ? u"1 change"_s : u"%1 changes"_s.arg(steps);
+}
+
+QString timeOf(const LeftBehind &left)
+{
+    return left.damage().isEmpty() ? QLocale::system().toString(left.state().time, QLocale::ShortFormat) : QString();
+}
+
+QString fileOf(const LeftBehind &left)
+{
+    const QString folder = QDir::toNativeSeparators(QFileInfo(left.facts().file).absolutePath());
+    switch (left.fileNow()) {
+    case LeftBehind::FileNow::AsItWas:
+        return folder;
+    case LeftBehind::FileNow::Changed:
+        return u"%1 (the file has changed since)"_s.arg(folder);
+    case LeftBehind::FileNow::Gone:
+        return u"%1 (the file is no longer there)"_s.arg(folder);
+    case LeftBehind::FileNow::None:
+        break;
+    }
+    return left.damage().isEmpty() ? u"never saved"_s : QString();
+}
+
+QString namesOf(const std::vector<LeftBehind *> &left)
+{
+    QStringList names;
+    for (const LeftBehind *each : left)
+        names.append(u'"' + each->name() + u'"');
+    return names.join(u", "_s);
+}
+
+} // namespace
+
+RecoveryList *RecoveryList::offer(Vault &vault, QWidget *parent)
+{
+    return procedure("RecoveryList offer", [&]() -> RecoveryList * {
+        std::vector<std::unique_ptr<LeftBehind>> left = LeftBehind::find(vault.folder());
+        if (left.empty())
+            return nullptr;
+        auto *list = new RecoveryList(std::move(left), vault, parent);
+        list->setAttribute(Qt::WA_DeleteOnClose);
+        list->show();
+        return list;
+    });
+}
+
+RecoveryList::RecoveryList(std::vector<std::unique_ptr<LeftBehind>> left, Vault &vault, QWidget *parent)
+    : QDialog(parent)
+    , m_left(std::move(left))
+    , m_vault(vault)
+{
+    setObjectName(u"RecoveryList"_s);
+    setWindowTitle(u"Recover documents"_s);
+    auto *layout = new QVBoxLayout(this);
+    auto *text =
+        new QLabel(u"Quillery, or the computer, ended before these documents were saved. Recover opens a document "
+                   "with its changes and writes nothing to its file before you save it."_s);
+    text->setObjectName(u"lblRecovery"_s);
+    text->setWordWrap(true);
+    layout->addWidget(text);
+
+    m_list = new QTreeWidget;
+    m_list->setObjectName(u"lstRecovery"_s);
+    m_list->setAccessibleName(u"Documents left behind"_s);
+    m_list->setRootIsDecorated(false);
+    m_list->setUniformRowHeights(true);
+    m_list->setAllColumnsShowFocus(true);
+    m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
+    m_list->setHeaderLabels({u"Document"_s, u"Unsaved"_s, u"Kept until"_s, u"Where"_s});
+    layout->addWidget(m_list);
+
+    auto *buttons = new QDialogButtonBox;
+    const auto addButton = [&](const QString &caption, const QString &name, QDialogButtonBox::ButtonRole role,
+                               const QString &tip, auto &&pressed) {
+        QPushButton *button = buttons->addButton(caption, role);
+        button->setObjectName(name);
+        button->setToolTip(tip);
+        button->setAutoDefault(false);
+        connect(button, &QPushButton::clicked, this, pressed);
+        return button;
+    };
+    m_recover = addButton(u"&Recover"_s, u"cmdRecover"_s, QDialogButtonBox::ActionRole,
+                          u"Opens the selected documents with their changes"_s, &RecoveryList::recover);
+    m_recover->setDefault(true);
+    m_look = addButton(u"L&ook"_s, u"cmdLook"_s, QDialogButtonBox::ActionRole,
+                       u"Opens the selected documents to be read, and leaves them in this list"_s, &RecoveryList::look);
+    m_discard = addButton(u"&Discard..."_s, u"cmdDiscard"_s, QDialogButtonBox::DestructiveRole,
+                          u"Deletes what was kept of the selected documents"_s, &RecoveryList::discard);
+    addButton(u"&Later"_s, u"cmdLater"_s, QDialogButtonBox::RejectRole, u"Asks again at the next start"_s,
+              &QDialog::close);
+    layout->addWidget(buttons);
+
+    connect(m_list, &QTreeWidget::itemSelectionChanged, this, &RecoveryList::updateButtons);
+    connect(m_list, &QTreeWidget::itemActivated, this, &RecoveryList::recover);
+    fillList();
+    m_list->setFocus();
+    resize(sizeHint().expandedTo({fontMetrics().averageCharWidth() * 100, 0}));
+}
+
+RecoveryList::~RecoveryList() = default;
+
+void RecoveryList::fillList()
+{
+    m_list->clear();
+    for (const auto &left : m_left) {
+        auto *item = new QTreeWidgetItem(m_list, {left->name(), changesOf(*left), timeOf(*left), fileOf(*left)});
+        item->setToolTip(NameColumn, left->facts().file.isEmpty() ? left->name() : left->facts().file);
+        item->setData(NameColumn, Qt::AccessibleTextRole,
+                      QStringList{left->name(), changesOf(*left), timeOf(*left), fileOf(*left)}.join(u", "_s));
+        item->setSelected(true);
+    }
+    for (int column = 0; column < columnCount; ++column)
+        m_list->resizeColumnToContents(column);
+    if (QTreeWidgetItem *first = m_list->topLevelItem(0))
+        m_list->setCurrentItem(first, NameColumn, QItemSelectionModel::NoUpdate);
+    updateButtons();
+}
+
+void RecoveryList::updateButtons()
+{
+    const std::vector<LeftBehind *> selected = chosen();
+    const bool isReadable =
+        std::ranges::any_of(selected, [](const LeftBehind *left) { return left->damage().isEmpty(); });
+    m_recover->setEnabled(isReadable);
+    m_look->setEnabled(isReadable);
+    m_discard->setEnabled(!selected.empty());
+}
+
+std::vector<LeftBehind *> RecoveryList::chosen() const
+{
+    std::vector<LeftBehind *> selected;
+    for (size_t row = 0; row < m_left.size(); ++row) {
+        if (const QTreeWidgetItem *item = m_list->topLevelItem(static_cast<int>(row)); item && item->isSelected())
+            selected.push_back(m_left[row].get());
+    }
+    return selected;
+}
+
+void RecoveryList::recover()
+{
+    procedure("RecoveryList recover", [this] {
+        std::vector<LeftBehind *> recovered;
+        QStringList failed;
+        for (LeftBehind *left : chosen()) {
+            if (left->damage().isEmpty() && recoverDocument(*left, m_vault))
+                recovered.push_back(left);
+            else
+                failed.append(u'"' + left->name() + u'"');
+        }
+        remove(recovered);
+        if (!failed.isEmpty())
+            ports().dialogs->warn(
+                u"Nothing of %1 could be read. What was kept of it stays where it is; the session log "
+                "says more."_s.arg(failed.join(u", "_s)));
+    });
+}
+
+void RecoveryList::look()
+{
+    procedure("RecoveryList look", [this] {
+        for (LeftBehind *left : chosen()) {
+            if (left->damage().isEmpty())
+                lookAtLeftBehind(*left);
+        }
+    });
+}
+
+void RecoveryList::discard()
+{
+    procedure("RecoveryList discard", [this] {
+        const std::vector<LeftBehind *> selected = chosen();
+        if (selected.empty() ||
+            ports().dialogs->ask(
+                u"Do you want to discard the unsaved changes of %1? They cannot be recovered any more."_s.arg(
+                    namesOf(selected))) != Answer::Yes)
+            return;
+        for (LeftBehind *left : selected)
+            left->discard();
+        remove(selected);
+    });
+}
+
+void RecoveryList::remove(const std::vector<LeftBehind *> &gone)
+{
+    std::erase_if(m_left, [&gone](const auto &left) { return std::ranges::find(gone, left.get()) != gone.end(); });
+    if (m_left.empty())
+        close();
+    else
+        fillList();
+}

@@ -1,0 +1,45 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "vault/LeftBehind.h"
+
+#include <QDialog>
+
+#include <memory>
+#include <vector>
+
+class QPushButton;
+class QTreeWidget;
+class Vault;
+
+// Shows the documents that were open with unsaved changes when the program, or the machine, last ended without being
+// asked to. What is not decided about is offered again at the next start. It does not keep the user from the documents.
+class RecoveryList final : public QDialog
+{
+    Q_OBJECT
+
+public:
+    RecoveryList(std::vector<std::unique_ptr<LeftBehind>> left, Vault &vault, QWidget *parent = nullptr);
+    ~RecoveryList() override;
+
+    // Shows what a folder of the vault has, if anything; null when it has nothing.
+    static RecoveryList *offer(Vault &vault, QWidget *parent);
+
+private:
+    void fillList();
+    void updateButtons();
+    std::vector<LeftBehind *> chosen() const;
+    void recover();
+    void look();
+    void discard();
+    void remove(const std::vector<LeftBehind *> &gone);
+
+    std::vector<std::unique_ptr<LeftBehind>> m_left;
+    Vault &m_vault;
+    QTreeWidget *m_list = nullptr;
+    QPushButton *m_recover = nullptr;
+    QPushButton *m_look = nullptr;
+    QPushButton *m_discard = nullptr;
+};
