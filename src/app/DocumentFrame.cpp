@@ -7,6 +7,7 @@
 #include "window/frmDocument.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QCloseEvent>
 #include <QMdiArea>
 #include <QMenu>
@@ -15,6 +16,13 @@
 #include <utility>
 
 using namespace Qt::StringLiterals;
+
+// The program's. Without one of its own, a frame would have that of the toolkit.
+QIcon DocumentFrame::ownIcon() const
+{
+    const QIcon icon = QApplication::windowIcon();
+    return icon.isNull() ? style()->standardIcon(QStyle::SP_TitleBarMenuButton, nullptr, this) : icon;
+}
 
 DocumentFrame::DocumentFrame(frmDocument *form, QWidget *parent)
     : QMdiSubWindow(parent)
@@ -25,6 +33,7 @@ DocumentFrame::DocumentFrame(frmDocument *form, QWidget *parent)
     // The frame's own menu would keep keys such as Ctrl+W from every other use.
     for (QAction *action : systemMenu()->actions())
         action->setShortcuts(QList<QKeySequence>());
+    setWindowIcon(ownIcon());
     connect(&form->document().history, &History::positionChanged, this, &DocumentFrame::showUnsaved);
     showUnsaved();
 }
@@ -36,12 +45,7 @@ void DocumentFrame::showUnsaved()
     const bool isUnsaved = document.hasUnsavedChanges() && document.mayBeSavedAsSeen();
     if (std::exchange(m_showsUnsaved, isUnsaved) == isUnsaved)
         return;
-    setWindowIcon(QIcon());
-    if (isUnsaved) {
-        const QIcon icon = windowIcon();
-        setWindowIcon(
-            unsavedIcon(icon.isNull() ? style()->standardIcon(QStyle::SP_TitleBarMenuButton, nullptr, this) : icon));
-    }
+    setWindowIcon(isUnsaved ? unsavedIcon(ownIcon()) : ownIcon());
     setAccessibleDescription(isUnsaved ? u"Unsaved changes"_s : QString());
 }
 

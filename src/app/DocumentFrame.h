@@ -30,6 +30,7 @@ protected:
     void closeEvent(QCloseEvent *event) override;
 
 private:
+    QIcon ownIcon() const;
     void showUnsaved();
 
     frmDocument *const m_form;

@@ -24,16 +24,17 @@ public:
     void paint(QPainter *painter, const QRect &rect, QIcon::Mode mode, QIcon::State state) override
     {
         m_icon.paint(painter, rect, Qt::AlignCenter, mode, state);
-        // Large enough to be seen in the sixteen pixels of a title, with a ring that sets it off from any icon.
+        // Large enough to be seen in the sixteen pixels of a title, with a ring that sets it off from any icon, and in
+        // a colour that the titles of no desktop have.
         constexpr qreal share = 0.5;
+        constexpr QColor colour(240, 120, 32);
         const qreal side = std::min(rect.width(), rect.height()) * share;
         const qreal ring = std::max(side / 8, 0.5);
         const QRectF dot(rect.right() + 1 - side, rect.bottom() + 1 - side, side, side);
-        const QPalette palette = QGuiApplication::palette();
         painter->save();
         painter->setRenderHint(QPainter::Antialiasing);
-        painter->setBrush(palette.highlight());
-        painter->setPen(QPen(palette.color(QPalette::Base), ring));
+        painter->setBrush(colour);
+        painter->setPen(QPen(QGuiApplication::palette().color(QPalette::Base), ring));
         painter->drawEllipse(dot.adjusted(ring / 2, ring / 2, -ring / 2, -ring / 2));
         painter->restore();
     }
