@@ -36,6 +36,13 @@ Document::Document(std::unique_ptr<Outline> read)
         return true;
     });
     history.setClock([] { return ports().clock ? ports().clock->now() : QDateTime(); });
+    QObject::connect(&history, &History::aboutToChange, &history, [this](ChangeKind kind) {
+        // Not where it is undone or redone.
+        if (kind != ChangeKind::Fonts || !history.isStepOpen())
+            return;
+        std::erase_if(m_earlierFonts, [this](const auto &earlier) { return earlier.first == m_fntTextFont; });
+        m_earlierFonts.emplace_back(m_fntTextFont, baseFont());
+    });
     // What is told of damaged texts may have gone with their entries.
     const auto lookAgain = [this] {
         if (hasNotice(NoticeKind::DamagedText))
@@ -80,6 +87,15 @@ void Document::setBaseFont(const QFont &font)
         m_view->txtRTF.setFont(font);
     else
         m_baseFont = font;
+}
+
+void Document::takeBaseFont()
+{
+    const auto earlier = std::ranges::find(m_earlierFonts, m_fntTextFont, &std::pair<clsFont, QFont>::first);
+    QFont font = earlier == m_earlierFonts.end() ? baseFont() : earlier->second;
+    m_fntTextFont.SetFont(font);
+    if (font != baseFont())
+        setBaseFont(font);
 }
 
 void Document::setCaption(const QString &sCaption)

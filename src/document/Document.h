@@ -15,6 +15,7 @@
 
 #include <memory>
 #include <optional>
+#include <utility>
 #include <vector>
 
 class DocumentView;
@@ -95,6 +96,8 @@ public:
     // The base font of the texts: that of text which names none.
     QFont baseFont() const;
     void setBaseFont(const QFont &font);
+    // To be called when the texts' font description is another one by undoing or redoing.
+    void takeBaseFont();
 
     // What the window is called: the document's file, or "Document" and a number.
     const QString &caption() const { return m_sCaption; }
@@ -163,6 +166,8 @@ private:
     DocumentView *m_view = nullptr;
     // Of a document without a view; a view's pane has its own.
     QFont m_baseFont;
+    // The base fonts that earlier descriptions came with: what these leave open is not to be had from them.
+    std::vector<std::pair<clsFont, QFont>> m_earlierFonts;
     QString m_sCaption;
     mutable std::optional<SeenFile> m_seenFile;
 };

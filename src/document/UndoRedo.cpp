@@ -35,20 +35,6 @@ void showPosition(Document &document)
         view->txtRTF.setCaret(place);
 }
 
-QFont baseFontOf(const Document &document)
-{
-    const DocumentView *view = document.view();
-    return view ? view->txtRTF.Font() : QFont();
-}
-
-void takeTextFont(Document &document)
-{
-    QFont font;
-    document.m_fntTextFont.SetFont(font);
-    if (DocumentView *view = document.view())
-        view->txtRTF.setFont(font);
-}
-
 template <typename Walk>
 bool walkHistory(const char *name, Document &document, Walk &&walk)
 {
@@ -56,11 +42,10 @@ bool walkHistory(const char *name, Document &document, Walk &&walk)
         const modNodes::ActionScope action;
         document.texts.takeSteppedAt();
         const clsFont textFont = document.m_fntTextFont;
-        const QFont base = baseFontOf(document);
         const bool there = walk(document.history);
-        // A text that was let go no longer knows the base font that it had.
-        if (document.m_fntTextFont != textFont && baseFontOf(document) == base)
-            takeTextFont(document);
+        // The text that is shown need not be one that knows what it had.
+        if (document.m_fntTextFont != textFont)
+            document.takeBaseFont();
         showPosition(document);
         return there;
     });

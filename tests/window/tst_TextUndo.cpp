@@ -28,6 +28,7 @@ private Q_SLOTS:
     void undoShowsWhereItActed();
     void aReplacementInAllTextsIsOneStep();
     void aFontForAllTextsIsOneStep();
+    void theFontOfThePaneIsUndoneFromAnyText();
     void nothingIsUndoneInALockedText();
 
 private:
@@ -215,6 +216,30 @@ void tst_TextUndo::aFontForAllTextsIsOneStep()
     QCOMPARE(box().Font().pointSizeF(), 15.0);
     QVERIFY(undoStep(document()));
     QCOMPARE(state(), before);
+}
+
+// Whatever text is shown then, and with whatever the pane had that no description names.
+void tst_TextUndo::theFontOfThePaneIsUndoneFromAnyText()
+{
+    QFont base = box().Font();
+    base.setFamily(u"DejaVu Sans Mono"_s);
+    document().setBaseFont(base);
+    modNodes::NodeSelectFull(document(), modNodes::NodeInsert(document(), Relationship::tvwChild, entry(u"First"_s)));
+    for (const QString &name : {u"DejaVu Serif"_s, u"DejaVu Sans"_s}) {
+        g_fntPendingTextFont = clsFont();
+        g_fntPendingTextFont.setName(name);
+        modFont::ChangeDocumentTextFontDetails(false);
+        modNodes::NodeSelectFull(document(),
+                                 modNodes::NodeInsert(document(), Relationship::tvwChild, entry(u"First"_s)));
+        QTest::keyClicks(&box(), u"typed"_s);
+    }
+    const int end = document().history.position();
+    for (int round = 0; round < 2; ++round) {
+        QVERIFY(goToStep(document(), 0));
+        QCOMPARE(box().Font().family(), u"DejaVu Sans Mono"_s);
+        QVERIFY(goToStep(document(), end));
+        QCOMPARE(box().Font().family(), u"DejaVu Sans"_s);
+    }
 }
 
 void tst_TextUndo::nothingIsUndoneInALockedText()
