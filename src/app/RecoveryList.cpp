@@ -126,7 +126,8 @@ RecoveryList::RecoveryList(std::vector<std::unique_ptr<LeftBehind>> left, Vault 
     layout->addWidget(buttons);
 
     connect(m_list, &QTreeWidget::itemSelectionChanged, this, &RecoveryList::updateButtons);
-    connect(m_list, &QTreeWidget::itemActivated, this, &RecoveryList::recover);
+    // Return is the preset button's.
+    connect(m_list, &QTreeWidget::itemDoubleClicked, this, &RecoveryList::recover);
     fillList();
     m_list->setFocus();
     resize(sizeHint().expandedTo({fontMetrics().averageCharWidth() * 100, 0}));

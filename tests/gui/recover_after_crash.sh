@@ -51,7 +51,7 @@ expect_nothing_left() {
 }
 
 start_left() {
-    "$work/bin/quillery" "$@" &
+    "$work/bin/quillery" &
     process=$!
     wait_for_list
 }

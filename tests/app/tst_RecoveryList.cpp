@@ -1,0 +1,163 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "app/RecoveryList.h"
+
+#include "support/FakePorts.h"
+#include "vault/RecoveryFixture.h"
+
+#include <QPointer>
+#include <QPushButton>
+#include <QTest>
+#include <QTreeWidget>
+
+using namespace Qt::StringLiterals;
+
+class tst_RecoveryList : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init();
+    void cleanup();
+    void nothingIsShownWhereNothingWasLeft();
+    void eachDocumentIsNamedWithWhatIsKeptOfIt();
+    void allAreRecoveredByReturn();
+    void discardingAsksFirst();
+    void laterLeavesAllForTheNextStart();
+    void whatCannotBeReadCanOnlyBeDiscarded();
+
+private:
+    // Two documents with unsaved changes, one of which never had a file, as a program that was ended leaves them.
+    void leaveTwo();
+    QPointer<RecoveryList> offer();
+
+    static QPushButton *button(const RecoveryList &list, const QString &name)
+    {
+        return list.findChild<QPushButton *>(name);
+    }
+
+    static QTreeWidget *rows(const RecoveryList &list) { return list.findChild<QTreeWidget *>(u"lstRecovery"_s); }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    std::unique_ptr<FakePorts> m_ports;
+    std::unique_ptr<Vault> m_vault;
+};
+
+void tst_RecoveryList::init()
+{
+    m_folder = std::make_unique<QTemporaryDir>();
+    m_ports = std::make_unique<FakePorts>();
+    m_vault = std::make_unique<Vault>(Vault::Settings{m_folder->filePath(u"recovery"_s), {}, false});
+}
+
+void tst_RecoveryList::cleanup()
+{
+    m_ports->windows.open.clear();
+    m_vault.reset();
+    m_ports.reset();
+}
+
+void tst_RecoveryList::leaveTwo()
+{
+    Vault gone({m_vault->folder(), {}, false});
+    std::vector<std::unique_ptr<Document>> documents;
+    for (const QString &file : {m_folder->filePath(u"notes.qly"_s), QString()}) {
+        auto outline = std::make_unique<Outline>();
+        Entry *root = outline->tree.insert(Relationship::tvwFirst, nullptr);
+        documents.push_back(std::make_unique<Document>(std::move(outline)));
+        Document &document = *documents.back();
+        document.m_sFile = file;
+        document.setCaption(file.isEmpty() ? u"Document 2"_s : file);
+        gone.attach(document);
+        document.history.setLabel(root, u"unsaved"_s);
+    }
+    gone.endSession();
+    for (const auto &document : documents)
+        document->history.setWitness(nullptr);
+}
+
+QPointer<RecoveryList> tst_RecoveryList::offer()
+{
+    return RecoveryList::offer(*m_vault, nullptr);
+}
+
+void tst_RecoveryList::nothingIsShownWhereNothingWasLeft()
+{
+    QVERIFY(!offer());
+}
+
+void tst_RecoveryList::eachDocumentIsNamedWithWhatIsKeptOfIt()
+{
+    leaveTwo();
+    const QPointer<RecoveryList> list = offer();
+    QVERIFY(list);
+    QVERIFY(!rows(*list)->accessibleName().isEmpty());
+    QCOMPARE(rows(*list)->topLevelItemCount(), 2);
+    QStringList found;
+    for (int row = 0; row < 2; ++row) {
+        const QTreeWidgetItem *item = rows(*list)->topLevelItem(row);
+        QVERIFY(item->isSelected());
+        found.append(item->text(0) + u": "_s + item->text(1) + u", "_s + item->text(3));
+    }
+    found.sort();
+    QCOMPARE(found, (QStringList{u"Document 2: 1 change, never saved"_s,
+                                 u"notes.qly: 1 change, %1 (the file is no longer there)"_s.arg(m_folder->path())}));
+    list->close();
+}
+
+void tst_RecoveryList::allAreRecoveredByReturn()
+{
+    leaveTwo();
+    const QPointer<RecoveryList> list = offer();
+    QTest::keyClick(rows(*list), Qt::Key_Return);
+    QCOMPARE(m_ports->windows.open.size(), size_t(2));
+    for (const auto &open : m_ports->windows.open)
+        QCOMPARE(open->document.tree.root()->label(), u"unsaved"_s);
+    QTRY_VERIFY(!list);
+    QVERIFY(!offer());
+}
+
+void tst_RecoveryList::discardingAsksFirst()
+{
+    leaveTwo();
+    const QPointer<RecoveryList> list = offer();
+    m_ports->dialogs.answers = {Answer::No, Answer::Yes};
+    QTest::mouseClick(button(*list, u"cmdDiscard"_s), Qt::LeftButton);
+    QVERIFY(m_ports->dialogs.questions.front().contains(u"\"notes.qly\""_s));
+    QCOMPARE(rows(*list)->topLevelItemCount(), 2);
+    QTest::mouseClick(button(*list, u"cmdDiscard"_s), Qt::LeftButton);
+    QTRY_VERIFY(!list);
+    QVERIFY(QDir(m_vault->folder()).isEmpty());
+}
+
+void tst_RecoveryList::laterLeavesAllForTheNextStart()
+{
+    leaveTwo();
+    QPointer<RecoveryList> list = offer();
+    QTest::keyClick(list, Qt::Key_Escape);
+    QTRY_VERIFY(!list || !list->isVisible());
+    delete list;
+    list = offer();
+    QVERIFY(list);
+    QCOMPARE(rows(*list)->topLevelItemCount(), 2);
+    delete list;
+}
+
+void tst_RecoveryList::whatCannotBeReadCanOnlyBeDiscarded()
+{
+    QDir().mkpath(m_vault->folder());
+    QFile file(m_vault->folder() + u"/broken.recovery"_s);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(QByteArray(10000, 'x'));
+    file.close();
+    const QPointer<RecoveryList> list = offer();
+    QVERIFY(list);
+    QVERIFY(!button(*list, u"cmdRecover"_s)->isEnabled());
+    QVERIFY(!button(*list, u"cmdLook"_s)->isEnabled());
+    QVERIFY(button(*list, u"cmdDiscard"_s)->isEnabled());
+    list->close();
+}
+
+QTEST_MAIN(tst_RecoveryList)
+#include "tst_RecoveryList.moc"
