@@ -185,26 +185,11 @@ void History::appendTextStep(EntryId entry)
     end();
 }
 
+// No text is let go meanwhile, whatever is shown because of it: that would make fewer steps of those that it joins.
 void History::appendToTail(Change change)
 {
-    if (m_witness)
-        m_witness->aboutToApply(change);
-    const Announcement announcement(*this, change);
-    std::vector<Change> &changes = tail();
-    makeRoomBehind(changes, 1);
-    if (!carryOut(change, m_outline, m_liveTexts))
-        return;
-    if (m_witness) {
-        m_witness->carriedOut(change);
-        m_witness->joinedLastStep();
-    }
-    const qsizetype weight = weightOf(change);
-    changes.push_back(std::move(change));
-    if (m_position > 0) {
-        m_steps[static_cast<size_t>(m_position) - 1].weight += weight;
-        m_weight += weight;
-    }
-    announcement.done();
+    const Step step(*this, nameOf(change, m_outline.tree));
+    apply(std::move(change));
 }
 
 // What is done last: the changes of the last step done, or those before the first.

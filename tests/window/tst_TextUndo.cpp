@@ -29,6 +29,7 @@ private Q_SLOTS:
     void aReplacementInAllTextsIsOneStep();
     void aFontForAllTextsIsOneStep();
     void theFontOfThePaneIsUndoneFromAnyText();
+    void aBranchThatIsClosedOverALetGoTextIsOpenedAgain();
     void nothingIsUndoneInALockedText();
 
 private:
@@ -240,6 +241,27 @@ void tst_TextUndo::theFontOfThePaneIsUndoneFromAnyText()
         QVERIFY(goToStep(document(), end));
         QCOMPARE(box().Font().family(), u"DejaVu Sans"_s);
     }
+}
+
+// Closing it selects another entry, so that the text that was shown is let go and its steps become fewer.
+void tst_TextUndo::aBranchThatIsClosedOverALetGoTextIsOpenedAgain()
+{
+    document().texts.setMaximumWeight(0);
+    for (int i = 0; i < 20; ++i) {
+        QTest::keyClicks(&box(), u"One "_s);
+        document().history.markSaved();
+    }
+    QTest::keyClicks(&box(), u"Two "_s);
+    QTest::keyClick(&box(), Qt::Key_Return);
+    m_fixture->form().treeView->collapse(document().tree.indexOf(document().tree.root()));
+    QCOMPARE(document().tree.selected(), document().tree.root());
+    QVERIFY(!document().tree.root()->expanded());
+    QVERIFY(undoStep(document()));
+    QVERIFY(document().tree.root()->expanded());
+    while (document().history.canUndo())
+        QVERIFY(undoStep(document()));
+    QVERIFY(document().tree.root()->expanded());
+    QCOMPARE(plainTextOf(document().tree, entry(u"First"_s)), u"a cat of First"_s);
 }
 
 void tst_TextUndo::nothingIsUndoneInALockedText()
