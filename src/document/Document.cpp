@@ -12,6 +12,8 @@
 #include "document/TextCheck.h"
 #include "document/TextPane.h"
 
+#include <QSignalBlocker>
+
 #include <algorithm>
 
 LabelEditMode optionalLabelEdit()
@@ -59,6 +61,8 @@ void Document::setView(DocumentView *shownBy)
     // The panes go with their window, and their font stays.
     m_baseFont = baseFont();
     m_view = shownBy;
+    // A window that is going has nobody left who could be told that texts are let go.
+    const QSignalBlocker quiet(m_view ? nullptr : &history);
     texts.setShown(nullptr);
     if (m_view && !m_sCaption.isEmpty())
         m_view->window.setCaption(m_sCaption);
