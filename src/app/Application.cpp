@@ -39,14 +39,7 @@ Application::Application(const QStringList &arguments)
     , m_printing(m_printerDialogs, &m_mainWindow)
     , m_sessionEnd(m_mainWindow)
 {
-    ports() = {&m_mainWindow.windows(),
-               &m_mainWindow.surface(),
-               &m_dialogs,
-               &m_pointer,
-               &m_recentFiles,
-               &m_clipboard,
-               &m_clock,
-               &m_printing};
+    ports() = {&m_mainWindow.windows(), &m_dialogs, &m_pointer, &m_recentFiles, &m_clipboard, &m_clock, &m_printing};
     appPorts() = {&m_settings, &m_mainWindow, &m_recentFiles, &m_log, arguments.join(u' '), &m_lockKeys};
     appPorts().arguments = arguments;
     appPorts().showHelpFile = showHelpFile;

@@ -66,6 +66,7 @@ QAction *CommandMenus::makeMenu(const CommandRow &row, QMenuBar &bar)
     QMenu *menu =
         row.parent.empty() ? bar.addMenu(caption) : m_actions[commandRow(row.parent)]->menu()->addMenu(caption);
     menu->setObjectName(toText(row.name));
+    connect(menu, &QMenu::aboutToShow, this, &CommandMenus::aboutToShow);
     // The bar's item has the caption as its name; a context menu stands alone.
     menu->setAccessibleName(QString(caption).remove(u'&'));
     return menu->menuAction();

@@ -31,6 +31,11 @@ public:
     // Shows a submenu or top-level menu as a context menu, unless it is disabled, and returns when it has closed.
     void popUp(std::string_view item, const QPoint &place);
 
+Q_SIGNALS:
+    // A menu of the bar, or one of theirs, is about to be shown.
+    void aboutToShow();
+
+public:
     void hideAll() override;
     void showItem(int iItem, const QString &caption) override;
     void setSeparatorVisible(bool visible) override;

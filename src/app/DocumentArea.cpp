@@ -25,9 +25,6 @@ DocumentArea::DocumentArea(QMainWindow &mainWindow, Dispatcher &dispatcher)
     , m_dispatcher(dispatcher)
     , m_area(new QMdiArea)
 {
-    m_refresh.setSingleShot(true);
-    m_refresh.setInterval(0);
-    connect(&m_refresh, &QTimer::timeout, this, [] { ports().commands->MenuEnableDynamic(); });
     m_area->setObjectName(u"mdiArea"_s);
     m_area->setAccessibleName(u"Documents"_s);
     m_area->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
@@ -48,8 +45,6 @@ DocumentArea::~DocumentArea()
 {
     // The documents' windows may still call this one while they go.
     m_area->disconnect(this);
-    for (const DocumentFrame *frame : m_area->findChildren<DocumentFrame *>())
-        frame->form()->document().tree.disconnect(this);
     m_active = nullptr;
     for (DocumentFrame *frame : std::exchange(m_frames, {})) {
         frame->disconnect(this);
@@ -63,13 +58,9 @@ Document &DocumentArea::createDocument(std::unique_ptr<Outline> outline)
     auto *frame = new DocumentFrame(form);
     connect(form, &frmDocument::menuWanted, this, &DocumentArea::menuWanted);
     connect(frame, &DocumentFrame::closed, this, &DocumentArea::frameClosed);
-    // Only then is the document gone, and an entry copied from it with it.
-    connect(&form->document().tree, &QObject::destroyed, this, [] { ports().commands->MenuEnableDynamic(); });
-    // Renaming in the outline and dragging are no commands, but steps.
-    for (const auto signal : {&History::positionChanged, &History::stepsChanged})
-        connect(&form->document().history, signal, &m_refresh, qOverload<>(&QTimer::start));
     if (appPorts().vault)
         appPorts().vault->attach(form->document());
+    Q_EMIT opened(form);
     m_area->addSubWindow(frame);
     m_frames.push_back(frame);
     // Before the main window shows, the area activates nothing by itself.
@@ -81,7 +72,6 @@ Document &DocumentArea::createDocument(std::unique_ptr<Outline> outline)
     else
         frame->show();
     m_area->setActiveSubWindow(frame);
-    ports().commands->MenuEnable(iDocumentCount);
     return form->document();
 }
 
@@ -109,6 +99,12 @@ std::vector<Document *> DocumentArea::documents() const
     for (const DocumentFrame *frame : m_frames)
         open.push_back(&frame->form()->document());
     return open;
+}
+
+void DocumentArea::say(const QString &text)
+{
+    m_said = text;
+    Q_EMIT statusTextChanged();
 }
 
 void DocumentArea::closeMainWindow()
@@ -140,6 +136,7 @@ void DocumentArea::showOffers()
 void DocumentArea::setActive(DocumentFrame *frame)
 {
     m_active = frame;
+    m_said.clear();
     Q_EMIT activeChanged(activeDocument());
 }
 
@@ -151,7 +148,6 @@ void DocumentArea::frameActivated(DocumentFrame *frame)
     setActive(frame);
     frame->form()->Form_Activate();
     frame->form()->restorePaneFocus();
-    ports().commands->MenuEnable(iDocumentCount);
 }
 
 void DocumentArea::frameClosed(DocumentFrame *frame)
@@ -160,10 +156,7 @@ void DocumentArea::frameClosed(DocumentFrame *frame)
     std::erase(m_frames, frame);
     if (m_active == frame)
         setActive(m_frames.empty() ? nullptr : m_frames.back());
-    // No other window's label takes the place of this one's.
-    if (!m_active)
-        ports().commands->UpdateStatusBarText(QString());
-    ports().commands->MenuEnable(iDocumentCount);
+    Q_EMIT closed();
     if (!m_sessionEnded)
         showOffers();
 }

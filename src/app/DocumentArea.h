@@ -6,7 +6,7 @@
 #include "document/Ports.h"
 
 #include <QObject>
-#include <QTimer>
+#include <QString>
 
 #include <vector>
 
@@ -31,6 +31,10 @@ public:
     Document *activeDocument() const override;
     std::vector<Document *> documents() const override;
     void closeMainWindow() override;
+    void say(const QString &text) override;
+
+    // What is said while no document is active.
+    const QString &said() const { return m_said; }
 
     QMdiArea &mdiArea() const { return *m_area; }
 
@@ -56,8 +60,14 @@ public:
 Q_SIGNALS:
     // A menu of the menu bar is wanted as a context menu.
     void menuWanted(std::string_view menu, const QPoint &place);
+    // A document has its window, which is not the active one yet.
+    void opened(frmDocument *form);
     // Another document is active, or none.
     void activeChanged(Document *active);
+    // One window less is there.
+    void closed();
+    // Something else is said while no document is active.
+    void statusTextChanged();
 
 private:
     void setActive(DocumentFrame *frame);
@@ -67,12 +77,11 @@ private:
     QMainWindow &m_mainWindow;
     Dispatcher &m_dispatcher;
     QMdiArea *const m_area;
-    // Many steps at once refresh the menus once.
-    QTimer m_refresh;
     EmptyArea *m_emptyArea = nullptr;
     // In the order in which the windows were opened.
     std::vector<DocumentFrame *> m_frames;
     DocumentFrame *m_active = nullptr;
+    QString m_said;
     bool m_sessionEnded = false;
     // While there is no document, what the next one's window is to be.
     bool m_maximised = false;

@@ -59,7 +59,7 @@ void MainSurface::UpdateToolbarStatus()
             return;
         m_toolbar.applyFormats(document->view()->txtRTF);
         CommandState state;
-        state.ExpansionLevel = document->m_iExpansionLevel;
+        state.ExpansionLevel = document->m_iExpansionLevel();
         m_toolbar.press(state);
     });
 }

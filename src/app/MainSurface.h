@@ -3,25 +3,30 @@
 
 #pragma once
 
-#include "document/Ports.h"
-
 class CommandMenus;
 class DocumentArea;
+class Entry;
+class QString;
 class StatusBar;
 class Toolbar;
 struct CommandState;
 
-// Menus, toolbar and status bar of the main window, as they follow the documents.
-class MainSurface final : public CommandSurface
+// Menus, toolbar and status bar of the main window as they show the state of the documents. ActiveState says when.
+class MainSurface
 {
 public:
     MainSurface(CommandMenus &menus, Toolbar &toolbar, StatusBar &statusBar, const DocumentArea &area);
 
-    void MenuEnable(int documentCount) override;
-    void MenuEnableDynamic() override;
-    void UpdateToolbarStatus() override;
-    void UpdateStatusBar(const Entry *entry) override;
-    void UpdateStatusBarText(const QString &text) override;
+    // Recomputes what depends on the number of open documents.
+    void MenuEnable(int documentCount);
+    // Recomputes what depends on the active document, its selection and its focus.
+    void MenuEnableDynamic();
+    // Shows the formats at the text's selection and the expansion level as pressed toolbar buttons, and whether typing
+    // overwrites.
+    void UpdateToolbarStatus();
+    // Shows an entry's label in the first status panel; nothing for no entry.
+    void UpdateStatusBar(const Entry *entry);
+    void UpdateStatusBarText(const QString &text);
 
 private:
     void applyState(const CommandState &state);

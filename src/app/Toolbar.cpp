@@ -7,7 +7,6 @@
 #include "app/ToolbarRules.h"
 #include "commands/CommandKeys.h"
 #include "commands/Dispatcher.h"
-#include "document/Ports.h"
 #include "util/Procedure.h"
 
 #include <QEvent>
@@ -237,8 +236,6 @@ void Toolbar::drawIcons()
 
 void Toolbar::tbToolBar_ButtonClick(std::size_t row)
 {
-    procedure("frmMain tbToolBar_ButtonClick", [&] {
-        m_dispatcher.run(commandTable[toolbarTable[row].command].name);
-        ports().commands->UpdateToolbarStatus();
-    });
+    procedure("frmMain tbToolBar_ButtonClick", [&] { m_dispatcher.run(commandTable[toolbarTable[row].command].name); });
+    Q_EMIT buttonClicked();
 }

@@ -31,6 +31,11 @@ public:
     // Presses the buttons of the formats that the text's selection has.
     void applyFormats(const TextSelection &text);
 
+Q_SIGNALS:
+    // A button was clicked and its command is over, if it could be run: a button that is pressed down by that need not
+    // be what the state says.
+    void buttonClicked();
+
 protected:
     void changeEvent(QEvent *event) override;
 

@@ -3,6 +3,7 @@
 
 #include "app/frmMain.h"
 
+#include "app/ActiveState.h"
 #include "app/AppCommands.h"
 #include "app/CommandMenus.h"
 #include "app/DesktopKeys.h"
@@ -63,6 +64,7 @@ frmMain::frmMain(QWidget *parent)
             form->toggleOverwriting();
     });
     m_surface = std::make_unique<MainSurface>(*m_menus, *m_toolbar, *m_statusBar, *m_documents);
+    m_activeState = std::make_unique<ActiveState>(*m_documents, m_dispatcher, *m_menus, *m_toolbar, *m_surface);
 
     m_panes = std::make_unique<PaneDocks>(*this, m_dispatcher, paneTable(), [this] {
         if (frmDocument *form = m_documents->activeForm())
@@ -85,11 +87,6 @@ frmMain::~frmMain()
 DocumentWindows &frmMain::windows() const
 {
     return *m_documents;
-}
-
-CommandSurface &frmMain::surface() const
-{
-    return *m_surface;
 }
 
 void frmMain::MDIForm_Load()

@@ -11,6 +11,7 @@
 
 #include <memory>
 
+class ActiveState;
 class CommandMenus;
 class DocumentArea;
 class MainSurface;
@@ -37,9 +38,12 @@ public:
 
     const Dispatcher &dispatcher() const { return m_dispatcher; }
 
-    // The open documents, and what follows them.
+    // The open documents, what shows their state, and what keeps that up to date.
     DocumentWindows &windows() const;
-    CommandSurface &surface() const;
+
+    MainSurface &surface() const { return *m_surface; }
+
+    ActiveState &activeState() const { return *m_activeState; }
 
     // Asks about each document with unsaved changes, and saves those that are to be saved. False when one is to stay
     // open, which the user wants or a failed save.
@@ -79,6 +83,7 @@ private:
     Dispatcher m_dispatcher;
     // The documents go first, and tell it until then.
     std::unique_ptr<MainSurface> m_surface;
+    std::unique_ptr<ActiveState> m_activeState;
     std::unique_ptr<DocumentArea> m_documents;
     MenuBarKeys *m_menuBarKeys = nullptr;
     CommandMenus *m_menus = nullptr;

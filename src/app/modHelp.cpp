@@ -36,15 +36,16 @@ bool isHelp(const Document *document)
 void showHelpFile(HelpTopic topic)
 {
     const AppPorts &app = appPorts();
+    Dialogs &dialogs = *ports().dialogs;
     if (app.helpFile.isEmpty()) {
         // Both commands say "Contents".
-        ports().dialogs->inform(u"Unable to display Help Contents. There is no Help associated with this project."_s);
+        dialogs.inform(u"Unable to display Help Contents. There is no Help associated with this project."_s);
         return;
     }
     try {
         app.showHelpFile(app.helpFile, topic);
     } catch (const RunTimeError &error) {
-        ports().dialogs->informPlainly(error.description());
+        dialogs.informPlainly(error.description());
     }
 }
 

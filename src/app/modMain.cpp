@@ -78,8 +78,6 @@ void Initialise()
         if (appPorts().keeper)
             appPorts().keeper->start();
         LoadInitialFiles();
-        ports().commands->MenuEnable(iDocumentCount);
-        ports().commands->MenuEnableDynamic();
     });
 }
 
@@ -206,8 +204,8 @@ void WriteLog(const QString &record)
 void ReportError(const ErrorReport &report)
 {
     WriteLog(errorRecord(report));
-    if (ports().pointer)
-        ports().pointer->setHourglass(false);
+    if (MousePointer *pointer = ports().pointer)
+        pointer->setHourglass(false);
 }
 
 } // namespace modMain

@@ -5,7 +5,6 @@
 
 #include "app/AppPorts.h"
 #include "document/Globals.h"
-#include "document/Ports.h"
 #include "util/Procedure.h"
 
 namespace modView
@@ -16,7 +15,6 @@ void ViewToolbar()
     procedure("modView ViewToolbar", [] {
         g_options.ViewToolbar = !g_options.ViewToolbar;
         appPorts().mainWindow->setToolbarVisible(g_options.ViewToolbar);
-        ports().commands->MenuEnableDynamic();
     });
 }
 
@@ -25,7 +23,6 @@ void ViewStatusBar()
     procedure("modView ViewStatusBar", [] {
         g_options.ViewStatusbar = !g_options.ViewStatusbar;
         appPorts().mainWindow->setStatusBarVisible(g_options.ViewStatusbar);
-        ports().commands->MenuEnableDynamic();
     });
 }
 

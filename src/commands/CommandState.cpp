@@ -4,6 +4,7 @@
 #include "commands/CommandState.h"
 
 #include "document/Document.h"
+#include "document/DocumentView.h"
 #include "document/Globals.h"
 #include "document/Ports.h"
 #include "document/modNodes.h"
@@ -62,9 +63,11 @@ CommandState currentCommandState()
     state.TaggedExist = modNodes::NodesTaggedExist();
     state.Copied = modOutline::copiedEntry().entry() != nullptr;
     state.TextWithheld = active->bTextWithheld();
-    state.OutlineFocus = active->m_bOutlineHasFocus;
-    state.TextFocus = active->m_bTextHasFocus;
-    state.ExpansionLevel = active->m_iExpansionLevel;
+    if (const DocumentView *view = active->view()) {
+        state.OutlineFocus = view->m_bOutlineHasFocus();
+        state.TextFocus = view->m_bTextHasFocus();
+    }
+    state.ExpansionLevel = active->m_iExpansionLevel();
     describeEntry(*entry, state);
     return state;
 }

@@ -50,6 +50,8 @@ struct CommandState {
 
     bool Movable() const { return Selected && Writable && !IsRoot; }
 
+    bool operator==(const CommandState &) const = default;
+
     bool CanMoveUp() const { return Movable() && !(ParentIsRoot && FirstSibling); }
 };
 

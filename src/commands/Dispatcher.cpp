@@ -46,7 +46,7 @@ public:
         said[0] = said[0].toUpper();
         if (gone > 1)
             said += u" (%1 entries)"_s.arg(gone);
-        ports().commands->UpdateStatusBarText(said + u" – Ctrl+Z takes it back"_s);
+        m_document->say(said + u" – Ctrl+Z takes it back"_s);
     }
 
 private:
@@ -121,5 +121,6 @@ void Dispatcher::run(std::string_view command, int argument)
     });
     if (commandTable[row].farReaching)
         extent.tell();
-    ports().commands->MenuEnableDynamic();
+    if (m_whenDone)
+        m_whenDone();
 }

@@ -25,6 +25,9 @@ public:
     // Says what a command runs, instead of its row.
     void bind(std::string_view command, Run run);
 
+    // Runs whenever a command is done.
+    void whenDone(std::function<void()> done) { m_whenDone = std::move(done); }
+
     // Whether there is something that a command runs.
     bool isBound(std::string_view command) const;
 
@@ -43,6 +46,7 @@ public:
 
 private:
     std::function<CommandState()> m_state;
+    std::function<void()> m_whenDone;
     // By the names in the table.
     std::map<std::string_view, Run> m_bound;
 };

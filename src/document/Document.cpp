@@ -30,7 +30,7 @@ Document::Document(std::unique_ptr<Outline> read)
     , history(*outline)
 {
     history.setLiveTexts(&texts);
-    QObject::connect(&texts, &LiveTexts::stepAdded, &history, &History::appendTextStep);
+    connect(&texts, &LiveTexts::stepAdded, &history, &History::appendTextStep);
     texts.setFolder([this](EntryId entry, const auto &textAt) {
         if (history.isStepOpen())
             return false;
@@ -38,23 +38,33 @@ Document::Document(std::unique_ptr<Outline> read)
         return true;
     });
     history.setClock([] { return ports().clock ? ports().clock->now() : QDateTime(); });
-    QObject::connect(&history, &History::aboutToChange, &history, [this](ChangeKind kind) {
+    connect(&history, &History::aboutToChange, this, [this](ChangeKind kind) {
         // Not where it is undone or redone.
         if (kind != ChangeKind::Fonts || !history.isStepOpen())
             return;
         std::erase_if(m_earlierFonts, [this](const auto &earlier) { return earlier.first == m_fntTextFont; });
         m_earlierFonts.emplace_back(m_fntTextFont, baseFont());
     });
+    connect(&tree, &EntryTree::selectedChanged, this, &Document::unsay);
+    connect(&tree, &EntryTree::labelChanged, this, [this](const Entry *entry) {
+        if (entry == tree.selected())
+            unsay();
+    });
     // What is told of damaged texts may have gone with their entries.
     const auto lookAgain = [this] {
         if (hasNotice(NoticeKind::DamagedText))
             checkTexts();
     };
-    QObject::connect(&tree, &EntryTree::rowsRemoved, &tree, lookAgain);
-    QObject::connect(&tree, &EntryTree::modelReset, &tree, lookAgain);
+    connect(&tree, &EntryTree::rowsRemoved, this, lookAgain);
+    connect(&tree, &EntryTree::modelReset, this, lookAgain);
 }
 
-Document::~Document() = default;
+Document::~Document()
+{
+    // What goes with it is not to tell it any more.
+    tree.disconnect(this);
+    texts.disconnect(this);
+}
 
 void Document::setView(DocumentView *shownBy)
 {
@@ -147,6 +157,51 @@ bool Document::bReadOnlyAsSeen() const
     if (!m_seenFile || m_seenFile->sFile != m_sFile)
         m_seenFile = SeenFile{m_sFile, bReadOnly()};
     return m_seenFile->bReadOnly;
+}
+
+void Document::lookAtFileAgain()
+{
+    m_seenFile.reset();
+    Q_EMIT stateChanged();
+}
+
+void Document::say(const QString &text)
+{
+    m_passing = text;
+    Q_EMIT statusTextChanged();
+}
+
+void Document::note(const QString &text)
+{
+    m_passing.reset();
+    m_noted = text;
+    Q_EMIT statusTextChanged();
+}
+
+void Document::endPassing()
+{
+    m_passing.reset();
+    Q_EMIT statusTextChanged();
+}
+
+void Document::unsay()
+{
+    m_passing.reset();
+    m_noted.clear();
+    Q_EMIT statusTextChanged();
+}
+
+std::optional<QString> Document::said() const
+{
+    if (m_passing || m_noted.isEmpty())
+        return m_passing;
+    return m_noted;
+}
+
+void Document::setExpansionLevel(int level)
+{
+    m_expansionLevel = static_cast<qint16>(level);
+    Q_EMIT stateChanged();
 }
 
 void Document::tell(DocumentNotice told)

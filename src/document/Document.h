@@ -11,6 +11,7 @@
 #include "model/Outline.h"
 
 #include <QFont>
+#include <QObject>
 #include <QString>
 
 #include <memory>
@@ -37,12 +38,15 @@ struct FileRecord {
 };
 
 // One open document: its outline, its file and what is to be told of it. Nobody needs to show it; see DocumentView.
-class Document
+// Whoever shows something of it listens: to the history, the tree and the texts, and to what it announces itself.
+class Document final : public QObject
 {
+    Q_OBJECT
+
 public:
     // Without an outline it begins with an empty one.
     explicit Document(std::unique_ptr<Outline> read = nullptr);
-    ~Document();
+    ~Document() override;
     Document(const Document &) = delete;
     Document &operator=(const Document &) = delete;
 
@@ -65,7 +69,7 @@ public:
     void takeFile(const std::optional<FileStamp> &stamp);
 
     // To be called when the window gets the keyboard and when the file was written.
-    void lookAtFileAgain() { m_seenFile.reset(); }
+    void lookAtFileAgain();
 
     // Whether closing would lose what is not in the document's file.
     bool hasUnsavedChanges() const { return m_bDataChanged() || m_bSaveRefused; }
@@ -107,6 +111,25 @@ public:
     // Fits the split between the panes, if there are any, when the option says so.
     void autoFitSplit();
 
+    // What the status bar says in passing, instead of the selected label: until another entry is selected or named, or
+    // the window becomes the active one again. No text leaves the status bar empty.
+    void say(const QString &text);
+    // The same of the document's file, which is said again whenever the window becomes the active one.
+    void note(const QString &text);
+    // What was said in passing is not said any more, or nothing is.
+    void endPassing();
+    void unsay();
+
+    const QString &noted() const { return m_noted; }
+
+    // What is said now: in passing, else what is noted. Nothing where the selected entry's label is to be said.
+    std::optional<QString> said() const;
+
+    // The level that the whole outline was last expanded to; -1 all levels, 0 none in particular.
+    qint16 m_iExpansionLevel() const { return m_expansionLevel; }
+
+    void setExpansionLevel(int level);
+
     // Looks for damaged texts, behind whatever else is to be done.
     void checkTexts();
 
@@ -132,14 +155,6 @@ public:
     // 1 native, -1 plain text.
     qint16 m_iFileFormatVersion = nativeFormat;
 
-    bool m_bOutlineHasFocus = false;
-    bool m_bTextHasFocus = false;
-    // The level that the whole outline was last expanded to; -1 all levels, 0 none in particular.
-    qint16 m_iExpansionLevel = 0;
-
-    // What the status bar says of the document's file instead of the selected label, until the selection changes.
-    QString notice;
-
     // What the file holds of it, or will hold, and the parts of that by their own names.
     const std::unique_ptr<Outline> outline;
     const EntryTree &tree;
@@ -151,6 +166,12 @@ public:
 
     // What was done to it, and the only way to do more.
     History history;
+
+Q_SIGNALS:
+    // The status bar is to say something else.
+    void statusTextChanged();
+    // Its file or that file's access may be another, or the level that it is expanded to is.
+    void stateChanged();
 
 private:
     friend class DocumentView;
@@ -169,5 +190,9 @@ private:
     // The base fonts that earlier descriptions came with: what these leave open is not to be had from them.
     std::vector<std::pair<clsFont, QFont>> m_earlierFonts;
     QString m_sCaption;
+    qint16 m_expansionLevel = 0;
+    // What was said in passing; an empty text is something else than none.
+    std::optional<QString> m_passing;
+    QString m_noted;
     mutable std::optional<SeenFile> m_seenFile;
 };

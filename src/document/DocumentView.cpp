@@ -7,6 +7,8 @@
 #include "document/OutlinePane.h"
 #include "document/TextPane.h"
 
+#include <utility>
+
 DocumentView::DocumentView(Document &document, OutlinePane &outlinePane, TextPane &textPane,
                            DocumentWindow &documentWindow)
     : trvOutline(outlinePane)
@@ -26,4 +28,10 @@ void DocumentView::setPanesVisible(bool visible)
 {
     trvOutline.setPaneVisible(visible);
     txtRTF.setPaneVisible(visible);
+}
+
+void DocumentView::setFocus(Focus focus)
+{
+    if (std::exchange(m_focus, focus) != focus)
+        Q_EMIT focusChanged();
 }

@@ -84,6 +84,7 @@ void LiveTexts::setShown(std::shared_ptr<EntryDocument> text)
         now->second.lastShown = ++m_shows;
         weigh(now, 0);
     }
+    Q_EMIT shownChanged();
     dropBeyondWeight();
 }
 

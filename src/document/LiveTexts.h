@@ -69,6 +69,8 @@ public:
 Q_SIGNALS:
     // An entry's text was changed, by the user or for him.
     void changed(EntryId entry);
+    // Another text is shown.
+    void shownChanged();
     // A text has a new step that can be undone.
     void stepAdded(EntryId entry);
 

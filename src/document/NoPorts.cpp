@@ -20,20 +20,8 @@ public:
     std::vector<Document *> documents() const override { return {}; }
 
     void closeMainWindow() override {}
-};
 
-class NoCommands final : public CommandSurface
-{
-public:
-    void MenuEnable(int) override {}
-
-    void MenuEnableDynamic() override {}
-
-    void UpdateToolbarStatus() override {}
-
-    void UpdateStatusBar(const Entry *) override {}
-
-    void UpdateStatusBarText(const QString &) override {}
+    void say(const QString &) override {}
 };
 
 class NoDialogs final : public Dialogs
@@ -107,12 +95,11 @@ public:
 Ports portsOfNobody()
 {
     static NoWindows windows;
-    static NoCommands commands;
     static NoDialogs dialogs;
     static NoPointer pointer;
     static NoRecentFiles recentFiles;
     static NoClipboard clipboard;
     static const PlainClock clock;
     static NoPrinting printing;
-    return {&windows, &commands, &dialogs, &pointer, &recentFiles, &clipboard, &clock, &printing};
+    return {&windows, &dialogs, &pointer, &recentFiles, &clipboard, &clock, &printing};
 }

@@ -3,6 +3,7 @@
 
 #include "document/Ports.h"
 
+#include "document/Document.h"
 #include "document/NoPorts.h"
 
 namespace
@@ -21,6 +22,15 @@ Ports &ports()
 Document *DocumentActive()
 {
     return ports().windows->activeDocument();
+}
+
+void sayOfActive(const QString &text)
+{
+    DocumentWindows &windows = *ports().windows;
+    if (Document *document = windows.activeDocument())
+        document->say(text);
+    else
+        windows.say(text);
 }
 
 HourglassPointer::HourglassPointer()

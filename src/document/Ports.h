@@ -33,23 +33,8 @@ public:
     virtual std::vector<Document *> documents() const = 0;
     // Closes the main window, and with it every document window in turn.
     virtual void closeMainWindow() = 0;
-};
-
-// Menus, toolbar and status bar, which follow the state of the documents.
-class CommandSurface
-{
-public:
-    virtual ~CommandSurface() = default;
-    // Recomputes what depends on the number of open documents.
-    virtual void MenuEnable(int documentCount) = 0;
-    // Recomputes what depends on the active document, its selection and its focus.
-    virtual void MenuEnableDynamic() = 0;
-    // Shows the formats at the text's selection and the expansion level as pressed toolbar buttons, and whether typing
-    // overwrites.
-    virtual void UpdateToolbarStatus() = 0;
-    // Shows an entry's label in the first status panel; nothing for no entry.
-    virtual void UpdateStatusBar(const Entry *entry) = 0;
-    virtual void UpdateStatusBarText(const QString &text) = 0;
+    // Says something that concerns no open document, as long as none is active.
+    virtual void say(const QString &text) = 0;
 };
 
 enum class Answer { Yes, No, Cancel };
@@ -176,7 +161,6 @@ public:
 
 struct Ports {
     DocumentWindows *windows = nullptr;
-    CommandSurface *commands = nullptr;
     Dialogs *dialogs = nullptr;
     MousePointer *pointer = nullptr;
     RecentFiles *recentFiles = nullptr;
@@ -190,6 +174,9 @@ Ports &ports();
 
 // The active document, or null when no document window is active.
 Document *DocumentActive();
+
+// Has the status bar say something of the active document in passing, or without one of what was asked for.
+void sayOfActive(const QString &text);
 
 // Shows the hourglass pointer while it lives.
 class HourglassPointer

@@ -66,14 +66,14 @@ Document *DocImport(const QString &sFile)
 void DocExport(const QString &sFile)
 {
     procedure("modDocText DocExport", [&] {
-        const Document *document = DocumentActive();
+        Document *document = DocumentActive();
         if (!document)
             return;
         const HourglassPointer hourglass;
         try {
             exportText(*document, sFile);
         } catch (...) {
-            ports().commands->UpdateStatusBarText(u"The file %1 could not be saved"_s.arg(sFile));
+            document->say(u"The file %1 could not be saved"_s.arg(sFile));
             throw;
         }
     });

@@ -178,7 +178,7 @@ void takeTheirFile(Document &document)
     adoptOutline(document, file);
     document.m_iFileFormatVersion = file.iVersion;
     document.m_bFromOutline = file.iVersion == Document::nativeFormat;
-    document.m_iExpansionLevel = 0;
+    document.setExpansionLevel(0);
     document.history.markSaved();
     document.m_bSaveRefused = false;
     document.takeFile(file.stamp);
@@ -190,8 +190,7 @@ void takeTheirFile(Document &document)
     modNodes::NodeSelectFull(document, document.tree.selected());
     // Where an entry was opened to show it.
     document.history.markSaved();
-    document.notice = u"The file %1 was read again"_s.arg(document.m_sFile);
-    ports().commands->UpdateStatusBarText(document.notice);
+    document.note(u"The file %1 was read again"_s.arg(document.m_sFile));
 }
 
 } // namespace

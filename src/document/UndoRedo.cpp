@@ -17,7 +17,7 @@ namespace
 void showPosition(Document &document)
 {
     // What is open now was not opened to a level.
-    document.m_iExpansionLevel = 0;
+    document.setExpansionLevel(0);
     if (DocumentView *view = document.view()) {
         QFont font = view->trvOutline.Font();
         document.m_fntOutlineFont.SetFont(font);

@@ -72,12 +72,13 @@ bool textFormatAccepted(const Document &document, qint16 iVersion)
 {
     if (iVersion != Document::plainTextFormat)
         return true;
+    Dialogs &dialogs = *ports().dialogs;
     if (document.tree.entryCount() <= 1)
         return !isMoreThanText(document) ||
-               ports().dialogs->ask(u"Warning - you are saving this document as plain text. Only its words will be in "
-                                    "the file: formatting, tables, pictures and whatever else an outline holds will be "
-                                    "lost if the file is reloaded. Do you want to continue?"_s) == Answer::Yes;
-    return ports().dialogs->ask(
+               dialogs.ask(u"Warning - you are saving this document as plain text. Only its words will be in "
+                           "the file: formatting, tables, pictures and whatever else an outline holds will be "
+                           "lost if the file is reloaded. Do you want to continue?"_s) == Answer::Yes;
+    return dialogs.ask(
                u"Warning - you are saving this document in text format.  Although the text itself will be retained, "
                "any rich text formatting and organisation into entries will be lost if the file is reloaded.  Normally "
                "you should save the file as text only if you wish to load it into another application that does not "
@@ -210,7 +211,6 @@ void DocNew()
 Document &newDocument(std::unique_ptr<Outline> outline)
 {
     Document &document = openUntitled(std::move(outline));
-    ports().commands->UpdateStatusBarText(QString());
     DocumentView *view = document.view();
     if (view)
         view->trvOutline.setPaneVisible(false);
@@ -223,7 +223,6 @@ Document &newDocument(std::unique_ptr<Outline> outline)
         view->trvOutline.setLabelEdit(optionalLabelEdit());
         view->trvOutline.setPaneVisible(true);
     }
-    ports().commands->MenuEnableDynamic();
     return document;
 }
 
@@ -264,9 +263,7 @@ SaveOutcome save(Document &document, const QString &sFile)
         document.m_sFile = sOldFile;
         document.m_iFileFormatVersion = iOldVersion;
         document.history.touch();
-        ports().commands->MenuEnableDynamic();
-        document.notice = u"The file %1 could not be saved"_s.arg(sFile);
-        ports().commands->UpdateStatusBarText(document.notice);
+        document.note(u"The file %1 could not be saved"_s.arg(sFile));
         document.tell({NoticeKind::NotSaved, notSavedText(document, sFile), sFile});
         throw;
     }
@@ -277,10 +274,8 @@ SaveOutcome save(Document &document, const QString &sFile)
     document.m_bFromOutline = iVersion == Document::nativeFormat;
     unlockSaved(document);
     document.setCaption(document.m_sFile);
-    ports().commands->MenuEnableDynamic();
     ports().recentFiles->UpdateMRUFile(document.m_sFile, false);
-    document.notice = savedText(document);
-    ports().commands->UpdateStatusBarText(document.notice);
+    document.note(savedText(document));
     return SaveOutcome::Saved;
 }
 

@@ -67,12 +67,11 @@ void keepWhatWasRead(Document &document, const OpenedFile &file)
     document.m_iFileFormatVersion = Document::nativeFormat;
     showLoaded(document, document.tree.root());
     document.autoFitSplit();
-    ports().commands->MenuEnableDynamic();
-    document.notice = u"The file %1 could not be read whole"_s.arg(file.sFile);
-    ports().commands->UpdateStatusBarText(document.notice);
-    document.tell({NoticeKind::NotReadWhole,
-                   u"%1: %2. What was read is shown here without the file's name, so that "
-                   "saving it does not replace the file."_s.arg(document.notice, causeOfFailure(file))});
+    const QString sWhat = u"The file %1 could not be read whole"_s.arg(file.sFile);
+    document.note(sWhat);
+    document.tell(
+        {NoticeKind::NotReadWhole, u"%1: %2. What was read is shown here without the file's name, so that "
+                                   "saving it does not replace the file."_s.arg(sWhat, causeOfFailure(file))});
 }
 
 // A document that is a look at a file takes on the caption, and not the file's name and lock.
@@ -89,6 +88,7 @@ void takeOn(Document &document, const OpenedFile &file, const QString &sCaption)
     }
     document.setCaption(sCaption.isEmpty() ? file.sFile : sCaption);
     document.m_fileAccess = document.bReadOnly() ? FileAccess::ReadOnly : FileAccess::Writable;
+    document.lookAtFileAgain();
 }
 
 void showWhole(Document &document, OpenedFile &file, const QString &sCaption)
@@ -119,12 +119,11 @@ void show(Document &document, OpenedFile &file, const QString &sCaption)
 bool load(const QString &sFile, const QString &sCaption)
 {
     if (!modString::FileExists(sFile)) {
-        ports().commands->MenuEnableDynamic();
-        ports().commands->UpdateStatusBarText(u"The file %1 could not be found"_s.arg(sFile));
+        sayOfActive(u"The file %1 could not be found"_s.arg(sFile));
         return true;
     }
     const HourglassPointer hourglass;
-    ports().commands->UpdateStatusBarText(QString());
+    sayOfActive(QString());
     OpenedFile file;
     Document *document = nullptr;
     {
@@ -144,9 +143,6 @@ bool load(const QString &sFile, const QString &sCaption)
     document->autoFitSplit();
     if (sCaption.isEmpty())
         ports().recentFiles->UpdateMRUFile(sFile, false);
-    // Only now it is known whether the document may be written.
-    ports().commands->MenuEnable(iDocumentCount);
-    ports().commands->MenuEnableDynamic();
     return true;
 }
 

@@ -84,13 +84,13 @@ FileDialogRequest saveAsRequest(const Document &document)
 }
 
 // What the user wants of the active document; nothing without a document or after Cancel.
-std::optional<PrintExtent> askExtent(const QString &question, bool bCurrentEntry)
+std::optional<PrintExtent> askExtent(Dialogs &dialogs, const QString &question, bool bCurrentEntry)
 {
     Document *document = DocumentActive();
     if (!document || !document->tree.selected())
         return std::nullopt;
     const Entry *selected = document->tree.selected();
-    switch (ports().dialogs->askPlainly(question, Answer::No)) {
+    switch (dialogs.askPlainly(question, Answer::No)) {
     case Answer::Yes:
         return PrintExtent{document, bCurrentEntry ? selected : document->tree.root(), true};
     case Answer::No:
@@ -123,7 +123,7 @@ void FileNew()
 void FileOpen()
 {
     procedure("modFile FileOpen", [] {
-        ports().commands->UpdateStatusBarText(QString());
+        sayOfActive(QString());
         std::vector<FileFilter> filters = formatFilters();
         filters.push_back({u"All Files (*.*)"_s, u"*.*"_s});
         const auto sFile = ports().dialogs->askOpenName({std::move(filters), nativeFormat().extension, QString()});
@@ -137,18 +137,18 @@ void FileMRU(int iIndex)
     procedure("modFile FileMRU", [&] {
         // The caption begins with an ampersand, a digit and a blank.
         constexpr int prefixLength = 3;
-        const QString sFile = ports().recentFiles->itemCaption(iIndex).mid(prefixLength).trimmed();
+        const Ports &asked = ports();
+        const QString sFile = asked.recentFiles->itemCaption(iIndex).mid(prefixLength).trimmed();
         if (modDoc::documentOfFile(sFile)) {
-            ports().dialogs->warn(u"Warning - the file "_s + sFile +
-                                  u" is already loaded, so cannot be loaded again"_s);
+            asked.dialogs->warn(u"Warning - the file "_s + sFile + u" is already loaded, so cannot be loaded again"_s);
             return;
         }
         const bool bExists = modString::FileExists(sFile);
         if (bExists)
             modDoc::DocLoad(sFile);
         else
-            ports().dialogs->warn(u"Warning - the file "_s + sFile + u" no longer exists, so cannot be loaded"_s);
-        ports().recentFiles->UpdateMRUFile(sFile, !bExists);
+            asked.dialogs->warn(u"Warning - the file "_s + sFile + u" no longer exists, so cannot be loaded"_s);
+        asked.recentFiles->UpdateMRUFile(sFile, !bExists);
     });
 }
 
@@ -178,10 +178,10 @@ bool FileSaveAs()
         Document *document = DocumentActive();
         if (!document)
             return false;
-        const auto sFile = ports().dialogs->askSaveName(saveAsRequest(*document));
+        Dialogs &dialogs = *ports().dialogs;
+        const auto sFile = dialogs.askSaveName(saveAsRequest(*document));
         if (sFile && modDoc::documentOfFile(*sFile, document)) {
-            ports().dialogs->warn(u"Warning - the file "_s + *sFile +
-                                  u" is open in another window, so cannot be saved over"_s);
+            dialogs.warn(u"Warning - the file "_s + *sFile + u" is open in another window, so cannot be saved over"_s);
             return false;
         }
         if (!sFile || modDoc::DocSave(*sFile) != SaveOutcome::Saved)
@@ -215,7 +215,7 @@ void FileClose()
     procedure("modFile FileClose", [] {
         if (Document *document = DocumentActive(); document && document->view())
             document->view()->window.close();
-        ports().commands->UpdateStatusBarText(QString());
+        sayOfActive(QString());
     });
 }
 
@@ -245,13 +245,14 @@ void FileExportText()
         const Document *document = DocumentActive();
         if (!document)
             return;
+        Dialogs &dialogs = *ports().dialogs;
         const auto sFile =
-            ports().dialogs->askSaveName(saveRequest(*document, {filterOf(textFormat())}, textFormat().extension));
+            dialogs.askSaveName(saveRequest(*document, {filterOf(textFormat())}, textFormat().extension));
         if (!sFile)
             return;
         // The document that has the file would look as if it were still in there, and be closed without a question.
         if (modDoc::documentOfFile(*sFile))
-            ports().dialogs->warn(u"Warning - the file "_s + *sFile + u" is open, so cannot be exported over"_s);
+            dialogs.warn(u"Warning - the file "_s + *sFile + u" is open, so cannot be exported over"_s);
         else
             modDocText::DocExport(*sFile);
     });
@@ -268,18 +269,21 @@ void FileExportClipboard()
 void FilePrint(bool bCurrentEntry)
 {
     procedure("modFile FilePrint", [&] {
-        const auto extent = askExtent(u"Do you want to include any child entries?"_s, bCurrentEntry);
+        const Ports &asked = ports();
+        const auto extent = askExtent(*asked.dialogs, u"Do you want to include any child entries?"_s, bCurrentEntry);
         if (extent)
-            ports().printing->print(*extent);
+            asked.printing->print(*extent);
     });
 }
 
 void FilePrintPreview(bool bCurrentEntry)
 {
     procedure("modFile FilePrintPreview", [&] {
-        const auto extent = askExtent(u"Do you want to include all lower level entries?"_s, bCurrentEntry);
+        const Ports &asked = ports();
+        const auto extent =
+            askExtent(*asked.dialogs, u"Do you want to include all lower level entries?"_s, bCurrentEntry);
         if (extent)
-            ports().printing->preview(*extent);
+            asked.printing->preview(*extent);
     });
 }
 

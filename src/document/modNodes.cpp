@@ -96,7 +96,8 @@ EntryRef &nodCurrent()
 
 Entry *NodeInsert(Document &document, Relationship relationship, Entry *relative)
 {
-    return procedure("modNodes NodeInsert", [&] { return insertEntry(document, relationship, relative); });
+    return procedure("modNodes NodeInsert",
+                         [&] { return insertEntry(document, relationship, relative); });
 }
 
 Entry *insertEntry(Document &document, Relationship relationship, Entry *relative)
@@ -136,8 +137,6 @@ void NodeInitialise(Document &document, Entry *entry)
             return;
         NodeSelect(document, entry);
         document.history.setLabel(entry, u"New Entry"_s);
-        // It was empty when the entry was selected.
-        ports().commands->UpdateStatusBar(entry);
         document.history.touch();
         if (DocumentView *view = document.view())
             view->trvOutline.StartLabelEdit();
@@ -198,10 +197,8 @@ void NodeSelectFull(Document &document, Entry *entry)
                 NodeTextGet(document, entry);
             if (view)
                 view->trvOutline.ClearDropHighlight();
-            document.notice.clear();
-            ports().commands->UpdateStatusBar(entry);
+            document.unsay();
         }
-        ports().commands->MenuEnableDynamic();
     });
 }
 
@@ -264,7 +261,7 @@ void noteExpandedCopy(Document &document, const Entry &copy)
 {
     for (const Entry *entry = &copy; entry; entry = nextInOutline(entry, &copy)) {
         if (entry->expanded() && entry->childCount() > 0) {
-            document.m_iExpansionLevel = 0;
+            document.setExpansionLevel(0);
             return;
         }
     }
@@ -315,9 +312,7 @@ Entry *survivorOf(const Entry &entry)
 void showNothing(Document &document)
 {
     NodeTextGet(document, nullptr);
-    document.notice.clear();
-    ports().commands->UpdateStatusBarText(QString());
-    ports().commands->MenuEnableDynamic();
+    document.unsay();
 }
 
 void NodeDelete(Document &document, Entry *entry)

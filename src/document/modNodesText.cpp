@@ -86,7 +86,6 @@ void NodeTextDiscard(Document &document)
         document.history.setStoredText(entry, QByteArray());
         NodeTextGet(document, entry);
         document.checkTexts();
-        ports().commands->MenuEnableDynamic();
     });
 }
 

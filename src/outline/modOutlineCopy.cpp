@@ -65,7 +65,7 @@ void deleteAll(Document &document, const std::vector<Entry *> &entries)
             continue;
         // A bulk change tells nobody of it.
         if (parent->expanded())
-            document.m_iExpansionLevel = parent->isRoot() ? 1 : 0;
+            document.setExpansionLevel(parent->isRoot() ? 1 : 0);
         document.history.setExpanded(parent, false);
     }
 }
@@ -89,10 +89,8 @@ EntryRef &copiedEntry()
 
 void OutlineCopy()
 {
-    onActiveDocument("modOutline OutlineCopy", [](Document &document) {
-        copiedEntry().set(&document.tree, document.tree.selected());
-        ports().commands->MenuEnableDynamic();
-    });
+    onActiveDocument("modOutline OutlineCopy",
+                     [](Document &document) { copiedEntry().set(&document.tree, document.tree.selected()); });
 }
 
 void OutlinePaste()
@@ -135,7 +133,6 @@ void OutlineTaggedEntry()
         if (!entry || entry->isRoot())
             return;
         modNodes::NodeTagToggle(document, entry);
-        ports().commands->MenuEnableDynamic();
     });
 }
 

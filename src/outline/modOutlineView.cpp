@@ -17,12 +17,6 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-void refresh(Document &document)
-{
-    ports().commands->MenuEnableDynamic();
-    document.autoFitSplit();
-}
-
 // The selected entry, without which error 91 ends the command.
 Entry *requireSelected(const Document &document)
 {
@@ -70,8 +64,8 @@ void OutlineExpandAll()
         if (!root)
             return;
         modNodes::NodeExpandAll(document, root);
-        document.m_iExpansionLevel = -1;
-        refresh(document);
+        document.setExpansionLevel(-1);
+        document.autoFitSplit();
     });
 }
 
@@ -84,8 +78,8 @@ void OutlineCollapseAll()
             return;
         modNodes::NodeCollapseAll(document, root);
         modNodes::NodeTextGet(document, root);
-        document.m_iExpansionLevel = 1;
-        refresh(document);
+        document.setExpansionLevel(1);
+        document.autoFitSplit();
     });
 }
 
@@ -97,9 +91,9 @@ void OutlineExpandToLevel(int iLevel)
             // A selection that is hidden now falls to the head of the branch that hides it.
             if (Entry *head = outermostClosedAncestor(document.tree.selected()))
                 modNodes::NodeSelect(document, head);
-            document.m_iExpansionLevel = static_cast<qint16>(iLevel);
+            document.setExpansionLevel(iLevel);
         }
-        refresh(document);
+        document.autoFitSplit();
     });
 }
 
@@ -121,8 +115,6 @@ void OutlineSortAll()
     changeActiveDocument("modOutline OutlineSortAll", [](Document &document) {
         if (Entry *root = modNodes::NodeGetRoot(document))
             modNodes::NodeSortAll(document, root, true);
-        // The selected entry may have come to stand first or last.
-        ports().commands->MenuEnableDynamic();
     });
 }
 

@@ -41,11 +41,11 @@ QString onOneLine(QString text)
 
 // A label that is longer already is not cut, though nothing can be added to it. Megabytes pasted into one line would
 // take minutes at each key.
-void bound(QLineEdit &line, qsizetype length)
+void bound(QLineEdit &line, qsizetype length, Dialogs *dialogs)
 {
     line.setMaxLength(static_cast<int>(std::max<qsizetype>(limits::longestLabel, length)));
-    const auto tell = [] {
-        if (Dialogs *dialogs = ports().dialogs)
+    const auto tell = [dialogs] {
+        if (dialogs)
             dialogs->inform(u"A label has room for %L1 characters. What goes beyond was left out; what was pasted is "
                             "still where it was copied from."_s.arg(limits::longestLabel));
     };
@@ -55,10 +55,10 @@ void bound(QLineEdit &line, qsizetype length)
 }
 
 // Opened all the same, the editor would stand still at each key. What it took would be less than the label.
-void tellOfEndlessLabel(qsizetype length)
+void tellOfEndlessLabel(qsizetype length, Dialogs *dialogs)
 {
-    const auto tell = [length] {
-        if (Dialogs *dialogs = ports().dialogs)
+    const auto tell = [length, dialogs] {
+        if (dialogs)
             dialogs->inform(u"This label has %L1 characters, and only labels of up to %L2 can be edited. It is kept "
                             "whole; the outline shows its beginning."_s.arg(length)
                                 .arg(limits::longestEditedLabel));
@@ -86,7 +86,7 @@ QWidget *LabelDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem
 {
     const qsizetype length = index.data(Qt::EditRole).toString().size();
     if (length > limits::longestEditedLabel) {
-        tellOfEndlessLabel(length);
+        tellOfEndlessLabel(length, m_view->dialogs());
         return nullptr;
     }
     m_editor = QStyledItemDelegate::createEditor(parent, option, index);
@@ -94,7 +94,7 @@ QWidget *LabelDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem
     m_editor->setObjectName("labelEditor"_L1);
     m_editor->setAccessibleName(u"Label"_s);
     if (QLineEdit *line = qobject_cast<QLineEdit *>(m_editor))
-        bound(*line, length);
+        bound(*line, length, m_view->dialogs());
     connect(qApp, &QApplication::focusChanged, m_editor, [this](const QWidget *from, const QWidget *to) {
         if (qobject_cast<const QMenuBar *>(from) && to != m_editor)
             m_view->EndLabelEdit();

@@ -155,7 +155,6 @@ void RichTextBox::returnToPlace()
 void RichTextBox::noteChange()
 {
     takeFont();
-    Q_EMIT changed();
     noteSelection();
 }
 

@@ -12,6 +12,7 @@
 
 #include <optional>
 
+class Dialogs;
 struct BoundedHtml;
 
 // The rich-text pane, on Qt's text editor. Nothing that is loaded, pasted or dropped makes it read a file or an
@@ -23,6 +24,9 @@ class RichTextBox final : public QTextEdit, public TextPane
 public:
     explicit RichTextBox(QWidget *parent = nullptr);
     ~RichTextBox() override;
+
+    // What asks the user and tells him something; without it nobody is asked and nothing told.
+    void setDialogs(Dialogs *dialogs) { m_dialogs = dialogs; }
 
     QTextCursor caret() const override;
     void setCaret(const QTextCursor &caret) override;
@@ -50,11 +54,11 @@ public:
     using QWidget::setFocus;
 
 Q_SIGNALS:
-    // The user or a Sel member changed the text or its format. Showing another one and setting the base font do not.
-    void changed();
     // The selection or the caret moved, or the format at the caret changed.
     void selectionMoved();
     void gotFocus();
+    // What was pasted came without parts that no text can hold; which, in words.
+    void partsLeftOut(const QString &parts);
     // The keys that undo and redo were pressed in a text of an entry, which the pane leaves to whoever knows its steps.
     void undoWanted();
     void redoWanted();
@@ -110,6 +114,7 @@ private:
     void noteSelection();
     void keepGlyphs();
 
+    Dialogs *m_dialogs = nullptr;
     QFont m_font;
     std::shared_ptr<EntryDocument> m_shown;
     bool m_paneVisible = true;

@@ -142,9 +142,9 @@ void RichTextBox::dropEvent(QDropEvent *event)
 // A drop is still going on in the program that it comes from, which waits for its end.
 void RichTextBox::tellUser(const QString &text)
 {
-    const auto inform = [text] {
-        if (Dialogs *dialogs = ports().dialogs)
-            dialogs->inform(text);
+    const auto inform = [this, text] {
+        if (m_dialogs)
+            m_dialogs->inform(text);
     };
     if (m_isDropping)
         QMetaObject::invokeMethod(this, inform, Qt::QueuedConnection);
@@ -222,7 +222,7 @@ bool RichTextBox::pasteWords(const QString &text)
     }
     if (m_isDropping)
         tellUser(onlyItsWords);
-    else if (ports().dialogs && ports().dialogs->ask(wordsInstead) != Answer::Yes)
+    else if (m_dialogs && m_dialogs->ask(wordsInstead) != Answer::Yes)
         return false;
     setSelText(text);
     return true;
@@ -243,8 +243,8 @@ bool RichTextBox::pasteRTF(const QByteArray &rtf)
     if (!isBearableWith(pasted))
         return pasteWords(text);
     setSelRTF(rtf);
-    if (const QString parts = leftOutParts(rtf); !parts.isEmpty() && ports().commands)
-        ports().commands->UpdateStatusBarText(u"Not put in: "_s + parts);
+    if (const QString parts = leftOutParts(rtf); !parts.isEmpty())
+        Q_EMIT partsLeftOut(parts);
     return true;
 }
 

@@ -14,6 +14,7 @@
 #include <memory>
 #include <utility>
 
+class Dialogs;
 class EntryTree;
 class History;
 class LabelDelegate;
@@ -52,6 +53,11 @@ public:
 
     // Asked before a click opens the editor; StartLabelEdit() opens it whatever the answer is.
     void setMayEditByClick(std::function<bool()> mayEdit) { m_mayEditByClick = std::move(mayEdit); }
+
+    // What tells the user something; without it nothing is told.
+    void setDialogs(Dialogs *dialogs) { m_dialogs = dialogs; }
+
+    Dialogs *dialogs() const { return m_dialogs; }
 
     // While the pane is hidden the editor waits until it is shown.
     void StartLabelEdit() override;
@@ -121,6 +127,7 @@ private:
     LabelDelegate *m_delegate;
     bool m_paneVisible = true;
     LabelEditMode m_labelEdit = LabelEditMode::tvwManual;
+    Dialogs *m_dialogs = nullptr;
     std::function<bool()> m_mayEditByClick;
     QPersistentModelIndex m_scrollWhenShown;
     bool m_editWhenShown = false;

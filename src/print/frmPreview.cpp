@@ -213,12 +213,10 @@ void frmPreview::PrintCopies()
 // The document's own notice outlasts the label that is shown when its window becomes active again.
 void frmPreview::tellOutcome(PrintOutcome outcome)
 {
-    QString &notice = m_extent.document->notice;
+    Document &document = *m_extent.document;
     const QString failure = u"The document %1 could not be printed"_s.arg(m_printer.docName());
-    if (outcome == PrintOutcome::Failed) {
-        notice = failure;
-        ports().commands->UpdateStatusBarText(notice);
-    } else if (outcome == PrintOutcome::Printed && notice == failure) {
-        notice.clear();
-    }
+    if (outcome == PrintOutcome::Failed)
+        document.note(failure);
+    else if (outcome == PrintOutcome::Printed && document.noted() == failure)
+        document.unsay();
 }

@@ -337,11 +337,8 @@ void SearchNodeSelect(Entry *entry)
             }
             document->history.expandAncestors(entry);
             document->view()->trvOutline.ScrollTo(entry);
-            document->notice.clear();
-            ports().commands->UpdateStatusBar(entry);
+            document->unsay();
         }
-        if (document)
-            ports().commands->MenuEnableDynamic();
     });
 }
 

@@ -126,21 +126,23 @@ void EditCopy()
 {
     onActiveText("modEdit EditCopy", [](TextSelection &selection) {
         const QByteArray rtf = selection.SelRTF();
+        Clipboard &clipboard = *ports().clipboard;
         if (rtf.isEmpty())
-            ports().clipboard->clear();
+            clipboard.clear();
         else
-            ports().clipboard->setRichText(rtf);
+            clipboard.setRichText(rtf);
     });
 }
 
 void EditPaste()
 {
     changeActiveText("modEdit EditPaste", [](TextPane &pane) {
-        if (const QByteArray rtf = ports().clipboard->richText(); !rtf.isEmpty())
+        const Clipboard &clipboard = *ports().clipboard;
+        if (const QByteArray rtf = clipboard.richText(); !rtf.isEmpty())
             pane.pasteRTF(rtf);
-        else if (const QString text = ports().clipboard->text(); !text.isEmpty())
+        else if (const QString text = clipboard.text(); !text.isEmpty())
             pane.pasteText(text);
-        else if (const QByteArray picture = ports().clipboard->picture(); !picture.isEmpty())
+        else if (const QByteArray picture = clipboard.picture(); !picture.isEmpty())
             pane.pastePicture(picture);
     });
 }
@@ -148,10 +150,11 @@ void EditPaste()
 void EditPasteSpecial()
 {
     changeActiveText("modEdit EditPasteSpecial", [](TextPane &pane) {
-        QString text = ports().clipboard->text();
+        const Clipboard &clipboard = *ports().clipboard;
+        QString text = clipboard.text();
         // Our own Copy puts rich text there alone.
         if (text.isEmpty())
-            text = rtf::toPlainText(ports().clipboard->richText());
+            text = rtf::toPlainText(clipboard.richText());
         if (!text.isEmpty())
             pane.pasteText(text);
     });

@@ -92,8 +92,6 @@ void show(Document &document)
         modNodes::NodeSelectFull(document, selected);
     document.checkTexts();
     document.autoFitSplit();
-    ports().commands->MenuEnable(iDocumentCount);
-    ports().commands->MenuEnableDynamic();
 }
 
 void tellOf(Document &document, const QStringList &sentences)

@@ -65,6 +65,7 @@ frmDocument::frmDocument(Dispatcher &dispatcher, std::unique_ptr<Outline> read, 
     , m_document(std::make_unique<Document>(std::move(read)))
     , m_view(*m_document, *treeView, *textBox, *this)
     , m_dispatcher(dispatcher)
+    , m_dialogs(*ports().dialogs)
     , m_fileWatch(new FileWatch(this))
     , m_lastPane(treeView)
 {
@@ -76,13 +77,14 @@ frmDocument::frmDocument(Dispatcher &dispatcher, std::unique_ptr<Outline> read, 
     treeView->installEventFilter(this);
     textBox->installEventFilter(this);
     setTabOrder(treeView, textBox);
+    treeView->setDialogs(&m_dialogs);
+    textBox->setDialogs(&m_dialogs);
     connectOutline();
     connectText();
     connectSplit();
     connectNotices();
     connectFile();
     ++iDocumentCount;
-    ports().commands->MenuEnable(iDocumentCount);
 }
 
 frmDocument::~frmDocument()
@@ -142,12 +144,7 @@ void frmDocument::Form_Activate()
     procedure("frmDocument Form_Activate", [this] {
         if (bBusy)
             return;
-        // Without a selected entry the label of the window that was active before is not to stay.
-        const Entry *selected = m_document->tree.selected();
-        if (selected && m_document->notice.isEmpty())
-            ports().commands->UpdateStatusBar(selected);
-        else
-            ports().commands->UpdateStatusBarText(m_document->notice);
+        m_document->endPassing();
         autoFitSplit();
     });
 }
@@ -195,7 +192,7 @@ void frmDocument::toggleOverwriting()
 {
     procedure("frmDocument toggleOverwriting", [this] {
         textBox->setOverwriteMode(!textBox->overwriteMode());
-        ports().commands->UpdateToolbarStatus();
+        Q_EMIT overwritingChanged();
     });
 }
 
@@ -207,12 +204,9 @@ void frmDocument::connectOutline()
     connect(treeView, &TreeView::entryExpanded, this, &frmDocument::trvOutline_Expand);
     connect(treeView, &TreeView::entryCollapsed, this, &frmDocument::trvOutline_Collapse);
     // Whoever changed it: the user in place, or a replacement. An action fits the split once, at its end.
-    connect(&m_document->tree, &EntryTree::labelChanged, this, [this](Entry *entry) {
-        if (bBusy || iActionDepth > 0)
-            return;
-        autoFitSplit();
-        if (entry == m_document->tree.selected())
-            ports().commands->UpdateStatusBar(entry);
+    connect(&m_document->tree, &EntryTree::labelChanged, this, [this] {
+        if (!bBusy && iActionDepth == 0)
+            autoFitSplit();
     });
 }
 
@@ -221,7 +215,8 @@ void frmDocument::connectText()
     connect(textBox, &RichTextBox::gotFocus, this, [this] { paneGotFocus(false); });
     connect(textBox, &RichTextBox::undoWanted, this, [this] { undoStep(*m_document); });
     connect(textBox, &RichTextBox::redoWanted, this, [this] { redoStep(*m_document); });
-    connect(textBox, &RichTextBox::selectionMoved, this, &frmDocument::txtRTF_SelChange);
+    connect(textBox, &RichTextBox::partsLeftOut, this,
+            [this](const QString &parts) { m_document->say(u"Not put in: "_s + parts); });
     // By the right button and by the context-menu key alike.
     connect(textBox, &QWidget::customContextMenuRequested, this,
             [this](const QPoint &place) { Q_EMIT menuWanted("mnuEdit", textBox->viewport()->mapToGlobal(place)); });
@@ -251,7 +246,6 @@ void frmDocument::closeEvent(QCloseEvent *event)
     if (m_counted) {
         m_counted = false;
         --iDocumentCount;
-        ports().commands->MenuEnable(iDocumentCount);
     }
 }
 
@@ -262,7 +256,7 @@ bool frmDocument::Form_QueryUnload()
     if (!m_document->hasUnsavedChanges() || !m_document->mayBeSaved())
         return true;
     activate();
-    switch (ports().dialogs->ask(u"Do you want to save the file "_s + m_document->m_sFile + u"?"_s)) {
+    switch (m_dialogs.ask(u"Do you want to save the file "_s + m_document->m_sFile + u"?"_s)) {
     case Answer::No:
         return true;
     case Answer::Cancel:
@@ -369,11 +363,11 @@ void frmDocument::paneGotFocus(bool outline)
         return;
     procedure(outline ? "frmDocument trvOutline_GotFocus" : "frmDocument txtRTF_GotFocus", [&] {
         m_document->lookAtFileAgain();
-        m_document->m_bOutlineHasFocus = outline;
-        m_document->m_bTextHasFocus = !outline;
+        if (outline)
+            m_view.outlineGotFocus();
+        else
+            m_view.textGotFocus();
         m_lastPane = outline ? static_cast<QWidget *>(treeView) : textBox;
-        if (DocumentActive() && iActionDepth == 0)
-            ports().commands->MenuEnableDynamic();
     });
 }
 
@@ -397,8 +391,9 @@ void frmDocument::trvOutline_Expand()
         if (bBusy || !DocumentActive())
             return;
         m_document->history.touch();
-        m_document->m_iExpansionLevel = 0;
-        refreshAfterExpansion();
+        m_document->setExpansionLevel(0);
+        if (iActionDepth == 0)
+            autoFitSplit();
     });
 }
 
@@ -410,23 +405,8 @@ void frmDocument::trvOutline_Collapse(Entry *entry)
         m_document->history.touch();
         if (modNodes::nodCurrent().entry() != entry)
             modNodes::NodeSelect(*m_document, entry);
-        m_document->m_iExpansionLevel = entry->isRoot() ? 1 : 0;
-        refreshAfterExpansion();
+        m_document->setExpansionLevel(entry->isRoot() ? 1 : 0);
+        if (iActionDepth == 0)
+            autoFitSplit();
     });
-}
-
-void frmDocument::txtRTF_SelChange()
-{
-    procedure("frmDocument txtRTF_SelChange", [this] {
-        if (!bBusy && DocumentActive() == m_document.get())
-            ports().commands->UpdateToolbarStatus();
-    });
-}
-
-void frmDocument::refreshAfterExpansion()
-{
-    if (iActionDepth > 0)
-        return;
-    ports().commands->MenuEnableDynamic();
-    autoFitSplit();
 }

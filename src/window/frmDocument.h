@@ -14,6 +14,7 @@
 #include <memory>
 #include <string_view>
 
+class Dialogs;
 class Dispatcher;
 class FileWatch;
 class GhostBar;
@@ -89,6 +90,8 @@ public:
 Q_SIGNALS:
     // A menu of the menu bar, such as "mnuoutline", is wanted as a context menu at a place on the screen.
     void menuWanted(std::string_view menu, const QPoint &place);
+    // Typing overwrites from now on, or inserts.
+    void overwritingChanged();
 
 protected:
     void closeEvent(QCloseEvent *event) override;
@@ -119,12 +122,11 @@ private:
     void trvOutline_NodeClick(Entry *entry);
     void trvOutline_Expand();
     void trvOutline_Collapse(Entry *entry);
-    void txtRTF_SelChange();
-    void refreshAfterExpansion();
 
     std::unique_ptr<Document> m_document;
     DocumentView m_view;
     Dispatcher &m_dispatcher;
+    Dialogs &m_dialogs;
     OutlineDragger *m_dragger = nullptr;
     FileWatch *const m_fileWatch;
     QPointer<QWidget> m_lastPane;

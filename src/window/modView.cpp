@@ -43,10 +43,7 @@ void onActiveForm(const char *name, Body &&body)
 
 void toggle(const char *name, bool Options::*option)
 {
-    procedure(name, [&] {
-        g_options.*option = !(g_options.*option);
-        ports().commands->MenuEnableDynamic();
-    });
+    procedure(name, [&] { g_options.*option = !(g_options.*option); });
 }
 
 // The outline's width that needs no horizontal scroll bar, in pixels.

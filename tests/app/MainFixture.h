@@ -3,7 +3,9 @@
 
 #pragma once
 
+#include "app/ActiveState.h"
 #include "app/AppFixture.h"
+#include "app/MainSurface.h"
 #include "app/frmMain.h"
 #include "commands/CommandTable.h"
 
@@ -17,7 +19,6 @@ public:
     MainFixture()
     {
         ports().windows = &main.windows();
-        ports().commands = &main.surface();
         ports().recentFiles = &recentFiles;
         appPorts().mainWindow = &main;
         appPorts().recentFiles = &recentFiles;
@@ -28,11 +29,16 @@ public:
     {
         main.MDIForm_Load();
         main.show();
+        refresh();
     }
 
-    // The item of a name in the menu bar.
+    // What was announced shows when the event loop comes round, or now.
+    void refresh() const { main.activeState().showNow(); }
+
+    // The item of a name in the menu bar, as it is shown.
     QAction *action(const QString &name) const
     {
+        refresh();
         if (auto *found = main.findChild<QAction *>(name))
             return found;
         auto *menu = main.findChild<QMenu *>(name);

@@ -62,8 +62,7 @@ Document &tst_CommandsInMain::makeDocument() const
 
 void tst_CommandsInMain::compareRows() const
 {
-    m_main->main.surface().MenuEnable(iDocumentCount);
-    m_main->main.surface().MenuEnableDynamic();
+    m_main->refresh();
     const CommandState state = currentCommandState();
     for (const CommandRow &row : commandTable) {
         if (row.kind != RowKind::Menu && row.kind != RowKind::Command)
@@ -132,13 +131,14 @@ void tst_CommandsInMain::everyRowAgreesWithTheTable()
     modNodes::NodeSelectFull(document, entry);
     m_main->choose(inText ? "mnuViewGoToText" : "mnuViewGoToOutline");
     if (tagged) {
-        modOutline::OutlineCopy();
-        document.outline->tree.setTagged(entry, true);
+        m_main->choose("mnuOutlineCopy");
+        document.history.setTagged(entry, true);
     }
     if (readOnly) {
         const QString file = m_main->app.makeFile(u"a.txt"_s, "text");
         QVERIFY(QFile::setPermissions(file, QFile::ReadOwner));
         document.m_sFile = file;
+        document.lookAtFileAgain();
     }
     compareRows();
 
@@ -244,12 +244,12 @@ void tst_CommandsInMain::everyShortcutOfACaptionRunsWhatItsItemRuns()
             document.outline->tree.setLabel(entry, u"Entry %1"_s.arg(++number));
         document.outline->tree.setExpanded(middle, item == u"mnuOutlineCollapse");
         modNodes::NodeSelectFull(document, item == u"mnuOutlineUnindent" ? middle->firstChild() : middle);
-        modOutline::OutlineCopy();
+        m_main->choose("mnuOutlineCopy");
         document.view()->txtRTF.setSelText(u"some words here"_s);
         document.view()->txtRTF.setSelStart(5);
         document.view()->txtRTF.setSelLength(5);
         m_main->choose(ofTheText ? "mnuViewGoToText" : "mnuViewGoToOutline");
-        m_main->main.surface().MenuEnableDynamic();
+        m_main->refresh();
         const QString before = picture(document, clipboard);
         if (byKey) {
             const auto key = sequence[0];

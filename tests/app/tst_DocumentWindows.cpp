@@ -172,8 +172,8 @@ void tst_DocumentWindows::expectPane(bool text) const
     const auto &form = static_cast<frmDocument &>(document.view()->window);
     const QWidget *pane = text ? static_cast<QWidget *>(form.textBox) : form.treeView;
     QCOMPARE(QApplication::focusWidget(), pane);
-    QCOMPARE(document.m_bTextHasFocus, text);
-    QCOMPARE(document.m_bOutlineHasFocus, !text);
+    QCOMPARE(document.view()->m_bTextHasFocus(), text);
+    QCOMPARE(document.view()->m_bOutlineHasFocus(), !text);
     QCOMPARE(m_main->enabled("mnuEditSelectAll"), text);
 }
 
@@ -333,7 +333,7 @@ void tst_DocumentWindows::ctrlTabDoesNothingInTheOutline()
     pressKey(Qt::Key_Tab, Qt::ControlModifier);
     QCOMPARE(m_main->main.windows().activeDocument(), document);
     QCOMPARE(document->view()->txtRTF.Text(), u"text\r\n"_s);
-    QVERIFY(document->m_bOutlineHasFocus);
+    QVERIFY(document->view()->m_bOutlineHasFocus());
 }
 
 void tst_DocumentWindows::aFailedSaveStandsInItsWindowUntilItIsMended()

@@ -150,7 +150,7 @@ void tst_Help::loadsWithoutDamage()
     const Document *document = fixture.main.windows().activeDocument();
     QVERIFY(document);
     QCOMPARE(document->m_sFile, manualFile);
-    QVERIFY(document->notice.isEmpty());
+    QVERIFY(document->noted().isEmpty());
     QVERIFY2(fixture.app.logLines().isEmpty(), qPrintable(fixture.app.logLines().join(u'\n')));
     QVERIFY(document->tree.entryCount() >= 40);
     QCOMPARE(document->tree.selected(), document->tree.root());

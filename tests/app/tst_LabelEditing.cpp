@@ -114,8 +114,8 @@ void tst_LabelEditing::expectOutline() const
     QVERIFY(!QApplication::activePopupWidget());
     const QWidget *focus = QApplication::focusWidget();
     QVERIFY(focus && (focus == form().treeView || focus == editor()));
-    QVERIFY(document.m_bOutlineHasFocus);
-    QVERIFY(!document.m_bTextHasFocus);
+    QVERIFY(document.view()->m_bOutlineHasFocus());
+    QVERIFY(!document.view()->m_bTextHasFocus());
     QVERIFY(!m_main->enabled("mnuEditSelectAll"));
     QVERIFY(!m_main->enabled("mnuEditDelete"));
     QVERIFY(!m_main->enabled("mnuEditInsertTab"));
@@ -148,7 +148,7 @@ void tst_LabelEditing::anOpenLabelCountsAsTheOutlineHavingTheFocus()
     QFETCH(const int, modifiers);
     plant(sample());
     m_main->choose("mnuViewGoToText");
-    QVERIFY(DocumentActive()->m_bTextHasFocus);
+    QVERIFY(DocumentActive()->view()->m_bTextHasFocus());
     if (key != 0)
         press(static_cast<Qt::Key>(key), static_cast<Qt::KeyboardModifier>(modifiers));
     else
@@ -358,7 +358,7 @@ void tst_LabelEditing::aClickEndsALabelEditThatWaitsForTheMenus()
     QVERIFY(!editor());
     QCOMPARE(document.tree.selected()->label(), u"Typed"_s);
     QCOMPARE(QApplication::focusWidget(), form().textBox);
-    QVERIFY(document.m_bTextHasFocus);
+    QVERIFY(document.view()->m_bTextHasFocus());
     QVERIFY(m_main->enabled("mnuEditSelectAll"));
 }
 

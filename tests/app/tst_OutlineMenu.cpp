@@ -201,7 +201,7 @@ void tst_OutlineMenu::aReadOnlyDocumentIsNotChanged()
     QVERIFY(QFile::setPermissions(file, QFile::ReadOwner));
     document.lookAtFileAgain();
     modOutline::OutlineCopy();
-    m_main->main.surface().MenuEnableDynamic();
+    m_main->refresh();
     QCOMPARE(m_main->enabled(item.item), item.onReadOnly);
     if (item.onReadOnly)
         return;

@@ -44,6 +44,7 @@ private Q_SLOTS:
 private:
     QToolButton *panel(const char *key) const
     {
+        m_main->refresh();
         return m_main->main.findChild<QToolButton *>(u"sbStatusBar"_s + QString::fromLatin1(key));
     }
 

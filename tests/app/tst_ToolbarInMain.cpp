@@ -122,8 +122,7 @@ void tst_ToolbarInMain::everyRowAgreesWithTheTable()
         entry = root->child(0)->child(0);
     modNodes::NodeSelectFull(document, entry);
     m_main->choose(inText ? "mnuViewGoToText" : "mnuViewGoToOutline");
-    m_main->main.surface().MenuEnable(iDocumentCount);
-    m_main->main.surface().MenuEnableDynamic();
+    m_main->refresh();
 
     const CommandState state = currentCommandState();
     QCOMPARE(state.TextFocus, inText);
@@ -182,7 +181,7 @@ void tst_ToolbarInMain::anExpansionButtonStaysPressedWhateverIsClicked()
     startMain();
     const Document &document = makeDocument();
     QTest::mouseClick(buttonOf(m_main->main, "Expand to level 2"), Qt::LeftButton);
-    QCOMPARE(document.m_iExpansionLevel, qint16(2));
+    QCOMPARE(document.m_iExpansionLevel(), qint16(2));
     QVERIFY(buttonOf(m_main->main, "Expand to level 2")->isChecked());
     // A second click would release it if the button had its way.
     QTest::mouseClick(buttonOf(m_main->main, "Expand to level 2"), Qt::LeftButton);
@@ -197,8 +196,8 @@ void tst_ToolbarInMain::expandingByHandReleasesTheExpansionButtons()
     startMain();
     Document &document = makeDocument();
     QTest::mouseClick(buttonOf(m_main->main, "Expand all levels"), Qt::LeftButton);
-    document.m_iExpansionLevel = 0;
-    m_main->main.surface().MenuEnableDynamic();
+    document.setExpansionLevel(0);
+    m_main->refresh();
     for (const ToolbarRow &row : toolbarTable) {
         if (row.pressed)
             QVERIFY2(!buttonOf(m_main->main, row.key)->isChecked(), row.key.data());
@@ -209,23 +208,27 @@ void tst_ToolbarInMain::theFormatButtonsFollowTheTextsSelection()
 {
     startMain();
     makeDocument();
+    const auto isPressed = [this](std::string_view key) {
+        m_main->refresh();
+        return buttonOf(m_main->main, key)->isChecked();
+    };
     RichTextBox &text = *form().textBox;
     text.setSelText(u"plain bold"_s);
     text.setSelStart(6);
     text.setSelLength(4);
     text.setSelBold(true);
     text.setSelAlignment(TextPane::Centre);
-    QVERIFY(buttonOf(m_main->main, "Bold Text")->isChecked());
-    QVERIFY(buttonOf(m_main->main, "Centre Align Text")->isChecked());
-    QVERIFY(!buttonOf(m_main->main, "Left Align Text")->isChecked());
+    QVERIFY(isPressed("Bold Text"));
+    QVERIFY(isPressed("Centre Align Text"));
+    QVERIFY(!isPressed("Left Align Text"));
     // A mixed selection and a plain one show it released.
     text.setSelStart(2);
     text.setSelLength(8);
-    QVERIFY(!buttonOf(m_main->main, "Bold Text")->isChecked());
+    QVERIFY(!isPressed("Bold Text"));
     text.setSelStart(7);
-    QVERIFY(buttonOf(m_main->main, "Bold Text")->isChecked());
+    QVERIFY(isPressed("Bold Text"));
     text.setSelStart(1);
-    QVERIFY(!buttonOf(m_main->main, "Bold Text")->isChecked());
+    QVERIFY(!isPressed("Bold Text"));
 }
 
 void tst_ToolbarInMain::aReadOnlyFileThatOpensShowsNoSaveButton()

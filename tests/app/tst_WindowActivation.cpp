@@ -145,18 +145,18 @@ void tst_WindowActivation::agree(const char *after) const
         return;
     const Document &document = frame->form()->document();
     QVERIFY2(main.windows().activeDocument() == &document, after);
-    QVERIFY2(m_main->enabled("mnuEditSelectAll") == document.m_bTextHasFocus, after);
+    QVERIFY2(m_main->enabled("mnuEditSelectAll") == document.view()->m_bTextHasFocus(), after);
     QVERIFY2(m_main->enabled("mnuOutlineRename"), after);
     if (frame->isMinimized())
         return;
     const QWidget *focus = QApplication::focusWidget();
     QVERIFY2(holds(*frame->form()->treeView, focus) || holds(*frame->form()->textBox, focus), after);
-    QVERIFY2(document.m_bOutlineHasFocus == holds(*frame->form()->treeView, focus), after);
-    QVERIFY2(document.m_bTextHasFocus == holds(*frame->form()->textBox, focus), after);
+    QVERIFY2(document.view()->m_bOutlineHasFocus() == holds(*frame->form()->treeView, focus), after);
+    QVERIFY2(document.view()->m_bTextHasFocus() == holds(*frame->form()->textBox, focus), after);
     const auto *toText =
         main.findChild<QToolButton *>(u"tb"_s + QLatin1StringView(toolbarTable[toolbarRow("Go To Text")].icon));
     // The bar lays its buttons out a moment later.
-    QVERIFY2(toText && toText->isHidden() != document.m_bOutlineHasFocus, after);
+    QVERIFY2(toText && toText->isHidden() != document.view()->m_bOutlineHasFocus(), after);
 }
 
 void tst_WindowActivation::aClickActivatesTheDocumentThatItMeets_data()
@@ -181,7 +181,7 @@ void tst_WindowActivation::aClickActivatesTheDocumentThatItMeets()
         agree(part.constData());
         if (QTest::currentTestFailed())
             return;
-        QCOMPARE(form(index).document().m_bTextHasFocus, part == "text");
+        QCOMPARE(form(index).document().view()->m_bTextHasFocus(), part == "text");
     }
 }
 
@@ -259,7 +259,7 @@ void tst_WindowActivation::aClickIntoAnotherDocumentEndsAMoveOfTheSplit()
     QVERIFY(!form(1).m_bMovingSplit);
     QCOMPARE(m_main->main.windows().activeDocument(), &form(0).document());
     agree("a click");
-    QVERIFY(form(0).document().m_bTextHasFocus);
+    QVERIFY(form(0).document().view()->m_bTextHasFocus());
 }
 
 QByteArray tst_WindowActivation::clickSomewhere(QRandomGenerator &random, DocumentFrame &frame) const

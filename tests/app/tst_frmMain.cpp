@@ -94,7 +94,11 @@ private:
         QCoreApplication::sendEvent(&m_main->main, &event);
     }
 
-    QLabel *statusText() const { return m_main->main.findChild<QLabel *>(u"sbStatusBarText"_s); }
+    QLabel *statusText() const
+    {
+        m_main->refresh();
+        return m_main->main.findChild<QLabel *>(u"sbStatusBarText"_s);
+    }
 
     std::deque<Answer> &answers() const { return m_main->app.core.dialogs.answers; }
 
@@ -157,7 +161,7 @@ void tst_frmMain::itemsWithoutAnActionAreGrey()
 {
     m_main->start();
     newDocument();
-    m_main->main.surface().MenuEnableDynamic();
+    m_main->refresh();
     for (const char *item : {"mnuViewMDITaskbar", "mnuWindowNewWindow"}) {
         QVERIFY2(!m_main->enabled(item), item);
         QVERIFY(m_main->action(QString::fromLatin1(item))->isVisible());
@@ -171,9 +175,8 @@ void tst_frmMain::theFontItemsAskForAFont()
     FakeDialogs &dialogs = m_main->app.core.dialogs;
     dialogs.fonts = {std::nullopt, std::nullopt, std::nullopt};
     m_main->choose("mnuOutlineFont");
-    document.m_bOutlineHasFocus = false;
-    document.m_bTextHasFocus = true;
-    m_main->main.surface().MenuEnableDynamic();
+    document.view()->textGotFocus();
+    m_main->refresh();
     m_main->choose("mnuEditCurrentFont");
     m_main->choose("mnuEditDocumentFont");
     QCOMPARE(dialogs.fontRequests.size(), std::size_t(3));

@@ -197,6 +197,7 @@ void tst_modHelp::aMissingHelpOutlineIsNamedInTheStatusBar()
     modHelp::HelpContents();
     QVERIFY(openFiles().isEmpty());
     QVERIFY(m_main->app.core.dialogs.informations.isEmpty());
+    m_main->refresh();
     const auto labels = m_main->main.findChildren<QLabel *>();
     QVERIFY(std::any_of(labels.begin(), labels.end(), [this](const QLabel *label) {
         return label->text() == u"The file %1 could not be found"_s.arg(m_help);
@@ -299,7 +300,7 @@ void tst_modHelp::helpDuringAMoveOfTheSplitAcceptsItAndTakesTheKeyboard()
     const frmDocument &help = static_cast<frmDocument &>(active->view()->window);
     QVERIFY(help.parentWidget() == m_main->main.findChild<QMdiArea *>()->activeSubWindow());
     QVERIFY(help.treeView->hasFocus() || help.textBox->hasFocus());
-    QVERIFY(active->m_bOutlineHasFocus != active->m_bTextHasFocus);
+    QVERIFY(active->view()->m_bOutlineHasFocus() != active->view()->m_bTextHasFocus());
 }
 
 void tst_modHelp::theDiagnosticWindowShowsTheActiveDocument()

@@ -40,7 +40,6 @@ private Q_SLOTS:
     void anErrorAboveTheBaseIsRecordedAsItStands();
     void anErrorGivesThePointerBack();
     void anErrorReportWithoutALogIsGivenUp();
-    void initialiseEndsByComputingTheCommandState();
 
 private:
     void putWorkspace(const QStringList &files);
@@ -272,14 +271,6 @@ void tst_modMain::anErrorReportWithoutALogIsGivenUp()
     QVERIFY(!m_app->core.pointer.hourglass);
     appPorts().log = nullptr;
     modMain::WriteLog(u"before there is a log"_s);
-}
-
-void tst_modMain::initialiseEndsByComputingTheCommandState()
-{
-    appPorts().commandLine = m_app->makeFile(u"a.qly"_s);
-    modMain::Initialise();
-    QCOMPARE(m_app->core.commands.menuEnableCounts.back(), 1);
-    QVERIFY(m_app->core.commands.timesMenuEnableDynamic > 0);
 }
 
 void tst_modMain::anArgumentWithABlankIsAFileWhenItNamesOne()

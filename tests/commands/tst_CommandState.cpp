@@ -332,8 +332,8 @@ void tst_CommandState::theStateDescribesTheSelectedEntry()
     Entry *grandchild = tree.insert(Relationship::tvwChild, second);
     tree.setTagged(second, true);
     tree.setExpanded(second, true);
-    document.m_bOutlineHasFocus = true;
-    document.m_iExpansionLevel = -1;
+    document.view()->outlineGotFocus();
+    document.setExpansionLevel(-1);
 
     tree.select(second);
     CommandState state = currentCommandState();
@@ -362,7 +362,7 @@ void tst_CommandState::withoutASelectedEntryOnlyTheDocumentsCount()
     QVERIFY(!state.Open() && !state.AnyWritable && !state.ActiveWritable);
 
     Document &document = ports().windows->createDocument();
-    document.m_bOutlineHasFocus = true;
+    document.view()->outlineGotFocus();
     state = currentCommandState();
     QVERIFY(state.Open() && state.ActiveWritable);
     QVERIFY(!state.AnyWritable);

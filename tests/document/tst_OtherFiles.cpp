@@ -99,7 +99,7 @@ void tst_OtherFiles::whatIsNoOutlineAndNoTextIsShownWithoutItsName()
     QVERIFY(document.m_sFile.isEmpty());
     QCOMPARE(document.view()->window.caption(), u"Document 1"_s);
     QCOMPARE(m_fixture->errors.summary(), QStringList(u"321 modDoc DocLoad"_s));
-    QCOMPARE(m_fixture->fake.commands.statusText, u"The file %1 could not be read whole"_s.arg(path(name)));
+    QCOMPARE(m_fixture->fake.statusText(), u"The file %1 could not be read whole"_s.arg(path(name)));
     QVERIFY(document.hasNotice(NoticeKind::NotReadWhole));
     QVERIFY(m_fixture->fake.recentFiles.updates.empty());
     QVERIFY(document.tree.root());

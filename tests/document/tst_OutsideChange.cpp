@@ -398,7 +398,7 @@ void tst_OutsideChange::theirsIsOneStep()
     QCOMPARE(document.history.stepCount(), 1);
     QCOMPARE(document.history.undoName(), u"reading of the changed file"_s);
     QCOMPARE(m_fixture->active()->outline.font.family(), u"Courier"_s);
-    QCOMPARE(m_fixture->fake.commands.statusText, u"The file %1 was read again"_s.arg(path(u"a.qly"_s)));
+    QCOMPARE(m_fixture->fake.statusText(), u"The file %1 was read again"_s.arg(path(u"a.qly"_s)));
     QVERIFY(modFile::FileSave());
     QVERIFY(undoStep(document));
     QVERIFY(document.hasUnsavedChanges());

@@ -156,7 +156,7 @@ void tst_modDoc::aNewDocument()
     g_fntDefaultOutlineFont.setSize(9 * clsFont::point);
     g_fntDefaultTextFont.setName(u"Courier 10 Pitch"_s);
     g_fntDefaultTextFont.setBold(true);
-    m_fake->commands.statusText = u"before"_s;
+    sayOfActive(u"before"_s);
     modDoc::DocNew();
     const FakeDocument &fake = *m_fake->windows.active;
     QVERIFY(!fake.document.tree.root());
@@ -170,9 +170,8 @@ void tst_modDoc::aNewDocument()
     QCOMPARE(fake.outline.font.pointSize(), 9);
     QCOMPARE(fake.text.font.family(), u"Courier 10 Pitch"_s);
     QVERIFY(fake.text.font.bold());
-    QCOMPARE(m_fake->commands.statusText, QString());
+    QCOMPARE(m_fake->statusText(), QString());
     QVERIFY(fake.outline.timesHidden > 0);
-    QVERIFY(m_fake->commands.timesMenuEnableDynamic > 0);
 }
 
 void tst_modDoc::aNewDocumentsLabelEditingFollowsTheOption()
@@ -223,7 +222,7 @@ void tst_modDoc::loadingAFileThatDoesNotExistOpensNothing()
     QFETCH(const QString, name);
     modDoc::DocLoad(name.isEmpty() ? name : (*m_folder)(name));
     QVERIFY(m_fake->windows.open.empty());
-    QCOMPARE(m_fake->commands.timesMenuEnableDynamic, 1);
+    QVERIFY(m_fake->statusText().endsWith(u"could not be found"_s));
     QCOMPARE(m_fake->dialogs.warnings, QStringList());
     QVERIFY(m_fake->recentFiles.updates.empty());
     QCOMPARE(m_errors->count(), 0);
@@ -266,7 +265,7 @@ void tst_modDoc::aLoadedDocument()
 {
     m_folder->write(u"a.qly"_s, nativeBytes({u"Root"_s, u" A"_s, u"  A1"_s, u" B"_s}));
     const QString sFile = (*m_folder)(u"a.qly"_s);
-    m_fake->commands.statusText = u"before"_s;
+    sayOfActive(u"before"_s);
     QVERIFY(modDoc::DocLoad(sFile));
     const FakeDocument &fake = *m_fake->windows.active;
     QCOMPARE(fake.document.m_sFile, sFile);
@@ -286,10 +285,10 @@ void tst_modDoc::aWindowOpensOnceTheFileIsRead()
     m_folder->write(u"a.qly"_s, nativeBytes({u"Root +"_s, u" A <"_s}));
     QStringList shown;
     bool busy = false;
-    m_fake->commands.statusText = u"before"_s;
+    sayOfActive(u"before"_s);
     m_fake->windows.onCreate = [&] {
         shown = dumpOutline(active().tree);
-        busy = bBusy && m_fake->pointer.hourglass && m_fake->commands.statusText.isEmpty();
+        busy = bBusy && m_fake->pointer.hourglass && m_fake->windows.said.isEmpty();
     };
     QVERIFY(modDoc::DocLoad((*m_folder)(u"a.qly"_s)));
     QCOMPARE(shown, QStringList({u"Root +"_s, u" A <"_s}));
@@ -429,11 +428,11 @@ void tst_modDoc::aFailedLoadKeepsWhatWasReadWithoutTheFilesName()
     QVERIFY(fake.document.m_sFile.isEmpty());
     QCOMPARE(fake.document.m_iFileFormatVersion, 1);
     QCOMPARE(fake.window.text, u"Document 1"_s);
-    QVERIFY(m_fake->commands.statusText.contains(sFile));
-    QCOMPARE(fake.document.notice, m_fake->commands.statusText);
+    QVERIFY(m_fake->statusText().contains(sFile));
+    QCOMPARE(fake.document.noted(), m_fake->statusText());
     QCOMPARE(fake.document.notices().size(), size_t(1));
     QCOMPARE(fake.document.notices()[0].kind, NoticeKind::NotReadWhole);
-    QVERIFY(fake.document.notices()[0].text.startsWith(fake.document.notice));
+    QVERIFY(fake.document.notices()[0].text.startsWith(fake.document.noted()));
     QCOMPARE(fake.document.notices()[0].text.contains(u"bytes between two records"_s), report.startsWith(u"321"_s));
     QVERIFY(m_fake->recentFiles.updates.empty());
     QCOMPARE(fake.text.locked, !fake.document.tree.root());
@@ -512,9 +511,8 @@ void tst_modDoc::savingWritesTheFormatOfTheExtension()
 void tst_modDoc::aSavedDocument()
 {
     Document &document = plant(3);
-    document.notice = u"The file could not be saved"_s;
-    ports().commands->UpdateStatusBarText(document.notice);
-    document.tell({NoticeKind::NotSaved, document.notice});
+    document.note(u"The file could not be saved"_s);
+    document.tell({NoticeKind::NotSaved, document.noted()});
     const QString sFile = (*m_folder)(u"a.qly"_s);
     bool busy = false;
     document.outline->tree.setPendingText(document.tree.root(), [&]() -> QByteArray {
@@ -527,10 +525,10 @@ void tst_modDoc::aSavedDocument()
     QCOMPARE(document.view()->window.caption(), sFile);
     const QString sTime = QLocale::system().toString(QTime(15, 6, 7), QLocale::ShortFormat);
     const int entries = document.tree.entryCount();
-    QCOMPARE(m_fake->commands.statusText, entries == 1 ? u"Saved at %1, 1 entry"_s.arg(sTime)
-                                                       : u"Saved at %1, %2 entries"_s.arg(sTime).arg(entries));
+    QCOMPARE(m_fake->statusText(), entries == 1 ? u"Saved at %1, 1 entry"_s.arg(sTime)
+                                                : u"Saved at %1, %2 entries"_s.arg(sTime).arg(entries));
     // Until another entry is selected, and when the window is looked at again.
-    QCOMPARE(document.notice, m_fake->commands.statusText);
+    QCOMPARE(document.noted(), m_fake->statusText());
     QVERIFY(document.notices().empty());
     QCOMPARE(m_fake->recentFiles.updates.size(), size_t(1));
     QCOMPARE(m_fake->recentFiles.updates[0].file, sFile);
@@ -757,10 +755,10 @@ void tst_modDoc::aFailedSaveChangesNothing()
     QCOMPARE(m_folder->names(), QStringList({u"a.bak"_s, u"a.qly"_s}));
     QCOMPARE(document.m_sFile, sFile);
     QVERIFY2(document.m_bDataChanged(), "what is not saved still counts as changed");
-    QVERIFY(m_fake->commands.statusText.contains(sFile));
-    QCOMPARE(document.notice, m_fake->commands.statusText);
+    QVERIFY(m_fake->statusText().contains(sFile));
+    QCOMPARE(document.noted(), m_fake->statusText());
     QVERIFY(document.hasNotice(NoticeKind::NotSaved));
-    QVERIFY(document.notices()[0].text.startsWith(document.notice));
+    QVERIFY(document.notices()[0].text.startsWith(document.noted()));
     QVERIFY(m_fake->recentFiles.updates.empty());
 }
 

@@ -131,7 +131,7 @@ void tst_modFile::newGivesOneEntryInLabelEditing()
 void tst_modFile::openAsksAndLoads()
 {
     m_folder->write(u"a.qly"_s, nativeBytes({u"Loaded"_s}));
-    m_fake->commands.statusText = u"before"_s;
+    sayOfActive(u"before"_s);
     m_fake->dialogs.openNames = {path(u"a.qly"_s)};
     modFile::FileOpen();
     QCOMPARE(m_fake->dialogs.openRequests.size(), size_t(1));
@@ -140,7 +140,7 @@ void tst_modFile::openAsksAndLoads()
     QCOMPARE(request.defaultExtension, u"qly"_s);
     QCOMPARE(request.initialName, QString());
     QCOMPARE(m_fake->windows.active->document.m_sFile, path(u"a.qly"_s));
-    QVERIFY(m_fake->commands.statusText != u"before"_s);
+    QVERIFY(m_fake->statusText() != u"before"_s);
 }
 
 void tst_modFile::openCancelled()
@@ -383,11 +383,11 @@ void tst_modFile::closeClosesTheActiveWindow()
 {
     openDocument();
     openDocument(path(u"a.qly"_s));
-    m_fake->commands.statusText = u"before"_s;
+    sayOfActive(u"before"_s);
     modFile::FileClose();
     QCOMPARE(m_fake->windows.open.size(), size_t(1));
     QVERIFY(m_fake->windows.active->document.m_sFile.isEmpty());
-    QCOMPARE(m_fake->commands.statusText, QString());
+    QCOMPARE(m_fake->statusText(), QString());
 }
 
 void tst_modFile::closeThatIsRefused()

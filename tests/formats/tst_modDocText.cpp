@@ -200,7 +200,7 @@ void tst_modDocText::exportThatFailsLeavesTheOldFile()
     QCOMPARE(m_fixture->errors.summary(), QStringList((full ? u"61 "_s : u"70 "_s) + u"modDocText DocExport"_s));
     QCOMPARE(m_folder->read(u"b.txt"_s), QByteArray("old"));
     QCOMPARE(m_folder->names(), QStringList(u"b.txt"_s));
-    QVERIFY(m_fixture->fake.commands.statusText.contains(path(u"b.txt"_s)));
+    QVERIFY(m_fixture->fake.statusText().contains(path(u"b.txt"_s)));
 }
 
 void tst_modDocText::reading_data()

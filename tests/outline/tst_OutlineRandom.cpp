@@ -59,6 +59,8 @@ public:
 
     void closeMainWindow() override {}
 
+    void say(const QString &) override {}
+
     std::vector<std::unique_ptr<OpenOutline>> open;
     OpenOutline *active = nullptr;
 };

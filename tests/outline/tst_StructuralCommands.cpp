@@ -166,7 +166,7 @@ void tst_StructuralCommands::anInsertedEntryIsSelectedWithItsLabelOpen()
     command();
     QCOMPARE(fixture.document().tree.selected()->label(), u"New Entry"_s);
     QVERIFY(fixture.fake().outline.editingLabel);
-    QCOMPARE(fixture.fakes.commands.statusText, u"New Entry"_s);
+    QCOMPARE(fixture.fakes.statusText(), u"New Entry"_s);
     QCOMPARE(fixture.fake().text.Text(), QString());
     QVERIFY(fixture.document().m_bDataChanged());
 }

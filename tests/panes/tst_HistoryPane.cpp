@@ -151,7 +151,7 @@ void tst_HistoryPane::aReadOnlyDocumentOffersNone()
     QVERIFY(QFile::setPermissions(file, QFile::ReadOwner));
     document.m_sFile = file;
     document.lookAtFileAgain();
-    m_main->main.surface().MenuEnableDynamic();
+    m_main->refresh();
     QVERIFY(!m_main->enabled("mnuToolsUndo"));
     const QString before = outline();
     press(Qt::Key_Z, Qt::ControlModifier);

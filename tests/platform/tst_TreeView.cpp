@@ -799,6 +799,7 @@ void tst_TreeView::aSecondClickBesideTheLabelDoesNotEdit()
 void tst_TreeView::noMoreIsPastedIntoALabelThanItHasRoomFor()
 {
     FakePorts fakes;
+    m_view->setDialogs(&fakes.dialogs);
     build(*m_tree, garden);
     m_tree->select(entry(u"Oak"_s));
     for (const qsizetype length :
@@ -830,6 +831,7 @@ void tst_TreeView::aVeryLongLabelIsNotCut()
 void tst_TreeView::labelsAreEditedUpToABound()
 {
     FakePorts fakes;
+    m_view->setDialogs(&fakes.dialogs);
     build(*m_tree, garden);
     m_tree->select(m_tree->root());
     const QString longest(limits::longestEditedLabel, u'x');

@@ -481,13 +481,13 @@ void tst_frmPreview::failuresAreReported()
     m_windows->print(extent);
     QCOMPARE(m_fixture->errors.summary(), QStringList(u"76 frmPreview PrintRTF"_s));
     const QString told = u"The document My notes could not be printed"_s;
-    QCOMPARE(m_fixture->fake.commands.statusText, told);
-    QCOMPARE(extent.document->notice, told);
+    QCOMPARE(m_fixture->fake.statusText(), told);
+    QCOMPARE(extent.document->noted(), told);
     m_fixture->errors.clear();
     // Until it has been printed.
     m_dialogs->onChoose = [this](QPrinter &printer) { printer.setOutputFileName(file()); };
     m_windows->print(extent);
-    QCOMPARE(extent.document->notice, QString());
+    QCOMPARE(extent.document->noted(), QString());
 }
 
 void tst_frmPreview::everyRoutineIsKnownToTheLog()

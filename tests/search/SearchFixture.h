@@ -27,10 +27,6 @@ public:
         g_sSearchScope = QStringLiteral("0");
         g_bSearchMatchCase = g_bSearchWholeWord = g_bSearchBackwards = false;
         g_iSearchMode = 1;
-        QObject::connect(&box, &RichTextBox::changed, &box, [this] {
-            if (!bBusy && g_iSearchMode == 0)
-                modNodes::NodeTextPut(document, document.tree.selected());
-        });
     }
 
     ~SearchFixture()
@@ -82,6 +78,8 @@ public:
         std::vector<Document *> documents() const override { return {}; }
 
         void closeMainWindow() override {}
+
+        void say(const QString &) override {}
 
         Document *document = nullptr;
     };

@@ -6,6 +6,7 @@
 #include "support/MovedBytes.h"
 #include "support/OutlineText.h"
 
+#include <QSignalSpy>
 #include <QTest>
 #include <QTextTable>
 
@@ -71,7 +72,7 @@ private Q_SLOTS:
     void noScopeSearchesNothing();
     void noScopeReplacesNothing_data();
     void noScopeReplacesNothing();
-    void selectingAMatchBringsTheCommandsUpToDate();
+    void selectingAMatchIsAnnouncedOnce();
     void noBlankIsFoundInAPicture();
     void replacingAllLeavesPictures_data();
     void replacingAllLeavesPictures();
@@ -237,13 +238,13 @@ void tst_modSearch::aSelectionThatAMatchMovesEndsTheNotice()
     Entry *root = f.add(nullptr, u"Root"_s, u"a dog"_s);
     Entry *child = f.add(root, u"Child"_s, u"a cat"_s);
     modNodes::NodeSelectFull(f.document, root);
-    f.document.notice = u"The file could not be read whole"_s;
+    f.document.note(u"The file could not be read whole"_s);
     g_sSearchFind = u"cat"_s;
     g_sSearchScope = u"1"_s;
     QVERIFY(modSearch::SearchPerform());
     QCOMPARE(f.document.tree.selected(), child);
-    QCOMPARE(f.document.notice, QString());
-    QCOMPARE(f.fake.commands.statusText, u"Child"_s);
+    QCOMPARE(f.document.noted(), QString());
+    QCOMPARE(f.fake.statusText(), u"Child"_s);
 }
 
 void tst_modSearch::allTextsDoNotCountAsEdits()
@@ -850,25 +851,23 @@ void tst_modSearch::noScopeReplacesNothing()
     QVERIFY(!f.document.m_bDataChanged());
 }
 
-void tst_modSearch::selectingAMatchBringsTheCommandsUpToDate()
+void tst_modSearch::selectingAMatchIsAnnouncedOnce()
 {
     SearchFixture &f = *m_fixture;
     Entry *root = f.add(nullptr, u"Root"_s, {});
     Entry *child = f.add(root, u"Child"_s, {});
     modNodes::NodeSelectFull(f.document, root);
-    const auto refreshes = [&f](Entry *entry) {
-        const int before = f.fake.commands.timesMenuEnableDynamic;
-        modSearch::SearchNodeSelect(entry);
-        return f.fake.commands.timesMenuEnableDynamic - before;
-    };
-    QCOMPARE(refreshes(child), 1);
+    const QSignalSpy announced(&f.document.tree, &EntryTree::selectedChanged);
+    modSearch::SearchNodeSelect(child);
+    QCOMPARE(announced.count(), 1);
     QCOMPARE(f.document.tree.selected(), child);
-    QCOMPARE(refreshes(child), 1);
-    QCOMPARE(refreshes(nullptr), 1);
+    modSearch::SearchNodeSelect(child);
+    modSearch::SearchNodeSelect(nullptr);
     QCOMPARE(f.document.tree.selected(), child);
     f.windows.document = nullptr;
-    QCOMPARE(refreshes(root), 0);
+    modSearch::SearchNodeSelect(root);
     f.windows.document = &f.document;
+    QCOMPARE(announced.count(), 1);
 }
 
 namespace

@@ -32,8 +32,6 @@ public:
         open.push_back(std::move(fake));
         active = opened;
         ++iDocumentCount;
-        if (ports().commands)
-            ports().commands->MenuEnable(iDocumentCount);
         if (onCreate)
             onCreate();
         return opened->document;
@@ -51,6 +49,8 @@ public:
 
     void closeMainWindow() override { ++timesMainWindowClosed; }
 
+    void say(const QString &text) override { said = text; }
+
     // The fake behind a document, for what only the fake knows (its panes' counters).
     FakeDocument &fakeOf(const Document &document)
     {
@@ -65,6 +65,8 @@ public:
     std::vector<std::unique_ptr<FakeDocument>> open;
     FakeDocument *active = nullptr;
     int timesMainWindowClosed = 0;
+    // What is said while no document is active.
+    QString said;
     // Whether a window that is asked to close does so.
     bool closable = true;
 
@@ -79,33 +81,8 @@ private:
         if (!active && !open.empty())
             active = open.back().get();
         --iDocumentCount;
-        if (ports().commands)
-            ports().commands->MenuEnable(iDocumentCount);
         return true;
     }
-};
-
-class FakeCommandSurface final : public CommandSurface
-{
-public:
-    void MenuEnable(int documentCount) override { menuEnableCounts.push_back(documentCount); }
-
-    void MenuEnableDynamic() override { ++timesMenuEnableDynamic; }
-
-    void UpdateToolbarStatus() override { ++timesToolbarUpdated; }
-
-    void UpdateStatusBar(const Entry *entry) override
-    {
-        if (entry)
-            statusText = entry->label();
-    }
-
-    void UpdateStatusBarText(const QString &text) override { statusText = text; }
-
-    std::vector<int> menuEnableCounts;
-    int timesMenuEnableDynamic = 0;
-    int timesToolbarUpdated = 0;
-    QString statusText;
 };
 
 // Gives the scripted answers one after the other. A question that no answer was set for fails the test and is
@@ -324,7 +301,7 @@ struct FakePorts {
         : m_before(ports())
     {
         resetGlobals();
-        ports() = {&windows, &commands, &dialogs, &pointer, &recentFiles, &clipboard, &clock, &printing};
+        ports() = {&windows, &dialogs, &pointer, &recentFiles, &clipboard, &clock, &printing};
     }
 
     ~FakePorts()
@@ -337,8 +314,17 @@ struct FakePorts {
     FakePorts(const FakePorts &) = delete;
     FakePorts &operator=(const FakePorts &) = delete;
 
+    // What a status bar would say.
+    QString statusText() const
+    {
+        const Document *document = ports().windows->activeDocument();
+        if (!document)
+            return windows.said;
+        const Entry *selected = document->tree.selected();
+        return document->said().value_or(selected ? selected->label() : QString());
+    }
+
     FakeDocumentWindows windows;
-    FakeCommandSurface commands;
     FakeDialogs dialogs;
     FakeMousePointer pointer;
     FakeRecentFiles recentFiles;

@@ -18,6 +18,7 @@ public:
     {
         ports().clipboard = &clipboard;
         ports().windows = this;
+        box.setDialogs(&fake.dialogs);
     }
 
     Document &createDocument(std::unique_ptr<Outline>) override { qFatal("no document is made here"); }
@@ -27,6 +28,8 @@ public:
     std::vector<Document *> documents() const override { return {}; }
 
     void closeMainWindow() override {}
+
+    void say(const QString &) override {}
 
     FakePorts fake;
     RichTextBox box;

@@ -22,15 +22,11 @@
 
 using namespace Qt::StringLiterals;
 
-// A document with a real text pane that stores what is changed, as a document window does.
+// A document with a real text pane.
 struct OpenDocument {
     OpenDocument()
     {
-        QObject::connect(&box, &RichTextBox::changed, &box, [this] {
-            ++timesChanged;
-            document.history.touch();
-            modNodes::NodeTextPut(document, document.tree.selected());
-        });
+        QObject::connect(&document.texts, &LiveTexts::changed, &box, [this] { ++timesChanged; });
     }
 
     Entry *add(Entry *parent, const QByteArray &body)
@@ -64,6 +60,8 @@ public:
     std::vector<Document *> documents() const override { return open; }
 
     void closeMainWindow() override {}
+
+    void say(const QString &) override {}
 
     std::vector<Document *> open;
     Document *active = nullptr;

@@ -64,6 +64,8 @@ public:
 
     void closeMainWindow() override { main.close(); }
 
+    void say(const QString &text) override { fakes.windows.say(text); }
+
     frmDocument &form() const { return *static_cast<frmDocument *>(area->currentSubWindow()->widget()); }
 
     FakePorts fakes;

@@ -364,7 +364,7 @@ void tst_NoticeBar::aClickLeavesTheFocusInThePane()
     QVERIFY(form().textBox->hasFocus());
     click(notSaved, "cmdDismiss");
     QVERIFY(form().textBox->hasFocus());
-    QVERIFY(document().m_bTextHasFocus);
+    QVERIFY(document().view()->m_bTextHasFocus());
 }
 
 void tst_NoticeBar::f6LeadsIntoTheBarAndEscapeBack_data()
@@ -389,7 +389,7 @@ void tst_NoticeBar::f6LeadsIntoTheBarAndEscapeBack()
     QCOMPARE(QApplication::focusWidget(), button(notSaved, "cmdSaveAs"));
     QTest::keyClick(QApplication::focusWidget(), back);
     QCOMPARE(QApplication::focusWidget(), pane);
-    QCOMPARE(document().m_bTextHasFocus, fromText);
+    QCOMPARE(document().view()->m_bTextHasFocus(), fromText);
     QCOMPARE(shown(), QStringList{notSaved});
 }
 
@@ -452,7 +452,7 @@ void tst_NoticeBar::theFocusGoesBackWhenTheNoticeGoes()
     QTest::keyClick(form().textBox, Qt::Key_F6);
     document().dismiss(NoticeKind::NotSaved);
     QVERIFY(form().textBox->hasFocus());
-    QVERIFY(document().m_bTextHasFocus);
+    QVERIFY(document().view()->m_bTextHasFocus());
 }
 
 void tst_NoticeBar::accessKeysWorkFromThePanes()

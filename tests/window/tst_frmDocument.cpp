@@ -140,7 +140,6 @@ void tst_frmDocument::aNewWindowIsCountedAndAnnounced()
 {
     openThreeEntries();
     QCOMPARE(iDocumentCount, qint16(1));
-    QCOMPARE(m_fixture->fakes.commands.menuEnableCounts.back(), 1);
     QCOMPARE(form().caption(), u"Document 1"_s);
 }
 
@@ -179,7 +178,7 @@ void tst_frmDocument::selectingWithTheArrowKeysShowsTheEntrysText()
     QCOMPARE(opened.view()->txtRTF.Text(), u"Text of First"_s);
     QTest::keyClick(form().treeView, Qt::Key_Down);
     QCOMPARE(opened.view()->txtRTF.Text(), u"Text of Second"_s);
-    QCOMPARE(m_fixture->fakes.commands.statusText, u"Second"_s);
+    QCOMPARE(m_fixture->fakes.statusText(), u"Second"_s);
 }
 
 void tst_frmDocument::anEntryThatMovesKeepsCaretAndUndo_data()
@@ -290,7 +289,7 @@ void tst_frmDocument::anEntryShownAgainHasItsCaretAndWhatCanBeUndone()
 void tst_frmDocument::showingAnotherTextChangesNothing()
 {
     Document &opened = openThreeEntries();
-    const QSignalSpy changes(form().textBox, &RichTextBox::changed);
+    const QSignalSpy changes(&opened.texts, &LiveTexts::changed);
     opened.history.markSaved();
     for (int row : {0, 1, 0})
         modNodes::NodeSelectFull(opened, opened.tree.root()->child(row));
@@ -315,13 +314,13 @@ void tst_frmDocument::focusFlagsFollowThePanes()
 {
     Document &opened = openThreeEntries();
     form().treeView->setFocus();
-    QVERIFY(opened.m_bOutlineHasFocus);
-    QVERIFY(!opened.m_bTextHasFocus);
-    const int refreshed = m_fixture->fakes.commands.timesMenuEnableDynamic;
+    QVERIFY(opened.view()->m_bOutlineHasFocus());
+    QVERIFY(!opened.view()->m_bTextHasFocus());
+    const QSignalSpy announced(opened.view(), &DocumentView::focusChanged);
     form().textBox->setFocus();
-    QVERIFY(!opened.m_bOutlineHasFocus);
-    QVERIFY(opened.m_bTextHasFocus);
-    QVERIFY(m_fixture->fakes.commands.timesMenuEnableDynamic > refreshed);
+    QVERIFY(!opened.view()->m_bOutlineHasFocus());
+    QVERIFY(opened.view()->m_bTextHasFocus());
+    QCOMPARE(announced.count(), 1);
 }
 
 void tst_frmDocument::tabMovesBetweenThePanes()
@@ -346,7 +345,7 @@ void tst_frmDocument::f2EditsTheLabelInPlace()
     QTest::keyClick(editor, Qt::Key_Return);
     QTRY_COMPARE(opened.tree.root()->label(), u"Renamed"_s);
     QVERIFY(opened.m_bDataChanged());
-    QCOMPARE(m_fixture->fakes.commands.statusText, u"Renamed"_s);
+    QCOMPARE(m_fixture->fakes.statusText(), u"Renamed"_s);
 }
 
 // The open one; an editor that has ended goes away when the event loop runs.
@@ -415,7 +414,7 @@ void tst_frmDocument::aLabelThatIsReplacedIsShownEverywhere()
     else
         modSearch::SearchPerformReplace();
     QCOMPARE(opened.tree.selected()->label(), g_sSearchReplace);
-    QCOMPARE(m_fixture->fakes.commands.statusText, g_sSearchReplace);
+    QCOMPARE(m_fixture->fakes.statusText(), g_sSearchReplace);
     QVERIFY(form().m_fTreeWidth > width);
 }
 
@@ -617,14 +616,14 @@ void tst_frmDocument::collapsingTheBranchOfTheSelectionSelectsItsHead()
 void tst_frmDocument::collapsingTheRootSetsLevelOne()
 {
     Document &opened = openThreeEntries();
-    opened.m_iExpansionLevel = 3;
+    opened.setExpansionLevel(3);
     form().treeView->setFocus();
     QTest::keyClick(form().treeView, Qt::Key_Left);
     QVERIFY(!opened.tree.root()->expanded());
-    QCOMPARE(opened.m_iExpansionLevel, qint16(1));
+    QCOMPARE(opened.m_iExpansionLevel(), qint16(1));
     QTest::keyClick(form().treeView, Qt::Key_Right);
     QVERIFY(opened.tree.root()->expanded());
-    QCOMPARE(opened.m_iExpansionLevel, qint16(0));
+    QCOMPARE(opened.m_iExpansionLevel(), qint16(0));
 }
 
 void tst_frmDocument::collapsingAnotherEntrySetsLevelZero_data()
@@ -641,7 +640,7 @@ void tst_frmDocument::collapsingAnotherEntrySetsLevelZero()
     plantOutline(document().outline->tree, {u"Root +"_s, u" A +"_s, u"  A1"_s});
     const Entry *entry = entryLabelled(document().tree, u"A"_s);
     modNodes::NodeSelect(document(), document().tree.root()->child(0));
-    document().m_iExpansionLevel = 3;
+    document().setExpansionLevel(3);
     TreeView &view = *form().treeView;
     view.setFocus();
     if (byMouse) {
@@ -651,7 +650,7 @@ void tst_frmDocument::collapsingAnotherEntrySetsLevelZero()
         QTest::keyClick(&view, Qt::Key_Left);
     }
     QVERIFY(!entry->expanded());
-    QCOMPARE(document().m_iExpansionLevel, qint16(0));
+    QCOMPARE(document().m_iExpansionLevel(), qint16(0));
 }
 
 void tst_frmDocument::eventsAreSilentWhileBusy()
@@ -805,7 +804,6 @@ void tst_frmDocument::noClosesWithoutSaving()
     QVERIFY(document().view()->window.close());
     QVERIFY(!QFile::exists(file));
     QCOMPARE(iDocumentCount, qint16(0));
-    QCOMPARE(m_fixture->fakes.commands.menuEnableCounts.back(), 0);
     QCOMPARE(m_fixture->fakes.dialogs.questions, QStringList{u"Do you want to save the file "_s + file + u"?"_s});
 }
 
@@ -840,7 +838,7 @@ void tst_frmDocument::yesWithAFailedSaveKeepsTheWindowAndAsksAgain()
     document().history.touch();
     m_fixture->fakes.dialogs.answers = {Answer::Yes, Answer::No};
     QVERIFY(!document().view()->window.close());
-    QCOMPARE(m_fixture->fakes.commands.statusText, u"The file %1 could not be saved"_s.arg(file));
+    QCOMPARE(m_fixture->fakes.statusText(), u"The file %1 could not be saved"_s.arg(file));
     QVERIFY(document().view()->window.close());
     QCOMPARE(m_fixture->fakes.dialogs.questions.size(), 2);
 }
@@ -856,14 +854,14 @@ void tst_frmDocument::aFailedLoadKeepsItsNoticeUntilTheSelectionMoves()
     cut.close();
     QVERIFY(!modDoc::DocLoad(file));
     const QString notice = u"The file %1 could not be read whole"_s.arg(file);
-    QCOMPARE(m_fixture->fakes.commands.statusText, notice);
+    QCOMPARE(m_fixture->fakes.statusText(), notice);
     QVERIFY(document().m_sFile.isEmpty());
     QCOMPARE(document().tree.entryCount(), 3);
     form().Form_Activate();
-    QCOMPARE(m_fixture->fakes.commands.statusText, notice);
+    QCOMPARE(m_fixture->fakes.statusText(), notice);
     form().treeView->setFocus();
     QTest::keyClick(form().treeView, Qt::Key_Down);
-    QCOMPARE(m_fixture->fakes.commands.statusText, u"First"_s);
+    QCOMPARE(m_fixture->fakes.statusText(), u"First"_s);
 }
 
 void tst_frmDocument::aWindowWithoutEntriesShowsNoLabelOfAnother()
@@ -874,10 +872,10 @@ void tst_frmDocument::aWindowWithoutEntriesShowsNoLabelOfAnother()
     modNodes::NodeDelete(emptied, emptied.tree.root());
     modNodes::showNothing(emptied);
     emptied.view()->window.activate();
-    QCOMPARE(m_fixture->fakes.commands.statusText, QString());
+    QCOMPARE(m_fixture->fakes.statusText(), QString());
     QCOMPARE(emptied.view()->txtRTF.Text(), QString());
     other.view()->window.activate();
-    QCOMPARE(m_fixture->fakes.commands.statusText, u"Other"_s);
+    QCOMPARE(m_fixture->fakes.statusText(), u"Other"_s);
 }
 
 QTEST_MAIN(tst_frmDocument)
