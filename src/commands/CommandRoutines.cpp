@@ -34,7 +34,8 @@ void OutlineFont()
             const HourglassPointer hourglass;
             document->history.touch();
             clsFont font = document->m_fntOutlineFont;
-            modFont::ChangeTreeviewFont(font);
+            if (!modFont::ChangeTreeviewFont(font))
+                return;
             const History::Step step(document->history, QStringLiteral("change of the outline's font"));
             document->history.setFonts(font, document->m_fntTextFont);
         }

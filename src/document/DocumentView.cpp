@@ -6,6 +6,8 @@
 #include "document/Document.h"
 #include "document/OutlinePane.h"
 #include "document/TextPane.h"
+#include "document/modNodes.h"
+#include "util/Procedure.h"
 
 #include <utility>
 
@@ -17,6 +19,13 @@ DocumentView::DocumentView(Document &document, OutlinePane &outlinePane, TextPan
     , m_document(document)
 {
     m_document.setView(this);
+    // What a step that failed showed on its way is gone, or not what is selected.
+    connect(&m_document.history, &History::rolledBack, this, [this] {
+        procedure("DocumentView rolledBack", [this] {
+            if (m_document.texts.entryAsShown() != m_document.tree.selected())
+                modNodes::NodeTextGet(m_document, m_document.tree.selected());
+        });
+    });
 }
 
 DocumentView::~DocumentView()

@@ -9,6 +9,7 @@
 #include "document/Globals.h"
 #include "document/OutlinePane.h"
 #include "document/Ports.h"
+#include "document/StepProcedure.h"
 #include "document/TextPane.h"
 #include "model/EntryText.h"
 #include "model/StoredText.h"
@@ -96,7 +97,7 @@ EntryRef &nodCurrent()
 
 Entry *NodeInsert(Document &document, Relationship relationship, Entry *relative)
 {
-    return procedure("modNodes NodeInsert",
+    return stepProcedure(&document, "modNodes NodeInsert",
                          [&] { return insertEntry(document, relationship, relative); });
 }
 
@@ -132,7 +133,7 @@ Entry *withRoom(Document &document, const std::function<Entry *()> &add)
 
 void NodeInitialise(Document &document, Entry *entry)
 {
-    procedure("modNodes NodeInitialise", [&] {
+    stepProcedure(&document, "modNodes NodeInitialise", [&] {
         if (!entry)
             return;
         NodeSelect(document, entry);
@@ -172,7 +173,7 @@ void NodeGoDown(Document &document)
 
 void NodeSelect(Document &document, Entry *entry)
 {
-    procedure("modNodes NodeSelect", [&] {
+    stepProcedure(&document, "modNodes NodeSelect", [&] {
         if (!entry)
             return;
         if (bBusy)
@@ -184,7 +185,7 @@ void NodeSelect(Document &document, Entry *entry)
 
 void NodeSelectFull(Document &document, Entry *entry)
 {
-    procedure("modNodes NodeSelectFull", [&] {
+    stepProcedure(&document, "modNodes NodeSelectFull", [&] {
         if (entry) {
             nodCurrent().set(&document.tree, entry);
             document.history.select(entry);
@@ -204,17 +205,17 @@ void NodeSelectFull(Document &document, Entry *entry)
 
 void NodeTagOn(Document &document, Entry *entry)
 {
-    procedure("modNodes NodeTagOn", [&] { document.history.setTagged(entry, true); });
+    stepProcedure(&document, "modNodes NodeTagOn", [&] { document.history.setTagged(entry, true); });
 }
 
 void NodeTagOff(Document &document, Entry *entry)
 {
-    procedure("modNodes NodeTagOff", [&] { document.history.setTagged(entry, false); });
+    stepProcedure(&document, "modNodes NodeTagOff", [&] { document.history.setTagged(entry, false); });
 }
 
 void NodeTagToggle(Document &document, Entry *entry)
 {
-    procedure("modNodes NodeTagToggle", [&] {
+    stepProcedure(&document, "modNodes NodeTagToggle", [&] {
         if (NodeTagged(entry))
             NodeTagOff(document, entry);
         else
@@ -238,7 +239,7 @@ bool NodesTaggedExist()
 Entry *NodeDuplicate(Document &document, const EntryTree &sourceTree, Entry *source, Entry *relative,
                      Relationship relationship)
 {
-    return procedure("modNodes NodeDuplicate", [&]() -> Entry * {
+    return stepProcedure(&document, "modNodes NodeDuplicate", [&]() -> Entry * {
         if (!source || (!relative && relationship != Relationship::tvwFirst))
             return nullptr;
         const ActionScope action;
@@ -282,7 +283,7 @@ PastePlace placeForPaste(const Document &document, const Entry *source)
 
 void NodePaste(Document &document, EntryRef &source, bool removeSource)
 {
-    procedure("modNodes NodePaste", [&] {
+    stepProcedure(&document, "modNodes NodePaste", [&] {
         Entry *entry = source.entry();
         if (!entry)
             return;
@@ -317,7 +318,7 @@ void showNothing(Document &document)
 
 void NodeDelete(Document &document, Entry *entry)
 {
-    procedure("modNodes NodeDelete", [&] {
+    stepProcedure(&document, "modNodes NodeDelete", [&] {
         if (!entry)
             return;
         const ActionScope action;
@@ -332,7 +333,7 @@ void NodeDelete(Document &document, Entry *entry)
 
 void NodeExpandAll(Document &document, Entry *entry)
 {
-    procedure("modNodes NodeExpandAll", [&] {
+    stepProcedure(&document, "modNodes NodeExpandAll", [&] {
         const ActionScope action;
         document.history.setExpandedAll(entry, true);
     });
@@ -340,7 +341,7 @@ void NodeExpandAll(Document &document, Entry *entry)
 
 void NodeCollapseAll(Document &document, Entry *entry)
 {
-    procedure("modNodes NodeCollapseAll", [&] {
+    stepProcedure(&document, "modNodes NodeCollapseAll", [&] {
         const ActionScope action;
         document.history.setExpandedAll(entry, false);
     });
@@ -348,7 +349,7 @@ void NodeCollapseAll(Document &document, Entry *entry)
 
 void NodeExpandToLevel(Document &document, Entry *entry, int level)
 {
-    procedure("modNodes NodeExpandToLevel", [&] {
+    stepProcedure(&document, "modNodes NodeExpandToLevel", [&] {
         const ActionScope action;
         document.history.expandToLevel(entry, level);
     });
@@ -356,7 +357,7 @@ void NodeExpandToLevel(Document &document, Entry *entry, int level)
 
 void NodeSortAll(Document &document, Entry *entry, bool sorted)
 {
-    procedure("modNodes NodeSortAll", [&] {
+    stepProcedure(&document, "modNodes NodeSortAll", [&] {
         if (!entry)
             return;
         History::Step step(document.history, stepName("sorting below"_L1, *entry));
@@ -377,7 +378,7 @@ void NodeSortAll(Document &document, Entry *entry, bool sorted)
 
 void NodeSetFontAll(Document &document, Entry *entry, const clsFont &font)
 {
-    procedure("modNodes NodeSetFontAll", [&] {
+    stepProcedure(&document, "modNodes NodeSetFontAll", [&] {
         const History::Step step(document.history, u"change of the font of texts"_s);
         QFont base = document.baseFont();
         font.SetFont(base);

@@ -10,6 +10,7 @@
 #include "document/Globals.h"
 #include "document/LeftOutText.h"
 #include "document/Ports.h"
+#include "document/StepProcedure.h"
 #include "document/TextCheck.h"
 #include "document/TextPane.h"
 #include "model/ShownLabel.h"
@@ -46,7 +47,7 @@ namespace modNodes
 
 void NodeTextGet(Document &document, Entry *entry)
 {
-    procedure("modNodes NodeTextGet", [&] {
+    stepProcedure(&document, "modNodes NodeTextGet", [&] {
         DocumentView *view = document.view();
         if (!view)
             return;
@@ -65,7 +66,7 @@ void NodeTextGet(Document &document, Entry *entry)
 
 void NodeTextPut(Document &document, Entry *entry)
 {
-    procedure("modNodes NodeTextPut", [&] {
+    stepProcedure(&document, "modNodes NodeTextPut", [&] {
         if (!document.view())
             return;
         // A pane that could not be filled anew still holds another entry's text, which can only become that one's.
@@ -78,7 +79,7 @@ void NodeTextPut(Document &document, Entry *entry)
 
 void NodeTextDiscard(Document &document)
 {
-    procedure("modNodes NodeTextDiscard", [&] {
+    stepProcedure(&document, "modNodes NodeTextDiscard", [&] {
         Entry *entry = document.texts.shownEntry();
         if (!entry || !document.bTextWithheld())
             return;
@@ -91,7 +92,7 @@ void NodeTextDiscard(Document &document)
 
 void NodeTextGetSelected()
 {
-    procedure("modNodes NodeTextGetSelected", [] {
+    stepProcedure(DocumentActive(), "modNodes NodeTextGetSelected", [] {
         if (Document *document = DocumentActive())
             NodeTextGet(*document, document->tree.selected());
     });
@@ -99,7 +100,7 @@ void NodeTextGetSelected()
 
 void NodeTextPutSelected()
 {
-    procedure("modNodes NodeTextPutSelected", [] {
+    stepProcedure(DocumentActive(), "modNodes NodeTextPutSelected", [] {
         if (Document *document = DocumentActive())
             NodeTextPut(*document, document->tree.selected());
     });

@@ -147,8 +147,10 @@ void OutlinePasteTaggedEntries()
                                                                 : u"pasting of %1 tagged entries"_s.arg(tagged.size()));
         // Also when the outline fills up before the last of them, so that the text pane shows the selected entry's
         // text.
-        const auto showSelected =
-            qScopeGuard([&document] { modNodes::NodeSelect(document, document.tree.selected()); });
+        const auto showSelected = qScopeGuard([&document] {
+            procedure("modOutline OutlinePasteTaggedEntries",
+                      [&document] { modNodes::NodeSelect(document, document.tree.selected()); });
+        });
         const HistoryBulk bulk(document.history);
         // Each copy is the place of the next, so the copies stand in the order of their sources.
         for (const Entry *source : tagged) {

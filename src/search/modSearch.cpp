@@ -7,6 +7,7 @@
 #include "document/DocumentView.h"
 #include "document/OutlinePane.h"
 #include "document/Ports.h"
+#include "document/StepProcedure.h"
 #include "document/TextPane.h"
 #include "document/modNodes.h"
 #include "model/SealedDocument.h"
@@ -183,7 +184,7 @@ void SearchRepeat()
 
 bool SearchPerform()
 {
-    return procedure("modSearch SearchPerform", [] {
+    return stepProcedure(DocumentActive(), "modSearch SearchPerform", [] {
         bool found = false;
         {
             const HourglassPointer hourglass;
@@ -209,7 +210,7 @@ bool SearchPerform()
 
 void SearchPerformReplace()
 {
-    procedure("modSearch SearchPerformReplace", [] {
+    stepProcedure(DocumentActive(), "modSearch SearchPerformReplace", [] {
         switch (searchScope()) {
         case SearchScope::CurrentText:
         case SearchScope::AllTexts:
@@ -231,7 +232,7 @@ bool replacementHoldsExpression()
 
 bool SearchText()
 {
-    return procedure("modSearch SearchText", [] {
+    return stepProcedure(DocumentActive(), "modSearch SearchText", [] {
         const Document *document = DocumentActive();
         if (!document)
             return false;
@@ -249,7 +250,7 @@ bool SearchText()
 
 void SearchTextBackwards(int options, int limit, int &next, int &previous)
 {
-    procedure("modSearch SearchTextBackwards", [&] {
+    stepProcedure(DocumentActive(), "modSearch SearchTextBackwards", [&] {
         next = previous = -1;
         const Document *document = DocumentActive();
         if (!document)
@@ -263,7 +264,7 @@ void SearchTextBackwards(int options, int limit, int &next, int &previous)
 
 bool SearchAllText()
 {
-    return procedure("modSearch SearchAllText", [] {
+    return stepProcedure(DocumentActive(), "modSearch SearchAllText", [] {
         const Document *document = DocumentActive();
         if (!document)
             return false;
@@ -278,7 +279,7 @@ bool SearchAllText()
 
 bool SearchAllTexts()
 {
-    return procedure("modSearch SearchAllTexts", [] {
+    return stepProcedure(DocumentActive(), "modSearch SearchAllTexts", [] {
         Document *document = DocumentActive();
         if (!document)
             return false;
@@ -310,7 +311,7 @@ bool SearchAllTexts()
 
 void SearchReplaceText()
 {
-    procedure("modSearch SearchReplaceText", [] {
+    stepProcedure(DocumentActive(), "modSearch SearchReplaceText", [] {
         Document *document = DocumentActive();
         if (!document || document->bTextWithheld() || document->view()->txtRTF.SelLength() <= 0)
             return;
@@ -328,7 +329,7 @@ void SearchReplaceText()
 
 void SearchNodeSelect(Entry *entry)
 {
-    procedure("modSearch SearchNodeSelect", [&] {
+    stepProcedure(DocumentActive(), "modSearch SearchNodeSelect", [&] {
         Document *document = DocumentActive();
         if (document && entry) {
             if (document->tree.selected() != entry) {

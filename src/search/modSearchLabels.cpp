@@ -7,6 +7,7 @@
 
 #include "document/Document.h"
 #include "document/Ports.h"
+#include "document/StepProcedure.h"
 #include "document/TextPane.h"
 #include "document/modNodes.h"
 #include "search/SearchSteps.h"
@@ -129,7 +130,7 @@ bool SearchLabel(const QString &label, Qt::CaseSensitivity compare)
 
 bool SearchLabels()
 {
-    return procedure("modSearch SearchLabels", [] {
+    return stepProcedure(DocumentActive(), "modSearch SearchLabels", [] {
         Document *document = DocumentActive();
         if (!document)
             return false;
@@ -159,7 +160,7 @@ bool SearchLabels()
 
 void SearchReplaceLabel()
 {
-    procedure("modSearch SearchReplaceLabel", [] {
+    stepProcedure(DocumentActive(), "modSearch SearchReplaceLabel", [] {
         Document *document = DocumentActive();
         Entry *entry = document ? document->tree.selected() : nullptr;
         // Each pass begins at the first character again: what is put in must not be found.

@@ -673,7 +673,7 @@ void tst_modNodes::everyActionEndsThoughAnErrorHappens()
     other.document.outline->tree.select(other.document.tree.root());
     EntryRef source(&fake.document.tree, fake.document.tree.root());
     modNodes::NodePaste(other.document, source, true);
-    QCOMPARE(m_errors->summary(), QStringList(u"6 modNodes NodeDuplicate"_s));
+    QCOMPARE(m_errors->summary(), QStringList(u"6 modNodes NodePaste"_s));
     QCOMPARE(iActionDepth, 0);
     QVERIFY(other.outline.visible && other.text.visible);
     QVERIFY2(source.entry() && fake.document.tree.root(), "what was not copied must not be removed");

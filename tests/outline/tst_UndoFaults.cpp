@@ -14,8 +14,8 @@
 
 using namespace Qt::StringLiterals;
 
-// Every command of the outline while memory is refused, each request once: whatever comes of it can be undone, and
-// what comes of nothing has left the outline as it was.
+// Every command of the outline while memory is refused, each request once: one that fails says so once and has left
+// the outline as it was, and what comes of it nevertheless can be undone.
 
 class tst_UndoFaults : public QObject
 {
@@ -52,17 +52,26 @@ void tst_UndoFaults::aCommandThatFailsLeavesNothingThatCannotBeUndone()
         const QStringList openBefore = expansionOf(*document.outline);
         memoryWasRefused = false;
         requestsUntilRefusal = request;
+        bool isThrown = false;
         try {
             everyCommand[size_t(command)].run();
         } catch (const std::bad_alloc &) {
             // Dropping is called by the window, which reports what fails.
             ResetDraggingFlags();
+            isThrown = true;
         }
         requestsUntilRefusal = -1;
         QCOMPARE(document.tree.brokenInvariant(), QString());
         QVERIFY(!document.history.isStepOpen());
         if (!memoryWasRefused)
             break;
+        const int failures = errors.count() + (isThrown ? 1 : 0);
+        QVERIFY2(failures <= 1, qPrintable(errors.summary().join(u", "_s)));
+        // Of several tagged entries there stays what was pasted before.
+        if (failures == 1 && QByteArray(everyCommand[size_t(command)].name) != "OutlinePasteTaggedEntries") {
+            QCOMPARE(contentOf(*document.outline), before);
+            QVERIFY(!document.history.canUndo());
+        }
         if (document.history.canUndo())
             QVERIFY(document.history.undo());
         QVERIFY(!document.history.canUndo());

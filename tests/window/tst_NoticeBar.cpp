@@ -702,7 +702,7 @@ void tst_NoticeBar::whatIsTypedForAnEntryTooManyGoesNowhere()
     else if (from == "label"_L1)
         QTest::keyClick(form().treeView, Qt::Key_F2);
     QTest::keyClick(QApplication::focusWidget(), Qt::Key_B, Qt::AltModifier);
-    QCOMPARE(errors.summary(), QStringList{u"6 modNodes NodeInsert"_s});
+    QCOMPARE(errors.summary(), QStringList{u"6 modOutline OutlineInsertBelow"_s});
     QVERIFY(document().hasNotice(NoticeKind::DocumentFull));
     for (const QString &words : {u"Second thoughts"_s, u"\t"_s, u"of this and that"_s, u"\r"_s, u"more"_s}) {
         for (const QChar c : words) {
