@@ -2,7 +2,7 @@
 #
 # Reads every C++ file below HOUSE and fails, naming file and line, when a room of src/ includes a room that it may not, when
 # a room of the core includes a widget's header, when an include is not written from src/, when a file of src/ has 500 lines
-# or more, or when a file does not begin with its two SPDX lines. WIDGET_HEADERS is the folder of Qt's widget headers; it tells which short names are widgets.
+# or more, when a room asks a port that is not to know of ports, or when a file does not begin with its two SPDX lines. WIDGET_HEADERS is the folder of Qt's widget headers; it tells which short names are widgets.
 cmake_minimum_required(VERSION 3.25)
 
 # What each room may include besides itself. Rooms that stand side by side (outline, text, search) do not know each other.
@@ -70,6 +70,9 @@ macro(check_include file room line name)
   endif()
 endmacro()
 
+# Below document nobody asks a port; beside the panes, what widgets and pages need is given to them, and they announce.
+set(portless util rtf model formats pages platform panes)
+
 macro(check_file file)
   # Characters that mean something to a list would upset the splitting into lines.
   file(READ "${HOUSE}/${file}" text)
@@ -91,6 +94,9 @@ macro(check_file file)
     set(line 0)
     foreach(content IN LISTS lines)
       math(EXPR line "${line} + 1")
+      if(room IN_LIST portless AND content MATCHES "(^|[^A-Za-z0-9_])ports\\(\\)")
+        complain("${file}:${line}" "${room} may not ask the program's ports")
+      endif()
       if(content MATCHES "^[ \t]*#[ \t]*include[ \t]*([<\"])([^>\"]+)[>\"]")
         set(quote "${CMAKE_MATCH_1}")
         set(name "${CMAKE_MATCH_2}")
