@@ -163,6 +163,9 @@ void RichTextBox::noteChange()
 void RichTextBox::keepGlyphs()
 {
     const QTextBlock paragraph = textCursor().block();
+    // While the whole text is replaced, the caret may stand nowhere yet.
+    if (!paragraph.isValid())
+        return;
     if (const QTextBlock before = m_kept.block(); before != paragraph) {
         if (before.isValid())
             before.layout()->setCacheEnabled(false);
