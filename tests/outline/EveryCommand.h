@@ -10,9 +10,12 @@
 #include "outline/EntryDrag.h"
 #include "outline/modOutline.h"
 #include "support/FakePorts.h"
+#include "util/Procedure.h"
 
+#include <QScopeGuard>
 #include <functional>
 #include <string_view>
+
 #include <vector>
 
 // Something that can be done to an outline without further words.
@@ -35,8 +38,9 @@ void dropOnTheRoot()
     dragState().entry.set(&document->tree, dragged);
     dragState().relationship = Relationship::tvwChild;
     dragState().copy = copies;
-    dropEntry(*document, *document->tree.root());
-    ResetDraggingFlags();
+    // As the window reports it, and lets go of what was dragged in any case.
+    const auto reset = qScopeGuard(ResetDraggingFlags);
+    procedure("frmDocument trvOutline_DragDrop", [document] { dropEntry(*document, *document->tree.root()); });
 }
 
 inline void goDown()
