@@ -74,7 +74,7 @@ function(quillery_test name)
   add_test(NAME ${name} COMMAND ${name})
   set_tests_properties(${name} PROPERTIES
     TIMEOUT ${TEST_TIMEOUT} LABELS "${TEST_LABELS}"
-    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOME=${home};XDG_CONFIG_HOME=${home}/config;XDG_STATE_HOME=${home}/state;DBUS_SESSION_BUS_ADDRESS=disabled:;LC_ALL=C.UTF-8;TZ=UTC;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/lsan.supp;${TEST_ENVIRONMENT}")
+    ENVIRONMENT "QT_QPA_PLATFORM=offscreen;HOME=${home};XDG_CONFIG_HOME=${home}/config;XDG_STATE_HOME=${home}/state;XDG_DATA_HOME=${home}/data;DBUS_SESSION_BUS_ADDRESS=disabled:;LC_ALL=C.UTF-8;TZ=UTC;LSAN_OPTIONS=suppressions=${CMAKE_SOURCE_DIR}/tests/support/lsan.supp;${TEST_ENVIRONMENT}")
 endfunction()
 
 # quillery_bench(NAME LINKS ...): the benchmark program NAME from NAME.cpp.

@@ -8,10 +8,13 @@
 #include "app/modMain.h"
 #include "search/frmSearch.h"
 #include "search/modSearch.h"
+#include "util/Numbers.h"
 #include "util/Procedure.h"
 #include "util/ProgramFiles.h"
 #include "util/RunTimeError.h"
 #include "vault/RecoveryFolder.h"
+#include "util/SettingsStore.h"
+#include "vault/VersionFolder.h"
 
 #include <QApplication>
 #include <QDesktopServices>
@@ -29,17 +32,36 @@ void showHelpFile(const QString &sFile, HelpTopic)
         throw RunTimeError(ErrorNumber::FileNotFound);
 }
 
+// What a user who wants other versions, or none, writes into the settings; the program itself stores none of it.
+void takeVersionSettings(VersionKeeper &versions, const SettingsStore &settings)
+{
+    const QString section = QStringLiteral("Versions");
+    constexpr int megabyteBits = 20;
+    if (const auto keep = settings.value(section, QStringLiteral("Keep")))
+        versions.setKeeping(Numbers::toBoolean(*keep));
+    if (const auto most = settings.value(section, QStringLiteral("MostMegabytes")))
+        versions.setMostBytes(qint64(Numbers::toInt32(Numbers::toNumber(*most))) << megabyteBits);
+}
+
 } // namespace
 
 Application::Application(const QStringList &arguments)
     : m_log(SessionLog::folders(QCoreApplication::applicationDirPath()))
     , m_settings(IniSettingsStore::FirstSettings{sharedFile(QStringLiteral("first.ini"))})
     , m_vault(Vault::Settings{recoveryFolder()})
+    , m_versions(versionsFolder())
     , m_recentFiles(m_settings, m_mainWindow.recentFileItems())
     , m_printing(m_printerDialogs, &m_mainWindow)
     , m_sessionEnd(m_mainWindow)
 {
-    ports() = {&m_mainWindow.windows(), &m_dialogs, &m_pointer, &m_recentFiles, &m_clipboard, &m_clock, &m_printing};
+    ports() = {&m_mainWindow.windows(),
+               &m_dialogs,
+               &m_pointer,
+               &m_recentFiles,
+               &m_clipboard,
+               &m_clock,
+               &m_printing,
+               &m_versions};
     appPorts() = {&m_settings, &m_mainWindow, &m_recentFiles, &m_log, arguments.join(u' '), &m_lockKeys};
     appPorts().arguments = arguments;
     appPorts().showHelpFile = showHelpFile;
@@ -48,6 +70,7 @@ Application::Application(const QStringList &arguments)
     searchPorts() = {&m_settings, [this] { frmSearch(&m_mainWindow).exec(); }, modMain::SaveSettings};
     setErrorReporter(modMain::ReportError);
     setRemarkWriter(modMain::WriteLog);
+    procedure("Application takeVersionSettings", [this] { takeVersionSettings(m_versions, m_settings); });
 }
 
 Application::~Application()

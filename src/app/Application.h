@@ -18,6 +18,7 @@
 #include "print/PrintWindows.h"
 #include "print/PrinterDialogs.h"
 #include "vault/Vault.h"
+#include "vault/VersionKeeper.h"
 
 // The program's parts put together, with every port registered as long as it lives. It needs a QApplication.
 class Application
@@ -47,6 +48,7 @@ private:
     SystemClock m_clock;
     IniSettingsStore m_settings;
     MessageDialogs m_dialogs;
+    VersionKeeper m_versions;
     ScreenPointer m_pointer;
     DesktopClipboard m_clipboard;
     DesktopColours m_colours;

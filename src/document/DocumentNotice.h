@@ -21,7 +21,8 @@ enum class NoticeKind {
     DocumentFull,
     NoBackup,
     // What is changed is not kept against a crash.
-    NoRecovery
+    NoRecovery,
+    NoVersion
 };
 
 // Shown in the document's window until the user dismisses it or what it tells of is mended.

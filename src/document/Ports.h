@@ -15,6 +15,7 @@
 
 class Document;
 class Entry;
+class FileWitness;
 struct Outline;
 
 // What the core asks of the program around it. The program registers an implementation of each port at start-up; tests
@@ -167,6 +168,8 @@ struct Ports {
     Clipboard *clipboard = nullptr;
     const Clock *clock = nullptr;
     Printing *printing = nullptr;
+    // Null where nobody follows them.
+    FileWitness *files = nullptr;
 };
 
 // The registered ports; every one must be set before the first document is opened.

@@ -6,6 +6,7 @@
 #include "document/Document.h"
 #include "document/DocumentView.h"
 #include "document/FileNature.h"
+#include "document/FileWitness.h"
 #include "document/Globals.h"
 #include "document/LeftOutText.h"
 #include "document/OutlinePane.h"
@@ -276,6 +277,8 @@ SaveOutcome save(Document &document, const QString &sFile)
     document.setCaption(document.m_sFile);
     ports().recentFiles->UpdateMRUFile(document.m_sFile, false);
     document.note(savedText(document));
+    if (ports().files)
+        ports().files->fileWritten(document);
     return SaveOutcome::Saved;
 }
 

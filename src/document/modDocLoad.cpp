@@ -8,6 +8,7 @@
 #include "document/Document.h"
 #include "document/DocumentView.h"
 #include "document/DocumentWindow.h"
+#include "document/FileWitness.h"
 #include "document/Globals.h"
 #include "document/OpenedFile.h"
 #include "document/OutlinePane.h"
@@ -143,6 +144,8 @@ bool load(const QString &sFile, const QString &sCaption)
     document->autoFitSplit();
     if (sCaption.isEmpty())
         ports().recentFiles->UpdateMRUFile(sFile, false);
+    if (ports().files)
+        ports().files->fileRead(*document);
     return true;
 }
 

@@ -24,6 +24,8 @@ struct EntryRecord {
     bool tagged = false;
     bool expanded = false;
     bool sorted = false;
+
+    bool operator==(const EntryRecord &) const = default;
 };
 
 // A subtree in outline order.

@@ -26,6 +26,7 @@ begin_road() {
     mkdir -p "$work/bin" "$work/home/config"
     cp "$program" "$work/bin/quillery"
     export HOME=$work/home XDG_CONFIG_HOME=$work/home/config XDG_STATE_HOME=$work/home/state
+    export XDG_DATA_HOME=$work/home/data
     unset QT_QPA_PLATFORM
     # The user's own session may have the program already, and would get the files.
     [[ -n ${QUILLERY_ROAD_SESSION-} ]] || export DBUS_SESSION_BUS_ADDRESS=disabled:

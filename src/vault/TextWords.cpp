@@ -1,0 +1,38 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "vault/TextWords.h"
+
+#include "model/StoredText.h"
+#include "model/modCompress.h"
+#include "rtf/Rtf.h"
+#include "util/AnsiCodec.h"
+
+#include <QString>
+
+qint64 wordCount(QStringView characters)
+{
+    qint64 words = 0;
+    bool inWord = false;
+    for (const QChar character : characters) {
+        if (character.isSpace())
+            inWord = false;
+        else if (!inWord && (character.isLetterOrNumber() || character.isSurrogate())) {
+            inWord = true;
+            ++words;
+        }
+    }
+    return words;
+}
+
+qint64 wordsOfText(const QByteArray &storedText)
+{
+    // Not by the way that reports what is wrong: that is for those who show the text.
+    QByteArray text = storedText;
+    if (readsAsCompressed(storedText)) {
+        const CompressedPart part = compressedPart(storedText);
+        if (modCompress::DecompressString(storedText.sliced(part.start), part.length, text) != 0)
+            return 0;
+    }
+    return wordCount(rtf::isRtf(text) ? rtf::toPlainText(text) : AnsiCodec::toText(text));
+}

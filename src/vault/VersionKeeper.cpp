@@ -1,0 +1,223 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "vault/VersionKeeper.h"
+
+#include "document/Document.h"
+#include "document/Ports.h"
+#include "util/FullPath.h"
+#include "util/Procedure.h"
+#include "util/RunTimeError.h"
+#include "vault/PrivateFiles.h"
+#include "vault/VersionFolder.h"
+
+#include <QFileInfo>
+#include <QPointer>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+constexpr auto keeperName = "VersionKeeper keep";
+
+// Another program may just be at the same database; it takes no longer than keeping a version.
+template <typename Work>
+auto withPatience(Work &&work)
+{
+    constexpr int tries = 30;
+    constexpr unsigned long pause = 100;
+    for (int left = tries;; --left) {
+        try {
+            return work();
+        } catch (const RunTimeError &error) {
+            if (error.number() != ErrorNumber::PermissionDenied || left == 0)
+                throw;
+        }
+        QThread::msleep(pause);
+    }
+}
+
+qint64 keepIn(const QString &path, const KeptOutline &outline, const VersionSave &save)
+{
+    const bool exists = QFileInfo::exists(path);
+    VersionStore store(path, exists ? Database::Opening::Existing : Database::Opening::Create);
+    return store.keep(outline, save);
+}
+
+// Of what the document's file is known to hold.
+ContentDigest digestOf(const Document &document)
+{
+    return document.fileRecord.own ? document.fileRecord.own->digest : ContentDigest();
+}
+
+// What of the current exception is for the log.
+QString logLine()
+{
+    return currentError().description;
+}
+
+QString reasonOf(ErrorNumber number)
+{
+    return number == ErrorNumber::InvalidFileFormat ? u"the file of its versions is damaged"_s
+                                                    : errorDescription(number);
+}
+
+} // namespace
+
+VersionKeeper::VersionKeeper(QString folder)
+    : m_folder(std::move(folder))
+    , m_worker(std::make_unique<QObject>())
+{
+    m_worker->moveToThread(&m_thread);
+    m_thread.setObjectName(u"versions"_s);
+}
+
+VersionKeeper::~VersionKeeper()
+{
+    if (!m_thread.isRunning())
+        return;
+    // Behind everything that was asked for.
+    QMetaObject::invokeMethod(
+        m_worker.get(), [this] { m_thread.quit(); }, Qt::QueuedConnection);
+    m_thread.wait();
+}
+
+void VersionKeeper::enqueue(std::function<std::function<void()>()> work)
+{
+    if (!m_thread.isRunning())
+        m_thread.start();
+    ++m_jobs;
+    QMetaObject::invokeMethod(
+        m_worker.get(),
+        [this, work = std::move(work)] {
+            std::function<void()> behind = work();
+            QMetaObject::invokeMethod(
+                this,
+                [this, behind = std::move(behind)] {
+                    --m_jobs;
+                    behind();
+                },
+                Qt::QueuedConnection);
+        },
+        Qt::QueuedConnection);
+}
+
+void VersionKeeper::fileRead(const Document &document)
+{
+    if (!m_keeping || document.m_sFile.isEmpty())
+        return;
+    // While the file still is what it was when it was moved.
+    enqueue([folder = m_folder, file = document.m_sFile, digest = digestOf(document)] {
+        try {
+            findVersions(folder, file, [&digest] { return digest.value(); });
+        } catch (const RunTimeError &error) {
+            return std::function<void()>([line = error.description()] { remark(line); });
+        }
+        return std::function<void()>([] {});
+    });
+}
+
+void VersionKeeper::fileWritten(Document &document)
+{
+    if (!m_keeping)
+        return;
+    procedure(keeperName, [&] {
+        const VersionSave save{ports().clock->now(), document.m_sFile, {}};
+        enqueue([this, save, digest = digestOf(document), outline = keptOutline(*document.outline), folder = m_folder,
+                 most = m_mostBytes] {
+            const Outcome outcome = keep(folder, outline, {save.time, save.file, digest.value()}, most);
+            return [this, file = save.file, outcome] { answer(file, outcome); };
+        });
+    });
+}
+
+VersionKeeper::Outcome VersionKeeper::keep(const QString &folder, const KeptOutline &outline, VersionSave save,
+                                           qint64 mostBytes)
+{
+    Outcome outcome;
+    try {
+        makePrivateFolder(folder);
+        const QString path = versionsPathOf(folder, save.file);
+        save.file = RealPathName(save.file);
+        qint64 version = 0;
+        try {
+            version = withPatience([&] { return keepIn(path, outline, save); });
+        } catch (const RunTimeError &error) {
+            if (error.number() != ErrorNumber::InvalidFileFormat || isOfLaterProgram(path, VersionStore::schema()))
+                throw;
+            const QString aside = setAside(path);
+            outcome = {u"The earlier versions of %1 are damaged; what there is of them is in the file %2. From now on "
+                       "versions are kept again."_s.arg(save.file, aside),
+                       error.description()};
+            version = keepIn(path, outline, save);
+        }
+        // Opened again, so that nothing comes from memory.
+        withPatience([&] {
+            VersionStore store(path, Database::Opening::Existing);
+            if (!store.verify(version, outline))
+                throw RunTimeError(ErrorNumber::InvalidFileFormat,
+                                   u"%1: the version, read again, is not what was saved"_s.arg(path));
+            store.thin(save.time, mostBytes);
+        });
+    } catch (const RunTimeError &error) {
+        outcome = {u"The file %1 was saved, but no version of it could be kept (%2)."_s.arg(save.file,
+                                                                                            reasonOf(error.number())),
+                   error.description()};
+    } catch (...) {
+        outcome = {u"The file %1 was saved, but no version of it could be kept."_s.arg(save.file), logLine()};
+    }
+    return outcome;
+}
+
+void VersionKeeper::answer(const QString &file, const Outcome &outcome)
+{
+    if (!outcome.logged.isEmpty())
+        remark(outcome.logged);
+    for (Document *document : ports().windows->documents()) {
+        if (document->m_sFile != file)
+            continue;
+        if (outcome.notice.isEmpty())
+            document->dismiss(NoticeKind::NoVersion);
+        else
+            document->tell({NoticeKind::NoVersion, outcome.notice});
+    }
+}
+
+void VersionKeeper::list(const QString &file, QObject *asker, std::function<void(const Listed &)> answer)
+{
+    enqueue([folder = m_folder, file, asker = QPointer(asker), answer = std::move(answer)] {
+        Listed listed;
+        try {
+            withPatience([&] {
+                const QString path = findVersions(folder, file, [&file] { return fileDigestOf(file); });
+                listed.versions = path.isEmpty() ? std::vector<VersionInfo>()
+                                                 : VersionStore(path, Database::Opening::Existing).list();
+            });
+        } catch (const RunTimeError &error) {
+            listed.failure = reasonOf(error.number());
+        }
+        return [asker, answer, listed] {
+            if (asker)
+                answer(listed);
+        };
+    });
+}
+
+void VersionKeeper::read(const QString &file, qint64 version, QObject *asker, std::function<void(const Read &)> answer)
+{
+    enqueue([folder = m_folder, file, version, asker = QPointer(asker), answer = std::move(answer)] {
+        Read read;
+        try {
+            withPatience([&] {
+                read.outline = VersionStore(versionsPathOf(folder, file), Database::Opening::Existing).read(version);
+            });
+        } catch (const RunTimeError &error) {
+            read.failure = reasonOf(error.number());
+        }
+        return [asker, answer, read] {
+            if (asker)
+                answer(read);
+        };
+    });
+}

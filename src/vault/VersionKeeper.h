@@ -1,0 +1,76 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "document/FileWitness.h"
+#include "vault/VersionStore.h"
+
+#include <QObject>
+#include <QThread>
+
+#include <functional>
+#include <memory>
+
+// Keeps a version of each document that is saved, and gives versions back. The work is done one after the other by a
+// thread of its own, which gets values and answers to the window's thread. A save never waits for it and never fails
+// for it: where a version cannot be kept, the document tells so.
+class VersionKeeper final : public QObject, public FileWitness
+{
+    Q_OBJECT
+
+public:
+    static constexpr qint64 mostBytes = qint64(1) << 30;
+
+    // The folder need not exist.
+    explicit VersionKeeper(QString folder);
+    // What was asked for is done before it goes, but nobody is answered.
+    ~VersionKeeper() override;
+
+    // Bytes that the versions of one document may take.
+    void setMostBytes(qint64 bytes) { m_mostBytes = bytes; }
+
+    // Without it saves make no versions; those that are there can be looked at.
+    void setKeeping(bool keeping) { m_keeping = keeping; }
+
+    void fileRead(const Document &document) override;
+    void fileWritten(Document &document) override;
+
+    // The versions of a file, from the oldest to the newest; or why they cannot be read.
+    struct Listed {
+        std::vector<VersionInfo> versions;
+        QString failure;
+    };
+
+    // Answers are given in the window's thread, if the asker is still there.
+    void list(const QString &file, QObject *asker, std::function<void(const Listed &)> answer);
+
+    struct Read {
+        KeptOutline outline;
+        QString failure;
+    };
+
+    void read(const QString &file, qint64 version, QObject *asker, std::function<void(const Read &)> answer);
+
+    // Whether nothing is left to be done.
+    bool isIdle() const { return m_jobs == 0; }
+
+private:
+    // What is to be told of a version that was to be kept, and what is to be in the log.
+    struct Outcome {
+        QString notice;
+        QString logged;
+    };
+
+    static Outcome keep(const QString &folder, const KeptOutline &outline, VersionSave save, qint64 mostBytes);
+    void answer(const QString &file, const Outcome &outcome);
+    // Runs the work in the thread and what it returns behind it in this one.
+    void enqueue(std::function<std::function<void()>()> work);
+
+    const QString m_folder;
+    qint64 m_mostBytes = mostBytes;
+    bool m_keeping = true;
+    int m_jobs = 0;
+    QThread m_thread;
+    std::unique_ptr<QObject> m_worker;
+};

@@ -1,0 +1,92 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#pragma once
+
+#include "vault/Database.h"
+#include "vault/KeptOutline.h"
+#include "vault/OutlineComparison.h"
+#include "vault/VersionBlocks.h"
+
+#include <QDateTime>
+#include <QHash>
+
+#include <vector>
+
+// What is told of a version without reading it whole.
+struct VersionInfo {
+    qint64 number = 0;
+    // Of the save.
+    QDateTime time;
+    int entries = 0;
+    qint64 words = 0;
+    // It was read again from the disk and was what had been saved.
+    bool isVerified = false;
+    // Against the version before it; all were added in the first one.
+    DifferenceCounts changes;
+};
+
+// The save that made a version.
+struct VersionSave {
+    QDateTime time;
+    // Full path of the file, and the digest of what it holds.
+    QString file;
+    QByteArray fileDigest;
+};
+
+// The versions of one document in its database. A version costs what changed: texts are stored once for all versions,
+// by their digest, and so are the blocks that the structure is cut into. Every failure is a RunTimeError, as Database
+// has it; a version that cannot be read whole is error 321.
+class VersionStore
+{
+public:
+    VersionStore(const QString &path, Database::Opening opening);
+
+    // Adds a version, all or nothing, and returns its number. What is in every respect what the last one is, is that
+    // one again.
+    qint64 keep(const KeptOutline &outline, const VersionSave &save);
+    // Reads a version again and marks it when it is that.
+    bool verify(qint64 version, const KeptOutline &outline);
+
+    // From the oldest to the newest.
+    std::vector<VersionInfo> list();
+    KeptOutline read(qint64 version);
+
+    // Lets go of versions by their age, and of the oldest ones while the database is larger than that. True when any
+    // went.
+    bool thin(const QDateTime &now, qint64 mostBytes);
+
+    // Bytes that the database takes, without what is free in it.
+    qint64 size();
+
+    // Where the document's file was when it was saved last, and whether any version of it was a file of that digest.
+    QString file();
+    void setFile(const QString &file);
+    bool hasFileOf(const QByteArray &digest);
+
+    static QByteArray digestOf(const QByteArray &bytes);
+    static const DatabaseSchema &schema();
+
+private:
+    struct KnownText {
+        qint64 number = 0;
+        qint64 words = 0;
+    };
+
+    struct Stored {
+        QByteArray head;
+        QByteArray blocks;
+    };
+
+    std::vector<NumberedEntry> storeTexts(const KeptOutline &outline, qint64 &words);
+    std::vector<qint64> storeBlocks(const std::vector<NumberedEntry> &entries);
+    Stored storedOf(qint64 version);
+    std::vector<NumberedEntry> structureOf(qint64 version, const Stored &stored);
+    std::vector<ComparedEntry> comparedOf(qint64 version);
+    void setChanges(qint64 version, const DifferenceCounts &changes);
+    void remove(const std::vector<qint64> &versions);
+    void removeUnused();
+    qint64 lastVersion();
+
+    Database m_database;
+};

@@ -1,0 +1,342 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "vault/VersionKeeper.h"
+
+#include "document/modDoc.h"
+#include "support/FormatsFixture.h"
+#include "vault/VersionFolder.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QSignalSpy>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <optional>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+int permissionsOf(const QString &path)
+{
+    struct stat status = {};
+    return stat(QFile::encodeName(path).constData(), &status) == 0 ? int(status.st_mode & 0777U) : -1;
+}
+
+// No file grows beyond so many bytes while it lives.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        m_handler = std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_before);
+        const rlimit limited{bytes, m_before.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limited);
+    }
+
+    ~FileSizeLimit()
+    {
+        setrlimit(RLIMIT_FSIZE, &m_before);
+        std::signal(SIGXFSZ, m_handler);
+    }
+
+private:
+    rlimit m_before = {};
+    void (*m_handler)(int) = nullptr;
+};
+
+// Documents whose saves are followed by a keeper, all below one folder.
+class Desk
+{
+public:
+    Desk()
+    {
+        restart();
+        setRemarkWriter([](const QString &line) { remarks().append(line); });
+        remarks().clear();
+    }
+
+    ~Desk()
+    {
+        ports().files = nullptr;
+        setRemarkWriter(nullptr);
+    }
+
+    // As the program does when it is started again.
+    void restart()
+    {
+        keeper.reset();
+        keeper = std::make_unique<VersionKeeper>(versions());
+        ports().files = keeper.get();
+    }
+
+    QString versions() const { return folder.filePath(u"data/versions"_s); }
+
+    QString file(const QString &name) const { return folder.filePath(name); }
+
+    // A document with that outline that was saved once.
+    Document &plant(const QString &name, const QStringList &lines)
+    {
+        Document &document = program.plant(lines).document;
+        save(document, file(name));
+        return document;
+    }
+
+    void save(Document &document, const QString &path)
+    {
+        modDoc::save(document, path);
+        settle();
+    }
+
+    void settle() const { QTRY_VERIFY_WITH_TIMEOUT(keeper->isIdle(), 30000); }
+
+    VersionKeeper::Listed list(const QString &path)
+    {
+        std::optional<VersionKeeper::Listed> answered;
+        QObject asker;
+        keeper->list(path, &asker, [&](const VersionKeeper::Listed &listed) { answered = listed; });
+        settle();
+        return answered.value_or(VersionKeeper::Listed{{}, u"no answer"_s});
+    }
+
+    KeptOutline read(const QString &path, qint64 version)
+    {
+        std::optional<VersionKeeper::Read> answered;
+        QObject asker;
+        keeper->read(path, version, &asker, [&](const VersionKeeper::Read &read) { answered = read; });
+        settle();
+        return answered ? answered->outline : KeptOutline();
+    }
+
+    static QStringList &remarks()
+    {
+        static QStringList lines;
+        return lines;
+    }
+
+    static QString noticeOf(const Document &document)
+    {
+        for (const DocumentNotice &notice : document.notices()) {
+            if (notice.kind == NoticeKind::NoVersion)
+                return notice.text;
+        }
+        return QString();
+    }
+
+    QTemporaryDir folder;
+    FormatsFixture program;
+    std::unique_ptr<VersionKeeper> keeper;
+};
+
+} // namespace
+
+class tst_VersionKeeper : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everySaveMakesAVersionThatIsReadAgain();
+    void nobodyElseMayReadThem();
+    void twoDocumentsHaveVersionsOfTheirOwn();
+    void aMovedFileFindsItsVersions();
+    void aCopyBeginsAnew();
+    void whatIsTypedMeanwhileIsNotInTheVersion();
+    void whatIsAskedForIsDoneBeforeTheProgramEnds();
+    void aFolderThatCannotBeMadeIsToldOf();
+    void aFullDiskIsToldOfAndMended();
+    void aDamagedDatabaseIsSetAside();
+    void aDatabaseOfALaterProgramIsLeftAlone();
+    void nothingIsKeptWhereNothingIsToBe();
+};
+
+void tst_VersionKeeper::everySaveMakesAVersionThatIsReadAgain()
+{
+    Desk desk;
+    Document &document = desk.plant(u"plän.qly"_s, {u"root"_s, u" one"_s});
+    const KeptOutline first = keptOutline(*document.outline);
+    document.history.setLabel(document.tree.root(), u"Root"_s);
+    document.history.insert(Relationship::tvwChild, document.tree.root());
+    desk.save(document, document.m_sFile);
+    const VersionKeeper::Listed listed = desk.list(document.m_sFile);
+    QCOMPARE(listed.failure, QString());
+    QCOMPARE(listed.versions.size(), 2U);
+    QVERIFY(listed.versions[0].isVerified && listed.versions[1].isVerified);
+    QCOMPARE(listed.versions[1].changes, (DifferenceCounts{1, 0, 1}));
+    QVERIFY(desk.read(document.m_sFile, listed.versions[0].number) == first);
+    QVERIFY(desk.read(document.m_sFile, listed.versions[1].number) == keptOutline(*document.outline));
+    QCOMPARE(Desk::noticeOf(document), QString());
+    QCOMPARE(Desk::remarks(), QStringList());
+}
+
+void tst_VersionKeeper::nobodyElseMayReadThem()
+{
+    Desk desk;
+    const Document &document = desk.plant(u"plan.qly"_s, {u"root"_s});
+    QCOMPARE(permissionsOf(desk.versions()), 0700);
+    QCOMPARE(permissionsOf(versionsPathOf(desk.versions(), document.m_sFile)), 0600);
+}
+
+void tst_VersionKeeper::twoDocumentsHaveVersionsOfTheirOwn()
+{
+    Desk desk;
+    Document &one = desk.plant(u"one.qly"_s, {u"one"_s});
+    Document &other = desk.plant(u"other.qly"_s, {u"other"_s});
+    one.history.setLabel(one.tree.root(), u"One"_s);
+    modDoc::save(one, one.m_sFile);
+    other.history.setLabel(other.tree.root(), u"Other"_s);
+    modDoc::save(other, other.m_sFile);
+    desk.settle();
+    QCOMPARE(desk.list(one.m_sFile).versions.size(), 2U);
+    const VersionKeeper::Listed listed = desk.list(other.m_sFile);
+    QCOMPARE(listed.versions.size(), 2U);
+    QCOMPARE(desk.read(other.m_sFile, listed.versions[1].number).entries[0].label, u"Other"_s);
+    QCOMPARE(desk.list(desk.file(u"third.qly"_s)).versions.size(), 0U);
+}
+
+void tst_VersionKeeper::aMovedFileFindsItsVersions()
+{
+    Desk desk;
+    Document &document = desk.plant(u"plan.qly"_s, {u"root"_s});
+    document.history.setLabel(document.tree.root(), u"Root"_s);
+    desk.save(document, document.m_sFile);
+    desk.program.closeAll();
+    const QString moved = desk.file(u"elsewhere/renamed.qly"_s);
+    QVERIFY(QDir(desk.folder.path()).mkpath(u"elsewhere"_s));
+    QVERIFY(QFile::rename(desk.file(u"plan.qly"_s), moved));
+    desk.restart();
+    QVERIFY(modDoc::DocLoad(moved));
+    desk.settle();
+    Document &opened = desk.program.active()->document;
+    opened.history.setLabel(opened.tree.root(), u"ROOT"_s);
+    desk.save(opened, moved);
+    const VersionKeeper::Listed listed = desk.list(moved);
+    QCOMPARE(listed.versions.size(), 3U);
+    QCOMPARE(desk.read(moved, listed.versions[0].number).entries[0].label, u"root"_s);
+    QCOMPARE(QDir(desk.versions()).entryList(QDir::Files).size(), 1);
+}
+
+void tst_VersionKeeper::aCopyBeginsAnew()
+{
+    Desk desk;
+    const Document &document = desk.plant(u"plan.qly"_s, {u"root"_s});
+    const QString copy = desk.file(u"copy.qly"_s);
+    QVERIFY(QFile::copy(document.m_sFile, copy));
+    QVERIFY(modDoc::DocLoad(copy));
+    QCOMPARE(desk.list(copy).versions.size(), 0U);
+    QCOMPARE(desk.list(document.m_sFile).versions.size(), 1U);
+}
+
+void tst_VersionKeeper::whatIsTypedMeanwhileIsNotInTheVersion()
+{
+    Desk desk;
+    Document &document = desk.program.plant({u"root"_s, u" one"_s}).document;
+    modDoc::save(document, desk.file(u"plan.qly"_s));
+    const KeptOutline saved = keptOutline(*document.outline);
+    document.history.setLabel(document.tree.root(), u"later"_s);
+    document.history.remove(document.tree.root()->firstChild());
+    desk.settle();
+    const VersionKeeper::Listed listed = desk.list(document.m_sFile);
+    QCOMPARE(listed.versions.size(), 1U);
+    QVERIFY(desk.read(document.m_sFile, listed.versions[0].number) == saved);
+}
+
+void tst_VersionKeeper::whatIsAskedForIsDoneBeforeTheProgramEnds()
+{
+    Desk desk;
+    Document &document = desk.program.plant({u"root"_s}).document;
+    modDoc::save(document, desk.file(u"plan.qly"_s));
+    desk.program.closeAll();
+    desk.restart();
+    QCOMPARE(desk.list(desk.file(u"plan.qly"_s)).versions.size(), 1U);
+}
+
+void tst_VersionKeeper::aFolderThatCannotBeMadeIsToldOf()
+{
+    Desk desk;
+    QFile obstacle(desk.file(u"data"_s));
+    QVERIFY(obstacle.open(QIODevice::WriteOnly));
+    Document &document = desk.plant(u"plan.qly"_s, {u"root"_s});
+    QVERIFY(QFileInfo::exists(document.m_sFile));
+    QVERIFY2(Desk::noticeOf(document).startsWith(u"The file %1 was saved, but no version"_s.arg(document.m_sFile)),
+             qPrintable(Desk::noticeOf(document)));
+    QCOMPARE(Desk::remarks().size(), 1);
+    // The next save that succeeds mends it.
+    QVERIFY(obstacle.remove());
+    desk.save(document, document.m_sFile);
+    QCOMPARE(Desk::noticeOf(document), QString());
+    QCOMPARE(desk.list(document.m_sFile).versions.size(), 1U);
+}
+
+void tst_VersionKeeper::aFullDiskIsToldOfAndMended()
+{
+    Desk desk;
+    Document &document = desk.plant(u"plan.qly"_s, {u"root"_s});
+    document.history.setLabel(document.tree.root(), u"Root"_s);
+    {
+        // Room for the file, and not for a database's log.
+        const FileSizeLimit limit(8000);
+        desk.save(document, document.m_sFile);
+    }
+    QVERIFY2(Desk::noticeOf(document).contains(u"no version of it could be kept"_s),
+             qPrintable(Desk::noticeOf(document)));
+    QVERIFY(!document.hasNotice(NoticeKind::NotSaved));
+    QCOMPARE(desk.list(document.m_sFile).versions.size(), 1U);
+    desk.save(document, document.m_sFile);
+    QCOMPARE(Desk::noticeOf(document), QString());
+    QCOMPARE(desk.list(document.m_sFile).versions.size(), 2U);
+}
+
+void tst_VersionKeeper::aDamagedDatabaseIsSetAside()
+{
+    Desk desk;
+    Document &document = desk.plant(u"plan.qly"_s, {u"root"_s});
+    const QString path = versionsPathOf(desk.versions(), document.m_sFile);
+    QFile database(path);
+    QVERIFY(database.open(QIODevice::WriteOnly));
+    database.write(QByteArray(10000, 'x'));
+    database.close();
+    QVERIFY(!desk.list(document.m_sFile).failure.isEmpty());
+    document.history.setLabel(document.tree.root(), u"Root"_s);
+    desk.save(document, document.m_sFile);
+    QVERIFY2(Desk::noticeOf(document).contains(path + u".damaged1"_s), qPrintable(Desk::noticeOf(document)));
+    QVERIFY(QFileInfo::exists(path + u".damaged1"_s));
+    QCOMPARE(desk.list(document.m_sFile).versions.size(), 1U);
+    desk.save(document, document.m_sFile);
+    QCOMPARE(Desk::noticeOf(document), QString());
+}
+
+void tst_VersionKeeper::aDatabaseOfALaterProgramIsLeftAlone()
+{
+    Desk desk;
+    Document &document = desk.plant(u"plan.qly"_s, {u"root"_s});
+    const QString path = versionsPathOf(desk.versions(), document.m_sFile);
+    {
+        DatabaseSchema later = VersionStore::schema();
+        later.upgrades.push_back({u"CREATE TABLE more (id INTEGER)"_s});
+        const Database database(path, later, Database::Opening::Existing);
+    }
+    document.history.setLabel(document.tree.root(), u"Root"_s);
+    desk.save(document, document.m_sFile);
+    QVERIFY(Desk::noticeOf(document).contains(u"no version of it could be kept"_s));
+    QVERIFY(!QFileInfo::exists(path + u".damaged1"_s));
+    QVERIFY(QFileInfo::exists(path));
+}
+
+void tst_VersionKeeper::nothingIsKeptWhereNothingIsToBe()
+{
+    Desk desk;
+    desk.keeper->setKeeping(false);
+    desk.plant(u"plan.qly"_s, {u"root"_s});
+    QVERIFY(!QFileInfo::exists(desk.versions()));
+}
+
+QTEST_MAIN(tst_VersionKeeper)
+#include "tst_VersionKeeper.moc"
