@@ -3,12 +3,27 @@
 
 #include "app/AppCommands.h"
 
+#include "app/AppPorts.h"
 #include "app/frmDebug.h"
 #include "app/modHelp.h"
 #include "app/modViewBars.h"
 #include "app/modWindow.h"
 #include "commands/Dispatcher.h"
+#include "document/Ports.h"
+#include "panes/frmVersions.h"
 #include "window/WindowCommands.h"
+
+namespace
+{
+
+void showVersions(QWidget &mainWindow)
+{
+    Document *document = DocumentActive();
+    if (document && appPorts().versions)
+        frmVersions(*appPorts().versions, *document, &mainWindow).exec();
+}
+
+} // namespace
 
 void bindAppCommands(Dispatcher &dispatcher, QWidget &mainWindow, QMdiArea &area)
 {
@@ -25,5 +40,6 @@ void bindAppCommands(Dispatcher &dispatcher, QWidget &mainWindow, QMdiArea &area
     bind("mnuHelpContents", modHelp::HelpContents);
     bind("mnuHelpSearch", modHelp::HelpSearch);
     bind("mnuHelpAbout", [&mainWindow] { modHelp::HelpAbout(&mainWindow); });
+    bind("mnuToolsVersions", [&mainWindow] { showVersions(mainWindow); });
     bind("keyDiagnostics", frmDebug::showModally);
 }

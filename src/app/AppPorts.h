@@ -13,6 +13,7 @@ class SessionKeeper;
 class SessionLog;
 class SettingsStore;
 class Vault;
+class VersionKeeper;
 class modMRU;
 
 // What start-up and shutdown ask of the program around them, beside the core's ports.
@@ -88,14 +89,16 @@ struct AppPorts {
     SessionKeeper *keeper = nullptr;
     // Null where documents are not kept against a crash.
     Vault *vault = nullptr;
+    // Null where no versions are kept.
+    VersionKeeper *versions = nullptr;
     // The application help file, which only the desktop's viewer reads, and how to show it; raises error 53 when the
     // viewer shows nothing.
     QString helpFile = {};
     std::function<void(const QString &sFile, HelpTopic topic)> showHelpFile = {};
 };
 
-// The registered ports of the application; every one but lockKeys, keeper, vault and showHelpFile must be set before
-// Initialise.
+// The registered ports of the application; every one but lockKeys, keeper, vault, versions and showHelpFile must be set
+// before Initialise.
 AppPorts &appPorts();
 
 // To be called where something that is kept between runs may have changed.

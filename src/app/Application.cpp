@@ -12,8 +12,8 @@
 #include "util/Procedure.h"
 #include "util/ProgramFiles.h"
 #include "util/RunTimeError.h"
-#include "vault/RecoveryFolder.h"
 #include "util/SettingsStore.h"
+#include "vault/RecoveryFolder.h"
 #include "vault/VersionFolder.h"
 
 #include <QApplication>
@@ -48,8 +48,8 @@ void takeVersionSettings(VersionKeeper &versions, const SettingsStore &settings)
 Application::Application(const QStringList &arguments)
     : m_log(SessionLog::folders(QCoreApplication::applicationDirPath()))
     , m_settings(IniSettingsStore::FirstSettings{sharedFile(QStringLiteral("first.ini"))})
-    , m_vault(Vault::Settings{recoveryFolder()})
     , m_versions(versionsFolder())
+    , m_vault(Vault::Settings{recoveryFolder()})
     , m_recentFiles(m_settings, m_mainWindow.recentFileItems())
     , m_printing(m_printerDialogs, &m_mainWindow)
     , m_sessionEnd(m_mainWindow)
@@ -67,6 +67,7 @@ Application::Application(const QStringList &arguments)
     appPorts().showHelpFile = showHelpFile;
     appPorts().keeper = &m_keeper;
     appPorts().vault = &m_vault;
+    appPorts().versions = &m_versions;
     searchPorts() = {&m_settings, [this] { frmSearch(&m_mainWindow).exec(); }, modMain::SaveSettings};
     setErrorReporter(modMain::ReportError);
     setRemarkWriter(modMain::WriteLog);
@@ -77,6 +78,7 @@ Application::~Application()
 {
     appPorts().keeper = nullptr;
     appPorts().vault = nullptr;
+    appPorts().versions = nullptr;
     setErrorReporter(nullptr);
     setRemarkWriter(nullptr);
 }

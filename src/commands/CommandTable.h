@@ -294,6 +294,7 @@ inline constexpr std::array table{
     keyAlone("toolsGoTo", "mnuTools", runs<ToolsGoTo>, undoableOrRedoable),
     separator("mnuToolsBar1", "mnuTools"),
     command("mnuToolsHistory", "&History", "mnuTools", boundAbove("PaneDocks::toggle"), always, CheckMark()),
+    command("mnuToolsVersions", "&Versions...", "mnuTools", boundAbove("frmVersions::exec"), documentOpen),
     keyAlone("keyPaneNext", "mnuTools", boundAbove("PaneDocks::goToNext"), always, paneKey(None, Qt::Key_F6)),
 
     menu("mnuWindow", "&Window", "", always),

@@ -142,7 +142,7 @@ void Document::takeFile(const std::optional<FileStamp> &stamp)
 bool Document::bReadOnly() const
 {
     const QString sFile = m_sFile.trimmed();
-    return !sFile.isEmpty() && isReadOnlyFile(sFile);
+    return sFile.isEmpty() ? m_bForReading : isReadOnlyFile(sFile);
 }
 
 void Document::updateTextLock()

@@ -53,7 +53,8 @@ public:
     static constexpr qint16 nativeFormat = formatVersion::native;
     static constexpr qint16 plainTextFormat = formatVersion::plainText;
 
-    // Whether the document has a file that the current user may not write. Asked of the file system at every call.
+    // Whether the document has a file that the current user may not write, or is there for reading alone. Asked of the
+    // file system at every call.
     bool bReadOnly() const;
 
     // Whether there may be something to save: unless it is read-only and was so from the start. A file that turns
@@ -149,6 +150,8 @@ public:
     bool m_bSaveRefused = false;
     // The file is an outline, whatever its name says.
     bool m_bFromOutline = false;
+    // It shows what once was, and has no file: it may be looked at only, until it is saved as a file.
+    bool m_bForReading = false;
     // What the file was when it was read or last written.
     FileAccess m_fileAccess = FileAccess::Unknown;
     FileRecord fileRecord;

@@ -41,6 +41,10 @@ Document *documentOfFile(const QString &sFile, const Document *leftOut = nullptr
 // may be written in whatever the file allows, and is no recent file.
 bool DocLoadUnnamed(const QString &sFile, const QString &sCaption);
 
+// Opens an outline as a document that is there to be read: it has no file, and nothing of it can be changed until it is
+// saved as one. Null after a reported failure.
+Document *openForReading(std::unique_ptr<Outline> outline, const QString &sCaption);
+
 // Writes the active document to a file; the extension decides the format.
 SaveOutcome DocSave(const QString &sFile);
 

@@ -220,6 +220,29 @@ bool DocLoadUnnamed(const QString &sFile, const QString &sCaption)
     return procedure(routineName, [&] { return load(sFile, sCaption); });
 }
 
+Document *openForReading(std::unique_ptr<Outline> outline, const QString &sCaption)
+{
+    return procedure("modDoc openForReading", [&] {
+        const HourglassPointer hourglass;
+        Document *document = DocInit(std::move(outline));
+        if (!document)
+            return document;
+        document->m_bForReading = true;
+        document->m_bFromOutline = true;
+        document->m_fileAccess = FileAccess::ReadOnly;
+        document->setPaneFonts(document->m_fntOutlineFont, document->m_fntOutlineFont);
+        document->setCaption(sCaption);
+        showLoaded(*document, document->tree.selected() ? document->tree.selected() : document->tree.root());
+        if (DocumentView *view = document->view())
+            view->trvOutline.setLabelEdit(LabelEditMode::tvwManual);
+        document->updateTextLock();
+        document->checkTexts();
+        document->autoFitSplit();
+        document->lookAtFileAgain();
+        return document;
+    });
+}
+
 std::unique_ptr<Document> openUnshown(const QString &sFile)
 {
     OpenedFile file = readFile(sFile);

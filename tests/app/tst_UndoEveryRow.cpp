@@ -355,6 +355,7 @@ const std::map<std::string_view, RowCase> &cases()
         // Its argument is the position.
         {"toolsGoTo", {Travels, withAStep}},
         {"mnuToolsHistory", {Shows, inOutline}},
+        {"mnuToolsVersions", {Shows, inOutline}},
         {"keyPaneNext", {Shows, inOutline}},
         {"mnuWindowNewWindow", {NeverRuns}},
         {"mnuWindowCascade", {Shows, inOutline}},

@@ -83,6 +83,7 @@ struct ConditionRow {
 
 constexpr ConditionRow conditionRows[] = {
     {"mnuFileClose", "N"},
+    {"mnuToolsVersions", "N"},
     {"mnuFilePrint", "N"},
     {"mnuFilePrintPreview", "N"},
     {"mnuFileExport", "N"},
