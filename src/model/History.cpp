@@ -152,7 +152,7 @@ Entry *History::apply(Change change)
     }
     if (m_witness)
         m_witness->aboutToApply(change);
-    const Step step(*this, m_depth == 0 ? nameOf(change, m_outline.tree) : QString());
+    const Step step(*this, m_depth == 0 ? nameOf(change, m_outline.tree) : QString(), StepKind::OfOneChange);
     const Announcement announcement(*this, change);
     const EntryId id = entryOf(change);
     std::vector<Change> &changes = m_open.changes;
@@ -188,7 +188,7 @@ void History::appendTextStep(EntryId entry)
 // No text is let go meanwhile, whatever is shown because of it: that would make fewer steps of those that it joins.
 void History::appendToTail(Change change)
 {
-    const Step step(*this, nameOf(change, m_outline.tree));
+    const Step step(*this, nameOf(change, m_outline.tree), StepKind::OfOneChange);
     apply(std::move(change));
 }
 

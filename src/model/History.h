@@ -35,7 +35,7 @@ public:
         QDateTime time;
         // Where it acted; none when it acted on nothing in particular.
         EntryId entry = EntryId::None;
-        // Its own number, which it keeps; they grow with time.
+        // Its own number, which it keeps until it becomes part of another; they grow with time.
         quint64 serial = 0;
     };
 
@@ -58,12 +58,20 @@ public:
 
     const Outline &outline() const { return m_outline; }
 
+private:
+    enum class StepKind { OfAction, OfOneChange, OfText };
+
+public:
     // Makes one step of all that is applied while it lives. One inside another joins that, but when it is left by an
     // exception, what was done within it is undone at once and the outline is as it was when it began.
     class Step
     {
     public:
-        Step(History &history, const QString &name);
+        Step(History &history, const QString &name)
+            : Step(history, name, StepKind::OfAction)
+        {
+        }
+
         ~Step();
         Step(const Step &) = delete;
         Step &operator=(const Step &) = delete;
@@ -76,6 +84,9 @@ public:
         void takeBack();
 
     private:
+        friend class History;
+        Step(History &history, const QString &name, StepKind kind);
+
         History &m_history;
         int m_exceptions;
         size_t m_begin;
@@ -180,7 +191,6 @@ private:
     struct TextRun;
     std::vector<TextRun> textRuns(EntryId entry, bool undone) const;
     void fold(EntryId entry, TextRun &run);
-    enum class StepKind { Any, OfText };
     void begin(const QString &name, StepKind kind);
     void end() noexcept;
     void rollBack(size_t begin, EntryId selected) noexcept;

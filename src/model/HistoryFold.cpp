@@ -130,6 +130,9 @@ void History::fold(EntryId entry, TextRun &run)
     }
     m_steps.erase(stepAt(first + 1), stepAt(last + 1));
     const int gone = static_cast<int>(last - first);
+    // Several that became one are none of those that a witness was told of.
+    if (gone > 0)
+        step.info.serial = ++m_lastSerial;
     if (static_cast<size_t>(m_position) > last)
         m_position -= gone;
     if (m_saved && static_cast<size_t>(*m_saved) > last)

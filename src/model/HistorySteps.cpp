@@ -14,11 +14,11 @@
 #include <iterator>
 #include <utility>
 
-History::Step::Step(History &history, const QString &name)
+History::Step::Step(History &history, const QString &name, StepKind kind)
     : m_history(history)
     , m_exceptions(std::uncaught_exceptions())
 {
-    m_history.begin(name, StepKind::Any);
+    m_history.begin(name, kind);
     m_begin = m_history.m_open.changes.size();
     m_selected = m_history.selectedId();
 }
@@ -50,8 +50,11 @@ void History::Step::takeBack()
 void History::begin(const QString &name, StepKind kind)
 {
     if (m_depth == 0) {
-        if (m_witness && kind == StepKind::Any)
+        if (m_witness && kind != StepKind::OfText)
             m_witness->stepBegins();
+        // What an action does to a text is its own step, and not the end of what was typed before.
+        if (m_liveTexts && kind == StepKind::OfAction)
+            m_liveTexts->endMerging();
         // What is needed to end it, so that nothing that was done is lost for lack of memory.
         makeRoomBehind(m_steps, 1);
         m_open = Recorded();

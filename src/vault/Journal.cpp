@@ -159,6 +159,9 @@ void Journal::takenBack() noexcept
     guard([&] {
         if (!m_open.empty())
             m_open.pop_back();
+        else if (m_begun)
+            // It began within the step, behind what is taken back now.
+            drop();
     });
 }
 

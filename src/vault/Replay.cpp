@@ -126,6 +126,38 @@ void Replay::playStep(const LoggedStep &step)
         playChange(change);
 }
 
+// What was opened and closed belongs to the step done last.
+void Replay::noteExpansions(const LoggedStep &step)
+{
+    if (m_done.empty() || m_madeStep[m_done.back()])
+        return;
+    for (const LoggedChange &change : step.changes) {
+        if (const auto *expand = std::get_if<change::Expand>(&change))
+            m_expansions[m_done.back()].push_back(*expand);
+    }
+}
+
+bool Replay::undo(qint64 record)
+{
+    if (m_madeStep[record] && !m_history.undo())
+        return false;
+    std::erase(m_done, record);
+    const std::vector<change::Expand> &expansions = m_expansions[record];
+    for (auto expand = expansions.rbegin(); expand != expansions.rend(); ++expand)
+        playChange(change::Expand{{expand->expansion.closed, expand->expansion.opened}, false});
+    return true;
+}
+
+bool Replay::redo(qint64 record)
+{
+    if (m_madeStep[record] && !m_history.redo())
+        return false;
+    m_done.push_back(record);
+    for (const change::Expand &expand : m_expansions[record])
+        playChange(expand);
+    return true;
+}
+
 bool Replay::play(const LogRecord &record)
 {
     const int position = m_history.position();
@@ -134,15 +166,18 @@ bool Replay::play(const LogRecord &record)
         case LogRecord::Kind::Step:
             playStep(record.step);
             m_madeStep[record.number] = m_history.position() != position;
+            m_done.push_back(record.number);
+            noteExpansions(record.step);
             return true;
         case LogRecord::Kind::Expansion:
             for (const LoggedChange &change : record.step.changes)
                 playChange(change);
+            noteExpansions(record.step);
             return true;
         case LogRecord::Kind::Undo:
-            return !m_madeStep[record.target] || m_history.undo();
+            return undo(record.target);
         case LogRecord::Kind::Redo:
-            return !m_madeStep[record.target] || m_history.redo();
+            return redo(record.target);
         }
     } catch (const std::exception &) {
         return false;

@@ -32,6 +32,9 @@ public:
 private:
     void playStep(const LoggedStep &step);
     void playChange(const LoggedChange &change);
+    void noteExpansions(const LoggedStep &step);
+    bool undo(qint64 record);
+    bool redo(qint64 record);
     void remember(const EntryRecords &records, const Entry *top);
     EntryId idOf(EntryId journalled) const;
     std::vector<EntryId> idsOf(const std::vector<EntryId> &journalled) const;
@@ -40,6 +43,10 @@ private:
     const std::function<QDateTime()> m_clock;
     // An entry that was taken out and put back as another one had several ids.
     std::map<EntryId, std::vector<EntryId>> m_ids;
-    // Whether a record has made a step.
+    // Whether a record has made a step: one that made no difference here has not.
     std::map<qint64, bool> m_madeStep;
+    // The records of the steps that are done.
+    std::vector<qint64> m_done;
+    // What was opened and closed in steps that were not made. The history has it in the step before.
+    std::map<qint64, std::vector<change::Expand>> m_expansions;
 };
