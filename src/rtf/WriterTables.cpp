@@ -4,8 +4,8 @@
 #include "rtf/WriterTables.h"
 
 #include "rtf/Limits.h"
-#include "rtf/Properties.h"
 #include "rtf/ListLabels.h"
+#include "rtf/Properties.h"
 
 #include <QTextList>
 
