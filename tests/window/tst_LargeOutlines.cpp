@@ -75,9 +75,10 @@ void tst_LargeOutlines::commands()
 void tst_LargeOutlines::run()
 {
     QFETCH(const int, index);
-    m_fixture->fakes.dialogs.answers = {Answer::Yes};
+    answerCommands(m_fixture->fakes.dialogs);
     everyCommand[static_cast<size_t>(index)].run();
     m_fixture->fakes.dialogs.answers.clear();
+    m_fixture->fakes.dialogs.fonts.clear();
     QCoreApplication::processEvents();
     QCOMPARE(m_errors->summary(), QStringList());
     QCOMPARE(tree().brokenInvariant(), QString());
