@@ -34,7 +34,7 @@ QString lockPath(const QString &databasePath)
     return databasePath.chopped(databaseExtension.size()) + lockExtension;
 }
 
-// When a process started, in the system's ticks; empty when there is no such process or the system does not tell.
+// When a process that runs started, in the system's ticks; empty when there is none or the system does not tell.
 QByteArray startOf(qint64 process)
 {
     QFile stat(u"/proc/%1/stat"_s.arg(process));
@@ -42,8 +42,11 @@ QByteArray startOf(qint64 process)
         return QByteArray();
     // The name, in brackets, may hold anything.
     const QByteArray line = stat.readAll();
-    constexpr qsizetype fieldBehindName = 19;
-    return line.mid(line.lastIndexOf(')') + 2).split(' ').value(fieldBehindName);
+    const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
+    // One that has ended stays in the list until its parent asks for it, which some never do.
+    const QByteArray &state = fields.front();
+    constexpr qsizetype startTime = 19;
+    return state == "Z" || state == "X" ? QByteArray() : fields.value(startTime);
 }
 
 // Computers may share a home folder, and numbers of processes mean something on one alone.

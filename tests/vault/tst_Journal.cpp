@@ -39,6 +39,7 @@ private Q_SLOTS:
     void undoneToWhatWasSavedNothingIsOffered();
     void aLogThatOutgrowsTheDocumentIsBegunAnew();
     void aRunningProgramsDatabaseIsTakenByNobody();
+    void aProgramThatHasEndedHoldsNothingThoughNobodyAskedForItsEnd();
     void twoStartsAtOnceDoNotOfferTheSame();
     void nobodyElseMayReadIt();
     void aFullDiskIsToldAndTriedAgain();
@@ -333,6 +334,23 @@ void tst_Journal::aRunningProgramsDatabaseIsTakenByNobody()
     QCOMPARE(waitpid(other, &status, 0), other);
     QCOMPARE(status, 0);
     QCOMPARE(recoveredNow(), documentState(*m_document));
+}
+
+void tst_Journal::aProgramThatHasEndedHoldsNothingThoughNobodyAskedForItsEnd()
+{
+    const QTemporaryDir folder;
+    const QString path = newRecoveryPath(folder.path());
+    const pid_t other = fork();
+    if (other == 0) {
+        const std::unique_ptr<RecoveryLock> lock = RecoveryLock::take(path);
+        _exit(lock ? 0 : 1);
+    }
+    siginfo_t ended = {};
+    QCOMPARE(waitid(P_PID, static_cast<id_t>(other), &ended, WEXITED | WNOWAIT), 0);
+    QCOMPARE(ended.si_status, 0);
+    const bool isTaken = RecoveryLock::take(path) != nullptr;
+    waitpid(other, nullptr, 0);
+    QVERIFY(isTaken);
 }
 
 void tst_Journal::twoStartsAtOnceDoNotOfferTheSame()

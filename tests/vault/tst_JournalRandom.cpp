@@ -267,7 +267,7 @@ private Q_SLOTS:
 void tst_JournalRandom::aDocumentIsRecoveredAsItWasWhereverTheProgramIsKilled_data()
 {
     QTest::addColumn<quint32>("seed");
-    const int count = qEnvironmentVariableIsSet("QUILLERY_SEEDS") ? qEnvironmentVariableIntValue("QUILLERY_SEEDS") : 40;
+    const int count = qEnvironmentVariableIsSet("QUILLERY_SEEDS") ? qEnvironmentVariableIntValue("QUILLERY_SEEDS") : 16;
     for (int seed = 1; seed <= count; ++seed)
         QTest::addRow("seed %d", seed) << static_cast<quint32>(seed);
 }
