@@ -34,8 +34,15 @@ DocumentFrame::DocumentFrame(frmDocument *form, QWidget *parent)
     for (QAction *action : systemMenu()->actions())
         action->setShortcuts(QList<QKeySequence>());
     setWindowIcon(ownIcon());
-    connect(&form->document().history, &History::positionChanged, this, &DocumentFrame::showUnsaved);
+    m_positionChanges =
+        connect(&form->document().history, &History::positionChanged, this, &DocumentFrame::showUnsaved);
     showUnsaved();
+}
+
+// The form, which goes after it, may still tell of its document.
+DocumentFrame::~DocumentFrame()
+{
+    disconnect(m_positionChanges);
 }
 
 // What closing would not ask about is not worth a dot.

@@ -16,6 +16,7 @@ class DocumentFrame final : public QMdiSubWindow
 public:
     // Takes the form over.
     explicit DocumentFrame(frmDocument *form, QWidget *parent = nullptr);
+    ~DocumentFrame() override;
 
     frmDocument *form() const { return m_form; }
 
@@ -34,5 +35,6 @@ private:
     void showUnsaved();
 
     frmDocument *const m_form;
+    QMetaObject::Connection m_positionChanges;
     bool m_showsUnsaved = false;
 };
