@@ -82,6 +82,16 @@ void DocumentFrame::changeEvent(QEvent *event)
     m_form->releasePane();
 }
 
+// A frame that was maximised while the main window was hidden has its caption still to put into the main title.
+void DocumentFrame::showEvent(QShowEvent *event)
+{
+    QMdiSubWindow::showEvent(event);
+    if (!isMaximized())
+        return;
+    QEvent change(QEvent::WindowTitleChange);
+    QApplication::sendEvent(this, &change);
+}
+
 void DocumentFrame::closeEvent(QCloseEvent *event)
 {
     QMdiSubWindow::closeEvent(event);

@@ -13,6 +13,7 @@
 #include <QApplication>
 #include <QMdiArea>
 #include <QMenu>
+#include <QMenuBar>
 #include <QPushButton>
 #include <QSignalSpy>
 #include <QTest>
@@ -35,6 +36,7 @@ private Q_SLOTS:
     void theMenuTilesTheWindowsSideBySide();
     void theMenuArrangesTheIconsOfMinimisedWindows();
     void aMaximisedDocumentsCaptionJoinsTheMainTitle();
+    void aDocumentThatIsThereAtTheStartJoinsItsCaptionToo();
     void aNewDocumentBesideAMaximisedOneIsMaximisedToo();
     void aMinimisedDocumentTakesNoKeys_data();
     void aMinimisedDocumentTakesNoKeys();
@@ -142,6 +144,19 @@ void tst_DocumentWindows::aMaximisedDocumentsCaptionJoinsTheMainTitle()
     QCOMPARE(m_main->main.windowTitle(), u"Quillery - [%1]"_s.arg(file));
     frames()[0]->showNormal();
     QCOMPARE(m_main->main.windowTitle(), u"Quillery"_s);
+}
+
+// As a user starts the program: documents are opened maximised before the main window shows.
+void tst_DocumentWindows::aDocumentThatIsThereAtTheStartJoinsItsCaptionToo()
+{
+    m_main.reset();
+    m_main = std::make_unique<MainFixture>();
+    m_main->main.setMaximised(false, true);
+    m_main->choose("mnuFileNew");
+    m_main->main.show();
+    QVERIFY(frames()[0]->isMaximized());
+    QCOMPARE(m_main->main.windowTitle(), u"Quillery - [%1]"_s.arg(frames()[0]->windowTitle()));
+    QVERIFY(m_main->main.menuBar()->cornerWidget());
 }
 
 void tst_DocumentWindows::aNewDocumentBesideAMaximisedOneIsMaximisedToo()
