@@ -31,30 +31,10 @@ header() {
 
 left='' top='' height=''
 
-# find_rows: learns where the outline's first row is and how high rows are: it is what stops being highlighted when the
-# selection leaves it. Leaves the root selected.
+# find_rows: learns where the outline's first row is and how high rows are. Leaves the root selected.
 find_rows() {
     key Home
-    sleep 0.3
-    import -silent -window root "png:$work/selected.png"
-    key Down
-    sleep 0.3
-    import -silent -window root "png:$work/left.png"
-    key Home
-    read -r left top height < <(awk -F'[,:() ]+' '
-        FNR == NR {
-            if ($5 > 180 && $3 < 80)
-                blue[$1, $2]
-            next
-        }
-        ($1, $2) in blue && $3 == 255 && $4 == 255 && $5 == 255 {
-            if (!count[$2]++)
-                left[$2] = $1
-            if (count[$2] == 20 && !height++)
-                top = $2
-        }
-        END { print left[top], top, height }' <(convert "$work/selected.png" txt:-) <(convert "$work/left.png" txt:-))
-    ((height > 9)) || fail "the outline's rows are not to be seen"
+    find_marked_row Down Home
 }
 
 # point ROW [SHIFT]: moves the pointer to the label of a row counted from 0, SHIFT pixels to the right.
@@ -133,6 +113,14 @@ drag 1 4
 expect_outline "$file" '0 Root' '0.1 B' '0.2 C' '0.3 tagged A' '0.3.1 A1' '0.4 D' '0.4.1 D1'
 expect_dump "$file" '0.3 tagged visible A: a'
 expect_dump "$file" 'selected KEY0.3'
+
+# Taken back by keys, and done again: what is saved is what was there, to the byte.
+cp "$file" "$work/dragged.qly"
+key ctrl+z
+expect_outline "$file" '0 Root' '0.1 tagged A' '0.1.1 A1' '0.2 B' '0.3 C' '0.4 D' '0.4.1 D1'
+key ctrl+y
+expect_outline "$file" '0 Root' '0.1 B' '0.2 C' '0.3 tagged A' '0.3.1 A1' '0.4 D' '0.4.1 D1'
+expect_same "$file" "$work/dragged.qly"
 
 # Rows: 0 Root, 1 B, 2 C, 3 A, 4 A1, 5 D. A copy stays untagged; it lands before the next entry.
 point 3

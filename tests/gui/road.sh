@@ -108,6 +108,31 @@ text() {
     sleep 0.15
 }
 
+# find_marked_row KEY BACK: learns where the highlighted row of a list is and how high rows are, as left, top and height: it
+# is what stops being highlighted when KEY moves the mark. BACK moves it back.
+find_marked_row() {
+    sleep 0.3
+    import -silent -window root "png:$work/marked.png"
+    key "$1"
+    sleep 0.3
+    import -silent -window root "png:$work/left.png"
+    key "$2"
+    read -r left top height < <(awk -F'[,:() ]+' '
+        FNR == NR {
+            if ($5 > 180 && $3 < 80)
+                blue[$1, $2]
+            next
+        }
+        ($1, $2) in blue && $3 == 255 && $4 == 255 && $5 == 255 {
+            if (!count[$2]++)
+                left[$2] = $1
+            if (count[$2] == 20 && !height++)
+                top = $2
+        }
+        END { print left[top], top, height }' <(convert "$work/marked.png" txt:-) <(convert "$work/left.png" txt:-))
+    ((height > 9)) || fail "no row is seen to be marked"
+}
+
 # expect_dump FILE LINE: waits until the file keeps the format's rules and its dump has the line.
 expect_dump() {
     local try

@@ -65,5 +65,61 @@ expect_dump "$work/small.qly" '0.1 visible Renamed: First text'
 expect_dump "$work/small.qly" '0.1.1 visible Made: '
 ! "$native_dump" "$work/small.qly" | grep -q Deep || fail "what was deleted again is still there"
 
+# Words are typed, replaced in all texts from the dialog, and more are typed: each is taken back alone.
+key Home
+key alt+t
+key Home
+key ctrl+s
+cp "$work/small.qly" "$work/before.qly"
+key Tab
+key ctrl+Home
+text "typed text "
+key alt+s
+key r
+sleep 0.5
+key ctrl+a
+text "text"
+key alt+p
+text "word"
+key alt+h
+key Down
+key Down
+key Return
+key alt+a
+sleep 1
+key Return
+key Escape
+# The last entry in which something was replaced is the selected one.
+key ctrl+Home
+text "more "
+key ctrl+s
+expect_dump "$work/small.qly" '0 visible Notes: typed word Root word'
+expect_dump "$work/small.qly" '0.1 visible Renamed: more First word'
+key ctrl+z
+key ctrl+z
+key ctrl+s
+expect_dump "$work/small.qly" '0 visible Notes: typed text Root text'
+expect_dump "$work/small.qly" '0.1 visible Renamed: First text'
+key ctrl+z
+key ctrl+s
+expect_same "$work/before.qly" "$work/small.qly"
+
+# The list of steps, by the mouse: a click on the row above the marked one goes back to it.
+key ctrl+y
+key ctrl+y
+key alt+l
+key h
+sleep 0.5
+key alt+l
+key h
+sleep 0.5
+find_marked_row Up Down
+xdotool mousemove $((left + 40)) $((top - height / 2)) click 1
+sleep 0.5
+key Escape
+key ctrl+s
+expect_dump "$work/small.qly" '0 visible Notes: typed text Root text'
+expect_dump "$work/small.qly" '0.1 visible Renamed: First text'
+
 quit_program
 end_road
