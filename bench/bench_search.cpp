@@ -4,6 +4,7 @@
 // Searching all texts of a document: a search that finds nothing beside a pass that only inflates the texts, and
 // replacing every match.
 
+#include "document/UndoRedo.h"
 #include "document/modNodes.h"
 #include "model/Entry.h"
 #include "model/StoredText.h"
@@ -121,10 +122,44 @@ void replaceAll(benchmark::State &state)
                                                                             benchmark::Counter::kInvert);
 }
 
+// Undoing it and doing it again, beside doing it.
+void undoReplaceAll(benchmark::State &state)
+{
+    const int entries = static_cast<int>(state.range(0));
+    std::clock_t doing = 0;
+    std::clock_t undoing = 0;
+    std::clock_t redoing = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        auto program = std::make_unique<SearchFixture>();
+        fill(*program, entries, 2);
+        g_sSearchFind = u"match"_s;
+        g_sSearchReplace = u"word"_s;
+        const std::clock_t start = std::clock();
+        modSearch::SearchReplaceAll();
+        const std::clock_t done = std::clock();
+        state.ResumeTiming();
+        if (!undoStep(program->document))
+            state.SkipWithError("not undone");
+        state.PauseTiming();
+        const std::clock_t undone = std::clock();
+        if (!redoStep(program->document))
+            state.SkipWithError("not redone");
+        redoing += std::clock() - undone;
+        undoing += undone - done;
+        doing += done - start;
+        program.reset();
+        state.ResumeTiming();
+    }
+    state.counters["undo_to_doing"] = static_cast<double>(undoing) / static_cast<double>(doing);
+    state.counters["redo_to_doing"] = static_cast<double>(redoing) / static_cast<double>(doing);
+}
+
 } // namespace
 
 BENCHMARK(findNothing)->Arg(1000)->Arg(10000)->Arg(32767)->Unit(benchmark::kMillisecond);
 BENCHMARK(inflateOnly)->Arg(1000)->Arg(10000)->Arg(32767)->Unit(benchmark::kMillisecond);
+BENCHMARK(undoReplaceAll)->Arg(5000)->Iterations(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(replaceAll)->Args({500, 2})->Args({5000, 2})->Args({1, 1000})->Args({1, 2000})->Unit(benchmark::kMillisecond);
 
 int main(int argc, char *argv[])
