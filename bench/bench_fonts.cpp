@@ -7,6 +7,7 @@
 #include "model/Entry.h"
 #include "model/StoredText.h"
 #include "search/SearchFixture.h"
+#include "support/RawOutline.h"
 
 #include <QApplication>
 
@@ -31,7 +32,7 @@ void documentFont(benchmark::State &state)
 {
     const int entries = static_cast<int>(state.range(0));
     SearchFixture program;
-    EntryTree &tree = program.document.outline->tree;
+    EntryTree &tree = rawOutline(program.document).tree;
     Entry *root = tree.insert(Relationship::tvwChild, nullptr);
     tree.setStoredText(root, storedText(0));
     for (int i = 1; i < entries; ++i)

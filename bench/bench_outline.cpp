@@ -5,6 +5,7 @@
 // siblings, on a chain 2,000 levels deep and on a full outline of 32,767 entries.
 
 #include "outline/modOutline.h"
+#include "support/RawOutline.h"
 #include "window/WindowFixture.h"
 
 #include "document/modDoc.h"
@@ -65,7 +66,7 @@ public:
 
     Document &document() { return *DocumentActive(); }
 
-    EntryTree &tree() { return document().outline->tree; }
+    EntryTree &tree() { return rawOutline(document()).tree; }
 
     // Until all is laid out and drawn.
     void settle() { QCoreApplication::processEvents(); }

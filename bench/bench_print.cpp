@@ -9,6 +9,7 @@
 #include "pages/PrintComposition.h"
 #include "print/PrintRTF.h"
 #include "support/FakeDocument.h"
+#include "support/RawOutline.h"
 
 #include <QAbstractTextDocumentLayout>
 #include <QApplication>
@@ -43,7 +44,7 @@ class BushyDocument
 public:
     explicit BushyDocument(int entries)
     {
-        EntryTree &tree = m_fake.document.outline->tree;
+        EntryTree &tree = rawOutline(m_fake.document).tree;
         std::vector<Entry *> all;
         for (int i = 0; i < entries; ++i) {
             Entry *entry = tree.insert(Relationship::tvwChild, i == 0 ? nullptr : all[std::size_t(i - 1) / 10]);

@@ -12,6 +12,7 @@
 #include "rtf/Rtf.h"
 #include "search/SearchFixture.h"
 #include "search/modSearch.h"
+#include "support/RawOutline.h"
 
 #include <QApplication>
 
@@ -53,7 +54,7 @@ QByteArray storedText(int number, int matches)
 
 void fill(SearchFixture &program, int entries, int matches)
 {
-    EntryTree &tree = program.document.outline->tree;
+    EntryTree &tree = rawOutline(program.document).tree;
     Entry *root = tree.insert(Relationship::tvwChild, nullptr);
     for (int i = 1; i < entries; ++i)
         tree.setStoredText(tree.insert(Relationship::tvwChild, root), storedText(i, matches));

@@ -9,6 +9,7 @@
 #include "model/StoredText.h"
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
+#include "support/RawOutline.h"
 #include "window/frmDocument.h"
 
 #include <QApplication>
@@ -53,7 +54,7 @@ void typing(benchmark::State &state)
     program.choose("mnuFileNew");
     Document &document = *DocumentActive();
     Entry *root = document.tree.root();
-    document.outline->tree.setStoredText(root, NodeTextCompressIfRequired(textOf(characters)));
+    rawOutline(document).tree.setStoredText(root, NodeTextCompressIfRequired(textOf(characters)));
     modNodes::NodeSelectFull(document, root);
     auto &box = dynamic_cast<RichTextBox &>(document.view()->txtRTF);
     box.setFocus();

@@ -9,6 +9,7 @@
 #include "document/modNodes.h"
 #include "model/StoredText.h"
 #include "platform/TreeView.h"
+#include "support/RawOutline.h"
 #include "window/frmDocument.h"
 
 #include <QApplication>
@@ -51,7 +52,7 @@ public:
 
     ~Program() { DocumentActive()->history.markSaved(); }
 
-    EntryTree &tree() { return DocumentActive()->outline->tree; }
+    EntryTree &tree() { return rawOutline(*DocumentActive()).tree; }
 
     TreeView &view() { return *static_cast<frmDocument &>(DocumentActive()->view()->window).treeView; }
 

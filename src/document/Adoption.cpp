@@ -10,7 +10,7 @@
 #include <algorithm>
 
 Adoption::Adoption(Document &document, Entry *own, const Outline &theirs, const Entry *theirTop)
-    : m_outline(*document.outline)
+    : m_outline(document.outline())
     , m_history(document.history)
     , m_theirs(theirs)
     , m_pairs{{own, theirTop, {}}}

@@ -39,7 +39,7 @@ private:
     void addMissing(const Pair &pair, change::Insert &insert) const;
     void tagInserted(const Pair &pair);
 
-    Outline &m_outline;
+    const Outline &m_outline;
     History &m_history;
     const Outline &m_theirs;
     std::vector<Pair> m_pairs;

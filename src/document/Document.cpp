@@ -22,12 +22,12 @@ LabelEditMode optionalLabelEdit()
 }
 
 Document::Document(std::unique_ptr<Outline> read)
-    : outline(read ? std::move(read) : std::make_unique<Outline>())
-    , tree(outline->tree)
-    , m_fntOutlineFont(outline->outlineFont)
-    , m_fntTextFont(outline->textFont)
-    , texts(outline->tree)
-    , history(*outline)
+    : m_outline(read ? std::move(read) : std::make_unique<Outline>())
+    , tree(m_outline->tree)
+    , m_fntOutlineFont(m_outline->outlineFont)
+    , m_fntTextFont(m_outline->textFont)
+    , texts(m_outline->tree)
+    , history(*m_outline)
 {
     history.setLiveTexts(&texts);
     connect(&texts, &LiveTexts::stepAdded, &history, &History::appendTextStep);
@@ -76,6 +76,13 @@ void Document::setView(DocumentView *shownBy)
     texts.setShown(nullptr);
     if (m_view && !m_sCaption.isEmpty())
         m_view->window.setCaption(m_sCaption);
+}
+
+void Document::takeForeignRecords(const Outline &read)
+{
+    m_outline->tree.setForeignRecords(tree.root(), read.tree.root()->foreignRecords());
+    m_outline->foreignHeader = read.foreignHeader;
+    m_outline->foreignTrailer = read.foreignTrailer;
 }
 
 void Document::setPaneFonts(const clsFont &outlineFont, const clsFont &textFont)

@@ -144,6 +144,13 @@ public:
     // The standing notices, the gravest first.
     const std::vector<DocumentNotice> &notices() const { return m_notices; }
 
+    // What its file holds of it, or will hold. It is given out to be read: every change is made by the history.
+    const Outline &outline() const { return *m_outline; }
+
+    // Takes over what a file says beside its entries, texts and fonts, and this program does not know: that is the
+    // file's own affair, which is written back as it was read, and no change.
+    void takeForeignRecords(const Outline &read);
+
     // Full path; empty for a document that was never saved.
     QString m_sFile;
     // A save of changes was given up at a question. By then they no longer count as changed.
@@ -158,8 +165,11 @@ public:
     // 1 native, -1 plain text.
     qint16 m_iFileFormatVersion = nativeFormat;
 
-    // What the file holds of it, or will hold, and the parts of that by their own names.
-    const std::unique_ptr<Outline> outline;
+private:
+    const std::unique_ptr<Outline> m_outline;
+
+public:
+    // The parts of the outline by their own names.
     const EntryTree &tree;
     const clsFont &m_fntOutlineFont;
     const clsFont &m_fntTextFont;

@@ -89,7 +89,7 @@ void remarkOnOddities(const Document &document, OpenedFile &file)
         return;
     }
     ComparingSink sink(file.buffer);
-    formatOfVersion(document.m_iFileFormatVersion).write(*document.outline, sink);
+    formatOfVersion(document.m_iFileFormatVersion).write(document.outline(), sink);
     if (!sink.same())
         result.remark = u"the file differs from what saving it unchanged would write"_s;
 }

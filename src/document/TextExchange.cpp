@@ -48,7 +48,7 @@ void exportText(const Document &document, const QString &sFile)
     if (!document.tree.root())
         throw RunTimeError(ErrorNumber::InvalidCall);
     SafeFile file(sFile);
-    modDocText::write(*document.outline, file);
+    modDocText::write(document.outline(), file);
     file.flushToDisk();
     file.replace();
 }
@@ -97,7 +97,7 @@ void DocExport()
         if (!document)
             return;
         const HourglassPointer hourglass;
-        ports().clipboard->setText(modDocText::plainTextLayout(*document->outline));
+        ports().clipboard->setText(modDocText::plainTextLayout(document->outline()));
     });
 }
 

@@ -20,7 +20,7 @@ namespace
 
 void adoptOutline(Document &document, OpenedFile &file)
 {
-    Outline &theirs = *file.read.outline;
+    const Outline &theirs = *file.read.outline;
     const bool isNative = file.iVersion == Document::nativeFormat;
     Adoption adoption(document, document.tree.root(), theirs, theirs.tree.root());
     {
@@ -32,10 +32,7 @@ void adoptOutline(Document &document, OpenedFile &file)
     }
     if (!document.tree.selected())
         document.history.select(adoption.counterpart(theirs.tree.selected()));
-    // What this program does not know of it is the file's own affair: it is written back as it is there now.
-    document.outline->tree.setForeignRecords(document.outline->tree.root(), theirs.tree.root()->foreignRecords());
-    document.outline->foreignHeader = theirs.foreignHeader;
-    document.outline->foreignTrailer = theirs.foreignTrailer;
+    document.takeForeignRecords(theirs);
     if (isNative)
         document.setPaneFonts(document.m_fntOutlineFont, document.m_fntOutlineFont);
 }

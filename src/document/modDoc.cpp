@@ -140,7 +140,7 @@ void readBack(const Document &document, const Format &format, const QByteArray &
     const ReadOutline read = format.read(content);
     if (read.failure)
         std::rethrow_exception(read.failure);
-    const QString difference = format.difference(*document.outline, *read.outline);
+    const QString difference = format.difference(document.outline(), *read.outline);
     if (!difference.isEmpty())
         throw RunTimeError(ErrorNumber::InvalidFileFormat,
                            u"%1: %2, read again, has %3"_s.arg(errorDescription(ErrorNumber::InvalidFileFormat),
@@ -153,7 +153,7 @@ bool writeDocument(Document &document, bool isOwnFile)
     // The new content is complete and on disk before the old file or its backup is touched.
     SafeFile file(document.m_sFile, [&document] { return inPlaceAccepted(document.m_sFile); });
     const Format &format = formatOfVersion(document.m_iFileFormatVersion);
-    format.write(*document.outline, file);
+    format.write(document.outline(), file);
     FileStamp stamp;
     file.flushToDisk([&](const QByteArray &content) {
         stamp.digest = ContentDigest(content);
@@ -211,13 +211,15 @@ void DocNew()
 
 Document &newDocument(std::unique_ptr<Outline> outline)
 {
+    if (!outline)
+        outline = std::make_unique<Outline>();
+    g_fntDefaultOutlineFont.CopyTo(outline->outlineFont);
+    g_fntDefaultTextFont.CopyTo(outline->textFont);
     Document &document = openUntitled(std::move(outline));
     DocumentView *view = document.view();
     if (view)
         view->trvOutline.setPaneVisible(false);
     document.setPaneFonts(g_fntDefaultOutlineFont, g_fntDefaultTextFont);
-    g_fntDefaultOutlineFont.CopyTo(document.outline->outlineFont);
-    g_fntDefaultTextFont.CopyTo(document.outline->textFont);
     document.history.forgetSaved();
     document.m_iFileFormatVersion = Document::nativeFormat;
     if (view) {

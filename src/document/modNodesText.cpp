@@ -72,8 +72,8 @@ void NodeTextPut(Document &document, Entry *entry)
         // A pane that could not be filled anew still holds another entry's text, which can only become that one's.
         if (const auto &text = document.view()->txtRTF.shown(); text == document.texts.shown())
             document.texts.store();
-        else if (entry)
-            document.outline->tree.setPendingText(entry, [text] { return text->toStored(); });
+        else if (entry && text)
+            document.history.setStoredText(entry, text->toStored());
     });
 }
 

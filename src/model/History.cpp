@@ -129,6 +129,11 @@ History::~History()
     m_outline.tree.setLabelWriter({});
 }
 
+QAbstractItemModel &History::itemModel()
+{
+    return m_outline.tree;
+}
+
 void History::setMaximumWeight(qsizetype weight)
 {
     m_maximumWeight = weight;

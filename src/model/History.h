@@ -13,6 +13,7 @@
 #include <vector>
 
 class HistoryWitness;
+class QAbstractItemModel;
 struct Outline;
 
 // What was done to one outline, and may be undone and redone: the one road on which an outline that belongs to a
@@ -57,6 +58,9 @@ public:
     void setMaximumWeight(qsizetype weight);
 
     const Outline &outline() const { return m_outline; }
+
+    // The outline for who shows it. A label that is written through it is a change.
+    QAbstractItemModel &itemModel();
 
 private:
     enum class StepKind { OfAction, OfOneChange, OfText };

@@ -5,6 +5,7 @@
 
 #include "model/EntryTree.h"
 #include "model/History.h"
+#include "model/Outline.h"
 #include "platform/LabelDelegate.h"
 
 #include <QFocusEvent>
@@ -69,47 +70,47 @@ TreeView::TreeView(QWidget *parent)
 
 TreeView::~TreeView() = default;
 
-void TreeView::setEntryTree(EntryTree *tree, History *history)
+void TreeView::setHistory(History *history)
 {
     const MirrorGuard guard(*this);
     m_link = std::make_unique<QObject>();
-    m_tree = tree;
     m_history = history;
+    m_tree = history ? &history->outline().tree : nullptr;
     // The order of the connections is the order of the calls: the view's own lie between ours.
-    if (tree)
-        connectBeforeView(*tree);
+    if (m_tree)
+        connectBeforeView();
     const std::unique_ptr<QItemSelectionModel> oldSelection(selectionModel());
-    setModel(tree);
-    if (!tree)
+    setModel(history ? &history->itemModel() : nullptr);
+    if (!m_tree)
         return;
-    connectAfterView(*tree);
+    connectAfterView();
     mirrorEverything();
     mirrorSelection();
 }
 
-EntryTree *TreeView::entryTree() const
+const EntryTree *TreeView::entryTree() const
 {
     return m_tree;
 }
 
 // Qt moves the current row of its own accord while rows change; nothing of that is the user's doing.
-void TreeView::connectBeforeView(EntryTree &tree)
+void TreeView::connectBeforeView()
 {
     const auto begin = [this] { ++m_mirroring; };
-    connect(&tree, &EntryTree::modelAboutToBeReset, m_link.get(), begin);
-    connect(&tree, &EntryTree::rowsAboutToBeInserted, m_link.get(), begin);
-    connect(&tree, &EntryTree::rowsAboutToBeRemoved, m_link.get(), begin);
-    connect(&tree, &EntryTree::rowsAboutToBeMoved, m_link.get(), begin);
-    connect(&tree, &EntryTree::layoutAboutToBeChanged, m_link.get(), begin);
+    connect(m_tree, &EntryTree::modelAboutToBeReset, m_link.get(), begin);
+    connect(m_tree, &EntryTree::rowsAboutToBeInserted, m_link.get(), begin);
+    connect(m_tree, &EntryTree::rowsAboutToBeRemoved, m_link.get(), begin);
+    connect(m_tree, &EntryTree::rowsAboutToBeMoved, m_link.get(), begin);
+    connect(m_tree, &EntryTree::layoutAboutToBeChanged, m_link.get(), begin);
 }
 
-void TreeView::connectAfterView(EntryTree &tree)
+void TreeView::connectAfterView()
 {
     const auto end = [this] {
         mirrorSelection();
         --m_mirroring;
     };
-    connect(&tree, &EntryTree::modelReset, m_link.get(), [this, end] {
+    connect(m_tree, &EntryTree::modelReset, m_link.get(), [this, end] {
         mirrorEverything();
         end();
         openWaitingEditor();
@@ -123,20 +124,20 @@ void TreeView::connectAfterView(EntryTree &tree)
         mirrorParent(parent);
         end();
     };
-    connect(&tree, &EntryTree::rowsInserted, m_link.get(), endRows);
-    connect(&tree, &EntryTree::rowsRemoved, m_link.get(), endRows);
-    connect(&tree, &EntryTree::rowsMoved, m_link.get(),
+    connect(m_tree, &EntryTree::rowsInserted, m_link.get(), endRows);
+    connect(m_tree, &EntryTree::rowsRemoved, m_link.get(), endRows);
+    connect(m_tree, &EntryTree::rowsMoved, m_link.get(),
             [mirrorParent, end](const QModelIndex &from, int, int, const QModelIndex &to) {
                 mirrorParent(from);
                 mirrorParent(to);
                 end();
             });
-    connect(&tree, &EntryTree::layoutChanged, m_link.get(), end);
-    connect(&tree, &EntryTree::expansionReset, m_link.get(), [this] { mirrorEverything(); });
-    connect(&tree, &EntryTree::expandedChanged, m_link.get(),
+    connect(m_tree, &EntryTree::layoutChanged, m_link.get(), end);
+    connect(m_tree, &EntryTree::expansionReset, m_link.get(), [this] { mirrorEverything(); });
+    connect(m_tree, &EntryTree::expandedChanged, m_link.get(),
             [this](Entry *entry, bool expanded) { followExpansion(entry, expanded); });
-    connect(&tree, &EntryTree::selectedChanged, m_link.get(), [this] { mirrorSelection(); });
-    connect(&tree, &EntryTree::labelChanged, m_link.get(), [this] { fitColumn(header()->sectionSize(0)); });
+    connect(m_tree, &EntryTree::selectedChanged, m_link.get(), [this] { mirrorSelection(); });
+    connect(m_tree, &EntryTree::labelChanged, m_link.get(), [this] { fitColumn(header()->sectionSize(0)); });
 }
 
 void TreeView::mirrorEverything()
@@ -194,7 +195,7 @@ void TreeView::followExpansion(Entry *entry, bool expanded)
 
 void TreeView::userChangedExpansion(const QModelIndex &index, bool expanded)
 {
-    if (m_mirroring > 0 || !m_tree)
+    if (m_mirroring > 0 || !m_history)
         return;
     Entry *entry = m_tree->entryAt(index);
     if (expanded && (entry->childCount() == 0 || entry->level() > deepestOpenLevel)) {
@@ -202,15 +203,12 @@ void TreeView::userChangedExpansion(const QModelIndex &index, bool expanded)
         collapse(index);
         return;
     }
-    if (m_history)
-        m_history->setExpanded(entry, expanded);
-    else
-        m_tree->setExpanded(entry, expanded);
+    m_history->setExpanded(entry, expanded);
 }
 
 void TreeView::userMovedTo(Entry *entry)
 {
-    m_tree->select(entry);
+    m_history->select(entry);
     Q_EMIT nodeClicked(entry);
 }
 
@@ -320,7 +318,7 @@ QModelIndex TreeView::nearestShown(const QModelIndex &index) const
 void TreeView::currentChanged(const QModelIndex &current, const QModelIndex &previous)
 {
     QTreeView::currentChanged(current, previous);
-    if (m_mirroring == 0 && m_tree && current.isValid())
+    if (m_mirroring == 0 && m_history && current.isValid())
         userMovedTo(m_tree->entryAt(current));
 }
 
@@ -396,13 +394,10 @@ void TreeView::resizeEvent(QResizeEvent *event)
 
 void TreeView::keyPressEvent(QKeyEvent *event)
 {
-    Entry *entry = m_tree ? m_tree->selected() : nullptr;
+    Entry *entry = m_history ? m_tree->selected() : nullptr;
     // One change instead of one for each descendant.
     if (event->key() == Qt::Key_Asterisk && entry) {
-        if (m_history)
-            m_history->setExpandedAll(entry, true);
-        else
-            m_tree->setExpandedAll(entry, true);
+        m_history->setExpandedAll(entry, true);
         Q_EMIT entryExpanded(entry);
         return;
     }

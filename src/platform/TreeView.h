@@ -19,8 +19,8 @@ class EntryTree;
 class History;
 class LabelDelegate;
 
-// The outline pane: shows an entry tree, follows every change of it, and turns what the user does into changes of the
-// tree and signals. Expansion and selection live in the entry tree; the view only mirrors them.
+// The outline pane: shows an entry tree, follows every change of it, and turns what the user does into changes of
+// its history and signals. Expansion and selection live in the entry tree; the view only mirrors them.
 class TreeView final : public QTreeView, public OutlinePane
 {
     Q_OBJECT
@@ -33,10 +33,12 @@ public:
     explicit TreeView(QWidget *parent = nullptr);
     ~TreeView() override;
 
-    // The tree must outlive the view or be destroyed as a whole; null shows nothing. What the user opens and closes is
-    // done through the tree's history, if it has one.
-    void setEntryTree(EntryTree *tree, History *history = nullptr);
-    EntryTree *entryTree() const;
+    // Shows the outline of a history, through which the user opens, closes, selects and renames; null shows nothing.
+    // The outline must outlive the view or be destroyed as a whole.
+    void setHistory(History *history);
+
+    // The tree that is shown, or null.
+    const EntryTree *entryTree() const;
 
     // The entry whose row contains a point of the viewport, or null, as for any point beyond the viewport. A row
     // reaches over the pane's whole width.
@@ -100,8 +102,8 @@ protected:
 private:
     class MirrorGuard;
 
-    void connectBeforeView(EntryTree &tree);
-    void connectAfterView(EntryTree &tree);
+    void connectBeforeView();
+    void connectAfterView();
     void mirrorEverything();
     void mirrorSelection();
     void mirrorExpansion(const Entry *entry, int level);
@@ -120,7 +122,7 @@ private:
 
     friend class LabelDelegate;
 
-    QPointer<EntryTree> m_tree;
+    QPointer<const EntryTree> m_tree;
     QPointer<History> m_history;
     // Carries the connections to the tree.
     std::unique_ptr<QObject> m_link;

@@ -84,5 +84,5 @@ void TreeView::applyLabelEdit(const QModelIndex &index, const QString &label)
 {
     if (!m_tree || !index.isValid())
         return;
-    m_tree->setData(index, label);
+    model()->setData(index, label);
 }

@@ -35,9 +35,9 @@ void showBroughtBack(Document &document, Entry *entry)
 ComparedVersion::ComparedVersion(Document &document, const KeptOutline &version)
     : m_document(document)
     , m_outline(outlineOf(version))
-    , m_comparison(compareOutlines(comparedEntries(version), comparedEntries(keptOutline(*document.outline))))
+    , m_comparison(compareOutlines(comparedEntries(version), comparedEntries(keptOutline(document.outline()))))
     , m_then(inOutlineOrder<const Entry>(m_outline->tree.root()))
-    , m_now(inOutlineOrder<Entry>(document.outline->tree.root()))
+    , m_now(inOutlineOrder<Entry>(document.tree.root()))
 {
     for (size_t place = 0; place < m_then.size(); ++place) {
         if (const int match = m_comparison.afterOf[place]; match >= 0)
@@ -94,7 +94,7 @@ void ComparedVersion::bringBackAll(const QString &when)
     if (!m_outline->tree.root() || !m_document.tree.root())
         return;
     const modNodes::ActionScope action;
-    Adoption adoption(m_document, m_document.outline->tree.root(), *m_outline, m_outline->tree.root());
+    Adoption adoption(m_document, m_document.tree.root(), *m_outline, m_outline->tree.root());
     {
         const History::Step step(m_document.history, u"bringing back of the version of "_s + when);
         const HistoryBulk bulk(m_document.history);
@@ -134,7 +134,7 @@ void ComparedVersion::bringBackBranch(const EntryDifference &difference)
         Adoption(m_document, own, *m_outline, source).run();
         return own;
     });
-    showBroughtBack(m_document, top ? top : m_document.outline->tree.selected());
+    showBroughtBack(m_document, top ? top : m_document.tree.selected());
 }
 
 void ComparedVersion::bringBackText(const EntryDifference &difference)

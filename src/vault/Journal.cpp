@@ -63,7 +63,7 @@ void Journal::begin(EntryId typedIn)
         m_document->tree.resolvePendingText();
     auto base = std::make_shared<RecoveryBase>();
     base->facts = facts();
-    base->snapshot = snapshotOf(*m_document->outline);
+    base->snapshot = snapshotOf(m_document->outline());
     reset();
     m_base = std::move(base);
     m_begun = true;
@@ -150,7 +150,7 @@ void Journal::carriedOut(const Change &inverse) noexcept
         if (const auto *typed = std::get_if<change::TextStep>(&inverse); typed && !m_begun)
             begin(typed->entry);
         if (m_begun && !(m_move && m_move->target))
-            m_open.push_back(loggedChange(inverse, *m_document->outline));
+            m_open.push_back(loggedChange(inverse, m_document->outline()));
     });
 }
 

@@ -124,7 +124,7 @@ void VersionKeeper::fileWritten(Document &document)
         return;
     procedure(keeperName, [&] {
         const VersionSave save{ports().clock->now(), document.m_sFile, {}};
-        enqueue([this, save, digest = digestOf(document), outline = keptOutline(*document.outline), folder = m_folder,
+        enqueue([this, save, digest = digestOf(document), outline = keptOutline(document.outline()), folder = m_folder,
                  most = m_mostBytes] {
             const Outcome outcome = keep(folder, outline, {save.time, save.file, digest.value()}, most);
             return [this, file = save.file, outcome] { answer(file, outcome); };

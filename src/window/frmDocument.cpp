@@ -72,7 +72,7 @@ frmDocument::frmDocument(Dispatcher &dispatcher, std::unique_ptr<Outline> read, 
     setObjectName(u"frmDocument"_s);
     setFocusProxy(treeView);
     outlineWidth = new OutlineWidth(*treeView, m_document->tree);
-    treeView->setEntryTree(&m_document->outline->tree, &m_document->history);
+    treeView->setHistory(&m_document->history);
     m_dragger = new OutlineDragger(*this);
     treeView->installEventFilter(this);
     textBox->installEventFilter(this);
@@ -94,7 +94,7 @@ frmDocument::~frmDocument()
     m_document->history.disconnect(this);
     treeView->disconnect(this);
     textBox->disconnect(this);
-    treeView->setEntryTree(nullptr);
+    treeView->setHistory(nullptr);
     delete m_dragger;
     if (m_counted)
         --iDocumentCount;

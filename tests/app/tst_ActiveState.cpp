@@ -10,6 +10,7 @@
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 #include "support/OutlineText.h"
+#include "support/RawOutline.h"
 #include "window/frmDocument.h"
 
 #include <QFile>
@@ -77,7 +78,7 @@ Document &tst_ActiveState::plant() const
 {
     modDoc::DocNew();
     Document &document = *DocumentActive();
-    plantOutline(document.outline->tree, {u"Root +"_s, u" A"_s, u" B <"_s, u"  B1"_s, u" C"_s});
+    plantOutline(rawOutline(document).tree, {u"Root +"_s, u" A"_s, u" B <"_s, u"  B1"_s, u" C"_s});
     modNodes::NodeSelectFull(document, document.tree.selected());
     document.giveUpChanges();
     form().treeView->setFocus();

@@ -7,6 +7,7 @@
 #include "outline/modOutline.h"
 #include "platform/DesktopClipboard.h"
 #include "rtf/Rtf.h"
+#include "support/RawOutline.h"
 #include "window/frmDocument.h"
 
 #include <QMenuBar>
@@ -241,8 +242,8 @@ void tst_CommandsInMain::everyShortcutOfACaptionRunsWhatItsItemRuns()
         modNodes::NodeInsert(document, Relationship::tvwChild, middle);
         int number = 0;
         for (Entry *entry = document.tree.root(); entry; entry = nextInOutline(entry, document.tree.root()))
-            document.outline->tree.setLabel(entry, u"Entry %1"_s.arg(++number));
-        document.outline->tree.setExpanded(middle, item == u"mnuOutlineCollapse");
+            rawOutline(document).tree.setLabel(entry, u"Entry %1"_s.arg(++number));
+        rawOutline(document).tree.setExpanded(middle, item == u"mnuOutlineCollapse");
         modNodes::NodeSelectFull(document, item == u"mnuOutlineUnindent" ? middle->firstChild() : middle);
         m_main->choose("mnuOutlineCopy");
         document.view()->txtRTF.setSelText(u"some words here"_s);

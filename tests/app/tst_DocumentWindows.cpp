@@ -7,6 +7,7 @@
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 #include "support/Obstacles.h"
+#include "support/RawOutline.h"
 #include "window/NoticeBar.h"
 #include "window/frmDocument.h"
 
@@ -267,10 +268,10 @@ void tst_DocumentWindows::aDocumentOpensWithItsSelectedEntryInSight()
     QFETCH(const bool, beforeTheMainWindow);
     modDoc::DocNew();
     Document &made = *DocumentActive();
-    made.outline->tree.insert(Relationship::tvwChild, nullptr);
+    rawOutline(made).tree.insert(Relationship::tvwChild, nullptr);
     for (int number = 0; number < 60; ++number)
-        made.outline->tree.select(made.outline->tree.insert(Relationship::tvwChild, made.tree.root()));
-    made.outline->tree.setExpanded(made.tree.root(), true);
+        rawOutline(made).tree.select(rawOutline(made).tree.insert(Relationship::tvwChild, made.tree.root()));
+    rawOutline(made).tree.setExpanded(made.tree.root(), true);
     const QString file = m_main->app.folder.filePath(u"long.qly"_s);
     QVERIFY(modDoc::DocSave(file) == SaveOutcome::Saved);
     made.history.markSaved();

@@ -9,6 +9,7 @@
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 #include "support/OutlineText.h"
+#include "support/RawOutline.h"
 #include "window/frmDocument.h"
 
 #include <QApplication>
@@ -77,7 +78,7 @@ Document &tst_LabelEditing::plant(const QStringList &outline)
 {
     modDoc::DocNew();
     Document &document = *DocumentActive();
-    plantOutline(document.outline->tree, outline);
+    plantOutline(rawOutline(document).tree, outline);
     modNodes::NodeSelect(document, document.tree.selected());
     document.m_sFile = m_main->app.folder.filePath(u"planted.qly"_s);
     modDoc::DocSave(document.m_sFile);

@@ -3,6 +3,7 @@
 
 #include "app/MainFixture.h"
 #include "commands/ToolbarTable.h"
+#include "support/RawOutline.h"
 
 #include "support/OutlineText.h"
 
@@ -70,7 +71,7 @@ Document &tst_OutlineMenu::plant(const QStringList &outline)
 {
     modDoc::DocNew();
     Document &document = *DocumentActive();
-    plantOutline(document.outline->tree, outline);
+    plantOutline(rawOutline(document).tree, outline);
     modNodes::NodeSelect(document, document.tree.selected());
     document.history.markSaved();
     view().setFocus();

@@ -10,6 +10,7 @@
 #include "platform/TreeView.h"
 #include "search/modSearch.h"
 #include "support/OutlineText.h"
+#include "support/RawOutline.h"
 #include "util/ByteSink.h"
 #include "window/frmDocument.h"
 
@@ -64,7 +65,7 @@ public:
 QByteArray bytesOf(const Document &document)
 {
     SinkOfBytes sink;
-    formatOfVersion(formatVersion::native).write(*document.outline, sink);
+    formatOfVersion(formatVersion::native).write(document.outline(), sink);
     return sink.bytes;
 }
 
@@ -414,7 +415,7 @@ void tst_UndoEveryRow::init()
     m_main->choose("mnuFileNew");
     Document &document = *DocumentActive();
     document.view()->trvOutline.EndLabelEdit();
-    EntryTree &tree = document.outline->tree;
+    EntryTree &tree = rawOutline(document).tree;
     tree.remove(tree.root());
     plantOutline(tree, {u"Root +"_s, u" A +"_s, u"  A1"_s, u" B +*"_s, u"  B2"_s, u"  B1"_s, u" C"_s, u"  C1"_s});
     for (const Entry *entry = tree.root(); entry; entry = nextInOutline(entry, tree.root()))

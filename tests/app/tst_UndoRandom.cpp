@@ -46,7 +46,7 @@ public:
 QByteArray savedBytes(const Document &document)
 {
     BytesInMemory sink;
-    formatOfVersion(formatVersion::native).write(*document.outline, sink);
+    formatOfVersion(formatVersion::native).write(document.outline(), sink);
     return sink.bytes;
 }
 

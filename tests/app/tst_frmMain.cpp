@@ -6,6 +6,7 @@
 #include "commands/CommandTable.h"
 #include "document/modDoc.h"
 #include "document/modNodes.h"
+#include "support/RawOutline.h"
 #include "window/frmDocument.h"
 
 #include <QDropEvent>
@@ -265,7 +266,7 @@ void tst_frmMain::everyRefreshOfTheCommandsTellsTheWholeState()
     if (situation == u"text"_s)
         m_main->choose("mnuViewGoToText");
     if (situation == u"nothing selected"_s)
-        DocumentActive()->outline->tree.select(nullptr);
+        rawOutline(*DocumentActive()).tree.select(nullptr);
     const auto state = [this] {
         QStringList found;
         for (const CommandRow &row : commandTable) {
@@ -513,7 +514,7 @@ void tst_frmMain::saveAllSavesEachDocumentToItsOwnFile()
     m_main->main.MDIForm_Load();
     for (Document *document : m_main->main.windows().documents()) {
         const QByteArray text = QFileInfo(document->m_sFile).baseName().toLatin1();
-        document->outline->tree.setStoredText(document->tree.root(), text);
+        rawOutline(*document).tree.setStoredText(document->tree.root(), text);
         document->history.touch();
     }
     m_main->choose("mnuFileSaveAll");
@@ -528,7 +529,7 @@ void tst_frmMain::theStatusBarShowsTheSelectedEntry()
 {
     m_main->start();
     Document &document = newDocument();
-    document.outline->tree.setLabel(document.tree.root(), u"Ideas"_s);
+    rawOutline(document).tree.setLabel(document.tree.root(), u"Ideas"_s);
     modNodes::NodeSelectFull(document, document.tree.root());
     QCOMPARE(statusText()->text(), u"Ideas"_s);
     m_main->main.surface().UpdateStatusBar(nullptr);

@@ -5,6 +5,7 @@
 #include "document/modDoc.h"
 #include "outline/modOutline.h"
 #include "support/FakePorts.h"
+#include "support/RawOutline.h"
 #include "util/ByteSink.h"
 
 #include <QTemporaryDir>
@@ -285,7 +286,7 @@ void tst_CommandState::moveDownNeedsAFollowingSiblingSomewhereBelowTheRoot()
 {
     const FakePorts fakes;
     Document &document = ports().windows->createDocument();
-    EntryTree &tree = document.outline->tree;
+    EntryTree &tree = rawOutline(document).tree;
     Entry *root = tree.insert(Relationship::tvwFirst, nullptr);
     Entry *first = tree.insert(Relationship::tvwChild, root);
     Entry *grandchild = tree.insert(Relationship::tvwChild, first);
@@ -326,7 +327,7 @@ void tst_CommandState::theStateDescribesTheSelectedEntry()
 {
     const FakePorts fakes;
     Document &document = ports().windows->createDocument();
-    EntryTree &tree = document.outline->tree;
+    EntryTree &tree = rawOutline(document).tree;
     Entry *root = tree.insert(Relationship::tvwFirst, nullptr);
     Entry *first = tree.insert(Relationship::tvwChild, root);
     Entry *second = tree.insert(Relationship::tvwNext, first);
@@ -373,7 +374,7 @@ void tst_CommandState::withoutASelectedEntryOnlyTheDocumentsCount()
 void tst_CommandState::aCopiedEntryCanBePastedAsLongAsItExists()
 {
     const FakePorts fakes;
-    EntryTree &tree = ports().windows->createDocument().outline->tree;
+    EntryTree &tree = rawOutline(ports().windows->createDocument()).tree;
     Entry *root = tree.insert(Relationship::tvwFirst, nullptr);
     Entry *child = tree.insert(Relationship::tvwChild, root);
     tree.select(root);
@@ -397,7 +398,7 @@ void tst_CommandState::saveAllNeedsAnyDocumentThatMayBeWritten()
     Document &writable = fakes.windows.createDocument();
     Document &readOnly = fakes.windows.createDocument();
     readOnly.m_sFile = path;
-    readOnly.outline->tree.select(readOnly.outline->tree.insert(Relationship::tvwFirst, nullptr));
+    rawOutline(readOnly).tree.select(rawOutline(readOnly).tree.insert(Relationship::tvwFirst, nullptr));
     QVERIFY(readOnly.bReadOnly());
     CommandState state = currentCommandState();
     QVERIFY(state.AnyWritable && !state.ActiveWritable);
@@ -412,7 +413,7 @@ void tst_CommandState::aFileThatTurnsReadOnlyLeavesItsDocumentSavable()
     const QTemporaryDir folder;
     FakePorts fakes;
     Document &document = fakes.windows.createDocument();
-    document.outline->tree.select(document.outline->tree.insert(Relationship::tvwFirst, nullptr));
+    rawOutline(document).tree.select(rawOutline(document).tree.insert(Relationship::tvwFirst, nullptr));
     const QString path = folder.filePath(u"notes.qly"_s);
     QCOMPARE(modDoc::DocSave(path), SaveOutcome::Saved);
     QVERIFY(QFile::setPermissions(path, QFile::ReadOwner));

@@ -6,6 +6,7 @@
 #include "support/FormatsFixture.h"
 #include "support/NativeChecker.h"
 #include "support/Obstacles.h"
+#include "support/RawOutline.h"
 
 #include <QElapsedTimer>
 #include <QRandomGenerator>
@@ -62,13 +63,13 @@ QByteArray smallDocument()
                              .plant({u"Notes +"_s, u" First +*"_s, u"  \u00C9t\u00E9 <"_s, u"  Below"_s,
                                      u" \u03B1 second"_s, u"  Hidden"_s})
                              .document;
-    document.outline->textFont.setBold(true);
+    rawOutline(document).textFont.setBold(true);
     int number = 0;
     for (const Entry *entry = document.tree.root(); entry; entry = nextInOutline(entry, document.tree.root())) {
         const QByteArray text =
             "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0 Text " + QByteArray::number(++number) + "\\par}";
         const QByteArray kinds[] = {NodeTextCompressIfRequired(text), text, QByteArray()};
-        document.outline->tree.setStoredText(const_cast<Entry *>(entry), kinds[number % 3]);
+        rawOutline(document).tree.setStoredText(const_cast<Entry *>(entry), kinds[number % 3]);
     }
     return FormatsFixture::savedNative(document);
 }

@@ -11,6 +11,7 @@
 #include "support/FakeDocument.h"
 #include "support/NativeBytes.h"
 #include "support/Obstacles.h"
+#include "support/RawOutline.h"
 #include "util/RunTimeError.h"
 
 #include <QTest>
@@ -64,7 +65,7 @@ void tst_DocumentAlone::madeChangedAndSaved()
     QCOMPARE(dumpOutline(document.tree), QStringList({u"New Entry +"_s, u" Child *<"_s}));
     const QString sFile = (*m_folder)(u"a.qly"_s);
     QCOMPARE(modDoc::save(document, sFile), SaveOutcome::Saved);
-    QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(*document.outline));
+    QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(document.outline()));
     QCOMPARE(document.m_sFile, sFile);
     QCOMPARE(document.caption(), sFile);
     modNodes::NodeDelete(document, child);
@@ -92,7 +93,7 @@ void tst_DocumentAlone::aFontForAllItsTexts()
 {
     Document document;
     Entry *root = modNodes::NodeInsert(document, Relationship::tvwFirst, nullptr);
-    document.outline->tree.setStoredText(root, "words");
+    rawOutline(document).tree.setStoredText(root, "words");
     clsFont font;
     font.setName(u"Courier New"_s);
     font.setSize(14 * clsFont::point);
@@ -111,7 +112,7 @@ void tst_DocumentAlone::aFileThatCannotBeReadWholeIsNoDocument()
 void tst_DocumentAlone::formattingIsNotGivenUpUnasked()
 {
     Document document;
-    plantOutline(document.outline->tree, {u"Root"_s, u" A"_s});
+    plantOutline(rawOutline(document).tree, {u"Root"_s, u" A"_s});
     QCOMPARE(modDoc::save(document, (*m_folder)(u"a.txt"_s)), SaveOutcome::Refused);
     QCOMPARE(m_folder->names(), QStringList());
 }
@@ -120,8 +121,8 @@ void tst_DocumentAlone::aViewComesAndGoes()
 {
     Document document;
     document.setCaption(u"Document 1"_s);
-    plantOutline(document.outline->tree, {u"Root"_s});
-    document.outline->tree.setStoredText(document.tree.root(), "words");
+    plantOutline(rawOutline(document).tree, {u"Root"_s});
+    rawOutline(document).tree.setStoredText(document.tree.root(), "words");
     FakeOutlinePane outline;
     FakeTextPane text;
     FakeDocumentWindow window;

@@ -5,6 +5,7 @@
 #include "model/StoredText.h"
 #include "support/FormatsFixture.h"
 #include "support/Obstacles.h"
+#include "support/RawOutline.h"
 
 #include <QTest>
 
@@ -202,9 +203,9 @@ void tst_OtherFiles::formattingIsAskedAboutBeforeItGoes()
     QFETCH(const bool, asks);
     m_folder->write(u"notes.txt"_s, "as it was");
     QVERIFY(modDoc::DocLoad(path(u"notes.txt"_s)));
-    active().outline->textFont.setName(u"Arial"_s);
-    active().outline->textFont.setSize(10 * clsFont::point);
-    active().outline->tree.setStoredText(active().tree.root(), NodeTextCompressIfRequired(text));
+    rawOutline(active()).textFont.setName(u"Arial"_s);
+    rawOutline(active()).textFont.setSize(10 * clsFont::point);
+    rawOutline(active()).tree.setStoredText(active().tree.root(), NodeTextCompressIfRequired(text));
     active().history.touch();
     if (asks) {
         m_fixture->fake.dialogs.answers = {Answer::No};

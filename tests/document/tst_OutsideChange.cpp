@@ -8,6 +8,7 @@
 #include "document/modNodes.h"
 #include "support/FormatsFixture.h"
 #include "support/Obstacles.h"
+#include "support/RawOutline.h"
 
 #include <QRandomGenerator>
 #include <QSignalSpy>
@@ -402,7 +403,7 @@ void tst_OutsideChange::theirsIsOneStep()
     QVERIFY(modFile::FileSave());
     QVERIFY(undoStep(document));
     QVERIFY(document.hasUnsavedChanges());
-    document.outline->foreignTrailer.clear();
+    rawOutline(document).foreignTrailer.clear();
     QCOMPARE(contentOf(document), before);
     QVERIFY(redoStep(document));
     QVERIFY(!document.hasUnsavedChanges());
@@ -509,14 +510,14 @@ void tst_OutsideChange::anyOutlineBecomesAnyOther()
         QCOMPARE(document.tree.brokenInvariant(), QString());
         QCOMPARE(document.tree.entryCount(), other.tree.entryCount());
         const Format &format = formatOfVersion(formatVersion::native);
-        QCOMPARE(format.difference(other, *document.outline), QString());
+        QCOMPARE(format.difference(other, document.outline()), QString());
         QVERIFY(document.tree.selected());
         QVERIFY(!document.hasUnsavedChanges());
         QVERIFY(undoStep(document) || document.history.stepCount() == 0);
         QCOMPARE(document.tree.brokenInvariant(), QString());
-        QCOMPARE(format.difference(one, *document.outline), QString());
+        QCOMPARE(format.difference(one, document.outline()), QString());
         QVERIFY(redoStep(document) || document.history.stepCount() == 0);
-        QCOMPARE(format.difference(other, *document.outline), QString());
+        QCOMPARE(format.difference(other, document.outline()), QString());
         m_fixture->closeAll();
     }
 }

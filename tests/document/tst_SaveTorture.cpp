@@ -10,6 +10,7 @@
 #include "support/FakePorts.h"
 #include "support/NativeBytes.h"
 #include "support/Obstacles.h"
+#include "support/RawOutline.h"
 #include "util/ByteSink.h"
 
 #include <QDir>
@@ -179,7 +180,7 @@ void tst_SaveTorture::begin(int target, int backup)
         m_folder->write(m_real.chopped(4) + u".bak"_s, olderContent);
     g_options.Backup = backup != NoBackupWanted;
     Document &document = m_fake->windows.createDocument();
-    plantNewContent(document.outline->tree);
+    plantNewContent(rawOutline(document).tree);
     document.m_sFile = target == Another ? (*m_folder)(u"own.qly"_s) : target == New ? QString() : (*m_folder)(m_name);
     document.history.touch();
     // It was read from there, so that its file is looked at before it is replaced.

@@ -7,6 +7,7 @@
 #include "support/FakePorts.h"
 #include "support/NativeBytes.h"
 #include "support/Obstacles.h"
+#include "support/RawOutline.h"
 
 #include <QTest>
 
@@ -80,9 +81,9 @@ private:
     Document &plant(int entries)
     {
         Document &document = m_fake->windows.createDocument();
-        plantOutline(document.outline->tree, {u"Root"_s});
+        plantOutline(rawOutline(document).tree, {u"Root"_s});
         for (int i = 1; i < entries; ++i)
-            document.outline->tree.insert(Relationship::tvwChild, document.tree.root());
+            rawOutline(document).tree.insert(Relationship::tvwChild, document.tree.root());
         return document;
     }
 
@@ -504,7 +505,7 @@ void tst_modDoc::savingWritesTheFormatOfTheExtension()
     QFETCH(const bool, native);
     const Document &document = plant(1);
     QCOMPARE(modDoc::DocSave((*m_folder)(name)), SaveOutcome::Saved);
-    QCOMPARE(m_folder->read(name), native ? nativeBytes(*document.outline) : asText);
+    QCOMPARE(m_folder->read(name), native ? nativeBytes(document.outline()) : asText);
     QCOMPARE(document.m_iFileFormatVersion, native ? 1 : -1);
 }
 
@@ -515,7 +516,7 @@ void tst_modDoc::aSavedDocument()
     document.tell({NoticeKind::NotSaved, document.noted()});
     const QString sFile = (*m_folder)(u"a.qly"_s);
     bool busy = false;
-    document.outline->tree.setPendingText(document.tree.root(), [&]() -> QByteArray {
+    rawOutline(document).tree.setPendingText(document.tree.root(), [&]() -> QByteArray {
         busy = bBusy && m_fake->pointer.hourglass;
         return "typed";
     });
@@ -544,10 +545,10 @@ void tst_modDoc::theBackupHoldsTheOldContent()
     QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Saved);
     QCOMPARE(m_folder->read(u"a.bak"_s), QByteArray("first"));
     const QByteArray second = m_folder->read(u"a.qly"_s);
-    document.outline->tree.setLabel(document.tree.root(), u"Third"_s);
+    rawOutline(document).tree.setLabel(document.tree.root(), u"Third"_s);
     QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Saved);
     QCOMPARE(m_folder->read(u"a.bak"_s), second);
-    QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(*document.outline));
+    QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(document.outline()));
     QCOMPARE(m_folder->names(), QStringList({u"a.bak"_s, u"a.qly"_s}));
 }
 
@@ -574,7 +575,7 @@ void tst_modDoc::noBackup()
     if (kind == 2)
         m_folder->write(u"a.bak"_s, "protected", 0444);
     QCOMPARE(modDoc::DocSave((*m_folder)(name)), SaveOutcome::Saved);
-    QCOMPARE(m_folder->read(name), name.endsWith(u".qly"_s) ? nativeBytes(*document.outline) : asText);
+    QCOMPARE(m_folder->read(name), name.endsWith(u".qly"_s) ? nativeBytes(document.outline()) : asText);
     QCOMPARE(m_folder->names(), names);
     if (kind == 2)
         QCOMPARE(m_folder->read(u"a.bak"_s), QByteArray("protected"));
@@ -588,7 +589,7 @@ void tst_modDoc::theBackupLiesBesideALinksTarget()
     m_folder->write(u"deep/real.qly"_s, "old");
     QVERIFY(QFile::link((*m_folder)(u"deep/real.qly"_s), (*m_folder)(u"link.qly"_s)));
     QCOMPARE(modDoc::DocSave((*m_folder)(u"link.qly"_s)), SaveOutcome::Saved);
-    QCOMPARE(m_folder->read(u"deep/real.qly"_s), nativeBytes(*document.outline));
+    QCOMPARE(m_folder->read(u"deep/real.qly"_s), nativeBytes(document.outline()));
     QCOMPARE(m_folder->read(u"deep/real.bak"_s), QByteArray("old"));
     QVERIFY(QFileInfo((*m_folder)(u"link.qly"_s)).isSymLink());
     QCOMPARE(active().m_sFile, (*m_folder)(u"link.qly"_s));
@@ -608,7 +609,7 @@ void tst_modDoc::aFolderThatTakesNoNewFileIsAskedAboutOnceASave()
         QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Saved);
         QCOMPARE(m_fake->dialogs.questions.size(), 1);
         QVERIFY(m_fake->dialogs.questions[0].contains(sFile));
-        QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(*document.outline));
+        QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(document.outline()));
         // No backup can lie beside the file.
         QVERIFY(document.hasNotice(NoticeKind::NoBackup));
         QVERIFY(!document.hasNotice(NoticeKind::NotSaved));
@@ -625,8 +626,8 @@ void tst_modDoc::aFileWithTwoNamesKeepsBothAndItsBackup()
     m_folder->write(u"a.qly"_s, longContent, 0640);
     QCOMPARE(link(qPrintable((*m_folder)(u"a.qly"_s)), qPrintable((*m_folder)(u"twin.qly"_s))), 0);
     QCOMPARE(modDoc::DocSave((*m_folder)(u"a.qly"_s)), SaveOutcome::Saved);
-    QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(*document.outline));
-    QCOMPARE(m_folder->read(u"twin.qly"_s), nativeBytes(*document.outline));
+    QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(document.outline()));
+    QCOMPARE(m_folder->read(u"twin.qly"_s), nativeBytes(document.outline()));
     QCOMPARE(m_folder->read(u"a.bak"_s), longContent);
     QCOMPARE(m_folder->mode(u"a.bak"_s), mode_t(0640));
     QCOMPARE(m_folder->names(), QStringList({u"a.bak"_s, u"a.qly"_s, u"twin.qly"_s}));
@@ -696,13 +697,13 @@ void tst_modDoc::aBackupThatCannotBeMadeIsTold()
     QVERIFY(QDir(m_folder->path()).mkdir(u"a.bak"_s));
     const QString sFile = (*m_folder)(u"a.qly"_s);
     QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Saved);
-    QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(*document.outline));
+    QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(document.outline()));
     QCOMPARE(m_errors->summary(), QStringList(u"75 modDoc DocSave"_s));
     QVERIFY(document.hasNotice(NoticeKind::NoBackup));
     // The next backup that can be made takes the notice back.
     QVERIFY(QDir(m_folder->path()).rmdir(u"a.bak"_s));
     QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Saved);
-    QCOMPARE(m_folder->read(u"a.bak"_s), nativeBytes(*document.outline));
+    QCOMPARE(m_folder->read(u"a.bak"_s), nativeBytes(document.outline()));
     QVERIFY(!document.hasNotice(NoticeKind::NoBackup));
 }
 
@@ -729,7 +730,7 @@ void tst_modDoc::aFailedSaveChangesNothing()
     document.view()->window.setCaption(sFile);
     document.history.markSaved();
     // Made while the file is being written.
-    document.outline->tree.setPendingText(document.tree.root()->child(0), [kind]() -> QByteArray {
+    rawOutline(document).tree.setPendingText(document.tree.root()->child(0), [kind]() -> QByteArray {
         if (kind == 2)
             throw RunTimeError(ErrorNumber::InvalidCall);
         if (kind == 3)
@@ -779,7 +780,7 @@ void tst_modDoc::aFullDiskAtAnyByteLosesNothing()
     m_folder->write(u"a.qly"_s, "old");
     m_folder->write(u"a.bak"_s, "older");
     const Document &document = plant(1);
-    const QByteArray content = nativeBytes(*document.outline);
+    const QByteArray content = nativeBytes(document.outline());
     for (qsizetype room = 0; room < content.size(); room += 7) {
         SaveOutcome outcome = SaveOutcome::Saved;
         {

@@ -5,6 +5,7 @@
 #include "document/modFile.h"
 #include "document/modNodes.h"
 #include "support/FormatsFixture.h"
+#include "support/RawOutline.h"
 #include "util/AnsiCodec.h"
 
 #include <QTest>
@@ -47,7 +48,7 @@ void tst_modDocClipboard::cleanup()
 void tst_modDocClipboard::exportPutsTheLayoutOnTheClipboard()
 {
     Document &document = m_fixture->plant({u"Notes"_s, u" \u03B1 First"_s}).document;
-    document.outline->tree.setStoredText(document.tree.root(), "Top\r\n\r\n");
+    rawOutline(document).tree.setStoredText(document.tree.root(), "Top\r\n\r\n");
     modDocClipboard::DocExport();
     QCOMPARE(m_fixture->fake.clipboard.held, u"0 Notes\r\nTop\r\n\r\n0.1 \u03B1 First\r\n\r\n"_s);
 }

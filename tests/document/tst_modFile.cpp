@@ -6,6 +6,7 @@
 #include "support/FakePorts.h"
 #include "support/NativeBytes.h"
 #include "support/Obstacles.h"
+#include "support/RawOutline.h"
 #include "util/ByteSink.h"
 
 #include <QTest>
@@ -66,7 +67,7 @@ private:
     FakeDocument &openDocument(const QString &sFile = QString())
     {
         Document &document = m_fake->windows.createDocument();
-        plantOutline(document.outline->tree, {u"Root"_s});
+        plantOutline(rawOutline(document).tree, {u"Root"_s});
         document.m_sFile = sFile;
         document.history.touch();
         return m_fake->windows.fakeOf(document);
@@ -218,7 +219,7 @@ void tst_modFile::saveWritesToTheDocumentsFile()
 {
     const FakeDocument &fake = openDocument(path(u"a.qly"_s));
     QVERIFY(modFile::FileSave());
-    QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(*fake.document.outline));
+    QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(fake.document.outline()));
     QVERIFY(!fake.document.m_bDataChanged());
     QVERIFY(m_fake->dialogs.saveRequests.empty());
 }
@@ -228,7 +229,7 @@ void tst_modFile::saveOnANewDocumentAsksForAName()
     const FakeDocument &fake = openDocument();
     m_fake->dialogs.saveNames = {path(u"new.qly"_s)};
     QVERIFY(modFile::FileSave());
-    QCOMPARE(m_folder->read(u"new.qly"_s), nativeBytes(*fake.document.outline));
+    QCOMPARE(m_folder->read(u"new.qly"_s), nativeBytes(fake.document.outline()));
     QCOMPARE(fake.document.m_sFile, path(u"new.qly"_s));
     QVERIFY(!fake.document.m_bDataChanged());
     QCOMPARE(m_fake->dialogs.saveRequests[0].initialName, QString());
@@ -247,7 +248,7 @@ void tst_modFile::saveCancelledKeepsANewDocumentChanged()
 void tst_modFile::saveRefusedMarksTheDocumentUnchanged()
 {
     FakeDocument &fake = openDocument(path(u"a.txt"_s));
-    fake.document.outline->tree.insert(Relationship::tvwChild, fake.document.tree.root());
+    rawOutline(fake.document).tree.insert(Relationship::tvwChild, fake.document.tree.root());
     m_fake->dialogs.answers = {Answer::No};
     QVERIFY(!modFile::FileSave());
     QVERIFY2(!fake.document.m_bDataChanged(), "the flag is cleared before the question, by design");
@@ -266,8 +267,9 @@ void tst_modFile::aSaveThatFailsBeforeItBeginsKeepsTheDocumentChanged()
 {
     FakeDocument &fake = openDocument(path(u"a.txt"_s));
     // The text is looked at before the file is.
-    fake.document.outline->tree.setPendingText(fake.document.tree.root(),
-                                               []() -> QByteArray { throw std::bad_alloc(); });
+    rawOutline(fake.document).tree.setPendingText(fake.document.tree.root(), []() -> QByteArray {
+        throw std::bad_alloc();
+    });
     QVERIFY(!modFile::FileSave());
     QVERIFY(fake.document.m_bDataChanged());
     QVERIFY(fake.document.hasNotice(NoticeKind::NotSaved));
@@ -505,7 +507,7 @@ void tst_modFile::printingAsksHowMuch()
     QFETCH(const bool, bYes);
     QFETCH(const QString, top);
     Document &document = m_fake->windows.createDocument();
-    plantOutline(document.outline->tree, {u"Root"_s, u" First"_s, u" Second <"_s, u"  Deep"_s});
+    plantOutline(rawOutline(document).tree, {u"Root"_s, u" First"_s, u" Second <"_s, u"  Deep"_s});
     const Answer answer = bYes ? Answer::Yes : Answer::No;
     m_fake->dialogs.answers = {answer, answer};
     modFile::FilePrint(bCurrentEntry);
@@ -526,7 +528,7 @@ void tst_modFile::printingAsksHowMuch()
 void tst_modFile::printingCancelledPrintsNothing()
 {
     Document &document = m_fake->windows.createDocument();
-    plantOutline(document.outline->tree, {u"Root <"_s});
+    plantOutline(rawOutline(document).tree, {u"Root <"_s});
     m_fake->dialogs.answers = {Answer::Cancel, Answer::Cancel};
     modFile::FilePrint(false);
     modFile::FilePrintPreview(true);

@@ -7,6 +7,7 @@
 #include "support/ErrorRecorder.h"
 #include "support/FakePorts.h"
 #include "support/OutlineText.h"
+#include "support/RawOutline.h"
 
 #include <QTemporaryDir>
 #include <QTest>
@@ -90,7 +91,7 @@ private:
     FakeDocument &plant(const QStringList &lines)
     {
         Document &document = m_fake->windows.createDocument();
-        plantOutline(document.outline->tree, lines);
+        plantOutline(rawOutline(document).tree, lines);
         return m_fake->windows.fakeOf(document);
     }
 
@@ -157,7 +158,7 @@ void tst_modNodes::insertingBesideTheRootMakesItsLastChild()
 void tst_modNodes::insertingBesideAnotherEntry()
 {
     Document &document = plantStandard().document;
-    EntryTree &tree = document.outline->tree;
+    EntryTree &tree = rawOutline(document).tree;
     const Entry *next = modNodes::NodeInsert(document, Relationship::tvwNext, entryLabelled(tree, u"A"_s));
     QCOMPARE(tree.key(next), u"KEY0.2"_s);
     const Entry *previous = modNodes::NodeInsert(document, Relationship::tvwPrevious, entryLabelled(tree, u"A"_s));
@@ -192,8 +193,8 @@ void tst_modNodes::insertingIntoAFullTreeIsError6AndLeavesAUsableTree()
 void tst_modNodes::initialisingMakesReadyForTheUser()
 {
     FakeDocument &fake = plantStandard();
-    fake.document.outline->textFont.setName(u"Courier 10 Pitch"_s);
-    fake.document.outline->textFont.setSize(12 * clsFont::point);
+    rawOutline(fake.document).textFont.setName(u"Courier 10 Pitch"_s);
+    rawOutline(fake.document).textFont.setSize(12 * clsFont::point);
     Entry *entry = modNodes::NodeInsert(fake.document, Relationship::tvwChild, nullptr);
     modNodes::NodeInitialise(fake.document, entry);
     QCOMPARE(entry->label(), u"New Entry"_s);
@@ -209,7 +210,7 @@ void tst_modNodes::theRootIsThatOfTheSelection()
 {
     Document &document = plantStandard().document;
     QVERIFY(!modNodes::NodeGetRoot(document));
-    document.outline->tree.select(entryLabelled(document.tree, u"B1"_s));
+    rawOutline(document).tree.select(entryLabelled(document.tree, u"B1"_s));
     QCOMPARE(modNodes::NodeGetRoot(document), document.tree.root());
 }
 
@@ -230,7 +231,7 @@ void tst_modNodes::goingDown()
     QFETCH(const QString, from);
     QFETCH(const QString, to);
     Document &document = plantStandard().document;
-    document.outline->tree.select(entryLabelled(document.tree, from));
+    rawOutline(document).tree.select(entryLabelled(document.tree, from));
     modNodes::NodeGoDown(document);
     QCOMPARE(document.tree.selected()->label(), to);
 }
@@ -250,7 +251,7 @@ void tst_modNodes::selectingFullyShowsTheEntry()
 {
     FakeDocument &fake = plantStandard();
     Entry *a1 = entryLabelled(fake.document.tree, u"A1"_s);
-    fake.document.outline->tree.setStoredText(a1, NodeTextCompressIfRequired("{\\rtf1 of A1}"));
+    rawOutline(fake.document).tree.setStoredText(a1, NodeTextCompressIfRequired("{\\rtf1 of A1}"));
     modNodes::NodeSelectFull(fake.document, a1);
     QCOMPARE(fake.document.tree.selected(), a1);
     QCOMPARE(modNodes::nodCurrent().entry(), a1);
@@ -275,7 +276,7 @@ void tst_modNodes::selectingWhileBusyOnlyMarks()
 void tst_modNodes::selectingNothing()
 {
     FakeDocument &fake = plantStandard();
-    fake.document.outline->tree.select(fake.document.tree.root());
+    rawOutline(fake.document).tree.select(fake.document.tree.root());
     modNodes::NodeSelect(fake.document, nullptr);
     modNodes::NodeSelectFull(fake.document, nullptr);
     QCOMPARE(fake.document.tree.selected(), fake.document.tree.root());
@@ -337,7 +338,7 @@ void tst_modNodes::duplicatesAreUntagged()
     Document &document = plant({u"Root +"_s, u" A *"_s, u"  A1 *"_s}).document;
     Entry *a = entryLabelled(document.tree, u"A"_s);
     modNodes::NodeDuplicate(document, document.tree, a, a, Relationship::tvwNext);
-    document.outline->tree.select(document.tree.root());
+    rawOutline(document).tree.select(document.tree.root());
     EntryRef source(&document.tree, a);
     modNodes::NodePaste(document, source, false);
     QCOMPARE(document.tree.taggedCount(), 2);
@@ -348,7 +349,7 @@ void tst_modNodes::duplicatesAreUntagged()
 void tst_modNodes::duplicatingKeepsTextAndExpansionAndSelectsTheCopy()
 {
     FakeDocument &fake = plantStandard();
-    EntryTree &tree = fake.document.outline->tree;
+    EntryTree &tree = rawOutline(fake.document).tree;
     tree.setStoredText(entryLabelled(tree, u"A"_s), "{\\rtf1 of A}");
     tree.setStoredText(entryLabelled(tree, u"A2"_s), "{\\rtf1 of A2}");
     Entry *copy = modNodes::NodeDuplicate(fake.document, fake.document.tree, entryLabelled(tree, u"A"_s),
@@ -452,7 +453,7 @@ void tst_modNodes::pastingFromAnotherDocument()
 void tst_modNodes::movingByPastingRemovesTheSource()
 {
     Document &document = plantStandard().document;
-    document.outline->tree.select(entryLabelled(document.tree, u"A1"_s));
+    rawOutline(document).tree.select(entryLabelled(document.tree, u"A1"_s));
     EntryRef reference(&document.tree, entryLabelled(document.tree, u"B"_s));
     modNodes::NodePaste(document, reference, true);
     QCOMPARE(dumpOutline(document.tree),
@@ -465,12 +466,12 @@ void tst_modNodes::movingAnEntryBelowItselfIsRefused()
     Document &document = plantStandard().document;
     const QStringList before = dumpOutline(document.tree);
     EntryRef reference(&document.tree, entryLabelled(document.tree, u"A"_s));
-    document.outline->tree.select(entryLabelled(document.tree, u"A2"_s));
+    rawOutline(document).tree.select(entryLabelled(document.tree, u"A2"_s));
     modNodes::NodePaste(document, reference, true);
-    document.outline->tree.select(document.tree.root());
+    rawOutline(document).tree.select(document.tree.root());
     reference.set(&document.tree, document.tree.root());
     modNodes::NodePaste(document, reference, true);
-    document.outline->tree.select(nullptr);
+    rawOutline(document).tree.select(nullptr);
     QCOMPARE(dumpOutline(document.tree), before);
     QVERIFY(reference.entry());
 }
@@ -478,7 +479,7 @@ void tst_modNodes::movingAnEntryBelowItselfIsRefused()
 void tst_modNodes::pastingAnEntryThatIsGone()
 {
     Document &document = plantStandard().document;
-    document.outline->tree.select(document.tree.root());
+    rawOutline(document).tree.select(document.tree.root());
     EntryRef reference(&document.tree, entryLabelled(document.tree, u"B1"_s));
     modNodes::NodeDelete(document, entryLabelled(document.tree, u"B"_s));
     modNodes::NodePaste(document, reference, false);
@@ -563,7 +564,7 @@ void tst_modNodes::sorting()
 void tst_modNodes::settingTheFontOfASubtree()
 {
     FakeDocument &fake = plantStandard();
-    EntryTree &tree = fake.document.outline->tree;
+    EntryTree &tree = rawOutline(fake.document).tree;
     for (const QString &label : {u"A"_s, u"A1"_s, u"A2"_s, u"B"_s})
         tree.setStoredText(entryLabelled(tree, label), "{\\rtf1 of " + label.toLatin1() + '}');
     clsFont font;
@@ -582,7 +583,7 @@ void tst_modNodes::settingTheFontOfASubtree()
 void tst_modNodes::settingTheFontLeavesDamagedTexts()
 {
     FakeDocument &fake = plantStandard();
-    EntryTree &tree = fake.document.outline->tree;
+    EntryTree &tree = rawOutline(fake.document).tree;
     Entry *damaged = entryLabelled(tree, u"A"_s);
     tree.setStoredText(damaged, "12,abc");
     modNodes::NodeSetFontAll(fake.document, tree.root(), clsFont());
@@ -593,7 +594,7 @@ void tst_modNodes::aDamagedTextIsToldOfWhenItIsShown()
 {
     FakeDocument &fake = plantStandard();
     const ErrorRecorder errors;
-    EntryTree &tree = fake.document.outline->tree;
+    EntryTree &tree = rawOutline(fake.document).tree;
     Entry *damaged = entryLabelled(tree, u"A"_s);
     tree.setStoredText(damaged, "12,abc");
     modNodes::NodeSelectFull(fake.document, entryLabelled(tree, u"B"_s));
@@ -610,7 +611,7 @@ void tst_modNodes::aDamagedTextIsToldOfWhenItIsShown()
 void tst_modNodes::whatATextHasThatIsNotShownIsTold()
 {
     FakeDocument &fake = plantStandard();
-    EntryTree &tree = fake.document.outline->tree;
+    EntryTree &tree = rawOutline(fake.document).tree;
     const QByteArray text = "{\\rtf1 a{\\footnote b}{\\*\\annotation c}{\\xe d}}";
     Entry *entry = entryLabelled(tree, u"A"_s);
     Entry *other = entryLabelled(tree, u"B"_s);
@@ -637,7 +638,7 @@ void tst_modNodes::whatATextHasThatIsNotShownIsTold()
 void tst_modNodes::aReadOnlyTextLosesNothing()
 {
     FakeDocument &fake = plantStandard();
-    EntryTree &tree = fake.document.outline->tree;
+    EntryTree &tree = rawOutline(fake.document).tree;
     Entry *entry = entryLabelled(tree, u"A"_s);
     tree.setStoredText(entry, "{\\rtf1 a{\\footnote b}}");
     fake.document.m_fileAccess = FileAccess::ReadOnly;
@@ -669,8 +670,8 @@ void tst_modNodes::everyActionEndsThoughAnErrorHappens()
     FakeDocument &fake = plantStandard();
     FakeDocument &other = plant({u"Other"_s});
     while (other.document.tree.entryCount() < EntryTree::maximumCount)
-        other.document.outline->tree.insert(Relationship::tvwChild, other.document.tree.root());
-    other.document.outline->tree.select(other.document.tree.root());
+        rawOutline(other.document).tree.insert(Relationship::tvwChild, other.document.tree.root());
+    rawOutline(other.document).tree.select(other.document.tree.root());
     EntryRef source(&fake.document.tree, fake.document.tree.root());
     modNodes::NodePaste(other.document, source, true);
     QCOMPARE(m_errors->summary(), QStringList(u"6 modNodes NodePaste"_s));
@@ -719,7 +720,7 @@ void tst_modNodes::storingCompressesAndShowingInflates()
 void tst_modNodes::aStoredTextIsMadeFromThePaneWhenItIsRead()
 {
     FakeDocument &fake = plantStandard();
-    EntryTree &tree = fake.document.outline->tree;
+    EntryTree &tree = rawOutline(fake.document).tree;
     Entry *a = entryLabelled(tree, u"A"_s);
     Entry *b = entryLabelled(tree, u"B"_s);
     tree.setStoredText(b, "{\\rtf1 of B}");
@@ -740,9 +741,9 @@ void tst_modNodes::fillingThePaneDoesNotStoreItBack()
     FakeDocument &fake = plantStandard();
     Entry *a = entryLabelled(fake.document.tree, u"A"_s);
     Entry *b = entryLabelled(fake.document.tree, u"B"_s);
-    fake.document.outline->tree.setStoredText(a, "{\\rtf1 of A}");
-    fake.document.outline->tree.setStoredText(b, "{\\rtf1 of B}");
-    fake.document.outline->tree.select(b);
+    rawOutline(fake.document).tree.setStoredText(a, "{\\rtf1 of A}");
+    rawOutline(fake.document).tree.setStoredText(b, "{\\rtf1 of B}");
+    rawOutline(fake.document).tree.select(b);
     // The selection is still the old entry when the new one's text arrives.
     fake.text.onTextShown = [] { modNodes::NodeTextPutSelected(); };
     modNodes::NodeTextGet(fake.document, a);
@@ -752,7 +753,7 @@ void tst_modNodes::fillingThePaneDoesNotStoreItBack()
 void tst_modNodes::aPaneThatCouldNotBeFilledAnewStoresIntoTheEntryThatItShows()
 {
     FakeDocument &fake = plantStandard();
-    EntryTree &tree = fake.document.outline->tree;
+    EntryTree &tree = rawOutline(fake.document).tree;
     Entry *a = entryLabelled(tree, u"A"_s);
     Entry *b = entryLabelled(tree, u"B"_s);
     tree.setStoredText(b, "{\\rtf1 of B}");
@@ -779,7 +780,7 @@ void tst_modNodes::aPaneThatCouldNotBeFilledAnewStoresIntoTheEntryThatItShows()
 void tst_modNodes::theTextOfARemovedEntryIsNobodysText()
 {
     FakeDocument &fake = plantStandard();
-    EntryTree &tree = fake.document.outline->tree;
+    EntryTree &tree = rawOutline(fake.document).tree;
     Entry *b = entryLabelled(tree, u"B"_s);
     tree.setStoredText(b, "{\\rtf1 of B}");
     modNodes::NodeSelectFull(fake.document, entryLabelled(tree, u"A"_s));
@@ -807,7 +808,7 @@ void tst_modNodes::textsOfTheSelectedEntry()
 {
     FakeDocument &fake = plantStandard();
     Entry *c = entryLabelled(fake.document.tree, u"C"_s);
-    fake.document.outline->tree.select(c);
+    rawOutline(fake.document).tree.select(c);
     fake.text.type(u"of C"_s);
     modNodes::NodeTextPutSelected();
     QCOMPARE(plainTextOf(fake.document.tree, c), u"of C"_s);

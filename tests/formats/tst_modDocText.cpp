@@ -9,6 +9,7 @@
 #include "support/FormatsFixture.h"
 #include "support/NativeChecker.h"
 #include "support/Obstacles.h"
+#include "support/RawOutline.h"
 #include "util/AnsiCodec.h"
 
 #include <QTest>
@@ -74,17 +75,17 @@ void tst_modDocText::cleanup()
 void tst_modDocText::theLayoutOfAnOutline()
 {
     Document &document = m_fixture->plant({u"Notes"_s, u" First"_s, u" Second"_s}).document;
-    document.outline->tree.setStoredText(document.tree.root(), "Top");
-    document.outline->tree.setStoredText(document.tree.root()->child(0), "Line one\r\nLine two");
-    QCOMPARE(modDocText::plainTextLayout(*document.outline), u"0 Notes\r\nTop\r\n\r\n"
-                                                             "0.1 First\r\nLine one\r\nLine two\r\n\r\n"
-                                                             "0.2 Second\r\n\r\n"_s);
+    rawOutline(document).tree.setStoredText(document.tree.root(), "Top");
+    rawOutline(document).tree.setStoredText(document.tree.root()->child(0), "Line one\r\nLine two");
+    QCOMPARE(modDocText::plainTextLayout(document.outline()), u"0 Notes\r\nTop\r\n\r\n"
+                                                              "0.1 First\r\nLine one\r\nLine two\r\n\r\n"
+                                                              "0.2 Second\r\n\r\n"_s);
 }
 
 void tst_modDocText::allTextsEmpty()
 {
     const Document &document = m_fixture->plant({u"Root"_s, u" A"_s, u"  A1"_s, u" B"_s}).document;
-    QCOMPARE(modDocText::plainTextLayout(*document.outline),
+    QCOMPARE(modDocText::plainTextLayout(document.outline()),
              u"0 Root\r\n\r\n0.1 A\r\n\r\n0.1.1 A1\r\n\r\n0.2 B\r\n\r\n"_s);
 }
 
@@ -110,28 +111,28 @@ void tst_modDocText::trailingEmptyLines()
     QFETCH(const QByteArray, text);
     QFETCH(const QString, written);
     Document &document = m_fixture->plant({u"Root"_s}).document;
-    document.outline->tree.setStoredText(document.tree.root(), text);
-    QCOMPARE(modDocText::plainTextLayout(*document.outline), u"0 Root\r\n"_s + written);
+    rawOutline(document).tree.setStoredText(document.tree.root(), text);
+    QCOMPARE(modDocText::plainTextLayout(document.outline()), u"0 Root\r\n"_s + written);
 }
 
 void tst_modDocText::formattedAndCompressedTexts()
 {
     Document &document = m_fixture->plant({u"Root"_s, u" A"_s}).document;
     const QByteArray rtf = "{\\rtf1\\ansi{\\b Bold} and plain\\par second}";
-    document.outline->tree.setStoredText(document.tree.root(), rtf);
-    document.outline->tree.setStoredText(document.tree.root()->child(0), NodeTextCompressIfRequired(rtf));
-    QCOMPARE(modDocText::plainTextLayout(*document.outline), u"0 Root\r\nBold and plain\r\nsecond\r\n\r\n"
-                                                             "0.1 A\r\nBold and plain\r\nsecond\r\n\r\n"_s);
+    rawOutline(document).tree.setStoredText(document.tree.root(), rtf);
+    rawOutline(document).tree.setStoredText(document.tree.root()->child(0), NodeTextCompressIfRequired(rtf));
+    QCOMPARE(modDocText::plainTextLayout(document.outline()), u"0 Root\r\nBold and plain\r\nsecond\r\n\r\n"
+                                                              "0.1 A\r\nBold and plain\r\nsecond\r\n\r\n"_s);
 }
 
 void tst_modDocText::everyLineEndsWithCrLf()
 {
     Document &document = m_fixture->plant({u"Root"_s, u" A"_s}).document;
-    document.outline->tree.setLabel(document.tree.root(), u"two\nlines"_s);
-    document.outline->tree.setStoredText(document.tree.root(), "{\\rtf1 one\\line two\\par three\\line}");
-    document.outline->tree.setStoredText(document.tree.root()->child(0), "one\ntwo\rthree");
-    QCOMPARE(modDocText::plainTextLayout(*document.outline), u"0 two\r\nlines\r\none\r\ntwo\r\nthree\r\n\r\n"
-                                                             "0.1 A\r\none\r\ntwo\r\nthree\r\n\r\n"_s);
+    rawOutline(document).tree.setLabel(document.tree.root(), u"two\nlines"_s);
+    rawOutline(document).tree.setStoredText(document.tree.root(), "{\\rtf1 one\\line two\\par three\\line}");
+    rawOutline(document).tree.setStoredText(document.tree.root()->child(0), "one\ntwo\rthree");
+    QCOMPARE(modDocText::plainTextLayout(document.outline()), u"0 two\r\nlines\r\none\r\ntwo\r\nthree\r\n\r\n"
+                                                              "0.1 A\r\none\r\ntwo\r\nthree\r\n\r\n"_s);
 }
 
 void tst_modDocText::headingsOfADeepOutline()
@@ -140,7 +141,7 @@ void tst_modDocText::headingsOfADeepOutline()
     for (int i = 1; i <= 11; ++i)
         lines.append(u" Child %1"_s.arg(i));
     lines.append(u"  Below the last"_s);
-    const QString layout = modDocText::plainTextLayout(*m_fixture->plant(lines).document.outline);
+    const QString layout = modDocText::plainTextLayout(m_fixture->plant(lines).document.outline());
     QVERIFY(layout.endsWith(u"0.10 Child 10\r\n\r\n0.11 Child 11\r\n\r\n0.11.1 Below the last\r\n\r\n"_s));
 }
 
@@ -300,7 +301,7 @@ void tst_modDocText::importingAFileThatIsGone()
 void tst_modDocText::anExportedFileReopensAsOneEntry()
 {
     Document &document = m_fixture->plant({u"Root"_s, u" A"_s}).document;
-    document.outline->tree.setStoredText(document.tree.root(), "Top");
+    rawOutline(document).tree.setStoredText(document.tree.root(), "Top");
     modDocText::DocExport(path(u"b.txt"_s));
     QVERIFY(modDoc::DocLoad(path(u"b.txt"_s)));
     const FakeDocument &fake = *m_fixture->active();
@@ -342,7 +343,7 @@ void tst_modDocText::aLineTooLongForThePaneIsShownInPartAndKeptWhole()
     modNodes::NodeTextPutSelected();
     QVERIFY(loaded.document.tree.storedText(loaded.document.tree.root()) == line + "\r\n");
     // Where a text is short again, the pane is free and the notice gone.
-    Entry *other = loaded.document.outline->tree.insert(Relationship::tvwChild, loaded.document.tree.root());
+    Entry *other = rawOutline(loaded.document).tree.insert(Relationship::tvwChild, loaded.document.tree.root());
     modNodes::NodeSelectFull(loaded.document, other);
     QVERIFY(!loaded.text.locked);
     QVERIFY(loaded.document.notices().empty());

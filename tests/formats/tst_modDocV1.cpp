@@ -9,6 +9,7 @@
 #include "support/FormatsFixture.h"
 #include "support/NativeChecker.h"
 #include "support/Obstacles.h"
+#include "support/RawOutline.h"
 
 #include <QRandomGenerator>
 #include <QTest>
@@ -134,10 +135,10 @@ void tst_modDocV1::cleanup()
 void tst_modDocV1::aWholeFileByteForByte()
 {
     Document &document = m_fixture->plant({u"Notes +"_s, u" First *<"_s, u" Second"_s}).document;
-    document.outline->textFont.setUnderline(true);
-    document.outline->textFont.setItalic(true);
-    document.outline->tree.setStoredText(document.tree.root(), "{\\rtf1 notes}");
-    document.outline->tree.setStoredText(document.tree.root()->child(1), "{\\rtf1 two\r\nlines}");
+    rawOutline(document).textFont.setUnderline(true);
+    rawOutline(document).textFont.setItalic(true);
+    rawOutline(document).tree.setStoredText(document.tree.root(), "{\\rtf1 notes}");
+    rawOutline(document).tree.setStoredText(document.tree.root()->child(1), "{\\rtf1 two\r\nlines}");
     QByteArray expected = header + entry("0", "Notes", "{\\rtf1 notes}") + entry("0.1", "First", "", "True") +
                           entry("0.2", "Second", "{\\rtf1 two\r\nlines}");
     expected.replace("KEY0}", "KEY0.1}");
@@ -166,11 +167,11 @@ void tst_modDocV1::aSubtreeAlone()
     const Document &document =
         m_fixture->plant({u"Root +"_s, u" A +"_s, u"  A1"_s, u"   A11"_s, u"  A2"_s, u" B"_s}).document;
     MemorySink sink;
-    modDocV1::DocSaveNodeAll(*document.outline, entryLabelled(document.tree, u"A"_s), "0.1", sink);
+    modDocV1::DocSaveNodeAll(document.outline(), entryLabelled(document.tree, u"A"_s), "0.1", sink);
     QCOMPARE(sink.bytes, entry("0.1", "A", "") + entry("0.1.1", "A1", "") +
                              entry("0.1.1.1", "A11", "", "False", "False") + entry("0.1.2", "A2", ""));
     MemorySink deeper;
-    modDocV1::DocSaveNodeAll(*document.outline, entryLabelled(document.tree, u"A11"_s), "0.1.1.1", deeper);
+    modDocV1::DocSaveNodeAll(document.outline(), entryLabelled(document.tree, u"A11"_s), "0.1.1.1", deeper);
     QCOMPARE(deeper.bytes, entry("0.1.1.1", "A11", "", "False", "False"));
 }
 
@@ -178,10 +179,10 @@ void tst_modDocV1::theSelectionIsWrittenAsItsKey()
 {
     Document &document = m_fixture->plant({u"Root"_s, u" A"_s, u" B"_s, u"  B1"_s}).document;
     QCOMPARE(checkNative(FormatsFixture::savedNative(document)).header.value("selecteditemkey"), QByteArray("KEY0"));
-    document.outline->tree.select(entryLabelled(document.tree, u"B1"_s));
+    rawOutline(document).tree.select(entryLabelled(document.tree, u"B1"_s));
     QCOMPARE(checkNative(FormatsFixture::savedNative(document)).header.value("selecteditemkey"),
              QByteArray("KEY0.2.1"));
-    document.outline->tree.remove(entryLabelled(document.tree, u"A"_s));
+    rawOutline(document).tree.remove(entryLabelled(document.tree, u"A"_s));
     QCOMPARE(checkNative(FormatsFixture::savedNative(document)).header.value("selecteditemkey"),
              QByteArray("KEY0.1.1"));
 }
@@ -225,7 +226,7 @@ void tst_modDocV1::aRootWith12Children()
 void tst_modDocV1::anEmptyText()
 {
     Document &document = m_fixture->plant({u"Root"_s, u" A"_s}).document;
-    document.outline->tree.setStoredText(document.tree.root()->child(0), "{\\rtf1 x}");
+    rawOutline(document).tree.setStoredText(document.tree.root()->child(0), "{\\rtf1 x}");
     const QByteArray saved = FormatsFixture::savedNative(document);
     QVERIFY(saved.contains("{\\qlf_nodetext }\r\n{\\qlf_nodekey 0.1}\r\n"));
     const Document &loaded = load(saved).document;
@@ -261,7 +262,7 @@ void tst_modDocV1::labelsOfEveryKind()
     QFETCH(const QString, label);
     QFETCH(const QByteArray, bytes);
     Document &document = m_fixture->plant({u"Root"_s}).document;
-    document.outline->tree.setLabel(document.tree.root(), label);
+    rawOutline(document).tree.setLabel(document.tree.root(), label);
     const QByteArray saved = FormatsFixture::savedNative(document);
     QCOMPARE(checkNative(saved).entry("0").label, bytes);
     QVERIFY(!saved.contains("nodelabelexact"));
@@ -305,7 +306,7 @@ void tst_modDocV1::labelsThatTheirRecordCannotCarry()
     QFETCH(const QByteArray, records);
     QFETCH(const QString, skipping);
     Document &document = m_fixture->plant({u"Root +"_s, u" A"_s, u" next"_s}).document;
-    document.outline->tree.setLabel(document.tree.root()->child(0), label);
+    rawOutline(document).tree.setLabel(document.tree.root()->child(0), label);
     const QByteArray saved = FormatsFixture::savedNative(document);
     QVERIFY2(saved.contains(records), saved.constData());
     // The checker takes every opener for that of a record, also one before the brace that ends a label.
@@ -367,7 +368,7 @@ void tst_modDocV1::textsOfAnyBytes()
 {
     QFETCH(const QByteArray, text);
     Document &document = m_fixture->plant({u"Root"_s, u" A"_s}).document;
-    document.outline->tree.setStoredText(document.tree.root(), text);
+    rawOutline(document).tree.setStoredText(document.tree.root(), text);
     const QByteArray saved = FormatsFixture::savedNative(document);
     QCOMPARE(checkNative(saved).fault, QString());
     const Document &loaded = load(saved).document;
@@ -402,7 +403,7 @@ void tst_modDocV1::aTextWithARecordsOpenerIsStoredSoThatItDoesNotShow()
     const QByteArray text = NodeTextDecompressIfRequired(stored);
     QVERIFY(text.startsWith("An opener: {\\qlf_nodekey 0.1}"));
     Document &document = m_fixture->plant({u"Root"_s, u" A"_s}).document;
-    document.outline->tree.setStoredText(document.tree.root(), stored);
+    rawOutline(document).tree.setStoredText(document.tree.root(), stored);
     const QByteArray saved = FormatsFixture::savedNative(document);
     const NativeFile file = checkNative(saved);
     QCOMPARE(file.fault, QString());
@@ -428,7 +429,7 @@ void tst_modDocV1::noiseWithARecordsOpenerComesBack()
         "x" + noise(random, 40000) + "{\\qlf_nodekey 0.1}\r\n{\\qlf_nodelabel injected}\r\n" + noise(random, 40000);
     QVERIFY2(NodeTextCompressIfRequired(text).contains("{\\qlf_"), "compressing alone would have done");
     Document &document = m_fixture->plant({u"Root"_s, u" A"_s}).document;
-    document.outline->tree.setStoredText(document.tree.root(), text);
+    rawOutline(document).tree.setStoredText(document.tree.root(), text);
     const QByteArray saved = FormatsFixture::savedNative(document);
     QCOMPARE(checkNative(saved).fault, QString());
     const Document &loaded = load(saved).document;
@@ -445,7 +446,7 @@ void tst_modDocV1::aTextThatReadsAsCompressedIsNotLaidBare()
     const QByteArray unread = NodeTextCompressIfRequired(text) + "{\\qlf_";
     QCOMPARE(NodeTextDecompressIfRequired(unread), text);
     Document &document = m_fixture->plant({u"Root"_s}).document;
-    document.outline->tree.setStoredText(document.tree.root(), unread);
+    rawOutline(document).tree.setStoredText(document.tree.root(), unread);
     const Document &loaded = load(FormatsFixture::savedNative(document)).document;
     QVERIFY(m_loaded);
     QCOMPARE(NodeTextDecompressIfRequired(loaded.tree.storedText(loaded.tree.root())), text);
@@ -464,9 +465,9 @@ void tst_modDocV1::textsOfNoiseAndOpenersComeBack()
                 text += noise(random, random.bounded(i % 10 == 0 ? 90000 : 200));
                 text += QByteArrayView("{\\qlf_nodetext }\r\n{\\qlf_").first(random.bounded(25)).toByteArray();
             }
-            Entry *entry = document.outline->tree.insert(Relationship::tvwChild, root);
-            document.outline->tree.setStoredText(entry,
-                                                 readsAsCompressed(text) ? NodeTextCompressIfRequired(text) : text);
+            Entry *entry = rawOutline(document).tree.insert(Relationship::tvwChild, root);
+            rawOutline(document).tree.setStoredText(entry,
+                                                    readsAsCompressed(text) ? NodeTextCompressIfRequired(text) : text);
             texts.push_back(NodeTextDecompressIfRequired(document.tree.storedText(entry)));
         }
         const QByteArray saved = FormatsFixture::savedNative(document);
@@ -501,7 +502,7 @@ void tst_modDocV1::savedLoadedAndSavedAgain()
     Document &document = m_fixture->plant(lines).document;
     int number = 0;
     for (const Entry *each = document.tree.root(); each; each = nextInOutline(each, document.tree.root()))
-        document.outline->tree.setStoredText(
+        rawOutline(document).tree.setStoredText(
             const_cast<Entry *>(each),
             NodeTextCompressIfRequired("{\\rtf1 text " + QByteArray::number(++number) + '}'));
     const QByteArray first = FormatsFixture::savedNative(document);
@@ -548,7 +549,7 @@ void tst_modDocV1::randomDocumentsSavedLoadedAndSavedAgain()
     QRandomGenerator random(20260202);
     for (int i = 0; i < 300; ++i) {
         Document &document = m_fixture->plant({}).document;
-        growRandomly(document.outline->tree, random);
+        growRandomly(rawOutline(document).tree, random);
         const QByteArray first = FormatsFixture::savedNative(document);
         const Document &loaded = load(first).document;
         QVERIFY2(m_loaded, qPrintable(u"document %1"_s.arg(i)));
@@ -572,8 +573,8 @@ void tst_modDocV1::changingOneEntryLeavesAllOthersAsStored()
             // Compressed elsewhere at another level, so that compressing it again would show.
             QByteArray text = "{\\rtf1 text " + QByteArray::number(row) + '}';
             const QByteArray stream = qCompress(text, 1).mid(4);
-            document.outline->tree.setStoredText(document.tree.root()->child(row),
-                                                 QByteArray::number(text.size()) + ',' + stream);
+            rawOutline(document).tree.setStoredText(document.tree.root()->child(row),
+                                                    QByteArray::number(text.size()) + ',' + stream);
         }
         before = FormatsFixture::savedNative(document);
     }
@@ -599,7 +600,7 @@ void tst_modDocV1::aSaveThatFailedForLackOfMemoryLeavesTheNewTextToTheNextOne()
     FakeDocument &loaded = load(header + entry("0", "Root", "{\\rtf1 old}"));
     loaded.document.history.touch();
     bool isMemoryLeft = false;
-    loaded.document.outline->tree.setPendingText(loaded.document.outline->tree.root(), [&isMemoryLeft]() -> QByteArray {
+    rawOutline(loaded.document).tree.setPendingText(loaded.document.tree.root(), [&isMemoryLeft]() -> QByteArray {
         if (!isMemoryLeft)
             throw std::bad_alloc();
         return "{\\rtf1 new}";
@@ -619,7 +620,7 @@ void tst_modDocV1::aFullOutlineComesBack()
         Entry *parent = document.tree.root();
         if (const int count = document.tree.entryCount(); count % 3 != 0)
             parent = document.tree.collection().at(count);
-        document.outline->tree.insert(Relationship::tvwChild, parent);
+        rawOutline(document).tree.insert(Relationship::tvwChild, parent);
     }
     const QByteArray first = FormatsFixture::savedNative(document);
     QCOMPARE(checkNative(first).fault, QString());
@@ -634,10 +635,10 @@ void tst_modDocV1::aChainOf2000LevelsComesBack()
     Document &document = m_fixture->plant({}).document;
     Entry *deepest = nullptr;
     for (int level = 0; level < 2000; ++level)
-        deepest = document.outline->tree.insert(Relationship::tvwChild, deepest);
-    document.outline->tree.setExpandedAll(document.tree.root(), true);
-    document.outline->tree.setExpanded(deepest, false);
-    document.outline->tree.select(deepest);
+        deepest = rawOutline(document).tree.insert(Relationship::tvwChild, deepest);
+    rawOutline(document).tree.setExpandedAll(document.tree.root(), true);
+    rawOutline(document).tree.setExpanded(deepest, false);
+    rawOutline(document).tree.select(deepest);
     const QByteArray first = FormatsFixture::savedNative(document);
     const Document &loaded = load(first).document;
     QVERIFY(m_loaded);
@@ -760,7 +761,7 @@ void tst_modDocV1::whatIsToldOfDamagedTextsGoesWithTheirEntries()
     modNodes::NodeDelete(document, document.tree.root()->child(2));
     modNodes::NodeDelete(document, document.tree.root()->child(0));
     QTRY_VERIFY(document.notices()[0].text.contains(u"The text of \"C\""_s));
-    document.outline->tree.removeAll({document.tree.root()->child(0)});
+    rawOutline(document).tree.removeAll({document.tree.root()->child(0)});
     QTRY_VERIFY(document.notices().empty());
 }
 
@@ -789,8 +790,8 @@ void tst_modDocV1::soundTextsOfEveryKindAreNotToldOf()
                                 QByteArray(40000, 'y') + ","};
     Document &document = m_fixture->plant({u"Root"_s}).document;
     for (const QByteArray &text : texts)
-        document.outline->tree.setStoredText(
-            document.outline->tree.insert(Relationship::tvwChild, document.tree.root()), text);
+        rawOutline(document).tree.setStoredText(
+            rawOutline(document).tree.insert(Relationship::tvwChild, document.tree.root()), text);
     TextCheck check(document);
     while (check.goOn()) {
     }
@@ -828,7 +829,8 @@ void tst_modDocV1::unknownRecordsAreWrittenBackWhereTheyStood()
     QCOMPARE(loaded.m_sFile, (*m_folder)(u"a.qly"_s));
     QCOMPARE(FormatsFixture::savedNative(loaded), bytes);
     // A new entry comes behind what is known of the last one, and before what the file ends with.
-    loaded.outline->tree.setLabel(loaded.outline->tree.insert(Relationship::tvwChild, loaded.tree.root()), u"B"_s);
+    rawOutline(loaded).tree.setLabel(rawOutline(loaded).tree.insert(Relationship::tvwChild, loaded.tree.root()),
+                                     u"B"_s);
     QCOMPARE(FormatsFixture::savedNative(loaded), bytes.replace(atEnd, entry("0.2", "B", "") + atEnd));
 }
 
@@ -837,7 +839,7 @@ void tst_modDocV1::unknownRecordsGoWhereTheirEntryGoes()
     const QByteArray ofA = "{\\qlf_nodenotes of A}\r\n";
     Document &loaded =
         load(header + entry("0", "Root") + entry("0.1", "A") + ofA + entry("0.2", "B") + entry("0.3", "C")).document;
-    EntryTree &tree = loaded.outline->tree;
+    EntryTree &tree = rawOutline(loaded).tree;
     tree.move(tree.root()->child(0), Relationship::tvwNext, tree.root()->child(1));
     tree.insertCopy(tree, tree.root()->child(1), Relationship::tvwChild, tree.root());
     QCOMPARE(FormatsFixture::savedNative(loaded), header + entry("0", "Root") + entry("0.1", "B") + entry("0.2", "A") +
@@ -867,7 +869,7 @@ void tst_modDocV1::aHeaderRecordEndsWhereTheNextOneOpens()
     QVERIFY(!m_loaded);
     QVERIFY(loaded.hasNotice(NoticeKind::NotReadWhole));
     QCOMPARE(loaded.m_fntOutlineFont.Name(), u"MS Sans "_s);
-    QVERIFY(loaded.outline->foreignHeader.at(0).bytes.contains("unknown x"));
+    QVERIFY(loaded.outline().foreignHeader.at(0).bytes.contains("unknown x"));
 }
 
 void tst_modDocV1::anUnknownRecordEndsWhereTheNextOneOpens()

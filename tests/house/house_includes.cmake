@@ -2,7 +2,9 @@
 #
 # Reads every C++ file below HOUSE and fails, naming file and line, when a room of src/ includes a room that it may not, when
 # a room of the core includes a widget's header, when an include is not written from src/, when a file of src/ has 500 lines
-# or more, when a room asks a port that is not to know of ports, or when a file does not begin with its two SPDX lines. WIDGET_HEADERS is the folder of Qt's widget headers; it tells which short names are widgets.
+# or more, when a room asks a port that is not to know of ports, when one makes an outline that it was given to read one that
+# it can change, or when a file does not begin with its two SPDX lines. WIDGET_HEADERS is the folder of Qt's widget headers;
+# it tells which short names are widgets.
 cmake_minimum_required(VERSION 3.25)
 
 # What each room may include besides itself. Rooms that stand side by side (outline, text, search) do not know each other.
@@ -96,6 +98,9 @@ macro(check_file file)
       math(EXPR line "${line} + 1")
       if(room IN_LIST portless AND content MATCHES "(^|[^A-Za-z0-9_])ports\\(\\)")
         complain("${file}:${line}" "${room} may not ask the program's ports")
+      endif()
+      if(content MATCHES "_cast<(Outline|EntryTree|Document|History|QAbstractItemModel)[^A-Za-z0-9_]")
+        complain("${file}:${line}" "an outline is changed by its history alone")
       endif()
       if(content MATCHES "^[ \t]*#[ \t]*include[ \t]*([<\"])([^>\"]+)[>\"]")
         set(quote "${CMAKE_MATCH_1}")

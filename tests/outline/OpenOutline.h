@@ -36,9 +36,9 @@ public:
         if (ownDocument)
             shownBy.emplace(*ownDocument, ownView ? static_cast<OutlinePane &>(*ownView) : pane, text, window);
         if (panes == Panes::FakeWithModelTester)
-            tester.emplace(&document.outline->tree, QAbstractItemModelTester::FailureReportingMode::Fatal);
+            tester.emplace(&document.history.itemModel(), QAbstractItemModelTester::FailureReportingMode::Fatal);
         if (ownView)
-            ownView->setEntryTree(&document.outline->tree, &document.history);
+            ownView->setHistory(&document.history);
         if (QWidget *shown = form ? static_cast<QWidget *>(form.get()) : ownView.get()) {
             shown->resize(500, 200);
             shown->show();

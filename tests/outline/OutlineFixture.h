@@ -5,6 +5,7 @@
 
 #include "support/FakePorts.h"
 #include "support/OutlineText.h"
+#include "support/RawOutline.h"
 
 #include "document/modDoc.h"
 #include "document/modNodes.h"
@@ -16,7 +17,7 @@ struct OutlineFixture {
     explicit OutlineFixture(const QStringList &outline)
     {
         modDoc::DocNew();
-        plantOutline(document().outline->tree, outline);
+        plantOutline(rawOutline(document()).tree, outline);
         document().history.markSaved();
     }
 

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "outline/OutlineFixture.h"
+#include "support/RawOutline.h"
 
 #include "support/ErrorRecorder.h"
 
@@ -61,7 +62,7 @@ void tst_CopyAndTags::copyWithNothingSelectedEmptiesTheCopiedEntry()
     modOutline::OutlineCopy();
     QCOMPARE(modOutline::copiedEntry().entry(), fixture.entry(u"A"_s));
     QVERIFY(!fixture.document().m_bDataChanged());
-    fixture.document().outline->tree.select(nullptr);
+    rawOutline(fixture.document()).tree.select(nullptr);
     modOutline::OutlineCopy();
     QVERIFY(!modOutline::copiedEntry().entry());
     modOutline::OutlinePaste();
@@ -73,7 +74,7 @@ void tst_CopyAndTags::pasteCopiesTheEntryAsItIsThen()
     OutlineFixture fixture({u"Root +"_s, u" A +*"_s, u"  A1"_s, u" B"_s});
     fixture.select(u"A"_s);
     modOutline::OutlineCopy();
-    fixture.document().outline->tree.setLabel(fixture.entry(u"A1"_s), u"changed"_s);
+    rawOutline(fixture.document()).tree.setLabel(fixture.entry(u"A1"_s), u"changed"_s);
     fixture.select(u"B"_s);
     modOutline::OutlinePaste();
     QCOMPARE(fixture.dump(),
@@ -84,11 +85,11 @@ void tst_CopyAndTags::pasteCopiesTheEntryAsItIsThen()
 void tst_CopyAndTags::pasteBetweenDocuments()
 {
     OutlineFixture fixture({u"Root +"_s, u" A"_s});
-    fixture.document().outline->tree.setStoredText(fixture.entry(u"A"_s), "words");
+    rawOutline(fixture.document()).tree.setStoredText(fixture.entry(u"A"_s), "words");
     fixture.select(u"A"_s);
     modOutline::OutlineCopy();
     modDoc::DocNew();
-    plantOutline(fixture.document().outline->tree, {u"Other <"_s});
+    plantOutline(rawOutline(fixture.document()).tree, {u"Other <"_s});
     modOutline::OutlinePaste();
     QCOMPARE(fixture.dump(), QStringList({u"Other +"_s, u" A <"_s}));
     QCOMPARE(fixture.document().tree.storedText(fixture.entry(u"A"_s)), QByteArray("words"));
@@ -149,12 +150,12 @@ void tst_CopyAndTags::pasteAndDeleteTakesTheSelectionOfAnotherDocument()
 {
     OutlineFixture fixture({u"Root +"_s, u" A"_s, u" B +"_s, u"  B1"_s});
     Document &source = fixture.document();
-    source.outline->tree.setStoredText(fixture.entry(u"A"_s), "text of A");
+    rawOutline(source).tree.setStoredText(fixture.entry(u"A"_s), "text of A");
     fixture.select(u"B"_s);
     modOutline::OutlineCopy();
     fixture.select(u"B1"_s);
     modDoc::DocNew();
-    plantOutline(fixture.document().outline->tree, {u"Other <"_s});
+    plantOutline(rawOutline(fixture.document()).tree, {u"Other <"_s});
     source.history.markSaved();
     modOutline::OutlinePasteAndDelete();
     QCOMPARE(fixture.dump(), QStringList({u"Other +"_s, u" B +<"_s, u"  B1"_s}));
@@ -168,11 +169,11 @@ void tst_CopyAndTags::pasteAndDeleteLeavesAnotherDocumentItsRoot()
 {
     OutlineFixture fixture({u"Root +<"_s, u" A"_s});
     Document &source = fixture.document();
-    source.outline->tree.setStoredText(source.tree.root(), "text of the root");
+    rawOutline(source).tree.setStoredText(source.tree.root(), "text of the root");
     fixture.select(u"Root"_s);
     modOutline::OutlineCopy();
     modDoc::DocNew();
-    plantOutline(fixture.document().outline->tree, {u"Other <"_s});
+    plantOutline(rawOutline(fixture.document()).tree, {u"Other <"_s});
     modOutline::OutlinePasteAndDelete();
     QCOMPARE(fixture.dump(), QStringList({u"Other +"_s, u" Root +<"_s, u"  A"_s}));
     QCOMPARE(dumpOutline(source.tree), QStringList({u"Root +<"_s, u" A"_s}));
@@ -183,7 +184,7 @@ void tst_CopyAndTags::pasteAndDeleteLeavesAnotherDocumentItsRoot()
 void tst_CopyAndTags::copiesShareNothingWithTheirSource()
 {
     OutlineFixture fixture({u"Root +"_s, u" A +<"_s, u"  A1"_s});
-    EntryTree &tree = fixture.document().outline->tree;
+    EntryTree &tree = rawOutline(fixture.document()).tree;
     tree.setStoredText(fixture.entry(u"A1"_s), "text");
     modOutline::OutlineCopy();
     modOutline::OutlinePaste();
@@ -245,7 +246,7 @@ void tst_CopyAndTags::aLongLabelIsShortenedInTheQuestionAlone()
     OutlineFixture fixture({u"Root +"_s, u" A"_s, u" B"_s});
     const QString label = u"a word and "_s.repeated(300);
     Entry *entry = fixture.entry(u"A"_s);
-    fixture.document().outline->tree.setLabel(entry, label);
+    rawOutline(fixture.document()).tree.setLabel(entry, label);
     modNodes::NodeSelect(fixture.document(), entry);
     fixture.fakes.dialogs.answers = {Answer::No};
     modOutline::OutlineDelete();
@@ -253,7 +254,7 @@ void tst_CopyAndTags::aLongLabelIsShortenedInTheQuestionAlone()
              QStringList{u"Do you really want to delete the entry '"_s + label.left(79) + u"…'?"_s});
     QCOMPARE(entry->label(), label);
     // As long as it may be.
-    fixture.document().outline->tree.setLabel(entry, label.left(80));
+    rawOutline(fixture.document()).tree.setLabel(entry, label.left(80));
     fixture.fakes.dialogs.answers = {Answer::No};
     modOutline::OutlineDelete();
     QCOMPARE(fixture.fakes.dialogs.questions.last(),
@@ -305,7 +306,7 @@ void tst_CopyAndTags::taggedEntriesPasteInOrderOfInsertion()
 {
     OutlineFixture fixture({u"Root +"_s, u" A"_s, u" B *"_s, u" C"_s});
     Entry *late = modNodes::NodeInsert(fixture.document(), Relationship::tvwPrevious, fixture.entry(u"A"_s));
-    fixture.document().outline->tree.setLabel(late, u"late"_s);
+    rawOutline(fixture.document()).tree.setLabel(late, u"late"_s);
     modNodes::NodeTagOn(fixture.document(), late);
     fixture.select(u"C"_s);
     modOutline::OutlinePasteTaggedEntries();
@@ -390,7 +391,7 @@ void tst_CopyAndTags::pastingAnOpenEntryReleasesTheLevel()
     QFETCH(const bool, tagged);
     OutlineFixture fixture({u"Root +"_s, u" A *"_s, u"  B"_s, u" C <"_s});
     modOutline::OutlineExpandToLevel(2);
-    fixture.document().outline->tree.setExpanded(fixture.entry(u"A"_s), open);
+    rawOutline(fixture.document()).tree.setExpanded(fixture.entry(u"A"_s), open);
     fixture.document().setExpansionLevel(2);
     modOutline::copiedEntry().set(&fixture.document().tree, fixture.entry(u"A"_s));
     if (tagged)
@@ -415,7 +416,7 @@ void tst_CopyAndTags::taggedEntriesThatDoNotFitLeaveTheLastCopySelected()
 {
     OutlineFixture fixture({u"Root +<"_s, u" A *"_s, u" B *"_s});
     const ErrorRecorder errors;
-    EntryTree &tree = fixture.document().outline->tree;
+    EntryTree &tree = rawOutline(fixture.document()).tree;
     tree.setStoredText(fixture.entry(u"A"_s), "text of A");
     {
         const BulkChange bulk(tree);

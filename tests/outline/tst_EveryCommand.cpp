@@ -3,6 +3,7 @@
 
 #include "outline/EveryCommand.h"
 #include "outline/OutlineFixture.h"
+#include "support/RawOutline.h"
 
 #include "support/ErrorRecorder.h"
 
@@ -192,7 +193,7 @@ void tst_EveryCommand::onAChain20000LevelsDeep()
 {
     constexpr int levels = 20000;
     OutlineFixture fixture({});
-    Entry *selected = growChain(fixture.document().outline->tree, levels, levels / 2);
+    Entry *selected = growChain(rawOutline(fixture.document()).tree, levels, levels / 2);
     modNodes::NodeSelect(fixture.document(), selected);
     modNodes::NodeTagOn(fixture.document(), selected);
     modOutline::OutlineCopy();
@@ -203,7 +204,7 @@ void tst_EveryCommand::onAChain20000LevelsDeep()
 void tst_EveryCommand::onTheRootOfAChain20000LevelsDeep()
 {
     OutlineFixture fixture({});
-    growChain(fixture.document().outline->tree, 16000, 16000);
+    growChain(rawOutline(fixture.document()).tree, 16000, 16000);
     modNodes::NodeSelect(fixture.document(), fixture.document().tree.root());
     modOutline::OutlineCopy();
     run(fixture);
@@ -213,7 +214,7 @@ void tst_EveryCommand::onTheRootOfAChain20000LevelsDeep()
 void tst_EveryCommand::among10000Siblings()
 {
     OutlineFixture fixture({});
-    Entry *selected = growSiblings(fixture.document().outline->tree, 10000);
+    Entry *selected = growSiblings(rawOutline(fixture.document()).tree, 10000);
     modNodes::NodeSelect(fixture.document(), selected);
     for (int row = 0; row < 10000; row += 3)
         modNodes::NodeTagOn(fixture.document(), selected->parent()->child(row));
@@ -226,7 +227,7 @@ void tst_EveryCommand::among10000Siblings()
 void tst_EveryCommand::onAFullOutline()
 {
     OutlineFixture fixture({});
-    EntryTree &tree = fixture.document().outline->tree;
+    EntryTree &tree = rawOutline(fixture.document()).tree;
     Entry *selected = growSiblings(tree, EntryTree::maximumCount - 2);
     modNodes::NodeSelect(fixture.document(), selected);
     modNodes::NodeTagOn(fixture.document(), selected->previous());

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "outline/OutlineFixture.h"
+#include "support/RawOutline.h"
 
 #include "outline/modOutline.h"
 
@@ -49,7 +50,7 @@ void tst_ExpandSortRename::expandOfALeafOnlyMarksTheDocumentChanged()
 void tst_ExpandSortRename::collapseAllSelectsTheRootAndShowsItsText()
 {
     OutlineFixture fixture({u"Root +"_s, u" A +"_s, u"  A1 <"_s});
-    fixture.document().outline->tree.setStoredText(fixture.document().tree.root(), "text of the root");
+    rawOutline(fixture.document()).tree.setStoredText(fixture.document().tree.root(), "text of the root");
     modOutline::OutlineCollapseAll();
     QCOMPARE(fixture.dump(), QStringList({u"Root <"_s, u" A"_s, u"  A1"_s}));
     QCOMPARE(fixture.fake().text.Text(), u"text of the root"_s);
@@ -95,7 +96,7 @@ void tst_ExpandSortRename::expandToLevelBeyondTheDeepestEntry()
 void tst_ExpandSortRename::aSelectionThatALevelHidesFallsToTheHeadOfItsBranch()
 {
     OutlineFixture fixture({u"Root +"_s, u" A +"_s, u"  A1 +"_s, u"   A11 <"_s});
-    fixture.document().outline->tree.setStoredText(fixture.entry(u"A"_s), "text of A");
+    rawOutline(fixture.document()).tree.setStoredText(fixture.entry(u"A"_s), "text of A");
     modOutline::OutlineExpandToLevel(2);
     QCOMPARE(fixture.dump(), QStringList({u"Root +"_s, u" A <"_s, u"  A1 +"_s, u"   A11"_s}));
     QCOMPARE(fixture.fake().text.Text(), u"text of A"_s);
@@ -110,14 +111,14 @@ void tst_ExpandSortRename::sortCurrentSortsDirectChildrenOnce()
     QCOMPARE(fixture.dump(), sorted);
     QVERIFY(!fixture.document().tree.root()->sorted());
     Entry *added = modNodes::NodeInsert(fixture.document(), Relationship::tvwChild, nullptr);
-    fixture.document().outline->tree.setLabel(added, u"aa"_s);
+    rawOutline(fixture.document()).tree.setLabel(added, u"aa"_s);
     QCOMPARE(fixture.dump(), sorted + QStringList{u" aa"_s});
 }
 
 void tst_ExpandSortRename::sortIsStableAndKeepsTextsTagsAndExpansion()
 {
     OutlineFixture fixture({u"Root +<"_s, u" b"_s, u" a *"_s, u" b +"_s, u"  b1"_s});
-    fixture.document().outline->tree.setStoredText(fixture.entry(u"b"_s), "first b");
+    rawOutline(fixture.document()).tree.setStoredText(fixture.entry(u"b"_s), "first b");
     modOutline::OutlineSortCurrent();
     QCOMPARE(fixture.dump(), QStringList({u"Root +<"_s, u" a *"_s, u" b"_s, u" b +"_s, u"  b1"_s}));
     QCOMPARE(fixture.document().tree.storedText(fixture.document().tree.root()->child(1)), QByteArray("first b"));

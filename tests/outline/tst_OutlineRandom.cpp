@@ -4,6 +4,7 @@
 #include "outline/OpenOutline.h"
 #include "support/ErrorRecorder.h"
 #include "support/FakePorts.h"
+#include "support/RawOutline.h"
 
 #include "document/modNodes.h"
 #include "model/StoredText.h"
@@ -339,7 +340,7 @@ void Player::rename()
         editor->setText(label);
         view->EndLabelEdit();
     } else {
-        document().outline->tree.setData(document().tree.indexOf(document().tree.selected()), label);
+        rawOutline(document()).tree.setData(document().tree.indexOf(document().tree.selected()), label);
     }
     literal().selected()->label = label;
 }
@@ -376,7 +377,7 @@ void Player::changeBehindThePane()
         return;
     if (oneIn(2)) {
         changed.slow->text = NodeTextCompressIfRequired("text " + QByteArray::number(++m_texts));
-        document().outline->tree.setStoredText(changed.entry, changed.slow->text);
+        rawOutline(document()).tree.setStoredText(changed.entry, changed.slow->text);
     } else {
         modNodes::NodeTextGet(document(), changed.entry);
     }
@@ -410,7 +411,7 @@ void Player::openOrCloseOne()
     const bool opens = oneIn(2);
     const bool selects =
         m_panes == Panes::RealWindow && pair.slow->expanded && !opens && modNodes::nodCurrent().entry() != pair.entry;
-    document().outline->tree.setExpanded(pair.entry, opens);
+    rawOutline(document()).tree.setExpanded(pair.entry, opens);
     pair.slow->expanded = opens;
     if (selects)
         literal().select(pair.slow);
@@ -468,7 +469,7 @@ void Player::dropBeside(const Pair &dragged, const Pair &target)
 
 void Player::deselect()
 {
-    document().outline->tree.select(nullptr);
+    rawOutline(document()).tree.select(nullptr);
     literal().tree.selected = nullptr;
     m_windows.active->textShown = false;
 }

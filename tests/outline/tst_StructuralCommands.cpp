@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "outline/OutlineFixture.h"
+#include "support/RawOutline.h"
 
 #include "outline/modOutline.h"
 
@@ -97,7 +98,7 @@ void tst_StructuralCommands::commandsChangeTheTree()
     QFETCH(QString, selected);
     QFETCH(QStringList, expected);
     OutlineFixture fixture(sample);
-    const QAbstractItemModelTester tester(&fixture.document().outline->tree,
+    const QAbstractItemModelTester tester(&fixture.document().history.itemModel(),
                                           QAbstractItemModelTester::FailureReportingMode::QtTest);
     fixture.select(selected);
     command();
@@ -181,7 +182,7 @@ void tst_StructuralCommands::anInsertIntoAnEmptyOutlineMakesTheRoot()
 void tst_StructuralCommands::aMoveCarriesTextTagsAndExpansion()
 {
     OutlineFixture fixture({u"Root +"_s, u" A"_s, u" B +*"_s, u"  B1 *"_s});
-    fixture.document().outline->tree.setStoredText(fixture.entry(u"B1"_s), "text");
+    rawOutline(fixture.document()).tree.setStoredText(fixture.entry(u"B1"_s), "text");
     fixture.select(u"B"_s);
     modOutline::OutlineIndent();
     QCOMPARE(fixture.dump(), QStringList({u"Root +"_s, u" A +"_s, u"  B +*<"_s, u"   B1 *"_s}));

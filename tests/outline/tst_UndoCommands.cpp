@@ -7,6 +7,7 @@
 #include "document/modFile.h"
 #include "support/ErrorRecorder.h"
 #include "support/OutlineState.h"
+#include "support/RawOutline.h"
 
 #include <QTest>
 
@@ -24,7 +25,7 @@ QStringList grownOutline()
 
 QStringList stateOf(Document &document)
 {
-    return ::stateOf(*document.outline);
+    return ::stateOf(document.outline());
 }
 
 } // namespace
@@ -102,13 +103,13 @@ void tst_UndoCommands::everySequenceIsUndoneToTheStart()
             everyCommand[i].run();
         }
         // An entry that ended up hidden is shown again when it is gone back to.
-        const QStringList after = contentOf(*document.outline);
+        const QStringList after = contentOf(document.outline());
         const int there = document.history.position();
         QVERIFY(there > 0);
         QVERIFY(goToStep(document, 0));
         QCOMPARE(stateOf(document), before);
         QVERIFY(goToStep(document, there));
-        QCOMPARE(contentOf(*document.outline), after);
+        QCOMPARE(contentOf(document.outline()), after);
         QVERIFY(goToStep(document, 0));
     }
 }
@@ -176,7 +177,7 @@ void tst_UndoCommands::aStepInEachDocumentWhereAnEntryWentFromOneToTheOther()
     const QStringList sourceBefore = stateOf(source);
     modDoc::DocNew();
     Document &target = *DocumentActive();
-    plantOutline(target.outline->tree, {u"Other <"_s});
+    plantOutline(rawOutline(target).tree, {u"Other <"_s});
     const QStringList targetBefore = stateOf(target);
     modOutline::OutlinePasteAndDelete();
     QCOMPARE(source.history.undoName(), u"deletion of \"B\""_s);
@@ -192,7 +193,7 @@ void tst_UndoCommands::undoingShowsTheTextThatCameBack()
     OutlineFixture fixture(grownOutline());
     fixture.fakes.dialogs.answers = {Answer::Yes};
     Document &document = fixture.document();
-    document.outline->tree.setStoredText(fixture.entry(u"C"_s), "{\\rtf1 of C}");
+    rawOutline(document).tree.setStoredText(fixture.entry(u"C"_s), "{\\rtf1 of C}");
     fixture.select(u"C"_s);
     document.history.startAnew();
     modOutline::OutlineDelete();

@@ -46,8 +46,8 @@ void tst_UndoFaults::aCommandThatFailsLeavesNothingThatCannotBeUndone()
         fixture.select(u"B"_s);
         Document &document = fixture.document();
         document.history.startAnew();
-        const QStringList before = contentOf(*document.outline);
-        const QStringList openBefore = expansionOf(*document.outline);
+        const QStringList before = contentOf(document.outline());
+        const QStringList openBefore = expansionOf(document.outline());
         memoryWasRefused = false;
         requestsUntilRefusal = request;
         everyCommand[size_t(command)].run();
@@ -60,15 +60,15 @@ void tst_UndoFaults::aCommandThatFailsLeavesNothingThatCannotBeUndone()
         QVERIFY2(failures <= 1, qPrintable(errors.summary().join(u", "_s)));
         // Of several tagged entries there stays what was pasted before.
         if (failures == 1 && QByteArray(everyCommand[size_t(command)].name) != "OutlinePasteTaggedEntries") {
-            QCOMPARE(contentOf(*document.outline), before);
+            QCOMPARE(contentOf(document.outline()), before);
             QVERIFY(!document.history.canUndo());
         }
         if (document.history.canUndo())
             QVERIFY(document.history.undo());
         QVERIFY(!document.history.canUndo());
-        QCOMPARE(contentOf(*document.outline), before);
+        QCOMPARE(contentOf(document.outline()), before);
         if (document.history.canRedo())
-            QCOMPARE(expansionOf(*document.outline), openBefore);
+            QCOMPARE(expansionOf(document.outline()), openBefore);
         QVERIFY(request < 10'000);
     }
 }

@@ -8,6 +8,7 @@
 #include "support/FakeDocument.h"
 #include "support/FakePorts.h"
 #include "support/OutlineText.h"
+#include "support/RawOutline.h"
 
 // A document to print from, as the active one.
 class PrintFixture
@@ -19,7 +20,7 @@ public:
     Document &plant(const QStringList &lines)
     {
         Document &document = fake.windows.createDocument();
-        plantOutline(document.outline->tree, lines);
+        plantOutline(rawOutline(document).tree, lines);
         for (const Entry *entry = document.tree.root(); entry; entry = nextInOutline(entry, document.tree.root()))
             setText(document, entry->label(), "{\\rtf1 text of " + entry->label().toLatin1() + "}");
         return document;
@@ -27,7 +28,7 @@ public:
 
     static void setText(Document &document, const QString &label, const QByteArray &text)
     {
-        document.outline->tree.setStoredText(entryLabelled(document.tree, label), NodeTextCompressIfRequired(text));
+        rawOutline(document).tree.setStoredText(entryLabelled(document.tree, label), NodeTextCompressIfRequired(text));
     }
 
     static PrintExtent extent(Document &document, const QString &label, bool bDescendants)

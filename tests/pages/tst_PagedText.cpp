@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "pages/PagedText.h"
+#include "support/RawOutline.h"
 
 #include "pages/PrintFixture.h"
 
@@ -128,8 +129,8 @@ QImage tst_PagedText::picture(PagedText &text, int page)
 void tst_PagedText::anEmptyTextIsOneEmptyPage()
 {
     Document &document = m_fixture->plant({u"Root"_s});
-    document.outline->tree.setLabel(document.tree.root(), QString());
-    document.outline->tree.setStoredText(document.tree.root(), QByteArray());
+    rawOutline(document).tree.setLabel(document.tree.root(), QString());
+    rawOutline(document).tree.setStoredText(document.tree.root(), QByteArray());
     const auto text = textOf({&document, document.tree.root(), true}, 100);
     QCOMPARE(text->format(nullptr, {}, 0), 0);
     QVERIFY(text->isWhole());
@@ -276,7 +277,7 @@ void tst_PagedText::onlyAFewPiecesAreKept()
 void tst_PagedText::aDamagedTextIsReportedOnce()
 {
     Document &document = m_fixture->plant({u"Root"_s, u" A"_s, u" B"_s, u" C"_s, u" D"_s, u" E"_s});
-    document.outline->tree.setStoredText(entryLabelled(document.tree, u"A"_s), "30,no such stream");
+    rawOutline(document).tree.setStoredText(entryLabelled(document.tree, u"A"_s), "30,no such stream");
     const auto text = textOf(m_fixture->extent(document, u"Root"_s, true), 1);
     startsOf(*text);
     const int reported = m_fixture->errors.count();

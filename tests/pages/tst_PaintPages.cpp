@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "pages/PaintPages.h"
+#include "support/RawOutline.h"
 
 #include "pages/Pdf.h"
 #include "pages/PrintComposition.h"
@@ -69,7 +70,7 @@ private:
     {
         Document &document = m_fixture->plant({u"Root"_s});
         PrintFixture::setText(document, u"Root"_s, text);
-        document.outline->tree.setLabel(document.tree.root(), QString());
+        rawOutline(document).tree.setLabel(document.tree.root(), QString());
         const PrintComposition composition({&document, document.tree.root(), true}, QFont(u"DejaVu Sans"_s));
         QPainter painter(m_device.get());
         return paintPages(composition, *m_device, painter, place(), goesOn);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "pages/PrintComposition.h"
+#include "support/RawOutline.h"
 
 #include "model/Limits.h"
 #include "pages/PrintFixture.h"
@@ -100,7 +101,7 @@ void tst_PrintComposition::ofALabelWithoutEndTheBeginningIsPrinted()
     Document &document = m_fixture->plant({u"Root"_s});
     const QString label(limits::printedLabel, u'x');
     for (const QString &longer : {label, label.repeated(100)}) {
-        document.outline->tree.setLabel(document.tree.root(), longer);
+        rawOutline(document).tree.setLabel(document.tree.root(), longer);
         QCOMPARE(lines(*compose({&document, document.tree.root(), false})).value(0).size(),
                  label.size() + u"20: "_s.size());
     }
@@ -145,7 +146,7 @@ void tst_PrintComposition::anEntryWithoutATextIsItsLabel()
 void tst_PrintComposition::anEntryWithoutALabelIsItsText()
 {
     Document &document = m_fixture->plant({u"Root"_s, u" A"_s});
-    document.outline->tree.setLabel(document.tree.root(), QString());
+    rawOutline(document).tree.setLabel(document.tree.root(), QString());
     QCOMPARE(lines(*compose({&document, document.tree.root(), true})),
              QStringList({u"text of Root"_s, u"17: A"_s, u"text of A"_s}));
 }
@@ -154,14 +155,14 @@ void tst_PrintComposition::nothingAtAll()
 {
     Document &document = m_fixture->plant({u"Root"_s});
     m_fixture->setText(document, u"Root"_s, "");
-    document.outline->tree.setLabel(document.tree.root(), QString());
+    rawOutline(document).tree.setLabel(document.tree.root(), QString());
     QVERIFY(compose({&document, document.tree.root(), true})->isEmpty());
 }
 
 void tst_PrintComposition::aLabelIsOneLine()
 {
     Document &document = m_fixture->plant({u"Root"_s});
-    document.outline->tree.setLabel(document.tree.root(), u"a\nb\r\nc\u2029d"_s);
+    rawOutline(document).tree.setLabel(document.tree.root(), u"a\nb\r\nc\u2029d"_s);
     QCOMPARE(lines(*compose({&document, document.tree.root(), true})).first(), u"20: a b  c d"_s);
 }
 
@@ -218,7 +219,7 @@ void tst_PrintComposition::aTextThatIsNoRtfIsPrintedAsItIs()
 void tst_PrintComposition::aDamagedTextIsLeftOutAndReported()
 {
     Document &document = m_fixture->plant({u"Root"_s, u" A"_s});
-    document.outline->tree.setStoredText(document.tree.root(), "30,no such stream");
+    rawOutline(document).tree.setStoredText(document.tree.root(), "30,no such stream");
     QCOMPARE(lines(*compose(m_fixture->extent(document, u"Root"_s, true))),
              QStringList({u"20: Root"_s, u"17: A"_s, u"text of A"_s}));
     QVERIFY(!m_fixture->errors.records().empty());
@@ -229,7 +230,7 @@ void tst_PrintComposition::aDamagedTextIsLeftOutAndReported()
 void tst_PrintComposition::ofATextTooLongToBeLaidOutTheBeginningIsPrintedAndTheRestToldOf()
 {
     Document &document = m_fixture->plant({u"Root"_s});
-    document.outline->tree.setStoredText(document.tree.root(), QByteArray("x ").repeated(limits::longestParagraph));
+    rawOutline(document).tree.setStoredText(document.tree.root(), QByteArray("x ").repeated(limits::longestParagraph));
     const QStringList printed = lines(*compose(m_fixture->extent(document, u"Root"_s, true)));
     QCOMPARE(printed.size(), 3);
     QCOMPARE(printed[1].size(), limits::shownBeginning);
@@ -307,8 +308,8 @@ void tst_PrintComposition::aLongChainIsNoTrouble()
     Document &document = m_fixture->fake.windows.createDocument();
     Entry *entry = nullptr;
     for (int i = 0; i < EntryTree::maximumCount; ++i) {
-        entry = document.outline->tree.insert(Relationship::tvwChild, entry);
-        document.outline->tree.setLabel(entry, u"x"_s);
+        entry = rawOutline(document).tree.insert(Relationship::tvwChild, entry);
+        rawOutline(document).tree.setLabel(entry, u"x"_s);
     }
     QCOMPARE(compose({&document, document.tree.root(), true})->blockCount(), EntryTree::maximumCount);
 }

@@ -9,6 +9,7 @@
 #include "platform/TreeView.h"
 #include "search/modSearch.h"
 #include "support/OutlineText.h"
+#include "support/RawOutline.h"
 #include "window/frmDocument.h"
 
 #include <QLabel>
@@ -86,8 +87,8 @@ Document &tst_HistoryPane::plant() const
 {
     modDoc::DocNew();
     Document &document = *DocumentActive();
-    plantOutline(document.outline->tree, {u"Root +"_s, u" A"_s, u" B <"_s, u" C"_s});
-    modNodes::NodeSelectFull(document, document.outline->tree.selected());
+    plantOutline(rawOutline(document).tree, {u"Root +"_s, u" A"_s, u" B <"_s, u" C"_s});
+    modNodes::NodeSelectFull(document, document.tree.selected());
     document.giveUpChanges();
     form().treeView->setFocus();
     return document;
@@ -192,18 +193,18 @@ void tst_HistoryPane::undoSaysWhatItDid()
 void tst_HistoryPane::whatReachesFarSaysSo()
 {
     Document &document = plant();
-    modNodes::NodeInsert(document, Relationship::tvwChild, document.outline->tree.root()->child(1));
-    modNodes::NodeInsert(document, Relationship::tvwChild, document.outline->tree.root()->child(1));
+    modNodes::NodeInsert(document, Relationship::tvwChild, document.tree.root()->child(1));
+    modNodes::NodeInsert(document, Relationship::tvwChild, document.tree.root()->child(1));
     press(Qt::Key_Delete, Qt::AltModifier);
     QCOMPARE(status(), u"Deletion of \"B\" (3 entries) – Ctrl+Z takes it back"_s);
     press(Qt::Key_Z, Qt::ControlModifier);
     QCOMPARE(document.tree.entryCount(), 6);
     // A single entry is seen to go.
-    modNodes::NodeSelectFull(document, document.outline->tree.root()->child(0));
+    modNodes::NodeSelectFull(document, document.tree.root()->child(0));
     press(Qt::Key_Delete, Qt::AltModifier);
     QVERIFY2(!status().contains(u"Ctrl+Z"_s), qPrintable(status()));
     press(Qt::Key_Up, Qt::AltModifier);
-    document.outline->tree.setLabel(document.outline->tree.root()->child(0), u"Z"_s);
+    rawOutline(document).tree.setLabel(document.tree.root()->child(0), u"Z"_s);
     m_main->choose("mnuOutlineSortAll");
     QCOMPARE(status(), u"Sorting below \"Root\" – Ctrl+Z takes it back"_s);
 }
@@ -227,7 +228,7 @@ void tst_HistoryPane::undoGoesAcrossEntries()
     press(Qt::Key_I, Qt::AltModifier);
     press(Qt::Key_Escape);
     QVERIFY(document.m_bDataChanged());
-    modNodes::NodeSelectFull(document, document.outline->tree.root());
+    modNodes::NodeSelectFull(document, document.tree.root());
     for (int times = 0; times < 10; ++times)
         press(Qt::Key_Z, Qt::ControlModifier);
     QCOMPARE(outline(), u"Root +| A| B <| C"_s);

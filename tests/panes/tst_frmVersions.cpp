@@ -11,6 +11,7 @@
 #include "platform/RichTextBox.h"
 #include "support/ModalSteps.h"
 #include "support/OutlineText.h"
+#include "support/RawOutline.h"
 #include "vault/VersionKeeper.h"
 #include "window/frmDocument.h"
 
@@ -111,9 +112,9 @@ Document &tst_frmVersions::plant(const QString &name)
 {
     modDoc::DocNew();
     Document &document = *DocumentActive();
-    plantOutline(document.outline->tree, {u"Root +<"_s, u" A +"_s, u"  A1"_s, u"  A2 *"_s, u" B"_s, u" C"_s});
-    document.outline->tree.setStoredText(entryOf(document, u"B"_s), "the first words");
-    modNodes::NodeSelectFull(document, document.outline->tree.selected());
+    plantOutline(rawOutline(document).tree, {u"Root +<"_s, u" A +"_s, u"  A1"_s, u"  A2 *"_s, u" B"_s, u" C"_s});
+    rawOutline(document).tree.setStoredText(entryOf(document, u"B"_s), "the first words");
+    modNodes::NodeSelectFull(document, document.tree.selected());
     document.m_sFile = m_folder->filePath(name);
     save(document);
     return document;
@@ -128,7 +129,7 @@ void tst_frmVersions::save(Document &document)
 
 Entry *tst_frmVersions::entryOf(const Document &document, const QString &label)
 {
-    for (Entry *entry = document.outline->tree.root(); entry; entry = nextInOutline(entry, document.tree.root())) {
+    for (Entry *entry = document.tree.root(); entry; entry = nextInOutline(entry, document.tree.root())) {
         if (entry->label() == label)
             return entry;
     }

@@ -3,8 +3,9 @@
 
 #include "platform/TreeView.h"
 
-#include "model/EntryTree.h"
+#include "model/History.h"
 #include "model/Limits.h"
+#include "model/Outline.h"
 #include "model/ShownLabel.h"
 #include "platform/OutlineWidth.h"
 #include "support/FakePorts.h"
@@ -75,7 +76,7 @@ private Q_SLOTS:
 
     void init()
     {
-        m_tree = std::make_unique<EntryTree>();
+        makeOutline();
         m_window = std::make_unique<QWidget>();
         m_window->resize(400, 300);
         m_view = new TreeView(m_window.get());
@@ -83,7 +84,7 @@ private Q_SLOTS:
         m_other = new QLineEdit(m_window.get());
         m_other->move(260, 0);
         QWidget::setTabOrder(m_view, m_other);
-        m_view->setEntryTree(m_tree.get());
+        m_view->setHistory(m_history.get());
         m_window->show();
         QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
     }
@@ -91,7 +92,8 @@ private Q_SLOTS:
     void cleanup()
     {
         m_window.reset();
-        m_tree.reset();
+        m_history.reset();
+        m_outline.reset();
     }
 
     void hasTheNamesByWhichItIsFound();
@@ -197,6 +199,13 @@ private:
         QTest::mouseClick(m_view->viewport(), button, modifiers, point);
     }
 
+    void makeOutline()
+    {
+        m_outline = std::make_unique<Outline>();
+        m_history = std::make_unique<History>(*m_outline);
+        m_tree = &m_outline->tree;
+    }
+
     void press(Qt::Key key) const { QTest::keyClick(m_view, key); }
 
     QLineEdit *editor() const { return m_view->findChild<QLineEdit *>(u"labelEditor"_s); }
@@ -217,7 +226,9 @@ private:
         return QString();
     }
 
-    std::unique_ptr<EntryTree> m_tree;
+    std::unique_ptr<Outline> m_outline;
+    std::unique_ptr<History> m_history;
+    EntryTree *m_tree = nullptr;
     std::unique_ptr<QWidget> m_window;
     TreeView *m_view = nullptr;
     QLineEdit *m_other = nullptr;
@@ -237,7 +248,7 @@ void tst_TreeView::showsOpenBranchesAsTheTreeSays()
                                   u"Soil"_s}));
     QCOMPARE(difference(), QString());
     TreeView late;
-    late.setEntryTree(m_tree.get());
+    late.setHistory(m_history.get());
     QVERIFY(late.isExpanded(indexOf(u"Fruit"_s)));
     QVERIFY(!late.isExpanded(indexOf(u"Tools"_s)));
 }
@@ -549,7 +560,7 @@ void tst_TreeView::startLabelEditEditsTheSelectedEntry()
     m_view->StartLabelEdit();
     QVERIFY(!editor());
     m_tree->select(entry(u"Oak"_s));
-    QSignalSpy edited(m_tree.get(), &EntryTree::labelChanged);
+    QSignalSpy edited(m_tree, &EntryTree::labelChanged);
     QSignalSpy clicked(m_view, &TreeView::nodeClicked);
     m_view->StartLabelEdit();
     QVERIFY(editor());
@@ -585,7 +596,7 @@ void tst_TreeView::escapeKeepsTheOldLabel()
 {
     build(*m_tree, garden);
     m_tree->select(entry(u"Oak"_s));
-    QSignalSpy edited(m_tree.get(), &EntryTree::labelChanged);
+    QSignalSpy edited(m_tree, &EntryTree::labelChanged);
     m_view->StartLabelEdit();
     QTest::keyClicks(editor(), u"Ash"_s);
     QTest::keyClick(editor(), Qt::Key_Escape);
@@ -619,7 +630,7 @@ void tst_TreeView::endLabelEditKeepsWhatWasTyped()
 {
     build(*m_tree, garden);
     m_tree->select(entry(u"Oak"_s));
-    QSignalSpy edited(m_tree.get(), &EntryTree::labelChanged);
+    QSignalSpy edited(m_tree, &EntryTree::labelChanged);
     m_view->EndLabelEdit();
     QCOMPARE(edited.size(), 0);
     m_view->StartLabelEdit();
@@ -991,7 +1002,7 @@ void tst_TreeView::hitTestFindsTheEntryOfARow()
     build(*m_tree, garden);
     QCOMPARE(m_view->HitTest(labelPoint(u"Oak"_s)), entry(u"Oak"_s));
     QCOMPARE(m_view->HitTest({5, 290}), nullptr);
-    m_view->setEntryTree(nullptr);
+    m_view->setHistory(nullptr);
     QCOMPARE(m_view->HitTest({5, 5}), nullptr);
 }
 
@@ -1072,12 +1083,14 @@ void tst_TreeView::aVeryDeepOutlineIsShownClosedAtItsEnd()
 void tst_TreeView::anotherTreeReplacesTheFirst()
 {
     build(*m_tree, garden);
-    EntryTree other;
+    Outline outline;
+    History history(outline);
+    EntryTree &other = outline.tree;
     build(other, "+A\n  B");
     other.select(other.root()->firstChild());
     QSignalSpy expanded(m_view, &TreeView::entryExpanded);
     QSignalSpy clicked(m_view, &TreeView::nodeClicked);
-    m_view->setEntryTree(&other);
+    m_view->setHistory(&history);
     QCOMPARE(m_view->entryTree(), &other);
     QCOMPARE(m_view->currentIndex(), other.indexOf(other.root()->firstChild()));
     QVERIFY(m_view->isExpanded(other.indexOf(other.root())));
@@ -1085,7 +1098,7 @@ void tst_TreeView::anotherTreeReplacesTheFirst()
     m_tree->select(m_tree->root());
     QCOMPARE(expanded.size(), 0);
     QCOMPARE(clicked.size(), 0);
-    m_view->setEntryTree(m_tree.get());
+    m_view->setHistory(m_history.get());
     QCOMPARE(difference(), QString());
 }
 
@@ -1093,19 +1106,20 @@ void tst_TreeView::theTreeMayGoFirst()
 {
     build(*m_tree, garden);
     m_tree->select(m_tree->root());
-    m_tree.reset();
+    m_history.reset();
+    m_outline.reset();
     m_window->repaint();
     m_view->setFocus();
     press(Qt::Key_Down);
     m_view->StartLabelEdit();
     m_view->ScrollTo(nullptr);
     QCOMPARE(m_view->entryTree(), nullptr);
-    m_tree = std::make_unique<EntryTree>();
+    makeOutline();
 }
 
 void tst_TreeView::randomChangesKeepViewAndTreeAlike()
 {
-    const QAbstractItemModelTester tester(m_tree.get(), QAbstractItemModelTester::FailureReportingMode::QtTest);
+    const QAbstractItemModelTester tester(m_tree, QAbstractItemModelTester::FailureReportingMode::QtTest);
     build(*m_tree, garden);
     quint32 state = 4711;
     const auto random = [&state](int below) {

@@ -7,6 +7,7 @@
 #include "pages/Pdf.h"
 #include "pages/PrintFixture.h"
 #include "support/Obstacles.h"
+#include "support/RawOutline.h"
 
 #include <QBuffer>
 #include <QDir>
@@ -97,7 +98,7 @@ private:
     {
         Document &document = m_fixture->plant({u"Root"_s});
         m_fixture->setText(document, u"Root"_s, text);
-        document.outline->tree.setLabel(document.tree.root(), QString());
+        rawOutline(document).tree.setLabel(document.tree.root(), QString());
         return {&document, document.tree.root(), true};
     }
 

@@ -11,6 +11,7 @@
 #include "search/modSearch.h"
 #include "support/FakeDocument.h"
 #include "support/FakePorts.h"
+#include "support/RawOutline.h"
 
 // A document with a real text pane that is the active one, and a search that begins with nothing set.
 class SearchFixture
@@ -49,9 +50,9 @@ public:
     // Adds an entry behind the others of a parent; null for the root.
     Entry *add(Entry *parent, const QString &label, const QString &text)
     {
-        Entry *entry = document.outline->tree.insert(Relationship::tvwChild, parent);
-        document.outline->tree.setLabel(entry, label);
-        document.outline->tree.setStoredText(entry, NodeTextCompressIfRequired(rtf(text)));
+        Entry *entry = rawOutline(document).tree.insert(Relationship::tvwChild, parent);
+        rawOutline(document).tree.setLabel(entry, label);
+        rawOutline(document).tree.setStoredText(entry, NodeTextCompressIfRequired(rtf(text)));
         return entry;
     }
 

@@ -6,6 +6,7 @@
 #include "search/clsHistory.h"
 #include "search/frmSearch.h"
 #include "support/ErrorRecorder.h"
+#include "support/RawOutline.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -410,14 +411,14 @@ void tst_frmSearch::itKeepsOffTheLabel()
 {
     Document &document = m_fixture->document;
     TreeView view;
-    view.setEntryTree(&document.outline->tree, &document.history);
+    view.setHistory(&document.history);
     view.resize(300, 300);
     view.show();
     Entry *root = m_fixture->add(nullptr, u"Root"_s, {});
     m_fixture->add(root, u"a dog"_s, {});
     Entry *cat = m_fixture->add(root, u"a cat"_s, {});
     modNodes::NodeSelectFull(document, root);
-    document.outline->tree.setExpanded(root, true);
+    rawOutline(document).tree.setExpanded(root, true);
     open(1);
     m_dialog->move(view.mapToGlobal(QPoint(10, 10)));
     input(2)->setCurrentIndex(2);
@@ -429,7 +430,7 @@ void tst_frmSearch::itKeepsOffTheLabel()
     QCOMPARE(document.tree.selected(), cat);
     QCOMPARE(view.SelectedRow(), m_fixture->outline.selectedRow);
     QVERIFY(!m_dialog->frameGeometry().intersects(m_fixture->outline.selectedRow));
-    view.setEntryTree(nullptr);
+    view.setHistory(nullptr);
 }
 
 void tst_frmSearch::itOpensOffTheSelectedText()

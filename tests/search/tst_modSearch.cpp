@@ -5,6 +5,7 @@
 #include "support/ErrorRecorder.h"
 #include "support/MovedBytes.h"
 #include "support/OutlineText.h"
+#include "support/RawOutline.h"
 
 #include <QSignalSpy>
 #include <QTest>
@@ -211,7 +212,7 @@ void tst_modSearch::allTextsThatBreakOffShowTheSelectedEntryAgain()
     const ErrorRecorder errors;
     FakeDocument fake;
     f.windows.document = &fake.document;
-    EntryTree &tree = fake.document.outline->tree;
+    EntryTree &tree = rawOutline(fake.document).tree;
     plantOutline(tree, {u"Root"_s, u" A"_s, u" B"_s});
     for (int index = 1; index <= 3; ++index)
         tree.setStoredText(tree.collection().at(index), "text " + QByteArray::number(index));
@@ -345,7 +346,7 @@ void tst_modSearch::labelsThatFindNoOtherLeaveTheTextAsItIs()
     Entry *root = f.add(nullptr, u"Root"_s, u"text"_s);
     f.add(root, u"Child"_s, u"another"_s);
     modNodes::NodeSelectFull(f.document, root);
-    f.document.outline->tree.setExpanded(root, false);
+    rawOutline(f.document).tree.setExpanded(root, false);
     g_iSearchMode = 0;
     f.box.setSelText(u"typed "_s);
     f.select(3, 2);
@@ -475,7 +476,7 @@ void tst_modSearch::wordsBesideAReplacementAreSeenAsTheyAreThen()
     g_bSearchWholeWord = true;
     for (const auto &[text, replacement, expected] :
          {std::tuple(u"xab"_s, u"-"_s, u"--"_s), std::tuple(u"-ab"_s, u"x"_s, u"xab"_s)}) {
-        f.document.outline->tree.setStoredText(root, NodeTextCompressIfRequired(SearchFixture::rtf(text)));
+        rawOutline(f.document).tree.setStoredText(root, NodeTextCompressIfRequired(SearchFixture::rtf(text)));
         modNodes::NodeSelectFull(f.document, root);
         f.select(0, 1);
         g_sSearchReplace = replacement;
@@ -587,9 +588,10 @@ void tst_modSearch::replacingLineBreaksLeavesTables()
     QFETCH(const int, start);
     SearchFixture &f = *m_fixture;
     Entry *root = f.add(nullptr, u"Root"_s, {});
-    f.document.outline->tree.setStoredText(
-        root, "{\\rtf1 a\\par b\\par\\trowd\\cellx1000\\cellx2000\\pard\\intbl one\\cell two\\cell\\row"
-              "\\trowd\\cellx1000\\cellx2000\\pard\\intbl three\\cell four\\cell\\row\\pard c\\par d}");
+    rawOutline(f.document)
+        .tree.setStoredText(root,
+                            "{\\rtf1 a\\par b\\par\\trowd\\cellx1000\\cellx2000\\pard\\intbl one\\cell two\\cell\\row"
+                            "\\trowd\\cellx1000\\cellx2000\\pard\\intbl three\\cell four\\cell\\row\\pard c\\par d}");
     modNodes::NodeSelectFull(f.document, root);
     f.select(start, 0);
     g_sSearchFind = u"\r\n"_s;
@@ -605,7 +607,7 @@ void tst_modSearch::halvesOfLineBreaksAreLeft()
 {
     SearchFixture &f = *m_fixture;
     Entry *root = f.add(nullptr, u"Root"_s, {});
-    f.document.outline->tree.setStoredText(root, "{\\rtf1 one\\line two\\par three\\line four\\par five}");
+    rawOutline(f.document).tree.setStoredText(root, "{\\rtf1 one\\line two\\par three\\line four\\par five}");
     for (const bool isBackwards : {false, true}) {
         modNodes::NodeSelectFull(f.document, root);
         f.fake.dialogs.notices.clear();
@@ -668,12 +670,12 @@ void tst_modSearch::replaceAllThatWouldNeverEndEnds()
     }
     // Each replacement makes more matches than it takes away.
     g_sSearchReplace = u"bbaa"_s;
-    f.document.outline->tree.setStoredText(child, NodeTextCompressIfRequired(SearchFixture::rtf(u"aab"_s)));
+    rawOutline(f.document).tree.setStoredText(child, NodeTextCompressIfRequired(SearchFixture::rtf(u"aab"_s)));
     g_sSearchScope = u"0"_s;
     modNodes::NodeSelectFull(f.document, child);
     modSearch::SearchReplaceAll();
     QVERIFY(f.box.Text().size() > 3);
-    f.document.outline->tree.setLabel(child, u"aab"_s);
+    rawOutline(f.document).tree.setLabel(child, u"aab"_s);
     g_sSearchScope = u"2"_s;
     modSearch::SearchReplaceAll();
     QVERIFY(child->label().size() > 3);
@@ -684,7 +686,7 @@ void tst_modSearch::replaceAllLeavesDamagedTexts()
     SearchFixture &f = *m_fixture;
     Entry *root = f.add(nullptr, u"Root"_s, u"a cat"_s);
     Entry *child = f.add(root, u"Child"_s, {});
-    f.document.outline->tree.setStoredText(child, "12,cat");
+    rawOutline(f.document).tree.setStoredText(child, "12,cat");
     modNodes::NodeSelectFull(f.document, root);
     g_sSearchFind = u"cat"_s;
     g_sSearchReplace = u"dog"_s;
@@ -713,7 +715,7 @@ void tst_modSearch::replaceAllTellsWhichTextsItLeft()
     SearchFixture &f = *m_fixture;
     Entry *root = f.add(nullptr, u"Root"_s, u"a cat"_s);
     Entry *child = f.add(root, u"Lost"_s, {});
-    f.document.outline->tree.setStoredText(child, "12,cat");
+    rawOutline(f.document).tree.setStoredText(child, "12,cat");
     modNodes::NodeSelectFull(f.document, damagedIsShown ? child : root);
     g_sSearchFind = u"cat"_s;
     g_sSearchReplace = u"dog"_s;
@@ -726,7 +728,7 @@ void tst_modSearch::replaceAllTellsWhichTextsItLeft()
     QCOMPARE(told->text, u"Nothing was replaced in the text of \"Lost\", which cannot be shown whole."_s);
     // It is about the last replacement.
     modNodes::NodeTextDiscard(f.document);
-    f.document.outline->tree.setStoredText(child, QByteArray());
+    rawOutline(f.document).tree.setStoredText(child, QByteArray());
     modNodes::NodeSelectFull(f.document, root);
     modSearch::SearchReplaceAll();
     QVERIFY(!f.document.hasNotice(NoticeKind::NotReplaced));
@@ -785,7 +787,7 @@ void tst_modSearch::replacingInALongLabelMovesNoMoreForEachMatch()
     g_sSearchReplace = u"xyz"_s;
     g_sSearchScope = u"2"_s;
     const auto bytesMoved = [&](int matches) {
-        f.document.outline->tree.setLabel(root, u"-e"_s.repeated(matches));
+        rawOutline(f.document).tree.setLabel(root, u"-e"_s.repeated(matches));
         const qint64 before = movedBytes();
         modSearch::SearchPerformReplace();
         const qint64 moved = movedBytes() - before;
@@ -910,8 +912,8 @@ void tst_modSearch::replacingAllLeavesPictures()
     SearchFixture &f = *m_fixture;
     Entry *root = f.add(nullptr, u"Root"_s, {});
     Entry *child = f.add(root, u"Child"_s, {});
-    f.document.outline->tree.setStoredText(root, withPicture);
-    f.document.outline->tree.setStoredText(child, withPicture);
+    rawOutline(f.document).tree.setStoredText(root, withPicture);
+    rawOutline(f.document).tree.setStoredText(child, withPicture);
     modNodes::NodeSelectFull(f.document, root);
     g_sSearchFind = u"foo bar"_s;
     g_sSearchReplace = u"baz"_s;
@@ -927,8 +929,8 @@ void tst_modSearch::aMatchOverTheBorderOfCellsIsNotReplaced()
 {
     SearchFixture &f = *m_fixture;
     Entry *root = f.add(nullptr, u"Root"_s, {});
-    f.document.outline->tree.setStoredText(
-        root, "{\\rtf1\\trowd\\cellx1000\\cellx2000\\pard\\intbl alpha\\cell beta\\cell\\row}");
+    rawOutline(f.document)
+        .tree.setStoredText(root, "{\\rtf1\\trowd\\cellx1000\\cellx2000\\pard\\intbl alpha\\cell beta\\cell\\row}");
     modNodes::NodeSelectFull(f.document, root);
     const QString before = f.box.Text();
     g_sSearchFind = u"a\r\nb"_s;
@@ -943,9 +945,10 @@ void tst_modSearch::replacingAllLeavesSelectedCells()
 {
     SearchFixture &f = *m_fixture;
     Entry *root = f.add(nullptr, u"Root"_s, {});
-    f.document.outline->tree.setStoredText(
-        root, "{\\rtf1\\trowd\\cellx1000\\cellx2000\\pard\\intbl one\\cell two\\cell\\row"
-              "\\trowd\\cellx1000\\cellx2000\\pard\\intbl three\\cell four\\cell\\row\\pard a cat}");
+    rawOutline(f.document)
+        .tree.setStoredText(root,
+                            "{\\rtf1\\trowd\\cellx1000\\cellx2000\\pard\\intbl one\\cell two\\cell\\row"
+                            "\\trowd\\cellx1000\\cellx2000\\pard\\intbl three\\cell four\\cell\\row\\pard a cat}");
     modNodes::NodeSelectFull(f.document, root);
     // The left column.
     f.select(static_cast<int>(f.box.Text().indexOf(u"one"_s)), 0);

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "search/SearchFixture.h"
+#include "support/RawOutline.h"
 
 #include <QTest>
 #include <QTextCursor>
@@ -337,7 +338,7 @@ void tst_searchReference::everyStepIsTheSame()
             QString label = pieces(5).remove(u'\n');
             const int parent = i == 0 ? -1 : below(i);
             entries.push_back(f.add(i == 0 ? nullptr : entries[std::size_t(parent)], label, {}));
-            f.document.outline->tree.setStoredText(entries.back(), NodeTextCompressIfRequired(looks(text)));
+            rawOutline(f.document).tree.setStoredText(entries.back(), NodeTextCompressIfRequired(looks(text)));
             // A paragraph that the text only opens is none yet.
             if (text.endsWith(u'\n'))
                 text.chop(1);
@@ -428,8 +429,8 @@ void tst_searchReference::replacingAllIsReplacingOneByOne()
 
         const auto outcome = [&](void (*replaceAll)()) {
             for (std::size_t i = 0; i < entries.size(); ++i) {
-                f.document.outline->tree.setLabel(entries[i], labels[qsizetype(i)]);
-                f.document.outline->tree.setStoredText(entries[i], texts[i]);
+                rawOutline(f.document).tree.setLabel(entries[i], labels[qsizetype(i)]);
+                rawOutline(f.document).tree.setStoredText(entries[i], texts[i]);
             }
             modNodes::NodeSelectFull(f.document, entries[std::size_t(first)]);
             f.select(from, length);

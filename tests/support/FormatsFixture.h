@@ -7,6 +7,7 @@
 #include "support/ErrorRecorder.h"
 #include "support/FakePorts.h"
 #include "support/NativeBytes.h"
+#include "support/RawOutline.h"
 
 // Documents in the formats' own fonts, whose panes and windows are fakes.
 class FormatsFixture
@@ -16,18 +17,18 @@ public:
     FakeDocument &plant(const QStringList &lines)
     {
         Document &document = fake.windows.createDocument();
-        plantOutline(document.outline->tree, lines);
-        document.outline->outlineFont.setName(QStringLiteral("MS Sans Serif"));
-        document.outline->outlineFont.setSize(82500);
-        document.outline->textFont.setName(QStringLiteral("Arial"));
-        document.outline->textFont.setSize(100000);
+        plantOutline(rawOutline(document).tree, lines);
+        rawOutline(document).outlineFont.setName(QStringLiteral("MS Sans Serif"));
+        rawOutline(document).outlineFont.setSize(82500);
+        rawOutline(document).textFont.setName(QStringLiteral("Arial"));
+        rawOutline(document).textFont.setSize(100000);
         return fake.windows.fakeOf(document);
     }
 
     // The active document, if any.
     FakeDocument *active() const { return fake.windows.active; }
 
-    static QByteArray savedNative(const Document &document) { return nativeBytes(*document.outline); }
+    static QByteArray savedNative(const Document &document) { return nativeBytes(document.outline()); }
 
     void closeAll()
     {

@@ -8,6 +8,7 @@
 #include "support/ErrorRecorder.h"
 #include "support/FakeDocument.h"
 #include "support/FakePorts.h"
+#include "support/RawOutline.h"
 #include "text/modEdit.h"
 #include "text/modFont.h"
 
@@ -32,8 +33,8 @@ struct OpenDocument {
 
     Entry *add(Entry *parent, const QByteArray &body)
     {
-        Entry *entry = document.outline->tree.insert(Relationship::tvwChild, parent);
-        document.outline->tree.setStoredText(
+        Entry *entry = rawOutline(document).tree.insert(Relationship::tvwChild, parent);
+        rawOutline(document).tree.setStoredText(
             entry, NodeTextCompressIfRequired("{\\rtf1\\ansi{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs20 " + body + "}"));
         return entry;
     }
@@ -327,7 +328,7 @@ void tst_modFont::otherEntriesBeginAsTheyDid()
 {
     OpenDocument &f = *m_first;
     Entry *root = f.add(nullptr, "one");
-    Entry *other = f.document.outline->tree.insert(Relationship::tvwChild, root);
+    Entry *other = rawOutline(f.document).tree.insert(Relationship::tvwChild, root);
     modNodes::NodeSelectFull(f.document, root);
     select(3, 0);
     dialogs().fonts = {FontAttributes{u"DejaVu Serif"_s, 30, true, false, false, false, {}}};
@@ -344,7 +345,7 @@ void tst_modFont::otherEntriesBeginAsTheyDid()
 void tst_modFont::anEmptyTextBeginsWithTheFontChosen()
 {
     OpenDocument &f = *m_first;
-    Entry *root = f.document.outline->tree.insert(Relationship::tvwFirst, nullptr);
+    Entry *root = rawOutline(f.document).tree.insert(Relationship::tvwFirst, nullptr);
     modNodes::NodeSelectFull(f.document, root);
     dialogs().fonts = {FontAttributes{u"DejaVu Serif"_s, 30, true, false, false, false, {}}};
     modEdit::EditCurrentFont();
@@ -390,8 +391,8 @@ void tst_modFont::theDialogShowsTheFontAtTheCaret()
 void tst_modFont::theFontOfTheWholeTextCanBeUndone()
 {
     OpenDocument &f = *m_first;
-    Entry *root = f.document.outline->tree.insert(Relationship::tvwFirst, nullptr);
-    f.document.outline->tree.setStoredText(root, "no font");
+    Entry *root = rawOutline(f.document).tree.insert(Relationship::tvwFirst, nullptr);
+    rawOutline(f.document).tree.setStoredText(root, "no font");
     modNodes::NodeSelectFull(f.document, root);
     select(7, 0);
     QTest::keyClicks(&f.box, u"s"_s);
@@ -480,7 +481,7 @@ void tst_modFont::theDocumentFontGoesIntoEveryText()
     Entry *grandchild = f.add(child, "three");
     modNodes::NodeSelectFull(f.document, child);
     select(1, 2);
-    f.document.outline->textFont.setName(u"Arial"_s);
+    rawOutline(f.document).textFont.setName(u"Arial"_s);
     dialogs().fonts = {FontAttributes{u"DejaVu Serif"_s, 16, false, true, true, false, {}}};
     modEdit::EditDocumentFont();
     QCOMPARE(dialogs().fontRequests.front().initial.name, std::optional(u"Arial"_s));
@@ -514,7 +515,7 @@ void tst_modFont::theDocumentFontLeavesTheRest()
     // Nothing but four styles that were off before: the text is what it was.
     OpenDocument other;
     Entry *same = other.add(nullptr, {});
-    other.document.outline->tree.setStoredText(same, f.document.tree.storedText(root));
+    rawOutline(other.document).tree.setStoredText(same, f.document.tree.storedText(root));
     modNodes::NodeSelectFull(other.document, same);
     const QByteArray text = f.textOf(root);
     for (const char *kept : {"http://example.org/", "89504e47", "\\qc", "\\super", "\\li300", "\\v"})
@@ -533,13 +534,13 @@ void tst_modFont::coloursLinksAndPicturesStayUnderTheDocumentFont()
 {
     QFETCH(const bool, isShown);
     OpenDocument &f = *m_first;
-    Entry *root = f.document.outline->tree.insert(Relationship::tvwFirst, nullptr);
-    f.document.outline->tree.setStoredText(
-        root, QByteArray("{\\rtf1{\\fonttbl{\\f0 DejaVu Sans;}}{\\colortbl;\\red255;\\blue200;}"
-                         "\\f0\\fs20 a\\cf1\\b red\\cf0\\b0{\\highlight2 b}"
-                         "{\\field{\\*\\fldinst{HYPERLINK \"http://example.org/\"}}"
-                         "{\\fldrslt\\cf2\\ul link}}") +
-                  picture + "{\\super up}\\par\\qc c}");
+    Entry *root = rawOutline(f.document).tree.insert(Relationship::tvwFirst, nullptr);
+    rawOutline(f.document)
+        .tree.setStoredText(root, QByteArray("{\\rtf1{\\fonttbl{\\f0 DejaVu Sans;}}{\\colortbl;\\red255;\\blue200;}"
+                                             "\\f0\\fs20 a\\cf1\\b red\\cf0\\b0{\\highlight2 b}"
+                                             "{\\field{\\*\\fldinst{HYPERLINK \"http://example.org/\"}}"
+                                             "{\\fldrslt\\cf2\\ul link}}") +
+                                      picture + "{\\super up}\\par\\qc c}");
     Entry *child = f.add(root, "child");
     modNodes::NodeSelectFull(f.document, isShown ? root : child);
     g_fntPendingTextFont = serif16();
@@ -591,8 +592,8 @@ void tst_modFont::theDocumentFontIsWhatThePaneWouldMakeOfIt()
     OpenDocument &f = *m_first;
     std::vector<Entry *> entries;
     for (const QByteArray &text : texts) {
-        entries.push_back(f.document.outline->tree.insert(Relationship::tvwChild, f.document.tree.root()));
-        f.document.outline->tree.setStoredText(entries.back(), NodeTextCompressIfRequired(text));
+        entries.push_back(rawOutline(f.document).tree.insert(Relationship::tvwChild, f.document.tree.root()));
+        rawOutline(f.document).tree.setStoredText(entries.back(), NodeTextCompressIfRequired(text));
     }
     std::mt19937 random(7);
     const auto oneIn = [&random](unsigned n) { return random() % n == 0; };
@@ -628,8 +629,8 @@ void tst_modFont::theDocumentFontIsWhatThePaneWouldMakeOfIt()
 void tst_modFont::theDocumentFontCanBeUndoneInTheShownText()
 {
     OpenDocument &f = *m_first;
-    Entry *root = f.document.outline->tree.insert(Relationship::tvwFirst, nullptr);
-    f.document.outline->tree.setStoredText(root, "no font");
+    Entry *root = rawOutline(f.document).tree.insert(Relationship::tvwFirst, nullptr);
+    rawOutline(f.document).tree.setStoredText(root, "no font");
     Entry *child = f.add(root, "two {\\b bold}");
     for (Entry *entry : {root, child}) {
         modNodes::NodeSelectFull(f.document, entry);
@@ -680,13 +681,13 @@ void tst_modFont::theDocumentFontKeepsTheUndoHistory()
     const auto again = qScopeGuard([before] { qInstallMessageHandler(before); });
     QFETCH(const QByteArray, text);
     OpenDocument &f = *m_first;
-    Entry *root = f.document.outline->tree.insert(Relationship::tvwFirst, nullptr);
-    Entry *child = f.document.outline->tree.insert(Relationship::tvwChild, root);
-    f.document.outline->tree.setStoredText(root, NodeTextCompressIfRequired(text));
+    Entry *root = rawOutline(f.document).tree.insert(Relationship::tvwFirst, nullptr);
+    Entry *child = rawOutline(f.document).tree.insert(Relationship::tvwChild, root);
+    rawOutline(f.document).tree.setStoredText(root, NodeTextCompressIfRequired(text));
     modNodes::NodeSelectFull(f.document, root);
     f.box.moveCursor(QTextCursor::End);
     f.box.setSelText(u"new"_s);
-    f.document.outline->tree.setStoredText(child, f.document.tree.storedText(root));
+    rawOutline(f.document).tree.setStoredText(child, f.document.tree.storedText(root));
     g_fntPendingTextFont = serif16();
     modFont::ChangeDocumentTextFontDetails(false);
     QCOMPARE(f.textOf(root), f.textOf(child));
@@ -701,7 +702,7 @@ void tst_modFont::emptyTextsTakeTheDocumentFont()
 {
     OpenDocument &f = *m_first;
     Entry *root = f.add(nullptr, "\\fs40 ");
-    Entry *child = f.document.outline->tree.insert(Relationship::tvwChild, root);
+    Entry *child = rawOutline(f.document).tree.insert(Relationship::tvwChild, root);
     modNodes::NodeSelectFull(f.document, root);
     g_fntPendingTextFont = serif16();
     modFont::ChangeDocumentTextFontDetails(false);

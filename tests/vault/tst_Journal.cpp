@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "support/RawOutline.h"
 #include "vault/RecoveryFixture.h"
 
 #include "util/RunTimeError.h"
@@ -177,7 +178,7 @@ void tst_Journal::aDocumentThatNeverHadAFileIsKept()
 void tst_Journal::whatWasImportedIsKeptBeforeItIsChanged()
 {
     openDocument(QString());
-    m_document->outline->tree.insert(Relationship::tvwChild, m_root);
+    rawOutline(*m_document).tree.insert(Relationship::tvwChild, m_root);
     m_document->history.forgetSaved();
     pass(500);
     QCOMPARE(recoveredNow(), documentState(*m_document));

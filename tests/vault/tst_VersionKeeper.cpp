@@ -161,7 +161,7 @@ void tst_VersionKeeper::everySaveMakesAVersionThatIsReadAgain()
 {
     Desk desk;
     Document &document = desk.plant(u"plän.qly"_s, {u"root"_s, u" one"_s});
-    const KeptOutline first = keptOutline(*document.outline);
+    const KeptOutline first = keptOutline(document.outline());
     document.history.setLabel(document.tree.root(), u"Root"_s);
     document.history.insert(Relationship::tvwChild, document.tree.root());
     desk.save(document, document.m_sFile);
@@ -171,7 +171,7 @@ void tst_VersionKeeper::everySaveMakesAVersionThatIsReadAgain()
     QVERIFY(listed.versions[0].isVerified && listed.versions[1].isVerified);
     QCOMPARE(listed.versions[1].changes, (DifferenceCounts{1, 0, 1}));
     QVERIFY(desk.read(document.m_sFile, listed.versions[0].number) == first);
-    QVERIFY(desk.read(document.m_sFile, listed.versions[1].number) == keptOutline(*document.outline));
+    QVERIFY(desk.read(document.m_sFile, listed.versions[1].number) == keptOutline(document.outline()));
     QCOMPARE(Desk::noticeOf(document), QString());
     QCOMPARE(Desk::remarks(), QStringList());
 }
@@ -239,7 +239,7 @@ void tst_VersionKeeper::whatIsTypedMeanwhileIsNotInTheVersion()
     Desk desk;
     Document &document = desk.program.plant({u"root"_s, u" one"_s}).document;
     modDoc::save(document, desk.file(u"plan.qly"_s));
-    const KeptOutline saved = keptOutline(*document.outline);
+    const KeptOutline saved = keptOutline(document.outline());
     document.history.setLabel(document.tree.root(), u"later"_s);
     document.history.remove(document.tree.root()->firstChild());
     desk.settle();

@@ -187,7 +187,7 @@ void tst_FileChanges::mineIsKept()
     QVERIFY(!form().noticeBar->isVisible());
     QVERIFY(modFile::FileSave());
     QVERIFY(m_fixture->fakes.dialogs.questions.isEmpty());
-    QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(*document().outline));
+    QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(document().outline()));
 }
 
 void tst_FileChanges::theirsIsOpenedBeside()
@@ -242,7 +242,7 @@ void tst_FileChanges::aRemovedFileIsWrittenAgainFromTheBar()
     QVERIFY(document().hasUnsavedChanges());
     click("cmdSaveAgain");
     QVERIFY(!form().noticeBar->isVisible());
-    QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(*document().outline));
+    QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(document().outline()));
     QVERIFY(!document().hasUnsavedChanges());
 }
 
@@ -280,7 +280,7 @@ void tst_FileChanges::aFileInAFolderThatTakesNoNewFilesIsSavedAsAsked()
     QVERIFY(modFile::FileSave());
     QVERIFY(m_fixture->fakes.dialogs.questions.front().contains(u"has changed on the disk"_s));
     QVERIFY(m_fixture->fakes.dialogs.questions.back().contains(u"takes no new files"_s));
-    QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(*document().outline));
+    QCOMPARE(m_folder->read(u"a.qly"_s), nativeBytes(document().outline()));
     QVERIFY(!document().hasNotice(NoticeKind::FileChanged));
     // It is the document's own now, and is saved with the one question only.
     m_fixture->fakes.dialogs.answers = {Answer::Yes};

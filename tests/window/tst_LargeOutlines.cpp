@@ -3,6 +3,7 @@
 
 #include "outline/EveryCommand.h"
 #include "support/ErrorRecorder.h"
+#include "support/RawOutline.h"
 #include "support/ShownRows.h"
 #include "window/WindowFixture.h"
 
@@ -42,7 +43,7 @@ private:
     void run();
     void fill();
 
-    EntryTree &tree() { return DocumentActive()->outline->tree; }
+    EntryTree &tree() { return rawOutline(*DocumentActive()).tree; }
 
     std::unique_ptr<WindowFixture> m_fixture;
     std::unique_ptr<ErrorRecorder> m_errors;

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "support/RawOutline.h"
 #include "window/WindowFixture.h"
 
 #include "support/ErrorRecorder.h"
@@ -159,8 +160,8 @@ void tst_NoticeBar::cleanup()
 void tst_NoticeBar::openDocument()
 {
     modDoc::DocNew();
-    plantOutline(document().outline->tree, {u"Root"_s, u" First"_s, u" Second"_s});
-    document().outline->tree.setExpanded(document().tree.root(), true);
+    plantOutline(rawOutline(document()).tree, {u"Root"_s, u" First"_s, u" Second"_s});
+    rawOutline(document()).tree.setExpanded(document().tree.root(), true);
     modNodes::NodeSelect(document(), document().tree.root());
     document().history.markSaved();
 }
@@ -630,8 +631,8 @@ void tst_NoticeBar::theSelectedRowStaysInSight()
     for (int entry = 0; entry < 100; ++entry)
         labels.append(u" Entry %1"_s.arg(entry));
     modDoc::DocNew();
-    plantOutline(document().outline->tree, labels);
-    document().outline->tree.setExpanded(document().tree.root(), true);
+    plantOutline(rawOutline(document()).tree, labels);
+    rawOutline(document()).tree.setExpanded(document().tree.root(), true);
     Entry *lowest = document().tree.root();
     for (Entry *child = lowest->firstChild(); child; child = child->next()) {
         const QRect row = form().treeView->visualRect(document().tree.indexOf(child));
@@ -688,7 +689,7 @@ void tst_NoticeBar::whatIsTypedForAnEntryTooManyGoesNowhere()
 {
     QFETCH(const QString, from);
     const ErrorRecorder errors;
-    EntryTree &tree = document().outline->tree;
+    EntryTree &tree = rawOutline(document()).tree;
     {
         const BulkChange bulk(tree);
         while (tree.entryCount() < EntryTree::maximumCount)

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "support/RawOutline.h"
 #include "window/WindowFixture.h"
 
 #include "support/ErrorRecorder.h"
@@ -117,13 +118,13 @@ void tst_OutlineDragger::cleanup()
 void tst_OutlineDragger::plant(const QStringList &outline)
 {
     modDoc::DocNew();
-    plantOutline(DocumentActive()->outline->tree, outline);
+    plantOutline(rawOutline(*DocumentActive()).tree, outline);
     modNodes::NodeSelect(*DocumentActive(), DocumentActive()->tree.root());
 }
 
 QPoint tst_OutlineDragger::middleOf(const QString &label)
 {
-    const EntryTree &tree = DocumentActive()->outline->tree;
+    const EntryTree &tree = DocumentActive()->tree;
     const QRect row = m_fixture->form().treeView->visualRect(tree.indexOf(entryLabelled(tree, label)));
     return {row.left() + 30, row.center().y()};
 }
@@ -139,7 +140,7 @@ void tst_OutlineDragger::directions()
 QPoint tst_OutlineDragger::signOf(const QString &label)
 {
     const TreeView &view = *m_fixture->form().treeView;
-    const EntryTree &tree = DocumentActive()->outline->tree;
+    const EntryTree &tree = DocumentActive()->tree;
     const QRect row = view.visualRect(tree.indexOf(entryLabelled(tree, label)));
     const int half = view.indentation() / 2;
     return {view.isRightToLeft() ? row.right() + half : row.left() - half, row.center().y()};
@@ -321,7 +322,7 @@ void tst_OutlineDragger::theDirectionIsThatFromThePress()
     QFETCH(const bool, indents);
     // An entry that can only be unindented, so that the icon tells the direction.
     plant({u"Root +"_s, u" A +"_s, u"  A1"_s, u" B"_s});
-    const EntryTree &tree = DocumentActive()->outline->tree;
+    const EntryTree &tree = DocumentActive()->tree;
     const QRect row = m_fixture->form().treeView->visualRect(tree.indexOf(entryLabelled(tree, u"A1"_s)));
     const QPoint start(row.left() + 30, row.top() + 1);
     QTest::mousePress(viewport(), Qt::LeftButton, {}, start);
@@ -431,7 +432,7 @@ void tst_OutlineDragger::aDragEndsWithItsEntry()
 {
     QFETCH(const QString, gone);
     const QPoint edge = dragToTheEdge();
-    EntryTree &tree = DocumentActive()->outline->tree;
+    EntryTree &tree = rawOutline(*DocumentActive()).tree;
     tree.remove(entryLabelled(tree, gone));
     // The outline scrolls near its edge as long as a drag goes on.
     QTRY_VERIFY(!viewport()->testAttribute(Qt::WA_SetCursor));
@@ -667,7 +668,7 @@ void tst_OutlineDragger::aClosedEntryUnderARestingPointerOpens()
     QTest::mousePress(viewport(), Qt::LeftButton, {}, middleOf(u"B"_s));
     const QPoint over = middleOf(u"A"_s);
     moveTo(over);
-    const EntryTree &tree = DocumentActive()->outline->tree;
+    const EntryTree &tree = DocumentActive()->tree;
     QTRY_VERIFY(entryLabelled(tree, u"A"_s)->expanded());
     QTest::keyClick(m_fixture->form().treeView, Qt::Key_Escape);
 }

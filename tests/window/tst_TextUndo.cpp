@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "support/RawOutline.h"
 #include "window/WindowFixture.h"
 
 #include "document/UndoRedo.h"
@@ -68,9 +69,9 @@ void tst_TextUndo::init()
 {
     m_fixture = std::make_unique<WindowFixture>();
     Document &made = m_fixture->createDocument();
-    plantOutline(made.outline->tree, {u"Root +"_s, u" First"_s, u" Second"_s, u" Third"_s});
+    plantOutline(rawOutline(made).tree, {u"Root +"_s, u" First"_s, u" Second"_s, u" Third"_s});
     for (const QString &label : {u"First"_s, u"Second"_s, u"Third"_s})
-        made.outline->tree.setStoredText(entry(label), "{\\rtf1 a cat of " + label.toLatin1() + '}');
+        rawOutline(made).tree.setStoredText(entry(label), "{\\rtf1 a cat of " + label.toLatin1() + '}');
     made.m_fileAccess = FileAccess::Writable;
     select(u"First"_s);
     g_sSearchFind.clear();

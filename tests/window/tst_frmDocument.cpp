@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "support/RawOutline.h"
 #include "window/WindowFixture.h"
 
 #include "support/OutlineText.h"
@@ -112,13 +113,13 @@ Document &tst_frmDocument::openThreeEntries()
     modDoc::DocNew();
     Document &opened = *DocumentActive();
     Entry *root = modNodes::NodeInsert(opened, Relationship::tvwFirst, nullptr);
-    opened.outline->tree.setLabel(root, u"Root"_s);
+    rawOutline(opened).tree.setLabel(root, u"Root"_s);
     for (const QString &label : {u"First"_s, u"Second"_s}) {
         Entry *child = modNodes::NodeInsert(opened, Relationship::tvwChild, root);
-        opened.outline->tree.setLabel(child, label);
-        opened.outline->tree.setStoredText(child, "Text of " + label.toLatin1());
+        rawOutline(opened).tree.setLabel(child, label);
+        rawOutline(opened).tree.setStoredText(child, "Text of " + label.toLatin1());
     }
-    opened.outline->tree.setExpanded(root, true);
+    rawOutline(opened).tree.setExpanded(root, true);
     modNodes::NodeSelect(opened, root);
     opened.history.markSaved();
     return opened;
@@ -224,7 +225,7 @@ void tst_frmDocument::aTextChangedBehindThePaneIsShownAnew()
     Entry *first = opened.tree.root()->child(0);
     clickOn(first);
     QTest::keyClicks(form().textBox, u"lost "_s);
-    opened.outline->tree.setStoredText(first, "replaced");
+    rawOutline(opened).tree.setStoredText(first, "replaced");
     clickOn(first);
     QCOMPARE(opened.view()->txtRTF.Text(), u"replaced"_s);
 }
@@ -303,7 +304,7 @@ void tst_frmDocument::whatIsTypedWithNothingSelectedIsTheTextOfTheEntryThatIsSho
     Document &opened = openThreeEntries();
     Entry *first = opened.tree.root()->child(0);
     clickOn(first);
-    opened.outline->tree.select(nullptr);
+    rawOutline(opened).tree.select(nullptr);
     QTest::keyClicks(form().textBox, u"The "_s);
     modNodes::NodeSelect(opened, first);
     QCOMPARE(opened.view()->txtRTF.Text(), u"The Text of First"_s);
@@ -469,7 +470,7 @@ void tst_frmDocument::everyOutlineKeyWorksFromBothPanes()
     QFETCH(QStringList, outline);
     for (const bool fromText : {false, true}) {
         modDoc::DocNew();
-        plantOutline(document().outline->tree, {u"Root +"_s, u" A"_s, u" B +"_s, u"  B1"_s, u" C"_s});
+        plantOutline(rawOutline(document()).tree, {u"Root +"_s, u" A"_s, u" B +"_s, u"  B1"_s, u" C"_s});
         modNodes::NodeSelect(document(), entryLabelled(document().tree, u"B"_s));
         m_fixture->fakes.dialogs.answers = {Answer::Yes};
         QWidget *pane = fromText ? static_cast<QWidget *>(form().textBox) : form().treeView;
@@ -484,7 +485,7 @@ void tst_frmDocument::copyingAndExpandingByKeyWorkFromBothPanes()
 {
     for (const bool fromText : {false, true}) {
         modDoc::DocNew();
-        plantOutline(document().outline->tree, {u"Root +"_s, u" A"_s, u" B +"_s, u"  B1"_s});
+        plantOutline(rawOutline(document()).tree, {u"Root +"_s, u" A"_s, u" B +"_s, u"  B1"_s});
         modNodes::NodeSelect(document(), entryLabelled(document().tree, u"B"_s));
         QWidget *pane = fromText ? static_cast<QWidget *>(form().textBox) : form().treeView;
         pane->setFocus();
@@ -564,7 +565,7 @@ void tst_frmDocument::keysStepTheSizeOfTheSelectedText()
     Document &opened = openThreeEntries();
     RichTextBox &box = *form().textBox;
     Entry *first = opened.tree.root()->child(0);
-    opened.outline->tree.setStoredText(first, "{\\rtf1\\fs20 some text}");
+    rawOutline(opened).tree.setStoredText(first, "{\\rtf1\\fs20 some text}");
     modNodes::NodeSelectFull(opened, first);
     box.setFocus();
     const auto press = [&] { QTest::keyClick(&box, Qt::Key(key), Qt::ControlModifier | Qt::ShiftModifier); };
@@ -608,7 +609,7 @@ void tst_frmDocument::collapsingTheBranchOfTheSelectionSelectsItsHead()
     Document &opened = openThreeEntries();
     clickOn(opened.tree.root()->child(1));
     form().treeView->setFocus();
-    opened.outline->tree.setExpanded(opened.tree.root(), false);
+    rawOutline(opened).tree.setExpanded(opened.tree.root(), false);
     QCOMPARE(opened.tree.selected(), opened.tree.root());
     QVERIFY(opened.m_bDataChanged());
 }
@@ -637,7 +638,7 @@ void tst_frmDocument::collapsingAnotherEntrySetsLevelZero()
 {
     QFETCH(const bool, byMouse);
     modDoc::DocNew();
-    plantOutline(document().outline->tree, {u"Root +"_s, u" A +"_s, u"  A1"_s});
+    plantOutline(rawOutline(document()).tree, {u"Root +"_s, u" A +"_s, u"  A1"_s});
     const Entry *entry = entryLabelled(document().tree, u"A"_s);
     modNodes::NodeSelect(document(), document().tree.root()->child(0));
     document().setExpansionLevel(3);
@@ -658,7 +659,7 @@ void tst_frmDocument::eventsAreSilentWhileBusy()
     Document &opened = openThreeEntries();
     const BusyScope busy;
     clickOn(opened.tree.root()->child(1));
-    opened.outline->tree.setExpanded(opened.tree.root(), false);
+    rawOutline(opened).tree.setExpanded(opened.tree.root(), false);
     QVERIFY(!opened.m_bDataChanged());
     QCOMPARE(opened.view()->txtRTF.Text(), QString());
 }
@@ -868,7 +869,7 @@ void tst_frmDocument::aWindowWithoutEntriesShowsNoLabelOfAnother()
 {
     Document &emptied = openThreeEntries();
     Document &other = openThreeEntries();
-    other.outline->tree.setLabel(other.tree.root(), u"Other"_s);
+    rawOutline(other).tree.setLabel(other.tree.root(), u"Other"_s);
     modNodes::NodeDelete(emptied, emptied.tree.root());
     modNodes::showNothing(emptied);
     emptied.view()->window.activate();

@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "support/RawOutline.h"
 #include "window/WindowFixture.h"
 
 #include "support/OutlineText.h"
@@ -214,7 +215,7 @@ void tst_modSplit::arrowKeysStepAndAnyOtherKeyAccepts()
 void tst_modSplit::theKeyThatEndsAMoveDoesWhatItAlwaysDoes()
 {
     makeWidth(10000);
-    plantOutline(form().document().outline->tree, {u"Root <"_s});
+    plantOutline(rawOutline(form().document()).tree, {u"Root <"_s});
     modSplit::SplitSizeControls(form(), 3000);
     modView::ViewMoveSplit();
     QTest::keyClick(form().picSplitter, Qt::Key_Right);
@@ -294,7 +295,7 @@ void tst_modSplit::fittingShowsTheWidestLabelWhole()
 {
     QFETCH(QString, label);
     makeWidth(14000);
-    plantOutline(form().document().outline->tree, {u"Root +"_s, u" Short"_s, u" B +"_s, u"  "_s + label, u" C"_s});
+    plantOutline(rawOutline(form().document()).tree, {u"Root +"_s, u" Short"_s, u" B +"_s, u"  "_s + label, u" C"_s});
     modSplit::SplitSizeControls(form(), 0);
     modView::ViewFitSplit();
     QApplication::processEvents();
@@ -342,7 +343,7 @@ void tst_modSplit::fittingALongListGivesTheNarrowestWidth()
             label += alphabet.at(chance.bounded(int(alphabet.size())));
         lines += label + u'x';
     }
-    plantOutline(form().document().outline->tree, lines);
+    plantOutline(rawOutline(form().document()).tree, lines);
     int widest = 0;
     const EntryTree &tree = form().document().tree;
     for (int i = 0; i < tree.root()->childCount(); ++i) {
@@ -360,9 +361,9 @@ void tst_modSplit::fittingALongListGivesTheNarrowestWidth()
 void tst_modSplit::fittingCountsWholePixels()
 {
     makeWidth(14000);
-    plantOutline(form().document().outline->tree, {u"Root"_s});
+    plantOutline(rawOutline(form().document()).tree, {u"Root"_s});
     for (int length = 20; length < 60; ++length) {
-        form().document().outline->tree.setLabel(form().document().tree.root(), QString(length, u'n'));
+        rawOutline(form().document()).tree.setLabel(form().document().tree.root(), QString(length, u'n'));
         modView::ViewFitSplit();
         const float fitted = form().m_fTreeWidth;
         QVERIFY(!scrollsSideways(fitted));
@@ -373,7 +374,7 @@ void tst_modSplit::fittingCountsWholePixels()
 void tst_modSplit::fittingShortLabelsGivesTheMinimum()
 {
     makeWidth(10000);
-    plantOutline(form().document().outline->tree, {u"R +"_s, u" A"_s});
+    plantOutline(rawOutline(form().document()).tree, {u"R +"_s, u" A"_s});
     modSplit::SplitSizeControls(form(), 4000);
     modView::ViewFitSplit();
     QCOMPARE(form().m_fTreeWidth, 1500.F);
@@ -383,18 +384,18 @@ void tst_modSplit::fittingShortLabelsGivesTheMinimum()
 void tst_modSplit::aHiddenLabelDoesNotCount()
 {
     makeWidth(10000);
-    plantOutline(form().document().outline->tree,
+    plantOutline(rawOutline(form().document()).tree,
                  {u"R +"_s, u" A"_s, u"  A label that is wide but hidden in a closed branch"_s});
     modView::ViewFitSplit();
     QCOMPARE(form().m_fTreeWidth, 1500.F);
-    form().document().outline->tree.setExpanded(form().document().tree.root()->child(0), true);
+    rawOutline(form().document()).tree.setExpanded(form().document().tree.root()->child(0), true);
     QVERIFY(form().m_fTreeWidth > 3000);
 }
 
 void tst_modSplit::aMoveFitsTheSplit()
 {
     makeWidth(10000);
-    EntryTree &tree = form().document().outline->tree;
+    EntryTree &tree = rawOutline(form().document()).tree;
     plantOutline(tree, {u"R +"_s, u" A +"_s, u"  A1"_s, u" A label that is wider than the outline was"_s});
     modNodes::NodeSelect(form().document(), tree.root()->child(1));
     modView::ViewFitSplit();
@@ -420,7 +421,7 @@ void tst_modSplit::theOptionDecidesWhetherSelectingFits()
 {
     makeWidth(10000);
     Document &document = form().document();
-    plantOutline(document.outline->tree, {u"R +"_s, u" A"_s});
+    plantOutline(rawOutline(document).tree, {u"R +"_s, u" A"_s});
     g_options.AutoSplit = false;
     modSplit::SplitSizeControls(form(), 4000);
     modView::ViewAutoFitSplit(form());
