@@ -5,8 +5,6 @@
 
 #include "app/modMRU.h"
 #include "app/modMain.h"
-#include "document/Document.h"
-#include "document/Ports.h"
 
 SessionKeeper::SessionKeeper(QObject *parent)
     : QObject(parent)
@@ -54,11 +52,9 @@ void SessionKeeper::stop()
 
 SessionKeeper::State SessionKeeper::currentState()
 {
-    State state{
-        g_options, appPorts().mainWindow->place(), appPorts().mainWindow->states(), appPorts().recentFiles->list(), {}};
+    State state{g_options, appPorts().mainWindow->place(), appPorts().mainWindow->states(),
+                appPorts().recentFiles->list(), modMain::OpenFiles()};
     // Elements without a name come and go with each start.
     state.recentFiles.removeAll(QString());
-    for (const Document *document : ports().windows->documents())
-        state.openFiles.append(document->m_sFile);
     return state;
 }

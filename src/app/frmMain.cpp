@@ -136,8 +136,7 @@ bool frmMain::MDIForm_QueryUnload()
     const bool bMayEnd = procedure("frmMain MDIForm_QueryUnload", [this] {
         if (m_documents->forms().empty())
             return true;
-        return ports().dialogs->ask(u"Do you really want to exit the application?"_s) == Answer::Yes &&
-               mayGiveUpDocuments();
+        return userAgrees(u"Do you really want to exit the application?"_s) && mayGiveUpDocuments();
     });
     if (!bMayEnd)
         return false;

@@ -6,17 +6,13 @@
 #include "app/AppPorts.h"
 #include "app/frmAbout.h"
 #include "document/Document.h"
-#include "document/DocumentView.h"
-#include "document/DocumentWindow.h"
+#include "document/FileStamp.h"
 #include "document/Ports.h"
 #include "document/modDoc.h"
 #include "search/modSearch.h"
-#include "util/FullPath.h"
 #include "util/Procedure.h"
 #include "util/ProgramFiles.h"
 #include "util/RunTimeError.h"
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -26,11 +22,6 @@ namespace
 QString helpFile()
 {
     return programFile(u"Help.qly"_s);
-}
-
-bool isHelp(const Document *document)
-{
-    return !document->m_sFile.isEmpty() && RealPathName(document->m_sFile) == RealPathName(helpFile());
 }
 
 void showHelpFile(HelpTopic topic)
@@ -73,21 +64,14 @@ void HelpSearch()
         }
         // Without the manual there is nothing to search; any other document that may be open is not meant.
         LoadHelpQLYFile();
-        if (const Document *document = DocumentActive(); document && isHelp(document))
+        if (const Document *document = DocumentActive(); document && isSameFile(document->m_sFile, helpFile()))
             modSearch::SearchFind();
     });
 }
 
 void LoadHelpQLYFile()
 {
-    procedure("modHelp LoadHelpQLYFile", [] {
-        const std::vector<Document *> open = ports().windows->documents();
-        const auto found = std::ranges::find_if(open, isHelp);
-        if (found != open.end())
-            (*found)->view()->window.bringToFront();
-        else
-            modDoc::DocLoad(helpFile());
-    });
+    procedure("modHelp LoadHelpQLYFile", [] { modDoc::showOrLoad(helpFile()); });
 }
 
 void HelpAbout(QWidget *owner)

@@ -165,6 +165,14 @@ QStringList WorkingFiles()
     return files;
 }
 
+QStringList OpenFiles()
+{
+    QStringList files;
+    for (const Document *document : ports().windows->documents())
+        files.append(document->m_sFile);
+    return files;
+}
+
 void LoadWorkingFiles()
 {
     procedure("modMain LoadWorkingFiles", [] {
@@ -184,8 +192,8 @@ void SaveWorkingFiles()
         for (const auto &[key, name] : settings.section(workspaceSection))
             settings.removeValue(workspaceSection, key);
         int counter = 0;
-        for (const Document *document : ports().windows->documents())
-            settings.setValue(workspaceSection, QString::number(++counter), document->m_sFile);
+        for (const QString &sFile : OpenFiles())
+            settings.setValue(workspaceSection, QString::number(++counter), sFile);
         settings.flush();
     });
 }

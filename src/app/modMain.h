@@ -37,11 +37,13 @@ QStringList ExistingFiles(const QStringList &names);
 // Opens the files of the command line, up to the first that cannot be read whole; without any, what the options
 // StartWithLatestDocuments and StartWithNewDocument ask for.
 void LoadInitialFiles();
+// The open documents' files, an empty name for one that was never saved.
+QStringList OpenFiles();
 // The documents of the last run as they are stored.
 QStringList WorkingFiles();
 // Opens the documents of the last run, but for those whose files have gone.
 void LoadWorkingFiles();
-// Stores the open documents' files in the section "Workspace", an empty value for one that was never saved.
+// Stores the open documents' files in the section "Workspace".
 void SaveWorkingFiles();
 
 // Reads the options, the default fonts and the main window's place; what is not stored has its default. A stored text

@@ -3,8 +3,8 @@
 
 #include "document/NoPorts.h"
 
+#include "document/FileWitness.h"
 #include "model/Outline.h"
-
 #include "util/RunTimeError.h"
 
 namespace
@@ -90,6 +90,14 @@ public:
     void setUp() override {}
 };
 
+class NoFollower final : public FileWitness
+{
+public:
+    void fileRead(const Document &) override {}
+
+    void fileWritten(Document &) override {}
+};
+
 } // namespace
 
 Ports portsOfNobody()
@@ -101,5 +109,6 @@ Ports portsOfNobody()
     static NoClipboard clipboard;
     static const PlainClock clock;
     static NoPrinting printing;
-    return {&windows, &dialogs, &pointer, &recentFiles, &clipboard, &clock, &printing};
+    static NoFollower files;
+    return {&windows, &dialogs, &pointer, &recentFiles, &clipboard, &clock, &printing, &files};
 }

@@ -86,9 +86,8 @@ bool mayReplaceFile(Document &document)
         record.own = look.now;
     if (look.fate != FileFate::Changed || isSameVersion(record.conceded, look.now))
         return true;
-    if (ports().dialogs->ask(u"The file %1 has changed on the disk since this window read or saved it, and what was "
-                             "changed there would be lost. Do you want to save over it?"_s.arg(document.m_sFile)) !=
-        Answer::Yes)
+    if (!userAgrees(u"The file %1 has changed on the disk since this window read or saved it, and what was changed "
+                    "there would be lost. Do you want to save over it?"_s.arg(document.m_sFile)))
         return false;
     record.conceded = look.now;
     return true;

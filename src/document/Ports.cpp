@@ -24,6 +24,11 @@ Document *DocumentActive()
     return ports().windows->activeDocument();
 }
 
+bool userAgrees(const QString &question)
+{
+    return ports().dialogs->ask(question) == Answer::Yes;
+}
+
 void sayOfActive(const QString &text)
 {
     DocumentWindows &windows = *ports().windows;

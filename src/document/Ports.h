@@ -168,7 +168,6 @@ struct Ports {
     Clipboard *clipboard = nullptr;
     const Clock *clock = nullptr;
     Printing *printing = nullptr;
-    // Null where nobody follows them.
     FileWitness *files = nullptr;
 };
 
@@ -177,6 +176,9 @@ Ports &ports();
 
 // The active document, or null when no document window is active.
 Document *DocumentActive();
+
+// Whether the user answers a question with Yes.
+bool userAgrees(const QString &question);
 
 // Has the status bar say something of the active document in passing, or without one of what was asked for.
 void sayOfActive(const QString &text);

@@ -73,17 +73,16 @@ bool textFormatAccepted(const Document &document, qint16 iVersion)
 {
     if (iVersion != Document::plainTextFormat)
         return true;
-    Dialogs &dialogs = *ports().dialogs;
     if (document.tree.entryCount() <= 1)
         return !isMoreThanText(document) ||
-               dialogs.ask(u"Warning - you are saving this document as plain text. Only its words will be in "
-                           "the file: formatting, tables, pictures and whatever else an outline holds will be "
-                           "lost if the file is reloaded. Do you want to continue?"_s) == Answer::Yes;
-    return dialogs.ask(
-               u"Warning - you are saving this document in text format.  Although the text itself will be retained, "
-               "any rich text formatting and organisation into entries will be lost if the file is reloaded.  Normally "
-               "you should save the file as text only if you wish to load it into another application that does not "
-               "recognise the native formatting.  Do you want to continue?"_s) == Answer::Yes;
+               userAgrees(u"Warning - you are saving this document as plain text. Only its words will be in "
+                          "the file: formatting, tables, pictures and whatever else an outline holds will be "
+                          "lost if the file is reloaded. Do you want to continue?"_s);
+    return userAgrees(
+        u"Warning - you are saving this document in text format.  Although the text itself will be retained, "
+        "any rich text formatting and organisation into entries will be lost if the file is reloaded.  Normally "
+        "you should save the file as text only if you wish to load it into another application that does not "
+        "recognise the native formatting.  Do you want to continue?"_s);
 }
 
 // Of the error being handled.
@@ -111,10 +110,9 @@ QString savedText(const Document &document)
 // Whether a file may be written over in place, because nothing else can be done in its folder.
 bool inPlaceAccepted(const QString &sFile)
 {
-    return ports().dialogs->ask(
-               u"The folder of \"%1\" takes no new files, so the file cannot be replaced as a whole. Do you want to "
-               "write over it in place? What it holds now is kept in another folder until that has succeeded."_s.arg(
-                   sFile)) == Answer::Yes;
+    return userAgrees(
+        u"The folder of \"%1\" takes no new files, so the file cannot be replaced as a whole. Do you want to "
+        "write over it in place? What it holds now is kept in another folder until that has succeeded."_s.arg(sFile));
 }
 
 // What can be neither written nor put back is damaged; the user learns where the whole old content is.
@@ -279,8 +277,7 @@ SaveOutcome save(Document &document, const QString &sFile)
     document.setCaption(document.m_sFile);
     ports().recentFiles->UpdateMRUFile(document.m_sFile, false);
     document.note(savedText(document));
-    if (ports().files)
-        ports().files->fileWritten(document);
+    ports().files->fileWritten(document);
     return SaveOutcome::Saved;
 }
 

@@ -144,8 +144,7 @@ bool load(const QString &sFile, const QString &sCaption)
     document->autoFitSplit();
     if (sCaption.isEmpty())
         ports().recentFiles->UpdateMRUFile(sFile, false);
-    if (ports().files)
-        ports().files->fileRead(*document);
+    ports().files->fileRead(*document);
     return true;
 }
 

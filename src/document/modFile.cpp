@@ -66,10 +66,25 @@ FileDialogRequest saveRequest(const Document &document, std::vector<FileFilter> 
     return {std::move(filters), extension, modString::StringWithoutExtension(document.m_sFile)};
 }
 
+void warn(const QString &text)
+{
+    ports().dialogs->warn(u"Warning - "_s + text);
+}
+
 void tellUnlessImported(const Document *imported, const QString &source)
 {
     if (!imported)
-        ports().dialogs->warn(u"Warning - "_s + source + u" could not be imported"_s);
+        warn(source + u" could not be imported"_s);
+}
+
+// Asks for a file to write, which no document has open; `refusal` is what is said of one that has.
+std::optional<QString> askFreeName(const FileDialogRequest &request, const Document *leftOut, const QString &refusal)
+{
+    const std::optional<QString> sFile = ports().dialogs->askSaveName(request);
+    if (!sFile || !modDoc::documentOfFile(*sFile, leftOut))
+        return sFile;
+    warn(u"the file "_s + *sFile + refusal);
+    return std::nullopt;
 }
 
 // The dialog for a document's file. Without its extension the name must not read as another format's.
@@ -84,13 +99,13 @@ FileDialogRequest saveAsRequest(const Document &document)
 }
 
 // What the user wants of the active document; nothing without a document or after Cancel.
-std::optional<PrintExtent> askExtent(Dialogs &dialogs, const QString &question, bool bCurrentEntry)
+std::optional<PrintExtent> askExtent(const QString &question, bool bCurrentEntry)
 {
     Document *document = DocumentActive();
     if (!document || !document->tree.selected())
         return std::nullopt;
     const Entry *selected = document->tree.selected();
-    switch (dialogs.askPlainly(question, Answer::No)) {
+    switch (ports().dialogs->askPlainly(question, Answer::No)) {
     case Answer::Yes:
         return PrintExtent{document, bCurrentEntry ? selected : document->tree.root(), true};
     case Answer::No:
@@ -137,18 +152,18 @@ void FileMRU(int iIndex)
     procedure("modFile FileMRU", [&] {
         // The caption begins with an ampersand, a digit and a blank.
         constexpr int prefixLength = 3;
-        const Ports &asked = ports();
-        const QString sFile = asked.recentFiles->itemCaption(iIndex).mid(prefixLength).trimmed();
+        RecentFiles &recentFiles = *ports().recentFiles;
+        const QString sFile = recentFiles.itemCaption(iIndex).mid(prefixLength).trimmed();
         if (modDoc::documentOfFile(sFile)) {
-            asked.dialogs->warn(u"Warning - the file "_s + sFile + u" is already loaded, so cannot be loaded again"_s);
+            warn(u"the file "_s + sFile + u" is already loaded, so cannot be loaded again"_s);
             return;
         }
         const bool bExists = modString::FileExists(sFile);
         if (bExists)
             modDoc::DocLoad(sFile);
         else
-            asked.dialogs->warn(u"Warning - the file "_s + sFile + u" no longer exists, so cannot be loaded"_s);
-        asked.recentFiles->UpdateMRUFile(sFile, !bExists);
+            warn(u"the file "_s + sFile + u" no longer exists, so cannot be loaded"_s);
+        recentFiles.UpdateMRUFile(sFile, !bExists);
     });
 }
 
@@ -178,12 +193,8 @@ bool FileSaveAs()
         Document *document = DocumentActive();
         if (!document)
             return false;
-        Dialogs &dialogs = *ports().dialogs;
-        const auto sFile = dialogs.askSaveName(saveAsRequest(*document));
-        if (sFile && modDoc::documentOfFile(*sFile, document)) {
-            dialogs.warn(u"Warning - the file "_s + *sFile + u" is open in another window, so cannot be saved over"_s);
-            return false;
-        }
+        const auto sFile =
+            askFreeName(saveAsRequest(*document), document, u" is open in another window, so cannot be saved over"_s);
         if (!sFile || modDoc::DocSave(*sFile) != SaveOutcome::Saved)
             return false;
         document->history.markSaved();
@@ -245,15 +256,10 @@ void FileExportText()
         const Document *document = DocumentActive();
         if (!document)
             return;
-        Dialogs &dialogs = *ports().dialogs;
-        const auto sFile =
-            dialogs.askSaveName(saveRequest(*document, {filterOf(textFormat())}, textFormat().extension));
-        if (!sFile)
-            return;
         // The document that has the file would look as if it were still in there, and be closed without a question.
-        if (modDoc::documentOfFile(*sFile))
-            dialogs.warn(u"Warning - the file "_s + *sFile + u" is open, so cannot be exported over"_s);
-        else
+        const auto sFile = askFreeName(saveRequest(*document, {filterOf(textFormat())}, textFormat().extension),
+                                       nullptr, u" is open, so cannot be exported over"_s);
+        if (sFile)
             modDocText::DocExport(*sFile);
     });
 }
@@ -269,21 +275,16 @@ void FileExportClipboard()
 void FilePrint(bool bCurrentEntry)
 {
     procedure("modFile FilePrint", [&] {
-        const Ports &asked = ports();
-        const auto extent = askExtent(*asked.dialogs, u"Do you want to include any child entries?"_s, bCurrentEntry);
-        if (extent)
-            asked.printing->print(*extent);
+        if (const auto extent = askExtent(u"Do you want to include any child entries?"_s, bCurrentEntry))
+            ports().printing->print(*extent);
     });
 }
 
 void FilePrintPreview(bool bCurrentEntry)
 {
     procedure("modFile FilePrintPreview", [&] {
-        const Ports &asked = ports();
-        const auto extent =
-            askExtent(*asked.dialogs, u"Do you want to include all lower level entries?"_s, bCurrentEntry);
-        if (extent)
-            asked.printing->preview(*extent);
+        if (const auto extent = askExtent(u"Do you want to include all lower level entries?"_s, bCurrentEntry))
+            ports().printing->preview(*extent);
     });
 }
 

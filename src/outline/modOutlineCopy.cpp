@@ -114,7 +114,7 @@ void OutlineDelete()
         constexpr qsizetype mostOfLabel = 80;
         const QString question =
             u"Do you really want to delete the entry '"_s + briefLabel(entry->label(), mostOfLabel) + u"'?"_s;
-        if (ports().dialogs->ask(question) != Answer::Yes)
+        if (!userAgrees(question))
             return;
         const History::Step step(document.history, stepName("deletion of"_L1, *entry));
         Entry *survivor = modNodes::survivorOf(*entry);
@@ -170,8 +170,8 @@ void OutlineDeleteTaggedEntries()
 {
     changeActiveDocument("modOutline OutlineDeleteTaggedEntries", [](Document &document) {
         Entry *selected = document.tree.selected();
-        const bool confirmed = selected && ports().dialogs->ask(u"Do you really want to delete the tagged entries, "
-                                                                "including any children?"_s) == Answer::Yes;
+        const bool confirmed =
+            selected && userAgrees(u"Do you really want to delete the tagged entries, including any children?"_s);
         if (confirmed) {
             const std::vector<Entry *> tagged = gatherTagged(document.tree);
             const History::Step step(document.history, tagged.size() == 1

@@ -31,6 +31,9 @@ bool mayHoldMatch(const QByteArray &text);
 // for now: replacing all begins with what the user has selected, whatever it is, but not with that.
 void dropLeftMatch(const Document &document);
 
+// Tells the user that there is nothing more to be found.
+void tellCompleted();
+
 // Shows the selected entry's text anew with the caret at its start, or goes there in the one that is shown if it is the
 // same: that one can still be undone.
 void showSelectedText(Document &document);

@@ -107,6 +107,11 @@ int firstMatch(const Document &document, const Entry *entry)
 
 } // namespace
 
+void tellCompleted()
+{
+    ports().dialogs->informPlainly(u"Search completed"_s);
+}
+
 int findOptions()
 {
     return (g_bSearchMatchCase ? TextFind::MatchCase : 0) | (g_bSearchWholeWord ? TextFind::WholeWord : 0) |
@@ -203,7 +208,7 @@ bool SearchPerform()
             }
         }
         if (!found && DocumentActive())
-            ports().dialogs->informPlainly(u"Search completed"_s);
+            tellCompleted();
         return found;
     });
 }

@@ -330,7 +330,7 @@ void replaceAllByStep(Document &document, PassedOver &passedOver)
         last = match;
     }
     passedOver.tell(document);
-    ports().dialogs->informPlainly(u"Search completed"_s);
+    tellCompleted();
 }
 
 } // namespace
@@ -365,7 +365,7 @@ void SearchReplaceAll()
                 replaceAllInLabels(*document);
         }
         passedOver.tell(*document);
-        ports().dialogs->informPlainly(u"Search completed"_s);
+        tellCompleted();
     });
 }
 

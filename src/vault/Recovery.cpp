@@ -12,28 +12,14 @@
 #include "document/SafeFile.h"
 #include "document/modDoc.h"
 #include "document/modNodes.h"
-#include "util/FullPath.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
 #include "vault/Vault.h"
-
-#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-
-// The open document of a file, by whatever name; null without one.
-Document *openDocumentOf(const QString &sFile)
-{
-    const QString sReal = RealPathName(sFile);
-    const std::vector<Document *> documents = ports().windows->documents();
-    const auto found = std::ranges::find_if(documents, [&](const Document *document) {
-        return !document->m_sFile.isEmpty() && RealPathName(document->m_sFile) == sReal;
-    });
-    return found == documents.end() ? nullptr : *found;
-}
 
 // What could not be recovered, in words; empty when all was.
 QString lossOf(const LeftBehind::Content &content, qint64 notPlayed)
@@ -109,7 +95,7 @@ Document *recoverDocument(LeftBehind &left, Vault &vault)
         LeftBehind::Content content = left.read();
         const QString &sFile = left.facts().file;
         const LeftBehind::FileNow now = left.fileNow();
-        Document *other = sFile.isEmpty() ? nullptr : openDocumentOf(sFile);
+        Document *other = modDoc::documentOfFile(sFile);
         const bool isChanged = now == LeftBehind::FileNow::Changed;
         const bool hasName = !sFile.isEmpty() && !isChanged && !(other && other->hasUnsavedChanges());
         if (isChanged && !other)

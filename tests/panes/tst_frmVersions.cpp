@@ -101,7 +101,7 @@ void tst_frmVersions::init()
 
 void tst_frmVersions::cleanup()
 {
-    ports().files = nullptr;
+    ports().files = portsOfNobody().files;
     appPorts().versions = nullptr;
     m_main.reset();
     m_keeper.reset();

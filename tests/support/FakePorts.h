@@ -4,7 +4,7 @@
 #pragma once
 
 #include "document/Globals.h"
-#include "document/Ports.h"
+#include "document/NoPorts.h"
 #include "support/FakeDocument.h"
 #include "util/RunTimeError.h"
 #include "util/SettingsStore.h"
@@ -301,7 +301,7 @@ struct FakePorts {
         : m_before(ports())
     {
         resetGlobals();
-        ports() = {&windows, &dialogs, &pointer, &recentFiles, &clipboard, &clock, &printing};
+        ports() = {&windows, &dialogs, &pointer, &recentFiles, &clipboard, &clock, &printing, portsOfNobody().files};
     }
 
     ~FakePorts()

@@ -66,7 +66,7 @@ public:
 
     ~Desk()
     {
-        ports().files = nullptr;
+        ports().files = portsOfNobody().files;
         setRemarkWriter(nullptr);
     }
 
