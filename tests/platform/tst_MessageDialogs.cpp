@@ -105,6 +105,19 @@ private Q_SLOTS:
         QVERIFY(seen);
     }
 
+    // In the bar that the desktop draws above it, beside an icon and its buttons.
+    void aBoxHasRoomForItsTitle()
+    {
+        MessageDialogs dialogs;
+        next([](QWidget *dialog) {
+            QFont font = dialog->font();
+            font.setBold(true);
+            QVERIFY(dialog->width() >= QFontMetrics(font).horizontalAdvance(dialog->windowTitle()) + 100);
+            QTest::keyClick(dialog, Qt::Key_Return);
+        });
+        dialogs.warn(u"!"_s);
+    }
+
     void boxesBelongToTheActiveWindow()
     {
         QWidget window;
