@@ -146,9 +146,9 @@ int NoticeRow::heightFor(int width)
     constexpr int charactersBeside = 40;
     const int needed = m_buttons->sizeHint().width() + charactersBeside * fontMetrics().averageCharWidth();
     m_body->setDirection(needed > width ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
-    // A layout within another keeps what it has measured until it is told.
-    m_body->invalidate();
-    layout()->invalidate();
+    // A layout within another keeps what it has measured until the outer one is activated. To invalidate it here would
+    // ask for another layout each time, and so for ever.
+    layout()->activate();
     return layout()->totalHeightForWidth(width);
 }
 

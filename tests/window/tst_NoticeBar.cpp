@@ -18,9 +18,11 @@
 #include <QLabel>
 #include <QPushButton>
 #include <QScrollBar>
+#include <QSignalSpy>
 #include <QTest>
 
 #include <cmath>
+#include <functional>
 
 using namespace Qt::StringLiterals;
 
@@ -85,6 +87,7 @@ private Q_SLOTS:
     void manyNoticesLeaveThePanesHalfTheWindow();
     void inANarrowWindowTheButtonsStandBelow();
     void aLargerFontGetsMoreRoom();
+    void aNoticeThatStandsIsNotLaidOutForEver();
     void textIsReadableInLightAndDark_data();
     void textIsReadableInLightAndDark();
     void theCaretStaysInSight();
@@ -581,6 +584,28 @@ void tst_NoticeBar::aLargerFontGetsMoreRoom()
     QTest::qWait(0);
     QVERIFY(bar().height() > before);
     QCOMPARE(form().treeView->y(), bar().height());
+}
+
+// The processor rests while the user reads it.
+void tst_NoticeBar::aNoticeThatStandsIsNotLaidOutForEver()
+{
+    const QSignalSpy layouts(&bar(), &NoticeBar::heightChanged);
+    const auto layoutsOf = [&layouts](const std::function<void()> &change) {
+        change();
+        for (int round = 0; round < 20; ++round)
+            QCoreApplication::processEvents();
+        const qsizetype before = layouts.size();
+        for (int round = 0; round < 20; ++round)
+            QCoreApplication::processEvents();
+        return layouts.size() - before;
+    };
+    QCOMPARE(layoutsOf([this] { document().tell({NoticeKind::NotSaved, notSaved}); }), 0);
+    QCOMPARE(layoutsOf([this] { document().tell({NoticeKind::NotReadWhole, notReadWhole}); }), 0);
+    QCOMPARE(layoutsOf([this] { form().parentWidget()->resize(320, 400); }), 0);
+    QCOMPARE(layoutsOf([this] { document().tell({NoticeKind::NotSaved, notSaved.repeated(5)}); }), 0);
+    QCOMPARE(layoutsOf([this] { document().dismiss(NoticeKind::NotReadWhole); }), 0);
+    QVERIFY(!layouts.isEmpty());
+    QVERIFY(bar().isVisible());
 }
 
 void tst_NoticeBar::textIsReadableInLightAndDark_data()
