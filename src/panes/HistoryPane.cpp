@@ -1,7 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-#include "panes/HistoryPane.h"
+#include "panes/PaneTable.h"
 
 #include "commands/Dispatcher.h"
 #include "document/Document.h"
@@ -11,6 +11,7 @@
 #include <QKeyEvent>
 #include <QListView>
 #include <QPainter>
+#include <QPointer>
 #include <QStyledItemDelegate>
 
 using namespace Qt::StringLiterals;
@@ -45,8 +46,6 @@ protected:
 private:
     const HistoryModel &m_model;
 };
-
-} // namespace
 
 class HistoryList final : public QListView
 {
@@ -134,24 +133,39 @@ private:
     QPointer<History> m_history;
 };
 
-HistoryPane::HistoryPane(Dispatcher &dispatcher)
-    : m_dispatcher(dispatcher)
+// The steps of the active document, of which each can be gone back or forth to: with a click, or with Enter.
+class HistoryPane final : public Pane
 {
-}
+public:
+    explicit HistoryPane(Dispatcher &dispatcher)
+        : m_dispatcher(dispatcher)
+    {
+    }
 
-QString HistoryPane::name() const
-{
-    return u"History"_s;
-}
+    QString name() const override { return u"History"_s; }
 
-QWidget *HistoryPane::makeWidget()
-{
-    m_list = new HistoryList(m_dispatcher);
-    return m_list;
-}
+    Qt::DockWidgetArea area() const override { return Qt::RightDockWidgetArea; }
 
-void HistoryPane::follow(Document *active)
+    QWidget *makeWidget() override
+    {
+        m_list = new HistoryList(m_dispatcher);
+        return m_list;
+    }
+
+    void follow(Document *active) override
+    {
+        if (m_list)
+            m_list->setHistory(active ? &active->history : nullptr);
+    }
+
+private:
+    Dispatcher &m_dispatcher;
+    QPointer<HistoryList> m_list;
+};
+
+} // namespace
+
+std::unique_ptr<Pane> makeHistoryPane(Dispatcher &dispatcher)
 {
-    if (m_list)
-        m_list->setHistory(active ? &active->history : nullptr);
+    return std::make_unique<HistoryPane>(dispatcher);
 }

@@ -3,21 +3,13 @@
 
 #include "panes/PaneTable.h"
 
-#include "panes/HistoryPane.h"
-
 #include <array>
 
 namespace
 {
 
-template <typename Made>
-std::unique_ptr<Pane> make(Dispatcher &dispatcher)
-{
-    return std::make_unique<Made>(dispatcher);
-}
-
 constexpr std::array rows{
-    PaneRow{"mnuToolsHistory", make<HistoryPane>},
+    PaneRow{"mnuToolsHistory", makeHistoryPane},
 };
 
 } // namespace

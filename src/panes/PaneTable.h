@@ -7,5 +7,7 @@
 
 #include <span>
 
-// The program's panes.
+// The program's panes, each in the file of its name.
 std::span<const PaneRow> paneTable();
+
+std::unique_ptr<Pane> makeHistoryPane(Dispatcher &dispatcher);
