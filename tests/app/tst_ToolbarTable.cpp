@@ -9,6 +9,7 @@
 #include <QImage>
 #include <QTest>
 
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -151,6 +152,11 @@ private Q_SLOTS:
 
 void tst_ToolbarTable::theButtonsStandInTheirOrderAndRunTheirRoutines()
 {
+    for (const ToolbarRow &row : toolbarTable) {
+        const auto isRow = [&row](const Expected &expected) { return expected.key == row.key; };
+        QVERIFY2(std::ranges::any_of(expectedButtons, isRow),
+                 qPrintable(u"expectedButtons is to say where it stands and when it is shown: "_s + toText(row.key)));
+    }
     QCOMPARE(toolbarTable.size(), std::size(expectedButtons));
     for (std::size_t row = 0; row < toolbarTable.size(); ++row) {
         const Expected &expected = expectedButtons[row];

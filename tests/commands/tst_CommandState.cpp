@@ -192,7 +192,8 @@ void tst_CommandState::noOtherCommandDependsOnAnything()
         if (listed.contains(row.name))
             continue;
         const bool runsSomething = row.kind != RowKind::Command || !row.routine.name.empty();
-        QVERIFY2(row.rule({}) == runsSomething && row.rule(full) == runsSomething, row.name.data());
+        QVERIFY2(row.rule({}) == runsSomething && row.rule(full) == runsSomething,
+                 qPrintable(u"conditionRows is to say when it can be run: "_s + toText(row.name)));
     }
 }
 
