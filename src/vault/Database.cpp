@@ -9,8 +9,6 @@
 #include <QFile>
 #include <QSqlError>
 
-#include <atomic>
-
 using namespace Qt::StringLiterals;
 
 namespace
@@ -52,17 +50,11 @@ ErrorNumber errorNumberOf(const QSqlError &error)
     }
 }
 
-QString nextConnection()
-{
-    static std::atomic<int> last = 0;
-    return u"vault %1"_s.arg(++last);
-}
-
 } // namespace
 
 Database::Database(const QString &path, const DatabaseSchema &schema, Opening opening)
     : m_path(path)
-    , m_connection(nextConnection())
+    , m_connection(u"vault %1"_s.arg(reinterpret_cast<quintptr>(this), 0, 16))
 {
     // SQLite gives its other files the permissions of this one.
     if (opening == Opening::Create)
