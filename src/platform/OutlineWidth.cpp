@@ -5,6 +5,7 @@
 
 #include "model/EntryTree.h"
 #include "model/ShownLabel.h"
+#include "platform/LevelWalk.h"
 #include "platform/TreeView.h"
 
 #include <QEvent>
@@ -117,26 +118,18 @@ void OutlineWidth::measure()
     m_rows = 0;
     std::vector<Candidate> candidates;
     int frame = -1;
-    int level = 1;
-    const Entry *entry = m_tree.root();
-    while (entry) {
+    for (LevelWalk walk(m_tree.root()); const Entry *entry = walk.entry();) {
         ++m_rows;
         const QString label = shownLabel(entry->label());
         const bool plain = isPlain(label);
         const int width = estimate(label, plain);
         if (plain && frame < 0)
             frame = exactWidth(entry) - width;
-        candidates.push_back({entry, level * m_view.indentation() + width});
-        if (entry->expanded() && entry->childCount() > 0 && level <= TreeView::deepestOpenLevel) {
-            entry = entry->firstChild();
-            ++level;
-            continue;
-        }
-        while (entry && !entry->next()) {
-            entry = entry->parent();
-            --level;
-        }
-        entry = entry ? entry->next() : nullptr;
+        candidates.push_back({entry, walk.level() * m_view.indentation() + width});
+        if (entry->expanded() && walk.level() <= TreeView::deepestOpenLevel)
+            walk.next();
+        else
+            walk.pass();
     }
     if (frame < 0)
         frame = m_view.iconSize().width() + static_cast<int>(std::ceil(6 * m_metrics.averageCharWidth()));

@@ -7,6 +7,7 @@
 #include "model/History.h"
 #include "model/Outline.h"
 #include "platform/LabelDelegate.h"
+#include "platform/LevelWalk.h"
 
 #include <QFocusEvent>
 #include <QHeaderView>
@@ -145,21 +146,8 @@ void TreeView::mirrorEverything()
     const MirrorGuard guard(*this);
     // While a layout is due, opening a branch only notes it.
     scheduleDelayedItemsLayout();
-    int level = 1;
-    const Entry *entry = m_tree->root();
-    while (entry) {
-        mirrorExpansion(entry, level);
-        if (const Entry *child = entry->firstChild()) {
-            entry = child;
-            ++level;
-            continue;
-        }
-        while (entry && !entry->next()) {
-            entry = entry->parent();
-            --level;
-        }
-        entry = entry ? entry->next() : nullptr;
-    }
+    for (LevelWalk walk(m_tree->root()); walk.entry(); walk.next())
+        mirrorExpansion(walk.entry(), walk.level());
 }
 
 void TreeView::mirrorExpansion(const Entry *entry, int level)
