@@ -40,8 +40,7 @@ void NodeGoDown(Document &document);
 
 // Selects an entry: only marks it while the busy flag is set, else as NodeSelectFull. Nothing for no entry.
 void NodeSelect(Document &document, Entry *entry);
-// Selects an entry, shows its row and its text, unless the text pane shows that already, and refreshes the command
-// state.
+// Selects an entry, and shows its row and its text, unless the text pane shows that already.
 void NodeSelectFull(Document &document, Entry *entry);
 
 void NodeTagOn(Document &document, Entry *entry);
@@ -76,7 +75,7 @@ PastePlace placeForPaste(const Document &document, const Entry *source);
 // Where the selection goes when an entry is removed: to the previous sibling, else the next one, else the parent.
 Entry *survivorOf(const Entry &entry);
 
-// Shows that an outline lost its last entry: an empty text pane, no label in the status bar, the commands refreshed.
+// Shows that an outline lost its last entry: an empty text pane, and no label in the status bar.
 void showNothing(Document &document);
 
 // Removes an entry with its subtree; a parent left without children is collapsed.
