@@ -3,8 +3,8 @@
 # Reads every C++ file below HOUSE and fails, naming file and line, when a room of src/ includes a room that it may not, when
 # a room of the core includes a widget's header, when an include is not written from src/, when a file of src/ has 500 lines
 # or more, when a room asks a port that is not to know of ports, when one makes an outline that it was given to read one that
-# it can change, when the rooms ask the program's ports in more places than they need to, or when a file does not begin with
-# its two SPDX lines. WIDGET_HEADERS is the folder of Qt's widget headers; it tells which short names are widgets.
+# it can change, when the rooms ask the program's ports in more places than they need to, when there is one more global
+# variable, or when a file does not begin with its two SPDX lines. WIDGET_HEADERS is the folder of Qt's widget headers; it tells which short names are widgets.
 cmake_minimum_required(VERSION 3.25)
 
 # What each room may include besides itself. Rooms that stand side by side (outline, text, search) do not know each other.
@@ -80,6 +80,25 @@ if(NOT DEFINED MOST_ASKING)
 endif()
 set(asking 0)
 
+# The variables that any function of their file, or of the program, may write: what the options and a search are, what a
+# command tells the next one, and what signals and errors reach from anywhere.
+set(globals g_options g_fntDefaultOutlineFont g_fntDefaultTextFont g_fntPendingTextFont g_bHelpIsOutline
+  g_sSearchFind g_sSearchReplace g_sSearchWhere g_sSearchScope g_bSearchMatchCase g_bSearchWholeWord g_bSearchBackwards
+  g_iSearchMode g_hisFind g_hisReplace bBusy iActionDepth iDocumentCount s_leftMatch s_hourglasses
+  g_sProcedure s_reporter s_remarkWriter living handlersPipe interrupted)
+
+# check_global(FILE LINE CONTENT): a line that defines a variable outside of functions and classes.
+function(check_global file line content)
+  set(type "([A-Za-z_][A-Za-z0-9_:]*(<[^()]*>)?)")
+  if(content MATCHES "^((inline|static|volatile|thread_local) )*${type} [*&]?([A-Za-z_][A-Za-z0-9_]*)( = .*|{.*})? $")
+    set(name ${CMAKE_MATCH_5})
+    if(NOT CMAKE_MATCH_3 MATCHES "^(class|struct|enum|union|using|namespace|return)$" AND NOT name IN_LIST globals)
+      complain("${file}:${line}" "${name} is one global variable more")
+      set(complaint_count ${complaint_count} PARENT_SCOPE)
+    endif()
+  endif()
+endfunction()
+
 macro(check_file file)
   # Characters that mean something to a list would upset the splitting into lines.
   file(READ "${HOUSE}/${file}" text)
@@ -109,6 +128,7 @@ macro(check_file file)
           complain("${file}:${line}" "the program's ports are asked in more than ${MOST_ASKING} lines")
         endif()
       endif()
+      check_global("${file}" "${line}" "${content}")
       if(content MATCHES "_cast<(Outline|EntryTree|Document|History|QAbstractItemModel)[^A-Za-z0-9_]")
         complain("${file}:${line}" "an outline is changed by its history alone")
       endif()

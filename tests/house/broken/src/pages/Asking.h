@@ -3,4 +3,7 @@
 
 #pragma once
 
-inline auto *dialogs = ports().dialogs;
+inline auto *dialogs()
+{
+    return ports().dialogs;
+}

@@ -3,4 +3,7 @@
 
 #pragma once
 
-inline auto *windows = ports().windows;
+inline auto *windows()
+{
+    return ports().windows;
+}
