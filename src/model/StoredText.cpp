@@ -75,6 +75,17 @@ Inflated inflated(const QByteArray &storedText)
     return {compressed, TextState::Damaged};
 }
 
+std::optional<QByteArray> soundText(const QByteArray &storedText)
+{
+    if (!readsAsCompressed(storedText))
+        return storedText;
+    const CompressedPart part = compressedPart(storedText);
+    QByteArray text;
+    if (modCompress::DecompressString(storedText.sliced(part.start), part.length, text) != Z_OK)
+        return std::nullopt;
+    return text;
+}
+
 QByteArray NodeTextDecompressIfRequired(const QByteArray &storedText)
 {
     detail::enterProcedure("modNodes NodeTextDecompressIfRequired");

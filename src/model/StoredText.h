@@ -6,6 +6,8 @@
 #include <QByteArray>
 #include <QString>
 
+#include <optional>
+
 // The stored form of entry texts: an RTF document as it stands, or its length in decimal, a comma and the bytes of a
 // zlib stream (RFC 1950). Both are bytes of any value.
 
@@ -45,6 +47,10 @@ struct Inflated {
 
 // The same with what became of it.
 Inflated inflated(const QByteArray &storedText);
+
+// The whole text of a stored form, without a word where that is damaged or too long to be inflated: nothing then. For
+// workers, which report nothing.
+std::optional<QByteArray> soundText(const QByteArray &storedText);
 
 // Whether a text, stored as it stands, would be taken for a compressed one: it begins with a number and a comma.
 bool readsAsCompressed(const QByteArray &text);

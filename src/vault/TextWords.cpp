@@ -4,7 +4,6 @@
 #include "vault/TextWords.h"
 
 #include "model/StoredText.h"
-#include "model/modCompress.h"
 #include "rtf/Rtf.h"
 #include "util/AnsiCodec.h"
 
@@ -27,12 +26,8 @@ qint64 wordCount(QStringView characters)
 
 qint64 wordsOfText(const QByteArray &storedText)
 {
-    // Not by the way that reports what is wrong: that is for those who show the text.
-    QByteArray text = storedText;
-    if (readsAsCompressed(storedText)) {
-        const CompressedPart part = compressedPart(storedText);
-        if (modCompress::DecompressString(storedText.sliced(part.start), part.length, text) != 0)
-            return 0;
-    }
-    return wordCount(rtf::isRtf(text) ? rtf::toPlainText(text) : AnsiCodec::toText(text));
+    const std::optional<QByteArray> text = soundText(storedText);
+    if (!text)
+        return 0;
+    return wordCount(rtf::isRtf(*text) ? rtf::toPlainText(*text) : AnsiCodec::toText(*text));
 }

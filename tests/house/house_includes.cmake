@@ -15,7 +15,8 @@ set(uses_formats model ${uses_model})
 set(uses_document formats ${uses_formats})
 set(uses_outline document ${uses_document})
 set(uses_text document ${uses_document})
-set(uses_search document ${uses_document})
+set(uses_find document ${uses_document})
+set(uses_search find ${uses_find})
 set(uses_commands outline text search ${uses_search})
 set(uses_pages document ${uses_document})
 set(uses_platform document ${uses_document})
@@ -23,10 +24,10 @@ set(uses_print pages platform ${uses_platform})
 set(uses_window commands platform ${uses_commands})
 set(uses_panes window ${uses_window})
 set(uses_app panes print ${uses_panes})
-set(rooms util rtf model formats document outline text search commands pages platform print window panes app)
+set(rooms util rtf model formats document find outline text search commands pages platform print window panes app)
 
 # Rooms that build without Qt Widgets, and the dialog of the search room, which is the one exception.
-set(core util rtf model formats document outline text search commands pages)
+set(core util rtf model formats document find outline text search commands pages)
 set(widget_exceptions src/search/frmSearch.h src/search/frmSearch.cpp)
 
 # What is kept of documents beside their files; built where there is Qt Sql.
