@@ -6,6 +6,7 @@
 
 #include "document/UndoRedo.h"
 #include "document/modNodes.h"
+#include "find/TextIndex.h"
 #include "model/Entry.h"
 #include "model/StoredText.h"
 #include "platform/RichTextBox.h"
@@ -15,6 +16,7 @@
 #include "support/RawOutline.h"
 
 #include <QApplication>
+#include <QEventLoop>
 
 #include <benchmark/benchmark.h>
 
@@ -92,6 +94,56 @@ void findNothing(benchmark::State &state)
     state.counters["to_inflating"] = static_cast<double>(searching) / static_cast<double>(inflating);
 }
 
+// Waits until all texts have their signatures.
+void makeIndex(TextIndex &index)
+{
+    QEventLoop loop;
+    QObject::connect(&index, &TextIndex::completed, &loop, &QEventLoop::quit);
+    if (!index.isComplete())
+        loop.exec();
+}
+
+// The same search when the index is there, for a word that is nowhere and one that is in one text.
+void findWithIndex(benchmark::State &state)
+{
+    SearchFixture program;
+    fill(program, static_cast<int>(state.range(0)), 0);
+    const int entries = program.document.tree.entryCount();
+    program.document.history.setStoredText(program.document.tree.collection().at(entries / 2), storedText(entries, 1));
+    makeIndex(*new TextIndex(program.document));
+    g_sSearchFind = state.range(1) != 0 ? u"match"_s : u"nowhere"_s;
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(modSearch::SearchAllTexts());
+        state.PauseTiming();
+        modNodes::NodeSelectFull(program.document, program.document.tree.root());
+        state.ResumeTiming();
+    }
+}
+
+// Making the index, by the workers' processor time too; what it takes is in bytes.
+void index(benchmark::State &state)
+{
+    const int entries = static_cast<int>(state.range(0));
+    SearchFixture program;
+    fill(program, entries, 0);
+    std::clock_t indexing = 0;
+    std::clock_t inflating = 0;
+    for (auto _ : state) {
+        const std::clock_t start = std::clock();
+        auto made = std::make_unique<TextIndex>(program.document);
+        makeIndex(*made);
+        state.PauseTiming();
+        const std::clock_t middle = std::clock();
+        inflateAll(program.document.tree);
+        inflating += std::clock() - middle;
+        indexing += middle - start;
+        state.counters["bytes"] = static_cast<double>(made->weight());
+        made.reset();
+        state.ResumeTiming();
+    }
+    state.counters["to_inflating"] = static_cast<double>(indexing) / static_cast<double>(inflating);
+}
+
 void inflateOnly(benchmark::State &state)
 {
     const int entries = static_cast<int>(state.range(0));
@@ -159,6 +211,8 @@ void undoReplaceAll(benchmark::State &state)
 } // namespace
 
 BENCHMARK(findNothing)->Arg(1000)->Arg(10000)->Arg(32767)->Unit(benchmark::kMillisecond);
+BENCHMARK(findWithIndex)->ArgsProduct({{1000, 32767}, {0, 1}})->Unit(benchmark::kMillisecond);
+BENCHMARK(index)->Arg(1000)->Arg(32767)->Unit(benchmark::kMillisecond);
 BENCHMARK(inflateOnly)->Arg(1000)->Arg(10000)->Arg(32767)->Unit(benchmark::kMillisecond);
 BENCHMARK(undoReplaceAll)->Arg(5000)->Iterations(2)->Unit(benchmark::kMillisecond);
 BENCHMARK(replaceAll)->Args({500, 2})->Args({5000, 2})->Args({1, 1000})->Args({1, 2000})->Unit(benchmark::kMillisecond);

@@ -9,6 +9,7 @@
 #include "app/Tour.h"
 #include "app/modMRU.h"
 #include "document/Globals.h"
+#include "find/TextIndex.h"
 #include "vault/Vault.h"
 #include "window/frmDocument.h"
 
@@ -60,6 +61,7 @@ Document &DocumentArea::createDocument(std::unique_ptr<Outline> outline)
     connect(frame, &DocumentFrame::closed, this, &DocumentArea::frameClosed);
     if (appPorts().vault)
         appPorts().vault->attach(form->document());
+    new TextIndex(form->document());
     Q_EMIT opened(form);
     m_area->addSubWindow(frame);
     m_frames.push_back(frame);

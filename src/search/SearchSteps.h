@@ -3,11 +3,14 @@
 
 #pragma once
 
+#include "find/TextSignature.h"
+
 #include <QByteArray>
 #include <QString>
 
 class Document;
 class Entry;
+class TextIndex;
 
 // What finding and replacing in texts have in common.
 
@@ -22,6 +25,21 @@ Qt::CaseSensitivity labelComparison();
 // Replaces in an entry's label, from its first match on, up to one that is no whole word where that is wanted. What is
 // put in must not hold what is searched for.
 void replaceInLabel(Document &document, Entry *entry);
+
+// What is searched for, as it is looked for in a document's texts before they are inflated. To be asked of texts as
+// they are stored now.
+class TextSieve
+{
+public:
+    explicit TextSieve(const Document &document);
+
+    // False only when no match stands in the entry's text; what is not known yet may hold one.
+    bool mayHoldMatch(const Entry &entry, const QByteArray &storedText) const;
+
+private:
+    const TextIndex *m_index;
+    const SoughtTrigrams m_sought;
+};
 
 // Whether a match may stand in an entry's text; seldom true where none does. Looked at as it is stored, because showing
 // a text costs many times as much.

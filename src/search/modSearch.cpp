@@ -10,6 +10,7 @@
 #include "document/StepProcedure.h"
 #include "document/TextPane.h"
 #include "document/modNodes.h"
+#include "find/TextIndex.h"
 #include "model/SealedDocument.h"
 #include "model/ShownText.h"
 #include "model/StoredText.h"
@@ -88,7 +89,7 @@ bool searchBackwards(TextSelection &text)
 
 // Where the first match stands in the text of an entry that the pane does not show; -1 for none. Backwards there never
 // is one: the search begins at the text's start.
-int firstMatch(const Document &document, const Entry *entry)
+int firstMatch(const Document &document, const TextSieve &sieve, const Entry *entry)
 {
     if (g_bSearchBackwards)
         return -1;
@@ -96,7 +97,7 @@ int firstMatch(const Document &document, const Entry *entry)
         return findText(rtf::findableText(text->document()), g_sSearchFind, 0, -1, findOptions());
     const QFont base = document.view()->txtRTF.Font();
     const QByteArray stored = document.tree.storedText(entry);
-    if (!mayHoldMatch(NodeTextDecompressIfRequired(stored)))
+    if (!sieve.mayHoldMatch(*entry, stored) || !mayHoldMatch(NodeTextDecompressIfRequired(stored)))
         return -1;
     SealedDocument text;
     text.setUndoRedoEnabled(false);
@@ -125,6 +126,17 @@ QString replacementOf(const QString &match)
     if (isOneWord && !g_bSearchMatchCase && modString::StringUpperCaseAlpha(match.left(1)))
         replacement[0] = replacement[0].toUpper();
     return replacement;
+}
+
+TextSieve::TextSieve(const Document &document)
+    : m_index(TextIndex::of(document))
+    , m_sought(g_sSearchFind)
+{
+}
+
+bool TextSieve::mayHoldMatch(const Entry &entry, const QByteArray &storedText) const
+{
+    return !m_index || m_index->mayHold(entry, storedText, m_sought);
 }
 
 bool mayHoldMatch(const QByteArray &text)
@@ -296,10 +308,11 @@ bool SearchAllTexts()
             SearchNodeSelect(entries.at(first));
             return true;
         }
+        const TextSieve sieve(*document);
         // The others are looked at as they are stored, from the next one round to the one before.
         for (int i = 1; i < count; ++i) {
             Entry *entry = entries.at((first - 1 + i) % count + 1);
-            const int match = firstMatch(*document, entry);
+            const int match = firstMatch(*document, sieve, entry);
             if (match < 0)
                 continue;
             document->texts.open(*entry, document->view()->txtRTF.Font());

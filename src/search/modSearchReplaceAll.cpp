@@ -154,7 +154,7 @@ StoredWay stateAfter(const Way &way)
     return {true, way.result().size() > longestText || !holdsMatch(way.result())};
 }
 
-StoredWay goThroughStored(Document &document, Entry *entry, PassedOver &passedOver)
+StoredWay goThroughStored(Document &document, const TextSieve &sieve, Entry *entry, PassedOver &passedOver)
 {
     if (const std::shared_ptr<EntryDocument> live = document.texts.find(*entry)) {
         if (live->state() != TextState::Whole) {
@@ -167,7 +167,10 @@ StoredWay goThroughStored(Document &document, Entry *entry, PassedOver &passedOv
             replaceText(live->document(), way.replacements());
         return stateAfter(way);
     }
-    const Inflated stored = inflated(document.tree.storedText(entry));
+    const QByteArray storedText = document.tree.storedText(entry);
+    if (!sieve.mayHoldMatch(*entry, storedText))
+        return {};
+    const Inflated stored = inflated(storedText);
     if (stored.state != TextState::Whole)
         passedOver.add(*entry);
     if (stored.state != TextState::Whole || !mayHoldMatch(stored.text))
@@ -207,8 +210,10 @@ void replaceAllInTexts(Document &document, PassedOver &passedOver)
         passedOver.add(*entries.at(first));
     isClean[at(first)] = document.bTextWithheld() || !holdsMatch(text);
     int last = first;
+    const TextSieve sieve(document);
     for (int i = first % count + 1, others = 0; others < count - 1; i = i % count + 1) {
-        const StoredWay way = isClean[at(i)] ? StoredWay() : goThroughStored(document, entries.at(i), passedOver);
+        const StoredWay way =
+            isClean[at(i)] ? StoredWay() : goThroughStored(document, sieve, entries.at(i), passedOver);
         isClean[at(i)] = way.isClean || ++ways[at(i)] == mostWays;
         others = way.isChanged ? 0 : others + 1;
         if (way.isChanged) {

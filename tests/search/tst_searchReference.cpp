@@ -1,9 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "find/TextIndex.h"
 #include "search/SearchFixture.h"
 #include "support/RawOutline.h"
 
+#include <QSignalSpy>
 #include <QTest>
 #include <QTextCursor>
 
@@ -270,6 +272,7 @@ private Q_SLOTS:
 
     void cleanup() { m_fixture.reset(); }
 
+    void everyStepIsTheSame_data();
     void everyStepIsTheSame();
     void replacingAllIsReplacingOneByOne_data();
     void replacingAllIsReplacingOneByOne();
@@ -309,7 +312,8 @@ private:
 
     void chooseValues()
     {
-        static const QString expressions[] = {u"ab"_s, u"b"_s, u"abc"_s, u"b a"_s, u"a"_s, u"\u00c4"_s};
+        static const QString expressions[] = {u"ab"_s, u"b"_s,      u"abc"_s, u"b a"_s,
+                                              u"a"_s,  u"\u00c4"_s, u"bab"_s, u"Ab\u00c4"_s};
         static const QString replacements[] = {u"x"_s, u"xyz"_s, u"ba"_s, u"x y"_s, u"1"_s, u"-"_s};
         do {
             g_sSearchFind = expressions[below(int(std::size(expressions)))];
@@ -324,8 +328,16 @@ private:
     std::unique_ptr<SearchFixture> m_fixture;
 };
 
+void tst_searchReference::everyStepIsTheSame_data()
+{
+    QTest::addColumn<bool>("hasIndex");
+    QTest::newRow("each text looked at") << false;
+    QTest::newRow("with an index") << true;
+}
+
 void tst_searchReference::everyStepIsTheSame()
 {
+    QFETCH(const bool, hasIndex);
     m_random.seed(11);
     for (int round = 0; round < 150; ++round) {
         m_fixture.reset();
@@ -347,8 +359,12 @@ void tst_searchReference::everyStepIsTheSame()
         const int first = below(int(entries.size()));
         modNodes::NodeSelectFull(f.document, entries[std::size_t(first)]);
         expected.select(first);
+        auto *index = hasIndex ? new TextIndex(f.document, 0) : nullptr;
         for (int step = 0; step < 25; ++step) {
             const QByteArray where = "round " + QByteArray::number(round) + ", step " + QByteArray::number(step);
+            // What was replaced lately, and much else, is known from before at most.
+            if (index && oneIn(3))
+                QVERIFY(index->isComplete() || QSignalSpy(index, &TextIndex::completed).wait());
             if (step % 6 == 0) {
                 chooseValues();
                 g_sSearchScope = QString::number(below(3));
@@ -387,15 +403,18 @@ void tst_searchReference::everyStepIsTheSame()
 void tst_searchReference::replacingAllIsReplacingOneByOne_data()
 {
     QTest::addColumn<QString>("scope");
-    QTest::newRow("the text") << u"0"_s;
-    QTest::newRow("all texts") << u"1"_s;
-    QTest::newRow("all labels") << u"2"_s;
+    QTest::addColumn<bool>("hasIndex");
+    QTest::newRow("the text") << u"0"_s << false;
+    QTest::newRow("all texts") << u"1"_s << false;
+    QTest::newRow("all texts, with an index") << u"1"_s << true;
+    QTest::newRow("all labels") << u"2"_s << false;
 }
 
 // Texts with their looks, byte for byte.
 void tst_searchReference::replacingAllIsReplacingOneByOne()
 {
     QFETCH(const QString, scope);
+    QFETCH(const bool, hasIndex);
     m_random.seed(12);
     for (int round = 0; round < 500; ++round) {
         m_fixture.reset();
@@ -411,6 +430,7 @@ void tst_searchReference::replacingAllIsReplacingOneByOne()
         }
         chooseValues();
         g_sSearchScope = scope;
+        const auto *index = hasIndex ? new TextIndex(f.document, 0) : nullptr;
         const int first = below(int(entries.size()));
         const int from = below(12);
         const int length = below(4);
@@ -436,6 +456,8 @@ void tst_searchReference::replacingAllIsReplacingOneByOne()
             f.select(from, length);
             f.document.history.markSaved();
             f.fake.dialogs.notices.clear();
+            if (index && oneIn(2))
+                QSignalSpy(index, &TextIndex::completed).wait();
             replaceAll();
             Outcome result;
             for (const Entry *entry : entries) {
