@@ -5,6 +5,7 @@
 
 #include "model/LayoutStrain.h"
 #include "platform/AltCharacter.h"
+#include "platform/ScrollBarAhead.h"
 
 #include <QDragEnterEvent>
 #include <QFocusEvent>
@@ -131,7 +132,10 @@ void RichTextBox::showText(std::shared_ptr<EntryDocument> text)
     text->setFont(m_font);
     setExtraSelections({});
     m_coloured.reset();
-    setDocument(&text->document());
+    {
+        const ScrollBarAhead bar(*this, text->document().characterCount(), text->document().blockCount());
+        setDocument(&text->document());
+    }
     // The one before may go now.
     m_shown = std::move(text);
     // The control keeps the format at the old caret for what is typed next; the new text has its own.

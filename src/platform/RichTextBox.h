@@ -106,6 +106,7 @@ private:
     bool hasRoomForPlain(const QString &text) const;
     bool hasRoomForCells(qsizetype cells) const;
     bool isBearableWith(const QTextDocument &pasted) const;
+    void putText(const QString &text);
     bool pasteWords(const QString &text);
     void pasteHtml(const QString &html, const QString &text);
     void insertHtmlFragment(const BoundedHtml &bounded);

@@ -15,6 +15,7 @@
 #include "platform/HtmlPictures.h"
 #include "platform/PastedPicture.h"
 #include "platform/RichTextMime.h"
+#include "platform/ScrollBarAhead.h"
 #include "rtf/Families.h"
 #include "rtf/Limits.h"
 #include "rtf/Pictures.h"
@@ -204,13 +205,19 @@ bool RichTextBox::isBearableWith(const QTextDocument &pasted) const
     return strain.isBearable();
 }
 
+void RichTextBox::putText(const QString &text)
+{
+    const ScrollBarAhead bar(*this, text.size(), text.count(u'\r'));
+    setSelText(text);
+}
+
 bool RichTextBox::pasteText(const QString &text)
 {
     if (!hasRoomForPlain(text)) {
         tellUser(tooLong);
         return false;
     }
-    setSelText(text);
+    putText(text);
     return true;
 }
 
@@ -224,7 +231,7 @@ bool RichTextBox::pasteWords(const QString &text)
         tellUser(onlyItsWords);
     else if (m_dialogs && m_dialogs->ask(wordsInstead) != Answer::Yes)
         return false;
-    setSelText(text);
+    putText(text);
     return true;
 }
 
@@ -242,6 +249,7 @@ bool RichTextBox::pasteRTF(const QByteArray &rtf)
     rtf::read(rtf, pasted);
     if (!isBearableWith(pasted))
         return pasteWords(text);
+    const ScrollBarAhead bar(*this, pasted.characterCount(), pasted.blockCount());
     setSelRTF(rtf);
     if (const QString parts = leftOutParts(rtf); !parts.isEmpty())
         Q_EMIT partsLeftOut(parts);
@@ -267,10 +275,12 @@ void RichTextBox::pasteHtml(const QString &html, const QString &text)
     pasted.setDefaultFont(m_font);
     pasted.setHtml(bounded.html);
     rtf::boundFamilies(pasted, 0, pasted.characterCount());
-    if (isBearableWith(pasted))
-        insertHtmlFragment(bounded);
-    else
+    if (!isBearableWith(pasted)) {
         pasteWords(words);
+        return;
+    }
+    const ScrollBarAhead bar(*this, pasted.characterCount(), pasted.blockCount());
+    insertHtmlFragment(bounded);
 }
 
 bool RichTextBox::pastePicture(const QByteArray &file)

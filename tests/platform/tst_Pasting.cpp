@@ -21,9 +21,13 @@
 #include <QTextBlock>
 #include <QTextTable>
 
+#include <algorithm>
+#include <functional>
 #include <memory>
 
 using namespace Qt::StringLiterals;
+
+Q_DECLARE_METATYPE(std::function<void(RichTextBox &)>)
 
 // What comes into the text pane from the clipboard and by drops: pictures, and more than a pane can lay out.
 class tst_Pasting : public QObject
@@ -70,6 +74,8 @@ private Q_SLOTS:
     void textBeyondTheBoundsIsRefusedAndStaysOnTheClipboard();
     void textWithinTheBoundsIsPasted();
     void theTextThatIsThereCounts();
+    void aLongTextIsLaidOutForTheWidthThatItsScrollBarLeaves_data();
+    void aLongTextIsLaidOutForTheWidthThatItsScrollBarLeaves();
     void whatAPastedTextHasThatIsNotShownIsSaid();
     void aPictureIsPastedAndKept_data();
     void aPictureIsPastedAndKept();
@@ -470,6 +476,59 @@ void tst_Pasting::theTextThatIsThereCounts()
     m_box->selectAll();
     QVERIFY(m_box->pasteText(u"\r\n"_s.repeated(half)));
     QCOMPARE(m_box->document()->blockCount(), half + 1);
+}
+
+// Each change of the width lays out what is there anew.
+class WidthWatch : public QObject
+{
+public:
+    explicit WidthWatch(const RichTextBox &box)
+        : m_box(box)
+    {
+        box.viewport()->installEventFilter(this);
+    }
+
+    bool eventFilter(QObject *, QEvent *event) override
+    {
+        if (event->type() == QEvent::Resize)
+            longest = std::max(longest, m_box.document()->characterCount());
+        return false;
+    }
+
+    int longest = 0;
+
+private:
+    const RichTextBox &m_box;
+};
+
+void tst_Pasting::aLongTextIsLaidOutForTheWidthThatItsScrollBarLeaves_data()
+{
+    QTest::addColumn<std::function<void(RichTextBox &)>>("fill");
+    const auto pastes = [this](QMimeData *(*make)()) { return [this, make](RichTextBox &) { paste(make()); }; };
+    using Fill = std::function<void(RichTextBox &)>;
+    QTest::newRow("a table of a page") << Fill(pastes([] { return pageData(tableOf(1000)); }));
+    QTest::newRow("rich text") << Fill(
+        [](RichTextBox &box) { box.pasteRTF("{\\rtf1 " + QByteArray("line\\par ").repeated(1000) + "}"); });
+    QTest::newRow("one paragraph") << Fill([](RichTextBox &box) { box.pasteText(u"word "_s.repeated(5000)); });
+    QTest::newRow("lines") << Fill([](RichTextBox &box) { box.pasteText(u"line\r\n"_s.repeated(1000)); });
+    QTest::newRow("another entry's text") << Fill([](RichTextBox &box) {
+        box.setTextRTF("{\\rtf1 " + QByteArray("{\\trowd\\cellx2000 line\\cell\\row}").repeated(1000) + "}");
+    });
+}
+
+void tst_Pasting::aLongTextIsLaidOutForTheWidthThatItsScrollBarLeaves()
+{
+    QFETCH(const std::function<void(RichTextBox &)>, fill);
+    const WidthWatch watch(*m_box);
+    const int wide = m_box->viewport()->width();
+    fill(*m_box);
+    QVERIFY(m_box->document()->characterCount() > 1900);
+    QVERIFY(m_box->viewport()->width() < wide);
+    QVERIFY2(watch.longest < 10, qPrintable(QString::number(watch.longest)));
+    // And goes again with the text.
+    QCOMPARE(m_box->verticalScrollBarPolicy(), Qt::ScrollBarAsNeeded);
+    m_box->setTextRTF("{\\rtf1 short}");
+    QTRY_COMPARE(m_box->viewport()->width(), wide);
 }
 
 void tst_Pasting::whatAPastedTextHasThatIsNotShownIsSaid()
