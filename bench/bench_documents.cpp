@@ -5,6 +5,7 @@
 // of entries, and what the extreme shapes of an outline cost.
 
 #include "GeneratedDocument.h"
+#include "Instructions.h"
 
 #include "document/modDoc.h"
 #include "support/FormatsFixture.h"
@@ -54,15 +55,20 @@ void load(benchmark::State &state, Shape shape)
     const int entries = static_cast<int>(state.range(0));
     const DocumentFile file(entries, shape);
     FormatsFixture program;
+    Instructions instructions;
     for (auto _ : state) {
+        instructions.start();
         if (!modDoc::DocLoad(file.name()) || program.active()->document.tree.entryCount() != entries ||
             program.errors.count() > 0)
             state.SkipWithError("The document was not read whole");
+        instructions.stop();
         state.PauseTiming();
         program.closeAll();
         state.ResumeTiming();
     }
     countPerEntry(state, file, entries);
+    instructions.stop();
+    state.counters["instructions"] = instructions.count() / static_cast<double>(state.iterations());
 }
 
 void save(benchmark::State &state, Shape shape)
@@ -71,11 +77,15 @@ void save(benchmark::State &state, Shape shape)
     const DocumentFile file(entries, shape);
     const FormatsFixture program;
     modDoc::DocLoad(file.name());
+    Instructions instructions;
+    instructions.start();
     for (auto _ : state) {
         if (modDoc::DocSave(file.name()) != SaveOutcome::Saved)
             state.SkipWithError("The document was not saved");
     }
     countPerEntry(state, file, entries);
+    instructions.stop();
+    state.counters["instructions"] = instructions.count() / static_cast<double>(state.iterations());
 }
 
 BENCHMARK_CAPTURE(load, bushy, Shape::Bushy)->Arg(1000)->Arg(10000)->Arg(32767)->Unit(benchmark::kMillisecond);
