@@ -50,7 +50,7 @@ void Adoption::matchChildren(size_t at)
     std::vector<Entry *> children(static_cast<size_t>(theirs->childCount()), nullptr);
     for (const Entry *child = theirs->firstChild(); child; child = child->next()) {
         const auto alike = byLabel.find(child->label());
-        if (alike == byLabel.end() || alike->isEmpty() || alike->last()->foreignRecords() != child->foreignRecords())
+        if (alike == byLabel.end() || alike->isEmpty())
             continue;
         Entry *match = alike->takeLast();
         children[static_cast<size_t>(child->row())] = match;
@@ -65,6 +65,7 @@ void Adoption::adopt(Entry &own, const Entry &theirs)
 {
     m_history.setLabel(&own, theirs.label());
     m_history.setTagged(&own, theirs.tagged());
+    m_history.setForeignRecords(&own, theirs.foreignRecords());
     const QByteArray text = m_theirs.tree.storedText(&theirs);
     if (m_outline.tree.storedText(&own) != text)
         m_history.setStoredText(&own, text);

@@ -78,13 +78,6 @@ void Document::setView(DocumentView *shownBy)
         m_view->window.setCaption(m_sCaption);
 }
 
-void Document::takeForeignRecords(const Outline &read)
-{
-    m_outline->tree.setForeignRecords(tree.root(), read.tree.root()->foreignRecords());
-    m_outline->foreignHeader = read.foreignHeader;
-    m_outline->foreignTrailer = read.foreignTrailer;
-}
-
 void Document::setPaneFonts(const clsFont &outlineFont, const clsFont &textFont)
 {
     if (m_view) {

@@ -147,10 +147,6 @@ public:
     // What its file holds of it, or will hold. It is given out to be read: every change is made by the history.
     const Outline &outline() const { return *m_outline; }
 
-    // Takes over what a file says beside its entries, texts and fonts, and this program does not know: that is the
-    // file's own affair, which is written back as it was read, and no change.
-    void takeForeignRecords(const Outline &read);
-
     // Full path; empty for a document that was never saved.
     QString m_sFile;
     // A save of changes was given up at a question. By then they no longer count as changed.

@@ -29,10 +29,10 @@ void adoptOutline(Document &document, OpenedFile &file)
         adoption.run();
         if (isNative)
             document.history.setFonts(theirs.outlineFont, theirs.textFont);
+        document.history.setFileForeignRecords(theirs.foreignHeader, theirs.foreignTrailer);
     }
     if (!document.tree.selected())
         document.history.select(adoption.counterpart(theirs.tree.selected()));
-    document.takeForeignRecords(theirs);
     if (isNative)
         document.setPaneFonts(document.m_fntOutlineFont, document.m_fntOutlineFont);
 }

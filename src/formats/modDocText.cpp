@@ -64,7 +64,7 @@ std::unique_ptr<Outline> outlineOf(const QString &text)
     const QByteArray bytes = AnsiCodec::fromText(withLineEnds(text));
     tree.setLabel(entry, u"Text"_s);
     // Left as it stands, a text that begins with a number and a comma would be shown without that beginning.
-    tree.setStoredText(entry, readsAsCompressed(bytes) ? NodeTextCompressIfRequired(bytes) : bytes);
+    tree.setStoredText(entry, readsAsCompressed(bytes) ? compressedText(bytes) : bytes);
     tree.select(entry);
     return outline;
 }

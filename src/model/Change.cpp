@@ -19,6 +19,14 @@ qsizetype bytesOf(const std::vector<Value> &values)
     return static_cast<qsizetype>(values.size() * sizeof(Value));
 }
 
+qsizetype bytesOf(const ForeignRecordList &records)
+{
+    auto bytes = static_cast<qsizetype>(records.size() * sizeof(ForeignRecords));
+    for (const ForeignRecords &each : records)
+        bytes += each.bytes.size();
+    return bytes;
+}
+
 // Carries out each kind of change. Whatever may fail comes first.
 class ChangeBearer
 {
@@ -192,6 +200,26 @@ public:
         return true;
     }
 
+    bool operator()(change::Foreign &foreign)
+    {
+        Entry *holder = entry(foreign.entry);
+        if (holder->foreignRecords() == foreign.records)
+            return false;
+        ForeignRecordList before = holder->foreignRecords();
+        m_tree.setForeignRecords(holder, foreign.records);
+        foreign.records.swap(before);
+        return true;
+    }
+
+    bool operator()(change::FileForeign &foreign)
+    {
+        if (foreign.header == m_outline.foreignHeader && foreign.trailer == m_outline.foreignTrailer)
+            return false;
+        foreign.header.swap(m_outline.foreignHeader);
+        foreign.trailer.swap(m_outline.foreignTrailer);
+        return true;
+    }
+
 private:
     Entry *entry(EntryId id) const
     {
@@ -222,7 +250,8 @@ ChangeKind kindOf(const Change &change)
     constexpr ChangeKind kinds[] = {ChangeKind::Structure, ChangeKind::Structure, ChangeKind::Structure,
                                     ChangeKind::Label,     ChangeKind::Tag,       ChangeKind::Expansion,
                                     ChangeKind::Sorted,    ChangeKind::Structure, ChangeKind::Order,
-                                    ChangeKind::Text,      ChangeKind::Fonts,     ChangeKind::Text};
+                                    ChangeKind::Text,      ChangeKind::Fonts,     ChangeKind::Text,
+                                    ChangeKind::Foreign,   ChangeKind::Foreign};
     static_assert(std::size(kinds) == std::variant_size_v<Change>);
     return kinds[change.index()];
 }
@@ -245,6 +274,7 @@ std::vector<EntryId> entriesOf(const Change &change)
                           },
                           [](const change::Reorder &reorder) { return std::vector{reorder.parent}; },
                           [](const change::Fonts &) { return std::vector<EntryId>(); },
+                          [](const change::FileForeign &) { return std::vector<EntryId>(); },
                           [](const auto &one) { return std::vector{one.entry}; },
                       },
                       change);
@@ -266,6 +296,7 @@ EntryId entryOf(const Change &change)
                           },
                           [](const change::Reorder &reorder) { return reorder.parent; },
                           [](const change::Fonts &) { return EntryId::None; },
+                          [](const change::FileForeign &) { return EntryId::None; },
                           [](const auto &one) { return one.entry; },
                       },
                       change);
@@ -290,6 +321,8 @@ qsizetype weightOf(const Change &change)
             [](const change::Reorder &reorder) { return bytesOf(reorder.order); },
             [](const change::Renew &renew) { return bytesOf(renew.insertion); },
             [](const change::StoredText &text) { return text.text.size() + (text.live ? text.live->weight() : 0); },
+            [](const change::Foreign &foreign) { return bytesOf(foreign.records); },
+            [](const change::FileForeign &foreign) { return bytesOf(foreign.header) + foreign.trailer.size(); },
             [](const auto &) { return qsizetype(0); },
         },
         change);

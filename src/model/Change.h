@@ -4,6 +4,7 @@
 #pragma once
 
 #include "model/EntryTree.h"
+#include "model/ForeignRecords.h"
 #include "model/LiveTextPort.h"
 #include "model/clsFont.h"
 
@@ -85,19 +86,32 @@ struct TextStep {
     bool redo;
 };
 
+// What a file says of an entry that this program does not know.
+struct Foreign {
+    EntryId entry;
+    ForeignRecordList records;
+};
+
+// The same of the file itself: in its header, and behind the last entry.
+struct FileForeign {
+    ForeignRecordList header;
+    QByteArray trailer;
+};
+
 } // namespace change
 
 using Change =
     std::variant<change::Insert, change::Remove, change::Move, change::Label, change::Tag, change::Expand,
-                 change::Sorted, change::Reorder, change::Renew, change::StoredText, change::Fonts, change::TextStep>;
+                 change::Sorted, change::Reorder, change::Renew, change::StoredText, change::Fonts, change::TextStep,
+                 change::Foreign, change::FileForeign>;
 
 // What kind of change is announced.
-enum class ChangeKind { Structure, Label, Tag, Expansion, Sorted, Order, Text, Fonts };
+enum class ChangeKind { Structure, Label, Tag, Expansion, Sorted, Order, Text, Fonts, Foreign };
 
 ChangeKind kindOf(const Change &change);
-// The entry that a change is about; none for the fonts. Of several, the first.
+// The entry that a change is about; none for what is the whole outline's. Of several, the first.
 EntryId entryOf(const Change &change);
-// All of them; empty for the fonts.
+// All of them; empty for what is the whole outline's.
 std::vector<EntryId> entriesOf(const Change &change);
 // The memory that a change holds, in bytes, about.
 qsizetype weightOf(const Change &change);

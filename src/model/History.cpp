@@ -28,7 +28,8 @@ bool isExpansion(const Change &change)
 
 bool concernsView(const Change &change)
 {
-    return kindOf(change) != ChangeKind::Text && kindOf(change) != ChangeKind::Fonts;
+    const ChangeKind kind = kindOf(change);
+    return kind != ChangeKind::Text && kind != ChangeKind::Fonts && kind != ChangeKind::Foreign;
 }
 
 // Whether a change takes back the one before it: how an entry was sorted is a state that nobody sees.
@@ -44,7 +45,8 @@ QString nameOf(const Change &change, const EntryTree &tree)
     constexpr QLatin1StringView names[] = {"insertion of"_L1,      "deletion of"_L1,     "move of"_L1,
                                            "renaming of"_L1,       "tagging of"_L1,      "expansion of"_L1,
                                            "sorting of"_L1,        "sorting below"_L1,   "renewal of"_L1,
-                                           "change of text of"_L1, "change of fonts"_L1, "typing in"_L1};
+                                           "change of text of"_L1, "change of fonts"_L1, "typing in"_L1,
+                                           "change of records of"_L1, "change of records"_L1};
     static_assert(std::size(names) == std::variant_size_v<Change>);
     const Entry *entry = tree.entry(entryOf(change));
     return entry ? stepName(names[change.index()], *entry) : names[change.index()].toString();

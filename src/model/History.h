@@ -116,6 +116,8 @@ public:
     void setSorted(Entry *entry, bool sorted);
     void setStoredText(Entry *entry, const QByteArray &storedText);
     void setFonts(const clsFont &outlineFont, const clsFont &textFont);
+    void setForeignRecords(Entry *entry, const ForeignRecordList &records);
+    void setFileForeignRecords(const ForeignRecordList &header, const QByteArray &trailer);
 
     // Takes note that the entry's live text has a new step of its own.
     void appendTextStep(EntryId entry);

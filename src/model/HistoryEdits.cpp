@@ -118,3 +118,14 @@ void History::setFonts(const clsFont &outlineFont, const clsFont &textFont)
 {
     apply(change::Fonts{outlineFont, textFont});
 }
+
+void History::setForeignRecords(Entry *entry, const ForeignRecordList &records)
+{
+    if (entry->foreignRecords() != records)
+        apply(change::Foreign{entry->id(), records});
+}
+
+void History::setFileForeignRecords(const ForeignRecordList &header, const QByteArray &trailer)
+{
+    apply(change::FileForeign{header, trailer});
+}

@@ -16,13 +16,17 @@
 QByteArray NodeTextCompressIfRequired(const QByteArray &text)
 {
     QByteArray storedText = text;
-    procedure("modNodes NodeTextCompressIfRequired", [&] {
-        // A length of 0 would not be read as one: an empty text stays empty.
-        QByteArray compressed;
-        if (bCompressText && !text.isEmpty() && modCompress::CompressString(text, compressed) == 0)
-            storedText = QByteArray::number(text.size()) + ',' + compressed;
-    });
+    procedure("modNodes NodeTextCompressIfRequired", [&] { storedText = compressedText(text); });
     return storedText;
+}
+
+QByteArray compressedText(const QByteArray &text)
+{
+    // A length of 0 would not be read as one: an empty text stays empty.
+    QByteArray compressed;
+    if (bCompressText && !text.isEmpty() && modCompress::CompressString(text, compressed) == 0)
+        return QByteArray::number(text.size()) + ',' + compressed;
+    return text;
 }
 
 CompressedPart compressedPart(const QByteArray &storedText)

@@ -17,6 +17,9 @@ inline constexpr bool bCompressText = true;
 // The stored form of a text: compressed, or as it is when compression fails.
 QByteArray NodeTextCompressIfRequired(const QByteArray &text);
 
+// The same, for any thread: it takes note of no routine's name.
+QByteArray compressedText(const QByteArray &text);
+
 // The text of a stored form. Damaged compressed bytes are themselves the text, and a text without end is its beginning.
 // Error 6 when the first comma lies beyond
 // position 32767 is reported, and the text is then the stored form.

@@ -100,6 +100,7 @@ void ComparedVersion::bringBackAll(const QString &when)
         const HistoryBulk bulk(m_document.history);
         adoption.run();
         m_document.history.setFonts(m_outline->outlineFont, m_outline->textFont);
+        m_document.history.setFileForeignRecords(m_outline->foreignHeader, m_outline->foreignTrailer);
     }
     m_document.setPaneFonts(m_document.m_fntOutlineFont, m_document.m_fntOutlineFont);
     Entry *selected = m_document.tree.selected();

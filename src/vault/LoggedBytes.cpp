@@ -5,13 +5,11 @@
 
 #include "vault/LoggedChange.h"
 
-#include "model/modCompress.h"
+#include "model/StoredText.h"
 #include "util/RunTimeError.h"
 
 #include <QDataStream>
 #include <QIODevice>
-
-#include <zlib.h>
 
 #include <type_traits>
 
@@ -203,23 +201,24 @@ struct ChangeParts {
         } else if constexpr (std::is_same_v<Kind, logged::Text>) {
             way(change.entry);
             way(change.text);
-        } else {
-            static_assert(std::is_same_v<Kind, change::Fonts>);
+        } else if constexpr (std::is_same_v<Kind, change::Fonts>) {
             describe(way, change.outlineFont);
             describe(way, change.textFont);
+        } else if constexpr (std::is_same_v<Kind, change::Foreign>) {
+            way(change.entry);
+            describeForeign(way, change.records);
+        } else {
+            static_assert(std::is_same_v<Kind, change::FileForeign>);
+            describeForeign(way, change.header);
+            way(change.trailer);
         }
     }
 };
 
-// As the entry stores it: compressed, or as it stands when that fails. Not by the routine that does so for the window's
-// thread, which takes note of its name.
+// As the entry stores it.
 QByteArray storedForm(const logged::Text &text)
 {
-    QByteArray compressed;
-    if (text.state == logged::Text::State::Uncompressed && !text.text.isEmpty() &&
-        modCompress::CompressString(text.text, compressed) == Z_OK)
-        return QByteArray::number(text.text.size()) + ',' + compressed;
-    return text.text;
+    return text.state == logged::Text::State::Uncompressed ? compressedText(text.text) : text.text;
 }
 
 template <size_t Index = 0>

@@ -101,6 +101,16 @@ public:
         return logged::Text{inverse.entry, QByteArray(), logged::Text::State::ToBeMade};
     }
 
+    LoggedChange operator()(const change::Foreign &inverse) const
+    {
+        return change::Foreign{inverse.entry, entry(inverse.entry).foreignRecords()};
+    }
+
+    LoggedChange operator()(const change::FileForeign &) const
+    {
+        return change::FileForeign{m_outline.foreignHeader, m_outline.foreignTrailer};
+    }
+
 private:
     const Entry &entry(EntryId id) const { return entryIn(m_outline, id); }
 

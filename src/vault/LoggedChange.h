@@ -45,9 +45,10 @@ struct Text {
 
 } // namespace logged
 
-using LoggedChange =
-    std::variant<logged::Insert, change::Remove, change::Move, change::Label, change::Tag, change::Expand,
-                 change::Sorted, change::Reorder, change::Renew, logged::Text, change::Fonts>;
+// The place of each is its number on disk.
+using LoggedChange = std::variant<logged::Insert, change::Remove, change::Move, change::Label, change::Tag,
+                                  change::Expand, change::Sorted, change::Reorder, change::Renew, logged::Text,
+                                  change::Fonts, change::Foreign, change::FileForeign>;
 
 struct LoggedStep {
     QString name;

@@ -113,6 +113,10 @@ void Replay::playChange(const LoggedChange &change)
         m_history.apply(change::StoredText{idOf(text->entry), text->text, nullptr});
     } else if (const auto *fonts = std::get_if<change::Fonts>(&change)) {
         m_history.apply(change::Fonts{*fonts});
+    } else if (const auto *foreign = std::get_if<change::Foreign>(&change)) {
+        m_history.apply(change::Foreign{idOf(foreign->entry), foreign->records});
+    } else if (const auto *ofFile = std::get_if<change::FileForeign>(&change)) {
+        m_history.apply(change::FileForeign{*ofFile});
     }
 }
 

@@ -190,6 +190,10 @@ void tst_History::everyChangeIsUndoneAndRedone_data()
         font.setName(u"Another"_s);
         f.history.setFonts(font, f.outline.textFont);
     });
+    row("what a file says of an entry",
+        [](Fixture &f) { f.history.setForeignRecords(f.entry(u"A"_s), {{1, "{\\other x}"}}); });
+    row("what a file says of itself",
+        [](Fixture &f) { f.history.setFileForeignRecords({{0, "{\\other x}"}}, "{\\end y}"); });
 }
 
 void tst_History::everyChangeIsUndoneAndRedone()
@@ -221,6 +225,10 @@ void tst_History::whatMakesNoDifferenceIsNoStep_data()
     row("the same tag", [](Fixture &f) { f.history.setTagged(f.entry(u"A1"_s), true); });
     row("the same text", [](Fixture &f) { f.history.setStoredText(f.entry(u"A1"_s), "first"); });
     row("the same fonts", [](Fixture &f) { f.history.setFonts(f.outline.outlineFont, f.outline.textFont); });
+    row("the same of what a file says", [](Fixture &f) {
+        f.history.setForeignRecords(f.entry(u"A"_s), {});
+        f.history.setFileForeignRecords({}, {});
+    });
     row("the removal of nothing", [](Fixture &f) { f.history.removeAll({}); });
     row("an order that stands", [](Fixture &f) {
         const History::Step step(f.history, u"sorting"_s);

@@ -85,6 +85,8 @@ void tst_HistoryFaults::aFailureLeavesTheOutlineAsItWas_data()
         h.setTagged(at(o, "A2"), true);
         h.setStoredText(at(o, "C"), "text");
         h.setFonts(o.textFont, o.textFont);
+        h.setForeignRecords(at(o, "A2"), {{1, "{\\other x}"}});
+        h.setFileForeignRecords({{0, "{\\other x}"}}, "{\\end y}");
         h.select(at(o, "B"));
     });
     row("a step of several", [at](Outline &o, History &h) {

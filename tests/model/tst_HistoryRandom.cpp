@@ -121,7 +121,7 @@ private:
         }
         const bool large = m_outline.tree.entryCount() > 25;
         const Relationship place = entry->isRoot() ? Relationship::tvwChild : Relationship(m_random.bounded(5));
-        switch (m_random.bounded(14)) {
+        switch (m_random.bounded(16)) {
         case 0:
         case 1:
         case 2:
@@ -165,6 +165,12 @@ private:
             break;
         }
         case 12:
+            m_history.setForeignRecords(entry, {{1, QByteArray::number(m_random.bounded(3))}});
+            break;
+        case 13:
+            m_history.setFileForeignRecords({{0, QByteArray::number(m_random.bounded(3))}}, "end");
+            break;
+        case 14:
             m_history.setTagged(entry, !entry->tagged());
             break;
         default:

@@ -7,6 +7,14 @@
 
 #include <QStringList>
 
+inline QString stateOf(const ForeignRecordList &records)
+{
+    QStringList parts;
+    for (const ForeignRecords &each : records)
+        parts.append(QString::number(each.behind) + QString::fromLatin1(each.bytes));
+    return parts.join(u' ');
+}
+
 // All that an outline holds, a line an entry: what undoing must restore.
 inline QStringList contentOf(const Outline &outline)
 {
@@ -14,14 +22,17 @@ inline QStringList contentOf(const Outline &outline)
     QStringList lines;
     for (const Entry *entry = tree.root(); entry; entry = nextInOutline(entry, tree.root())) {
         lines.append(
-            QStringLiteral("%1 #%2 \"%3\" (%4)%5%6 inserted %7")
+            QStringLiteral("%1 #%2 \"%3\" (%4)%5%6 inserted %7 %8")
                 .arg(tree.key(entry))
                 .arg(static_cast<quint64>(entry->id()))
                 .arg(entry->label(), QString::fromLatin1(tree.storedText(entry)))
                 .arg(QLatin1String(entry->tagged() ? " tagged" : ""), QLatin1String(entry->sorted() ? " sorted" : ""))
-                .arg(tree.collection().indexOf(entry)));
+                .arg(tree.collection().indexOf(entry))
+                .arg(stateOf(entry->foreignRecords())));
     }
     lines.append(QStringLiteral("fonts ") + outline.outlineFont.Name() + u' ' + outline.textFont.Name());
+    lines.append(QStringLiteral("beside ") + stateOf(outline.foreignHeader) + u' ' +
+                 QString::fromLatin1(outline.foreignTrailer));
     return lines;
 }
 

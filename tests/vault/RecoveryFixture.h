@@ -45,6 +45,9 @@ inline QStringList documentState(const Document &document)
                      .arg(document.m_fntOutlineFont.Name(), document.m_fntTextFont.Name())
                      .arg(document.m_fntOutlineFont.Size())
                      .arg(document.m_fntTextFont.Bold()));
+    for (const ForeignRecords &records : document.outline().foreignHeader)
+        lines.append(QString::fromLatin1(records.bytes));
+    lines.append(QString::fromLatin1(document.outline().foreignTrailer));
     return lines;
 }
 

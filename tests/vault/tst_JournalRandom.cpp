@@ -162,7 +162,7 @@ private:
         Entry *other = any();
         const bool isRoot = entry->isRoot();
         try {
-            switch (m_random.bounded(12)) {
+            switch (m_random.bounded(14)) {
             case 0:
             case 1:
                 history.insert(Relationship::tvwChild, entry);
@@ -199,6 +199,13 @@ private:
                 history.setFonts(font, document->m_fntTextFont);
                 break;
             }
+            case 11:
+                history.setForeignRecords(entry, {{1, "{\\foreign " + QByteArray::number(++m_counter) + '}'}});
+                break;
+            case 12:
+                history.setFileForeignRecords({{0, "{\\head " + QByteArray::number(++m_counter) + '}'}},
+                                          "{\\end " + QByteArray::number(m_counter) + '}');
+                break;
             default:
                 history.insertCopy(document->tree, other, Relationship::tvwChild, entry);
             }
