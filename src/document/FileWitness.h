@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include <QString>
+
 class Document;
 
 // Who follows what becomes of the files of documents.
@@ -14,4 +16,9 @@ public:
     virtual void fileRead(const Document &document) = 0;
     // Its file holds what the document is.
     virtual void fileWritten(Document &document) = 0;
+    // Saving is about to put what the document is in the place of what its file holds now, if there is one, or to write
+    // over that where it stands. It need not have been the document's before.
+    virtual void aboutToReplace(const Document &document, bool inPlace) = 0;
+    // What was never saved was recovered. It belongs to a file, if it ever had one; the document need not have that.
+    virtual void recovered(const Document &document, const QString &file) = 0;
 };

@@ -96,6 +96,10 @@ public:
     void fileRead(const Document &) override {}
 
     void fileWritten(Document &) override {}
+
+    void aboutToReplace(const Document &, bool) override {}
+
+    void recovered(const Document &, const QString &) override {}
 };
 
 } // namespace

@@ -53,13 +53,26 @@ private:
 
 OpenedFile readFile(const QString &sFile)
 {
+    // Looked at first: what is written to it from now on shows later.
+    const std::optional<FileIdentity> identity = identityOf(sFile);
+    OpenedFile file;
+    try {
+        file = readContent(sFile, readWholeFile(sFile));
+    } catch (...) {
+        file.sFile = sFile;
+        file.read.failure = std::current_exception();
+    }
+    file.stamp.identity = identity;
+    return file;
+}
+
+OpenedFile readContent(const QString &sFile, const QByteArray &content)
+{
     OpenedFile file;
     file.sFile = sFile;
+    file.buffer = content;
     ReadOutline &read = file.read;
     try {
-        // Looked at first: what is written to it from now on shows later.
-        file.stamp.identity = identityOf(sFile);
-        file.buffer = readWholeFile(sFile);
         file.stamp.digest = ContentDigest(file.buffer);
         file.iVersion = formatVersionOf(sFile, file.buffer);
         read = formatOfVersion(file.iVersion).read(file.buffer);

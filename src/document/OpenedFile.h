@@ -23,6 +23,9 @@ struct OpenedFile {
 // Reads as far as it goes. What keeps it from being the whole file is the failure of what was read.
 OpenedFile readFile(const QString &sFile);
 
+// The same of what a file held once. Any thread may ask.
+OpenedFile readContent(const QString &sFile, const QByteArray &content);
+
 // A native file that was read whole would be saved as the same bytes. One that would not was made by another hand or
 // has come to harm in a way that still reads as a document: the log then says so.
 void remarkOnOddities(const Document &document, OpenedFile &file);

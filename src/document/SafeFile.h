@@ -54,6 +54,9 @@ public:
     // The file that is really replaced: the path with its links followed.
     const QString &target() const { return m_target; }
 
+    // Whether the file itself is written over, and no other one takes its place.
+    bool isInPlace() const { return m_inPlace; }
+
     // The file that is written to, for a writer that wants to open it itself; empty once it has replaced the old one.
     QString temporaryName() const;
 

@@ -32,6 +32,11 @@ namespace
 
 constexpr auto saveName = "modDoc DocSave";
 
+FileWitness &followerOfFiles()
+{
+    return *ports().files;
+}
+
 // A new document window with its untitled caption.
 Document &openUntitled(std::unique_ptr<Outline> outline)
 {
@@ -165,6 +170,7 @@ bool writeDocument(Document &document, bool isOwnFile)
     std::optional<ErrorNumber> failure;
     if (bWanted)
         failure = tryBackupStep([&] { file.keepOldFile(); });
+    followerOfFiles().aboutToReplace(document, file.isInPlace());
     replaceFile(document, file);
     // The older backup goes only now: had the file not been replaced, it would still be the backup.
     if (bWanted && !failure)
@@ -277,7 +283,7 @@ SaveOutcome save(Document &document, const QString &sFile)
     document.setCaption(document.m_sFile);
     ports().recentFiles->UpdateMRUFile(document.m_sFile, false);
     document.note(savedText(document));
-    ports().files->fileWritten(document);
+    followerOfFiles().fileWritten(document);
     return SaveOutcome::Saved;
 }
 

@@ -14,7 +14,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-constexpr std::array versionHeads{u"Time", u"Entries", u"Words", u"Changes"};
+constexpr std::array versionHeads{u"Time", u"Kept", u"Entries", u"Words", u"Changes"};
 constexpr std::array differenceHeads{u"Entry", u"Change since then"};
 
 QString changeInWords(const EntryDifference &difference, const ComparedVersion &compared)
@@ -41,6 +41,19 @@ QVariant headOf(const std::array<const char16_t *, Size> &heads, int section, Qt
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole || static_cast<std::size_t>(section) >= Size)
         return {};
     return QString::fromUtf16(heads[static_cast<std::size_t>(section)]);
+}
+
+QString originInWords(VersionOrigin origin)
+{
+    switch (origin) {
+    case VersionOrigin::Saved:
+        break;
+    case VersionOrigin::Found:
+        return u"found before a save"_s;
+    case VersionOrigin::Recovered:
+        return u"recovered, not saved"_s;
+    }
+    return u"saved"_s;
 }
 
 } // namespace
@@ -94,8 +107,10 @@ QVariant VersionsModel::data(const QModelIndex &index, int role) const
     case 0:
         return shownTime(info.time);
     case 1:
-        return locale.toString(info.entries);
+        return originInWords(info.origin);
     case 2:
+        return locale.toString(info.entries);
+    case 3:
         return locale.toString(info.words);
     default:
         return inWords(info.changes) + (info.isVerified ? QString() : u" (not verified)"_s);

@@ -6,6 +6,7 @@
 #include "document/Document.h"
 #include "document/DocumentView.h"
 #include "document/DocumentWindow.h"
+#include "document/FileWitness.h"
 #include "document/Globals.h"
 #include "document/OutlinePane.h"
 #include "document/Ports.h"
@@ -131,6 +132,7 @@ Document *recoverDocument(LeftBehind &left, Vault &vault)
             other->view()->window.close();
         if (hasName)
             ports().recentFiles->UpdateMRUFile(sFile, false);
+        ports().files->recovered(*document, sFile);
         // A second crash finds the one or the other.
         if (vault.flush())
             left.discard();

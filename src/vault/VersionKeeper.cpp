@@ -4,6 +4,7 @@
 #include "vault/VersionKeeper.h"
 
 #include "document/Document.h"
+#include "document/OpenedFile.h"
 #include "document/Ports.h"
 #include "util/FullPath.h"
 #include "util/Procedure.h"
@@ -13,6 +14,8 @@
 
 #include <QFileInfo>
 #include <QPointer>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -43,6 +46,11 @@ qint64 keepIn(const QString &path, const KeptOutline &outline, const VersionSave
     const bool exists = QFileInfo::exists(path);
     VersionStore store(path, exists ? Database::Opening::Existing : Database::Opening::Create);
     return store.keep(outline, save);
+}
+
+QDateTime timeNow()
+{
+    return ports().clock->now();
 }
 
 // Of what the document's file is known to hold.
@@ -123,13 +131,108 @@ void VersionKeeper::fileWritten(Document &document)
     if (!m_keeping)
         return;
     procedure(keeperName, [&] {
-        const VersionSave save{ports().clock->now(), document.m_sFile, {}};
-        enqueue([this, save, digest = digestOf(document), outline = keptOutline(document.outline()), folder = m_folder,
-                 most = m_mostBytes] {
-            const Outcome outcome = keep(folder, outline, {save.time, save.file, digest.value()}, most);
+        if (const auto before = m_recovered.extract(&document))
+            enqueueKeeping(before.mapped().outline,
+                           {before.mapped().time, document.m_sFile, {}, VersionOrigin::Recovered});
+        std::optional<Found> found;
+        if (const auto held = m_found.extract(&document))
+            found = held.mapped();
+        enqueueKeeping(keptOutline(document.outline()), {timeNow(), document.m_sFile, {}}, digestOf(document), found);
+    });
+}
+
+void VersionKeeper::enqueueKeeping(const KeptOutline &outline, const VersionSave &save, const ContentDigest &digest,
+                                   const std::optional<Found> &found)
+{
+    enqueue([this, outline, save, digest, found, folder = m_folder, most = m_mostBytes] {
+        const Outcome before = found ? keepFound(folder, save, *found, most) : Outcome();
+        VersionSave known = save;
+        known.fileDigest = digest.value();
+        Outcome outcome = keep(folder, outline, known, most);
+        // What went wrong first is what the user is to know.
+        if (!before.notice.isEmpty() || outcome.logged.isEmpty())
+            outcome = before;
+        return [this, file = save.file, outcome] { answer(file, outcome); };
+    });
+}
+
+void VersionKeeper::aboutToReplace(const Document &document, bool inPlace)
+{
+    if (!m_keeping)
+        return;
+    procedure(keeperName, [&] {
+        m_found.erase(&document);
+        // Open, it is to be read even when another file has its name.
+        Found found{std::make_shared<QFile>(document.m_sFile), {}};
+        if (!found.content->open(QIODevice::ReadOnly))
+            return;
+        const std::optional<FileStamp> &own = document.fileRecord.own;
+        if (own && own->identity && !own->identity->isFresh() && own->identity == identityOf(found.content->handle()))
+            found.known = own->digest;
+        if (!inPlace) {
+            m_found[&document] = found;
+            forgetWithItsEnd(document);
+            return;
+        }
+        const VersionSave save{timeNow(), document.m_sFile, {}};
+        enqueue([this, save, found, folder = m_folder, most = m_mostBytes] {
+            const Outcome outcome = keepFound(folder, save, found, most);
             return [this, file = save.file, outcome] { answer(file, outcome); };
         });
+        QMetaObject::invokeMethod(
+            m_worker.get(), [] {}, Qt::BlockingQueuedConnection);
     });
+}
+
+void VersionKeeper::recovered(const Document &document, const QString &file)
+{
+    if (!m_keeping)
+        return;
+    procedure(keeperName, [&] {
+        KeptOutline outline = keptOutline(document.outline());
+        const QDateTime now = timeNow();
+        if (!file.isEmpty()) {
+            enqueueKeeping(outline, {now, file, {}, VersionOrigin::Recovered});
+            return;
+        }
+        m_recovered[&document] = {std::move(outline), now};
+        forgetWithItsEnd(document);
+    });
+}
+
+void VersionKeeper::forgetWithItsEnd(const Document &document)
+{
+    connect(&document, &QObject::destroyed, this, [this, gone = &document] {
+        m_recovered.erase(gone);
+        m_found.erase(gone);
+    });
+}
+
+// Before a save that no version of this program made, the file may hold what nobody else has.
+VersionKeeper::Outcome VersionKeeper::keepFound(const QString &folder, const VersionSave &save, const Found &found,
+                                                qint64 mostBytes)
+{
+    const QString path = versionsPathOf(folder, save.file);
+    const auto isVersion = [&path](const QByteArray &digest) {
+        try {
+            return !digest.isEmpty() && QFileInfo::exists(path) &&
+                   withPatience([&] { return VersionStore(path, Database::Opening::Existing).hasFileOf(digest); });
+        } catch (const RunTimeError &) {
+            // Keeping a version meets it, too, and deals with it.
+            return false;
+        }
+    };
+    if (isVersion(found.known.value()) || found.content->size() > mostBytes)
+        return {};
+    const OpenedFile held = readContent(save.file, found.content->readAll());
+    if (isVersion(held.stamp.digest.value()))
+        return {};
+    if (held.read.failure)
+        return {QString(),
+                u"%1: what it held before it was saved is no document, and no version of it was kept"_s.arg(save.file)};
+    const QDateTime since = found.content->fileTime(QFileDevice::FileModificationTime);
+    return keep(folder, keptOutline(*held.read.outline),
+                {std::min(since, save.time), save.file, held.stamp.digest.value(), VersionOrigin::Found}, mostBytes);
 }
 
 VersionKeeper::Outcome VersionKeeper::keep(const QString &folder, const KeptOutline &outline, VersionSave save,

@@ -3,14 +3,18 @@
 
 #pragma once
 
+#include "document/FileStamp.h"
 #include "document/FileWitness.h"
 #include "vault/VersionStore.h"
 
+#include <QFile>
 #include <QObject>
 #include <QThread>
 
 #include <functional>
+#include <map>
 #include <memory>
+#include <optional>
 
 // Keeps a version of each document that is saved, and gives versions back. The work is done one after the other by a
 // thread of its own, which gets values and answers to the window's thread. A save never waits for it and never fails
@@ -35,6 +39,11 @@ public:
 
     void fileRead(const Document &document) override;
     void fileWritten(Document &document) override;
+    // What the file holds becomes a version of it with the next one, unless it is one already; at once where it is to
+    // be written over.
+    void aboutToReplace(const Document &document, bool inPlace) override;
+    // What was recovered becomes a version, too: of its file, or else of the one that the document is first saved as.
+    void recovered(const Document &document, const QString &file) override;
 
     // The versions of a file, from the oldest to the newest; or why they cannot be read.
     struct Listed {
@@ -62,7 +71,22 @@ private:
         QString logged;
     };
 
+    struct Recovered {
+        KeptOutline outline;
+        QDateTime time;
+    };
+
+    // What a file held before it was replaced. It is read in the end only, and only where it is not known.
+    struct Found {
+        std::shared_ptr<QFile> content;
+        ContentDigest known;
+    };
+
     static Outcome keep(const QString &folder, const KeptOutline &outline, VersionSave save, qint64 mostBytes);
+    static Outcome keepFound(const QString &folder, const VersionSave &save, const Found &found, qint64 mostBytes);
+    void enqueueKeeping(const KeptOutline &outline, const VersionSave &save, const ContentDigest &digest = {},
+                        const std::optional<Found> &found = {});
+    void forgetWithItsEnd(const Document &document);
     void answer(const QString &file, const Outcome &outcome);
     // Runs the work in the thread and what it returns behind it in this one.
     void enqueue(std::function<std::function<void()>()> work);
@@ -73,4 +97,8 @@ private:
     int m_jobs = 0;
     QThread m_thread;
     std::unique_ptr<QObject> m_worker;
+    // Of documents without a file.
+    std::map<const Document *, Recovered> m_recovered;
+    // Of documents that are being saved.
+    std::map<const Document *, Found> m_found;
 };

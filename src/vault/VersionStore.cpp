@@ -9,6 +9,8 @@
 
 #include <QCryptographicHash>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -49,7 +51,8 @@ const DatabaseSchema &VersionStore::schema()
           "NULL)"_s,
           // What is known is looked up without reading the texts themselves.
           u"CREATE UNIQUE INDEX block_digest ON block (digest)"_s,
-          u"CREATE UNIQUE INDEX text_digest ON text (digest, words)"_s}}};
+          u"CREATE UNIQUE INDEX text_digest ON text (digest, words)"_s},
+         {u"ALTER TABLE version ADD COLUMN origin INTEGER NOT NULL DEFAULT 0"_s}}};
     return schema;
 }
 
@@ -129,17 +132,29 @@ qint64 VersionStore::keep(const KeptOutline &outline, const VersionSave &save)
     qint64 version =
         m_database.value(u"SELECT id FROM version WHERE id = ? AND digest = ?"_s, {last, digest}).toLongLong();
     if (version == 0) {
-        m_database.run(u"INSERT INTO version (time, entries, words, digest, head, blocks) VALUES (?, ?, ?, ?, ?, ?)"_s,
-                       {save.time.toMSecsSinceEpoch(), qint64(entries.size()), words, digest, head, blocks});
+        m_database.run(
+            u"INSERT INTO version (time, entries, words, digest, head, blocks, origin) VALUES (?, ?, ?, ?, ?, ?, ?)"_s,
+            {timeAfter(last, save.time).toMSecsSinceEpoch(), qint64(entries.size()), words, digest, head, blocks,
+             static_cast<int>(save.origin)});
         version = m_database.lastKey();
         const std::vector<ComparedEntry> before = last > 0 ? comparedOf(last) : std::vector<ComparedEntry>();
         setChanges(version, countsOf(compareOutlines(before, comparedByNumber(entries)).differences));
+    } else {
+        m_database.run(u"UPDATE version SET origin = min(origin, ?) WHERE id = ?"_s,
+                       {static_cast<int>(save.origin), version});
     }
     if (!save.fileDigest.isEmpty())
         m_database.run(u"REPLACE INTO file (digest, version) VALUES (?, ?)"_s, {save.fileDigest, version});
     setFile(save.file);
     transaction.commit();
     return version;
+}
+
+// A clock that was set back makes no version old before its time.
+QDateTime VersionStore::timeAfter(qint64 version, const QDateTime &time)
+{
+    const QVariant last = m_database.value(u"SELECT time FROM version WHERE id = ?"_s, {version});
+    return last.isValid() ? std::max(time, QDateTime::fromMSecsSinceEpoch(last.toLongLong())) : time;
 }
 
 void VersionStore::setChanges(qint64 version, const DifferenceCounts &changes)
@@ -158,21 +173,23 @@ bool VersionStore::verify(qint64 version, const KeptOutline &outline)
 std::vector<VersionInfo> VersionStore::list()
 {
     std::vector<VersionInfo> versions;
-    m_database.select(u"SELECT id, time, entries, words, verified, added, removed, changed FROM version ORDER BY id"_s,
-                      {}, [&versions](const QSqlQuery &row) {
-                          int column = 0;
-                          VersionInfo info;
-                          info.number = row.value(column++).toLongLong();
-                          info.time = QDateTime::fromMSecsSinceEpoch(row.value(column++).toLongLong());
-                          info.entries = row.value(column++).toInt();
-                          info.words = row.value(column++).toLongLong();
-                          info.isVerified = row.value(column++).toBool();
-                          info.changes.added = row.value(column++).toInt();
-                          info.changes.removed = row.value(column++).toInt();
-                          info.changes.changed = row.value(column++).toInt();
-                          versions.push_back(info);
-                          return true;
-                      });
+    m_database.select(
+        u"SELECT id, time, entries, words, verified, added, removed, changed, origin FROM version ORDER BY id"_s, {},
+        [&versions](const QSqlQuery &row) {
+            int column = 0;
+            VersionInfo info;
+            info.number = row.value(column++).toLongLong();
+            info.time = QDateTime::fromMSecsSinceEpoch(row.value(column++).toLongLong());
+            info.entries = row.value(column++).toInt();
+            info.words = row.value(column++).toLongLong();
+            info.isVerified = row.value(column++).toBool();
+            info.changes.added = row.value(column++).toInt();
+            info.changes.removed = row.value(column++).toInt();
+            info.changes.changed = row.value(column++).toInt();
+            info.origin = static_cast<VersionOrigin>(row.value(column++).toInt());
+            versions.push_back(info);
+            return true;
+        });
     return versions;
 }
 

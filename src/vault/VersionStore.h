@@ -13,11 +13,22 @@
 
 #include <vector>
 
+// Why a version was kept. What comes first says more of it.
+enum class VersionOrigin {
+    // The document was saved as that.
+    Saved,
+    // Its file held that before a save replaced it: no save of this program had made it.
+    Found,
+    // It was recovered after a crash, and had never been saved.
+    Recovered
+};
+
 // What is told of a version without reading it whole.
 struct VersionInfo {
     qint64 number = 0;
-    // Of the save.
+    // Of the save, or since when it was so. No version is older than the one before it, whatever the clock said.
     QDateTime time;
+    VersionOrigin origin = VersionOrigin::Saved;
     int entries = 0;
     qint64 words = 0;
     // It was read again from the disk and was what had been saved.
@@ -26,12 +37,13 @@ struct VersionInfo {
     DifferenceCounts changes;
 };
 
-// The save that made a version.
+// The save that made a version, or whatever else did.
 struct VersionSave {
     QDateTime time;
-    // Full path of the file, and the digest of what it holds.
+    // Full path of the file, and the digest of what it holds; empty when it does not hold the version.
     QString file;
     QByteArray fileDigest;
+    VersionOrigin origin = VersionOrigin::Saved;
 };
 
 // The versions of one document in its database. A version costs what changed: texts are stored once for all versions,
@@ -87,6 +99,7 @@ private:
     void remove(const std::vector<qint64> &versions);
     void removeUnused();
     qint64 lastVersion();
+    QDateTime timeAfter(qint64 version, const QDateTime &time);
 
     Database m_database;
 };

@@ -4,6 +4,7 @@
 #include "vault/VersionKeeper.h"
 
 #include "document/modDoc.h"
+#include "model/StoredText.h"
 #include "support/FormatsFixture.h"
 #include "vault/VersionFolder.h"
 
@@ -18,6 +19,7 @@
 #include <optional>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 
@@ -155,6 +157,15 @@ private Q_SLOTS:
     void aDamagedDatabaseIsSetAside();
     void aDatabaseOfALaterProgramIsLeftAlone();
     void nothingIsKeptWhereNothingIsToBe();
+
+    void whatAFileHeldBeforeItsFirstSaveIsAVersion();
+    void whatAnotherProgramWroteIsAVersionBeforeItIsSavedOver();
+    void aPlainTextIsKeptBeforeItIsSavedOver();
+    void whatIsNoDocumentIsNoVersion();
+    void whatIsWrittenOverInPlaceIsAVersionBefore();
+    void whatWasRecoveredIsAVersionOfItsFile();
+    void whatWasRecoveredWithoutAFileIsAVersionOfItsFirstOne();
+    void aClockThatWasSetBackMakesNoVersionOld();
 };
 
 void tst_VersionKeeper::everySaveMakesAVersionThatIsReadAgain()
@@ -263,7 +274,7 @@ void tst_VersionKeeper::aFolderThatCannotBeMadeIsToldOf()
     Desk desk;
     QFile obstacle(desk.file(u"data"_s));
     QVERIFY(obstacle.open(QIODevice::WriteOnly));
-    Document &document = desk.plant(u"plan.qly"_s, {u"root"_s});
+    Document &document = desk.plant(u"plan.qly"_s, {u"root <"_s});
     QVERIFY(QFileInfo::exists(document.m_sFile));
     QVERIFY2(Desk::noticeOf(document).startsWith(u"The file %1 was saved, but no version"_s.arg(document.m_sFile)),
              qPrintable(Desk::noticeOf(document)));
@@ -278,7 +289,7 @@ void tst_VersionKeeper::aFolderThatCannotBeMadeIsToldOf()
 void tst_VersionKeeper::aFullDiskIsToldOfAndMended()
 {
     Desk desk;
-    Document &document = desk.plant(u"plan.qly"_s, {u"root"_s});
+    Document &document = desk.plant(u"plan.qly"_s, {u"root <"_s});
     document.history.setLabel(document.tree.root(), u"Root"_s);
     {
         // Room for the file, and not for a database's log.
@@ -308,7 +319,8 @@ void tst_VersionKeeper::aDamagedDatabaseIsSetAside()
     desk.save(document, document.m_sFile);
     QVERIFY2(Desk::noticeOf(document).contains(path + u".damaged1"_s), qPrintable(Desk::noticeOf(document)));
     QVERIFY(QFileInfo::exists(path + u".damaged1"_s));
-    QCOMPARE(desk.list(document.m_sFile).versions.size(), 1U);
+    // With what the file held before, of which there is no other version now.
+    QCOMPARE(desk.list(document.m_sFile).versions.size(), 2U);
     desk.save(document, document.m_sFile);
     QCOMPARE(Desk::noticeOf(document), QString());
 }
@@ -336,6 +348,189 @@ void tst_VersionKeeper::nothingIsKeptWhereNothingIsToBe()
     desk.keeper->setKeeping(false);
     desk.plant(u"plan.qly"_s, {u"root"_s});
     QVERIFY(!QFileInfo::exists(desk.versions()));
+}
+
+namespace
+{
+
+QList<VersionOrigin> originsOf(const VersionKeeper::Listed &listed)
+{
+    QList<VersionOrigin> origins;
+    for (const VersionInfo &version : listed.versions)
+        origins.append(version.origin);
+    return origins;
+}
+
+void write(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), content.size());
+}
+
+constexpr VersionOrigin saved = VersionOrigin::Saved;
+constexpr VersionOrigin found = VersionOrigin::Found;
+constexpr VersionOrigin recovered = VersionOrigin::Recovered;
+
+} // namespace
+
+void tst_VersionKeeper::whatAFileHeldBeforeItsFirstSaveIsAVersion()
+{
+    Desk desk;
+    const QString path = desk.file(u"plan.qly"_s);
+    write(path, nativeBytes(QStringList{u"root"_s, u" old"_s}));
+    const QDateTime since(QDate(2026, 1, 2), QTime(3, 4, 5));
+    {
+        QFile file(path);
+        QVERIFY(file.open(QIODevice::ReadWrite) && file.setFileTime(since, QFileDevice::FileModificationTime));
+    }
+    QVERIFY(modDoc::DocLoad(path));
+    Document &document = desk.program.active()->document;
+    // Nothing is kept of a file that is only looked at.
+    QCOMPARE(desk.list(path).versions.size(), 0U);
+    for (const QString &label : {u"once"_s, u"twice"_s}) {
+        document.history.setLabel(document.tree.root(), label);
+        desk.save(document, path);
+    }
+    const VersionKeeper::Listed listed = desk.list(path);
+    QCOMPARE(originsOf(listed), (QList{found, saved, saved}));
+    QCOMPARE(listed.versions[0].time, since);
+    QVERIFY(listed.versions[0].isVerified);
+    QCOMPARE(listed.versions[1].changes, (DifferenceCounts{0, 0, 1}));
+    const KeptOutline before = desk.read(path, listed.versions[0].number);
+    QCOMPARE(before.entries.size(), 2U);
+    QCOMPARE(before.entries[0].label, u"root"_s);
+    QCOMPARE(before.entries[1].label, u"old"_s);
+    QCOMPARE(Desk::noticeOf(document), QString());
+    QCOMPARE(Desk::remarks(), QStringList());
+}
+
+void tst_VersionKeeper::whatAnotherProgramWroteIsAVersionBeforeItIsSavedOver()
+{
+    Desk desk;
+    Document &document = desk.plant(u"plan.qly"_s, {u"ours"_s});
+    write(document.m_sFile, nativeBytes(QStringList{u"theirs"_s}));
+    document.history.setLabel(document.tree.root(), u"ours again"_s);
+    desk.program.fake.dialogs.answers = {Answer::Yes};
+    desk.save(document, document.m_sFile);
+    const VersionKeeper::Listed listed = desk.list(document.m_sFile);
+    QCOMPARE(originsOf(listed), (QList{saved, found, saved}));
+    QCOMPARE(desk.read(document.m_sFile, listed.versions[1].number).entries[0].label, u"theirs"_s);
+
+    // So is what a document is saved over that never knew of it.
+    Document &other = desk.program.plant({u"another"_s}).document;
+    const QString path = desk.file(u"third.qly"_s);
+    write(path, nativeBytes(QStringList{u"whoever's"_s}));
+    desk.save(other, path);
+    QCOMPARE(originsOf(desk.list(path)), (QList{found, saved}));
+}
+
+void tst_VersionKeeper::aPlainTextIsKeptBeforeItIsSavedOver()
+{
+    Desk desk;
+    const QString path = desk.file(u"notes.txt"_s);
+    // One that reads as if it were compressed.
+    write(path, "12,words of the text");
+    QVERIFY(modDoc::DocLoad(path));
+    Document &document = desk.program.active()->document;
+    document.history.setStoredText(document.tree.root(), "other words");
+    desk.program.fake.dialogs.answers.assign(3, Answer::Yes);
+    desk.save(document, path);
+    const VersionKeeper::Listed listed = desk.list(path);
+    QCOMPARE(originsOf(listed), (QList{found, saved}));
+    QCOMPARE(NodeTextDecompressIfRequired(desk.read(path, listed.versions[0].number).entries[0].storedText),
+             "12,words of the text\r\n");
+}
+
+void tst_VersionKeeper::whatIsNoDocumentIsNoVersion()
+{
+    Desk desk;
+    Document &document = desk.program.plant({u"root"_s}).document;
+    const QString path = desk.file(u"picture.qly"_s);
+    write(path, QByteArray("\x89PNG\r\n\x1a\n\0\0\0\1", 12));
+    desk.save(document, path);
+    QCOMPARE(originsOf(desk.list(path)), QList{saved});
+    QCOMPARE(Desk::noticeOf(document), QString());
+    QCOMPARE(Desk::remarks().size(), 1);
+}
+
+void tst_VersionKeeper::whatIsWrittenOverInPlaceIsAVersionBefore()
+{
+    Desk desk;
+    const QString path = desk.file(u"plan.qly"_s);
+    write(path, nativeBytes(QStringList{u"old"_s}));
+    QVERIFY(modDoc::DocLoad(path));
+    Document &document = desk.program.active()->document;
+    // With two names it is written over.
+    QCOMPARE(link(qPrintable(path), qPrintable(desk.file(u"twin.qly"_s))), 0);
+    document.history.setLabel(document.tree.root(), u"new"_s);
+    desk.save(document, path);
+    QCOMPARE(originsOf(desk.list(path)), (QList{found, saved}));
+
+    // It is there before the first byte is written.
+    write(path, nativeBytes(QStringList{u"theirs"_s}));
+    ports().files->aboutToReplace(document, true);
+    QCOMPARE(QDir(desk.versions()).entryList(QDir::Files).size(), 1);
+    VersionStore store(versionsPathOf(desk.versions(), path), Database::Opening::Existing);
+    QCOMPARE(store.list().size(), 3U);
+    QCOMPARE(store.read(store.list().back().number).entries[0].label, u"theirs"_s);
+}
+
+void tst_VersionKeeper::whatWasRecoveredIsAVersionOfItsFile()
+{
+    Desk desk;
+    Document &document = desk.plant(u"plan.qly"_s, {u"root"_s});
+    document.history.setLabel(document.tree.root(), u"recovered"_s);
+    ports().files->recovered(document, document.m_sFile);
+    desk.settle();
+    QCOMPARE(originsOf(desk.list(document.m_sFile)), (QList{saved, recovered}));
+    // Saved as it is, it is a save like any other.
+    desk.save(document, document.m_sFile);
+    QCOMPARE(originsOf(desk.list(document.m_sFile)), (QList{saved, saved}));
+    ports().files->recovered(document, document.m_sFile);
+    desk.settle();
+    QCOMPARE(originsOf(desk.list(document.m_sFile)), (QList{saved, saved}));
+}
+
+void tst_VersionKeeper::whatWasRecoveredWithoutAFileIsAVersionOfItsFirstOne()
+{
+    Desk desk;
+    Document &document = desk.program.plant({u"recovered"_s}).document;
+    ports().files->recovered(document, QString());
+    desk.settle();
+    QVERIFY(!QFileInfo::exists(desk.versions()));
+    document.history.setLabel(document.tree.root(), u"worked on"_s);
+    desk.save(document, desk.file(u"named.qly"_s));
+    const VersionKeeper::Listed listed = desk.list(document.m_sFile);
+    QCOMPARE(originsOf(listed), (QList{recovered, saved}));
+    QCOMPARE(desk.read(document.m_sFile, listed.versions[0].number).entries[0].label, u"recovered"_s);
+    // Another document at the same place in memory is not taken for it.
+    ports().files->recovered(desk.program.plant({u"closed unsaved"_s}).document, QString());
+    desk.program.closeAll();
+    desk.plant(u"other.qly"_s, {u"other"_s});
+    QCOMPARE(originsOf(desk.list(desk.file(u"other.qly"_s))), QList{saved});
+}
+
+// A year back, and then right again: the versions of the time between are not thinned as if they were a year old.
+void tst_VersionKeeper::aClockThatWasSetBackMakesNoVersionOld()
+{
+    Desk desk;
+    Document &document = desk.plant(u"plan.qly"_s, {u"root"_s});
+    FakeClock &clock = desk.program.fake.clock;
+    const QDateTime right = clock.moment;
+    clock.moment = right.addYears(-1);
+    for (int save = 0; save < 5; ++save) {
+        clock.moment = clock.moment.addSecs(1);
+        document.history.setLabel(document.tree.root(), u"save %1"_s.arg(save));
+        desk.save(document, document.m_sFile);
+    }
+    clock.moment = right.addSecs(3600);
+    document.history.setLabel(document.tree.root(), u"last"_s);
+    desk.save(document, document.m_sFile);
+    const VersionKeeper::Listed listed = desk.list(document.m_sFile);
+    QCOMPARE(listed.versions.size(), 7U);
+    QCOMPARE(listed.versions[3].time, right);
+    QCOMPARE(listed.versions[6].time, clock.moment);
 }
 
 QTEST_MAIN(tst_VersionKeeper)
