@@ -4,6 +4,7 @@
 #include "app/AppCommands.h"
 
 #include "app/AppPorts.h"
+#include "app/RecoveryList.h"
 #include "app/frmDebug.h"
 #include "app/modHelp.h"
 #include "app/modViewBars.h"
@@ -21,6 +22,12 @@ void showVersions(QWidget &mainWindow)
     Document *document = DocumentActive();
     if (document && appPorts().versions)
         frmVersions(*appPorts().versions, *document, &mainWindow).exec();
+}
+
+void showRecovery(QWidget &mainWindow)
+{
+    if (appPorts().vault)
+        RecoveryList::showWhatIsLeft(*appPorts().vault, &mainWindow);
 }
 
 } // namespace
@@ -41,5 +48,6 @@ void bindAppCommands(Dispatcher &dispatcher, QWidget &mainWindow, QMdiArea &area
     bind("mnuHelpSearch", modHelp::HelpSearch);
     bind("mnuHelpAbout", [&mainWindow] { modHelp::HelpAbout(&mainWindow); });
     bind("mnuToolsVersions", [&mainWindow] { showVersions(mainWindow); });
+    bind("mnuToolsRecover", [&mainWindow] { showRecovery(mainWindow); });
     bind("keyDiagnostics", frmDebug::showModally);
 }

@@ -27,6 +27,11 @@ namespace
 
 enum Column { NameColumn, ChangesColumn, TimeColumn, FileColumn, columnCount };
 
+Dialogs &dialogs()
+{
+    return *ports().dialogs;
+}
+
 QString changesOf(const LeftBehind &left)
 {
     if (!left.damage().isEmpty())
@@ -37,7 +42,12 @@ QString changesOf(const LeftBehind &left)
 
 QString timeOf(const LeftBehind &left)
 {
-    return left.damage().isEmpty() ? QLocale::system().toString(left.state().time, QLocale::ShortFormat) : QString();
+    if (!left.damage().isEmpty())
+        return QString();
+    // To the second: who knows when the program ended, sees what is missing.
+    const QLocale locale = QLocale::system();
+    const QDateTime &time = left.state().time;
+    return locale.toString(time.date(), QLocale::ShortFormat) + u' ' + time.time().toString(u"HH:mm:ss"_s);
 }
 
 QString fileOf(const LeftBehind &left)
@@ -69,6 +79,11 @@ QString namesOf(const std::vector<LeftBehind *> &left)
 RecoveryList *RecoveryList::offer(Vault &vault, QWidget *parent)
 {
     return procedure("RecoveryList offer", [&]() -> RecoveryList * {
+        if (auto *shown = parent ? parent->findChild<RecoveryList *>() : nullptr; shown && shown->isVisible()) {
+            shown->raise();
+            shown->activateWindow();
+            return shown;
+        }
         std::vector<std::unique_ptr<LeftBehind>> left = LeftBehind::find(vault.folder());
         if (left.empty())
             return nullptr;
@@ -77,6 +92,12 @@ RecoveryList *RecoveryList::offer(Vault &vault, QWidget *parent)
         list->show();
         return list;
     });
+}
+
+void RecoveryList::showWhatIsLeft(Vault &vault, QWidget *parent)
+{
+    if (!offer(vault, parent))
+        dialogs().inform(u"Nothing is left to be recovered."_s);
 }
 
 RecoveryList::RecoveryList(std::vector<std::unique_ptr<LeftBehind>> left, Vault &vault, QWidget *parent)
@@ -121,8 +142,8 @@ RecoveryList::RecoveryList(std::vector<std::unique_ptr<LeftBehind>> left, Vault 
                        u"Opens the selected documents to be read, and leaves them in this list"_s, &RecoveryList::look);
     m_discard = addButton(u"&Discard..."_s, u"cmdDiscard"_s, QDialogButtonBox::DestructiveRole,
                           u"Deletes what was kept of the selected documents"_s, &RecoveryList::discard);
-    addButton(u"&Later"_s, u"cmdLater"_s, QDialogButtonBox::RejectRole, u"Asks again at the next start"_s,
-              &QDialog::close);
+    addButton(u"&Later"_s, u"cmdLater"_s, QDialogButtonBox::RejectRole,
+              u"Asks again at the next start; Recover in the Tools menu shows this list before"_s, &QDialog::close);
     layout->addWidget(buttons);
 
     connect(m_list, &QTreeWidget::itemSelectionChanged, this, &RecoveryList::updateButtons);
@@ -185,9 +206,8 @@ void RecoveryList::recover()
         }
         remove(recovered);
         if (!failed.isEmpty())
-            ports().dialogs->warn(
-                u"Nothing of %1 could be read. What was kept of it stays where it is; the session log "
-                "says more."_s.arg(failed.join(u", "_s)));
+            dialogs().warn(u"Nothing of %1 could be read. What was kept of it stays where it is; the session log "
+                           "says more."_s.arg(failed.join(u", "_s)));
     });
 }
 
@@ -206,9 +226,8 @@ void RecoveryList::discard()
     procedure("RecoveryList discard", [this] {
         const std::vector<LeftBehind *> selected = chosen();
         if (selected.empty() ||
-            ports().dialogs->ask(
-                u"Do you want to discard the unsaved changes of %1? They cannot be recovered any more."_s.arg(
-                    namesOf(selected))) != Answer::Yes)
+            dialogs().ask(u"Do you want to discard the unsaved changes of %1? They cannot be recovered any more."_s.arg(
+                namesOf(selected))) != Answer::Yes)
             return;
         for (LeftBehind *left : selected)
             left->discard();

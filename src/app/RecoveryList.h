@@ -15,7 +15,8 @@ class QTreeWidget;
 class Vault;
 
 // Shows the documents that were open with unsaved changes when the program, or the machine, last ended without being
-// asked to. What is not decided about is offered again at the next start. It does not keep the user from the documents.
+// asked to. What is not decided about stays, and is offered again at the next start. It does not keep the user from the
+// documents.
 class RecoveryList final : public QDialog
 {
     Q_OBJECT
@@ -24,8 +25,11 @@ public:
     RecoveryList(std::vector<std::unique_ptr<LeftBehind>> left, Vault &vault, QWidget *parent = nullptr);
     ~RecoveryList() override;
 
-    // Shows what a folder of the vault has, if anything; null when it has nothing.
+    // Shows what a folder of the vault has, if anything; null when it has nothing. A list that the parent shows already
+    // is brought to the front.
     static RecoveryList *offer(Vault &vault, QWidget *parent);
+    // The same for a user who asked for it, and is told when there is nothing.
+    static void showWhatIsLeft(Vault &vault, QWidget *parent);
 
 private:
     void fillList();

@@ -295,6 +295,7 @@ inline constexpr std::array table{
     separator("mnuToolsBar1", "mnuTools"),
     command("mnuToolsHistory", "&History", "mnuTools", boundAbove("PaneDocks::toggle"), always, CheckMark()),
     command("mnuToolsVersions", "&Versions...", "mnuTools", boundAbove("frmVersions::exec"), documentOpen),
+    command("mnuToolsRecover", "Re&cover...", "mnuTools", boundAbove("RecoveryList::showWhatIsLeft"), always),
     keyAlone("keyPaneNext", "mnuTools", boundAbove("PaneDocks::goToNext"), always, paneKey(None, Qt::Key_F6)),
 
     menu("mnuWindow", "&Window", "", always),

@@ -357,6 +357,7 @@ const std::map<std::string_view, RowCase> &cases()
         {"toolsGoTo", {Travels, withAStep}},
         {"mnuToolsHistory", {Shows, inOutline}},
         {"mnuToolsVersions", {Shows, inOutline}},
+        {"mnuToolsRecover", {Shows, inOutline}},
         {"keyPaneNext", {Shows, inOutline}},
         {"mnuWindowNewWindow", {NeverRuns}},
         {"mnuWindowCascade", {Shows, inOutline}},

@@ -31,7 +31,8 @@ def typed(key):
 ASKING = {"mnuFileOpen", "mnuFileSaveAs", "mnuFileImportText", "mnuFileExportText", "mnuFilePrintSetup",
           "mnuFilePrintPreview", "mnuFilePrint", "mnuFilePrintEntry", "mnuFilePrintPreviewEntry", "mnuOutlineDelete",
           "mnuOutlineDeleteTaggedEntries", "mnuOutlineFont", "mnuEditClearEntryText", "mnuEditCurrentFont",
-          "mnuEditDocumentFont", "mnuSearchFind", "mnuSearchReplace", "mnuToolsVersions", "mnuHelpSearch", "mnuHelpAbout"}
+          "mnuEditDocumentFont", "mnuSearchFind", "mnuSearchReplace", "mnuToolsVersions", "mnuToolsRecover", "mnuHelpSearch",
+          "mnuHelpAbout"}
 
 # Those of them that are enabled without a document, but have nothing to ask then.
 ASKING_OF_DOCUMENTS = {"mnuFilePrintEntry", "mnuFilePrintPreviewEntry", "mnuFileExportText"}
@@ -441,6 +442,7 @@ class Tour:
         for _ in range(2):
             self.choose("mnuToolsHistory")
         self.choose("mnuToolsVersions", answer="Escape")
+        self.choose("mnuToolsRecover", answer="Escape")
         self.key("F6", rows)
 
     def splitting(self):
