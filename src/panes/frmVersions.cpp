@@ -7,17 +7,23 @@
 #include "document/Ports.h"
 #include "document/modDoc.h"
 #include "formats/PlainText.h"
+#include "model/Contrast.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
+#include "vault/TextComparison.h"
 
+#include <QEvent>
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QHeaderView>
 #include <QItemSelectionModel>
 #include <QLabel>
+#include <QLocale>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScreen>
 #include <QSplitter>
+#include <QTextEdit>
 #include <QTreeView>
 
 using namespace Qt::StringLiterals;
@@ -36,16 +42,66 @@ QString readableForm(const QByteArray &storedText)
     }
 }
 
-QWidget *withCaption(const QString &caption, QWidget *content)
+QWidget *withCaption(QLabel *label, QWidget *content)
 {
     auto *box = new QWidget;
     auto *layout = new QVBoxLayout(box);
     layout->setContentsMargins(0, 0, 0, 0);
-    auto *label = new QLabel(caption);
     label->setBuddy(content);
     layout->addWidget(label);
     layout->addWidget(content);
     return box;
+}
+
+// What is not there any more is struck out, what is new is underlined: the colour behind it, which the colours of the
+// desktop let through as far as the words stay readable, says the same once more.
+QTextCharFormat markOf(const QPalette &palette, bool isNew)
+{
+    const QColor paper = palette.color(QPalette::Base);
+    const QColor ink = palette.color(QPalette::Text);
+    const QColor hue = isNew ? QColor(0, 160, 60) : QColor(220, 40, 40);
+    constexpr double mostHue = 0.45;
+    constexpr double step = 0.05;
+    double share = mostHue;
+    while (share > step && Contrast::between(Contrast::mixed(paper, hue, share), ink) < Contrast::readable)
+        share -= step;
+    QTextCharFormat format;
+    format.setBackground(Contrast::mixed(paper, hue, share));
+    format.setForeground(ink);
+    format.setFontUnderline(isNew);
+    format.setFontStrikeOut(!isNew);
+    return format;
+}
+
+void mark(QPlainTextEdit &text, const UnmatchedWords &unmatched, bool isNew)
+{
+    const QTextCharFormat format = markOf(text.palette(), isNew);
+    QList<QTextEdit::ExtraSelection> marks;
+    for (const TextStretch &stretch : unmatched.stretches) {
+        QTextCursor words(text.document());
+        words.setPosition(static_cast<int>(stretch.start));
+        words.setPosition(static_cast<int>(stretch.start + stretch.length), QTextCursor::KeepAnchor);
+        marks.append({words, format});
+    }
+    text.setExtraSelections(marks);
+}
+
+// A text that is longer than its room is shown where it differs first.
+void showFirst(QPlainTextEdit &text, const UnmatchedWords &unmatched)
+{
+    if (unmatched.stretches.empty())
+        return;
+    QTextCursor first(text.document());
+    first.setPosition(static_cast<int>(unmatched.stretches.front().start));
+    text.setTextCursor(first);
+    text.centerCursor();
+}
+
+QString inWords(const UnmatchedWords &unmatched, const QString &what)
+{
+    return unmatched.words == 1  ? u" (1 word %1)"_s.arg(what)
+           : unmatched.words > 1 ? u" (%1 words %2)"_s.arg(QLocale::system().toString(unmatched.words), what)
+                                 : QString();
 }
 
 } // namespace
@@ -59,6 +115,8 @@ frmVersions::frmVersions(VersionKeeper &keeper, Document &document, QWidget *par
     , m_lstDifferences(makeTable(m_differences, u"lstDifferences"_s, u"Entries that are different now"_s))
     , m_txtThen(makeText(u"txtThen"_s, u"Text of the version"_s))
     , m_txtNow(makeText(u"txtNow"_s, u"Text now"_s))
+    , m_lblThen(new QLabel)
+    , m_lblNow(new QLabel)
     , m_cmdOpen(makeButton(u"cmdOpen"_s, u"&Open"_s, &frmVersions::openVersion))
     , m_cmdAll(makeButton(u"cmdAll"_s, u"Bring back &all"_s, &frmVersions::bringBackAll))
     , m_cmdBranch(makeButton(u"cmdBranch"_s, u"Bring back &branch"_s, &frmVersions::bringBackBranch))
@@ -124,11 +182,13 @@ QPushButton *frmVersions::makeButton(const QString &name, const QString &caption
 void frmVersions::layOut()
 {
     auto *texts = new QSplitter(Qt::Horizontal);
-    texts->addWidget(withCaption(u"Text t&hen"_s, m_txtThen));
-    texts->addWidget(withCaption(u"Text &now"_s, m_txtNow));
+    m_lblThen->setObjectName(u"lblThen"_s);
+    m_lblNow->setObjectName(u"lblNow"_s);
+    texts->addWidget(withCaption(m_lblThen, m_txtThen));
+    texts->addWidget(withCaption(m_lblNow, m_txtNow));
     auto *all = new QSplitter(Qt::Vertical);
-    all->addWidget(withCaption(u"&Versions"_s, m_lstVersions));
-    all->addWidget(withCaption(u"&Different now"_s, m_lstDifferences));
+    all->addWidget(withCaption(new QLabel(u"&Versions"_s), m_lstVersions));
+    all->addWidget(withCaption(new QLabel(u"&Different now"_s), m_lstDifferences));
     all->addWidget(texts);
     all->setChildrenCollapsible(false);
     texts->setChildrenCollapsible(false);
@@ -150,7 +210,8 @@ void frmVersions::layOut()
 
     constexpr int columns = 110;
     constexpr int lines = 38;
-    resize(fontMetrics().averageCharWidth() * columns, fontMetrics().lineSpacing() * lines);
+    const QSize wanted(fontMetrics().averageCharWidth() * columns, fontMetrics().lineSpacing() * lines);
+    resize(wanted.boundedTo(screen()->availableSize()));
     for (QTreeView *table : {m_lstVersions, m_lstDifferences})
         table->header()->setSectionResizeMode(QHeaderView::Interactive);
     m_lstVersions->header()->resizeSection(0, fontMetrics().averageCharWidth() * columns / 3);
@@ -229,7 +290,33 @@ void frmVersions::showDifference()
     const EntryDifference *shown = difference();
     m_txtThen->setPlainText(shown ? readableForm(m_compared->textThen(*shown)) : QString());
     m_txtNow->setPlainText(shown ? readableForm(m_compared->textNow(*shown)) : QString());
+    markWords();
     enableButtons();
+}
+
+void frmVersions::markWords()
+{
+    const TextComparison compared = compareTexts(m_txtThen->toPlainText(), m_txtNow->toPlainText());
+    mark(*m_txtThen, compared.before, false);
+    mark(*m_txtNow, compared.after, true);
+    showFirst(*m_txtThen, compared.before);
+    showFirst(*m_txtNow, compared.after);
+    const EntryDifference *shown = difference();
+    const bool isSame = compared.before.stretches.empty() && compared.after.stretches.empty();
+    const bool looksDifferent = shown && shown->hasOtherText && isSame;
+    m_lblThen->setText(u"Text t&hen"_s + inWords(compared.before, u"gone since"_s));
+    m_lblNow->setText(u"Text &now"_s + (looksDifferent ? u" (the same words, formatted differently)"_s
+                                                       : inWords(compared.after, u"new"_s)));
+    m_txtThen->setAccessibleName(m_lblThen->text().remove(u'&'));
+    m_txtNow->setAccessibleName(m_lblNow->text().remove(u'&'));
+}
+
+void frmVersions::changeEvent(QEvent *event)
+{
+    QDialog::changeEvent(event);
+    // The texts get their colours after the dialog does.
+    if (event->type() == QEvent::PaletteChange)
+        QMetaObject::invokeMethod(this, &frmVersions::markWords, Qt::QueuedConnection);
 }
 
 void frmVersions::enableButtons()

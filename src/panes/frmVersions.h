@@ -12,6 +12,7 @@
 #include <optional>
 
 class Document;
+class QEvent;
 class QLabel;
 class QPlainTextEdit;
 class QPushButton;
@@ -26,6 +27,9 @@ public:
     frmVersions(VersionKeeper &keeper, Document &document, QWidget *parent);
     ~frmVersions() override;
 
+protected:
+    void changeEvent(QEvent *event) override;
+
 private:
     QTreeView *makeTable(QAbstractItemModel &model, const QString &name, const QString &spoken);
     QPlainTextEdit *makeText(const QString &name, const QString &spoken);
@@ -37,6 +41,7 @@ private:
     void takeVersion(const VersionKeeper::Read &read);
     void compare();
     void showDifference();
+    void markWords();
     void enableButtons();
     const EntryDifference *difference() const;
     QString versionTime() const;
@@ -60,6 +65,8 @@ private:
     QTreeView *const m_lstDifferences;
     QPlainTextEdit *const m_txtThen;
     QPlainTextEdit *const m_txtNow;
+    QLabel *const m_lblThen;
+    QLabel *const m_lblNow;
     QPushButton *const m_cmdOpen;
     QPushButton *const m_cmdAll;
     QPushButton *const m_cmdBranch;

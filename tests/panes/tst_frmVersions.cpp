@@ -5,9 +5,11 @@
 
 #include "app/MainFixture.h"
 #include "document/DocumentView.h"
+#include "document/FileWitness.h"
 #include "document/UndoRedo.h"
 #include "document/modDoc.h"
 #include "document/modNodes.h"
+#include "model/Contrast.h"
 #include "platform/RichTextBox.h"
 #include "support/ModalSteps.h"
 #include "support/OutlineText.h"
@@ -39,7 +41,13 @@ private Q_SLOTS:
     void aDocumentWithoutAFileHasNone();
     void theVersionsAreListedTheNewestFirst();
     void whatChangedIsShownEntryByEntry();
+    void theWordsThatChangedAreMarked();
+    void theMarksAreReadableInEveryTheme_data();
+    void theMarksAreReadableInEveryTheme();
+    void aTextThatOnlyLooksDifferentIsSaidToBeThat();
+    void versionsThatWereNotSavedSayWhatTheyAre();
     void allComesBackAsOneStep();
+    void whatTheProgramDoesNotKnowComesBackToo();
     void aBranchThatIsGoneComesBackWhereItWas();
     void aBranchThatWasChangedAndMovedComesBack();
     void aTextComesBackAlone();
@@ -230,6 +238,112 @@ void tst_frmVersions::whatChangedIsShownEntryByEntry()
     });
 }
 
+namespace
+{
+
+// The marked stretches of a text, with what is struck out in brackets and what is underlined in braces.
+QString marksOf(const frmVersions &dialog, const QString &name)
+{
+    const auto *text = dialog.findChild<QPlainTextEdit *>(name);
+    QStringList marks;
+    for (const QTextEdit::ExtraSelection &each : text->extraSelections()) {
+        const QString words = each.cursor.selectedText();
+        marks.append(each.format.fontStrikeOut() && !each.format.fontUnderline()   ? u'[' + words + u']'
+                     : !each.format.fontStrikeOut() && each.format.fontUnderline() ? u'{' + words + u'}'
+                                                                                   : u"neither"_s);
+    }
+    return marks.join(u' ');
+}
+
+QString captionOf(const frmVersions &dialog, const QString &name)
+{
+    return dialog.findChild<QLabel *>(name)->text();
+}
+
+} // namespace
+
+void tst_frmVersions::theWordsThatChangedAreMarked()
+{
+    Document &document = plant(u"plan.qly"_s);
+    document.history.setStoredText(entryOf(document, u"B"_s), "the few last words");
+    document.history.setStoredText(entryOf(document, u"C"_s), "new");
+    visit(0, [](const frmVersions &dialog) {
+        choose(dialog, u"B: text changed"_s);
+        QCOMPARE(marksOf(dialog, u"txtThen"_s), u"[first]"_s);
+        QCOMPARE(marksOf(dialog, u"txtNow"_s), u"{few last}"_s);
+        QCOMPARE(captionOf(dialog, u"lblThen"_s), u"Text t&hen (1 word gone since)"_s);
+        QCOMPARE(captionOf(dialog, u"lblNow"_s), u"Text &now (2 words new)"_s);
+        // Who cannot see the marks is told as much.
+        QCOMPARE(dialog.findChild<QPlainTextEdit *>(u"txtNow"_s)->accessibleName(), u"Text now (2 words new)"_s);
+        choose(dialog, u"C: text changed"_s);
+        QCOMPARE(marksOf(dialog, u"txtThen"_s), QString());
+        QCOMPARE(marksOf(dialog, u"txtNow"_s), u"{new}"_s);
+        QCOMPARE(captionOf(dialog, u"lblThen"_s), u"Text t&hen"_s);
+    });
+}
+
+void tst_frmVersions::theMarksAreReadableInEveryTheme_data()
+{
+    QTest::addColumn<QColor>("paper");
+    QTest::addColumn<QColor>("ink");
+    QTest::newRow("light") << QColor(Qt::white) << QColor(Qt::black);
+    QTest::newRow("dark") << QColor(30, 30, 30) << QColor(220, 220, 220);
+    QTest::newRow("grey on grey") << QColor(60, 60, 60) << QColor(190, 190, 190);
+    QTest::newRow("green on black") << QColor(Qt::black) << QColor(0, 255, 0);
+}
+
+// The theme changes while the dialog is open, as it does in the evening.
+void tst_frmVersions::theMarksAreReadableInEveryTheme()
+{
+    QFETCH(const QColor, paper);
+    QFETCH(const QColor, ink);
+    Document &document = plant(u"plan.qly"_s);
+    document.history.setStoredText(entryOf(document, u"B"_s), "the last words");
+    visit(0, [&](frmVersions &dialog) {
+        choose(dialog, u"B: text changed"_s);
+        QPalette palette = dialog.palette();
+        palette.setColor(QPalette::Base, paper);
+        palette.setColor(QPalette::Text, ink);
+        dialog.setPalette(palette);
+        for (const QString &name : {u"txtThen"_s, u"txtNow"_s}) {
+            const auto *text = dialog.findChild<QPlainTextEdit *>(name);
+            QTRY_COMPARE(text->extraSelections().value(0).format.foreground().color(), ink);
+            const auto marks = text->extraSelections();
+            QCOMPARE(marks.size(), 1);
+            const QColor behind = marks.front().format.background().color();
+            const QColor words = marks.front().format.foreground().color();
+            QVERIFY2(Contrast::between(behind, words) >= Contrast::readable,
+                     qPrintable(behind.name() + u' ' + words.name()));
+            QVERIFY(behind != paper);
+        }
+    });
+}
+
+void tst_frmVersions::aTextThatOnlyLooksDifferentIsSaidToBeThat()
+{
+    Document &document = plant(u"plan.qly"_s);
+    document.history.setStoredText(entryOf(document, u"B"_s), "{\\rtf1 the \\b first\\b0  words}");
+    visit(0, [](const frmVersions &dialog) {
+        choose(dialog, u"B: text changed"_s);
+        QCOMPARE(marksOf(dialog, u"txtNow"_s), QString());
+        QCOMPARE(captionOf(dialog, u"lblNow"_s), u"Text &now (the same words, formatted differently)"_s);
+    });
+}
+
+void tst_frmVersions::versionsThatWereNotSavedSayWhatTheyAre()
+{
+    Document &document = plant(u"plan.qly"_s);
+    document.history.setLabel(entryOf(document, u"C"_s), u"D"_s);
+    ports().files->recovered(document, document.m_sFile);
+    QTRY_VERIFY(m_keeper->isIdle());
+    visit(0, [](const frmVersions &dialog) {
+        const QStringList rows = rowsOf(table(dialog, "lstVersions"));
+        QCOMPARE(rows.size(), 2);
+        QVERIFY2(rows[0].contains(u": recovered, not saved: 6: "_s), qPrintable(rows[0]));
+        QVERIFY2(rows[1].contains(u": saved: 6: "_s), qPrintable(rows[1]));
+    });
+}
+
 void tst_frmVersions::allComesBackAsOneStep()
 {
     Document &document = plant(u"plan.qly"_s);
@@ -254,6 +368,26 @@ void tst_frmVersions::allComesBackAsOneStep()
     QVERIFY(!document.m_bDataChanged());
     QVERIFY(redoStep(document));
     QCOMPARE(outline(document), before);
+}
+
+void tst_frmVersions::whatTheProgramDoesNotKnowComesBackToo()
+{
+    Document &document = plant(u"plan.qly"_s);
+    const ForeignRecordList head = {{1, "{\\qlf_head x}\r\n"}};
+    const ForeignRecordList own = {{1, "{\\qlf_own x}\r\n"}};
+    document.history.setFileForeignRecords(head, "{\\qlf_end x}\r\n");
+    document.history.setForeignRecords(entryOf(document, u"A1"_s), own);
+    save(document);
+    document.history.setFileForeignRecords({}, {});
+    document.history.setForeignRecords(entryOf(document, u"A1"_s), {});
+    document.history.setLabel(entryOf(document, u"C"_s), u"D"_s);
+    visit(0, [](const frmVersions &dialog) { click(button(dialog, "cmdAll")); });
+    QVERIFY(document.outline().foreignHeader == head);
+    QCOMPARE(document.outline().foreignTrailer, "{\\qlf_end x}\r\n");
+    QVERIFY(entryOf(document, u"A1"_s)->foreignRecords() == own);
+    QVERIFY(undoStep(document));
+    QVERIFY(document.outline().foreignHeader.empty() && document.outline().foreignTrailer.isEmpty());
+    QVERIFY(entryOf(document, u"A1"_s)->foreignRecords().empty());
 }
 
 void tst_frmVersions::aBranchThatIsGoneComesBackWhereItWas()
