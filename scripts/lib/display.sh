@@ -74,7 +74,7 @@ main_window() {
 # xdotool may end with an X error.
 activate_window() {
     local try
-    for ((try = 0; try < 10; try++)); do
+    for ((try = 0; try < 50; try++)); do
         xdotool windowactivate --sync "$1" 2>/dev/null && return
         sleep 0.1
     done

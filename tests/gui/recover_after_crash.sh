@@ -7,8 +7,8 @@
 #
 #   recover_after_crash.sh PROGRAM NATIVE_DUMP SAMPLE [KILLS]
 #
-# With a number of kills it types and is killed at random moments that many times instead: what had stood for two
-# seconds must be there each time.
+# With a number of kills it is worked with at random and killed at random moments that many times instead: the file must be
+# whole and what had stood for two seconds must be there each time.
 
 # shellcheck source=scripts/lib/common.sh
 source "$(dirname -- "${BASH_SOURCE[0]}")/../../scripts/lib/common.sh"
@@ -32,12 +32,22 @@ kill_program() {
 
 # wait_for_list: the list of what was left behind has the keyboard.
 wait_for_list() {
-    local try
+    is_offered || fail "nothing is offered"
+}
+
+is_offered() {
+    local try name
     for ((try = 0; try < 100; try++)); do
-        [[ $(xdotool getactivewindow getwindowname 2>/dev/null) == 'Recover documents' ]] && return
+        name=$(xdotool getactivewindow getwindowname 2>/dev/null)
+        [[ $name != 'Recover documents' ]] || return 0
+        # Of a save that was cut short by the kill, too; its words are in what was left behind.
+        if [[ $name == Quillery ]] && compgen -G "$work/.quillery-*" >/dev/null; then
+            xdotool key --clearmodifiers alt+n
+            sleep 0.3
+        fi
         sleep 0.1
     done
-    fail "nothing is offered"
+    return 1
 }
 
 # expect_nothing_left: what was left behind goes when it is of no use any more.
@@ -59,33 +69,75 @@ start_left() {
 write_small_document "$work/small.qly"
 cp "$work/small.qly" "$work/small.before"
 
+# work_on MOVES: some things that people do, by keys, and none that takes words away.
+work_on() {
+    local move
+    for ((move = 0; move < $1; move++)); do
+        case $((RANDOM % 8)) in
+        0) key ctrl+s ;;
+        1)
+            key F2
+            text "Named$RANDOM"
+            key Return
+            ;;
+        2)
+            key alt+i
+            text "Made$RANDOM"
+            key Return
+            ;;
+        3) key alt+Down ;;
+        4) key alt+t ;;
+        5) key Down ;;
+        6) key Up ;;
+        *)
+            key Tab
+            text "$RANDOM words typed "
+            key shift+Tab
+            ;;
+        esac
+    done
+}
+
 if [[ $kills -gt 0 ]]; then
-    lost=0
+    lost=0 offered=0
     for ((kill = 1; kill <= kills; kill++)); do
         cp "$work/small.before" "$work/small.qly"
         start_program "$work/small.qly"
+        work_on $((RANDOM % 5))
         key Tab
         text "kept$kill "
+        key shift+Tab
         sleep "$promise"
-        # Whatever of these words is there is welcome.
-        text "more words that are typed while it is killed" &
+        # Whatever of this is there is welcome.
+        work_on 12 2>/dev/null &
         typist=$!
-        sleep "0.$((RANDOM % 10))"
+        sleep "$((RANDOM % 3)).$(printf %03d $((RANDOM % 1000)))"
         kill_program
         wait "$typist" || true
-        start_left
-        key alt+r
-        sleep 1
-        key ctrl+s
-        sleep 1
+        [[ $((kill % 25)) -ne 0 ]] || printf '%d kills so far, %d lost\n' "$kill" "$lost"
+        "$native_dump" "$work/small.qly" >/dev/null || {
+            lost=$((lost + 1))
+            printf 'kill %d: the file is not whole\n' "$kill"
+        }
+        "$work/bin/quillery" &
+        process=$!
+        # What was saved last of all leaves nothing behind.
+        if is_offered; then
+            offered=$((offered + 1))
+            key alt+r
+            sleep 1
+            key ctrl+s
+            sleep 1
+        fi
         "$native_dump" "$work/small.qly" | grep -q "kept$kill " || {
             lost=$((lost + 1))
             printf 'kill %d: lost\n' "$kill"
+            "$native_dump" "$work/small.qly" || true
         }
         kill_program
-        rm -rf "$recovery" "$XDG_CONFIG_HOME/Quillery"
+        rm -rf "$recovery" "$XDG_CONFIG_HOME/Quillery" "$work"/.quillery-*
     done
-    printf '%d kills, %d lost\n' "$kills" "$lost"
+    printf '%d kills, %d with something to recover, %d lost\n' "$kills" "$offered" "$lost"
     [[ $lost -eq 0 ]] || exit 1
     end_road
     exit

@@ -80,7 +80,12 @@ start_program() {
         sleep 0.1
     done
     [[ -n $window ]] || fail "the program showed no window"
-    activate_window "$window" || fail "the program's window does not get the keyboard"
+    # What was found first may have been a window that went again.
+    for ((try = 0; try < 10; try++)); do
+        activate_window "$window" && break
+        window=$(main_window "$process")
+    done
+    ((try < 10)) || fail "the program's window does not get the keyboard"
     sleep 0.5
 }
 
