@@ -785,7 +785,7 @@ void tst_RichTextBox::findFindsFromAnOffset()
 
 void tst_RichTextBox::findHonoursCaseAndWords()
 {
-    m_box->setTextRTF(QString(u"cats Cat cat2 über cat_x Über𐐀 a𐐀"_s).toUtf8());
+    m_box->setTextRTF(QString(u"cats Cat cat2 über cat_x Über𐐀 a𐐀 𐐀z"_s).toUtf8());
     const QString text = m_box->Text();
     const auto find = [this](const QString &what, int options) { return findIn(*m_box, what, 0, -1, options); };
     QCOMPARE(find(u"cat"_s, 0), 0);
@@ -797,6 +797,7 @@ void tst_RichTextBox::findHonoursCaseAndWords()
     // A letter beyond the first plane is one, too.
     QCOMPARE(find(u"Über"_s, TextFind::WholeWord | TextFind::MatchCase), -1);
     QCOMPARE(find(u"a"_s, TextFind::WholeWord), -1);
+    QCOMPARE(find(u"z"_s, TextFind::WholeWord), -1);
     QCOMPARE(find(u"ats"_s, TextFind::WholeWord), -1);
 }
 

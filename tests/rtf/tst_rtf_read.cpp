@@ -4,6 +4,7 @@
 #include "rtf/RtfSupport.h"
 
 #include <QImage>
+#include <QtEndian>
 
 using rtftest::blockOf;
 using rtftest::documentOf;
@@ -362,10 +363,15 @@ void TestRtfRead::bitmapsOfEveryDepthAreShown()
             dib += static_cast<char>(number >> shift);
         }
     }
-    dib += between + QByteArray(7 * 4, '\0') + pixel; // the last row is the topmost
+    const QByteArray pixels = QByteArray(7 * 4, '\0') + pixel; // the last row is the topmost
+    dib += between + pixels;
     const auto document = documentOf("{\\rtf1{\\pict\\dibitmap0 " + dib.toHex() + "}}");
     const QUrl name(document->begin().begin().fragment().charFormat().toImageFormat().name());
-    const QImage image = QImage::fromData(document->resource(QTextDocument::ImageResource, name).toByteArray());
+    const QByteArray file = document->resource(QTextDocument::ImageResource, name).toByteArray();
+    // A reader that goes where the file says finds the pixels there, and not the masks.
+    constexpr qsizetype placeOfPixels = 10;
+    QCOMPARE(file.sliced(qFromLittleEndian<quint32>(file.constData() + placeOfPixels)), pixels);
+    const QImage image = QImage::fromData(file);
     QCOMPARE(image.size(), QSize(1, 8));
     const QColor color = image.pixelColor(0, 0);
     QVERIFY2(color.red() > 240 && color.green() < 10 && color.blue() < 10, qPrintable(color.name()));
