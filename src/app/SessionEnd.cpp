@@ -48,6 +48,13 @@ bool wouldLoseChanges(const Document *document)
     return document->hasUnsavedChanges() && document->mayBeSaved();
 }
 
+// A label being typed is a change, too.
+void endLabelEdits(const std::vector<Document *> &documents)
+{
+    for (const Document *document : documents)
+        document->view()->trvOutline.EndLabelEdit();
+}
+
 // What is to be ended when the toolkit ends the program by itself.
 SessionEnd *living = nullptr;
 
@@ -80,11 +87,7 @@ void SessionEnd::end(int exitStatus)
 {
     if (!m_exitStatus)
         m_exitStatus = exitStatus;
-    procedure("frmMain endSession", [this] {
-        // A label being typed is a change, too.
-        for (const Document *document : m_mainWindow.windows().documents())
-            document->view()->trvOutline.EndLabelEdit();
-    });
+    procedure("frmMain endSession", [this] { endLabelEdits(m_mainWindow.windows().documents()); });
     leaveUnsaved();
     m_mainWindow.endSession();
     // The loops of open dialogs end, too; each dialog counts as cancelled.
@@ -95,9 +98,7 @@ void SessionEnd::commitData(LogOut &logOut)
 {
     procedure("frmMain commitDataRequest", [&] {
         const std::vector<Document *> documents = m_mainWindow.windows().documents();
-        // A label being typed is a change, too.
-        for (const Document *document : documents)
-            document->view()->trvOutline.EndLabelEdit();
+        endLabelEdits(documents);
         if (std::any_of(documents.begin(), documents.end(), wouldLoseChanges)) {
             // In the middle of a load or a save there is no document to ask about.
             if (bBusy || !logOut.maySpeak() || !m_mainWindow.mayGiveUpDocuments()) {

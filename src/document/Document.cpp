@@ -5,7 +5,6 @@
 
 #include "document/DocumentView.h"
 #include "document/DocumentWindow.h"
-#include "document/Globals.h"
 #include "document/OutlinePane.h"
 #include "document/Ports.h"
 #include "document/SafeFile.h"
@@ -15,11 +14,6 @@
 #include <QSignalBlocker>
 
 #include <algorithm>
-
-LabelEditMode optionalLabelEdit()
-{
-    return g_options.AutoLabelEdit ? LabelEditMode::tvwAutomatic : LabelEditMode::tvwManual;
-}
 
 Document::Document(std::unique_ptr<Outline> read)
     : m_outline(read ? std::move(read) : std::make_unique<Outline>())

@@ -4,12 +4,18 @@
 #include "document/DocumentView.h"
 
 #include "document/Document.h"
+#include "document/Globals.h"
 #include "document/OutlinePane.h"
 #include "document/TextPane.h"
 #include "document/modNodes.h"
 #include "util/Procedure.h"
 
 #include <utility>
+
+LabelEditMode optionalLabelEdit()
+{
+    return g_options.AutoLabelEdit ? LabelEditMode::tvwAutomatic : LabelEditMode::tvwManual;
+}
 
 DocumentView::DocumentView(Document &document, OutlinePane &outlinePane, TextPane &textPane,
                            DocumentWindow &documentWindow)

@@ -11,10 +11,10 @@ class Entry;
 // When a label can be edited in place: by a click on the selected entry's label too, or only by StartLabelEdit().
 enum class LabelEditMode { tvwAutomatic = 0, tvwManual = 1 };
 
-// The outline pane of a document window as the core sees it: it shows the document's entry tree.
 // The mode that the option for renaming by a click asks for.
 LabelEditMode optionalLabelEdit();
 
+// The outline pane of a document window as the core sees it: it shows the document's entry tree.
 class OutlinePane
 {
 public:

@@ -16,8 +16,8 @@
 class TextPane : public TextSelection
 {
 public:
-    // Shows a text, with the caret at its start. Counts as no change of it, and leaves none that
-    // could be undone. The pane keeps the text that it shows.
+    // Shows a text, with the caret at its start. Counts as no change of it, and leaves none that could be undone. The
+    // pane keeps the text that it shows.
     virtual void showText(std::shared_ptr<EntryDocument> text) = 0;
     virtual const std::shared_ptr<EntryDocument> &shown() const = 0;
 
