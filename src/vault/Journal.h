@@ -64,8 +64,6 @@ public:
     // Whether everything is on disk that is to be there.
     bool isWritten() const { return !m_broken && !m_inFlight && !hasWaiting(); }
 
-    bool isBroken() const { return m_broken; }
-
     // Hands over what has waited long enough. True while something waits.
     bool look();
     // Hands over everything now.

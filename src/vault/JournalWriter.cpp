@@ -70,8 +70,6 @@ void JournalWriter::begin(int journal, const RecoveryBatch &batch)
 
 void JournalWriter::write(int journal, const RecoveryBatch &batch)
 {
-    if (m_dead)
-        return;
     QString why;
     try {
         if (m_obstacle)
@@ -103,7 +101,7 @@ void JournalWriter::write(int journal, const RecoveryBatch &batch)
 void JournalWriter::discard(int journal)
 {
     const auto file = m_files.find(journal);
-    if (m_dead || file == m_files.end())
+    if (file == m_files.end())
         return;
     File gone = std::move(file->second);
     m_files.erase(file);

@@ -8,7 +8,6 @@
 
 #include <QObject>
 
-#include <atomic>
 #include <functional>
 #include <map>
 #include <memory>
@@ -32,9 +31,6 @@ public:
     // For tests: runs before a batch is written, and may throw.
     void setObstacle(std::function<void()> obstacle) { m_obstacle = std::move(obstacle); }
 
-    // Everything that comes later is as if the program had gone: it is neither written nor removed.
-    void die() { m_dead = true; }
-
 Q_SIGNALS:
     // What the journal takes on disk, in bytes.
     void written(int journal, qint64 size);
@@ -53,5 +49,4 @@ private:
     const QString m_folder;
     std::map<int, File> m_files;
     std::function<void()> m_obstacle;
-    std::atomic<bool> m_dead = false;
 };
