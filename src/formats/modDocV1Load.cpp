@@ -10,6 +10,9 @@
 #include "util/AnsiCodec.h"
 #include "util/Numbers.h"
 #include "util/Procedure.h"
+#include "util/RunTimeError.h"
+
+using namespace Qt::StringLiterals;
 
 namespace
 {
@@ -22,22 +25,56 @@ QString headerText(const QByteArray &buffer, const QByteArray &tagName)
     return AnsiCodec::toText(opener < 0 ? value : value.first(opener));
 }
 
+// What a record of the header says, made by a function of its words. The error of one that cannot be read names it.
+template <typename Value>
+Value headerValue(const QByteArray &buffer, const QByteArray &tagName, Value (*make)(QStringView))
+{
+    const QString text = headerText(buffer, tagName);
+    try {
+        return make(text);
+    } catch (const RunTimeError &error) {
+        const QString name = QString::fromLatin1(tagName);
+        throw RunTimeError(error.number(), text.isEmpty()
+                                               ? u"the record \"%1\" of its header is missing"_s.arg(name)
+                                               : u"%1 in its header's record \"%2\""_s.arg(error.description(), name));
+    }
+}
+
 void loadFont(const QByteArray &buffer, const QByteArray &prefix, clsFont &font)
 {
     font.setName(headerText(buffer, prefix + "fontname"));
-    font.setSize(Numbers::toFixedPoint(headerText(buffer, prefix + "fontsize")));
-    font.setBold(Numbers::toBoolean(headerText(buffer, prefix + "fontbold")));
-    font.setItalic(Numbers::toBoolean(headerText(buffer, prefix + "fontitalic")));
-    font.setStrikeThrough(Numbers::toBoolean(headerText(buffer, prefix + "fontstrikethrough")));
-    font.setUnderline(Numbers::toBoolean(headerText(buffer, prefix + "fontunderline")));
+    font.setSize(headerValue(buffer, prefix + "fontsize", Numbers::toFixedPoint));
+    font.setBold(headerValue(buffer, prefix + "fontbold", Numbers::toBoolean));
+    font.setItalic(headerValue(buffer, prefix + "fontitalic", Numbers::toBoolean));
+    font.setStrikeThrough(headerValue(buffer, prefix + "fontstrikethrough", Numbers::toBoolean));
+    font.setUnderline(headerValue(buffer, prefix + "fontunderline", Numbers::toBoolean));
 }
 
+// What keeps the fonts from being read, if anything does.
+std::exception_ptr loadFonts(const QByteArray &buffer, Outline &outline)
+{
+    try {
+        loadFont(buffer, "outline", outline.outlineFont);
+        loadFont(buffer, "text", outline.textFont);
+    } catch (const RunTimeError &) {
+        return std::current_exception();
+    }
+    return nullptr;
+}
+
+// Fonts that cannot be read make the reading fail, and not the entries go unread.
 void readInto(ReadOutline &result, const QByteArray &buffer)
 {
     Outline &outline = *result.outline;
-    loadFont(buffer, "outline", outline.outlineFont);
-    loadFont(buffer, "text", outline.textFont);
-    EntryReader(buffer, result).read();
+    const std::exception_ptr withoutFonts = loadFonts(buffer, outline);
+    try {
+        EntryReader(buffer, result).read();
+    } catch (...) {
+        if (!withoutFonts)
+            throw;
+    }
+    if (withoutFonts)
+        std::rethrow_exception(withoutFonts);
     // In a damaged file the place of the selected entry may be another one's.
     const QString sSelected = QString::fromLatin1(modDoc::DocLoadTag(buffer, "selecteditemkey"));
     if (result.damage.isEmpty() && !sSelected.isEmpty())

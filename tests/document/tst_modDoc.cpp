@@ -405,7 +405,7 @@ void tst_modDoc::aFailedLoadKeepsWhatWasReadWithoutTheFilesName_data()
         return QByteArray(native).replace(before, after);
     };
     QTest::newRow("a font without its size")
-        << changed("{\\qlf_textfontsize 10}\r\n", "") << u"13 modDoc DocLoad"_s << false;
+        << changed("{\\qlf_textfontsize 10}\r\n", "") << u"13 modDoc DocLoad"_s << true;
     QTest::newRow("an entry's place is no number") << native + "{\\qlf_nodekey 0.x}\r\n"
                                                    << u"13 modDoc DocLoad"_s << true;
     QTest::newRow("bytes that belong to nothing")
@@ -435,6 +435,8 @@ void tst_modDoc::aFailedLoadKeepsWhatWasReadWithoutTheFilesName()
     QCOMPARE(fake.document.notices()[0].kind, NoticeKind::NotReadWhole);
     QVERIFY(fake.document.notices()[0].text.startsWith(fake.document.noted()));
     QCOMPARE(fake.document.notices()[0].text.contains(u"bytes between two records"_s), report.startsWith(u"321"_s));
+    QCOMPARE(fake.document.notices()[0].text.contains(u"\"textfontsize\" of its header is missing"_s),
+             !content.contains("textfontsize"));
     QVERIFY(m_fake->recentFiles.updates.empty());
     QCOMPARE(fake.text.locked, !fake.document.tree.root());
     QCOMPARE(dumpOutline(fake.document.tree),

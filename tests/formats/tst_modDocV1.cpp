@@ -962,11 +962,17 @@ void tst_modDocV1::failedLoads_data()
     const QString noPlace = u"35601 modDoc DocLoad"_s;
     const QString noValue = u"13 modDoc DocLoad"_s;
     QByteArray bytes = whole;
-    QTest::newRow("a font record is missing")
-        << bytes.replace("{\\qlf_textfontbold False}\r\n", "") << noValue << QStringList();
+    QTest::newRow("a font record is missing") << bytes.replace("{\\qlf_textfontbold False}\r\n", "") << noValue
+                                              << QStringList{u"Root +<"_s, u" A"_s, u" B"_s};
     bytes = whole;
     QTest::newRow("a font's size is no number")
-        << bytes.replace("fontsize 10", "fontsize ten") << noValue << QStringList();
+        << bytes.replace("fontsize 10", "fontsize ten") << noValue << QStringList{u"Root +<"_s, u" A"_s, u" B"_s};
+    QTest::newRow("a font record is missing and the end as well")
+        << QByteArray(header + root + entry("0.1", "A")).replace("{\\qlf_outlinefontsize 8.25}\r\n", "").chopped(28)
+        << noValue << QStringList{u"Root +<"_s, u" A"_s};
+    QTest::newRow("a font record is missing and a place does not exist")
+        << QByteArray(header + root + entry("0.2", "B")).replace("{\\qlf_outlinefontsize 8.25}\r\n", "") << noValue
+        << QStringList{u"Root <"_s};
     QTest::newRow("an empty file") << QByteArray() << noValue << QStringList();
     QTest::newRow("a file of another kind") << QByteArray("%PDF-1.4\n%\xE2\xE3\n") << noValue << QStringList();
     QTest::newRow("no entry") << header << damage << QStringList();
