@@ -127,8 +127,8 @@ private:
 class UnshownSelection final : public TextSelection
 {
 public:
-    explicit UnshownSelection(QTextCursor caret)
-        : m_caret(std::move(caret))
+    explicit UnshownSelection(const QTextCursor &caret)
+        : m_caret(caret)
     {
     }
 

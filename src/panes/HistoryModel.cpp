@@ -5,7 +5,6 @@
 
 #include <QFont>
 #include <QLocale>
-#include <QTimer>
 
 #include <algorithm>
 
@@ -43,7 +42,7 @@ void HistoryModel::setHistory(History *history)
 void HistoryModel::schedule()
 {
     if (!std::exchange(m_scheduled, true))
-        QTimer::singleShot(0, this, &HistoryModel::refresh);
+        QMetaObject::invokeMethod(this, &HistoryModel::refresh, Qt::QueuedConnection);
 }
 
 void HistoryModel::refresh()
