@@ -8,6 +8,9 @@
 #include "app/MainSurface.h"
 #include "app/frmMain.h"
 #include "commands/CommandTable.h"
+#include "document/DocumentView.h"
+#include "document/OutlinePane.h"
+#include "document/modNodes.h"
 
 #include <QAction>
 #include <QMenu>
@@ -64,6 +67,19 @@ public:
                 return false;
         }
         return commandRow(name) != noRow;
+    }
+
+    // A new document: a root with two children, the first of them with a child.
+    Document &makeDocument() const
+    {
+        choose("mnuFileNew");
+        Document &document = *DocumentActive();
+        document.view()->trvOutline.EndLabelEdit();
+        Entry *root = document.tree.root();
+        Entry *first = modNodes::NodeInsert(document, Relationship::tvwChild, root);
+        modNodes::NodeInsert(document, Relationship::tvwChild, root);
+        modNodes::NodeInsert(document, Relationship::tvwChild, first);
+        return document;
     }
 
     AppFixture app;

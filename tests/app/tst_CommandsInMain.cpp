@@ -34,7 +34,6 @@ private Q_SLOTS:
     void everyShortcutOfACaptionRunsWhatItsItemRuns();
 
 private:
-    Document &makeDocument() const;
     void compareRows() const;
 
     std::unique_ptr<MainFixture> m_main;
@@ -46,19 +45,6 @@ void tst_CommandsInMain::init()
     m_main->start();
     m_main->main.activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(&m_main->main));
-}
-
-// A root with two children, the first of them with a child.
-Document &tst_CommandsInMain::makeDocument() const
-{
-    m_main->choose("mnuFileNew");
-    Document &document = *DocumentActive();
-    document.view()->trvOutline.EndLabelEdit();
-    Entry *root = document.tree.root();
-    Entry *first = modNodes::NodeInsert(document, Relationship::tvwChild, root);
-    modNodes::NodeInsert(document, Relationship::tvwChild, root);
-    modNodes::NodeInsert(document, Relationship::tvwChild, first);
-    return document;
 }
 
 void tst_CommandsInMain::compareRows() const
@@ -79,7 +65,7 @@ void tst_CommandsInMain::compareRows() const
 
 void tst_CommandsInMain::everyMenuHoldsItsRowsInOrder()
 {
-    makeDocument();
+    m_main->makeDocument();
     std::map<std::string_view, QStringList> expected;
     for (const CommandRow &row : commandTable) {
         if (isMenuItem(row))
@@ -127,7 +113,7 @@ void tst_CommandsInMain::everyRowAgreesWithTheTable()
     QFETCH(bool, inText);
     QFETCH(bool, readOnly);
     QFETCH(bool, tagged);
-    Document &document = makeDocument();
+    Document &document = m_main->makeDocument();
     Entry *entry = document.tree.itemByKey(path);
     modNodes::NodeSelectFull(document, entry);
     m_main->choose(inText ? "mnuViewGoToText" : "mnuViewGoToOutline");
@@ -159,7 +145,7 @@ void tst_CommandsInMain::everyRowAgreesWithTheTable()
 
 void tst_CommandsInMain::everyCheckMarkShowsItsOption()
 {
-    makeDocument();
+    m_main->makeDocument();
     for (const bool on : {true, false}) {
         for (const CommandRow &row : commandTable) {
             if (row.option)
@@ -235,7 +221,7 @@ void tst_CommandsInMain::everyShortcutOfACaptionRunsWhatItsItemRuns()
         ports().clipboard = &clipboard;
         clipboard.setText(u"pasted"_s);
         m_main->app.core.dialogs.answers = {Answer::Yes};
-        Document &document = makeDocument();
+        Document &document = m_main->makeDocument();
         // From its fourth entry all of the outline's commands can be chosen but Unindent.
         Entry *middle = document.tree.itemByKey(u"KEY0.2"_s);
         modNodes::NodeInsert(document, Relationship::tvwNext, middle);

@@ -63,15 +63,9 @@ void tst_ToolbarInMain::startMain()
 
 Document &tst_ToolbarInMain::makeDocument() const
 {
-    m_main->choose("mnuFileNew");
-    Document &document = *DocumentActive();
-    document.view()->trvOutline.EndLabelEdit();
-    Entry *root = document.tree.root();
-    Entry *first = modNodes::NodeInsert(document, Relationship::tvwChild, root);
-    modNodes::NodeInsert(document, Relationship::tvwChild, root);
-    modNodes::NodeInsert(document, Relationship::tvwChild, first);
+    Document &document = m_main->makeDocument();
     document.view()->trvOutline.setFocus();
-    modNodes::NodeSelectFull(document, first);
+    modNodes::NodeSelectFull(document, document.tree.root()->firstChild());
     layOut();
     return document;
 }

@@ -4,14 +4,13 @@
 #include "app/MainFixture.h"
 #include "document/UndoRedo.h"
 #include "document/modNodes.h"
-#include "formats/Format.h"
 #include "outline/modOutline.h"
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 #include "search/modSearch.h"
+#include "support/NativeBytes.h"
 #include "support/OutlineText.h"
 #include "support/RawOutline.h"
-#include "util/ByteSink.h"
 #include "window/frmDocument.h"
 
 #include <QLineEdit>
@@ -53,21 +52,6 @@ struct RowCase {
     // What the user does to end it.
     std::function<void(MainFixture &)> behind = {};
 };
-
-class SinkOfBytes final : public ByteSink
-{
-public:
-    void write(QByteArrayView more) override { bytes.append(more); }
-
-    QByteArray bytes;
-};
-
-QByteArray bytesOf(const Document &document)
-{
-    SinkOfBytes sink;
-    formatOfVersion(formatVersion::native).write(document.outline(), sink);
-    return sink.bytes;
-}
 
 // Selecting is no step.
 QByteArray contentIn(const QByteArray &bytes)
@@ -485,7 +469,7 @@ void tst_UndoEveryRow::everyRowIsUndoneOrChangesNothing()
     }
     if (rowCase.before)
         rowCase.before(*m_main);
-    const QByteArray start = bytesOf(document);
+    const QByteArray start = nativeBytes(document.outline());
     // What is opened and closed becomes part of a step.
     if (rowCase.effect == Effect::OpensOrCloses) {
         document.history.setLabel(entryLabelled(document.tree, u"A1"_s), u"Renamed"_s);
@@ -496,13 +480,13 @@ void tst_UndoEveryRow::everyRowIsUndoneOrChangesNothing()
         document.history.touch();
     else
         document.history.markSaved();
-    const QByteArray before = bytesOf(document);
+    const QByteArray before = nativeBytes(document.outline());
     const int steps = document.history.stepCount();
     const int position = document.history.position();
     run(command);
     if (rowCase.behind)
         rowCase.behind(*m_main);
-    const QByteArray after = bytesOf(document);
+    const QByteArray after = nativeBytes(document.outline());
     switch (rowCase.effect) {
     case Effect::NeverRuns:
         break;
@@ -529,12 +513,13 @@ void tst_UndoEveryRow::everyRowIsUndoneOrChangesNothing()
         for (int round = 0; round < 2; ++round) {
             while (document.history.position() > (isStep ? position : 0))
                 QVERIFY(undoStep(document));
-            QCOMPARE(bytesOf(document), start);
+            QCOMPARE(nativeBytes(document.outline()), start);
             QCOMPARE(document.m_bDataChanged(), !isStep);
             while (document.history.position() < end)
                 QVERIFY(redoStep(document));
             // What opens and closes may have selected what is still seen, which is no step.
-            QCOMPARE(isStep ? bytesOf(document) : contentIn(bytesOf(document)), isStep ? after : contentIn(after));
+            QCOMPARE(isStep ? nativeBytes(document.outline()) : contentIn(nativeBytes(document.outline())),
+                     isStep ? after : contentIn(after));
             QVERIFY(document.m_bDataChanged());
         }
         break;

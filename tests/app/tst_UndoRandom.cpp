@@ -4,15 +4,14 @@
 #include "app/MainFixture.h"
 #include "document/UndoRedo.h"
 #include "document/modNodes.h"
-#include "formats/Format.h"
 #include "model/StoredText.h"
 #include "outline/EntryDrag.h"
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 #include "search/modSearch.h"
+#include "support/NativeBytes.h"
 #include "support/OutlineText.h"
 #include "text/modFont.h"
-#include "util/ByteSink.h"
 #include "window/frmDocument.h"
 
 #include <QBuffer>
@@ -34,20 +33,10 @@ using namespace Qt::StringLiterals;
 namespace undoRandom
 {
 
-class BytesInMemory final : public ByteSink
-{
-public:
-    void write(QByteArrayView more) override { bytes.append(more); }
-
-    QByteArray bytes;
-};
-
 // What a saved file would hold.
 QByteArray savedBytes(const Document &document)
 {
-    BytesInMemory sink;
-    formatOfVersion(formatVersion::native).write(document.outline(), sink);
-    return sink.bytes;
+    return nativeBytes(document.outline());
 }
 
 QByteArray withoutRecords(const QByteArray &bytes, std::initializer_list<const char *> names)

@@ -1,10 +1,9 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "support/ErrorRecorder.h"
 #include "vault/Database.h"
 #include "vault/PrivateFiles.h"
-
-#include "util/RunTimeError.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -21,18 +20,6 @@ namespace
 DatabaseSchema wordsSchema()
 {
     return {0x51'74'65'73, {{u"CREATE TABLE words (place INTEGER PRIMARY KEY, word TEXT, picture BLOB)"_s}}};
-}
-
-// The number of the error that a call raises; 0 without one.
-template <typename Call>
-int errorOf(Call &&call)
-{
-    try {
-        call();
-        return 0;
-    } catch (const RunTimeError &error) {
-        return static_cast<int>(error.number());
-    }
 }
 
 int modeOf(const QString &path)
@@ -117,7 +104,7 @@ void tst_Database::aSecondOneAtTheSameTimeIsRefused()
     const QString path = folder.filePath(u"words.db"_s);
     Database database(path, wordsSchema(), Database::Opening::Create);
     database.run(u"INSERT INTO words (word) VALUES ('mine')"_s);
-    QCOMPARE(errorOf([&] { Database(path, wordsSchema(), Database::Opening::Existing); }), 70);
+    QCOMPARE(errorNumberOf([&] { Database(path, wordsSchema(), Database::Opening::Existing); }), 70);
     QCOMPARE(database.value(u"SELECT count(*) FROM words"_s).toInt(), 1);
 }
 
@@ -146,8 +133,8 @@ void tst_Database::aFolderIsMadeWithThoseAboveIt()
     QCOMPARE(modeOf(path), 0700);
     QFile file(folder.filePath(u"file"_s));
     QVERIFY(file.open(QIODevice::WriteOnly));
-    QVERIFY(errorOf([&] { makePrivateFolder(file.fileName()); }) != 0);
-    QVERIFY(errorOf([&] { makePrivateFolder(file.fileName() + u"/below"_s); }) != 0);
+    QVERIFY(errorNumberOf([&] { makePrivateFolder(file.fileName()); }) != 0);
+    QVERIFY(errorNumberOf([&] { makePrivateFolder(file.fileName() + u"/below"_s); }) != 0);
 }
 
 void tst_Database::anExistingFileIsNotTakenForANewOne()
@@ -157,7 +144,7 @@ void tst_Database::anExistingFileIsNotTakenForANewOne()
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write("mine");
     file.close();
-    QVERIFY(errorOf([&] { Database(file.fileName(), wordsSchema(), Database::Opening::Create); }) != 0);
+    QVERIFY(errorNumberOf([&] { Database(file.fileName(), wordsSchema(), Database::Opening::Create); }) != 0);
     QVERIFY(file.open(QIODevice::ReadOnly));
     QCOMPARE(file.readAll(), QByteArray("mine"));
 }
@@ -186,7 +173,7 @@ void tst_Database::oneOfALaterVersionIsLeftAlone()
         later.upgrades.push_back({u"CREATE TABLE colours (colour TEXT)"_s});
         const Database database(path, later, Database::Opening::Create);
     }
-    QCOMPARE(errorOf([&] { Database(path, wordsSchema(), Database::Opening::Existing); }), 321);
+    QCOMPARE(errorNumberOf([&] { Database(path, wordsSchema(), Database::Opening::Existing); }), 321);
 }
 
 void tst_Database::oneOfAnotherKindIsLeftAlone()
@@ -198,19 +185,19 @@ void tst_Database::oneOfAnotherKindIsLeftAlone()
     {
         const Database database(path, other, Database::Opening::Create);
     }
-    QCOMPARE(errorOf([&] { Database(path, wordsSchema(), Database::Opening::Existing); }), 321);
+    QCOMPARE(errorNumberOf([&] { Database(path, wordsSchema(), Database::Opening::Existing); }), 321);
 }
 
 void tst_Database::noDatabaseAndADamagedOneAreErrors()
 {
     const QTemporaryDir folder;
     const QString path = folder.filePath(u"words.db"_s);
-    QCOMPARE(errorOf([&] { Database(path, wordsSchema(), Database::Opening::Existing); }), 53);
+    QCOMPARE(errorNumberOf([&] { Database(path, wordsSchema(), Database::Opening::Existing); }), 53);
     QFile file(path);
     QVERIFY(file.open(QIODevice::WriteOnly));
     file.write(QByteArray(5000, 'x'));
     file.close();
-    QCOMPARE(errorOf([&] { Database(path, wordsSchema(), Database::Opening::Existing); }), 321);
+    QCOMPARE(errorNumberOf([&] { Database(path, wordsSchema(), Database::Opening::Existing); }), 321);
 }
 
 void tst_Database::aFullDiskIsAnError()
@@ -219,7 +206,7 @@ void tst_Database::aFullDiskIsAnError()
     Database database(folder.filePath(u"words.db"_s), wordsSchema(), Database::Opening::Create);
     database.run(u"PRAGMA max_page_count = 16"_s);
     database.run(u"INSERT INTO words (word) VALUES ('kept')"_s);
-    QCOMPARE(errorOf([&] {
+    QCOMPARE(errorNumberOf([&] {
                  Database::Transaction transaction(database);
                  database.run(u"INSERT INTO words (word) VALUES ('lost')"_s);
                  database.run(u"INSERT INTO words (picture) VALUES (?)"_s, {QByteArray(1 << 20, 'x')});

@@ -1,11 +1,11 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "support/ErrorRecorder.h"
 #include "vault/VersionStore.h"
 
 #include "model/Outline.h"
 #include "model/StoredText.h"
-#include "util/RunTimeError.h"
 #include "vault/PackedBytes.h"
 #include "vault/TextWords.h"
 #include "vault/VersionThinning.h"
@@ -19,17 +19,6 @@ using namespace Qt::StringLiterals;
 
 namespace
 {
-
-template <typename Call>
-int errorOf(Call &&call)
-{
-    try {
-        call();
-        return 0;
-    } catch (const RunTimeError &error) {
-        return static_cast<int>(error.number());
-    }
-}
 
 const QDateTime noon(QDate(2026, 3, 4), QTime(12, 0)); // a Wednesday
 
@@ -450,7 +439,7 @@ void tst_VersionStore::damageIsAnErrorAndNeverAnotherText()
         QVERIFY(file.open(QIODevice::WriteOnly));
         file.write(damaged);
         file.close();
-        const int error = errorOf([&] {
+        const int error = errorNumberOf([&] {
             VersionStore store(path, Database::Opening::Existing);
             const KeptOutline read = store.read(version);
             QVERIFY(read == outline);
@@ -482,17 +471,17 @@ void tst_VersionStore::packedBytesComeBackAndDamageIsAnError()
     QCOMPARE(unpacker.words(), u"\u00e4"_s);
     QCOMPARE(unpacker.bytes(), "bytes");
     QVERIFY(unpacker.atEnd());
-    QCOMPARE(errorOf([&] { unpacker.number(); }), 321);
-    QCOMPARE(errorOf([] {
+    QCOMPARE(errorNumberOf([&] { unpacker.number(); }), 321);
+    QCOMPARE(errorNumberOf([] {
                  Unpacker("\x05"
                           "ab")
                      .bytes();
              }),
              321);
-    QCOMPARE(errorOf([] { Unpacker(QByteArray(11, '\xff')).number(); }), 321);
+    QCOMPARE(errorNumberOf([] { Unpacker(QByteArray(11, '\xff')).number(); }), 321);
     QCOMPARE(inflatedBytes(deflated("some bytes")), "some bytes");
     QCOMPARE(inflatedBytes(deflated({})), QByteArray());
-    QCOMPARE(errorOf([] {
+    QCOMPARE(errorNumberOf([] {
                  inflatedBytes("\x05"
                                "no stream");
              }),
