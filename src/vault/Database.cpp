@@ -105,7 +105,10 @@ void Database::configure()
 
 void Database::upgrade(const DatabaseSchema &schema, Opening opening)
 {
-    if (opening == Opening::Existing && value(u"PRAGMA application_id"_s).toInt() != schema.applicationId)
+    // One that was cut short while it was made has nothing in it yet, and no kind.
+    const int kind = value(u"PRAGMA application_id"_s).toInt();
+    const bool isUnmade = kind == 0 && value(u"SELECT count(*) FROM sqlite_master"_s).toInt() == 0;
+    if (opening == Opening::Existing && !isUnmade && kind != schema.applicationId)
         throw RunTimeError(ErrorNumber::InvalidFileFormat, u"%1: it is no database of this kind"_s.arg(m_path));
     const int version = value(u"PRAGMA user_version"_s).toInt();
     if (version > schema.version())

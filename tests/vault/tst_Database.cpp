@@ -46,6 +46,7 @@ private Q_SLOTS:
     void oneOfALaterVersionIsLeftAlone();
     void oneOfAnotherKindIsLeftAlone();
     void noDatabaseAndADamagedOneAreErrors();
+    void oneThatWasCutShortWhileItWasMadeIsMadeAnew();
     void aFullDiskIsAnError();
 };
 
@@ -198,6 +199,18 @@ void tst_Database::noDatabaseAndADamagedOneAreErrors()
     file.write(QByteArray(5000, 'x'));
     file.close();
     QCOMPARE(errorNumberOf([&] { Database(path, wordsSchema(), Database::Opening::Existing); }), 321);
+}
+
+void tst_Database::oneThatWasCutShortWhileItWasMadeIsMadeAnew()
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"words.db"_s);
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.close();
+    Database database(path, wordsSchema(), Database::Opening::Existing);
+    database.run(u"INSERT INTO words (word) VALUES ('new')"_s);
+    QCOMPARE(database.value(u"SELECT count(*) FROM words"_s).toInt(), 1);
 }
 
 void tst_Database::aFullDiskIsAnError()
