@@ -211,10 +211,11 @@ void frmVersions::layOut()
     constexpr int columns = 110;
     constexpr int lines = 38;
     const QSize wanted(fontMetrics().averageCharWidth() * columns, fontMetrics().lineSpacing() * lines);
-    resize(wanted.boundedTo(screen()->availableSize()));
+    // The desktop puts a frame around it.
+    constexpr double mostOfScreen = 0.9;
+    resize(wanted.boundedTo(screen()->availableSize() * mostOfScreen));
     for (QTreeView *table : {m_lstVersions, m_lstDifferences})
         table->header()->setSectionResizeMode(QHeaderView::Interactive);
-    m_lstVersions->header()->resizeSection(0, fontMetrics().averageCharWidth() * columns / 3);
     m_lstDifferences->header()->resizeSection(0, fontMetrics().averageCharWidth() * columns / 2);
 }
 
@@ -227,6 +228,8 @@ void frmVersions::say(const QString &text)
 void frmVersions::takeList(const VersionKeeper::Listed &listed)
 {
     m_versions.setVersions(listed.versions);
+    for (int column = 0; column < m_versions.columnCount(); ++column)
+        m_lstVersions->resizeColumnToContents(column);
     if (!listed.failure.isEmpty())
         say(u"The versions could not be read: %1."_s.arg(listed.failure));
     else if (listed.versions.empty())

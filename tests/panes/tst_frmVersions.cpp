@@ -341,6 +341,11 @@ void tst_frmVersions::versionsThatWereNotSavedSayWhatTheyAre()
         QCOMPARE(rows.size(), 2);
         QVERIFY2(rows[0].contains(u": recovered, not saved: 6: "_s), qPrintable(rows[0]));
         QVERIFY2(rows[1].contains(u": saved: 6: "_s), qPrintable(rows[1]));
+        // In full.
+        const QTreeView &versions = table(dialog, "lstVersions");
+        for (int column = 0; column < versions.model()->columnCount(); ++column)
+            QVERIFY(versions.columnWidth(column) >=
+                    versions.sizeHintForIndex(versions.model()->index(0, column)).width());
     });
 }
 
