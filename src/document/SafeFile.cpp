@@ -18,12 +18,12 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
-#include <zlib.h>
 
 #include <utility>
 
@@ -39,13 +39,6 @@ mode_t newFileMode()
     const mode_t mask = umask(0);
     umask(mask);
     return 0666 & ~mask;
-}
-
-// Of bytes that follow those of a check sum.
-quint32 checkSum(quint32 before, QByteArrayView bytes)
-{
-    return static_cast<quint32>(
-        crc32_z(before, reinterpret_cast<const Bytef *>(bytes.data()), static_cast<z_size_t>(bytes.size())));
 }
 
 QByteArray temporaryPath(const QString &folder, const TemporaryName &name)
@@ -268,20 +261,31 @@ QString SafeFile::temporaryName() const
 
 void SafeFile::write(QByteArrayView bytes)
 {
-    if (m_buffer.size() + bytes.size() > bufferSize)
+    if (m_buffered + bytes.size() > bufferSize)
         writeBuffer();
-    m_buffer.append(bytes.data(), bytes.size());
-    if (m_buffer.size() >= bufferSize)
-        writeBuffer();
+    if (bytes.size() > bufferSize) {
+        writeOut(bytes);
+        return;
+    }
+    m_buffer.resize(bufferSize);
+    // A document comes in some hundred thousand pieces.
+    if (!bytes.isEmpty())
+        std::memcpy(m_buffer.data() + m_buffered, bytes.data(), static_cast<size_t>(bytes.size()));
+    m_buffered += bytes.size();
 }
 
 void SafeFile::writeBuffer()
 {
-    if (!writeAll(m_descriptor, m_buffer))
+    if (const qsizetype buffered = std::exchange(m_buffered, 0))
+        writeOut(QByteArrayView(m_buffer).first(buffered));
+}
+
+void SafeFile::writeOut(QByteArrayView bytes)
+{
+    if (!writeAll(m_descriptor, bytes))
         fail(m_target);
-    m_checkSum = checkSum(m_checkSum, m_buffer);
-    m_written += m_buffer.size();
-    m_buffer.resize(0);
+    m_checkSum = checkSumOf(bytes, m_checkSum);
+    m_written += bytes.size();
 }
 
 void SafeFile::flushToDisk(const Check &check)
@@ -296,48 +300,6 @@ void SafeFile::flushToDisk(const Check &check)
     if (std::rename(m_temporary.constData(), whole.constData()) != 0)
         fail(m_target);
     m_temporary = whole;
-}
-
-void SafeFile::checkWritten(const Check &check)
-{
-    QByteArray content;
-    try {
-        content.reserve(check ? m_written : 0);
-    } catch (const std::bad_alloc &) {
-        content = QByteArray();
-    }
-    const bool remembers = check && content.capacity() >= m_written;
-    if (!holdsWritten(m_descriptor, remembers ? &content : nullptr))
-        failDifferent();
-    try {
-        if (remembers)
-            check(content);
-    } catch (const std::bad_alloc &) {
-        // Byte by byte it is what was written, and that is more than could be said of a document that was not saved.
-        return;
-    }
-}
-
-// Throws where it cannot be read. There is room in what is to take it.
-bool SafeFile::holdsWritten(int descriptor, QByteArray *content) const
-{
-    quint32 sum = 0;
-    qint64 size = 0;
-    const bool isRead = readFromDisk(descriptor, [&](QByteArrayView bytes) {
-        sum = checkSum(sum, bytes);
-        size += bytes.size();
-        if (content && size <= m_written)
-            content->append(bytes);
-    });
-    if (!isRead)
-        throw fileError(errno, m_target);
-    return size == m_written && sum == m_checkSum;
-}
-
-void SafeFile::failDifferent() const
-{
-    throw RunTimeError(ErrorNumber::InvalidFileFormat, u"%1: %2 does not hold on disk what was written"_s.arg(
-                                                           errorDescription(ErrorNumber::InvalidFileFormat), m_target));
 }
 
 void SafeFile::keepOldFile()

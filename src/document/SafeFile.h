@@ -73,8 +73,12 @@ private:
     void overwrite();
     void putBack(int target, const RunTimeError &cause);
     void writeBuffer();
+    void writeOut(QByteArrayView bytes);
+    // Of bytes that follow those of a check sum.
+    static quint32 checkSumOf(QByteArrayView bytes, quint32 before = 0);
     void checkWritten(const Check &check);
-    bool holdsWritten(int descriptor, QByteArray *content = nullptr) const;
+    bool holdsWritten(int descriptor) const;
+    bool readWritten(QByteArray &content) const;
     [[noreturn]] void failDifferent() const;
     void adoptPermissions();
     void adoptAttributes(int source) const;
@@ -88,6 +92,7 @@ private:
     // The temporary name of the old content, while it has one.
     QByteArray m_kept;
     QByteArray m_buffer;
+    qsizetype m_buffered = 0;
     QByteArray m_stranded;
     // What was written, by its size and its check sum.
     qint64 m_written = 0;

@@ -140,7 +140,7 @@ void readBack(const Document &document, const Format &format, const QByteArray &
 {
     if (!format.difference)
         return;
-    const ReadOutline read = format.read(content);
+    const ReadOutline read = format.readInPlace(content);
     if (read.failure)
         std::rethrow_exception(read.failure);
     const QString difference = format.difference(document.outline(), *read.outline);

@@ -61,6 +61,19 @@ Entry *insertEntry(EntryTree &tree, Relationship relationship, Entry *relative)
     return tree.insert(relationship, relative);
 }
 
+// The number at the end of an entry's path. Nearly all are a few digits.
+qint16 placeNumber(QByteArrayView digits)
+{
+    constexpr qsizetype fewDigits = 4;
+    const auto isDigit = [](char byte) { return byte >= '0' && byte <= '9'; };
+    if (digits.isEmpty() || digits.size() > fewDigits || !std::ranges::all_of(digits, isDigit))
+        return Numbers::toInt16(Numbers::toNumber(QString::fromLatin1(digits)));
+    int number = 0;
+    for (const char digit : digits)
+        number = number * 10 + (digit - '0');
+    return static_cast<qint16>(number);
+}
+
 // An open ancestor was opened with all of its own, so there the climb may end.
 void openAncestors(EntryTree &tree, const Entry *entry)
 {
@@ -70,8 +83,9 @@ void openAncestors(EntryTree &tree, const Entry *entry)
 
 } // namespace
 
-EntryReader::EntryReader(const QByteArray &buffer, ReadOutline &result)
+EntryReader::EntryReader(const QByteArray &buffer, ReadOutline &result, Texts texts)
     : m_buffer(buffer)
+    , m_texts(texts)
     , m_result(result)
     , m_outline(*result.outline)
 {
@@ -122,7 +136,7 @@ qsizetype EntryReader::startOfRecords()
 
 qsizetype EntryReader::readRecord(qsizetype at)
 {
-    const QByteArray name = nameAt(at);
+    const QByteArrayView name = nameAt(at);
     const int entryRecord = placeAmong(recordNames::entry, name);
     if (entryRecord == NodeKey || (entryRecord >= 0 && m_entry))
         return readEntryRecord(static_cast<Record>(entryRecord), at);
@@ -168,7 +182,7 @@ qsizetype EntryReader::readEntryRecord(Record record, qsizetype at)
         return valueStart;
     }
     const qsizetype brace = nextBrace(valueStart);
-    const QByteArray value = m_buffer.sliced(valueStart, brace - valueStart);
+    const QByteArrayView value = QByteArrayView(m_buffer).sliced(valueStart, brace - valueStart);
     bool cut = false;
     switch (record) {
     case NodeKey:
@@ -198,7 +212,8 @@ qsizetype EntryReader::readExactLabel(qsizetype at)
 {
     const qsizetype valueStart = at + recordNames::opener.size() + recordNames::exactLabel.size() + 1;
     const qsizetype brace = nextBrace(valueStart);
-    const std::optional<QString> label = exactLabel(m_buffer.sliced(valueStart, brace - valueStart), m_labelValue);
+    const std::optional<QString> label =
+        exactLabel(m_buffer.sliced(valueStart, brace - valueStart), m_labelValue.toByteArray());
     bool cut = false;
     const qsizetype end = endRecord(brace, cut);
     if (!label || cut || !m_has[NodeLabel])
@@ -256,20 +271,20 @@ void EntryReader::takeText(qsizetype start, qsizetype end)
         if (record.endsWith('}'))
             text = record.chopped(1);
     }
-    m_text = text.toByteArray();
+    m_text = m_texts == Texts::Copied ? text.toByteArray() : QByteArray::fromRawData(text.data(), text.size());
 }
 
-void EntryReader::beginEntry(const QByteArray &path, qsizetype at)
+void EntryReader::beginEntry(QByteArrayView path, qsizetype at)
 {
     Entry *relative = nullptr;
     Relationship relationship = Relationship::tvwFirst;
     const qsizetype stop = path.lastIndexOf('.');
     if (path.endsWith(".1")) {
-        relative = m_outline.tree.itemByPath(QByteArrayView(path).chopped(2));
+        relative = m_outline.tree.itemByPath(path.chopped(2));
         relationship = Relationship::tvwChild;
     } else if (stop >= 0) {
-        const qint16 place = Numbers::toInt16(Numbers::toNumber(QString::fromLatin1(path.sliced(stop + 1))));
-        relative = m_outline.tree.itemByPath(path.first(stop + 1) + QByteArray::number(place - 1));
+        const qint16 place = placeNumber(path.sliced(stop + 1));
+        relative = m_outline.tree.itemByPath(path.first(stop + 1).toByteArray() + QByteArray::number(place - 1));
         relationship = Relationship::tvwNext;
     }
     m_entry = insertEntry(m_outline.tree, relationship, relative);
@@ -279,7 +294,9 @@ void EntryReader::beginEntry(const QByteArray &path, qsizetype at)
     const bool inPlace = !m_entry->next() && (relationship != Relationship::tvwChild || m_entry->row() == 0) &&
                          (relative || (m_entry->isRoot() && path == "0"));
     if (!inPlace)
-        m_damage.note(u"an entry whose place %1 is taken"_s.arg(QString::fromLatin1(path.left(80))), at);
+        m_damage.note(u"an entry whose place %1 is taken"_s.arg(
+                          QString::fromLatin1(path.first(std::min<qsizetype>(path.size(), 80)))),
+                      at);
 }
 
 void EntryReader::completeEntry()
@@ -301,7 +318,7 @@ void EntryReader::completeEntry()
     }
     m_foreign.clear();
     m_has.fill(false);
-    m_labelValue.clear();
+    m_labelValue = {};
     m_label.clear();
     m_labelCut = false;
     m_text.clear();
@@ -318,15 +335,18 @@ void EntryReader::noteOrder(Record record, qsizetype at)
     m_has[record] = true;
 }
 
-bool EntryReader::takeFlag(const QByteArray &value, qsizetype at)
+bool EntryReader::takeFlag(QByteArrayView value, qsizetype at)
 {
+    const bool isTrue = value == "True";
+    if (isTrue || value == "False")
+        return isTrue;
     const bool isWord =
         value.compare("True", Qt::CaseInsensitive) == 0 || value.compare("False", Qt::CaseInsensitive) == 0;
     if (!isWord)
         m_damage.note(u"a flag that is neither True nor False", at);
-    else if (value != "True" && value != "False")
+    else
         m_remarks.note(u"a flag that is not written as True or False", at);
-    return value == "True";
+    return false;
 }
 
 // The value of a label, of a font's name and of an unknown record may hold a brace of its own: it is cut there.
@@ -371,13 +391,13 @@ void EntryReader::tell()
     m_result.cutLabels = m_cutLabels;
 }
 
-QByteArray EntryReader::nameAt(qsizetype at) const
+QByteArrayView EntryReader::nameAt(qsizetype at) const
 {
     constexpr qsizetype longestName = 40;
     const QByteArrayView tag = QByteArrayView(m_buffer).sliced(at + recordNames::opener.size());
     const QByteArrayView front = tag.first(std::min(tag.size(), longestName));
     const qsizetype blank = front.indexOf(' ');
-    return blank < 0 ? QByteArray() : front.first(blank).toByteArray();
+    return blank < 0 ? QByteArrayView() : front.first(blank);
 }
 
 // A brace is looked for again only behind the last one found, so that records without one cost one pass in all.

@@ -25,7 +25,10 @@ struct ReadOutline;
 class EntryReader
 {
 public:
-    EntryReader(const QByteArray &buffer, ReadOutline &result);
+    // Texts are copied, or are parts of the buffer, which then has to stay as long as the outline.
+    enum class Texts { Copied, InPlace };
+
+    EntryReader(const QByteArray &buffer, ReadOutline &result, Texts texts = Texts::Copied);
 
     // Throws what breaks it off (see modDocV1.h); the outline then has what was read by then.
     void read();
@@ -42,20 +45,21 @@ private:
     // To be written back behind so many records of the program's own.
     qsizetype keepForeignRecord(qsizetype at, int behindRecords);
     void takeText(qsizetype start, qsizetype end);
-    void beginEntry(const QByteArray &path, qsizetype at);
+    void beginEntry(QByteArrayView path, qsizetype at);
     void completeEntry();
     void noteOrder(Record record, qsizetype at);
-    bool takeFlag(const QByteArray &value, qsizetype at);
+    bool takeFlag(QByteArrayView value, qsizetype at);
     // Looks at what stands between a record's brace and the next record, and gives the place behind the brace.
     qsizetype endRecord(qsizetype brace, bool &cut);
     void setTrailerApart();
     void tell();
 
-    QByteArray nameAt(qsizetype at) const;
+    QByteArrayView nameAt(qsizetype at) const;
     qsizetype nextBrace(qsizetype from);
     qsizetype nextOpener(qsizetype from) const;
 
     const QByteArray &m_buffer;
+    const Texts m_texts;
     ReadOutline &m_result;
     Outline &m_outline;
     Findings m_damage;
@@ -71,7 +75,7 @@ private:
     // The entry that is being read, and what was read of it.
     Entry *m_entry = nullptr;
     std::array<bool, RecordCount> m_has = {};
-    QByteArray m_labelValue;
+    QByteArrayView m_labelValue;
     QString m_label;
     bool m_labelCut = false;
     QByteArray m_text;

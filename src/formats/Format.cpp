@@ -18,9 +18,9 @@ std::span<const Format> formats()
 {
     static const std::array table = {
         Format{formatVersion::native, u"qly"_s, u"Quillery Files (*.qly)"_s, u"*.qly"_s, modDocV1::statedVersion,
-               modDocV1::read, modDocV1::write, outlineDifference},
+               modDocV1::read, modDocV1::readInPlace, modDocV1::write, outlineDifference},
         Format{formatVersion::plainText, u"txt"_s, u"Text Files (*.txt)"_s, u"*.txt"_s, nullptr, modDocText::read,
-               modDocText::write},
+               nullptr, modDocText::write},
     };
     return table;
 }

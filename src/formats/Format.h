@@ -48,6 +48,9 @@ struct Format {
     // they state none. Null for a format that is told by the extension alone.
     std::optional<qint16> (*statedVersion)(const QByteArray &bytes) = nullptr;
     ReadOutline (*read)(const QByteArray &bytes) = nullptr;
+    // The same without copies: the texts are parts of the bytes, which have to stay as long as the outline. Null for a
+    // format without a difference.
+    ReadOutline (*readInPlace)(const QByteArray &bytes) = nullptr;
     // Throws what goes wrong.
     void (*write)(const Outline &outline, ByteSink &sink) = nullptr;
     // What of an outline that was written is not there, or another, where it is read again, in words; empty when

@@ -25,6 +25,8 @@ void DocSaveNodeTag(ByteSink &sink, QByteArrayView tagName, QByteArrayView value
 // entry's place or the selected entry does not exist, 6 when there are too many entries.
 ReadOutline DocLoadVersion(const QByteArray &buffer);
 ReadOutline read(const QByteArray &buffer);
+// The same; the texts are parts of the buffer, which has to stay as long as the outline.
+ReadOutline readInPlace(const QByteArray &buffer);
 
 // The number that a file says is its format version.
 std::optional<qint16> statedVersion(const QByteArray &buffer);

@@ -63,12 +63,12 @@ std::exception_ptr loadFonts(const QByteArray &buffer, Outline &outline)
 }
 
 // Fonts that cannot be read make the reading fail, and not the entries go unread.
-void readInto(ReadOutline &result, const QByteArray &buffer)
+void readEntries(ReadOutline &result, const QByteArray &buffer, EntryReader::Texts texts)
 {
     Outline &outline = *result.outline;
     const std::exception_ptr withoutFonts = loadFonts(buffer, outline);
     try {
-        EntryReader(buffer, result).read();
+        EntryReader(buffer, result, texts).read();
     } catch (...) {
         if (!withoutFonts)
             throw;
@@ -79,6 +79,21 @@ void readInto(ReadOutline &result, const QByteArray &buffer)
     const QString sSelected = QString::fromLatin1(modDoc::DocLoadTag(buffer, "selecteditemkey"));
     if (result.damage.isEmpty() && !sSelected.isEmpty())
         outline.tree.select(outline.tree.itemByKey(sSelected));
+}
+
+ReadOutline readOutline(const QByteArray &buffer, EntryReader::Texts texts)
+{
+    ReadOutline result;
+    EntryTree &tree = result.outline->tree;
+    const BulkChange bulk(tree);
+    try {
+        readEntries(result, buffer, texts);
+    } catch (...) {
+        result.failure = std::current_exception();
+    }
+    if (!tree.selected())
+        tree.select(tree.root());
+    return result;
 }
 
 } // namespace
@@ -93,17 +108,12 @@ ReadOutline DocLoadVersion(const QByteArray &buffer)
 
 ReadOutline read(const QByteArray &buffer)
 {
-    ReadOutline result;
-    EntryTree &tree = result.outline->tree;
-    const BulkChange bulk(tree);
-    try {
-        readInto(result, buffer);
-    } catch (...) {
-        result.failure = std::current_exception();
-    }
-    if (!tree.selected())
-        tree.select(tree.root());
-    return result;
+    return readOutline(buffer, EntryReader::Texts::Copied);
+}
+
+ReadOutline readInPlace(const QByteArray &buffer)
+{
+    return readOutline(buffer, EntryReader::Texts::InPlace);
 }
 
 std::optional<qint16> statedVersion(const QByteArray &buffer)

@@ -12,6 +12,8 @@
 
 using namespace Qt::StringLiterals;
 
+Q_DECLARE_METATYPE(SafeFile::Check)
+
 namespace
 {
 
@@ -46,9 +48,12 @@ private Q_SLOTS:
     void namesOfEveryKind();
 
     void untilItIsReplacedTheOldFileStands();
+    void piecesOfAnySizeStayInTheirOrder();
     void anAbandonedFileLeavesNothingBehind();
     void whatTheDiskHoldsIsJudgedBeforeTheOldFileGoes();
 
+    void aByteThatTheDiskHoldsOtherwiseIsFound_data();
+    void aByteThatTheDiskHoldsOtherwiseIsFound();
     void aLinkIsFollowed_data();
     void aLinkIsFollowed();
     void aLinkToNothingMakesItsTarget();
@@ -180,6 +185,25 @@ void tst_SafeFile::untilItIsReplacedTheOldFileStands()
     QCOMPARE(folder.names().size(), 1);
 }
 
+void tst_SafeFile::piecesOfAnySizeStayInTheirOrder()
+{
+    const TestFolder folder;
+    QByteArray written;
+    SafeFile file(folder(u"notes.qly"_s));
+    constexpr int megabyte = 1 << 20;
+    char letter = 'a';
+    for (const int size : {0, 3 * megabyte, 5, megabyte, 1, 0, megabyte - 1, 1, megabyte + 1, 700'000, 700'000, 3}) {
+        const QByteArray piece(size, letter++);
+        file.write(piece);
+        written += piece;
+    }
+    QByteArray found;
+    file.flushToDisk([&found](const QByteArray &content) { found = content; });
+    QVERIFY(found == written);
+    file.replace();
+    QVERIFY(folder.read(u"notes.qly"_s) == written);
+}
+
 void tst_SafeFile::anAbandonedFileLeavesNothingBehind()
 {
     const TestFolder folder;
@@ -213,6 +237,34 @@ void tst_SafeFile::whatTheDiskHoldsIsJudgedBeforeTheOldFileGoes()
         QCOMPARE(errorNumberOf([&] { file.flushToDisk(refuse); }), invalidFileFormat);
     }
     QVERIFY(judged == content);
+    QCOMPARE(folder.read(u"notes.qly"_s), QByteArray("old"));
+    QCOMPARE(folder.names(), QStringList(u"notes.qly"_s));
+}
+
+void tst_SafeFile::aByteThatTheDiskHoldsOtherwiseIsFound_data()
+{
+    QTest::addColumn<SafeFile::Check>("check");
+    QTest::newRow("by its check sum alone") << SafeFile::Check();
+    QTest::newRow("though it is judged well") << SafeFile::Check([](const QByteArray &) {});
+    QTest::newRow("whatever else it is judged to be")
+        << SafeFile::Check([](const QByteArray &) { throw RunTimeError(ErrorNumber::InvalidCall); });
+}
+
+void tst_SafeFile::aByteThatTheDiskHoldsOtherwiseIsFound()
+{
+    QFETCH(const SafeFile::Check, check);
+    const TestFolder folder;
+    folder.write(u"notes.qly"_s, "old");
+    {
+        SafeFile file(folder(u"notes.qly"_s));
+        file.write(QByteArray(3000000, 'n'));
+        QFile disk(file.temporaryName());
+        QVERIFY(disk.open(QIODevice::ReadWrite));
+        QVERIFY(disk.seek(1234567));
+        QCOMPARE(disk.write("m"), 1);
+        disk.close();
+        QCOMPARE(errorNumberOf([&] { file.flushToDisk(check); }), invalidFileFormat);
+    }
     QCOMPARE(folder.read(u"notes.qly"_s), QByteArray("old"));
     QCOMPARE(folder.names(), QStringList(u"notes.qly"_s));
 }

@@ -65,6 +65,13 @@ inline QString nativeFault(const QByteArray &bytes)
     const ReadOutline first = modDocV1::read(bytes);
     if (const QString broken = first.outline->tree.brokenInvariant(); !broken.isEmpty())
         return broken;
+    // As it is read again after saving.
+    const ReadOutline inPlace = modDocV1::readInPlace(bytes);
+    if (!inPlace.failure != !first.failure || inPlace.damage != first.damage || inPlace.remark != first.remark ||
+        inPlace.cutLabels != first.cutLabels)
+        return QStringLiteral("told otherwise when read in place");
+    if (const QString difference = outlineDifference(*first.outline, *inPlace.outline); !difference.isEmpty())
+        return QStringLiteral("in place ") + difference;
     if (!first.outline->tree.root())
         return isWhole(first) ? QStringLiteral("a whole document without an entry") : QString();
     const QByteArray written = nativeBytes(*first.outline);
