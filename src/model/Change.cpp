@@ -247,11 +247,10 @@ Overloaded(Calls...) -> Overloaded<Calls...>;
 
 ChangeKind kindOf(const Change &change)
 {
-    constexpr ChangeKind kinds[] = {ChangeKind::Structure, ChangeKind::Structure, ChangeKind::Structure,
-                                    ChangeKind::Label,     ChangeKind::Tag,       ChangeKind::Expansion,
-                                    ChangeKind::Sorted,    ChangeKind::Structure, ChangeKind::Order,
-                                    ChangeKind::Text,      ChangeKind::Fonts,     ChangeKind::Text,
-                                    ChangeKind::Foreign,   ChangeKind::Foreign};
+    constexpr ChangeKind kinds[] = {
+        ChangeKind::Structure, ChangeKind::Structure, ChangeKind::Structure, ChangeKind::Label,  ChangeKind::Tag,
+        ChangeKind::Expansion, ChangeKind::Sorted,    ChangeKind::Structure, ChangeKind::Order,  ChangeKind::Text,
+        ChangeKind::Fonts,     ChangeKind::Text,      ChangeKind::Foreign,   ChangeKind::Foreign};
     static_assert(std::size(kinds) == std::variant_size_v<Change>);
     return kinds[change.index()];
 }

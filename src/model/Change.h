@@ -100,10 +100,9 @@ struct FileForeign {
 
 } // namespace change
 
-using Change =
-    std::variant<change::Insert, change::Remove, change::Move, change::Label, change::Tag, change::Expand,
-                 change::Sorted, change::Reorder, change::Renew, change::StoredText, change::Fonts, change::TextStep,
-                 change::Foreign, change::FileForeign>;
+using Change = std::variant<change::Insert, change::Remove, change::Move, change::Label, change::Tag, change::Expand,
+                            change::Sorted, change::Reorder, change::Renew, change::StoredText, change::Fonts,
+                            change::TextStep, change::Foreign, change::FileForeign>;
 
 // What kind of change is announced.
 enum class ChangeKind { Structure, Label, Tag, Expansion, Sorted, Order, Text, Fonts, Foreign };

@@ -42,10 +42,10 @@ bool takesBack(const Change &change, const Change &before)
 
 QString nameOf(const Change &change, const EntryTree &tree)
 {
-    constexpr QLatin1StringView names[] = {"insertion of"_L1,      "deletion of"_L1,     "move of"_L1,
-                                           "renaming of"_L1,       "tagging of"_L1,      "expansion of"_L1,
-                                           "sorting of"_L1,        "sorting below"_L1,   "renewal of"_L1,
-                                           "change of text of"_L1, "change of fonts"_L1, "typing in"_L1,
+    constexpr QLatin1StringView names[] = {"insertion of"_L1,         "deletion of"_L1,      "move of"_L1,
+                                           "renaming of"_L1,          "tagging of"_L1,       "expansion of"_L1,
+                                           "sorting of"_L1,           "sorting below"_L1,    "renewal of"_L1,
+                                           "change of text of"_L1,    "change of fonts"_L1,  "typing in"_L1,
                                            "change of records of"_L1, "change of records"_L1};
     static_assert(std::size(names) == std::variant_size_v<Change>);
     const Entry *entry = tree.entry(entryOf(change));

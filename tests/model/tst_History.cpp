@@ -190,10 +190,12 @@ void tst_History::everyChangeIsUndoneAndRedone_data()
         font.setName(u"Another"_s);
         f.history.setFonts(font, f.outline.textFont);
     });
-    row("what a file says of an entry",
-        [](Fixture &f) { f.history.setForeignRecords(f.entry(u"A"_s), {{1, "{\\other x}"}}); });
-    row("what a file says of itself",
-        [](Fixture &f) { f.history.setFileForeignRecords({{0, "{\\other x}"}}, "{\\end y}"); });
+    row("what a file says of an entry", [](Fixture &f) {
+        f.history.setForeignRecords(f.entry(u"A"_s), {{1, "{\\other x}"}});
+    });
+    row("what a file says of itself", [](Fixture &f) {
+        f.history.setFileForeignRecords({{0, "{\\other x}"}}, "{\\end y}");
+    });
 }
 
 void tst_History::everyChangeIsUndoneAndRedone()

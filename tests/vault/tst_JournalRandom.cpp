@@ -204,7 +204,7 @@ private:
                 break;
             case 12:
                 history.setFileForeignRecords({{0, "{\\head " + QByteArray::number(++m_counter) + '}'}},
-                                          "{\\end " + QByteArray::number(m_counter) + '}');
+                                              "{\\end " + QByteArray::number(m_counter) + '}');
                 break;
             default:
                 history.insertCopy(document->tree, other, Relationship::tvwChild, entry);
