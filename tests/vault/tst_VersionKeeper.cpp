@@ -157,6 +157,9 @@ private Q_SLOTS:
     void aDamagedDatabaseIsSetAside();
     void aDatabaseOfALaterProgramIsLeftAlone();
     void nothingIsKeptWhereNothingIsToBe();
+    void aDatabaseThatAnotherProgramIsAtIsWaitedFor();
+    void whateverIsDamagedTheNextSaveIsKept_data();
+    void whateverIsDamagedTheNextSaveIsKept();
 
     void whatAFileHeldBeforeItsFirstSaveIsAVersion();
     void whatAnotherProgramWroteIsAVersionBeforeItIsSavedOver();
@@ -348,6 +351,92 @@ void tst_VersionKeeper::nothingIsKeptWhereNothingIsToBe()
     desk.keeper->setKeeping(false);
     desk.plant(u"plan.qly"_s, {u"root"_s});
     QVERIFY(!QFileInfo::exists(desk.versions()));
+}
+
+void tst_VersionKeeper::aDatabaseThatAnotherProgramIsAtIsWaitedFor()
+{
+    Desk desk;
+    Document &document = desk.plant(u"plan.qly"_s, {u"root <"_s});
+    const QString path = versionsPathOf(desk.versions(), document.m_sFile);
+    auto other = std::make_unique<VersionStore>(path, Database::Opening::Existing);
+    document.history.setLabel(document.tree.root(), u"while it is used"_s);
+    modDoc::save(document, document.m_sFile);
+    QTest::qWait(300);
+    QVERIFY(!desk.keeper->isIdle());
+    other.reset();
+    desk.settle();
+    QCOMPARE(Desk::noticeOf(document), QString());
+    QCOMPARE(desk.list(document.m_sFile).versions.size(), 2U);
+    // Not for ever.
+    other = std::make_unique<VersionStore>(path, Database::Opening::Existing);
+    document.history.setLabel(document.tree.root(), u"in vain"_s);
+    desk.save(document, document.m_sFile);
+    QVERIFY2(Desk::noticeOf(document).contains(u"no version of it could be kept"_s),
+             qPrintable(Desk::noticeOf(document)));
+    other.reset();
+    QVERIFY(!QFileInfo::exists(path + u".damaged1"_s));
+    // The save that nobody kept is found in the file by the next one.
+    document.history.setLabel(document.tree.root(), u"again"_s);
+    desk.save(document, document.m_sFile);
+    const VersionKeeper::Listed listed = desk.list(document.m_sFile);
+    QCOMPARE(listed.versions.size(), 4U);
+    QCOMPARE(desk.read(document.m_sFile, listed.versions[2].number).entries[0].label, u"in vain"_s);
+    QCOMPARE(Desk::noticeOf(document), QString());
+}
+
+void tst_VersionKeeper::whateverIsDamagedTheNextSaveIsKept_data()
+{
+    QTest::addColumn<bool>("cut");
+    QTest::newRow("bytes turned") << false;
+    QTest::newRow("the end cut off") << true;
+}
+
+void tst_VersionKeeper::whateverIsDamagedTheNextSaveIsKept()
+{
+    QFETCH(const bool, cut);
+    Desk desk;
+    Document &document = desk.plant(u"plan.qly"_s, {u"root <"_s, u" one"_s, u" two"_s});
+    for (int save = 0; save < 3; ++save) {
+        document.history.setLabel(document.tree.root(), u"save %1"_s.arg(save));
+        desk.save(document, document.m_sFile);
+    }
+    const QString path = versionsPathOf(desk.versions(), document.m_sFile);
+    QFile database(path);
+    QVERIFY(database.open(QIODevice::ReadOnly));
+    const QByteArray whole = database.readAll();
+    database.close();
+    constexpr int places = 24;
+    for (int place = 0; place < places; ++place) {
+        QByteArray damaged = whole;
+        const qsizetype at = whole.size() * place / places + 13;
+        if (cut)
+            damaged.truncate(at);
+        else
+            damaged.replace(at, 40, QByteArray(40, '\xee'));
+        for (const QString &name : QDir(desk.versions()).entryList(QDir::Files))
+            QVERIFY(QFile::remove(desk.versions() + u'/' + name));
+        QVERIFY(database.open(QIODevice::WriteOnly) && database.write(damaged) == damaged.size());
+        database.close();
+        // Looked at, it is what it can be, or said to be damaged.
+        const VersionKeeper::Listed before = desk.list(document.m_sFile);
+        QVERIFY(!before.failure.isEmpty() || before.versions.size() <= 4);
+        for (const VersionInfo &version : before.versions)
+            desk.read(document.m_sFile, version.number);
+        document.history.setLabel(document.tree.root(), u"damaged at %1"_s.arg(at));
+        desk.save(document, document.m_sFile);
+        const bool isTold = !Desk::noticeOf(document).isEmpty();
+        const bool isSetAside = QFileInfo::exists(path + u".damaged1"_s);
+        const VersionKeeper::Listed after = desk.list(document.m_sFile);
+        const QString what = u"at %1 of %2: %3"_s.arg(at).arg(whole.size()).arg(after.failure);
+        QVERIFY2(isTold || (!isSetAside && after.failure.isEmpty()), qPrintable(what));
+        if (after.failure.isEmpty()) {
+            QVERIFY2(!after.versions.empty(), qPrintable(what));
+            QCOMPARE(desk.read(document.m_sFile, after.versions.back().number).entries[0].label,
+                     u"damaged at %1"_s.arg(at));
+        } else {
+            QVERIFY2(isTold, qPrintable(what));
+        }
+    }
 }
 
 namespace
