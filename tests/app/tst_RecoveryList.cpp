@@ -23,6 +23,7 @@ private Q_SLOTS:
     void nothingIsShownWhereNothingWasLeft();
     void eachDocumentIsNamedWithWhatIsKeptOfIt();
     void allAreRecoveredByReturn();
+    void whatIsLookedAtStaysInTheList();
     void discardingAsksFirst();
     void laterLeavesAllForTheNextStart();
     void whatCannotBeReadCanOnlyBeDiscarded();
@@ -116,6 +117,28 @@ void tst_RecoveryList::allAreRecoveredByReturn()
         QCOMPARE(open->document.tree.root()->label(), u"unsaved"_s);
     QTRY_VERIFY(!list);
     QVERIFY(!offer());
+}
+
+void tst_RecoveryList::whatIsLookedAtStaysInTheList()
+{
+    leaveTwo();
+    const QPointer<RecoveryList> list = offer();
+    list->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(list));
+    // One by the mouse, and by its letter.
+    const QTreeWidgetItem *first = rows(*list)->topLevelItem(0);
+    QTest::mouseClick(rows(*list)->viewport(), Qt::LeftButton, {}, rows(*list)->visualItemRect(first).center());
+    QTest::mouseClick(button(*list, u"cmdLook"_s), Qt::LeftButton);
+    QCOMPARE(m_ports->windows.open.size(), size_t(1));
+    QTest::keyClick(list, Qt::Key_O, Qt::AltModifier);
+    QTRY_COMPARE(m_ports->windows.open.size(), size_t(2));
+    for (const auto &open : m_ports->windows.open) {
+        QCOMPARE(open->document.tree.root()->label(), u"unsaved"_s);
+        QVERIFY(open->document.caption().endsWith(u"(left behind, read-only)"_s));
+        QVERIFY(open->text.locked && !open->document.hasUnsavedChanges());
+    }
+    QCOMPARE(rows(*list)->topLevelItemCount(), 2);
+    list->close();
 }
 
 void tst_RecoveryList::discardingAsksFirst()
