@@ -75,6 +75,33 @@ void keepVersion(benchmark::State &state)
         state.counters["bytes"] = static_cast<double>(QFileInfo(common).size() - before) / number;
 }
 
+// What the window waits for that shows the versions: the list of them, and the newest one.
+void listVersions(benchmark::State &state)
+{
+    const QTemporaryDir folder;
+    const QString path = folder.filePath(u"versions.db"_s);
+    constexpr int someEntries = 1000;
+    const ReadOutline read =
+        formatOfVersion(formatVersion::native).read(generatedDocument(someEntries, textLength, Shape::Bushy));
+    KeptOutline kept = keptOutline(*read.outline);
+    const auto versions = static_cast<int>(state.range(0));
+    {
+        VersionStore store(path, Database::Opening::Create);
+        for (int number = 0; number < versions; ++number) {
+            kept.entries[static_cast<size_t>(number % someEntries)].storedText = QByteArray::number(number);
+            store.keep(kept, saveNumber(number));
+        }
+    }
+    for (auto _ : state) {
+        VersionStore store(path, Database::Opening::Existing);
+        const std::vector<VersionInfo> list = store.list();
+        if (static_cast<int>(list.size()) != versions)
+            state.SkipWithError("There are not all versions");
+        benchmark::DoNotOptimize(store.read(list.back().number));
+    }
+    state.counters["bytes"] = static_cast<double>(QFileInfo(path).size());
+}
+
 void compareVersions(benchmark::State &state)
 {
     const std::vector<ComparedEntry> before = comparedEntries(keptOutline(largeOutline()));
@@ -87,6 +114,7 @@ void compareVersions(benchmark::State &state)
 
 BENCHMARK(makeValues)->Unit(benchmark::kMillisecond);
 BENCHMARK(keepVersion)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(listVersions)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK(compareVersions)->Unit(benchmark::kMillisecond);
 
 } // namespace
