@@ -12,6 +12,7 @@
 #include "formats/Format.h"
 #include "model/StoredText.h"
 #include "platform/RichTextBox.h"
+#include "support/RawOutline.h"
 #include "vault/Vault.h"
 #include "window/frmDocument.h"
 
@@ -63,7 +64,7 @@ Cost typing(qsizetype characters, bool isKept)
     program.choose("mnuFileNew");
     Document &document = *DocumentActive();
     Entry *root = document.tree.root();
-    document.outline->tree.setStoredText(root, NodeTextCompressIfRequired(textOf(characters)));
+    rawOutline(document).tree.setStoredText(root, NodeTextCompressIfRequired(textOf(characters)));
     document.history.startAnew();
     if (isKept)
         vault.attach(document);

@@ -66,7 +66,7 @@ void Journal::noteLooseTyping(EntryId entry)
 {
     if (!m_typing || m_typing->entry != entry) {
         endTyping();
-        m_typing.emplace();
+        m_typing = Typing();
         m_typing->entry = entry;
         const Line *last = m_done > 0 && m_done == m_lines.size() ? &m_lines.back() : nullptr;
         if (last && last->typedIn == entry) {
@@ -93,7 +93,7 @@ void Journal::noteTypedStep(EntryId entry, const History::StepInfo &info, EntryI
     // What is not taken down yet cannot be told apart any more.
     if (!m_typing || m_typing->entry != entry || !m_typing->isDirty) {
         endTyping();
-        m_typing.emplace();
+        m_typing = Typing();
         m_typing->entry = entry;
         m_typing->first = info.serial;
         m_typing->changes = static_cast<qint64>(changes);
