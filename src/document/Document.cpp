@@ -65,6 +65,8 @@ void Document::setView(DocumentView *shownBy)
     // The panes go with their window, and their font stays.
     m_baseFont = baseFont();
     m_view = shownBy;
+    if (m_view)
+        m_ownOutlineFont = m_view->trvOutline.Font();
     // A window that is going has nobody left who could be told that texts are let go.
     const QSignalBlocker quiet(m_view ? nullptr : &history);
     texts.setShown(nullptr);
@@ -82,6 +84,13 @@ void Document::setPaneFonts(const clsFont &outlineFont, const clsFont &textFont)
     QFont font = baseFont();
     textFont.SetFont(font);
     setBaseFont(font);
+}
+
+QFont Document::shownOutlineFont() const
+{
+    QFont font = m_ownOutlineFont;
+    m_fntOutlineFont.SetFont(font);
+    return font;
 }
 
 QFont Document::baseFont() const

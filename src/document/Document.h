@@ -98,6 +98,8 @@ public:
     // The fonts in which the panes show what names none. What a description leaves open stays as it is.
     void setPaneFonts(const clsFont &outlineFont, const clsFont &textFont);
 
+    // The font of the outline: what its description leaves open is as the pane had it when it came.
+    QFont shownOutlineFont() const;
     // The base font of the texts: that of text which names none.
     QFont baseFont() const;
     void setBaseFont(const QFont &font);
@@ -194,6 +196,7 @@ private:
     std::vector<DocumentNotice> m_notices;
     std::unique_ptr<TextCheck> m_textCheck;
     DocumentView *m_view = nullptr;
+    QFont m_ownOutlineFont;
     // Of a document without a view; a view's pane has its own.
     QFont m_baseFont;
     // The base fonts that earlier descriptions came with: what these leave open is not to be had from them.

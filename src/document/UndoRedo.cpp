@@ -19,8 +19,7 @@ void showPosition(Document &document)
     // What is open now was not opened to a level.
     document.setExpansionLevel(0);
     if (DocumentView *view = document.view()) {
-        QFont font = view->trvOutline.Font();
-        document.m_fntOutlineFont.SetFont(font);
+        const QFont font = document.shownOutlineFont();
         if (font != view->trvOutline.Font())
             view->trvOutline.setFont(font);
     }

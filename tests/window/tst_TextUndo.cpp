@@ -4,6 +4,7 @@
 #include "support/RawOutline.h"
 #include "window/WindowFixture.h"
 
+#include "commands/CommandRoutines.h"
 #include "document/UndoRedo.h"
 #include "search/modSearch.h"
 #include "support/OutlineText.h"
@@ -30,6 +31,7 @@ private Q_SLOTS:
     void aReplacementInAllTextsIsOneStep();
     void aFontForAllTextsIsOneStep();
     void theFontOfThePaneIsUndoneFromAnyText();
+    void theOutlineIsShownAgainInAFontThatHasNoName();
     void aBranchThatIsClosedOverALetGoTextIsOpenedAgain();
     void nothingIsUndoneInALockedText();
 
@@ -245,6 +247,31 @@ void tst_TextUndo::theFontOfThePaneIsUndoneFromAnyText()
 }
 
 // Closing it selects another entry, so that the text that was shown is let go and its steps become fewer.
+// Until fonts are chosen a document's have no name: they are those of the desktop.
+void tst_TextUndo::theOutlineIsShownAgainInAFontThatHasNoName()
+{
+    const TreeView &outline = *m_fixture->form().treeView;
+    QVERIFY(document().m_fntOutlineFont.Name().isEmpty());
+    QList<QFont> shown{outline.Font()};
+    for (const QString &name : {u"DejaVu Serif"_s, u"DejaVu Sans Mono"_s}) {
+        FontAttributes font;
+        font.name = name;
+        font.size = 15;
+        m_fixture->fakes.dialogs.fonts = {font};
+        modOutline::OutlineFont();
+        shown.append(outline.Font());
+    }
+    QVERIFY(shown[0] != shown[1] && shown[1] != shown[2]);
+    for (const qsizetype at : {1, 0}) {
+        QTest::keyClick(&box(), Qt::Key_Z, Qt::ControlModifier);
+        QCOMPARE(outline.Font(), shown[at]);
+    }
+    for (const qsizetype at : {1, 2}) {
+        QTest::keyClick(&box(), Qt::Key_Y, Qt::ControlModifier);
+        QCOMPARE(outline.Font(), shown[at]);
+    }
+}
+
 void tst_TextUndo::aBranchThatIsClosedOverALetGoTextIsOpenedAgain()
 {
     document().texts.setMaximumWeight(0);
