@@ -4,8 +4,10 @@
 #include "app/MainFixture.h"
 #include "document/UndoRedo.h"
 #include "document/modNodes.h"
+#include "model/HistoryWitness.h"
 #include "model/StoredText.h"
 #include "outline/EntryDrag.h"
+#include "outline/modOutline.h"
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 #include "search/modSearch.h"
@@ -61,16 +63,26 @@ struct State {
     QStringList entries;
 };
 
+std::set<EntryId> openIn(const Document &document)
+{
+    std::set<EntryId> open;
+    const Entry *root = document.tree.root();
+    for (const Entry *entry = root; entry; entry = nextInOutline(entry, root)) {
+        if (entry->expanded())
+            open.insert(entry->id());
+    }
+    return open;
+}
+
 State stateOf(const Document &document)
 {
     State state;
+    state.open = openIn(document);
     const QByteArray bytes = savedBytes(document);
     state.saved = withoutRecords(bytes, {"selecteditemkey"});
     state.content = withoutRecords(bytes, {"selecteditemkey", "nodevisible"});
     const Entry *root = document.tree.root();
     for (const Entry *entry = root; entry; entry = nextInOutline(entry, root)) {
-        if (entry->expanded())
-            state.open.insert(entry->id());
         const QByteArray text = NodeTextDecompressIfRequired(document.tree.storedText(entry));
         state.entries.append(entry->label() + u": "_s + QString::fromLatin1(text));
     }
@@ -104,6 +116,41 @@ struct Log {
     // Whether something may have been opened and closed again there since.
     bool isOpenedSince = false;
     QString file;
+};
+
+// Tells when something is opened or closed alone, which becomes part of the last step.
+class ExpansionWitness final : public HistoryWitness
+{
+public:
+    explicit ExpansionWitness(std::function<void()> tell)
+        : m_tell(std::move(tell))
+    {
+    }
+
+    void stepBegins() noexcept override {}
+
+    void aboutToApply(const Change &) noexcept override {}
+
+    void carriedOut(const Change &) noexcept override {}
+
+    void takenBack() noexcept override {}
+
+    void stepEnded(const History::StepInfo &, EntryId, size_t) noexcept override {}
+
+    void joinedLastStep() noexcept override { m_tell(); }
+
+    void aboutToMove(const History::StepInfo &, bool, size_t) noexcept override {}
+
+    void moved(bool) noexcept override {}
+
+    void saved() noexcept override {}
+
+    void startedAnew() noexcept override {}
+
+    void aboutToGo() noexcept override {}
+
+private:
+    std::function<void()> m_tell;
 };
 
 // How much the documents keep of what was done.
@@ -188,17 +235,22 @@ private:
     void save();
     void saveAs();
     void anotherDocument();
+    bool isRightSoFar();
+    void endLabelEdits();
     void travel(const std::function<void()> &go);
     void undoOrRedo();
     void goToAnyStep();
 
+    void noteExpansion(Log &log);
     QString faultIn(Log &log, bool looksAtState);
     QString faultOnTravel(Log &log, const State &now);
     QString faultAtWork(Log &log, const std::optional<State> &now);
     QString faultOfWalk(Log &log);
+    QString walk(Log &log, bool forth);
     QString faultOfSaved(const Log &log, const State &now) const;
     QString faultOfPane(const Document &document) const;
 
+    std::vector<std::unique_ptr<ExpansionWitness>> m_witnesses;
     MainFixture m_main;
     QRandomGenerator m_random;
     Memory m_memory;
@@ -211,10 +263,17 @@ private:
     QString m_failure;
 };
 
+// Nothing is left of what another one did, so that a seed plays the same whatever was played before.
 Player::Player(quint32 seed, Memory memory)
     : m_random(seed)
     , m_memory(memory)
 {
+    g_sSearchFind.clear();
+    g_sSearchReplace.clear();
+    g_sSearchWhere.clear();
+    g_sSearchScope.clear();
+    g_bSearchMatchCase = g_bSearchWholeWord = g_bSearchBackwards = false;
+    modOutline::copiedEntry().clear();
     m_main.start();
     m_main.main.resize(1000, 700);
     m_main.main.activateWindow();
@@ -243,6 +302,10 @@ Player::Player(quint32 seed, Memory memory)
         m_logs.back().positions = {{m_logs.back().first}};
         m_logs.back().saved = m_logs.back().positions[0].state;
         m_logs.back().savedAt = 0;
+    }
+    for (Log &log : m_logs) {
+        m_witnesses.push_back(std::make_unique<ExpansionWitness>([this, &log] { noteExpansion(log); }));
+        log.document->history.setWitness(m_witnesses.back().get());
     }
 }
 
@@ -411,12 +474,23 @@ QString Player::faultIn(Log &log, bool looksAtState)
     return found;
 }
 
+// A deed may open something before it makes its step, or on the way to another one.
+void Player::noteExpansion(Log &log)
+{
+    const auto at = static_cast<size_t>(log.document->history.position());
+    for (size_t later = at + 1; later < log.positions.size(); ++later)
+        log.positions[later].isOpenOtherwise = true;
+    if (m_kind == Kind::Work && at > 0 && at < log.positions.size() && log.positions[at].state)
+        log.positions[at].state->open = openIn(*log.document);
+}
+
 // Where the history leads to is what was there, but that what is selected is shown.
 QString Player::faultOnTravel(Log &log, const State &now)
 {
     const auto at = static_cast<size_t>(log.document->history.position());
-    if (log.document->history.stepCount() != static_cast<int>(log.positions.size()) - 1)
-        return u"going back and forth changed the number of steps"_s;
+    const int steps = log.document->history.stepCount();
+    if (const int known = static_cast<int>(log.positions.size()) - 1; steps != known)
+        return u"going back and forth made %1 steps of %2"_s.arg(steps).arg(known);
     Log::Position &position = log.positions[at];
     if (position.state) {
         if (now.content != position.state->content)
@@ -509,9 +583,7 @@ QString Player::faultOfPane(const Document &document) const
     rtf::read(NodeTextDecompressIfRequired(document.tree.storedText(selected)), stored);
     if (stored.toPlainText() != form.textBox->document()->toPlainText())
         return u"the pane shows %1, stored is %2"_s.arg(form.textBox->document()->toPlainText(), stored.toPlainText());
-    QFont font = form.treeView->Font();
-    document.m_fntOutlineFont.SetFont(font);
-    if (font != form.treeView->Font())
+    if (document.shownOutlineFont() != form.treeView->Font())
         return u"the outline is shown in another font"_s;
     return QString();
 }
@@ -525,35 +597,47 @@ QString Player::faultOfWalk(Log &log)
     return found.isEmpty() ? log.document->tree.brokenInvariant() : found;
 }
 
+// Undoes everything, or redoes it.
+QString Player::walk(Log &log, bool forth)
+{
+    Document &document = *log.document;
+    while (forth ? document.history.canRedo() : document.history.canUndo()) {
+        if (!(forth ? redoStep(document) : undoStep(document)))
+            return forth ? u"a step is not redone"_s : u"a step is not undone"_s;
+        if (const QString found = faultOfWalk(log); !found.isEmpty())
+            return found;
+    }
+    return QString();
+}
+
+// Where memory is short, several undone steps may become one on the way: only the ends are certain to be met again.
 QString Player::walkToTheEnds()
 {
+    m_kind = Kind::Work;
+    endLabelEdits();
+    if (!isRightSoFar())
+        return m_failure;
     m_kind = Kind::Travel;
     for (Log &log : m_logs) {
         Document &document = *log.document;
-        document.view()->trvOutline.EndLabelEdit();
+        if (const QString found = walk(log, true); !found.isEmpty())
+            return found;
         const State last = stateOf(document);
         const int end = document.history.position();
         for (int round = 0; round < 2; ++round) {
-            while (document.history.canUndo()) {
-                if (!undoStep(document))
-                    return u"a step is not undone"_s;
-                if (const QString found = faultOfWalk(log); !found.isEmpty())
-                    return found;
-            }
+            if (const QString found = walk(log, false); !found.isEmpty())
+                return found;
             const State first = stateOf(document);
             if (m_memory != Memory::ForFewSteps && first.content != log.first.content)
                 return u"everything undone: "_s + firstDifference(first, log.first);
             const std::optional<State> &known = log.positions[0].state;
             if (m_memory == Memory::Ample && known && first.saved != known->saved)
                 return u"everything undone: "_s + firstDifference(first, *known);
-            while (document.history.position() < end && document.history.canRedo()) {
-                if (!redoStep(document))
-                    return u"a step is not redone"_s;
-                if (const QString found = faultOfWalk(log); !found.isEmpty())
-                    return found;
-            }
+            if (const QString found = walk(log, true); !found.isEmpty())
+                return found;
             const State again = stateOf(document);
-            if (document.history.position() == end && again.content != last.content)
+            const bool isAtTheEnd = m_memory != Memory::ForFewSteps || document.history.position() == end;
+            if (isAtTheEnd && again.content != last.content)
                 return u"everything redone: "_s + firstDifference(again, last);
         }
     }
@@ -831,14 +915,25 @@ void Player::anotherDocument()
         m_failure = u"a document does not become the active one"_s;
 }
 
-// An open label would be renamed first, which is a step.
+// For a deed of two parts.
+bool Player::isRightSoFar()
+{
+    m_failure = fault();
+    return m_failure.isEmpty();
+}
+
+// An open label, and one that Return was pressed in just now, is renamed before anything is undone, which is a step.
+void Player::endLabelEdits()
+{
+    for (const Log &log : m_logs)
+        log.document->view()->trvOutline.EndLabelEdit();
+}
+
 void Player::travel(const std::function<void()> &go)
 {
-    document().view()->trvOutline.EndLabelEdit();
-    if (const QString found = fault(); !found.isEmpty()) {
-        m_failure = found;
+    endLabelEdits();
+    if (!isRightSoFar())
         return;
-    }
     m_kind = Kind::Travel;
     go();
 }
