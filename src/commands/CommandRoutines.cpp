@@ -6,6 +6,7 @@
 #include "document/Document.h"
 #include "document/DocumentView.h"
 #include "document/DocumentWindow.h"
+#include "document/OutlinePane.h"
 #include "document/Ports.h"
 #include "document/TextPane.h"
 #include "text/modFont.h"
@@ -33,11 +34,18 @@ void OutlineFont()
         if (Document *document = DocumentActive()) {
             const HourglassPointer hourglass;
             document->history.touch();
+            OutlinePane &pane = document->view()->trvOutline;
+            const QFont shown = pane.Font();
             clsFont font = document->m_fntOutlineFont;
             if (!modFont::ChangeTreeviewFont(font))
                 return;
-            const History::Step step(document->history, QStringLiteral("change of the outline's font"));
-            document->history.setFonts(font, document->m_fntTextFont);
+            try {
+                const History::Step step(document->history, QStringLiteral("change of the outline's font"));
+                document->history.setFonts(font, document->m_fntTextFont);
+            } catch (...) {
+                pane.setFont(shown);
+                throw;
+            }
         }
     });
 }

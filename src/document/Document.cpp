@@ -25,6 +25,7 @@ Document::Document(std::unique_ptr<Outline> read)
 {
     history.setLiveTexts(&texts);
     connect(&texts, &LiveTexts::stepAdded, &history, &History::appendTextStep);
+    connect(&texts, &LiveTexts::undoneForgotten, &history, &History::forgetUndone);
     texts.setFolder([this](EntryId entry, const auto &textAt) {
         if (history.isStepOpen())
             return false;
@@ -38,6 +39,11 @@ Document::Document(std::unique_ptr<Outline> read)
             return;
         std::erase_if(m_earlierFonts, [this](const auto &earlier) { return earlier.first == m_fntTextFont; });
         m_earlierFonts.emplace_back(m_fntTextFont, baseFont());
+    });
+    // The panes show the font that was there before a step of fonts that failed.
+    connect(&history, &History::rolledBack, this, [this] {
+        if (!m_earlierFonts.empty() && m_earlierFonts.back().first == m_fntTextFont)
+            takeBaseFont();
     });
     connect(&tree, &EntryTree::selectedChanged, this, &Document::unsay);
     connect(&tree, &EntryTree::labelChanged, this, [this](const Entry *entry) {

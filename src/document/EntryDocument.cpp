@@ -7,6 +7,7 @@
 #include "model/EntryText.h"
 #include "model/ShownText.h"
 #include "rtf/Rtf.h"
+#include "util/MakeRoom.h"
 
 #include <QScopedValueRollback>
 #include <QTextBlock>
@@ -141,6 +142,11 @@ void EntryDocument::keepFirstLook()
     m_document.rootFrame()->setFrameFormat(format);
     first.endEditBlock();
     m_hasNewStep = false;
+}
+
+void EntryDocument::makeRoom()
+{
+    makeRoomBehind(m_firstLooks, 1);
 }
 
 QTextCursor EntryDocument::undo()

@@ -61,6 +61,9 @@ public:
     QTextCursor undo();
     QTextCursor redo();
 
+    // What the text needs to keep up with the step that it has just got; throws where there is no memory.
+    void makeRoom();
+
     // Whether what is announced as a new step belongs to the one before.
     bool isJoiningStep() const { return m_isJoiningStep; }
 

@@ -4,6 +4,7 @@
 #include "document/LiveTexts.h"
 
 #include "model/EntryTree.h"
+#include "util/Procedure.h"
 #include "util/RunTimeError.h"
 
 #include <QScopeGuard>
@@ -37,19 +38,17 @@ std::shared_ptr<EntryDocument> LiveTexts::open(const Entry &entry, const QFont &
         return text;
     auto text = std::make_shared<EntryDocument>(m_tree.storedText(&entry), base, entry.id());
     connect(&text->document(), &QTextDocument::contentsChanged, this, [this, text = text.get()] { noteChange(text); });
-    connect(&text->document(), &QTextDocument::undoCommandAdded, this, [this, text = text.get()] {
-        if (!text->isJoiningStep())
-            Q_EMIT stepAdded(text->entry());
-    });
+    connect(&text->document(), &QTextDocument::undoCommandAdded, this, [this, text = text.get()] { noteStep(text); });
     keep(text);
     return text;
 }
 
 void LiveTexts::keep(const std::shared_ptr<EntryDocument> &text)
 {
-    if (const Place other = m_texts.find(text->entry()); other != m_texts.end())
-        drop(other);
-    const Place place = m_texts.emplace(text->entry(), Kept{text, ++m_shows}).first;
+    // In the place of another one of that entry, whose text may be pending.
+    const Place place = m_texts.try_emplace(text->entry()).first;
+    weigh(place, 0);
+    place->second = {text, ++m_shows};
     weigh(place, text == m_shown ? 0 : text->weight());
 }
 
@@ -99,26 +98,79 @@ Entry *LiveTexts::entryAsShown() const
     return entry && find(*entry) == m_shown ? entry : nullptr;
 }
 
-void LiveTexts::noteChange(EntryDocument *text)
+// The text engine is in the midst of its work when it tells of a step or a change: an error would leave it in disorder,
+// or end the program where a key was typed. A step that nobody can undo, or that an error leaves half done, is taken
+// back when the engine is done with it.
+void LiveTexts::noteStep(EntryDocument *text) noexcept
+{
+    if (text->isJoiningStep())
+        return;
+    m_isStepBroken = true;
+    if (std::uncaught_exceptions() > 0)
+        return;
+    try {
+        makeReady(*text);
+        text->makeRoom();
+        Q_EMIT stepAdded(text->entry());
+        m_isStepBroken = false;
+    } catch (...) {
+        m_stepError = std::current_exception();
+    }
+}
+
+void LiveTexts::noteChange(EntryDocument *text) noexcept
 {
     if (text == m_folded)
         return;
-    text->takeFont();
-    Entry *entry = m_tree.entry(text->entry());
-    if (!entry || text->state() != TextState::Whole)
-        return;
+    try {
+        if (std::exchange(m_isStepBroken, false))
+            takeBackStep(*text);
+        else
+            storeChange(*text);
+    } catch (...) {
+        detail::reportCurrentException("LiveTexts noteChange");
+    }
+}
+
+void LiveTexts::takeBackStep(EntryDocument &text)
+{
+    const std::exception_ptr error = std::exchange(m_stepError, nullptr);
+    text.undo();
+    forgetUndone(text.entry());
+    Q_EMIT undoneForgotten();
+    if (error)
+        std::rethrow_exception(error);
+}
+
+// What may fail is done before the history takes a step down. Null when the text is not stored.
+Entry *LiveTexts::makeReady(const EntryDocument &text)
+{
+    Entry *entry = m_tree.entry(text.entry());
+    if (!entry || text.state() != TextState::Whole)
+        return nullptr;
     // One that was given up while it was shown is what the user sees, and goes on with.
-    if (m_shown.get() == text && find(*entry) != m_shown)
+    if (m_shown.get() == &text && find(*entry) != m_shown)
         keep(m_shown);
-    if (const std::shared_ptr<EntryDocument> kept = find(*entry); kept.get() == text && !m_tree.isPending(entry))
-        m_tree.setPendingText(entry, [kept] { return kept->toStored(); });
-    Q_EMIT changed(text->entry());
+    if (!m_tree.isPending(entry))
+        m_tree.resolvePendingText();
+    return entry;
+}
+
+void LiveTexts::storeChange(EntryDocument &text)
+{
+    text.takeFont();
+    Entry *entry = makeReady(text);
+    if (!entry)
+        return;
+    if (find(*entry).get() == &text && !m_tree.isPending(entry))
+        m_tree.setPendingText(entry, [this, id = text.entry()] { return m_texts.at(id).text->toStored(); });
+    Q_EMIT changed(text.entry());
 }
 
 void LiveTexts::store()
 {
-    if (m_shown)
-        noteChange(m_shown.get());
+    if (m_shown && m_shown.get() != m_folded)
+        storeChange(*m_shown);
 }
 
 void LiveTexts::forget(const Entry *entry)

@@ -8,6 +8,7 @@
 #include <QObject>
 #include <QTextCursor>
 
+#include <exception>
 #include <functional>
 #include <map>
 #include <memory>
@@ -71,8 +72,10 @@ Q_SIGNALS:
     void changed(EntryId entry);
     // Another text is shown.
     void shownChanged();
-    // A text has a new step that can be undone.
+    // A text has a new step that can be undone. Where a listener throws, the text takes it back.
     void stepAdded(EntryId entry);
+    // A text has forgotten what it could redo, because a step of it failed.
+    void undoneForgotten();
 
 private:
     struct Kept {
@@ -88,7 +91,11 @@ private:
     Place placeOf(const std::shared_ptr<EntryDocument> &text);
     void drop(Place place);
     void weigh(Place place, qsizetype weight);
-    void noteChange(EntryDocument *text);
+    void noteStep(EntryDocument *text) noexcept;
+    void noteChange(EntryDocument *text) noexcept;
+    void takeBackStep(EntryDocument &text);
+    Entry *makeReady(const EntryDocument &text);
+    void storeChange(EntryDocument &text);
     void step(EntryId entry, bool (QTextDocument::*isPossible)() const, QTextCursor (EntryDocument::*go)());
     void forget(const Entry *entry);
     bool fold(EntryDocument &text);
@@ -101,6 +108,9 @@ private:
     Folder m_folder;
     // The text whose earlier states are looked at.
     EntryDocument *m_folded = nullptr;
+    // Whether the step that a text has just got is to be taken back, and why where nobody else tells.
+    bool m_isStepBroken = false;
+    std::exception_ptr m_stepError;
     QTextCursor m_steppedAt;
     quint64 m_shows = 0;
     qsizetype m_weight = 0;

@@ -14,6 +14,7 @@
 #include "model/EntryText.h"
 #include "model/StoredText.h"
 #include "rtf/CharChange.h"
+#include "rtf/EditBlock.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
 
@@ -78,10 +79,9 @@ void setFontOf(EntryDocument &text, const QFont &base, const rtf::CharChange &ch
     if (text.state() != TextState::Whole)
         return;
     QTextCursor step(&text.document());
-    step.beginEditBlock();
+    const EditBlock edit(step);
     text.changeFont(base);
     changeText(text.document(), change);
-    step.endEditBlock();
 }
 
 } // namespace

@@ -4,6 +4,7 @@
 #include "model/EntryText.h"
 
 #include "rtf/CharChange.h"
+#include "rtf/EditBlock.h"
 #include "rtf/PlainText.h"
 #include "rtf/Rtf.h"
 #include "util/AnsiCodec.h"
@@ -23,19 +24,18 @@ void changeText(QTextDocument &document, const rtf::CharChange &change)
 {
     QTextCursor all(&document);
     all.select(QTextCursor::Document);
-    all.beginEditBlock();
+    const EditBlock edit(all);
     if (all.hasSelection())
         change.applyTo(all);
     // The mark of the first paragraph is in no selection.
     if (const QTextBlock first = document.begin(); first.length() == 1)
         QTextCursor(first).setBlockCharFormat(change.appliedTo(first.charFormat()));
-    all.endEditBlock();
 }
 
 void replaceText(QTextDocument &document, const std::vector<TextReplacement> &replacements)
 {
     QTextCursor cursor(&document);
-    cursor.beginEditBlock();
+    const EditBlock edit(cursor);
     // From the end on, so that the places of those before stay right.
     for (auto each = replacements.crbegin(); each != replacements.crend(); ++each) {
         const int start = rtf::documentPosition(document, each->start);
@@ -47,7 +47,6 @@ void replaceText(QTextDocument &document, const std::vector<TextReplacement> &re
         cursor.removeSelectedText();
         cursor.insertText(each->text, format);
     }
-    cursor.endEditBlock();
 }
 
 EntryText::EntryText(const QByteArray &text, const QFont &base)

@@ -185,11 +185,33 @@ void History::appendTextStep(EntryId entry)
         return;
     Change change = change::TextStep{entry, false};
     begin(m_depth == 0 ? nameOf(change, m_outline.tree) : QString(), StepKind::OfText);
-    m_open.changes.push_back(std::move(change));
-    if (m_witness)
-        m_witness->carriedOut(m_open.changes.back());
-    Q_EMIT changed(ChangeKind::Text, {entry});
+    std::vector<Change> &changes = m_open.changes;
+    const size_t before = changes.size();
+    try {
+        changes.push_back(std::move(change));
+        if (m_witness)
+            m_witness->carriedOut(changes.back());
+        Q_EMIT changed(ChangeKind::Text, {entry});
+    } catch (...) {
+        if (changes.size() > before) {
+            changes.pop_back();
+            if (m_witness)
+                m_witness->takenBack();
+        }
+        m_openIsBroken = m_depth > 1;
+        end();
+        throw;
+    }
     end();
+}
+
+void History::forgetUndone()
+{
+    if (!canRedo())
+        return;
+    dropRedoable();
+    Q_EMIT stepsChanged();
+    Q_EMIT positionChanged();
 }
 
 // No text is let go meanwhile, whatever is shown because of it: that would make fewer steps of those that it joins.

@@ -119,8 +119,12 @@ public:
     void setForeignRecords(Entry *entry, const ForeignRecordList &records);
     void setFileForeignRecords(const ForeignRecordList &header, const QByteArray &trailer);
 
-    // Takes note that the entry's live text has a new step of its own.
+    // Takes note that the entry's live text has a new step of its own. When it fails, whoever has the text must take
+    // that back; the step that is open, if one is, is taken back as a whole when it ends.
     void appendTextStep(EntryId entry);
+
+    // Takes note that a live text has lost what it could redo: nothing can be redone any more.
+    void forgetUndone();
 
     // Makes texts of the steps of an entry's live text, which will be gone: each run of them becomes one step that
     // replaces the text. `textAt` answers the stored text as it is that many of its steps back from now (forward where
@@ -225,6 +229,7 @@ private:
     Recorded m_open;
     // How many of the open step's changes are those from before it.
     size_t m_openHead = 0;
+    bool m_openIsBroken = false;
     int m_depth = 0;
     quint64 m_lastSerial = 0;
     bool m_moving = false;

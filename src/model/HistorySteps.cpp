@@ -73,13 +73,22 @@ void History::end() noexcept
         --m_depth;
         return;
     }
+    bool isDone = false;
     try {
-        commit();
+        if (!m_openIsBroken) {
+            commit();
+            isDone = true;
+        }
     } catch (...) {
+        // It is taken back like one that is broken.
+        isDone = false;
+    }
+    if (!isDone) {
         rollBack(m_openHead, m_open.selectedBefore);
         if (m_position == 0)
             m_head.swap(m_open.changes);
     }
+    m_openIsBroken = false;
     m_open = Recorded();
     m_openHead = 0;
     m_depth = 0;
@@ -94,9 +103,11 @@ void History::rollBack(size_t begin, EntryId selected) noexcept
     try {
         while (changes.size() > begin) {
             carryOut(changes.back(), m_outline, m_liveTexts);
-            // What was typed within the step is not to be redone either.
-            if (const auto *text = std::get_if<change::TextStep>(&changes.back()); text && m_liveTexts)
+            // What was typed within the step is not to be redone either, and took away what could be redone before.
+            if (const auto *text = std::get_if<change::TextStep>(&changes.back()); text && m_liveTexts) {
                 m_liveTexts->forgetUndone(text->entry);
+                forgetUndone();
+            }
             changes.pop_back();
             if (m_witness)
                 m_witness->takenBack();

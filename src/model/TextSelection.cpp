@@ -4,6 +4,7 @@
 #include "model/TextSelection.h"
 
 #include "model/EntryText.h"
+#include "rtf/EditBlock.h"
 #include "rtf/Families.h"
 #include "rtf/PlainText.h"
 #include "rtf/Rtf.h"
@@ -86,12 +87,13 @@ void TextSelection::setSelRTF(const QByteArray &rtf)
         return;
     }
     QTextCursor cursor = caret();
-    cursor.beginEditBlock();
-    removeSelection(cursor);
-    const int from = cursor.position();
-    rtf::insert(rtf, cursor);
-    rtf::boundFamilies(*cursor.document(), from, cursor.position());
-    cursor.endEditBlock();
+    {
+        const EditBlock edit(cursor);
+        removeSelection(cursor);
+        const int from = cursor.position();
+        rtf::insert(rtf, cursor);
+        rtf::boundFamilies(*cursor.document(), from, cursor.position());
+    }
     setCaret(cursor);
 }
 
@@ -120,10 +122,11 @@ void TextSelection::insertPlain(const QString &text)
         format = first.charFormat();
     }
     format.clearProperty(QTextFormat::ObjectType);
-    cursor.beginEditBlock();
-    removeSelection(cursor);
-    cursor.insertText(text, format);
-    cursor.endEditBlock();
+    {
+        const EditBlock edit(cursor);
+        removeSelection(cursor);
+        cursor.insertText(text, format);
+    }
     setCaret(cursor);
 }
 
@@ -162,14 +165,15 @@ void TextSelection::mapSelText(const std::function<QString(const QString &)> &ma
     // From the end on, so that the places of those before stay right.
     int grown = 0;
     QTextCursor editor(cursor.document());
-    editor.beginEditBlock();
-    for (auto piece = pieces.crbegin(); piece != pieces.crend(); ++piece) {
-        editor.setPosition(piece->position);
-        editor.setPosition(piece->position + piece->length, QTextCursor::KeepAnchor);
-        editor.insertText(piece->text, piece->format);
-        grown += static_cast<int>(piece->text.size()) - piece->length;
+    {
+        const EditBlock edit(editor);
+        for (auto piece = pieces.crbegin(); piece != pieces.crend(); ++piece) {
+            editor.setPosition(piece->position);
+            editor.setPosition(piece->position + piece->length, QTextCursor::KeepAnchor);
+            editor.insertText(piece->text, piece->format);
+            grown += static_cast<int>(piece->text.size()) - piece->length;
+        }
     }
-    editor.endEditBlock();
     if (!selected.empty())
         cursor.setPosition(selected.back().to + grown);
     setCaret(cursor);

@@ -6,6 +6,7 @@
 #include "model/TextSelection.h"
 
 #include "rtf/CharChange.h"
+#include "rtf/EditBlock.h"
 #include "rtf/Properties.h"
 #include "rtf/SelectedStretches.h"
 #include "rtf/Units.h"
@@ -154,9 +155,8 @@ int leftOf(const QTextBlock &block)
 template <class Change>
 void changeParagraphs(QTextCursor cursor, Change change)
 {
-    cursor.beginEditBlock();
+    const EditBlock edit(cursor);
     visitParagraphs(cursor, change);
-    cursor.endEditBlock();
 }
 
 } // namespace

@@ -16,6 +16,7 @@
 #include "platform/PastedPicture.h"
 #include "platform/RichTextMime.h"
 #include "platform/ScrollBarAhead.h"
+#include "rtf/EditBlock.h"
 #include "rtf/Families.h"
 #include "rtf/Limits.h"
 #include "rtf/Pictures.h"
@@ -292,11 +293,12 @@ bool RichTextBox::pastePicture(const QByteArray &file)
         return false;
     }
     QTextCursor cursor = textCursor();
-    cursor.beginEditBlock();
-    removeSelection(cursor);
-    qint64 pixels = rtf::mostTextPixels;
-    cursor.insertImage(rtf::addPicture(*document(), *picture, cursor.charFormat(), pixels));
-    cursor.endEditBlock();
+    {
+        const EditBlock edit(cursor);
+        removeSelection(cursor);
+        qint64 pixels = rtf::mostTextPixels;
+        cursor.insertImage(rtf::addPicture(*document(), *picture, cursor.charFormat(), pixels));
+    }
     setTextCursor(cursor);
     return true;
 }
@@ -304,13 +306,14 @@ bool RichTextBox::pastePicture(const QByteArray &file)
 void RichTextBox::insertHtmlFragment(const BoundedHtml &bounded)
 {
     QTextCursor cursor = textCursor();
-    cursor.beginEditBlock();
-    removeSelection(cursor);
-    const int from = cursor.position();
-    cursor.insertFragment(QTextDocumentFragment::fromHtml(bounded.html, document()));
-    holdPictures(from, cursor.position(), bounded.pictures);
-    rtf::boundFamilies(*document(), from, cursor.position());
-    cursor.endEditBlock();
+    {
+        const EditBlock edit(cursor);
+        removeSelection(cursor);
+        const int from = cursor.position();
+        cursor.insertFragment(QTextDocumentFragment::fromHtml(bounded.html, document()));
+        holdPictures(from, cursor.position(), bounded.pictures);
+        rtf::boundFamilies(*document(), from, cursor.position());
+    }
     setTextCursor(cursor);
 }
 

@@ -3,6 +3,7 @@
 
 #include "rtf/CharChange.h"
 
+#include "rtf/EditBlock.h"
 #include "rtf/Properties.h"
 #include "rtf/SelectedStretches.h"
 
@@ -82,7 +83,7 @@ bool CharChange::meets(const QTextCharFormat &format) const
 void CharChange::applyTo(const QTextCursor &selection) const
 {
     QTextCursor part(selection);
-    part.beginEditBlock();
+    const EditBlock edit(part);
     for (const SelectedStretch &stretch : selectedStretches(selection)) {
         applyTo(part, stretch.from, stretch.to);
         if (!selection.hasComplexSelection()) {
@@ -94,7 +95,6 @@ void CharChange::applyTo(const QTextCursor &selection) const
             cell.setFormat(appliedTo(cell.format()));
         }
     }
-    part.endEditBlock();
 }
 
 void CharChange::applyTo(QTextCursor part, int start, int end) const

@@ -3,6 +3,7 @@
 
 #include "rtf/Families.h"
 
+#include "rtf/EditBlock.h"
 #include "rtf/Limits.h"
 
 #include <QSet>
@@ -64,7 +65,7 @@ void boundFamilies(QTextDocument &document, int from, int to)
     QTextCharFormat common;
     common.setFontFamilies({document.defaultFont().family()});
     QTextCursor cursor(&document);
-    cursor.beginEditBlock();
+    const EditBlock edit(cursor);
     for (QTextBlock block = document.findBlock(from); block.isValid() && block.position() < to; block = block.next()) {
         if (!families.take(block.charFormat())) {
             cursor.setPosition(block.position());
@@ -86,7 +87,6 @@ void boundFamilies(QTextDocument &document, int from, int to)
             cursor.mergeCharFormat(common);
         }
     }
-    cursor.endEditBlock();
 }
 
 } // namespace rtf

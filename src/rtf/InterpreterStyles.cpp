@@ -19,10 +19,10 @@ void Interpreter::finishStyle()
     if (m_isParagraphStyle) {
         const QString name = m_styleName.section(QLatin1Char(';'), 0, 0).trimmed();
         m_tables.styleNames.insert(m_styleNumber, name);
-        m_styles.insert(qMax(0, m_styleNumber), m_style);
+        m_styles[qMax(0, m_styleNumber)] = m_style;
     } else if (m_isCharStyle) {
         m_style.isCharStyle = true;
-        m_styles.insert(charStyleKey(m_styleNumber), m_style);
+        m_styles[charStyleKey(m_styleNumber)] = m_style;
     }
     m_style = {};
     m_styleName.clear();
@@ -108,7 +108,7 @@ Interpreter::ResolvedStyle Interpreter::resolveStyle(int key, bool isWhole)
     m_state.para.flags &= ~quint32(TabsAreStyles);
     const ResolvedStyle resolved{m_state.chars, m_state.para};
     m_state = before;
-    m_resolvedStyles.insert({key, isWhole}, resolved);
+    m_resolvedStyles[{key, isWhole}] = resolved;
     return resolved;
 }
 

@@ -4,6 +4,7 @@
 #include "rtf/Rtf.h"
 
 #include "rtf/DocumentSink.h"
+#include "rtf/EditBlock.h"
 #include "rtf/Families.h"
 #include "rtf/Interpreter.h"
 #include "rtf/PlainTextSink.h"
@@ -48,19 +49,17 @@ void read(QByteArrayView rtf, QTextDocument &document)
 
 void insert(QByteArrayView rtf, QTextCursor &cursor)
 {
-    cursor.beginEditBlock();
+    const EditBlock edit(cursor);
     cursor.removeSelectedText();
     DocumentSink sink(cursor, BlockPlacer::Start::InText);
     Interpreter(rtf, sink).run();
-    cursor.endEditBlock();
 }
 
 void append(QByteArrayView rtf, QTextCursor &cursor)
 {
-    cursor.beginEditBlock();
+    const EditBlock edit(cursor);
     DocumentSink sink(cursor, BlockPlacer::Start::EmptyDocument);
     Interpreter(rtf, sink).run();
-    cursor.endEditBlock();
 }
 
 QByteArray write(const QTextDocument &document)

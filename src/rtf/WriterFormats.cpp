@@ -178,7 +178,7 @@ const Writer::CharWords &Writer::charWords(int formatIndex)
     if (known != m_charWords.constEnd()) {
         return *known;
     }
-    return *m_charWords.insert(formatIndex, wordsOf(m_formats.at(formatIndex).toCharFormat()));
+    return *m_charWords.emplace(formatIndex, wordsOf(m_formats.at(formatIndex).toCharFormat()));
 }
 
 // The formatting of an empty paragraph.
@@ -190,7 +190,7 @@ const Writer::CharWords &Writer::markWords(const QTextBlock &block, bool isFirst
     }
     const auto known = m_cellMarkWords.constFind(index);
     return known != m_cellMarkWords.constEnd() ? *known
-                                               : *m_cellMarkWords.insert(index, wordsOf(cellMark(block.charFormat())));
+                                               : *m_cellMarkWords.emplace(index, wordsOf(cellMark(block.charFormat())));
 }
 
 Writer::CharWords Writer::wordsOf(const QTextCharFormat &format)

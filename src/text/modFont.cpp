@@ -134,10 +134,17 @@ bool ChangeTreeviewFont(clsFont &font)
     return procedure("modFont ChangeTreeviewFont", [&] {
         askForDetails(font);
         if (Document *document = DocumentActive()) {
-            QFont shown = document->view()->trvOutline.Font();
+            OutlinePane &pane = document->view()->trvOutline;
+            const QFont before = pane.Font();
+            QFont shown = before;
             font.SetFont(shown);
-            document->view()->trvOutline.setFont(shown);
-            document->autoFitSplit();
+            try {
+                pane.setFont(shown);
+                document->autoFitSplit();
+            } catch (...) {
+                pane.setFont(before);
+                throw;
+            }
         }
         return true;
     });

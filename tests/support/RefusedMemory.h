@@ -8,5 +8,7 @@
 
 // How many requests succeed before one fails; none fails while it is negative.
 inline long requestsUntilRefusal = -1;
+// Whether Qt's own code, which would lose what it has, is never the one that is refused.
+inline bool memoryIsRefusedToTheProgramAlone = false;
 // Whether one did fail since this was last false.
 inline bool memoryWasRefused = false;
