@@ -35,12 +35,6 @@ using namespace Qt::StringLiterals;
 namespace undoRandom
 {
 
-// What a saved file would hold.
-QByteArray savedBytes(const Document &document)
-{
-    return nativeBytes(document.outline());
-}
-
 QByteArray withoutRecords(const QByteArray &bytes, std::initializer_list<const char *> names)
 {
     QByteArray rest;
@@ -78,7 +72,7 @@ State stateOf(const Document &document)
 {
     State state;
     state.open = openIn(document);
-    const QByteArray bytes = savedBytes(document);
+    const QByteArray bytes = nativeBytes(document.outline());
     state.saved = withoutRecords(bytes, {"selecteditemkey"});
     state.content = withoutRecords(bytes, {"selecteditemkey", "nodevisible"});
     const Entry *root = document.tree.root();
@@ -232,6 +226,7 @@ private:
     void drag();
     void replaceAll();
     void replaceOne();
+    static void noteSaved(Log &saved);
     void save();
     void saveAs();
     void anotherDocument();
@@ -860,6 +855,15 @@ void Player::replaceOne()
     m_main.app.core.dialogs.notices.clear();
 }
 
+void Player::noteSaved(Log &saved)
+{
+    saved.saved = stateOf(*saved.document);
+    saved.savedAt = saved.document->history.position();
+    saved.isOpenedSince = false;
+    if (saved.savedAt == 0)
+        saved.positions[0] = {saved.saved};
+}
+
 void Player::save()
 {
     Log &saved = log();
@@ -872,18 +876,13 @@ void Player::save()
         return;
     }
     QFile file(saved.file);
-    if (!file.open(QIODevice::ReadOnly) || file.readAll() != savedBytes(*saved.document)) {
+    if (!file.open(QIODevice::ReadOnly) || file.readAll() != nativeBytes(saved.document->outline())) {
         if (wasChanged)
             m_failure = u"the file is another than the document"_s;
         return;
     }
-    if (!wasChanged)
-        return;
-    saved.saved = stateOf(*saved.document);
-    saved.savedAt = saved.document->history.position();
-    saved.isOpenedSince = false;
-    if (saved.savedAt == 0)
-        saved.positions[0] = {saved.saved};
+    if (wasChanged)
+        noteSaved(saved);
 }
 
 void Player::saveAs()
@@ -899,11 +898,7 @@ void Player::saveAs()
         m_failure = u"a document is not saved under another name"_s;
         return;
     }
-    saved.saved = stateOf(*saved.document);
-    saved.savedAt = saved.document->history.position();
-    saved.isOpenedSince = false;
-    if (saved.savedAt == 0)
-        saved.positions[0] = {saved.saved};
+    noteSaved(saved);
 }
 
 void Player::anotherDocument()
