@@ -39,7 +39,9 @@ private Q_SLOTS:
     void everyChangeShowsWhenTheEventLoopComesRound_data();
     void everyChangeShowsWhenTheEventLoopComesRound();
     void aMenuThatOpensShowsWhatHasJustChanged();
+    void aMenuThatOpensShowsItsCheckMarksAsTheyAre();
     void whatACommandDidShowsAtOnce();
+    void anOptionShowsAsSoonAsItsCommandIsDone();
     void manyChangesMakeOneRefresh();
     void typingOnAnnouncesNothingThatMenusShow();
     void aDocumentInTheBackgroundShowsInNoMenu();
@@ -198,6 +200,18 @@ void tst_ActiveState::aMenuThatOpensShowsWhatHasJustChanged()
     menu.close();
 }
 
+// A click turns an item's mark whatever its command does then.
+void tst_ActiveState::aMenuThatOpensShowsItsCheckMarksAsTheyAre()
+{
+    plant();
+    QAction &item = *m_main->main.findChild<QAction *>(u"mnuViewOptionsBackupOnSave"_s);
+    item.setChecked(!g_options.Backup);
+    QMenu &menu = *m_main->main.findChild<QMenu *>(u"mnuView"_s);
+    menu.popup(m_main->main.mapToGlobal(QPoint(100, 100)));
+    QCOMPARE(item.isChecked(), g_options.Backup);
+    menu.close();
+}
+
 void tst_ActiveState::whatACommandDidShowsAtOnce()
 {
     plant();
@@ -205,6 +219,20 @@ void tst_ActiveState::whatACommandDidShowsAtOnce()
     const QStringList after = shown();
     QCOMPARE(after, shownByHand());
     QVERIFY(after.contains(u"mnuToolsUndo &Undo move of \"B\""_s));
+}
+
+// Nothing but the end of its command tells of an option that a document does not have. What a click does to the mark is
+// not it: the mark was wrong before.
+void tst_ActiveState::anOptionShowsAsSoonAsItsCommandIsDone()
+{
+    comeRound();
+    QAction &item = *m_main->main.findChild<QAction *>(u"mnuViewOptionsBackupOnSave"_s);
+    for (const bool backup : {!g_options.Backup, g_options.Backup}) {
+        item.setChecked(backup);
+        item.trigger();
+        QCOMPARE(g_options.Backup, backup);
+        QCOMPARE(item.isChecked(), backup);
+    }
 }
 
 void tst_ActiveState::manyChangesMakeOneRefresh()
