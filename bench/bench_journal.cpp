@@ -18,6 +18,7 @@
 
 #include <QApplication>
 #include <QElapsedTimer>
+#include <QTemporaryDir>
 #include <QTest>
 
 #include <benchmark/benchmark.h>
@@ -46,6 +47,48 @@ void settle(frmMain &main)
     QApplication::processEvents();
     QEvent draw(QEvent::UpdateRequest);
     QApplication::sendEvent(&main, &draw);
+}
+
+// Naming an entry beside naming one in an outline of a few: what the first change costs, which takes the outline down
+// as it was, and what each costs that follows.
+void naming(benchmark::State &state)
+{
+    constexpr int textLength = 600;
+    constexpr int namings = 100;
+    const auto entries = static_cast<int>(state.range(0));
+    Instructions first;
+    Instructions following;
+    for (auto _ : state) {
+        state.PauseTiming();
+        ReadOutline read =
+            formatOfVersion(formatVersion::native).read(generatedDocument(entries, textLength, Shape::Bushy));
+        const QTemporaryDir folder;
+        qint64 time = 0;
+        Vault vault({folder.filePath(u"recovery"_s), [&time] { return time; }, false});
+        Document document(std::move(read.outline));
+        vault.attach(document);
+        Entry *entry = document.tree.root()->firstChild();
+        const auto name = [&](Instructions &instructions, int number) {
+            instructions.start();
+            document.history.setLabel(entry, QString::number(number));
+            time += Journal::lookInterval;
+            vault.look();
+            instructions.stop();
+            vault.waitUntilWritten();
+        };
+        state.ResumeTiming();
+        name(first, 0);
+        for (int number = 1; number <= namings; ++number)
+            name(following, number);
+        if (!vault.flush())
+            state.SkipWithError("not kept");
+        state.PauseTiming();
+        document.history.markSaved();
+        state.ResumeTiming();
+    }
+    const auto times = static_cast<double>(state.iterations());
+    state.counters["first"] = first.count() / times;
+    state.counters["each"] = following.count() / times / namings;
 }
 
 struct Cost {
@@ -122,6 +165,8 @@ BENCHMARK(typingBesideUnkept)
     ->UseManualTime()
     ->Iterations(1)
     ->Unit(benchmark::kMicrosecond);
+
+BENCHMARK(naming)->ArgName("entries")->Arg(1000)->Arg(32'700)->Iterations(3)->Unit(benchmark::kMillisecond);
 
 int main(int argc, char *argv[])
 {

@@ -1,11 +1,15 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
-// Selecting an entry in the real main window, by an arrow key and by a click, until its text, the toolbar, the menus,
-// the split and the status bar are up to date and drawn: whoever walks through an outline does this all the time, so it
-// must not cost more in a full outline than in a small one.
+// Starting with a document until the main window is in the picture. Selecting an entry in it, by an arrow key and by a
+// click, until its text, the toolbar, the menus, the split and the status bar are up to date and drawn: whoever walks
+// through an outline does this all the time, so it must not cost more in a full outline than in a small one.
+
+#include "GeneratedDocument.h"
+#include "Instructions.h"
 
 #include "app/MainFixture.h"
+#include "document/modDoc.h"
 #include "document/modNodes.h"
 #include "model/StoredText.h"
 #include "platform/TreeView.h"
@@ -17,12 +21,14 @@
 
 #include <benchmark/benchmark.h>
 
+#include <memory>
+
 using namespace Qt::StringLiterals;
 
 namespace
 {
 
-enum class Shape {
+enum class Order {
     // Branches of 31 entries, all open.
     Branches,
     // Every entry a child of the root.
@@ -32,7 +38,7 @@ enum class Shape {
 class Program
 {
 public:
-    Program(int entries, Shape shape, bool tagged)
+    Program(int entries, Order shape, bool tagged)
     {
         m_program.start();
         m_program.main.resize(1000, 700);
@@ -82,7 +88,7 @@ public:
     }
 
 private:
-    void fill(int entries, Shape shape)
+    void fill(int entries, Order shape)
     {
         constexpr int branchSize = 31;
         const QByteArray text = NodeTextCompressIfRequired(
@@ -90,7 +96,7 @@ private:
         Entry *root = tree().root();
         Entry *parent = root;
         while (tree().entryCount() < entries) {
-            const bool begins = shape == Shape::Branches && tree().entryCount() % (branchSize + 1) == 1;
+            const bool begins = shape == Order::Branches && tree().entryCount() % (branchSize + 1) == 1;
             Entry *entry = tree().insert(Relationship::tvwChild, begins ? root : parent);
             tree().setLabel(entry, u"Entry %1"_s.arg(tree().entryCount()));
             tree().setStoredText(entry, text);
@@ -105,7 +111,7 @@ private:
     bool m_down = false;
 };
 
-void selecting(benchmark::State &state, void (Program::*select)(), Shape shape, bool tagged)
+void selecting(benchmark::State &state, void (Program::*select)(), Order shape, bool tagged)
 {
     Program program(static_cast<int>(state.range(0)), shape, tagged);
     const Entry *before = program.tree().selected();
@@ -119,16 +125,45 @@ void selecting(benchmark::State &state, void (Program::*select)(), Shape shape, 
     }
 }
 
+void starting(benchmark::State &state)
+{
+    constexpr int textLength = 600;
+    const auto entries = static_cast<int>(state.range(0));
+    const QByteArray bytes = entries > 0 ? generatedDocument(entries, textLength, Shape::Bushy) : QByteArray();
+    Instructions instructions;
+    const auto start = [&] {
+        auto program = std::make_unique<MainFixture>();
+        const QString file = program->app.makeFile(u"start.qly"_s, bytes);
+        state.ResumeTiming();
+        instructions.start();
+        program->start();
+        if (entries > 0 && !modDoc::DocLoad(file))
+            state.SkipWithError("not opened");
+        QApplication::processEvents();
+        QEvent draw(QEvent::UpdateRequest);
+        QApplication::sendEvent(&program->main, &draw);
+        instructions.stop();
+        state.PauseTiming();
+    };
+    for (auto _ : state) {
+        state.PauseTiming();
+        start();
+        state.ResumeTiming();
+    }
+    state.counters["instructions"] = instructions.count() / static_cast<double>(state.iterations());
+}
+
 void sizes(benchmark::internal::Benchmark *bench)
 {
     bench->Arg(1000)->Arg(EntryTree::maximumCount)->Unit(benchmark::kMillisecond);
 }
 
-BENCHMARK_CAPTURE(selecting, ByKey, &Program::step, Shape::Branches, false)->Apply(sizes);
-BENCHMARK_CAPTURE(selecting, ByKeyWithTags, &Program::step, Shape::Branches, true)->Apply(sizes);
-BENCHMARK_CAPTURE(selecting, ByKeyAmongSiblings, &Program::step, Shape::Flat, false)->Apply(sizes);
-BENCHMARK_CAPTURE(selecting, ByClick, &Program::click, Shape::Branches, false)->Apply(sizes);
-BENCHMARK_CAPTURE(selecting, ByClickAmongSiblings, &Program::click, Shape::Flat, false)->Apply(sizes);
+BENCHMARK(starting)->ArgName("entries")->Arg(0)->Arg(100)->Arg(32'700)->Unit(benchmark::kMillisecond)->Iterations(5);
+BENCHMARK_CAPTURE(selecting, ByKey, &Program::step, Order::Branches, false)->Apply(sizes);
+BENCHMARK_CAPTURE(selecting, ByKeyWithTags, &Program::step, Order::Branches, true)->Apply(sizes);
+BENCHMARK_CAPTURE(selecting, ByKeyAmongSiblings, &Program::step, Order::Flat, false)->Apply(sizes);
+BENCHMARK_CAPTURE(selecting, ByClick, &Program::click, Order::Branches, false)->Apply(sizes);
+BENCHMARK_CAPTURE(selecting, ByClickAmongSiblings, &Program::click, Order::Flat, false)->Apply(sizes);
 
 } // namespace
 
