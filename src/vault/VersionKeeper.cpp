@@ -210,7 +210,7 @@ void VersionKeeper::forgetWithItsEnd(const Document &document)
 
 // Before a save that no version of this program made, the file may hold what nobody else has.
 VersionKeeper::Outcome VersionKeeper::keepFound(const QString &folder, const VersionSave &save, const Found &found,
-                                                qint64 mostBytes)
+                                                qint64 room)
 {
     const QString path = versionsPathOf(folder, save.file);
     const auto isVersion = [&path](const QByteArray &digest) {
@@ -222,7 +222,7 @@ VersionKeeper::Outcome VersionKeeper::keepFound(const QString &folder, const Ver
             return false;
         }
     };
-    if (isVersion(found.known.value()) || found.content->size() > mostBytes)
+    if (isVersion(found.known.value()) || found.content->size() > room)
         return {};
     const OpenedFile held = readContent(save.file, found.content->readAll());
     if (isVersion(held.stamp.digest.value()))
@@ -232,11 +232,11 @@ VersionKeeper::Outcome VersionKeeper::keepFound(const QString &folder, const Ver
                 u"%1: what it held before it was saved is no document, and no version of it was kept"_s.arg(save.file)};
     const QDateTime since = found.content->fileTime(QFileDevice::FileModificationTime);
     return keep(folder, keptOutline(*held.read.outline),
-                {std::min(since, save.time), save.file, held.stamp.digest.value(), VersionOrigin::Found}, mostBytes);
+                {std::min(since, save.time), save.file, held.stamp.digest.value(), VersionOrigin::Found}, room);
 }
 
 VersionKeeper::Outcome VersionKeeper::keep(const QString &folder, const KeptOutline &outline, VersionSave save,
-                                           qint64 mostBytes)
+                                           qint64 room)
 {
     Outcome outcome;
     try {
@@ -261,7 +261,7 @@ VersionKeeper::Outcome VersionKeeper::keep(const QString &folder, const KeptOutl
             if (!store.verify(version, outline))
                 throw RunTimeError(ErrorNumber::InvalidFileFormat,
                                    u"%1: the version, read again, is not what was saved"_s.arg(path));
-            store.thin(save.time, mostBytes);
+            store.thin(save.time, room);
         });
     } catch (const RunTimeError &error) {
         outcome = {u"The file %1 was saved, but no version of it could be kept (%2)."_s.arg(save.file,

@@ -82,8 +82,8 @@ private:
         ContentDigest known;
     };
 
-    static Outcome keep(const QString &folder, const KeptOutline &outline, VersionSave save, qint64 mostBytes);
-    static Outcome keepFound(const QString &folder, const VersionSave &save, const Found &found, qint64 mostBytes);
+    static Outcome keep(const QString &folder, const KeptOutline &outline, VersionSave save, qint64 room);
+    static Outcome keepFound(const QString &folder, const VersionSave &save, const Found &found, qint64 room);
     void enqueueKeeping(const KeptOutline &outline, const VersionSave &save, const ContentDigest &digest = {},
                         const std::optional<Found> &found = {});
     void forgetWithItsEnd(const Document &document);
