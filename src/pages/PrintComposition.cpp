@@ -6,6 +6,7 @@
 #include "document/Document.h"
 #include "model/ShownLabel.h"
 #include "model/ShownText.h"
+#include "model/StoredText.h"
 #include "rtf/Looks.h"
 #include "rtf/Rtf.h"
 #include "util/AnsiCodec.h"
@@ -271,7 +272,10 @@ void PrintComposition::addHeading(QTextCursor &cursor, const Entry *entry, bool 
 void PrintComposition::addText(QTextCursor &cursor, const Entry *entry, Damage damage) const
 {
     // What is too long to be laid out in the text pane is too long for paper as well: its beginning is printed.
-    const auto [text, state] = shownText(m_tree.storedText(entry), m_base);
+    const QByteArray stored = m_tree.storedText(entry);
+    const auto [text, state] = m_whole.contains(entry) ? inflated(stored) : shownText(stored, m_base);
+    if (state == TextState::Whole)
+        m_whole.insert(entry);
     if (state == TextState::Damaged) {
         if (damage == Damage::Ignore)
             return;

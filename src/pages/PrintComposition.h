@@ -7,6 +7,8 @@
 
 #include <QFont>
 
+#include <unordered_set>
+
 class EntryTree;
 class QTextBlock;
 class QTextCursor;
@@ -61,4 +63,7 @@ private:
     const Entry *m_top;
     bool m_bDescendants;
     QFont m_base;
+    // Entries whose text can be laid out whole. Finding that out builds the text once more than printing it takes, and
+    // it is composed again for each of its pieces and each time that one is shown.
+    mutable std::unordered_set<const Entry *> m_whole;
 };

@@ -6,6 +6,7 @@
 
 #include "model/Limits.h"
 #include "pages/PrintFixture.h"
+#include "support/MovedBytes.h"
 
 #include <QTest>
 #include <QTextBlock>
@@ -44,6 +45,7 @@ private Q_SLOTS:
     void aTextThatIsNoRtfIsPrintedAsItIs();
     void aDamagedTextIsLeftOutAndReported();
     void ofATextTooLongToBeLaidOutTheBeginningIsPrintedAndTheRestToldOf();
+    void aTextThatIsComposedAgainIsBuiltOnce();
     void piecesTogetherAreTheWhole();
     void aLongTextIsBrokenBetweenParagraphs();
     void whatBelongsTogetherIsNotBroken();
@@ -235,6 +237,22 @@ void tst_PrintComposition::ofATextTooLongToBeLaidOutTheBeginningIsPrintedAndTheR
     QCOMPARE(printed.size(), 3);
     QCOMPARE(printed[1].size(), limits::shownBeginning);
     QCOMPARE(printed[2], u"(This text is too long to be printed whole.)"_s);
+}
+
+void tst_PrintComposition::aTextThatIsComposedAgainIsBuiltOnce()
+{
+    Document &document = m_fixture->plant({u"Root"_s});
+    m_fixture->setText(document, u"Root"_s, "{\\rtf1 " + QByteArray("{\\b some} words\\par ").repeated(3000) + "}");
+    const PrintComposition composition(m_fixture->extent(document, u"Root"_s, true), QFont(u"DejaVu Sans"_s));
+    const auto built = [&composition] {
+        const qint64 before = movedBytes();
+        QTextDocument printed;
+        composition.compose(printed, composition.first(), {});
+        return movedBytes() - before;
+    };
+    const qint64 first = built();
+    const qint64 again = built();
+    QVERIFY2(again * 4 < first * 3, qPrintable(u"%1 bytes and then %2"_s.arg(first).arg(again)));
 }
 
 void tst_PrintComposition::piecesTogetherAreTheWhole()
