@@ -9,7 +9,6 @@
 
 #include <optional>
 
-class QSessionManager;
 class frmMain;
 
 // What the desktop's session manager grants a program at a log-out, and is told by it.
