@@ -51,7 +51,7 @@ SoughtTrigrams::SoughtTrigrams(QStringView expression)
 {
     eachTrigram(folded(expression), [this](quint16 number) { m_numbers.push_back(number); });
     std::ranges::sort(m_numbers);
-    m_numbers.erase(std::ranges::unique(m_numbers).begin(), m_numbers.end());
+    m_numbers.erase(std::unique(m_numbers.begin(), m_numbers.end()), m_numbers.end());
 }
 
 TextSignature::TextSignature(QStringView text)
