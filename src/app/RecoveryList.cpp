@@ -226,8 +226,10 @@ void RecoveryList::discard()
     procedure("RecoveryList discard", [this] {
         const std::vector<LeftBehind *> selected = chosen();
         if (selected.empty() ||
-            dialogs().ask(u"Do you want to discard the unsaved changes of %1? They cannot be recovered any more."_s.arg(
-                namesOf(selected))) != Answer::Yes)
+            dialogs().askPlainly(
+                u"Do you want to discard the unsaved changes of %1? They cannot be recovered any more."_s.arg(
+                    namesOf(selected)),
+                Answer::No) != Answer::Yes)
             return;
         for (LeftBehind *left : selected)
             left->discard();

@@ -96,6 +96,8 @@ bool mayReplaceFile(Document &document)
 void keepMine(Document &document)
 {
     document.fileRecord.conceded = std::exchange(document.fileRecord.theirs, std::nullopt);
+    // What it is stands nowhere else now, whatever is undone.
+    document.history.forgetSaved();
     document.dismiss(NoticeKind::FileChanged);
 }
 

@@ -21,11 +21,12 @@ bool isToBeMade(const LoggedChange &change)
     return text && text->state == logged::Text::State::ToBeMade;
 }
 
-// Whether a document of its own making holds something that a new one does not.
+// Whether a document was a file's, or holds something that a new one does not.
 bool isWorthKeeping(const Document &document)
 {
     const Entry *root = document.tree.root();
-    return root && (document.tree.entryCount() > 1 || !EntryTree::textLastStored(root).isEmpty());
+    return root && (!document.m_sFile.isEmpty() || document.tree.entryCount() > 1 ||
+                    !EntryTree::textLastStored(root).isEmpty());
 }
 
 } // namespace
@@ -37,7 +38,7 @@ Journal::Journal(JournalKeeper &keeper, int number, Document &document)
 {
     document.history.setWitness(this);
     connect(&document.texts, &LiveTexts::changed, this, &Journal::noteTyping);
-    // What is unsaved from the start, as what was imported, is taken down without a change.
+    // What is unsaved from the start, as what was imported, or because its file went, is taken down without a change.
     connect(&document.history, &History::positionChanged, this, [this] {
         if (!m_begun)
             m_keeper.wake();
@@ -72,8 +73,7 @@ void Journal::begin(EntryId typedIn)
 
 void Journal::beginIfUnsaved()
 {
-    if (!m_begun && m_document->m_sFile.isEmpty() && m_document->hasUnsavedChanges() && isWorthKeeping(*m_document) &&
-        !m_document->history.isStepOpen())
+    if (!m_begun && m_document->hasUnsavedChanges() && isWorthKeeping(*m_document) && !m_document->history.isStepOpen())
         begin();
 }
 

@@ -321,7 +321,9 @@ void tst_OutsideChange::whatIsKeptIsSavedWithoutAnotherQuestion()
     Document &document = open(ours);
     change(theirs);
     lookForOutsideChange(document);
+    QVERIFY(!document.hasUnsavedChanges());
     keepMine(document);
+    QVERIFY(document.hasUnsavedChanges());
     QVERIFY(document.notices().empty());
     lookForOutsideChange(document);
     QVERIFY(document.notices().empty());

@@ -29,6 +29,7 @@ private Q_SLOTS:
     void aStretchOfTypingTakesOneRecord();
     void aDocumentThatNeverHadAFileIsKept();
     void whatWasImportedIsKeptBeforeItIsChanged();
+    void whatAFileHeldIsKeptWhenItIsNowhereElse();
     void aNewDocumentInWhichNothingWasDoneIsNot();
     void theStepsKeepTheirNamesAndTimes();
     void whatWasUndoneCanBeRedone();
@@ -182,6 +183,17 @@ void tst_Journal::whatWasImportedIsKeptBeforeItIsChanged()
     m_document->history.forgetSaved();
     pass(500);
     QCOMPARE(recoveredNow(), documentState(*m_document));
+}
+
+// Its file was deleted, or was written by another program and is not wanted.
+void tst_Journal::whatAFileHeldIsKeptWhenItIsNowhereElse()
+{
+    m_document->history.forgetSaved();
+    pass(500);
+    QCOMPARE(recoveredNow(), documentState(*m_document));
+    m_document->history.markSaved();
+    pass(500);
+    QVERIFY(leftNow().empty());
 }
 
 void tst_Journal::aNewDocumentInWhichNothingWasDoneIsNot()

@@ -208,6 +208,8 @@ void tst_FileChanges::theButtonsAnswerToTheirKeys()
     QTRY_VERIFY(isShown(form(), "cmdTakeTheirs"));
     QTest::keyClick(form().treeView, Qt::Key_M, Qt::AltModifier);
     QTRY_VERIFY(document().notices().empty());
+    // What was kept is unsaved until then, and theirs cannot be taken in its place.
+    QVERIFY(modFile::FileSave());
     m_folder->write(u"a.qly"_s, nativeBytes({u"Later"_s}));
     QTRY_VERIFY(isShown(form(), "cmdTakeTheirs"));
     form().noticeBar->enter();
