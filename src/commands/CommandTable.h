@@ -204,7 +204,7 @@ inline constexpr std::array table{
     command("mnuOutlinePasteTaggedEntries", "Paste tagged entries", "mnuoutline", runs<OutlinePasteTaggedEntries>, taggedExist, FarReaching()),
     command("mnuOutlineDeleteTaggedEntries", "Delete tagged entries", "mnuoutline", runs<OutlineDeleteTaggedEntries>, taggedExist, FarReaching()),
     separator("mnuOutlineBar7", "mnuoutline"),
-    command("mnuOutlineFont", "&Font...", "mnuoutline", runs<OutlineFont>, always),
+    command("mnuOutlineFont", "&Font...", "mnuoutline", runs<OutlineFont>, always, FarReaching()),
 
     menu("mnuEdit", "&Edit", "", inText),
     command("mnuEditCut", "Cu&t               Ctrl+X", "mnuEdit", runs<EditCut>, inChangeableText,

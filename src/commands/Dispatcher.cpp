@@ -46,7 +46,7 @@ public:
         said[0] = said[0].toUpper();
         if (gone > 1)
             said += u" (%1 entries)"_s.arg(gone);
-        m_document->say(said + u" – Ctrl+Z takes it back"_s);
+        m_document->sayOfStep(said + u" – Ctrl+Z takes it back"_s);
     }
 
 private:

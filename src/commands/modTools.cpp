@@ -24,7 +24,7 @@ void travel(const char *name, const std::function<QString(Document &)> &move)
             return;
         if (DocumentView *view = document.view())
             view->window.autoFitSplit();
-        document.say(said);
+        document.sayOfStep(said);
     });
 }
 

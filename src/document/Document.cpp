@@ -26,6 +26,10 @@ Document::Document(std::unique_ptr<Outline> read)
     history.setLiveTexts(&texts);
     connect(&texts, &LiveTexts::stepAdded, &history, &History::appendTextStep);
     connect(&texts, &LiveTexts::undoneForgotten, &history, &History::forgetUndone);
+    connect(&history, &History::positionChanged, this, [this] {
+        if (m_passing && m_passingIsOfStep)
+            endPassing();
+    });
     texts.setFolder([this](EntryId entry, const auto &textAt) {
         if (history.isStepOpen())
             return false;
@@ -177,7 +181,14 @@ void Document::lookAtFileAgain()
 void Document::say(const QString &text)
 {
     m_passing = text;
+    m_passingIsOfStep = false;
     Q_EMIT statusTextChanged();
+}
+
+void Document::sayOfStep(const QString &text)
+{
+    say(text);
+    m_passingIsOfStep = true;
 }
 
 void Document::note(const QString &text)

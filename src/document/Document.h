@@ -117,6 +117,8 @@ public:
     // What the status bar says in passing, instead of the selected label: until another entry is selected or named, or
     // the window becomes the active one again. No text leaves the status bar empty.
     void say(const QString &text);
+    // The same of the step that was just done, undone or redone: until there is another.
+    void sayOfStep(const QString &text);
     // The same of the document's file, which is said again whenever the window becomes the active one.
     void note(const QString &text);
     // What was said in passing is not said any more, or nothing is.
@@ -205,6 +207,7 @@ private:
     qint16 m_expansionLevel = 0;
     // What was said in passing; an empty text is something else than none.
     std::optional<QString> m_passing;
+    bool m_passingIsOfStep = false;
     QString m_noted;
     mutable std::optional<SeenFile> m_seenFile;
 };

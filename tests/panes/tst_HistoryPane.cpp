@@ -38,6 +38,7 @@ private Q_SLOTS:
     void keysUndoAndRedoFromEitherPane();
     void undoSaysWhatItDid();
     void whatReachesFarSaysSo();
+    void whatWasSaidOfAStepEndsWithTheNext();
     void theItemsNameWhatIsDoneByMouseToo();
     void undoGoesAcrossEntries();
     void whatWasDraggedGoesBack();
@@ -207,6 +208,19 @@ void tst_HistoryPane::whatReachesFarSaysSo()
     rawOutline(document).tree.setLabel(document.tree.root()->child(0), u"Z"_s);
     m_main->choose("mnuOutlineSortAll");
     QCOMPARE(status(), u"Sorting below \"Root\" – Ctrl+Z takes it back"_s);
+}
+
+// What Ctrl+Z takes back is another step by then.
+void tst_HistoryPane::whatWasSaidOfAStepEndsWithTheNext()
+{
+    const Document &document = plant();
+    press(Qt::Key_Up, Qt::AltModifier);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(status(), u"Undid move of \"B\""_s);
+    form().textBox->setFocus();
+    QTest::keyClicks(form().textBox, u"x"_s);
+    m_main->refresh();
+    QCOMPARE(status(), document.tree.selected()->label());
 }
 
 void tst_HistoryPane::theItemsNameWhatIsDoneByMouseToo()
