@@ -39,10 +39,7 @@ Journal::Journal(JournalKeeper &keeper, int number, Document &document)
     document.history.setWitness(this);
     connect(&document.texts, &LiveTexts::changed, this, &Journal::noteTyping);
     // What is unsaved from the start, as what was imported, or because its file went, is taken down without a change.
-    connect(&document.history, &History::positionChanged, this, [this] {
-        if (!m_begun)
-            m_keeper.wake();
-    });
+    connect(&document.history, &History::positionChanged, this, [this] { m_keeper.wake(); });
 }
 
 Journal::~Journal()
@@ -113,6 +110,7 @@ void Journal::reset()
     m_head = 0;
     m_lastRecord = 0;
     m_baseSize = 0;
+    m_isHandedOverAsChanged = false;
     m_base.reset();
     m_records.clear();
 }

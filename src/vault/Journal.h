@@ -159,6 +159,7 @@ private:
     void addLine(Line line, LoggedStep step);
     void findTarget(Move &move) const;
     void apply(const Move &move);
+    bool isToBeWritten() const;
     bool hasWaiting() const;
     bool isTypingDue() const;
     RecoveryBatch takeBatch();
@@ -176,6 +177,7 @@ private:
     qint64 m_typingDelay = typingDelay;
     qint64 m_roomForLog = roomForLog;
     qint64 m_baseSize = 0;
+    bool m_isHandedOverAsChanged = false;
     // What is done in a step that is not over.
     std::vector<LoggedChange> m_open;
     // Texts that were changed in it, told of as steps or not.

@@ -183,9 +183,16 @@ void Journal::endTyping()
     m_typing.reset();
 }
 
+// Whether the document counts as changed may be all that is new: where its file goes, what was undone is not saved.
+bool Journal::isToBeWritten() const
+{
+    return m_base || !m_records.empty() ||
+           (m_begun && m_document && m_document->hasUnsavedChanges() != m_isHandedOverAsChanged);
+}
+
 bool Journal::hasWaiting() const
 {
-    return m_base || !m_records.empty() || (m_typing && m_typing->isDirty);
+    return isToBeWritten() || (m_typing && m_typing->isDirty);
 }
 
 bool Journal::isTypingDue() const
@@ -198,7 +205,7 @@ RecoveryBatch Journal::takeBatch()
     RecoveryBatch batch;
     batch.base = std::exchange(m_base, nullptr);
     batch.records = std::exchange(m_records, {});
-    batch.state.isChanged = m_document->hasUnsavedChanges();
+    batch.state.isChanged = m_isHandedOverAsChanged = m_document->hasUnsavedChanges();
     batch.state.selected = selected();
     batch.state.time = ports().clock ? ports().clock->now() : QDateTime();
     batch.state.steps = static_cast<int>(m_done);
@@ -222,7 +229,7 @@ bool Journal::look()
         if (isTypingDue())
             takeDownTyping();
         // While the writer is busy it waits here, where what comes later takes the place of what it replaces.
-        if (!m_inFlight && (m_base || !m_records.empty())) {
+        if (!m_inFlight && isToBeWritten()) {
             m_inFlight = true;
             m_keeper.write(m_number, takeBatch());
         }
@@ -236,7 +243,7 @@ void Journal::handOver()
         beginIfUnsaved();
         if (m_typing && m_typing->isDirty)
             takeDownTyping();
-        if (!m_base && m_records.empty())
+        if (!isToBeWritten())
             return;
         m_inFlight = true;
         m_keeper.write(m_number, takeBatch());

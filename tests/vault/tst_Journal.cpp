@@ -194,6 +194,14 @@ void tst_Journal::whatAFileHeldIsKeptWhenItIsNowhereElse()
     m_document->history.markSaved();
     pass(500);
     QVERIFY(leftNow().empty());
+    // What was done before and undone makes no difference.
+    m_document->history.setLabel(m_root, u"changed"_s);
+    QVERIFY(m_document->history.undo());
+    pass(500);
+    QVERIFY(leftNow().empty());
+    m_document->history.forgetSaved();
+    pass(500);
+    QCOMPARE(recoveredNow(), documentState(*m_document));
 }
 
 void tst_Journal::aNewDocumentInWhichNothingWasDoneIsNot()
