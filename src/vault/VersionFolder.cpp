@@ -16,6 +16,7 @@
 
 #include <cerrno>
 #include <cstdio>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -37,14 +38,57 @@ void renameDatabase(const QString &from, const QString &to)
     }
 }
 
-// Whether a database is of a file with that digest which is gone; one that cannot be read is not.
-bool wasVersionsOf(const QString &path, const QByteArray &digest)
+// What a database may be to a file that has none under its own name.
+struct Kin {
+    QString path;
+    FileLikeness likeness = FileLikeness::None;
+    // Of the file of its name.
+    bool isThere = false;
+};
+
+// One that cannot be read is of no other file.
+Kin kinOf(const QString &path, const QByteArray &digest, const std::optional<FileIdentity> &identity)
 {
     try {
         VersionStore store(path, Database::Opening::Existing);
-        return store.hasFileOf(digest) && !QFileInfo::exists(store.file());
+        const FileLikeness likeness = store.likenessOf(digest, identity);
+        return {path, likeness, likeness != FileLikeness::None && QFileInfo::exists(store.file())};
     } catch (const RunTimeError &) {
-        return false;
+        return {};
+    }
+}
+
+// The database of the file that was moved or renamed; none where it is rather the copy of one that is there.
+std::optional<Kin> ancestor(const QString &folder, const QByteArray &digest,
+                            const std::optional<FileIdentity> &identity)
+{
+    Kin nearest;
+    bool isCopied = false;
+    for (const QString &name : QDir(folder).entryList({u'*' + versionsSuffix}, QDir::Files, QDir::Time)) {
+        const Kin kin = kinOf(folder + u'/' + name, digest, identity);
+        if (kin.isThere)
+            isCopied = true;
+        else if (kin.likeness > nearest.likeness)
+            nearest = kin;
+    }
+    const FileLikeness least = isCopied ? FileLikeness::ContentAndTime : FileLikeness::Content;
+    return nearest.likeness >= least ? std::optional(nearest) : std::nullopt;
+}
+
+// Gives a file a database like another's, which stays.
+void adopt(const QString &from, const QString &own, const QString &file)
+{
+    const QString made = own + u".made"_s;
+    for (const QString &left : Database::filesOf(made))
+        QFile::remove(left);
+    try {
+        VersionStore(from, Database::Opening::Existing).copyTo(made);
+        VersionStore(made, Database::Opening::Existing).setFile(file);
+        renameDatabase(made, own);
+    } catch (...) {
+        for (const QString &left : Database::filesOf(made))
+            QFile::remove(left);
+        throw;
     }
 }
 
@@ -78,21 +122,19 @@ QString findVersions(const QString &folder, const QString &file, const std::func
     const QString own = versionsPathOf(folder, file);
     if (QFileInfo::exists(own))
         return own;
-    const QStringList others = QDir(folder).entryList({u'*' + versionsSuffix}, QDir::Files, QDir::Time);
-    if (others.isEmpty())
+    if (QDir(folder).entryList({u'*' + versionsSuffix}, QDir::Files).isEmpty())
         return QString();
     const QByteArray digest = digestOfFile();
-    if (digest.isEmpty())
+    const std::optional<Kin> found = digest.isEmpty() ? std::nullopt : ancestor(folder, digest, identityOf(file));
+    if (!found)
         return QString();
-    for (const QString &other : others) {
-        const QString path = folder + u'/' + other;
-        if (!wasVersionsOf(path, digest))
-            continue;
-        renameDatabase(path, own);
+    if (found->likeness == FileLikeness::Same) {
+        renameDatabase(found->path, own);
         VersionStore(own, Database::Opening::Existing).setFile(RealPathName(file));
-        return own;
+    } else {
+        adopt(found->path, own, RealPathName(file));
     }
-    return QString();
+    return own;
 }
 
 bool isOfLaterProgram(const QString &path, const DatabaseSchema &schema)

@@ -17,9 +17,11 @@ QString versionsFolder();
 // The database of a document's file, by the file's path without links; it need not exist.
 QString versionsPathOf(const QString &folder, const QString &file);
 
-// The database of a file, as far as it has one. Where it has none under its name, that of a file which was saved with
-// the content that this one has now and is no longer where it was: the file was moved or renamed, and its database is
-// renamed with it. Empty when there is none. The digest of the content is asked for only where it is needed.
+// The database of a file, as far as it has one. Where it has none under its name, that of a file which held when it was
+// saved last what this one holds now, and is no longer where it was: the file was moved or renamed. Its database is
+// renamed with it where it is the same file for certain; else the old name, under which a file may return, keeps its
+// own, and this one gets a copy. Empty when there is none, and for the copy of a file that is there. The digest of the
+// content is asked for only where it is needed.
 QString findVersions(const QString &folder, const QString &file, const std::function<QByteArray()> &digestOfFile);
 
 // The digest of what a file holds, as a document remembers it; empty when it cannot be read.

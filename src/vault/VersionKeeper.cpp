@@ -137,7 +137,10 @@ void VersionKeeper::fileWritten(Document &document)
         std::optional<Found> found;
         if (const auto held = m_found.extract(&document))
             found = held.mapped();
-        enqueueKeeping(keptOutline(document.outline()), {timeNow(), document.m_sFile, {}}, digestOf(document), found);
+        VersionSave save{timeNow(), document.m_sFile, {}};
+        if (document.fileRecord.own)
+            save.identity = document.fileRecord.own->identity;
+        enqueueKeeping(keptOutline(document.outline()), save, digestOf(document), found);
     });
 }
 

@@ -3,13 +3,17 @@
 
 #include "vault/VersionStore.h"
 
+#include "document/FileCalls.h"
 #include "util/RunTimeError.h"
 #include "vault/PackedBytes.h"
+#include "vault/PrivateFiles.h"
 #include "vault/TextWords.h"
 
 #include <QCryptographicHash>
+#include <QFile>
 
 #include <algorithm>
+#include <cerrno>
 
 using namespace Qt::StringLiterals;
 
@@ -52,7 +56,8 @@ const DatabaseSchema &VersionStore::schema()
           // What is known is looked up without reading the texts themselves.
           u"CREATE UNIQUE INDEX block_digest ON block (digest)"_s,
           u"CREATE UNIQUE INDEX text_digest ON text (digest, words)"_s},
-         {u"ALTER TABLE version ADD COLUMN origin INTEGER NOT NULL DEFAULT 0"_s}}};
+         {u"ALTER TABLE version ADD COLUMN origin INTEGER NOT NULL DEFAULT 0"_s},
+         {u"ALTER TABLE document ADD COLUMN inode INTEGER"_s, u"ALTER TABLE document ADD COLUMN modified INTEGER"_s}}};
     return schema;
 }
 
@@ -146,6 +151,9 @@ qint64 VersionStore::keep(const KeptOutline &outline, const VersionSave &save)
     if (!save.fileDigest.isEmpty())
         m_database.run(u"REPLACE INTO file (digest, version) VALUES (?, ?)"_s, {save.fileDigest, version});
     setFile(save.file);
+    if (save.identity)
+        m_database.run(u"UPDATE document SET inode = ?, modified = ?"_s,
+                       {static_cast<qint64>(save.identity->inode), save.identity->modified});
     transaction.commit();
     return version;
 }
@@ -271,7 +279,37 @@ QString VersionStore::file()
 
 void VersionStore::setFile(const QString &file)
 {
-    m_database.run(u"REPLACE INTO document (id, file) VALUES (1, ?)"_s, {file});
+    m_database.run(
+        u"INSERT INTO document (id, file) VALUES (1, ?) ON CONFLICT (id) DO UPDATE SET file = excluded.file"_s, {file});
+}
+
+FileLikeness VersionStore::likenessOf(const QByteArray &digest, const std::optional<FileIdentity> &identity)
+{
+    const bool hasContent =
+        m_database
+            .value(u"SELECT 1 FROM file WHERE digest = ? AND version = (SELECT max(version) FROM file)"_s, {digest})
+            .isValid();
+    if (!hasContent)
+        return FileLikeness::None;
+    FileLikeness likeness = FileLikeness::Content;
+    m_database.select(u"SELECT inode, modified FROM document"_s, {}, [&](const QSqlQuery &row) {
+        // A database of an earlier program has neither.
+        if (!identity || row.isNull(0) || row.value(1).toLongLong() != identity->modified)
+            return false;
+        const bool isSame = static_cast<quint64>(row.value(0).toLongLong()) == identity->inode;
+        likeness = isSame ? FileLikeness::Same : FileLikeness::ContentAndTime;
+        return false;
+    });
+    return likeness;
+}
+
+void VersionStore::copyTo(const QString &path)
+{
+    makePrivateFile(path);
+    m_database.run(u"VACUUM INTO ?"_s, {path});
+    QFile copy(path);
+    if (!copy.open(QIODevice::ReadWrite) || !flushFile(copy.handle()))
+        throw fileError(errno, path);
 }
 
 bool VersionStore::hasFileOf(const QByteArray &digest)

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "document/FileStamp.h"
 #include "vault/Database.h"
 #include "vault/KeptOutline.h"
 #include "vault/OutlineComparison.h"
@@ -11,6 +12,7 @@
 #include <QDateTime>
 #include <QHash>
 
+#include <optional>
 #include <vector>
 
 // Why a version was kept. What comes first says more of it.
@@ -44,6 +46,18 @@ struct VersionSave {
     QString file;
     QByteArray fileDigest;
     VersionOrigin origin = VersionOrigin::Saved;
+    // Of the file that the save made.
+    std::optional<FileIdentity> identity = {};
+};
+
+// What another file has of the file that was saved last.
+enum class FileLikeness {
+    None,
+    Content,
+    // And the time at which it was written, as a copy has it that is made to move a file to another disk.
+    ContentAndTime,
+    // It is that file.
+    Same
 };
 
 // The versions of one document in its database. A version costs what changed: texts are stored once for all versions,
@@ -73,8 +87,14 @@ public:
 
     // Where the document's file was when it was saved last, and whether any version of it was a file of that digest.
     QString file();
-    void setFile(const QString &file);
     bool hasFileOf(const QByteArray &digest);
+    // A file's likeness to the newest version that was a file.
+    FileLikeness likenessOf(const QByteArray &digest, const std::optional<FileIdentity> &identity);
+
+    // From now on it is the database of another name of the file.
+    void setFile(const QString &file);
+    // Makes the same database in a new file, and puts it on disk.
+    void copyTo(const QString &path);
 
     static QByteArray digestOf(const QByteArray &bytes);
     static const DatabaseSchema &schema();

@@ -16,6 +16,7 @@
 #include <QTest>
 
 #include <csignal>
+#include <fcntl.h>
 #include <optional>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -30,6 +31,19 @@ int permissionsOf(const QString &path)
 {
     struct stat status = {};
     return stat(QFile::encodeName(path).constData(), &status) == 0 ? int(status.st_mode & 0777U) : -1;
+}
+
+void write(const QString &path, const QByteArray &content)
+{
+    QFile file(path);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    QCOMPARE(file.write(content), content.size());
+}
+
+timespec modifiedOf(const QString &path)
+{
+    struct stat status = {};
+    return stat(QFile::encodeName(path).constData(), &status) == 0 ? status.st_mtim : timespec();
 }
 
 // No file grows beyond so many bytes while it lives.
@@ -98,6 +112,20 @@ public:
         settle();
     }
 
+    // Saves it with another label.
+    void change(Document &document, const QString &label)
+    {
+        document.history.setLabel(document.tree.root(), label);
+        save(document, document.m_sFile);
+    }
+
+    Document &open(const QString &path)
+    {
+        modDoc::DocLoad(path);
+        settle();
+        return program.active()->document;
+    }
+
     void settle() const { QTRY_VERIFY_WITH_TIMEOUT(keeper->isIdle(), 30000); }
 
     VersionKeeper::Listed list(const QString &path)
@@ -150,6 +178,11 @@ private Q_SLOTS:
     void twoDocumentsHaveVersionsOfTheirOwn();
     void aMovedFileFindsItsVersions();
     void aCopyBeginsAnew();
+    void aTemplateCopiedAnewLeavesAnEarlierCopyItsVersions();
+    void aFileThatMayBeAnotherOneLeavesTheOldNameItsVersions();
+    void aFileMovedToAnotherDiskBringsItsVersionsAlong();
+    void aCopyOfAFileThatIsThereDoesNotTakeWhatIsGone();
+    void theVersionsOfAnEarlierProgramAreFound();
     void whatIsTypedMeanwhileIsNotInTheVersion();
     void whatIsAskedForIsDoneBeforeTheProgramEnds();
     void aFolderThatCannotBeMadeIsToldOf();
@@ -246,6 +279,123 @@ void tst_VersionKeeper::aCopyBeginsAnew()
     QVERIFY(modDoc::DocLoad(copy));
     QCOMPARE(desk.list(copy).versions.size(), 0U);
     QCOMPARE(desk.list(document.m_sFile).versions.size(), 1U);
+}
+
+void tst_VersionKeeper::aTemplateCopiedAnewLeavesAnEarlierCopyItsVersions()
+{
+    Desk desk;
+    const QString sample = desk.file(u"template.qly"_s);
+    const QString spring = desk.file(u"spring.qly"_s);
+    const QString autumn = desk.file(u"autumn.qly"_s);
+    write(sample, nativeBytes(QStringList{u"plan"_s}));
+    QVERIFY(QFile::copy(sample, spring));
+    desk.change(desk.open(spring), u"spring"_s);
+    QCOMPARE(desk.list(spring).versions.size(), 2U);
+    QVERIFY(QFile::remove(spring));
+    QVERIFY(QFile::copy(sample, autumn));
+    desk.open(autumn);
+    QCOMPARE(desk.list(autumn).versions.size(), 0U);
+    QCOMPARE(desk.list(spring).versions.size(), 2U);
+}
+
+// Copied twice from something that nobody saved here, it may be the file that is gone, or another copy.
+void tst_VersionKeeper::aFileThatMayBeAnotherOneLeavesTheOldNameItsVersions()
+{
+    Desk desk;
+    const QString sample = desk.file(u"template.qly"_s);
+    const QStringList copies = {desk.file(u"one.qly"_s), desk.file(u"two.qly"_s), desk.file(u"three.qly"_s)};
+    write(sample, nativeBytes(QStringList{u"plan"_s}));
+    QVERIFY(QFile::copy(sample, copies[0]));
+    desk.save(desk.open(copies[0]), copies[0]);
+    desk.program.closeAll();
+    QVERIFY(QFile::copy(copies[0], desk.file(u"kept"_s)));
+    QVERIFY(QFile::remove(copies[0]));
+    for (const QString &copy : copies.sliced(1)) {
+        QVERIFY(QFile::copy(sample, copy));
+        desk.open(copy);
+        desk.program.closeAll();
+        QVERIFY(QFile::remove(copy));
+    }
+    QVERIFY(QFile::copy(desk.file(u"kept"_s), copies[1]));
+    desk.change(desk.open(copies[1]), u"another"_s);
+    QCOMPARE(desk.list(copies[1]).versions.size(), 2U);
+    QCOMPARE(permissionsOf(versionsPathOf(desk.versions(), copies[1])), 0600);
+    // The old one returns.
+    QVERIFY(QFile::copy(desk.file(u"kept"_s), copies[0]));
+    desk.open(copies[0]);
+    QCOMPARE(desk.list(copies[0]).versions.size(), 1U);
+    QCOMPARE(desk.list(copies[2]).versions.size(), 1U);
+    QCOMPARE(QDir(desk.versions()).entryList(QDir::Files).size(), 3);
+}
+
+void tst_VersionKeeper::aFileMovedToAnotherDiskBringsItsVersionsAlong()
+{
+    Desk desk;
+    const QString before = desk.file(u"plan.qly"_s);
+    const QString behind = desk.file(u"moved.qly"_s);
+    const QString backup = desk.file(u"backup.qly"_s);
+    Document &document = desk.plant(u"plan.qly"_s, {u"root"_s});
+    desk.change(document, u"Root"_s);
+    desk.program.closeAll();
+    // Somebody works on a copy of it, too, that is just the same.
+    QVERIFY(QFile::copy(before, backup));
+    desk.save(desk.open(backup), backup);
+    desk.program.closeAll();
+    // What moves a file across disks copies it with its times.
+    const QDateTime time = QFileInfo(before).lastModified();
+    QVERIFY(QFile::copy(before, behind));
+    {
+        const timespec times[] = {modifiedOf(before), modifiedOf(before)};
+        QCOMPARE(utimensat(AT_FDCWD, qPrintable(behind), times, 0), 0);
+    }
+    QCOMPARE(QFileInfo(behind).lastModified(), time);
+    QVERIFY(QFile::remove(before));
+    desk.open(behind);
+    QCOMPARE(desk.list(behind).versions.size(), 2U);
+    // And back again, as from a disk that was only not there.
+    desk.program.closeAll();
+    QVERIFY(QFile::copy(behind, before));
+    QCOMPARE(desk.list(before).versions.size(), 2U);
+}
+
+void tst_VersionKeeper::aCopyOfAFileThatIsThereDoesNotTakeWhatIsGone()
+{
+    Desk desk;
+    const Document &sample = desk.plant(u"template.qly"_s, {u"plan"_s});
+    const QString spring = desk.file(u"spring.qly"_s);
+    const QString autumn = desk.file(u"autumn.qly"_s);
+    QVERIFY(QFile::copy(sample.m_sFile, spring));
+    Document &document = desk.open(spring);
+    desk.change(document, u"spring"_s);
+    desk.change(document, u"plan"_s);
+    QVERIFY(QFile::remove(spring));
+    QVERIFY(QFile::copy(sample.m_sFile, autumn));
+    desk.open(autumn);
+    QCOMPARE(desk.list(autumn).versions.size(), 0U);
+    QCOMPARE(desk.list(spring).versions.size(), 3U);
+}
+
+// It wrote down nothing of a file but its name and what it held.
+void tst_VersionKeeper::theVersionsOfAnEarlierProgramAreFound()
+{
+    Desk desk;
+    Document &document = desk.plant(u"plan.qly"_s, {u"root"_s});
+    desk.change(document, u"Root"_s);
+    desk.program.closeAll();
+    const QString path = versionsPathOf(desk.versions(), desk.file(u"plan.qly"_s));
+    {
+        Database database(path, VersionStore::schema(), Database::Opening::Existing);
+        database.run(u"ALTER TABLE document DROP COLUMN inode"_s);
+        database.run(u"ALTER TABLE document DROP COLUMN modified"_s);
+        database.run(u"PRAGMA user_version = 2"_s);
+    }
+    const QString moved = desk.file(u"moved.qly"_s);
+    QVERIFY(QFile::rename(desk.file(u"plan.qly"_s), moved));
+    Document &opened = desk.open(moved);
+    QCOMPARE(desk.list(moved).versions.size(), 2U);
+    desk.change(opened, u"ROOT"_s);
+    QCOMPARE(desk.list(moved).versions.size(), 3U);
+    QCOMPARE(Desk::remarks(), QStringList());
 }
 
 void tst_VersionKeeper::whatIsTypedMeanwhileIsNotInTheVersion()
@@ -448,13 +598,6 @@ QList<VersionOrigin> originsOf(const VersionKeeper::Listed &listed)
     for (const VersionInfo &version : listed.versions)
         origins.append(version.origin);
     return origins;
-}
-
-void write(const QString &path, const QByteArray &content)
-{
-    QFile file(path);
-    QVERIFY(file.open(QIODevice::WriteOnly));
-    QCOMPARE(file.write(content), content.size());
 }
 
 constexpr VersionOrigin saved = VersionOrigin::Saved;
