@@ -119,3 +119,16 @@ QString folded(QStringView text)
     result.truncate(to - result.constData());
     return result;
 }
+
+std::vector<int> originsOfFolded(QStringView text)
+{
+    std::vector<int> origins;
+    for (qsizetype i = 0; i < text.size();) {
+        const bool isPair = text[i].isHighSurrogate() && i + 1 < text.size() && text[i + 1].isLowSurrogate();
+        const qsizetype units = isPair ? 2 : 1;
+        origins.insert(origins.end(), static_cast<std::size_t>(folded(text.sliced(i, units)).size()),
+                       static_cast<int>(i));
+        i += units;
+    }
+    return origins;
+}
