@@ -372,7 +372,7 @@ void NodeSortAll(Document &document, Entry *entry, bool sorted)
         if (reordered.size() == 1)
             step.setName(stepName("sorting below"_L1, *reordered.front()));
         else if (!reordered.empty())
-            step.setName(u"sorting below %1 entries"_s.arg(reordered.size()));
+            step.setName(u"sorting of %1 branches"_s.arg(reordered.size()));
     });
 }
 

@@ -49,6 +49,8 @@ QString nameOf(const Change &change, const EntryTree &tree)
                                            "change of records of"_L1, "change of records"_L1};
     static_assert(std::size(names) == std::variant_size_v<Change>);
     const Entry *entry = tree.entry(entryOf(change));
+    if (const auto *tag = std::get_if<change::Tag>(&change); tag && entry && !tag->tagged)
+        return stepName("untagging of"_L1, *entry);
     return entry ? stepName(names[change.index()], *entry) : names[change.index()].toString();
 }
 

@@ -130,10 +130,10 @@ void tst_UndoCommands::aCommandIsOneStepWithAName_data()
     row("OutlinePaste", "pasting of \"D1\"");
     row("OutlinePasteAndDelete", "pasting of \"D1\"");
     row("OutlineDelete", "deletion of \"B\"");
-    row("OutlineTaggedEntry", "tagging of \"B\"");
+    row("OutlineTaggedEntry", "untagging of \"B\"");
     row("OutlinePasteTaggedEntries", "pasting of 2 tagged entries");
     row("OutlineDeleteTaggedEntries", "deletion of 2 tagged entries");
-    row("OutlineSortAll", "sorting below 2 entries");
+    row("OutlineSortAll", "sorting of 2 branches");
     row("drop on the root", "move of \"B\"");
     row("drop a copy on the root", "insertion of a copy of \"B\"");
 }
@@ -158,7 +158,7 @@ void tst_UndoCommands::aSortingOfManyEntriesSaysHowMany()
     OutlineFixture fixture({u"Root <"_s, u" D"_s, u" C"_s, u"  C2"_s, u"  C1"_s, u" B"_s, u"  B1"_s, u"  B2"_s});
     fixture.document().history.startAnew();
     modOutline::OutlineSortAll();
-    QCOMPARE(fixture.document().history.undoName(), u"sorting below 2 entries"_s);
+    QCOMPARE(fixture.document().history.undoName(), u"sorting of 2 branches"_s);
     QVERIFY(undoStep(fixture.document()));
     fixture.document().history.remove(fixture.entry(u"D"_s));
     fixture.document().history.remove(fixture.entry(u"C"_s));
