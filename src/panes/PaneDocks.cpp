@@ -12,6 +12,8 @@
 #include <QKeyEvent>
 #include <QMainWindow>
 
+#include <algorithm>
+
 namespace
 {
 
@@ -124,9 +126,15 @@ void PaneDocks::goToNext()
     m_goToDocument();
 }
 
-// Of what is pressed in a pane, F6 and Esc lead out of it, unless the pane takes them itself first.
+// Of what is pressed in a pane, F6 and Esc lead out of it, unless the pane takes them itself first. Its closing does
+// too, which would give the keyboard to whatever comes next in the window.
 bool PaneDocks::eventFilter(QObject *watched, QEvent *event)
 {
+    if (event->type() == QEvent::Close) {
+        const auto isClosed = [&](const Docked &each) { return each.dock == watched && holdsFocus(*each.dock); };
+        if (std::ranges::any_of(m_docked, isClosed))
+            m_goToDocument();
+    }
     if (event->type() != QEvent::KeyPress)
         return QObject::eventFilter(watched, event);
     const auto &key = *static_cast<QKeyEvent *>(event);
