@@ -161,6 +161,10 @@ public:
 
     // Whether the outline is another than the one that was saved last, or counts as another.
     bool isChanged() const;
+
+    // The position that was saved last, while steps lead there.
+    std::optional<int> savedPosition() const { return m_saved; }
+
     void markSaved();
     // Counts as changed without a difference, until it is saved or a step leads to what was saved.
     void touch();

@@ -8,6 +8,9 @@
 #include <QAbstractListModel>
 #include <QPointer>
 
+#include <optional>
+#include <vector>
+
 // The steps of a document as a list: the state before them, then one row a step. Row n is the state after n steps. It
 // follows the history; many changes at once are one.
 class HistoryModel final : public QAbstractListModel
@@ -16,6 +19,9 @@ class HistoryModel final : public QAbstractListModel
 
 public:
     explicit HistoryModel(QObject *parent);
+
+    // Whether a row is the state that was saved last.
+    static constexpr int SavedRole = Qt::UserRole;
 
     // Null for none.
     void setHistory(History *history);
@@ -33,12 +39,19 @@ Q_SIGNALS:
     void refreshed();
 
 private:
+    using Place = std::vector<History::StepInfo>::iterator;
+
     void schedule();
+    void takeSteps(std::vector<History::StepInfo> steps);
+    void takePosition();
+    Place removeSteps(Place begin, Place end);
+    void insertSteps(std::size_t at, std::vector<History::StepInfo> steps);
     QString nameOf(int row) const;
     QString spoken(int row) const;
 
     QPointer<History> m_history;
     std::vector<History::StepInfo> m_steps;
     int m_position = 0;
+    std::optional<int> m_saved;
     bool m_scheduled = false;
 };

@@ -8,18 +8,27 @@
 #include "model/Contrast.h"
 #include "panes/HistoryModel.h"
 
+#include <QApplication>
 #include <QKeyEvent>
 #include <QListView>
+#include <QMouseEvent>
 #include <QPainter>
+#include <QPersistentModelIndex>
 #include <QPointer>
+#include <QStyle>
 #include <QStyledItemDelegate>
+
+#include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
 
-// Greys the steps that are undone.
+constexpr QLatin1StringView savedMark("Saved");
+
+// Greys the steps that are undone, and marks the saved state at the right.
 class HistoryDelegate final : public QStyledItemDelegate
 {
 public:
@@ -27,6 +36,31 @@ public:
         : QStyledItemDelegate(parent)
         , m_model(model)
     {
+    }
+
+    void paint(QPainter *painter, const QStyleOptionViewItem &option, const QModelIndex &index) const override
+    {
+        QStyleOptionViewItem row(option);
+        initStyleOption(&row, index);
+        const QStyle &style = *row.widget->style();
+        if (!index.data(HistoryModel::SavedRole).toBool()) {
+            style.drawControl(QStyle::CE_ItemViewItem, &row, painter, row.widget);
+            return;
+        }
+        // The step's name is cut short before it.
+        const int gap = row.fontMetrics.averageCharWidth();
+        QRect mark = row.rect.adjusted(gap, 0, -gap, 0);
+        mark.setLeft(std::max(mark.left(), mark.right() - row.fontMetrics.horizontalAdvance(savedMark)));
+        row.text = row.fontMetrics.elidedText(row.text, Qt::ElideRight, mark.left() - row.rect.left() - 2 * gap);
+        style.drawControl(QStyle::CE_ItemViewItem, &row, painter, row.widget);
+        const bool isSelected = row.state.testFlag(QStyle::State_Selected);
+        const bool isActive = row.state.testFlag(QStyle::State_Active);
+        painter->save();
+        painter->setFont(row.font);
+        painter->setPen(row.palette.color(isActive ? QPalette::Active : QPalette::Inactive,
+                                          isSelected ? QPalette::HighlightedText : QPalette::Text));
+        painter->drawText(mark, Qt::AlignRight | Qt::AlignVCenter, savedMark);
+        painter->restore();
     }
 
 protected:
@@ -62,7 +96,6 @@ public:
         setTextElideMode(Qt::ElideRight);
         setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
         connect(m_model, &HistoryModel::refreshed, this, [this] { showPosition(); });
-        connect(this, &QListView::clicked, this, [this](const QModelIndex &index) { goTo(index); });
     }
 
     // Steps are gathered only while they are seen.
@@ -89,6 +122,30 @@ protected:
     {
         QListView::hideEvent(event);
         m_model->setHistory(nullptr);
+    }
+
+    // The press ends the editing of a label, which may make a step: what was pressed is what is gone to, wherever its
+    // row stands at the release.
+    void mousePressEvent(QMouseEvent *event) override
+    {
+        m_pressed = event->button() == Qt::LeftButton ? indexAt(event->position().toPoint()) : QModelIndex();
+        m_pressedAt = event->position().toPoint();
+        QListView::mousePressEvent(event);
+    }
+
+    void mouseReleaseEvent(QMouseEvent *event) override
+    {
+        QListView::mouseReleaseEvent(event);
+        if (event->button() != Qt::LeftButton)
+            return;
+        m_model->refresh();
+        const QModelIndex pressed = std::exchange(m_pressed, QPersistentModelIndex());
+        const QPoint place = event->position().toPoint();
+        const bool hasStayed = (place - m_pressedAt).manhattanLength() < QApplication::startDragDistance();
+        if (hasStayed || indexAt(place) == pressed)
+            goTo(pressed);
+        else
+            showPosition();
     }
 
     void keyPressEvent(QKeyEvent *event) override
@@ -122,7 +179,8 @@ private:
     void showPosition()
     {
         const QModelIndex index = m_model->index(m_model->position(), 0);
-        if (!index.isValid())
+        // Nothing moves under the mouse while it is pressed.
+        if (!index.isValid() || m_pressed.isValid())
             return;
         setCurrentIndex(index);
         scrollTo(index);
@@ -131,6 +189,9 @@ private:
     Dispatcher &m_dispatcher;
     HistoryModel *m_model;
     QPointer<History> m_history;
+    // Where the mouse is pressed.
+    QPersistentModelIndex m_pressed;
+    QPoint m_pressedAt;
 };
 
 // The steps of the active document, of which each can be gone back or forth to: with a click, or with Enter.

@@ -12,10 +12,14 @@
 #include "support/RawOutline.h"
 #include "window/frmDocument.h"
 
+#include <QAbstractButton>
+#include <QAbstractItemModelTester>
+#include <QDockWidget>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListView>
 #include <QMenuBar>
+#include <QSignalSpy>
 #include <QTest>
 #include <QWindow>
 
@@ -49,6 +53,12 @@ private Q_SLOTS:
     void undoneToWhatWasSavedNothingIsAskedAtTheEnd();
     void thePaneListsTheStepsAndGreysThoseUndone();
     void aClickGoesToAStep();
+    void aClickThatEndsALabelGoesToTheRowThatWasPressed();
+    void aClickOnWhatALabelTakesAwayGoesNowhere();
+    void rowsThatStayAreTheSameRows();
+    void rowsOfForgottenStepsGo();
+    void whatWasSavedIsMarked();
+    void closingThePaneGivesTheKeyboardBackToThePaneThatHadIt();
     void thePaneIsUsedByKeysAlone();
     void thePaneFollowsTheActiveDocument();
     void assistiveTechnologyHearsWhereTheDocumentIs();
@@ -63,6 +73,8 @@ private:
 
     QStringList rows() const;
     QString status() const;
+    // Opens the label of the selected entry, and types into it.
+    void typeALabel(const QString &text) const;
 
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) const
     {
@@ -109,6 +121,14 @@ QString tst_HistoryPane::status() const
     return text ? text->text() : QString();
 }
 
+void tst_HistoryPane::typeALabel(const QString &text) const
+{
+    form().treeView->setFocus();
+    press(Qt::Key_F2);
+    QTRY_VERIFY(qobject_cast<QLineEdit *>(QApplication::focusWidget()));
+    QTest::keyClicks(QApplication::focusWidget(), text);
+}
+
 void tst_HistoryPane::theMenuStandsBetweenViewAndWindow()
 {
     QStringList captions;
@@ -125,6 +145,10 @@ void tst_HistoryPane::theItemsNameTheSteps()
     QCOMPARE(m_main->action(u"mnuToolsRedo"_s)->text(), u"&Redo"_s);
     m_main->choose("mnuToolsUndo");
     QCOMPARE(m_main->action(u"mnuToolsRedo"_s)->text(), u"&Redo move of \"B\""_s);
+    press(Qt::Key_T, Qt::AltModifier);
+    QCOMPARE(m_main->action(u"mnuToolsUndo"_s)->text(), u"&Undo tagging of \"B\""_s);
+    press(Qt::Key_T, Qt::AltModifier);
+    QCOMPARE(m_main->action(u"mnuToolsUndo"_s)->text(), u"&Undo untagging of \"B\""_s);
     QCOMPARE(m_main->action(u"mnuToolsUndo"_s)->shortcuts(), QList<QKeySequence>({QKeySequence(u"Ctrl+Z"_s)}));
     QCOMPARE(m_main->action(u"mnuToolsRedo"_s)->shortcuts(),
              QList<QKeySequence>({QKeySequence(u"Ctrl+Shift+Z"_s), QKeySequence(u"Ctrl+Y"_s)}));
@@ -408,6 +432,151 @@ void tst_HistoryPane::aClickGoesToAStep()
     QCOMPARE(outline(), u"Root +| A| B <| C"_s);
 }
 
+// The label that is open is taken over by the press, which makes a step of it while the mouse is still down.
+void tst_HistoryPane::aClickThatEndsALabelGoesToTheRowThatWasPressed()
+{
+    const Document &document = plant();
+    m_main->choose("mnuToolsHistory");
+    form().treeView->setFocus();
+    press(Qt::Key_Up, Qt::AltModifier);
+    press(Qt::Key_End, Qt::AltModifier);
+    press(Qt::Key_T, Qt::AltModifier);
+    QTRY_COMPARE(rows().size(), 4);
+    typeALabel(u"typed"_s);
+    const QPoint place = list().visualRect(list().model()->index(1, 0)).center();
+    QTest::mousePress(list().viewport(), Qt::LeftButton, {}, place);
+    QTRY_COMPARE(rows().size(), 5);
+    QTest::mouseRelease(list().viewport(), Qt::LeftButton, {}, place);
+    QCOMPARE(document.history.position(), 1);
+    QCOMPARE(outline(), u"Root +| B <| A| C"_s);
+    QTRY_COMPARE(list().currentIndex().row(), 1);
+    QCOMPARE(document.history.stepCount(), 4);
+    // So does one that is too quick for anything to happen meanwhile.
+    typeALabel(u"again"_s);
+    QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, list().visualRect(list().model()->index(0, 0)).center());
+    QCOMPARE(outline(), u"Root +| A| B <| C"_s);
+    QCOMPARE(document.history.redoName(), u"move of \"B\""_s);
+}
+
+void tst_HistoryPane::aClickOnWhatALabelTakesAwayGoesNowhere()
+{
+    const Document &document = plant();
+    m_main->choose("mnuToolsHistory");
+    form().treeView->setFocus();
+    press(Qt::Key_Up, Qt::AltModifier);
+    press(Qt::Key_End, Qt::AltModifier);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    QTRY_COMPARE(rows().size(), 3);
+    typeALabel(u"typed"_s);
+    QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, list().visualRect(list().model()->index(2, 0)).center());
+    QCOMPARE(outline(), u"Root +| typed <| A| C"_s);
+    QCOMPARE(document.history.position(), 2);
+    QTRY_COMPARE(list().currentIndex().row(), 2);
+}
+
+void tst_HistoryPane::rowsThatStayAreTheSameRows()
+{
+    plant();
+    m_main->choose("mnuToolsHistory");
+    form().treeView->setFocus();
+    QAbstractItemModel &model = *list().model();
+    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    const QSignalSpy resets(&model, &QAbstractItemModel::modelReset);
+    press(Qt::Key_Up, Qt::AltModifier);
+    press(Qt::Key_T, Qt::AltModifier);
+    QTRY_COMPARE(rows().size(), 3);
+    const QPersistentModelIndex move = model.index(1, 0);
+    const QPersistentModelIndex tag = model.index(2, 0);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    press(Qt::Key_End, Qt::AltModifier);
+    QTRY_VERIFY(!tag.isValid());
+    QCOMPARE(rows().size(), 3);
+    QCOMPARE(move.row(), 1);
+    QCOMPARE(resets.count(), 0);
+    // Nothing is left of the list with the last step.
+    DocumentActive()->history.startAnew();
+    QTRY_COMPARE(rows().size(), 0);
+    press(Qt::Key_T, Qt::AltModifier);
+    QTRY_COMPARE(rows().size(), 2);
+    QCOMPARE(resets.count(), 0);
+}
+
+void tst_HistoryPane::rowsOfForgottenStepsGo()
+{
+    Document &document = plant();
+    m_main->choose("mnuToolsHistory");
+    form().treeView->setFocus();
+    QAbstractItemModel &model = *list().model();
+    const QAbstractItemModelTester tester(&model, QAbstractItemModelTester::FailureReportingMode::QtTest);
+    for (int times = 0; times < 4; ++times)
+        press(Qt::Key_T, Qt::AltModifier);
+    QTRY_COMPARE(rows().size(), 5);
+    const QPersistentModelIndex last = model.index(4, 0);
+    // The oldest go at one end while new ones come at the other.
+    document.history.setMaximumWeight(document.history.weight());
+    press(Qt::Key_End, Qt::AltModifier);
+    QTRY_COMPARE(rows().size(), document.history.stepCount() + 1);
+    QVERIFY(rows().size() <= 5);
+    QCOMPARE(last.row(), rows().size() - 2);
+    QCOMPARE(rows().last(), u"Move of \"B\""_s);
+}
+
+void tst_HistoryPane::whatWasSavedIsMarked()
+{
+    plant();
+    m_main->choose("mnuToolsHistory");
+    form().treeView->setFocus();
+    press(Qt::Key_Up, Qt::AltModifier);
+    m_main->app.core.dialogs.saveNames = {m_main->app.folder.filePath(u"a.qly"_s)};
+    m_main->choose("mnuFileSave");
+    QVERIFY(!DocumentActive()->m_bDataChanged());
+    press(Qt::Key_T, Qt::AltModifier);
+    QTRY_COMPARE(rows().size(), 3);
+    const auto heard = [this](int row) {
+        return list().model()->index(row, 0).data(Qt::AccessibleTextRole).toString();
+    };
+    QCOMPARE(heard(1), u"Move of \"B\", done, saved"_s);
+    QCOMPARE(heard(2), u"Tagging of \"B\", the document is here"_s);
+    // At the right end of its row, where no other row has anything.
+    const auto inkAtTheRight = [this](int row) {
+        QRect right = list().visualRect(list().model()->index(row, 0));
+        right.setLeft(right.right() - list().fontMetrics().horizontalAdvance(u"Saved"_s));
+        const QImage image = list().viewport()->grab(right).toImage();
+        for (int y = 0; y < image.height(); ++y) {
+            for (int x = 0; x < image.width(); ++x) {
+                if (image.pixelColor(x, y) != image.pixelColor(0, 0))
+                    return true;
+            }
+        }
+        return false;
+    };
+    list().setCurrentIndex({});
+    QVERIFY(inkAtTheRight(1));
+    QVERIFY(!inkAtTheRight(0) && !inkAtTheRight(2));
+    press(Qt::Key_Z, Qt::ControlModifier);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    QTRY_COMPARE(heard(1), u"Move of \"B\", undone, saved"_s);
+    press(Qt::Key_T, Qt::AltModifier);
+    QTRY_COMPARE(rows().size(), 2);
+    QVERIFY(!heard(0).contains(u"saved"_s) && !heard(1).contains(u"saved"_s));
+}
+
+void tst_HistoryPane::closingThePaneGivesTheKeyboardBackToThePaneThatHadIt()
+{
+    plant();
+    m_main->choose("mnuToolsHistory");
+    form().textBox->setFocus();
+    press(Qt::Key_Up, Qt::AltModifier);
+    QTRY_COMPARE(rows().size(), 2);
+    QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, list().visualRect(list().model()->index(0, 0)).center());
+    QVERIFY(list().hasFocus());
+    auto *dock = m_main->main.findChild<QDockWidget *>(u"dock_mnuToolsHistory"_s);
+    auto *close = dock->findChild<QAbstractButton *>(u"qt_dockwidget_closebutton"_s);
+    QTest::mouseClick(close, Qt::LeftButton);
+    QVERIFY(dock->isHidden());
+    QCOMPARE(QApplication::focusWidget(), form().textBox);
+}
+
 void tst_HistoryPane::thePaneIsUsedByKeysAlone()
 {
     plant();
@@ -469,7 +638,7 @@ void tst_HistoryPane::assistiveTechnologyHearsWhereTheDocumentIs()
     const auto heard = [this](int row) {
         return list().model()->index(row, 0).data(Qt::AccessibleTextRole).toString();
     };
-    QVERIFY(heard(0).endsWith(u", done"_s));
+    QVERIFY(heard(0).endsWith(u", done, saved"_s));
     QCOMPARE(heard(1), u"Move of \"B\", the document is here"_s);
     QVERIFY(heard(2).endsWith(u", undone"_s));
 }
