@@ -4,11 +4,10 @@
 #include "find/TextIndex.h"
 
 #include "document/Document.h"
+#include "find/Workers.h"
 #include "model/StoredText.h"
 #include "rtf/Rtf.h"
 #include "util/AnsiCodec.h"
-
-#include <QThreadPool>
 
 #include <algorithm>
 #include <atomic>
@@ -22,17 +21,10 @@ constexpr int slice = 4096;
 constexpr std::size_t batchTexts = 256;
 constexpr qsizetype batchBytes = 1 << 19;
 
-QThreadPool &workers()
-{
-    static QThreadPool pool;
-    pool.setThreadPriority(QThread::LowestPriority);
-    return pool;
-}
-
 // One waits for each worker while it is at another.
 int mostBatches()
 {
-    return workers().maxThreadCount() * 2;
+    return findWorkers().maxThreadCount() * 2;
 }
 
 std::optional<TextSignature> signatureOf(const QByteArray &storedText)
@@ -153,7 +145,7 @@ void TextIndex::goOn()
 void TextIndex::start(Batch batch)
 {
     ++m_working;
-    workers().start([answers = m_answers, batch = std::move(batch)]() mutable {
+    findWorkers().start([answers = m_answers, batch = std::move(batch)]() mutable {
         for (auto &[entry, each] : batch) {
             if (answers->isEnded)
                 return;

@@ -29,7 +29,7 @@ void PlainTextSink::picture(const Picture &picture, const CharState &state)
 {
     Q_UNUSED(picture)
     Q_UNUSED(state)
-    m_text += QLatin1Char(' ');
+    m_text += m_picture;
 }
 
 void PlainTextSink::endParagraph(const ParaState &state, const CharState &mark, int depth)

@@ -18,6 +18,12 @@ namespace rtf
 class PlainTextSink final : public Sink
 {
 public:
+    // A picture is that character.
+    explicit PlainTextSink(QChar picture = QLatin1Char(' '))
+        : m_picture(picture)
+    {
+    }
+
     void begin(const Tables &tables) override;
     void text(QStringView text, const CharState &state) override;
     void picture(const Picture &picture, const CharState &state) override;
@@ -58,6 +64,7 @@ private:
     void closeTables(std::size_t depth);
     void endShape(TableShape &shape, int depth);
 
+    const QChar m_picture;
     QString m_text;                 // every paragraph behind its CR LF
     qsizetype m_paragraphStart = 0; // of the paragraph that is being collected, at its CR LF
     Container m_document;

@@ -77,6 +77,13 @@ QString toPlainText(QByteArrayView rtf)
     return plainContent(rtf).text;
 }
 
+QString toFindableText(QByteArrayView rtf)
+{
+    PlainTextSink sink(QChar::ObjectReplacementCharacter);
+    Interpreter(rtf, sink, Interpreter::Detail::TextOnly).run();
+    return sink.takeText();
+}
+
 PlainContent plainContent(QByteArrayView rtf)
 {
     PlainTextSink sink;

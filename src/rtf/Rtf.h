@@ -39,6 +39,9 @@ QByteArray write(const QTextCursor &selection);
 // The text that plainText() gives for the document that read() would build, without building it.
 QString toPlainText(QByteArrayView rtf);
 
+// The same of findableText().
+QString toFindableText(QByteArrayView rtf);
+
 // The same, and how many cells all tables of that document have; what a cell spans counts too. A cell counts twice for
 // each table around its own: that much longer it takes to be laid out.
 struct PlainContent {

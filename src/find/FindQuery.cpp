@@ -1,0 +1,281 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "find/FindQuery.h"
+
+#include "find/ComparedText.h"
+
+#include <QRegularExpression>
+#include <QStringMatcher>
+
+#include <algorithm>
+#include <optional>
+
+using namespace Qt::StringLiterals;
+
+namespace
+{
+
+// What matching may cost in one line before it is given up: some ten milliseconds. Of two limits in an expression the
+// lower one holds, so that nobody can write a higher one.
+constexpr auto matchLimit = "(*LIMIT_MATCH=1000000)(*LIMIT_DEPTH=100000)"_L1;
+
+bool isWordUnit(char32_t c)
+{
+    return QChar::isLetterOrNumber(c);
+}
+
+bool isPassedBy(char32_t c)
+{
+    switch (QChar::category(c)) {
+    case QChar::Mark_NonSpacing:
+    case QChar::Mark_SpacingCombining:
+    case QChar::Mark_Enclosing:
+    case QChar::Other_Format:
+        return true;
+    default:
+        return false;
+    }
+}
+
+// The character that ends before a place; a mark is part of the one that it stands on.
+bool isWordBefore(QStringView text, qsizetype at)
+{
+    while (at > 0) {
+        char32_t c = text[--at].unicode();
+        if (text[at].isLowSurrogate() && at > 0 && text[at - 1].isHighSurrogate()) {
+            --at;
+            c = QChar::surrogateToUcs4(text[at], text[at + 1]);
+        }
+        if (!isPassedBy(c))
+            return isWordUnit(c);
+    }
+    return false;
+}
+
+bool isWordBehind(QStringView text, qsizetype at)
+{
+    while (at < text.size()) {
+        char32_t c = text[at++].unicode();
+        if (QChar::isHighSurrogate(c) && at < text.size() && text[at].isLowSurrogate())
+            c = QChar::surrogateToUcs4(text[at - 1], text[at]), ++at;
+        if (!isPassedBy(c))
+            return isWordUnit(c);
+    }
+    return false;
+}
+
+bool isWholeWord(QStringView text, qsizetype start, qsizetype length)
+{
+    return !isWordBefore(text, start) && !isWordBehind(text, start + length);
+}
+
+// Those of words that stand apart by blanks, or in quotation marks.
+QStringList wordsOf(QStringView text)
+{
+    QStringList words;
+    QString word;
+    bool isQuoted = false;
+    const auto end = [&] {
+        if (!word.trimmed().isEmpty())
+            words.append(isQuoted ? word : word.trimmed());
+        word.clear();
+    };
+    for (const QChar c : text) {
+        const bool isQuote = c == u'"';
+        if (isQuote || (c.isSpace() && !isQuoted)) {
+            end();
+            isQuoted = isQuoted != isQuote;
+        } else {
+            word += c;
+        }
+    }
+    end();
+    return words;
+}
+
+// Of matches that overlap, the first and longest.
+void keepApart(std::vector<FindMatch> &matches)
+{
+    std::ranges::sort(matches, [](const FindMatch &a, const FindMatch &b) {
+        return a.start != b.start ? a.start < b.start : a.length > b.length;
+    });
+    qsizetype end = 0;
+    std::erase_if(matches, [&end](const FindMatch &each) {
+        if (each.start < end)
+            return true;
+        end = each.start + each.length;
+        return false;
+    });
+}
+
+bool endsLine(QChar c)
+{
+    return c == u'\r' || c == u'\n' || c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
+}
+
+bool isAsked(const std::atomic_bool *isEnded)
+{
+    return !isEnded || !*isEnded;
+}
+
+} // namespace
+
+struct FindQuery::Parts {
+    struct Word {
+        QString text;
+        // As it is compared.
+        QStringMatcher matcher;
+    };
+
+    QString text;
+    FindOptions options;
+    QString error;
+    std::vector<Word> words;
+    std::optional<QRegularExpression> expression;
+
+    Comparison comparison() const { return {options.matchCase, options.accents}; }
+};
+
+FindQuery::FindQuery()
+    : FindQuery(QString(), FindOptions())
+{
+}
+
+FindQuery::FindQuery(const QString &text, const FindOptions &options)
+{
+    auto parts = std::make_shared<Parts>();
+    parts->text = text;
+    parts->options = options;
+    if (options.regularExpression)
+        readExpression(*parts);
+    else
+        readWords(*parts);
+    m_parts = std::move(parts);
+}
+
+void FindQuery::readWords(Parts &parts) const
+{
+    QStringList words = wordsOf(parts.text);
+    words.removeDuplicates();
+    for (const QString &word : words) {
+        const QString compared = ComparedText(word, parts.comparison()).units();
+        if (!compared.isEmpty())
+            parts.words.push_back({word, QStringMatcher(compared)});
+    }
+    if (parts.words.size() > mostWords) {
+        parts.words.clear();
+        parts.error = u"More than %1 words cannot be looked for at once."_s.arg(mostWords);
+    }
+}
+
+void FindQuery::readExpression(Parts &parts) const
+{
+    if (parts.text.isEmpty())
+        return;
+    QRegularExpression::PatternOptions options = QRegularExpression::UseUnicodePropertiesOption;
+    options.setFlag(QRegularExpression::CaseInsensitiveOption, !parts.options.matchCase);
+    if (const QRegularExpression plain(parts.text, options); !plain.isValid()) {
+        parts.error = u"%1 (at character %2)"_s.arg(plain.errorString()).arg(plain.patternErrorOffset() + 1);
+        return;
+    }
+    parts.expression.emplace(matchLimit + parts.text, options);
+    parts.expression->optimize();
+}
+
+const QString &FindQuery::text() const
+{
+    return m_parts->text;
+}
+
+const FindOptions &FindQuery::options() const
+{
+    return m_parts->options;
+}
+
+bool FindQuery::isEmpty() const
+{
+    return wordCount() == 0 || !(options().labels || options().texts);
+}
+
+const QString &FindQuery::error() const
+{
+    return m_parts->error;
+}
+
+int FindQuery::groupCount() const
+{
+    return m_parts->expression ? m_parts->expression->captureCount() : 0;
+}
+
+int FindQuery::wordCount() const
+{
+    return m_parts->expression ? 1 : static_cast<int>(m_parts->words.size());
+}
+
+QString FindQuery::word(int index) const
+{
+    return m_parts->expression ? QString() : m_parts->words[static_cast<std::size_t>(index)].text;
+}
+
+quint64 FindQuery::allWords() const
+{
+    const int count = wordCount();
+    return count == 64 ? ~quint64(0) : (quint64(1) << count) - 1;
+}
+
+FindQuery::Found FindQuery::lookIn(QStringView text, quint64 words, const std::atomic_bool *isEnded) const
+{
+    if (m_parts->expression)
+        return findExpression(text, isEnded);
+    Found found;
+    if (m_parts->words.empty() || text.isEmpty())
+        return found;
+    const ComparedText compared(text, m_parts->comparison());
+    for (std::size_t i = 0; i < m_parts->words.size() && isAsked(isEnded); ++i) {
+        if ((words >> i & 1) == 0)
+            continue;
+        const QStringMatcher &matcher = m_parts->words[i].matcher;
+        const qsizetype length = matcher.pattern().size();
+        const std::size_t before = found.matches.size();
+        for (qsizetype at = 0;; ++at) {
+            at = matcher.indexIn(compared.units(), at);
+            if (at < 0)
+                break;
+            const auto place = compared.placeOf(at, length, text);
+            if (!place || (m_parts->options.wholeWord && !isWholeWord(text, place->start, place->length)))
+                continue;
+            found.matches.push_back({place->start, place->length, {}});
+            at += length - 1;
+        }
+        if (found.matches.size() > before)
+            found.words |= quint64(1) << i;
+    }
+    if (m_parts->words.size() > 1)
+        keepApart(found.matches);
+    return found;
+}
+
+FindQuery::Found FindQuery::findExpression(QStringView text, const std::atomic_bool *isEnded) const
+{
+    Found found;
+    qsizetype begin = 0;
+    while (begin < text.size() && isAsked(isEnded)) {
+        const auto *const last = std::find_if(text.begin() + begin, text.end(), endsLine);
+        const qsizetype end = last - text.begin();
+        const QStringView line = text.sliced(begin, end - begin);
+        QRegularExpressionMatchIterator matches = m_parts->expression->globalMatch(line);
+        while (matches.hasNext() && isAsked(isEnded)) {
+            const QRegularExpressionMatch match = matches.next();
+            if (match.capturedLength() == 0)
+                continue;
+            const qsizetype start = begin + match.capturedStart();
+            if (!m_parts->options.wholeWord || isWholeWord(text, start, match.capturedLength()))
+                found.matches.push_back({start, match.capturedLength(), match.capturedTexts()});
+        }
+        found.isGivenUp |= !matches.isValid();
+        begin = end + 1;
+    }
+    found.words = found.matches.empty() ? 0 : 1;
+    return found;
+}

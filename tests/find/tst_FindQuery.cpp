@@ -1,0 +1,148 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "find/FindQuery.h"
+
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class tst_FindQuery : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void findsWholeCharactersWhereTheyStand_data();
+    void findsWholeCharactersWhereTheyStand();
+    void saysWhatIsWrongWithAnExpression();
+    void aSearchForNothingIsEmpty();
+    void ofOverlappingWordsTheFirstAndLongestCounts();
+    void tellsWhichWordsATextHolds();
+    void aLineThatTakesAnExpressionTooLongIsGivenUp();
+    void noExpressionCanRaiseItsOwnLimit();
+};
+
+namespace
+{
+
+FindOptions optionsOf(const QString &letters)
+{
+    FindOptions options;
+    options.matchCase = letters.contains(u'c');
+    options.wholeWord = letters.contains(u'w');
+    options.regularExpression = letters.contains(u'r');
+    options.accents = letters.contains(u'a');
+    return options;
+}
+
+// The text with each match in brackets.
+QString marked(QString text, const FindQuery &query)
+{
+    const std::vector<FindMatch> matches = query.matchesIn(text);
+    for (auto each = matches.rbegin(); each != matches.rend(); ++each)
+        text.insert(each->start + each->length, u']').insert(each->start, u'[');
+    return text;
+}
+
+} // namespace
+
+void tst_FindQuery::findsWholeCharactersWhereTheyStand_data()
+{
+    QTest::addColumn<QString>("expression");
+    QTest::addColumn<QString>("options");
+    QTest::addColumn<QString>("expected");
+
+    QTest::newRow("a word in whichever case") << u"Word"_s << u""_s << u"a [word], [WORD]s and s[wOrD]fish"_s;
+    QTest::newRow("a word in its case") << u"Word"_s << u"c"_s << u"a word, WORDs and s[Word]fish"_s;
+    QTest::newRow("a whole word") << u"word"_s << u"w"_s << u"words [word] sword [WORD], 1word word\u0301s"_s;
+    QTest::newRow("no accents asked for")
+        << u"resume"_s << u""_s << u"[r\u00e9sum\u00e9] [re\u0301sume\u0301] [RESUME]"_s;
+    QTest::newRow("accents in what is asked for") << u"r\u00e9sum\u00e9"_s << u""_s << u"[resume] [r\u00e9sum\u00e9]"_s;
+    QTest::newRow("accents count") << u"r\u00e9sume"_s << u"a"_s
+                                   << u"resume [r\u00e9sume] r\u00e9sum\u00e9 [re\u0301sume] re\u0301sume\u0301"_s;
+    QTest::newRow("several words") << u"two one"_s << u""_s << u"[one] [two] three [one]"_s;
+    QTest::newRow("a phrase") << u"\"two one\""_s << u""_s << u"one [two one] two  one [two\u00a0one]"_s;
+    QTest::newRow("a phrase that is being typed") << u"\"two on"_s << u""_s << u"one [two on]e"_s;
+    QTest::newRow("a phrase and a word") << u"three\"two one\""_s << u""_s << u"[two one] [three] two"_s;
+    QTest::newRow("matches side by side") << u"aa"_s << u""_s << u"[aa][aa]a"_s;
+    QTest::newRow("beyond the first plane") << u"\U00010428"_s << u""_s << u"[\U00010428][\U00010400]\U00010401"_s;
+    QTest::newRow("emoji, one of them with a selector") << u"\u2764"_s << u""_s << u"[\u2764][\u2764\ufe0f]"_s;
+    QTest::newRow("soft hyphens") << u"together"_s << u""_s << u"[to\u00adge\u00adther]\u00ad, [together]"_s;
+    QTest::newRow("a syllable is no part of another")
+        << u"\uac00"_s << u""_s << u"[\uac00] \uac01 [\u1100\u1161] \u1100\u1161\u11a8"_s;
+    QTest::newRow("voicing is no accent") << u"\u304b"_s << u""_s << u"[\u304b] \u304c \u304b\u3099"_s;
+    QTest::newRow("vowel points are") << u"\u05d1"_s << u""_s << u"[\u05d1\u05b0] [\u05d1]"_s;
+    QTest::newRow("dotless and dotted") << u"i"_s << u""_s << u"[i] [I] \u0131 [\u0130]"_s;
+    QTest::newRow("long s and Kelvin") << u"sk"_s << u""_s << u"[sk] [\u017f\u212a]"_s;
+    QTest::newRow("an expression") << u"\\d+"_s << u"r"_s << u"[12] a[3]"_s;
+    QTest::newRow("an expression goes by lines") << u"^a.*$"_s << u"r"_s << u"[ab]\r\nba\n[a]\r\n\r\n[abc]"_s;
+    QTest::newRow("an expression does not leave its line") << u"a\\s*b"_s << u"r"_s << u"[a b] a\r\nb a\nb"_s;
+    QTest::newRow("an expression in whichever case") << u"\u00e9t"_s << u"r"_s << u"[\u00c9T] [\u00e9t] et"_s;
+    QTest::newRow("an expression for whole words") << u"\\w"_s << u"rw"_s << u"ab [c] d\u0301e [f]"_s;
+    QTest::newRow("an expression that matches nothing") << u"x*"_s << u"r"_s << u"a[xx]b"_s;
+    QTest::newRow("quotes in an expression") << u"\"a b\""_s << u"r"_s << u"a b [\"a b\"]"_s;
+}
+
+void tst_FindQuery::findsWholeCharactersWhereTheyStand()
+{
+    QFETCH(QString, expression);
+    QFETCH(QString, options);
+    QFETCH(QString, expected);
+    QString text = expected;
+    text.remove(u'[').remove(u']');
+    QCOMPARE(marked(text, FindQuery(expression, optionsOf(options))), expected);
+}
+
+void tst_FindQuery::saysWhatIsWrongWithAnExpression()
+{
+    const FindQuery query(u"ab(c"_s, optionsOf(u"r"_s));
+    QVERIFY(query.isEmpty());
+    QVERIFY2(query.error().contains(u"character 5"_s), qPrintable(query.error()));
+    QVERIFY(query.matchesIn(u"abc").empty());
+    QVERIFY(FindQuery(u"ab(c"_s, FindOptions()).error().isEmpty());
+}
+
+void tst_FindQuery::aSearchForNothingIsEmpty()
+{
+    for (const QString &text : {u""_s, u"  \t"_s, u"\"\""_s, u"\" "_s, u"\u00ad"_s, u"\u0301"_s})
+        QVERIFY2(FindQuery(text, FindOptions()).isEmpty(), qPrintable(text));
+    QVERIFY(FindQuery(QString(), optionsOf(u"r"_s)).isEmpty());
+    QVERIFY(FindQuery().isEmpty());
+    QVERIFY(!FindQuery(u"\u0301"_s, optionsOf(u"a"_s)).isEmpty());
+    FindOptions nowhere;
+    nowhere.labels = nowhere.texts = false;
+    QVERIFY(FindQuery(u"a"_s, nowhere).isEmpty());
+}
+
+void tst_FindQuery::ofOverlappingWordsTheFirstAndLongestCounts()
+{
+    QCOMPARE(marked(u"abcd bcde"_s, FindQuery(u"bc ab abc cd"_s, FindOptions())), u"[abc]d [bc]de"_s);
+}
+
+void tst_FindQuery::tellsWhichWordsATextHolds()
+{
+    const FindQuery query(u"one two three"_s, FindOptions());
+    QCOMPARE(query.lookIn(u"three and one").words, quint64(5));
+    QCOMPARE(query.lookIn(u"three and one", 4).words, quint64(4));
+    QCOMPARE(query.allWords(), quint64(7));
+}
+
+void tst_FindQuery::aLineThatTakesAnExpressionTooLongIsGivenUp()
+{
+    const FindQuery query(u"(a+)+$|b"_s, optionsOf(u"r"_s));
+    const QString line(40, u'a');
+    const FindQuery::Found found = query.lookIn(line + u"!\r\nb\r\n"_s + line + u'!');
+    QVERIFY(found.isGivenUp);
+    QCOMPARE(found.matches, (std::vector<FindMatch>{{43, 1, {u"b"_s}}}));
+    QVERIFY(!query.lookIn(u"aaa b").isGivenUp);
+}
+
+void tst_FindQuery::noExpressionCanRaiseItsOwnLimit()
+{
+    const FindQuery query(u"(*LIMIT_MATCH=4000000000)(a+)+$"_s, optionsOf(u"r"_s));
+    QVERIFY(query.error().isEmpty());
+    QVERIFY(query.lookIn(QString(40, u'a') + u'!').isGivenUp);
+}
+
+QTEST_GUILESS_MAIN(tst_FindQuery)
+#include "tst_FindQuery.moc"
