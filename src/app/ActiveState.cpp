@@ -10,6 +10,7 @@
 #include "app/Toolbar.h"
 #include "commands/Dispatcher.h"
 #include "platform/RichTextBox.h"
+#include "platform/TreeView.h"
 #include "window/frmDocument.h"
 
 #include <utility>
@@ -57,6 +58,8 @@ void ActiveState::follow(frmDocument *form)
     connect(&document, &Document::stateChanged, this, commands);
     connect(document.view(), &DocumentView::focusChanged, this, commands);
     connect(&document, &Document::statusTextChanged, this, [this, form] { noteOfActive(form, StatusText); });
+    // It says what Undo would do.
+    connect(form->treeView, &TreeView::labelTyped, this, commands);
     connect(form->textBox, &RichTextBox::selectionMoved, this, [this, form] { noteOfActive(form, Formats); });
     connect(form, &frmDocument::overwritingChanged, this, [this, form] { noteOfActive(form, Formats); });
     note(Commands | Formats | StatusText);

@@ -6,6 +6,7 @@
 #include "document/Document.h"
 #include "document/DocumentView.h"
 #include "document/Globals.h"
+#include "document/OutlinePane.h"
 #include "document/Ports.h"
 #include "document/modNodes.h"
 #include "outline/modOutline.h"
@@ -37,6 +38,16 @@ void describeEntry(const Entry &entry, CommandState &state)
     state.CanMoveDown = canMoveDown(&entry);
 }
 
+// A command ends a label that is being typed first: the renaming is what is undone then, and nothing can be redone.
+void describeSteps(const Document &document, CommandState &state)
+{
+    const Entry *renamed = document.view() ? document.view()->trvOutline.EntryToBeRenamed() : nullptr;
+    state.CanUndo = state.ActiveWritable && (renamed || document.history.canUndo());
+    state.CanRedo = state.ActiveWritable && !renamed && document.history.canRedo();
+    state.undoName = renamed ? stepName(change::Label{renamed->id(), {}}, document.tree) : document.history.undoName();
+    state.redoName = document.history.redoName();
+}
+
 } // namespace
 
 CommandState currentCommandState()
@@ -48,10 +59,7 @@ CommandState currentCommandState()
         return state;
     state.ActiveWritable = !active->bReadOnlyAsSeen();
     state.ActiveSavable = active->mayBeSavedAsSeen();
-    state.CanUndo = state.ActiveWritable && active->history.canUndo();
-    state.CanRedo = state.ActiveWritable && active->history.canRedo();
-    state.undoName = active->history.undoName();
-    state.redoName = active->history.redoName();
+    describeSteps(*active, state);
     const Entry *entry = active->tree.selected();
     if (!entry)
         return state;

@@ -31,6 +31,8 @@ public:
     virtual void StartLabelEdit() = 0;
     // Ends an open in-place editor, keeping what was typed.
     virtual void EndLabelEdit() = 0;
+    // The entry that ending the in-place editor would rename; null while none is open, or it holds what it began with.
+    virtual const Entry *EntryToBeRenamed() const = 0;
     // Scrolls until the entry's row shows; its ancestors are expanded already.
     virtual void ScrollTo(const Entry *entry) = 0;
     // Where the selected entry's row is on the screen; a null rectangle where it does not show.

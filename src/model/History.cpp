@@ -40,20 +40,6 @@ bool takesBack(const Change &change, const Change &before)
     return sorted && earlier && sorted->entry == earlier->entry;
 }
 
-QString nameOf(const Change &change, const EntryTree &tree)
-{
-    constexpr QLatin1StringView names[] = {"insertion of"_L1,         "deletion of"_L1,      "move of"_L1,
-                                           "renaming of"_L1,          "tagging of"_L1,       "expansion of"_L1,
-                                           "sorting of"_L1,           "sorting below"_L1,    "renewal of"_L1,
-                                           "change of text of"_L1,    "change of fonts"_L1,  "typing in"_L1,
-                                           "change of records of"_L1, "change of records"_L1};
-    static_assert(std::size(names) == std::variant_size_v<Change>);
-    const Entry *entry = tree.entry(entryOf(change));
-    if (const auto *tag = std::get_if<change::Tag>(&change); tag && entry && !tag->tagged)
-        return stepName("untagging of"_L1, *entry);
-    return entry ? stepName(names[change.index()], *entry) : names[change.index()].toString();
-}
-
 } // namespace
 
 // Tells of a change before it is carried out, and once it is.
@@ -118,6 +104,20 @@ QString stepName(QLatin1StringView what, const Entry &entry)
     return u"%1 \"%2\""_s.arg(what, briefLabel(entry.label()));
 }
 
+QString stepName(const Change &change, const EntryTree &tree)
+{
+    constexpr QLatin1StringView names[] = {"insertion of"_L1,         "deletion of"_L1,      "move of"_L1,
+                                           "renaming of"_L1,          "tagging of"_L1,       "expansion of"_L1,
+                                           "sorting of"_L1,           "sorting below"_L1,    "renewal of"_L1,
+                                           "change of text of"_L1,    "change of fonts"_L1,  "typing in"_L1,
+                                           "change of records of"_L1, "change of records"_L1};
+    static_assert(std::size(names) == std::variant_size_v<Change>);
+    const Entry *entry = tree.entry(entryOf(change));
+    if (const auto *tag = std::get_if<change::Tag>(&change); tag && entry && !tag->tagged)
+        return stepName("untagging of"_L1, *entry);
+    return entry ? stepName(names[change.index()], *entry) : names[change.index()].toString();
+}
+
 History::History(Outline &outline)
     : m_outline(outline)
 {
@@ -161,7 +161,7 @@ Entry *History::apply(Change change)
     }
     if (m_witness)
         m_witness->aboutToApply(change);
-    const Step step(*this, m_depth == 0 ? nameOf(change, m_outline.tree) : QString(), StepKind::OfOneChange);
+    const Step step(*this, m_depth == 0 ? stepName(change, m_outline.tree) : QString(), StepKind::OfOneChange);
     const Announcement announcement(*this, change);
     const EntryId id = entryOf(change);
     std::vector<Change> &changes = m_open.changes;
@@ -186,7 +186,7 @@ void History::appendTextStep(EntryId entry)
     if (m_moving)
         return;
     Change change = change::TextStep{entry, false};
-    begin(m_depth == 0 ? nameOf(change, m_outline.tree) : QString(), StepKind::OfText);
+    begin(m_depth == 0 ? stepName(change, m_outline.tree) : QString(), StepKind::OfText);
     std::vector<Change> &changes = m_open.changes;
     const size_t before = changes.size();
     try {
@@ -219,7 +219,7 @@ void History::forgetUndone()
 // No text is let go meanwhile, whatever is shown because of it: that would make fewer steps of those that it joins.
 void History::appendToTail(Change change)
 {
-    const Step step(*this, nameOf(change, m_outline.tree), StepKind::OfOneChange);
+    const Step step(*this, stepName(change, m_outline.tree), StepKind::OfOneChange);
     apply(std::move(change));
 }
 

@@ -248,6 +248,9 @@ private:
 // The usual name of a step: what is done, and the label of the entry to which it is done.
 QString stepName(QLatin1StringView what, const Entry &entry);
 
+// The name of a step that is one change alone, before it is carried out.
+QString stepName(const Change &change, const EntryTree &tree);
+
 // Announces what is applied to a document's tree while it lives as one reset, so that the pane is laid out once.
 class HistoryBulk
 {

@@ -39,6 +39,12 @@ QString onOneLine(QString text)
     return text;
 }
 
+// What an editor's text is as a label.
+QString labelIn(const QLineEdit &line)
+{
+    return onOneLine(rtf::visibleText(line.text()));
+}
+
 // A label that is longer already is not cut, though nothing can be added to it. Megabytes pasted into one line would
 // take minutes at each key.
 void bound(QLineEdit &line, qsizetype length, Dialogs *dialogs)
@@ -90,11 +96,14 @@ QWidget *LabelDelegate::createEditor(QWidget *parent, const QStyleOptionViewItem
         return nullptr;
     }
     m_editor = QStyledItemDelegate::createEditor(parent, option, index);
+    m_edited = index;
     m_composed.clear();
     m_editor->setObjectName("labelEditor"_L1);
     m_editor->setAccessibleName(u"Label"_s);
-    if (QLineEdit *line = qobject_cast<QLineEdit *>(m_editor))
+    if (QLineEdit *line = qobject_cast<QLineEdit *>(m_editor)) {
         bound(*line, length, m_view->dialogs());
+        connect(line, &QLineEdit::textChanged, m_view, &TreeView::labelTyped);
+    }
     connect(qApp, &QApplication::focusChanged, m_editor, [this](const QWidget *from, const QWidget *to) {
         if (qobject_cast<const QMenuBar *>(from) && to != m_editor)
             m_view->EndLabelEdit();
@@ -107,13 +116,21 @@ void LabelDelegate::destroyEditor(QWidget *editor, const QModelIndex &index) con
     if (editor == m_editor)
         m_editor = nullptr;
     QStyledItemDelegate::destroyEditor(editor, index);
+    Q_EMIT m_view->labelTyped();
+}
+
+std::optional<LabelDelegate::Typed> LabelDelegate::typed() const
+{
+    const auto *line = qobject_cast<const QLineEdit *>(m_editor);
+    if (!line)
+        return std::nullopt;
+    return Typed{m_edited, labelIn(*line)};
 }
 
 void LabelDelegate::setModelData(QWidget *editor, QAbstractItemModel *, const QModelIndex &index) const
 {
-    const QLineEdit *line = qobject_cast<QLineEdit *>(editor);
-    if (line)
-        m_view->applyLabelEdit(index, onOneLine(rtf::visibleText(line->text())));
+    if (const auto *line = qobject_cast<const QLineEdit *>(editor))
+        m_view->applyLabelEdit(index, labelIn(*line));
 }
 
 void LabelDelegate::endComposing()

@@ -5,8 +5,11 @@
 
 #include <QHash>
 #include <QIcon>
+#include <QPersistentModelIndex>
 #include <QPointer>
 #include <QStyledItemDelegate>
+
+#include <optional>
 
 class TreeView;
 
@@ -21,6 +24,14 @@ public:
 
     // The open editor, or null.
     QWidget *openEditor() const { return m_editor; }
+
+    // What is in the open editor now, as it would be taken over.
+    struct Typed {
+        QModelIndex index;
+        QString label;
+    };
+
+    std::optional<Typed> typed() const;
 
     // Makes what an input method is still composing in the open editor a part of the label.
     void endComposing();
@@ -40,6 +51,7 @@ private:
 
     TreeView *m_view;
     mutable QPointer<QWidget> m_editor;
+    mutable QPersistentModelIndex m_edited;
     // What is being composed in the editor.
     mutable QString m_composed;
     mutable QHash<QString, QIcon> m_images;

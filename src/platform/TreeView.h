@@ -64,6 +64,7 @@ public:
     // While the pane is hidden the editor waits until it is shown.
     void StartLabelEdit() override;
     void EndLabelEdit() override;
+    const Entry *EntryToBeRenamed() const override;
     void ScrollTo(const Entry *entry) override;
     QRect SelectedRow() const override;
     void ClearDropHighlight() override;
@@ -81,6 +82,8 @@ Q_SIGNALS:
     // expansionReset) raises nothing.
     void entryExpanded(Entry *entry);
     void entryCollapsed(Entry *entry);
+    // What EntryToBeRenamed() answers may be another.
+    void labelTyped();
     // The pane has the keyboard, or the label editor in it has it.
     void gotFocus();
 

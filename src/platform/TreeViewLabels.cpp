@@ -49,6 +49,13 @@ void TreeView::EndLabelEdit()
     }
 }
 
+const Entry *TreeView::EntryToBeRenamed() const
+{
+    const std::optional<LabelDelegate::Typed> typed = m_delegate->typed();
+    const Entry *entry = typed && m_tree ? m_tree->entryAt(typed->index) : nullptr;
+    return entry && entry->label() != typed->label ? entry : nullptr;
+}
+
 bool TreeView::edit(const QModelIndex &index, EditTrigger trigger, QEvent *event)
 {
     // A row reaches over the pane's whole width; only a click on its image or label asks for the editor.

@@ -50,6 +50,8 @@ private Q_SLOTS:
     void eachDocumentHasItsOwnSteps();
     void aKeyInALabelBeingTypedIsTheLabels();
     void theMenuKeepsALabelBeingTypedAndTakesItBack();
+    void theItemsSayWhatTheyDoWithALabelOpen();
+    void aLabelBeingTypedIsUndoneInADocumentWithoutSteps();
     void undoneToWhatWasSavedNothingIsAskedAtTheEnd();
     void thePaneListsTheStepsAndGreysThoseUndone();
     void aClickGoesToAStep();
@@ -359,6 +361,43 @@ void tst_HistoryPane::theMenuKeepsALabelBeingTypedAndTakesItBack()
     QCOMPARE(outline(), u"Root +| B <| A| C"_s);
     m_main->choose("mnuToolsRedo");
     QCOMPARE(outline(), u"Root +| typed <| A| C"_s);
+}
+
+void tst_HistoryPane::theItemsSayWhatTheyDoWithALabelOpen()
+{
+    plant();
+    press(Qt::Key_Up, Qt::AltModifier);
+    press(Qt::Key_T, Qt::AltModifier);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    const auto undo = [this] { return m_main->action(u"mnuToolsUndo"_s)->text(); };
+    typeALabel(u"typed"_s);
+    QCOMPARE(undo(), u"&Undo renaming of \"B\""_s);
+    QVERIFY(!m_main->enabled("mnuToolsRedo"));
+    // What is as it was is no renaming.
+    QTest::keyClick(QApplication::focusWidget(), Qt::Key_A, Qt::ControlModifier);
+    QTest::keyClicks(QApplication::focusWidget(), u"B"_s);
+    QCOMPARE(undo(), u"&Undo move of \"B\""_s);
+    QVERIFY(m_main->enabled("mnuToolsRedo"));
+    QTest::keyClicks(QApplication::focusWidget(), u"1"_s);
+    QCOMPARE(undo(), u"&Undo renaming of \"B\""_s);
+    press(Qt::Key_Escape);
+    QTRY_COMPARE(undo(), u"&Undo move of \"B\""_s);
+    typeALabel(u"typed"_s);
+    m_main->choose("mnuToolsUndo");
+    QCOMPARE(outline(), u"Root +| B <| A| C"_s);
+    QCOMPARE(status(), u"Undid renaming of \"B\""_s);
+    QCOMPARE(undo(), u"&Undo move of \"B\""_s);
+}
+
+void tst_HistoryPane::aLabelBeingTypedIsUndoneInADocumentWithoutSteps()
+{
+    const Document &document = plant();
+    QVERIFY(!m_main->enabled("mnuToolsUndo"));
+    typeALabel(u"typed"_s);
+    QVERIFY(m_main->enabled("mnuToolsUndo"));
+    m_main->choose("mnuToolsUndo");
+    QCOMPARE(outline(), u"Root +| A| B <| C"_s);
+    QCOMPARE(document.history.redoName(), u"renaming of \"B\""_s);
 }
 
 void tst_HistoryPane::undoneToWhatWasSavedNothingIsAskedAtTheEnd()

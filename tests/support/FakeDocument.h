@@ -44,6 +44,8 @@ public:
 
     void EndLabelEdit() override { editingLabel = false; }
 
+    const Entry *EntryToBeRenamed() const override { return toBeRenamed; }
+
     void ScrollTo(const Entry *entry) override { scrolledTo = entry; }
 
     QRect SelectedRow() const override { return selectedRow; }
@@ -57,6 +59,7 @@ public:
     LabelEditMode labelEdit = LabelEditMode::tvwManual;
     std::vector<LabelEditMode> labelEditHistory;
     bool editingLabel = false;
+    const Entry *toBeRenamed = nullptr;
     const Entry *scrolledTo = nullptr;
     QRect selectedRow;
     int timesHidden = 0;
