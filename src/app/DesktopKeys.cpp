@@ -62,6 +62,8 @@ bool DesktopKeyFilter::eventFilter(QObject *watched, QEvent *event)
     }
     if (editing)
         found = editing;
+    if (const KeyBinding *window = found ? nullptr : bindingOf(press, Road::Window))
+        return isByPlace(*window, press) && runByPlace(*window, press);
     if (!found)
         return QObject::eventFilter(watched, event);
     const bool enabled = m_dispatcher.isEnabled(found->command);
@@ -73,5 +75,14 @@ bool DesktopKeyFilter::eventFilter(QObject *watched, QEvent *event)
     if (enabled && event->type() == QEvent::KeyPress && (editing || !press.isAutoRepeat()) &&
         QApplication::mouseButtons() == Qt::NoButton)
         editing ? m_dispatcher.run(found->command) : m_actions.at(found->command)->trigger();
+    return true;
+}
+
+// An action of the window's own knows its letter, and not the place where that is on another keyboard.
+bool DesktopKeyFilter::runByPlace(const KeyBinding &binding, QKeyEvent &press)
+{
+    press.accept();
+    if (press.type() == QEvent::KeyPress && !press.isAutoRepeat())
+        m_dispatcher.run(binding.command);
     return true;
 }

@@ -14,6 +14,7 @@ class Dispatcher;
 class QAction;
 class QKeyEvent;
 class QWidget;
+struct KeyBinding;
 
 // The keys that work anywhere in the main window: those that every program of the desktop has, which stand in the
 // menus' key column, and the window's own, each of which gets an action of its own. Beside the actions' shortcuts,
@@ -31,6 +32,7 @@ public:
 
 private:
     void giveShortcuts(CommandKey::Road road);
+    bool runByPlace(const KeyBinding &binding, QKeyEvent &press);
 
     QWidget &m_mainWindow;
     Dispatcher &m_dispatcher;

@@ -66,7 +66,8 @@ frmMain::frmMain(QWidget *parent)
     m_surface = std::make_unique<MainSurface>(*m_menus, *m_toolbar, *m_statusBar, *m_documents);
     m_activeState = std::make_unique<ActiveState>(*m_documents, m_dispatcher, *m_menus, *m_toolbar, *m_surface);
 
-    m_panes = std::make_unique<PaneDocks>(*this, m_dispatcher, paneTable(), [this] {
+    const PaneHost host = {m_dispatcher, *m_documents, [] { return appPorts().settings; }};
+    m_panes = std::make_unique<PaneDocks>(*this, host, paneTable(), [this] {
         if (frmDocument *form = m_documents->activeForm())
             form->restorePaneFocus();
     });

@@ -69,7 +69,7 @@ constexpr bool hasPlace(const KeyBinding &binding)
 }
 
 static_assert(std::ranges::all_of(paneKeys, hasPlace) && std::ranges::all_of(desktopKeys, hasPlace) &&
-              std::ranges::all_of(editingKeys, hasPlace));
+              std::ranges::all_of(editingKeys, hasPlace) && std::ranges::all_of(windowKeys, hasPlace));
 
 constexpr bool isTaken(const KeyBinding &binding)
 {

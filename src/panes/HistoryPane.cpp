@@ -226,7 +226,7 @@ private:
 
 } // namespace
 
-std::unique_ptr<Pane> makeHistoryPane(Dispatcher &dispatcher)
+std::unique_ptr<Pane> makeHistoryPane(const PaneHost &host)
 {
-    return std::make_unique<HistoryPane>(dispatcher);
+    return std::make_unique<HistoryPane>(host.dispatcher);
 }

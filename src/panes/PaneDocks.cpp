@@ -22,16 +22,16 @@ constexpr int layoutVersion = 1;
 
 } // namespace
 
-PaneDocks::PaneDocks(QMainWindow &mainWindow, Dispatcher &dispatcher, std::span<const PaneRow> table,
+PaneDocks::PaneDocks(QMainWindow &mainWindow, const PaneHost &host, std::span<const PaneRow> table,
                      std::function<void()> goToDocument)
     : QObject(&mainWindow)
     , m_mainWindow(mainWindow)
-    , m_dispatcher(dispatcher)
+    , m_host(host)
     , m_goToDocument(std::move(goToDocument))
 {
     for (const PaneRow &row : table)
         add(row);
-    dispatcher.bind("keyPaneNext", [this](int) { goToNext(); });
+    host.dispatcher.bind("keyPaneNext", [this](int) { goToNext(); });
     qApp->installEventFilter(this);
 }
 
@@ -47,8 +47,8 @@ PaneDocks::~PaneDocks()
 void PaneDocks::add(const PaneRow &row)
 {
     const std::size_t place = m_docked.size();
-    m_docked.push_back({row.make(m_dispatcher), new QDockWidget(&m_mainWindow),
-                        m_mainWindow.findChild<QAction *>(toText(row.command))});
+    m_docked.push_back(
+        {row.make(m_host), new QDockWidget(&m_mainWindow), m_mainWindow.findChild<QAction *>(toText(row.command))});
     const Docked &made = m_docked.back();
     made.dock->setObjectName(QStringLiteral("dock_") + toText(row.command));
     made.dock->setWindowTitle(made.pane->name());
@@ -59,7 +59,9 @@ void PaneDocks::add(const PaneRow &row)
     made.dock->setFocusProxy(content);
     m_mainWindow.addDockWidget(made.pane->area(), made.dock);
     made.dock->hide();
-    m_dispatcher.bind(row.command, [this, place](int) { toggle(place); });
+    m_host.dispatcher.bind(row.command, [this, place](int) { toggle(place); });
+    if (!row.entering.empty())
+        m_host.dispatcher.bind(row.entering, [this, place](int) { enter(place); });
     Q_ASSERT(made.item);
     made.item->setCheckable(true);
     // Whichever way it is shown or closed.
@@ -81,6 +83,16 @@ void PaneDocks::toggle(std::size_t place)
     dock.setVisible(shown);
     m_docked[place].item->setChecked(shown);
     if (shown)
+        dock.widget()->setFocus(Qt::ShortcutFocusReason);
+}
+
+void PaneDocks::enter(std::size_t place)
+{
+    QDockWidget &dock = *m_docked[place].dock;
+    dock.show();
+    // Of docks that lie on each other, the one in front.
+    dock.raise();
+    if (!m_docked[place].pane->enter())
         dock.widget()->setFocus(Qt::ShortcutFocusReason);
 }
 
@@ -146,7 +158,7 @@ bool PaneDocks::eventFilter(QObject *watched, QEvent *event)
             continue;
         if (key.key() == Qt::Key_F6)
             goToNext();
-        else
+        else if (!each.pane->escape())
             m_goToDocument();
         return true;
     }

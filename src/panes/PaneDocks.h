@@ -24,7 +24,7 @@ class PaneDocks final : public QObject
 public:
     // The menus' items are found below the window by their names. The last argument gives the keyboard back to the
     // active document.
-    PaneDocks(QMainWindow &mainWindow, Dispatcher &dispatcher, std::span<const PaneRow> table,
+    PaneDocks(QMainWindow &mainWindow, const PaneHost &host, std::span<const PaneRow> table,
               std::function<void()> goToDocument);
     ~PaneDocks() override;
 
@@ -52,10 +52,11 @@ private:
 
     void add(const PaneRow &row);
     void toggle(std::size_t place);
+    void enter(std::size_t place);
     bool holdsFocus(const QDockWidget &dock) const;
 
     QMainWindow &m_mainWindow;
-    Dispatcher &m_dispatcher;
+    const PaneHost m_host;
     std::function<void()> m_goToDocument;
     std::vector<Docked> m_docked;
     bool m_wasUsed = false;

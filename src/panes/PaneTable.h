@@ -10,4 +10,4 @@
 // The program's panes, each in the file of its name.
 std::span<const PaneRow> paneTable();
 
-std::unique_ptr<Pane> makeHistoryPane(Dispatcher &dispatcher);
+std::unique_ptr<Pane> makeHistoryPane(const PaneHost &host);

@@ -29,11 +29,16 @@ public:
 
     void follow(Document *active) override { followed.append(active); }
 
+    bool escape() override { return std::exchange(isBusy, false); }
+
+    static inline bool isBusy = false;
+
     static inline QList<Document *> followed;
 };
 
 constexpr PaneRow sampleRows[] = {
-    {"mnuToolsHistory", [](Dispatcher &) -> std::unique_ptr<Pane> { return std::make_unique<SamplePane>(); }},
+    {"mnuToolsHistory", [](const PaneHost &) -> std::unique_ptr<Pane> { return std::make_unique<SamplePane>(); },
+     "keyDiagnostics"},
 };
 
 } // namespace
@@ -50,6 +55,8 @@ private Q_SLOTS:
     void itsItemIsMarkedWhicheverWayItIsShownOrClosed();
     void showingGivesItTheKeyboardAndClosingGivesItBack();
     void f6GoesRoundAndEscapeGoesBackAtOnce();
+    void itsKeyGoesIntoItWhereverTheKeyboardIs();
+    void escEndsWhatThePaneHasToEndFirst();
     void everyPaneFollowsTheActiveDocument();
     void whereItStandsIsRemembered();
     void nothingIsRememberedOfPanesNeverShown();
@@ -93,7 +100,8 @@ void tst_PaneDocks::makeWindow()
     m_window->setCentralWidget(m_document);
     m_item = new QAction(m_window.get());
     m_item->setObjectName(u"mnuToolsHistory"_s);
-    m_docks = new PaneDocks(*m_window, *m_dispatcher, sampleRows, [this] { m_document->setFocus(); });
+    m_docks = new PaneDocks(*m_window, PaneHost{*m_dispatcher, m_fakes->windows, {}}, sampleRows,
+                            [this] { m_document->setFocus(); });
     m_window->show();
     m_window->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(m_window.get()));
@@ -145,6 +153,29 @@ void tst_PaneDocks::f6GoesRoundAndEscapeGoesBackAtOnce()
     QTest::keyClick(dock().widget(), Qt::Key_Escape);
     QVERIFY(m_document->hasFocus());
     QVERIFY(dock().isVisible());
+}
+
+void tst_PaneDocks::itsKeyGoesIntoItWhereverTheKeyboardIs()
+{
+    m_dispatcher->run("keyDiagnostics");
+    QVERIFY(dock().isVisible() && inPane());
+    QVERIFY(m_item->isChecked());
+    // Once more it does not close it, as its item does.
+    m_dispatcher->run("keyDiagnostics");
+    QVERIFY(dock().isVisible() && inPane());
+    m_document->setFocus();
+    m_dispatcher->run("keyDiagnostics");
+    QVERIFY(inPane());
+}
+
+void tst_PaneDocks::escEndsWhatThePaneHasToEndFirst()
+{
+    m_dispatcher->run("mnuToolsHistory");
+    SamplePane::isBusy = true;
+    QTest::keyClick(m_window->windowHandle(), Qt::Key_Escape);
+    QVERIFY(inPane() && !SamplePane::isBusy);
+    QTest::keyClick(m_window->windowHandle(), Qt::Key_Escape);
+    QVERIFY(m_document->hasFocus());
 }
 
 void tst_PaneDocks::everyPaneFollowsTheActiveDocument()
