@@ -5,6 +5,8 @@
 
 #include <QString>
 
+class PreviewPane;
+
 // The window of one document, as the core sees it.
 class DocumentWindow
 {
@@ -29,4 +31,7 @@ public:
     // Keeps what is typed next out of the panes until the user goes back to one: it was meant for an entry that could
     // not be made.
     virtual void holdKeys() = 0;
+
+    // Where entries can be looked at without going there; null where that cannot be.
+    virtual PreviewPane *previewPane() { return nullptr; }
 };

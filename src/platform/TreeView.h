@@ -12,6 +12,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 
 class Dialogs;
@@ -71,6 +72,12 @@ public:
     void setFocus() override;
     using QWidget::setFocus;
 
+    // Frames an entry's row, or that of the closed branch which it is in, and scrolls there; nothing of the tree
+    // changes. The end scrolls to where the pane was before, unless it is to stay.
+    void mark(const Entry *entry);
+    enum class AfterMark { GoBack, Stay };
+    void endMark(AfterMark after);
+
     // Never opens a closed branch: a row hidden in one scrolls to the branch's head. Sideways, to its label.
     void scrollTo(const QModelIndex &index, ScrollHint hint = EnsureVisible) override;
 
@@ -101,6 +108,8 @@ protected:
     void mouseMoveEvent(QMouseEvent *event) override;
     void mouseReleaseEvent(QMouseEvent *event) override;
     void updateGeometries() override;
+    void paintEvent(QPaintEvent *event) override;
+    void drawRow(QPainter *painter, const QStyleOptionViewItem &options, const QModelIndex &index) const override;
 
 private:
     class MirrorGuard;
@@ -135,6 +144,11 @@ private:
     Dialogs *m_dialogs = nullptr;
     std::function<bool()> m_mayEditByClick;
     QPersistentModelIndex m_scrollWhenShown;
+    QPersistentModelIndex m_marked;
+    // The row that shows it, while it is painted.
+    QModelIndex m_markedRow;
+    // Where the scroll bars stood before anything was marked.
+    std::optional<QPoint> m_beforeMark;
     bool m_editWhenShown = false;
     // Above 0 while the view follows the tree, so that the view's own signals are not taken for the user's doing.
     int m_mirroring = 0;

@@ -5,6 +5,7 @@
 
 #include "window/NoticeBar.h"
 #include "window/OutlineDragger.h"
+#include "window/PreviewOverlay.h"
 #include "window/SplitterBar.h"
 #include "window/modSplit.h"
 #include "window/modView.h"
@@ -61,6 +62,7 @@ frmDocument::frmDocument(Dispatcher &dispatcher, std::unique_ptr<Outline> read, 
     , textBox(new RichTextBox(this))
     , imgSplitter(new SplitterBar(this))
     , picSplitter(new GhostBar(this))
+    , preview(new PreviewOverlay(*this))
     , noticeBar(new NoticeBar(this))
     , m_document(std::make_unique<Document>(std::move(read)))
     , m_view(*m_document, *treeView, *textBox, *this)
@@ -79,6 +81,7 @@ frmDocument::frmDocument(Dispatcher &dispatcher, std::unique_ptr<Outline> read, 
     setTabOrder(treeView, textBox);
     treeView->setDialogs(&m_dialogs);
     textBox->setDialogs(&m_dialogs);
+    preview->follow();
     connectOutline();
     connectText();
     connectSplit();
@@ -130,6 +133,11 @@ bool frmDocument::close()
     if (QMdiSubWindow *subWindow = subWindowOf(*this))
         return subWindow->close();
     return QWidget::close();
+}
+
+PreviewPane *frmDocument::previewPane()
+{
+    return preview;
 }
 
 void frmDocument::autoFitSplit()

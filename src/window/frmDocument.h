@@ -21,6 +21,7 @@ class GhostBar;
 class NoticeBar;
 class OutlineDragger;
 class OutlineWidth;
+class PreviewOverlay;
 class RichTextBox;
 class SplitterBar;
 class TreeView;
@@ -48,6 +49,7 @@ public:
     void noticesChanged() override;
     void fileTaken() override;
     void holdKeys() override;
+    PreviewPane *previewPane() override;
 
     // To be called when the window becomes the active one.
     void Form_Activate();
@@ -76,6 +78,7 @@ public:
     OutlineWidth *outlineWidth = nullptr;
     SplitterBar *const imgSplitter;
     GhostBar *const picSplitter;
+    PreviewOverlay *const preview;
     // Above both panes while the document has notices; the panes share the height that it leaves.
     NoticeBar *const noticeBar;
 
