@@ -37,7 +37,19 @@ QString changesOf(const LeftBehind &left)
     if (!left.damage().isEmpty())
         return u"cannot be read"_s;
     const int steps = left.state().steps;
-    return steps == 1 ? u"1 change"_s : u"%1 changes"_s.arg(steps);
+    if (steps > 0)
+        return steps == 1 ? u"1 change"_s : u"%1 changes"_s.arg(steps);
+    // What was done may all be undone, or be older than the steps that are kept.
+    switch (left.fileNow()) {
+    case LeftBehind::FileNow::Gone:
+        return u"its file is gone"_s;
+    case LeftBehind::FileNow::None:
+        return u"all of it"_s;
+    case LeftBehind::FileNow::AsItWas:
+    case LeftBehind::FileNow::Changed:
+        break;
+    }
+    return u"earlier changes"_s;
 }
 
 QString timeOf(const LeftBehind &left)
@@ -52,7 +64,7 @@ QString timeOf(const LeftBehind &left)
 
 QString fileOf(const LeftBehind &left)
 {
-    const QString folder = QDir::toNativeSeparators(QFileInfo(left.facts().file).absolutePath());
+    const QString folder = QDir::toNativeSeparators(QFileInfo(left.fileBehind()).absolutePath());
     switch (left.fileNow()) {
     case LeftBehind::FileNow::AsItWas:
         return folder;
@@ -63,6 +75,8 @@ QString fileOf(const LeftBehind &left)
     case LeftBehind::FileNow::None:
         break;
     }
+    if (!left.fileBehind().isEmpty())
+        return u"%1 (recovered from the file there, and never saved)"_s.arg(folder);
     return left.damage().isEmpty() ? u"never saved"_s : QString();
 }
 
@@ -161,7 +175,7 @@ void RecoveryList::fillList()
     m_list->clear();
     for (const auto &left : m_left) {
         auto *item = new QTreeWidgetItem(m_list, {left->name(), changesOf(*left), timeOf(*left), fileOf(*left)});
-        item->setToolTip(NameColumn, left->facts().file.isEmpty() ? left->name() : left->facts().file);
+        item->setToolTip(NameColumn, left->fileBehind().isEmpty() ? left->name() : left->fileBehind());
         item->setData(NameColumn, Qt::AccessibleTextRole,
                       QStringList{left->name(), changesOf(*left), timeOf(*left), fileOf(*left)}.join(u", "_s));
         item->setSelected(true);

@@ -146,6 +146,8 @@ void Document::checkTexts()
 void Document::takeFile(const std::optional<FileStamp> &stamp)
 {
     fileRecord = {stamp, {}, {}, false, {}};
+    if (stamp)
+        m_sRecoveredFrom.clear();
     dismiss(NoticeKind::FileGone);
     dismiss(NoticeKind::FileChanged);
     if (m_view)

@@ -153,6 +153,8 @@ public:
 
     // Full path; empty for a document that was never saved.
     QString m_sFile;
+    // The file whose unsaved state was recovered as a document without a file; empty for any other document.
+    QString m_sRecoveredFrom;
     // A save of changes was given up at a question. By then they no longer count as changed.
     bool m_bSaveRefused = false;
     // The file is an outline, whatever its name says.

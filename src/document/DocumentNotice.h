@@ -12,8 +12,10 @@ enum class NoticeKind {
     FileGone,
     FileChanged,
     NotReadWhole,
-    // What was recovered after a crash is not all, or not what its file is now.
+    // What was recovered after a crash is of a file, and has none.
     Recovered,
+    // Some of it could not be recovered.
+    NotRecoveredWhole,
     DamagedText,
     LongText,
     LeftOutParts,

@@ -59,6 +59,15 @@ ContentDigest::ContentDigest(const QByteArray &content)
     m_value = made.get_future().share();
 }
 
+ContentDigest ContentDigest::known(const QByteArray &value)
+{
+    std::promise<QByteArray> made;
+    made.set_value(value);
+    ContentDigest digest;
+    digest.m_value = made.get_future().share();
+    return digest;
+}
+
 bool FileIdentity::operator==(const FileIdentity &other) const
 {
     return device == other.device && inode == other.inode && size == other.size && modified == other.modified &&

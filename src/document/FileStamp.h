@@ -16,6 +16,8 @@ public:
     // Of nothing known, which is like no other.
     ContentDigest() = default;
     explicit ContentDigest(const QByteArray &content);
+    // One that was made before, and written down.
+    static ContentDigest known(const QByteArray &value);
 
     QByteArray value() const { return m_value.valid() ? m_value.get() : QByteArray(); }
 

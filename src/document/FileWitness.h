@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include <QDateTime>
 #include <QString>
 
 class Document;
@@ -19,6 +20,7 @@ public:
     // Saving is about to put what the document is in the place of what its file holds now, if there is one, or to write
     // over that where it stands. It need not have been the document's before.
     virtual void aboutToReplace(const Document &document, bool inPlace) = 0;
-    // What was never saved was recovered. It belongs to a file, if it ever had one; the document need not have that.
-    virtual void recovered(const Document &document, const QString &file) = 0;
+    // What was never saved was recovered, and had been so since. It belongs to a file, if it ever had one; the document
+    // need not have that.
+    virtual void recovered(const Document &document, const QString &file, const QDateTime &since) = 0;
 };

@@ -99,7 +99,7 @@ public:
 
     void aboutToReplace(const Document &, bool) override {}
 
-    void recovered(const Document &, const QString &) override {}
+    void recovered(const Document &, const QString &, const QDateTime &) override {}
 };
 
 } // namespace

@@ -277,6 +277,7 @@ SaveOutcome save(Document &document, const QString &sFile)
     document.dismiss(NoticeKind::NotSaved);
     // What was read has a file now, which holds all that is shown.
     document.dismiss(NoticeKind::NotReadWhole);
+    document.dismiss(NoticeKind::Recovered);
     document.m_bSaveRefused = false;
     document.m_bFromOutline = iVersion == Document::nativeFormat;
     unlockSaved(document);

@@ -51,7 +51,7 @@ QString originInWords(VersionOrigin origin)
     case VersionOrigin::Found:
         return u"found before a save"_s;
     case VersionOrigin::Recovered:
-        return u"recovered, not saved"_s;
+        return u"recovered"_s;
     }
     return u"saved"_s;
 }

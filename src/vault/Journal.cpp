@@ -62,6 +62,8 @@ void Journal::begin(EntryId typedIn)
     auto base = std::make_shared<RecoveryBase>();
     base->facts = facts();
     base->snapshot = snapshotOf(m_document->outline());
+    if (!m_changedAt.isValid())
+        noteChange();
     reset();
     m_base = std::move(base);
     m_begun = true;
@@ -78,14 +80,15 @@ DocumentFacts Journal::facts() const
 {
     DocumentFacts facts;
     facts.file = m_document->m_sFile;
+    facts.origin = m_document->m_sRecoveredFrom;
     facts.caption = m_document->caption();
     facts.formatVersion = m_document->m_iFileFormatVersion;
     facts.isFromOutline = m_document->m_bFromOutline;
     facts.isSaved = !m_document->hasUnsavedChanges();
     facts.baseFont = m_document->baseFont().toString();
-    if (const std::optional<FileStamp> &stamp = m_document->fileRecord.own; stamp && stamp->identity) {
-        facts.fileSize = stamp->identity->size;
-        facts.fileTime = stamp->identity->modified;
+    if (const std::optional<FileStamp> &stamp = m_document->fileRecord.own) {
+        facts.fileSize = stamp->identity ? stamp->identity->size : -1;
+        facts.fileTime = stamp->identity ? stamp->identity->modified : -1;
         facts.digestBeingMade = stamp->digest;
     }
     return facts;
@@ -120,6 +123,7 @@ void Journal::drop()
 {
     const bool wasOnDisk = m_begun || m_broken;
     reset();
+    m_changedAt = {};
     if (wasOnDisk)
         m_keeper.discard(m_number);
     if (std::exchange(m_isTold, false))

@@ -71,6 +71,9 @@ public:
     // The program ends: what is not saved is left for the next start.
     void leave();
 
+    // Says of what was done so far when it was done, of old.
+    void setChangedAt(const QDateTime &time) { m_changedAt = time; }
+
     void setRoomForLog(qint64 room) { m_roomForLog = room; }
 
     // The writer's answers.
@@ -143,6 +146,7 @@ private:
     }
 
     void noteException();
+    void noteChange();
     void begin(EntryId typedIn = EntryId::None);
     void beginIfUnsaved();
     void reset();
@@ -178,6 +182,8 @@ private:
     qint64 m_roomForLog = roomForLog;
     qint64 m_baseSize = 0;
     bool m_isHandedOverAsChanged = false;
+    // The last change.
+    QDateTime m_changedAt;
     // What is done in a step that is not over.
     std::vector<LoggedChange> m_open;
     // Texts that were changed in it, told of as steps or not.

@@ -15,8 +15,14 @@
 
 using namespace Qt::StringLiterals;
 
+void Journal::noteChange()
+{
+    m_changedAt = ports().clock ? ports().clock->now() : QDateTime();
+}
+
 void Journal::add(LogRecord::Kind kind, LoggedStep step, qint64 target)
 {
+    noteChange();
     m_records.push_back({++m_lastRecord, kind, target, std::move(step)});
     m_keeper.wake();
 }
@@ -85,6 +91,7 @@ void Journal::noteLooseTyping(EntryId entry)
     }
     if (!std::exchange(m_typing->isDirty, true))
         m_typing->since = m_keeper.now();
+    noteChange();
     m_keeper.wake();
 }
 
@@ -104,6 +111,7 @@ void Journal::noteTypedStep(EntryId entry, const History::StepInfo &info, EntryI
     m_typing->last = info.serial;
     m_typing->step.time = info.time;
     m_typing->isDirty = true;
+    noteChange();
     m_keeper.wake();
 }
 
@@ -207,7 +215,7 @@ RecoveryBatch Journal::takeBatch()
     batch.records = std::exchange(m_records, {});
     batch.state.isChanged = m_isHandedOverAsChanged = m_document->hasUnsavedChanges();
     batch.state.selected = selected();
-    batch.state.time = ports().clock ? ports().clock->now() : QDateTime();
+    batch.state.time = m_changedAt;
     batch.state.steps = static_cast<int>(m_done);
     batch.state.lastRecord = m_lastRecord;
     return batch;

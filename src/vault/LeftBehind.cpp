@@ -83,8 +83,8 @@ LeftBehind::LeftBehind(std::unique_ptr<RecoveryLock> lock, std::unique_ptr<Recov
 
 QString LeftBehind::name() const
 {
-    if (!m_facts.file.isEmpty())
-        return QFileInfo(m_facts.file).fileName();
+    if (const QString &file = fileBehind(); !file.isEmpty())
+        return QFileInfo(file).fileName();
     return m_facts.caption.isEmpty() ? QFileInfo(m_lock->databasePath()).fileName() : m_facts.caption;
 }
 
@@ -99,7 +99,8 @@ LeftBehind::FileNow LeftBehind::fileNow() const
         return FileNow::AsItWas;
     // Touched or copied back it is still the same.
     try {
-        const bool mayBeSame = now->size == m_facts.fileSize && !m_facts.fileDigest.isEmpty();
+        const bool hasSize = m_facts.fileSize < 0 || now->size == m_facts.fileSize;
+        const bool mayBeSame = hasSize && !m_facts.fileDigest.isEmpty();
         if (mayBeSame && ContentDigest(readWholeFile(m_facts.file)).value() == m_facts.fileDigest)
             return FileNow::AsItWas;
     } catch (const RunTimeError &) {

@@ -35,6 +35,9 @@ public:
     // The document's file without its folder, or what it was called.
     QString name() const;
 
+    // The file that it has, or that it was recovered of without getting its name; empty when it never had one.
+    const QString &fileBehind() const { return m_facts.file.isEmpty() ? m_facts.origin : m_facts.file; }
+
     enum class FileNow {
         // It never had one.
         None,

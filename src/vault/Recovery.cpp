@@ -9,6 +9,7 @@
 #include "document/FileWitness.h"
 #include "document/Globals.h"
 #include "document/OutlinePane.h"
+#include "document/OutsideChange.h"
 #include "document/Ports.h"
 #include "document/SafeFile.h"
 #include "document/modDoc.h"
@@ -65,12 +66,15 @@ QString fill(Document &document, const LeftBehind &left, const LeftBehind::Conte
     return loss;
 }
 
-// The document is that of a file, which is still as it was or gone.
-void takeFile(Document &document, const QString &sFile, LeftBehind::FileNow now)
+// The document is that of a file, which is still as it was or gone. What is to come under its name is known by what it
+// was.
+void takeFile(Document &document, const DocumentFacts &facts, LeftBehind::FileNow now)
 {
-    document.m_sFile = sFile;
+    document.m_sFile = facts.file;
     if (now == LeftBehind::FileNow::AsItWas)
-        document.takeFile(FileStamp{identityOf(sFile), ContentDigest(readWholeFile(sFile))});
+        document.takeFile(FileStamp{identityOf(facts.file), ContentDigest(readWholeFile(facts.file))});
+    else
+        document.takeFile(FileStamp{std::nullopt, ContentDigest::known(facts.fileDigest)});
 }
 
 void show(Document &document)
@@ -81,10 +85,22 @@ void show(Document &document)
     document.autoFitSplit();
 }
 
-void tellOf(Document &document, const QStringList &sentences)
+void tellOfLoss(Document &document, const QString &loss)
 {
-    if (!sentences.isEmpty())
-        document.tell({NoticeKind::Recovered, sentences.join(u' ')});
+    if (!loss.isEmpty())
+        document.tell({NoticeKind::NotRecoveredWhole, loss});
+}
+
+// Why a document is without the file that it was.
+QString withoutFileText(const LeftBehind &left, bool isChanged)
+{
+    if (isChanged)
+        return u"The file %1 has changed since. What it held when this document was recovered has a window of its own; "
+               "this one has the words from before the crash and no file yet. Neither was made part of the other."_s;
+    if (!left.facts().file.isEmpty())
+        return u"The file %1 was open in another window and changed there when this document was recovered. This one "
+               "has the words from before the crash, and no file yet."_s;
+    return u"This document was recovered before: it has what was not saved of the file %1 then, and no file yet."_s;
 }
 
 } // namespace
@@ -102,37 +118,34 @@ Document *recoverDocument(LeftBehind &left, Vault &vault)
         if (isChanged && !other)
             modDoc::DocLoad(sFile);
         Document *document = nullptr;
-        QStringList told;
+        QString loss;
         {
             const BusyScope busy;
             document = modDoc::DocInit(std::move(content.outline));
             if (!document)
                 return nullptr;
             if (hasName)
-                takeFile(*document, sFile, now);
-            const QString caption = sFile.isEmpty() ? document->caption() : left.name() + u" (recovered)"_s;
-            document->setCaption(hasName ? sFile : caption);
-            if (const QString loss = fill(*document, left, content); !loss.isEmpty())
-                told.append(loss);
+                takeFile(*document, left.facts(), now);
+            else
+                document->m_sRecoveredFrom = left.fileBehind();
+            if (!left.fileBehind().isEmpty())
+                document->setCaption(hasName ? sFile : left.name() + u" (recovered)"_s);
+            loss = fill(*document, left, content);
         }
         show(*document);
-        if (isChanged)
-            told.append(
-                u"The file %1 has changed since. It is open beside this document, which has its words from before "
-                "the crash and no file yet; neither was made part of the other."_s.arg(sFile));
-        else if (other && !hasName)
-            told.append(
-                u"The file %1 is open in another window, where it was changed. This document has its words from "
-                "before the crash, and no file yet."_s.arg(sFile));
-        else if (now == LeftBehind::FileNow::Gone)
-            told.append(u"The file %1 is no longer there. Saving this document makes it again."_s.arg(sFile));
-        tellOf(*document, told);
+        tellOfLoss(*document, loss);
+        if (hasName)
+            lookForOutsideChange(*document);
+        else if (!left.fileBehind().isEmpty())
+            document->tell({NoticeKind::Recovered, withoutFileText(left, isChanged).arg(left.fileBehind())});
         // The file as it is on disk would be a second document of the same name.
         if (hasName && other && other->view())
             other->view()->window.close();
         if (hasName)
             ports().recentFiles->UpdateMRUFile(sFile, false);
-        ports().files->recovered(*document, sFile);
+        ports().files->recovered(*document, left.fileBehind(), left.state().time);
+        if (Journal *journal = vault.journalOf(*document))
+            journal->setChangedAt(left.state().time);
         // A second crash finds the one or the other.
         if (vault.flush())
             left.discard();
@@ -163,8 +176,7 @@ Document *lookAtLeftBehind(LeftBehind &left)
         }
         show(*document);
         document->updateTextLock();
-        if (!loss.isEmpty())
-            tellOf(*document, {loss});
+        tellOfLoss(*document, loss);
         return document;
     });
 }

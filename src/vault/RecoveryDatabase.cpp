@@ -75,6 +75,7 @@ void RecoveryDatabase::write(const RecoveryBatch &batch)
         for (const QString &statement : {u"DELETE FROM facts"_s, u"DELETE FROM base"_s, u"DELETE FROM log"_s})
             m_database.run(statement);
         setValue(u"file"_s, facts.file);
+        setValue(u"origin"_s, facts.origin);
         setValue(u"caption"_s, facts.caption);
         setValue(u"formatVersion"_s, int(facts.formatVersion));
         setValue(u"isFromOutline"_s, int(facts.isFromOutline));
@@ -113,15 +114,11 @@ bool RecoveryDatabase::isEmpty()
 
 DocumentFacts RecoveryDatabase::facts()
 {
-    return {valueOf(u"file"_s).toString(),
-            valueOf(u"caption"_s).toString(),
-            static_cast<qint16>(valueOf(u"formatVersion"_s).toInt()),
-            valueOf(u"isFromOutline"_s).toBool(),
-            valueOf(u"isSaved"_s).toBool(),
-            valueOf(u"baseFont"_s).toString(),
-            valueOf(u"fileSize"_s).toLongLong(),
-            valueOf(u"fileTime"_s).toLongLong(),
-            {},
+    return {valueOf(u"file"_s).toString(),         valueOf(u"origin"_s).toString(),
+            valueOf(u"caption"_s).toString(),      static_cast<qint16>(valueOf(u"formatVersion"_s).toInt()),
+            valueOf(u"isFromOutline"_s).toBool(),  valueOf(u"isSaved"_s).toBool(),
+            valueOf(u"baseFont"_s).toString(),     valueOf(u"fileSize"_s).toLongLong(),
+            valueOf(u"fileTime"_s).toLongLong(),   {},
             valueOf(u"fileDigest"_s).toByteArray()};
 }
 

@@ -14,6 +14,8 @@
 struct DocumentFacts {
     // Full path; empty for a document that was never saved.
     QString file;
+    // The file of which it was recovered once without getting its name.
+    QString origin;
     QString caption;
     qint16 formatVersion = 1;
     bool isFromOutline = false;
@@ -34,6 +36,7 @@ struct DocumentState {
     // Something would be lost without the journal.
     bool isChanged = false;
     EntryId selected = EntryId::None;
+    // When it was changed last.
     QDateTime time;
     // Steps that were done and not undone.
     int steps = 0;

@@ -187,18 +187,17 @@ void VersionKeeper::aboutToReplace(const Document &document, bool inPlace)
     });
 }
 
-void VersionKeeper::recovered(const Document &document, const QString &file)
+void VersionKeeper::recovered(const Document &document, const QString &file, const QDateTime &since)
 {
     if (!m_keeping)
         return;
     procedure(keeperName, [&] {
         KeptOutline outline = keptOutline(document.outline());
-        const QDateTime now = timeNow();
         if (!file.isEmpty()) {
-            enqueueKeeping(outline, {now, file, {}, VersionOrigin::Recovered});
+            enqueueKeeping(outline, {since, file, {}, VersionOrigin::Recovered});
             return;
         }
-        m_recovered[&document] = {std::move(outline), now};
+        m_recovered[&document] = {std::move(outline), since};
         forgetWithItsEnd(document);
     });
 }

@@ -43,7 +43,7 @@ public:
     // be written over.
     void aboutToReplace(const Document &document, bool inPlace) override;
     // What was recovered becomes a version, too: of its file, or else of the one that the document is first saved as.
-    void recovered(const Document &document, const QString &file) override;
+    void recovered(const Document &document, const QString &file, const QDateTime &since) override;
 
     // The versions of a file, from the oldest to the newest; or why they cannot be read.
     struct Listed {

@@ -134,8 +134,11 @@ qint64 VersionStore::keep(const KeptOutline &outline, const VersionSave &save)
     const QByteArray blocks = packedNumbers(storeBlocks(entries));
     const QByteArray digest = digestOf(head + blocks);
     const qint64 last = lastVersion();
-    qint64 version =
-        m_database.value(u"SELECT id FROM version WHERE id = ? AND digest = ?"_s, {last, digest}).toLongLong();
+    constexpr auto recovered = static_cast<int>(VersionOrigin::Recovered);
+    qint64 version = m_database
+                         .value(u"SELECT id FROM version WHERE id = ? AND digest = ? AND (origin <> ? OR origin = ?)"_s,
+                                {last, digest, recovered, static_cast<int>(save.origin)})
+                         .toLongLong();
     if (version == 0) {
         m_database.run(
             u"INSERT INTO version (time, entries, words, digest, head, blocks, origin) VALUES (?, ?, ?, ?, ?, ?, ?)"_s,

@@ -21,14 +21,15 @@ enum class VersionOrigin {
     Saved,
     // Its file held that before a save replaced it: no save of this program had made it.
     Found,
-    // It was recovered after a crash, and had never been saved.
+    // It was recovered after a crash, and had not been saved by then.
     Recovered
 };
 
 // What is told of a version without reading it whole.
 struct VersionInfo {
     qint64 number = 0;
-    // Of the save, or since when it was so. No version is older than the one before it, whatever the clock said.
+    // Of the save, or since when it was so; of what was recovered, when it was last changed. No version is older than
+    // the one before it, whatever the clock said.
     QDateTime time;
     VersionOrigin origin = VersionOrigin::Saved;
     int entries = 0;
@@ -69,7 +70,7 @@ public:
     VersionStore(const QString &path, Database::Opening opening);
 
     // Adds a version, all or nothing, and returns its number. What is in every respect what the last one is, is that
-    // one again.
+    // one again; but what was recovered is one version, and saved as it is another.
     qint64 keep(const KeptOutline &outline, const VersionSave &save);
     // Reads a version again and marks it when it is that.
     bool verify(qint64 version, const KeptOutline &outline);

@@ -22,6 +22,7 @@ private Q_SLOTS:
     void cleanup();
     void nothingIsShownWhereNothingWasLeft();
     void eachDocumentIsNamedWithWhatIsKeptOfIt();
+    void whatIsUnsavedWithoutChangesIsSaidToBeWhatItIs();
     void allAreRecoveredByReturn();
     void whatIsLookedAtStaysInTheList();
     void discardingAsksFirst();
@@ -104,6 +105,44 @@ void tst_RecoveryList::eachDocumentIsNamedWithWhatIsKeptOfIt()
     found.sort();
     QCOMPARE(found, (QStringList{u"Document 2: 1 change, never saved"_s,
                                  u"notes.qly: 1 change, %1 (the file is no longer there)"_s.arg(m_folder->path())}));
+    list->close();
+}
+
+// All that was changed was undone when the file went; and one was recovered beside its file and never saved since.
+void tst_RecoveryList::whatIsUnsavedWithoutChangesIsSaidToBeWhatItIs()
+{
+    Vault gone({m_vault->folder(), {}, false});
+    std::vector<std::unique_ptr<Document>> documents;
+    for (const bool isBeside : {false, true}) {
+        auto outline = std::make_unique<Outline>();
+        Entry *root = outline->tree.insert(Relationship::tvwFirst, nullptr);
+        documents.push_back(std::make_unique<Document>(std::move(outline)));
+        Document &document = *documents.back();
+        const QString file = m_folder->filePath(isBeside ? u"beside.qly"_s : u"gone.qly"_s);
+        (isBeside ? document.m_sRecoveredFrom : document.m_sFile) = file;
+        document.setCaption(u"Document 3"_s);
+        gone.attach(document);
+        document.history.setLabel(root, u"changed"_s);
+        if (!isBeside) {
+            document.history.undo();
+            document.history.forgetSaved();
+        }
+    }
+    gone.endSession();
+    for (const auto &document : documents)
+        document->history.setWitness(nullptr);
+    const QPointer<RecoveryList> list = offer();
+    QVERIFY(list);
+    QStringList found;
+    for (int row = 0; row < rows(*list)->topLevelItemCount(); ++row) {
+        const QTreeWidgetItem *item = rows(*list)->topLevelItem(row);
+        found.append(item->text(0) + u": "_s + item->text(1) + u", "_s + item->text(3));
+    }
+    found.sort();
+    QCOMPARE(found,
+             (QStringList{
+                 u"beside.qly: 1 change, %1 (recovered from the file there, and never saved)"_s.arg(m_folder->path()),
+                 u"gone.qly: its file is gone, %1 (the file is no longer there)"_s.arg(m_folder->path())}));
     list->close();
 }
 

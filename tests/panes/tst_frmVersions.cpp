@@ -334,12 +334,12 @@ void tst_frmVersions::versionsThatWereNotSavedSayWhatTheyAre()
 {
     Document &document = plant(u"plan.qly"_s);
     document.history.setLabel(entryOf(document, u"C"_s), u"D"_s);
-    ports().files->recovered(document, document.m_sFile);
+    ports().files->recovered(document, document.m_sFile, ports().clock->now());
     QTRY_VERIFY(m_keeper->isIdle());
     visit(0, [](const frmVersions &dialog) {
         const QStringList rows = rowsOf(table(dialog, "lstVersions"));
         QCOMPARE(rows.size(), 2);
-        QVERIFY2(rows[0].contains(u": recovered, not saved: 6: "_s), qPrintable(rows[0]));
+        QVERIFY2(rows[0].contains(u": recovered: 6: "_s), qPrintable(rows[0]));
         QVERIFY2(rows[1].contains(u": saved: 6: "_s), qPrintable(rows[1]));
         // In full.
         const QTreeView &versions = table(dialog, "lstVersions");

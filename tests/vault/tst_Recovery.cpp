@@ -3,6 +3,7 @@
 
 #include "vault/Recovery.h"
 
+#include "document/OutsideChange.h"
 #include "document/modDoc.h"
 #include "support/FakePorts.h"
 #include "support/NativeBytes.h"
@@ -28,7 +29,11 @@ private Q_SLOTS:
     void aFileThatChangedIsShownBesideIt();
     void aFileThatWasOnlyTouchedDidNotChange();
     void aFileThatIsGoneIsMadeAgainBySaving();
+    void aFileThatComesBackIsNotSavedOverUnasked();
     void whatIsChangedInAnotherWindowStaysThere();
+    void aNoticeOfWhatWasRecoveredGoesWithTheSave();
+    void oneWithoutItsFilesNameKnowsItsFileAfterAnotherCrash();
+    void itsTimeIsThatOfItsLastChangeHoweverOftenItIsRecovered();
     void oneThatNeverHadAFileHasNoneStill();
     void whatIsLookedAtIsLockedAndStays();
     void whatIsTornIsRecoveredAsFarAsItIsWhole_data();
@@ -196,9 +201,36 @@ void tst_Recovery::aFileThatIsGoneIsMadeAgainBySaving()
     QCOMPARE(left->fileNow(), LeftBehind::FileNow::Gone);
     Document *document = recoverDocument(*left, *m_vault);
     QCOMPARE(document->m_sFile, m_file);
-    QVERIFY(document->hasNotice(NoticeKind::Recovered));
+    QVERIFY(document->hasNotice(NoticeKind::FileGone));
     QVERIFY(document->history.goTo(0));
     QVERIFY2(document->hasUnsavedChanges(), "no file has it");
+    QCOMPARE(modDoc::save(*document, m_file), SaveOutcome::Saved);
+    QVERIFY(document->notices().empty());
+}
+
+void tst_Recovery::aFileThatComesBackIsNotSavedOverUnasked()
+{
+    const auto left = leftIn(crashAfterChanges(m_file));
+    const QByteArray held = content(m_file);
+    QFile::remove(m_file);
+    Document *document = recoverDocument(*left, *m_vault);
+    QFile file(m_file);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(nativeBytes({u"Theirs"_s}));
+    file.close();
+    lookForOutsideChange(*document);
+    QVERIFY(!document->hasNotice(NoticeKind::FileGone));
+    QVERIFY(document->hasNotice(NoticeKind::FileChanged));
+    m_ports->dialogs.answers = {Answer::No};
+    QCOMPARE(modDoc::save(*document, m_file), SaveOutcome::Declined);
+    QCOMPARE(m_ports->dialogs.questions.size(), 1);
+    // As it was, it is nobody else's.
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(held);
+    file.close();
+    lookForOutsideChange(*document);
+    QVERIFY(document->notices().empty());
+    QCOMPARE(modDoc::save(*document, m_file), SaveOutcome::Saved);
 }
 
 void tst_Recovery::whatIsChangedInAnotherWindowStaysThere()
@@ -212,6 +244,72 @@ void tst_Recovery::whatIsChangedInAnotherWindowStaysThere()
     QVERIFY(document->m_sFile.isEmpty());
     QVERIFY(document->hasNotice(NoticeKind::Recovered));
     QCOMPARE(other.tree.root()->label(), u"changed meanwhile"_s);
+}
+
+void tst_Recovery::aNoticeOfWhatWasRecoveredGoesWithTheSave()
+{
+    const auto left = leftIn(crashAfterChanges(m_file));
+    modDoc::DocLoad(m_file);
+    Document &other = *ports().windows->activeDocument();
+    other.history.setLabel(other.tree.root(), u"changed meanwhile"_s);
+    Document *document = recoverDocument(*left, *m_vault);
+    QVERIFY(document->hasNotice(NoticeKind::Recovered));
+    QCOMPARE(modDoc::save(*document, m_folder->filePath(u"mine.qly"_s)), SaveOutcome::Saved);
+    QVERIFY(document->notices().empty());
+    QVERIFY(document->m_sRecoveredFrom.isEmpty());
+}
+
+void tst_Recovery::oneWithoutItsFilesNameKnowsItsFileAfterAnotherCrash()
+{
+    auto left = leftIn(crashAfterChanges(m_file));
+    QFile file(m_file);
+    QVERIFY(file.open(QIODevice::WriteOnly));
+    file.write(nativeBytes({u"Theirs"_s}));
+    file.close();
+    QVERIFY(recoverDocument(*left, *m_vault));
+    for (const QString &crash : {u"again"_s, u"once more"_s}) {
+        const QString crashed = m_folder->filePath(crash);
+        copyAsLeft(m_vault->folder(), crashed);
+        for (Document *open : ports().windows->documents()) {
+            open->giveUpChanges();
+            open->view()->window.close();
+        }
+        left = leftIn(crashed);
+        QVERIFY(left);
+        QCOMPARE(left->name(), u"notes.qly"_s);
+        QCOMPARE(left->fileBehind(), m_file);
+        const Document *document = recoverDocument(*left, *m_vault);
+        QVERIFY(document);
+        QVERIFY(document->m_sFile.isEmpty());
+        QCOMPARE(document->caption(), u"notes.qly (recovered)"_s);
+        QCOMPARE(documentState(*document), m_expected);
+        QVERIFY(document->hasNotice(NoticeKind::Recovered));
+        QVERIFY2(document->notices().front().text.contains(m_file), qPrintable(document->notices().front().text));
+    }
+}
+
+void tst_Recovery::itsTimeIsThatOfItsLastChangeHoweverOftenItIsRecovered()
+{
+    const QDateTime changed = m_ports->clock.moment;
+    QString crashed = crashAfterChanges(m_file);
+    for (const QString &crash : {u"again"_s, u"once more"_s}) {
+        m_ports->clock.moment = m_ports->clock.moment.addSecs(3600);
+        const auto left = leftIn(crashed);
+        QVERIFY(left);
+        QCOMPARE(left->state().time, changed);
+        Document *document = recoverDocument(*left, *m_vault);
+        crashed = m_folder->filePath(crash);
+        copyAsLeft(m_vault->folder(), crashed);
+        document->giveUpChanges();
+        document->view()->window.close();
+    }
+    // What is done then is later.
+    const auto left = leftIn(crashed);
+    Document *document = recoverDocument(*left, *m_vault);
+    document->history.setLabel(document->tree.root(), u"later"_s);
+    QVERIFY(m_vault->flush());
+    copyAsLeft(m_vault->folder(), m_folder->filePath(u"last"_s));
+    QCOMPARE(leftIn(m_folder->filePath(u"last"_s))->state().time, m_ports->clock.moment);
 }
 
 void tst_Recovery::oneThatNeverHadAFileHasNoneStill()

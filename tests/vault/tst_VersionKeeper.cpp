@@ -713,22 +713,28 @@ void tst_VersionKeeper::whatWasRecoveredIsAVersionOfItsFile()
     Desk desk;
     Document &document = desk.plant(u"plan.qly"_s, {u"root"_s});
     document.history.setLabel(document.tree.root(), u"recovered"_s);
-    ports().files->recovered(document, document.m_sFile);
+    const QDateTime changed = desk.program.fake.clock.moment.addSecs(60);
+    desk.program.fake.clock.moment = changed.addSecs(3600);
+    ports().files->recovered(document, document.m_sFile, changed);
     desk.settle();
     QCOMPARE(originsOf(desk.list(document.m_sFile)), (QList{saved, recovered}));
-    // Saved as it is, it is a save like any other.
+    // Saved as it is, it is what was recovered still, and what was saved later.
     desk.save(document, document.m_sFile);
-    QCOMPARE(originsOf(desk.list(document.m_sFile)), (QList{saved, saved}));
-    ports().files->recovered(document, document.m_sFile);
-    desk.settle();
-    QCOMPARE(originsOf(desk.list(document.m_sFile)), (QList{saved, saved}));
+    for (int time = 0; time < 2; ++time) {
+        const VersionKeeper::Listed listed = desk.list(document.m_sFile);
+        QCOMPARE(originsOf(listed), (QList{saved, recovered, saved}));
+        QCOMPARE(listed.versions[1].time, changed);
+        QCOMPARE(listed.versions[2].time, changed.addSecs(3600));
+        ports().files->recovered(document, document.m_sFile, changed);
+        desk.settle();
+    }
 }
 
 void tst_VersionKeeper::whatWasRecoveredWithoutAFileIsAVersionOfItsFirstOne()
 {
     Desk desk;
     Document &document = desk.program.plant({u"recovered"_s}).document;
-    ports().files->recovered(document, QString());
+    ports().files->recovered(document, QString(), ports().clock->now());
     desk.settle();
     QVERIFY(!QFileInfo::exists(desk.versions()));
     document.history.setLabel(document.tree.root(), u"worked on"_s);
@@ -737,7 +743,7 @@ void tst_VersionKeeper::whatWasRecoveredWithoutAFileIsAVersionOfItsFirstOne()
     QCOMPARE(originsOf(listed), (QList{recovered, saved}));
     QCOMPARE(desk.read(document.m_sFile, listed.versions[0].number).entries[0].label, u"recovered"_s);
     // Another document at the same place in memory is not taken for it.
-    ports().files->recovered(desk.program.plant({u"closed unsaved"_s}).document, QString());
+    ports().files->recovered(desk.program.plant({u"closed unsaved"_s}).document, QString(), ports().clock->now());
     desk.program.closeAll();
     desk.plant(u"other.qly"_s, {u"other"_s});
     QCOMPARE(originsOf(desk.list(desk.file(u"other.qly"_s))), QList{saved});
