@@ -3,8 +3,6 @@
 
 #include "find/ComparedText.h"
 
-#include <QList>
-
 #include <numeric>
 #include <utility>
 
@@ -122,10 +120,12 @@ void ComparedText::append(QStringView text, qsizetype from, qsizetype to)
     if (const char32_t only = characterAt(text, from); lengthOf(only) == to - from && isWhole(only)) {
         appendPart(only);
     } else {
-        const QList<uint> parts =
-            text.sliced(from, to - from).toString().normalized(QString::NormalizationForm_D).toUcs4();
-        for (const char32_t part : parts)
+        const QString parts = text.sliced(from, to - from).toString().normalized(QString::NormalizationForm_D);
+        for (qsizetype at = 0; at < parts.size();) {
+            const char32_t part = characterAt(parts, at);
             appendPart(part);
+            at += lengthOf(part);
+        }
     }
     const qsizetype made = m_units.size() - begin;
     if (!m_isMapped && made == 1 && to - from == 1)

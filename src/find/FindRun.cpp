@@ -186,6 +186,7 @@ void FindRun::goOn()
 void FindRun::start(Job job)
 {
     ++m_working;
+    m_looked += qint64(job.entries.size());
     auto work = [answers = m_answers, query = m_query, job = std::move(job)] {
         std::vector<EntryHits> found;
         for (const SearchedEntry &searched : job.entries) {

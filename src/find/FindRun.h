@@ -61,6 +61,9 @@ public:
 
     int unreadableCount() const { return static_cast<int>(m_unreadable.size()); }
 
+    // How many entries workers were given, those that were looked at again each time.
+    qint64 lookedAt() const { return m_looked; }
+
     // Answers with changed(), with up to mostEver hits of this entry; also whenever it changes from now on.
     void tellMore(EntryId entry);
 
@@ -133,6 +136,7 @@ private:
     std::unordered_set<EntryId> m_wanted;
     qint64 m_hits = 0;
     qint64 m_toldHits = 0;
+    qint64 m_looked = 0;
 
     // Entries of the document or the branch, sorted, as of the last look.
     std::vector<EntryId> m_scope;

@@ -1,8 +1,12 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "find/FindModel.h"
 #include "find/FindQuery.h"
+#include "find/RandomText.h"
+#include "find/TextSignature.h"
 
+#include <QDebug>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -20,6 +24,8 @@ private Q_SLOTS:
     void tellsWhichWordsATextHolds();
     void aLineThatTakesAnExpressionTooLongIsGivenUp();
     void noExpressionCanRaiseItsOwnLimit();
+    void findsWhatAReaderOfCharactersFinds();
+    void whatIsFoundIsNeverRuledOutBySignatures();
 };
 
 namespace
@@ -142,6 +148,57 @@ void tst_FindQuery::noExpressionCanRaiseItsOwnLimit()
     const FindQuery query(u"(*LIMIT_MATCH=4000000000)(a+)+$"_s, optionsOf(u"r"_s));
     QVERIFY(query.error().isEmpty());
     QVERIFY(query.lookIn(QString(40, u'a') + u'!').isGivenUp);
+}
+
+// Texts and words of characters from all over Unicode; each word is mostly a part of the text, in another form.
+void tst_FindQuery::findsWhatAReaderOfCharactersFinds()
+{
+    RandomText random(7);
+    int found = 0;
+    for (int round = 0; round < 6000; ++round) {
+        const QString text = random.text(30);
+        QStringList words;
+        for (int i = random.below(3); i >= 0; --i) {
+            const int from = random.below(int(text.size()) + 1);
+            QString word = random.anotherForm(text.mid(from, 1 + random.below(4)));
+            word.removeIf([](QChar c) { return c == u'"'; });
+            if (!word.trimmed().isEmpty())
+                words.append(word);
+        }
+        FindOptions options;
+        options.matchCase = random.below(2) == 0;
+        options.accents = random.below(2) == 0;
+        options.wholeWord = random.below(4) == 0;
+        const FindQuery query(u'"' + words.join(u"\"\""_s) + u'"', options);
+        const std::vector<FindMatch> expected = findModel::matchesOfWords(text, words, options);
+        const std::vector<FindMatch> actual = query.matchesIn(text);
+        found += int(expected.size());
+        QVERIFY2(actual == expected,
+                 qPrintable(u"round %1: %2 in %3"_s.arg(round).arg(QDebug::toString(words), QDebug::toString(text))));
+    }
+    QVERIFY2(found > 4000, qPrintable(QString::number(found)));
+}
+
+void tst_FindQuery::whatIsFoundIsNeverRuledOutBySignatures()
+{
+    RandomText random(8);
+    int ruledOut = 0;
+    for (int round = 0; round < 6000; ++round) {
+        const QString text = random.text(30);
+        const QString source = random.below(3) == 0 ? random.text(30) : text;
+        const QString word = random.anotherForm(source.mid(random.below(int(source.size()) + 1), 3 + random.below(5)));
+        FindOptions options;
+        options.matchCase = random.below(2) == 0;
+        options.accents = random.below(2) == 0;
+        const FindQuery query(u'"' + word + u'"', options);
+        for (int i = 0; i < query.wordCount(); ++i) {
+            const bool isFound = (query.lookIn(text).words >> i & 1) != 0;
+            const bool mayBe = TextSignature(text).mayHold(SoughtTrigrams(query.word(i)));
+            QVERIFY2(mayBe || !isFound, qPrintable(QDebug::toString(word) + QDebug::toString(text)));
+            ruledOut += mayBe ? 0 : 1;
+        }
+    }
+    QVERIFY2(ruledOut > 300, qPrintable(QString::number(ruledOut)));
 }
 
 QTEST_GUILESS_MAIN(tst_FindQuery)
