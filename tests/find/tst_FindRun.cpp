@@ -593,7 +593,7 @@ void tst_FindRun::whatIsFoundAndFollowedIsWhatAReaderFinds()
         }
         QCOMPARE(next, anew.inOrder().size());
     }
-    QVERIFY2(seen > 50 || options.branch != EntryId::None, qPrintable(QString::number(seen)));
+    QVERIFY2(seen > 20 || options.branch != EntryId::None, qPrintable(QString::number(seen)));
 }
 
 QTEST_GUILESS_MAIN(tst_FindRun)
