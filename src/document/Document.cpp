@@ -5,6 +5,7 @@
 
 #include "document/DocumentView.h"
 #include "document/DocumentWindow.h"
+#include "document/LeftOutText.h"
 #include "document/OutlinePane.h"
 #include "document/Ports.h"
 #include "document/SafeFile.h"
@@ -29,6 +30,11 @@ Document::Document(std::unique_ptr<Outline> read)
     connect(&history, &History::positionChanged, this, [this] {
         if (m_passing && m_passingIsOfStep)
             endPassing();
+        dropUntrueNotices();
+    });
+    connect(&texts, &LiveTexts::changed, this, [this] {
+        if (hasNotice(NoticeKind::LeftOutParts))
+            tellOfLeftOutParts(*this);
     });
     texts.setFolder([this](EntryId entry, const auto &textAt) {
         if (history.isStepOpen())
@@ -58,6 +64,7 @@ Document::Document(std::unique_ptr<Outline> read)
     const auto lookAgain = [this] {
         if (hasNotice(NoticeKind::DamagedText))
             checkTexts();
+        dropUntrueNotices();
     };
     connect(&tree, &EntryTree::rowsRemoved, this, lookAgain);
     connect(&tree, &EntryTree::modelReset, this, lookAgain);
@@ -228,6 +235,8 @@ void Document::setExpansionLevel(int level)
 
 void Document::tell(DocumentNotice told)
 {
+    if (told.kind == NoticeKind::DocumentFull)
+        m_entriesWhenFull = tree.entryCount();
     const auto place = std::ranges::lower_bound(m_notices, told.kind, {}, &DocumentNotice::kind);
     if (place == m_notices.end() || place->kind != told.kind)
         m_notices.insert(place, std::move(told));
@@ -245,7 +254,21 @@ void Document::dismiss(NoticeKind kind)
         m_view->window.noticesChanged();
 }
 
-bool Document::hasNotice(NoticeKind kind) const
+const DocumentNotice *Document::notice(NoticeKind kind) const
 {
-    return std::ranges::find(m_notices, kind, &DocumentNotice::kind) != m_notices.end();
+    const auto found = std::ranges::find(m_notices, kind, &DocumentNotice::kind);
+    return found == m_notices.end() ? nullptr : &*found;
+}
+
+// After whatever was done: what was undone is not in this window only, and what was taken out has made room.
+void Document::dropUntrueNotices()
+{
+    if (m_notices.empty() || history.isStepOpen())
+        return;
+    const DocumentNotice *notSaved = notice(NoticeKind::NotSaved);
+    if (notSaved && (notSaved->file.isEmpty() || notSaved->file == m_sFile) && !m_sFile.isEmpty() &&
+        !hasUnsavedChanges())
+        dismiss(NoticeKind::NotSaved);
+    if (hasNotice(NoticeKind::DocumentFull) && tree.entryCount() < m_entriesWhenFull)
+        dismiss(NoticeKind::DocumentFull);
 }

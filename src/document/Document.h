@@ -73,13 +73,14 @@ public:
     void lookAtFileAgain();
 
     // Whether closing would lose what is not in the document's file.
-    bool hasUnsavedChanges() const { return m_bDataChanged() || m_bSaveRefused; }
+    bool hasUnsavedChanges() const { return m_bDataChanged() || m_bSaveRefused || fileRecord.isGone; }
 
     bool m_bDataChanged() const { return history.isChanged(); }
 
     // The user does not want what is not saved.
     void giveUpChanges()
     {
+        fileRecord.isGone = false;
         history.markSaved();
         m_bSaveRefused = false;
     }
@@ -143,7 +144,10 @@ public:
     // What the notice of a kind told of is mended, or the user has read it.
     void dismiss(NoticeKind kind);
 
-    bool hasNotice(NoticeKind kind) const;
+    bool hasNotice(NoticeKind kind) const { return notice(kind); }
+
+    // The one of a kind; null without one.
+    const DocumentNotice *notice(NoticeKind kind) const;
 
     // The standing notices, the gravest first.
     const std::vector<DocumentNotice> &notices() const { return m_notices; }
@@ -191,6 +195,7 @@ Q_SIGNALS:
 private:
     friend class DocumentView;
     void setView(DocumentView *shownBy);
+    void dropUntrueNotices();
 
     struct SeenFile {
         QString sFile;
@@ -198,6 +203,8 @@ private:
     };
 
     std::vector<DocumentNotice> m_notices;
+    // How many entries it had when it was told to be full.
+    int m_entriesWhenFull = 0;
     std::unique_ptr<TextCheck> m_textCheck;
     DocumentView *m_view = nullptr;
     QFont m_ownOutlineFont;

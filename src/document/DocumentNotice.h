@@ -32,7 +32,7 @@ struct DocumentNotice {
     NoticeKind kind;
     // A sentence or two for the user: what happened, to what, and what can be done.
     QString text;
-    // The file that it concerns, where that may not be the document's own.
+    // The file that it concerns, where that may not be the document's own. Empty for a file that may not be written.
     QString file = QString();
 
     bool operator==(const DocumentNotice &) const = default;

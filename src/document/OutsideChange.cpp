@@ -40,7 +40,9 @@ void findFileAgain(Document &document)
 {
     if (!std::exchange(document.fileRecord.isGone, false))
         return;
-    if (std::exchange(document.fileRecord.lostAt, std::nullopt) == document.history.position())
+    // What was undone meanwhile is what it was, too.
+    if (std::exchange(document.fileRecord.lostAt, std::nullopt) == document.history.position() ||
+        !document.m_bDataChanged())
         document.history.markSaved();
     document.dismiss(NoticeKind::FileGone);
 }
@@ -60,6 +62,9 @@ void tellOfTheirs(Document &document, const FileStamp &theirs)
 void lookForOutsideChange(Document &document)
 {
     FileRecord &record = document.fileRecord;
+    const DocumentNotice *notSaved = document.notice(NoticeKind::NotSaved);
+    if (notSaved && notSaved->file.isEmpty() && !document.m_sFile.isEmpty() && !document.bReadOnly())
+        document.dismiss(NoticeKind::NotSaved);
     if (!record.own)
         return;
     const FileLook look = lookAtFile(document.m_sFile, *record.own);

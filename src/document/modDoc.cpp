@@ -127,12 +127,15 @@ void replaceFile(Document &document, SafeFile &file)
         file.replace();
     } catch (...) {
         if (const QString sCopy = file.strandedCopy(); !sCopy.isEmpty())
-            document.tell(
-                {NoticeKind::FileDamaged, u"The file %1 could be neither written nor put back as it was. What "
-                                          "it held before is whole in the file %2."_s.arg(file.target(), sCopy)});
+            document.tell({NoticeKind::FileDamaged,
+                           u"The file %1 could be neither written nor put back as it was. What "
+                           "it held before is whole in the file %2."_s.arg(file.target(), sCopy),
+                           file.target()});
         throw;
     }
-    document.dismiss(NoticeKind::FileDamaged);
+    // Another file is what it was.
+    if (const DocumentNotice *told = document.notice(NoticeKind::FileDamaged); told && told->file == file.target())
+        document.dismiss(NoticeKind::FileDamaged);
 }
 
 // What the disk holds of a document must be that document for whoever opens it, or the old file stays.
@@ -272,6 +275,8 @@ SaveOutcome save(Document &document, const QString &sFile)
         document.history.touch();
         document.note(u"The file %1 could not be saved"_s.arg(sFile));
         document.tell({NoticeKind::NotSaved, notSavedText(document, sFile), sFile});
+        // Of a save before this one.
+        document.dismiss(NoticeKind::NoBackup);
         throw;
     }
     document.dismiss(NoticeKind::NotSaved);

@@ -13,6 +13,7 @@
 #include "vault/VersionFolder.h"
 
 #include <QFileInfo>
+#include <QLocale>
 #include <QPointer>
 
 #include <algorithm>
@@ -57,6 +58,21 @@ QDateTime timeNow()
 ContentDigest digestOf(const Document &document)
 {
     return document.fileRecord.own ? document.fileRecord.own->digest : ContentDigest();
+}
+
+// What is said of a version that could not be kept. It is said later than the next save may be, so it has its time.
+QString notKeptText(const VersionSave &save)
+{
+    const QString time = QLocale::system().toString(save.time.time(), QLocale::ShortFormat);
+    switch (save.origin) {
+    case VersionOrigin::Saved:
+        break;
+    case VersionOrigin::Found:
+        return u"What the file %1 held before it was saved could not be kept as a version"_s.arg(save.file);
+    case VersionOrigin::Recovered:
+        return u"What was recovered of the file %1 could not be kept as a version of it"_s.arg(save.file);
+    }
+    return u"The file %1 was saved at %2, but no version of it could be kept"_s.arg(save.file, time);
 }
 
 // What of the current exception is for the log.
@@ -266,11 +282,9 @@ VersionKeeper::Outcome VersionKeeper::keep(const QString &folder, const KeptOutl
             store.thin(save.time, room);
         });
     } catch (const RunTimeError &error) {
-        outcome = {u"The file %1 was saved, but no version of it could be kept (%2)."_s.arg(save.file,
-                                                                                            reasonOf(error.number())),
-                   error.description()};
+        outcome = {u"%1 (%2)."_s.arg(notKeptText(save), reasonOf(error.number())), error.description()};
     } catch (...) {
-        outcome = {u"The file %1 was saved, but no version of it could be kept."_s.arg(save.file), logLine()};
+        outcome = {notKeptText(save) + u'.', logLine()};
     }
     return outcome;
 }

@@ -45,6 +45,8 @@ private Q_SLOTS:
     void whatIsKeptIsSavedWithoutAnotherQuestion();
     void aFileThatIsGoneIsToldAndWrittenAgain();
     void aFileThatComesBackIsNoChange();
+    void theLastCopyIsUnsavedHoweverMuchIsUndone();
+    void aFileThatMayBeWrittenAgainIsNotSaidToBeLocked();
 
     void theirsIsOneStep();
     void entriesThatCorrespondStayWhatTheyAre();
@@ -379,6 +381,41 @@ void tst_OutsideChange::aFileThatComesBackIsNoChange()
     QVERIFY(!document.hasNotice(NoticeKind::FileGone));
     QVERIFY(document.hasNotice(NoticeKind::FileChanged));
     QVERIFY(document.hasUnsavedChanges());
+}
+
+void tst_OutsideChange::theLastCopyIsUnsavedHoweverMuchIsUndone()
+{
+    Document &document = open(ours);
+    const QByteArray before = m_folder->read(u"a.qly"_s);
+    document.history.setLabel(document.tree.root(), u"Mine"_s);
+    QVERIFY(QFile::remove(path(u"a.qly"_s)));
+    lookForOutsideChange(document);
+    QVERIFY(undoStep(document));
+    QVERIFY(document.hasUnsavedChanges());
+    QVERIFY(document.hasNotice(NoticeKind::FileGone));
+    // It is no longer that when the file is there again.
+    const QSignalSpy told(&document.history, &History::positionChanged);
+    m_folder->write(u"a.qly"_s, before);
+    lookForOutsideChange(document);
+    QVERIFY(!document.hasUnsavedChanges());
+    QVERIFY(!told.isEmpty());
+    QVERIFY(document.notices().empty());
+}
+
+void tst_OutsideChange::aFileThatMayBeWrittenAgainIsNotSaidToBeLocked()
+{
+    Document &document = open(ours);
+    document.history.setLabel(document.tree.root(), u"Mine"_s);
+    m_folder->setMode(u"a.qly"_s, 0444);
+    dialogs().saveNames = {std::nullopt};
+    {
+        const OrdinaryUser user;
+        QVERIFY(!modFile::FileSave());
+    }
+    QVERIFY(document.hasNotice(NoticeKind::NotSaved));
+    m_folder->setMode(u"a.qly"_s, 0644);
+    lookForOutsideChange(document);
+    QVERIFY(document.notices().empty());
 }
 
 void tst_OutsideChange::theirsIsOneStep()

@@ -66,6 +66,8 @@ private Q_SLOTS:
     void aBackupThatCannotBeMadeIsTold();
     void aFailedSaveChangesNothing_data();
     void aFailedSaveChangesNothing();
+    void whatCouldNotBeSavedIsNotSaidToBeHereAloneWhenItIsUndone();
+    void aDamagedFileIsToldOfUntilItIsWrittenItself();
     void aFailedSaveUnderAnotherNameKeepsTheOldOne();
     void aFullDiskAtAnyByteLosesNothing();
 
@@ -618,6 +620,14 @@ void tst_modDoc::aFolderThatTakesNoNewFileIsAskedAboutOnceASave()
         QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Saved);
         QCOMPARE(m_fake->dialogs.questions.size(), 2);
     }
+    // A save that failed makes no backup, and needs none.
+    QVERIFY(document.hasNotice(NoticeKind::NoBackup));
+    {
+        const FullDisk disk(3);
+        QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Failed);
+    }
+    QVERIFY(document.hasNotice(NoticeKind::NotSaved));
+    QVERIFY(!document.hasNotice(NoticeKind::NoBackup));
     QCOMPARE(m_folder->names(), QStringList(u"a.qly"_s));
     QVERIFY(QDir(state(u"Quillery/saving"_s)).isEmpty());
 }
@@ -763,6 +773,35 @@ void tst_modDoc::aFailedSaveChangesNothing()
     QVERIFY(document.hasNotice(NoticeKind::NotSaved));
     QVERIFY(document.notices()[0].text.startsWith(document.noted()));
     QVERIFY(m_fake->recentFiles.updates.empty());
+}
+
+void tst_modDoc::whatCouldNotBeSavedIsNotSaidToBeHereAloneWhenItIsUndone()
+{
+    Document &document = plant(1);
+    const QString sFile = (*m_folder)(u"a.qly"_s);
+    QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Saved);
+    document.history.markSaved();
+    document.history.setLabel(document.tree.root(), u"changed"_s);
+    {
+        const FullDisk disk(3);
+        QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Failed);
+    }
+    QVERIFY(document.hasNotice(NoticeKind::NotSaved));
+    QVERIFY(document.history.undo());
+    QVERIFY(!document.hasUnsavedChanges());
+    QVERIFY(document.notices().empty());
+}
+
+void tst_modDoc::aDamagedFileIsToldOfUntilItIsWrittenItself()
+{
+    Document &document = plant(1);
+    const QString sFile = (*m_folder)(u"a.qly"_s);
+    QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Saved);
+    document.tell({NoticeKind::FileDamaged, u"What it held before is elsewhere."_s, sFile});
+    QCOMPARE(modDoc::DocSave((*m_folder)(u"b.qly"_s)), SaveOutcome::Saved);
+    QVERIFY(document.hasNotice(NoticeKind::FileDamaged));
+    QCOMPARE(modDoc::DocSave(sFile), SaveOutcome::Saved);
+    QVERIFY(document.notices().empty());
 }
 
 void tst_modDoc::aFailedSaveUnderAnotherNameKeepsTheOldOne()

@@ -188,6 +188,11 @@ void tst_modNodes::insertingIntoAFullTreeIsError6AndLeavesAUsableTree()
     QVERIFY(modNodes::NodeInsert(document, Relationship::tvwChild, nullptr));
     QCOMPARE(m_errors->count(), 2);
     QCOMPARE(fake.window.timesKeysHeld, 2);
+    // Undoing makes room, too.
+    QVERIFY(!modNodes::NodeInsert(document, Relationship::tvwChild, nullptr));
+    QVERIFY(document.hasNotice(NoticeKind::DocumentFull));
+    QVERIFY(document.history.undo());
+    QVERIFY(!document.hasNotice(NoticeKind::DocumentFull));
 }
 
 void tst_modNodes::initialisingMakesReadyForTheUser()
@@ -625,6 +630,10 @@ void tst_modNodes::whatATextHasThatIsNotShownIsTold()
         u"The text of \"A\" comes from another program and has footnotes, comments and marks for an index that are "
         "not shown here. They are kept until the text is changed for the first time, and then they are gone."_s);
     QVERIFY(!fake.text.locked);
+    // It is told no longer once it is changed.
+    QTextCursor(&fake.document.texts.shown()->document()).insertText(u"x"_s);
+    QVERIFY(fake.document.notices().empty());
+    tree.setStoredText(entry, NodeTextCompressIfRequired(text));
     modNodes::NodeSelectFull(fake.document, other);
     QVERIFY(fake.document.notices().empty());
     // Words that are no control words tell nothing.

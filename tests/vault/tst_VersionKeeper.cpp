@@ -429,9 +429,17 @@ void tst_VersionKeeper::aFolderThatCannotBeMadeIsToldOf()
     QVERIFY(obstacle.open(QIODevice::WriteOnly));
     Document &document = desk.plant(u"plan.qly"_s, {u"root <"_s});
     QVERIFY(QFileInfo::exists(document.m_sFile));
-    QVERIFY2(Desk::noticeOf(document).startsWith(u"The file %1 was saved, but no version"_s.arg(document.m_sFile)),
+    const QString time = QLocale::system().toString(desk.program.fake.clock.moment.time(), QLocale::ShortFormat);
+    QVERIFY2(Desk::noticeOf(document).startsWith(
+                 u"The file %1 was saved at %2, but no version"_s.arg(document.m_sFile, time)),
              qPrintable(Desk::noticeOf(document)));
     QCOMPARE(Desk::remarks().size(), 1);
+    // What was not saved is not said to have been.
+    ports().files->recovered(document, document.m_sFile, ports().clock->now());
+    desk.settle();
+    QVERIFY2(
+        Desk::noticeOf(document).startsWith(u"What was recovered of the file %1 could not"_s.arg(document.m_sFile)),
+        qPrintable(Desk::noticeOf(document)));
     // The next save that succeeds mends it.
     QVERIFY(obstacle.remove());
     desk.save(document, document.m_sFile);
