@@ -28,6 +28,9 @@ public:
     // Runs whenever a command is done.
     void whenDone(std::function<void()> done) { m_whenDone = std::move(done); }
 
+    // The state that the rules are asked about.
+    CommandState state() const { return m_state(); }
+
     // Whether there is something that a command runs.
     bool isBound(std::string_view command) const;
 

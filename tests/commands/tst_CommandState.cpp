@@ -1,6 +1,7 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "commands/CommandReasons.h"
 #include "commands/CommandTable.h"
 #include "document/modDoc.h"
 #include "outline/modOutline.h"
@@ -138,6 +139,9 @@ private Q_SLOTS:
     void everyItemIsEnabledExactlyWhenItsConditionsHold_data();
     void everyItemIsEnabledExactlyWhenItsConditionsHold();
     void noOtherCommandDependsOnAnything();
+    void whatCannotBeRunSaysWhy();
+    void theReasonIsTheFirstThatAPersonWouldName_data();
+    void theReasonIsTheFirstThatAPersonWouldName();
     void undoAndRedoNeedAStep();
     void keysWithoutAnItemActAsTheirItemsDo();
     void withNoDocumentTheOutlineMenuIsGreyedAndTheOthersWork();
@@ -195,6 +199,60 @@ void tst_CommandState::noOtherCommandDependsOnAnything()
         QVERIFY2(row.rule({}) == runsSomething && row.rule(full) == runsSomething,
                  qPrintable(u"conditionRows is to say when it can be run: "_s + toText(row.name)));
     }
+}
+
+// In combinations of the conditions from all over, and for every rule.
+void tst_CommandState::whatCannotBeRunSaysWhy()
+{
+    std::map<Rule, std::string_view> commands;
+    for (const CommandRow &row : commandTable) {
+        if (row.kind == RowKind::Command)
+            commands.emplace(row.rule, row.name);
+    }
+    constexpr std::size_t stride = 41;
+    for (std::size_t combination = 0; combination < everyState().size(); combination += stride) {
+        const CommandState &state = everyState()[combination];
+        for (const auto &[rule, command] : commands) {
+            bool possible = true;
+            for (std::size_t at = commandRow(command); at != noRow; at = commandRow(commandTable[at].parent))
+                possible = possible && commandTable[at].rule(state);
+            const QString why = whyNot(command, state);
+            if (why.isEmpty() != possible || why == u"it has nothing to act on"_s)
+                QFAIL(qPrintable(toText(command) + u": "_s + why));
+        }
+    }
+    QCOMPARE(whyNot("mnuNowhere", {}), QString());
+}
+
+void tst_CommandState::theReasonIsTheFirstThatAPersonWouldName_data()
+{
+    QTest::addColumn<QByteArray>("command");
+    QTest::addColumn<QByteArray>("letters");
+    QTest::addColumn<QString>("why");
+    QTest::newRow("no document") << QByteArray("mnuOutlineRename") << QByteArray() << u"no document is open"_s;
+    QTest::newRow("no entry") << QByteArray("mnuOutlineRename") << QByteArray("N") << u"no entry is selected"_s;
+    QTest::newRow("read-only") << QByteArray("mnuOutlineRename") << QByteArray("NS") << u"the document is read-only"_s;
+    QTest::newRow("possible") << QByteArray("mnuOutlineRename") << QByteArray("NSW") << QString();
+    QTest::newRow("the root") << QByteArray("mnuOutlineMoveUp") << QByteArray("NSWR")
+                              << u"the document's topmost entry is selected"_s;
+    QTest::newRow("the first of all") << QByteArray("mnuOutlineMoveUp") << QByteArray("NSWQ1")
+                                      << u"the entry is the first of all"_s;
+    QTest::newRow("in the outline") << QByteArray("mnuEditCaseUpper") << QByteArray("NSW")
+                                    << u"it works in the text, and the keyboard is not there"_s;
+    QTest::newRow("withheld") << QByteArray("mnuEditCaseUpper") << QByteArray("NSWTB")
+                              << u"the text is not shown whole"_s;
+    QTest::newRow("nothing copied") << QByteArray("mnuOutlinePaste") << QByteArray("NSW") << u"no entry was copied"_s;
+    QTest::newRow("nothing inside") << QByteArray("mnuOutlineExpand") << QByteArray("NS")
+                                    << u"the entry has no others inside"_s;
+    QTest::newRow("no function") << QByteArray("mnuWindowNewWindow") << QByteArray("NSW") << u"it has no function"_s;
+}
+
+void tst_CommandState::theReasonIsTheFirstThatAPersonWouldName()
+{
+    QFETCH(const QByteArray, command);
+    QFETCH(const QByteArray, letters);
+    QFETCH(const QString, why);
+    QCOMPARE(whyNot(std::string_view(command), everyState()[bitsOf(letters)]), why);
 }
 
 void tst_CommandState::undoAndRedoNeedAStep()

@@ -1,0 +1,123 @@
+// SPDX-FileCopyrightText: 2026 The Quillery developers
+// SPDX-License-Identifier: MIT
+
+#include "commands/CommandReasons.h"
+
+#include "commands/CommandTable.h"
+
+#include <vector>
+
+using namespace rules;
+
+namespace
+{
+
+// What a rule asks for, and what is said where it is not so.
+struct Need {
+    Rule holds;
+    const char *otherwise;
+};
+
+template <bool CommandState::*fact>
+bool is(State state)
+{
+    return state.*fact;
+}
+
+template <bool CommandState::*fact>
+bool isNot(State state)
+{
+    return !(state.*fact);
+}
+
+constexpr Need open{documentOpen, "no document is open"};
+constexpr Need entry{is<&CommandState::Selected>, "no entry is selected"};
+constexpr Need changeable{is<&CommandState::Writable>, "the document is read-only"};
+constexpr Need notRoot{isNot<&CommandState::IsRoot>, "the document's topmost entry is selected"};
+constexpr Need notFirst{isNot<&CommandState::FirstSibling>, "the entry is the first of its branch"};
+constexpr Need notLast{isNot<&CommandState::LastSibling>, "the entry is the last of its branch"};
+constexpr Need previous{is<&CommandState::HasPrevious>, "the entry is the first of its branch"};
+constexpr Need notOutermost{isNot<&CommandState::ParentIsRoot>, "the entry is as far out as it can be"};
+constexpr Need roomAbove{[](State state) { return !(state.ParentIsRoot && state.FirstSibling); },
+                         "the entry is the first of all"};
+constexpr Need roomBelow{is<&CommandState::CanMoveDown>, "no branch follows that the entry could move to"};
+constexpr Need children{is<&CommandState::HasChildren>, "the entry has no others inside"};
+constexpr Need closed{isNot<&CommandState::Expanded>, "the entry is open already"};
+constexpr Need opened{is<&CommandState::Expanded>, "the entry is closed already"};
+constexpr Need copied{is<&CommandState::Copied>, "no entry was copied"};
+constexpr Need tagged{is<&CommandState::TaggedExist>, "no entry is tagged"};
+constexpr Need text{is<&CommandState::TextFocus>, "it works in the text, and the keyboard is not there"};
+constexpr Need wholeText{isNot<&CommandState::TextWithheld>, "the text is not shown whole"};
+constexpr Need savableFile{is<&CommandState::Savable>, "the document is read-only"};
+constexpr Need anySavable{is<&CommandState::AnyWritable>, "no open document can be saved"};
+constexpr Need undo{is<&CommandState::CanUndo>, "there is no step to take back"};
+constexpr Need redo{is<&CommandState::CanRedo>, "there is no step to do again"};
+constexpr Need steps{undoableOrRedoable, "there is no step to go to"};
+constexpr Need function{never, "it has no function"};
+
+struct RuleNeeds {
+    Rule rule;
+    std::vector<Need> needs;
+};
+
+// In the order in which they are asked for.
+const std::vector<RuleNeeds> &needsOfRules()
+{
+    static const std::vector<RuleNeeds> all{
+        {never, {function}},
+        {documentOpen, {open}},
+        {savable, {open, entry, savableFile}},
+        {anyWritable, {open, entry, anySavable}},
+        {selected, {open, entry}},
+        {writable, {open, entry, changeable}},
+        {writableAndSelected, {open, entry, changeable}},
+        {belowRoot, {open, entry, notRoot}},
+        {writableBelowRoot, {open, entry, changeable, notRoot}},
+        {deletable, {open, entry, changeable, notRoot}},
+        {movable, {open, entry, changeable, notRoot}},
+        {indentable, {open, entry, changeable, notRoot, previous}},
+        {unindentable, {open, entry, changeable, notRoot, notOutermost}},
+        {movableUp, {open, entry, changeable, notRoot, roomAbove}},
+        {movableDown, {open, entry, roomBelow}},
+        {movableFirst, {open, entry, changeable, notRoot, notFirst}},
+        {movableLast, {open, entry, changeable, notRoot, notLast}},
+        {expandable, {open, entry, children, closed}},
+        {collapsible, {open, entry, children, opened}},
+        {sortable, {open, entry, changeable, children}},
+        {entryCopied, {open, entry, changeable, copied}},
+        {taggedExist, {open, entry, tagged}},
+        {inText, {open, entry, text}},
+        {inWritableText, {open, entry, changeable, text}},
+        {inChangeableText, {open, entry, changeable, text, wholeText}},
+        {undoable, {open, undo}},
+        {redoable, {open, redo}},
+        {undoableOrRedoable, {open, steps}},
+    };
+    return all;
+}
+
+QString reasonOf(Rule rule, const CommandState &state)
+{
+    if (rule(state))
+        return {};
+    for (const RuleNeeds &each : needsOfRules()) {
+        if (each.rule != rule)
+            continue;
+        for (const Need &need : each.needs) {
+            if (!need.holds(state))
+                return QString::fromLatin1(need.otherwise);
+        }
+    }
+    return QStringLiteral("it has nothing to act on");
+}
+
+} // namespace
+
+QString whyNot(std::string_view command, const CommandState &state)
+{
+    const std::size_t row = commandRow(command);
+    if (row == noRow)
+        return {};
+    const QString above = whyNot(commandTable[row].parent, state);
+    return above.isEmpty() ? reasonOf(commandTable[row].rule, state) : above;
+}
