@@ -18,6 +18,7 @@
 ActiveState::ActiveState(DocumentArea &area, Dispatcher &dispatcher, CommandMenus &menus, Toolbar &toolbar,
                          MainSurface &surface)
     : m_area(area)
+    , m_dispatcher(dispatcher)
     , m_surface(surface)
 {
     connect(&area, &DocumentArea::opened, this, &ActiveState::follow);
@@ -92,7 +93,7 @@ void ActiveState::showNow()
 
 void ActiveState::showCommands()
 {
-    CommandState state = currentCommandState();
+    CommandState state = m_dispatcher.state();
     if (m_shown == state && m_shownOptions == g_options) {
         noteKeptState();
         return;

@@ -28,6 +28,9 @@ public:
     ActiveState(DocumentArea &area, Dispatcher &dispatcher, CommandMenus &menus, Toolbar &toolbar,
                 MainSurface &surface);
 
+    // What decides over commands beside the documents was changed.
+    void noteCommands() { note(Commands); }
+
     // Shows what is due.
     void showNow();
 
@@ -42,6 +45,7 @@ private:
     void showStatusText();
 
     DocumentArea &m_area;
+    Dispatcher &m_dispatcher;
     MainSurface &m_surface;
     int m_due = 0;
     bool m_posted = false;

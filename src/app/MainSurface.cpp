@@ -8,7 +8,7 @@
 #include "app/DocumentArea.h"
 #include "app/StatusBar.h"
 #include "app/Toolbar.h"
-#include "commands/CommandState.h"
+#include "commands/Dispatcher.h"
 #include "document/Document.h"
 #include "document/DocumentView.h"
 #include "document/Globals.h"
@@ -16,11 +16,13 @@
 #include "util/Procedure.h"
 #include "window/frmDocument.h"
 
-MainSurface::MainSurface(CommandMenus &menus, Toolbar &toolbar, StatusBar &statusBar, const DocumentArea &area)
+MainSurface::MainSurface(CommandMenus &menus, Toolbar &toolbar, StatusBar &statusBar, const DocumentArea &area,
+                         const Dispatcher &dispatcher)
     : m_menus(menus)
     , m_toolbar(toolbar)
     , m_statusBar(statusBar)
     , m_area(area)
+    , m_dispatcher(dispatcher)
 {
 }
 
@@ -28,7 +30,7 @@ void MainSurface::MenuEnable(int documentCount)
 {
     procedure("modMain MenuEnable", [&] {
         noteKeptState();
-        CommandState state = currentCommandState();
+        CommandState state = m_dispatcher.state();
         state.documentCount = documentCount;
         applyState(state);
     });
@@ -38,7 +40,7 @@ void MainSurface::MenuEnableDynamic()
 {
     procedure("modMain MenuEnableDynamic", [this] {
         noteKeptState();
-        applyState(currentCommandState());
+        applyState(m_dispatcher.state());
     });
 }
 

@@ -4,6 +4,7 @@
 #pragma once
 
 class CommandMenus;
+class Dispatcher;
 class DocumentArea;
 class Entry;
 class QString;
@@ -15,7 +16,8 @@ struct CommandState;
 class MainSurface
 {
 public:
-    MainSurface(CommandMenus &menus, Toolbar &toolbar, StatusBar &statusBar, const DocumentArea &area);
+    MainSurface(CommandMenus &menus, Toolbar &toolbar, StatusBar &statusBar, const DocumentArea &area,
+                const Dispatcher &dispatcher);
 
     // Recomputes what depends on the number of open documents.
     void MenuEnable(int documentCount);
@@ -36,4 +38,5 @@ private:
     Toolbar &m_toolbar;
     StatusBar &m_statusBar;
     const DocumentArea &m_area;
+    const Dispatcher &m_dispatcher;
 };

@@ -10,6 +10,7 @@
 #include "app/DocumentArea.h"
 #include "app/MainSurface.h"
 #include "app/MenuBarKeys.h"
+#include "app/PlaceKeeper.h"
 #include "app/StatusBar.h"
 #include "app/Toolbar.h"
 #include "app/modMain.h"
@@ -38,6 +39,7 @@ constexpr int timerInterval = 250;
 
 frmMain::frmMain(QWidget *parent)
     : QMainWindow(parent)
+    , m_dispatcher([this] { return commandState(); })
     , m_documents(std::make_unique<DocumentArea>(*this, m_dispatcher))
     , m_statusBar(new StatusBar)
     , m_timer(new QTimer(this))
@@ -49,6 +51,7 @@ frmMain::frmMain(QWidget *parent)
     menuBar()->setObjectName(u"menuBar"_s);
     menuBar()->setAccessibleName(u"Menu bar"_s);
     bindAppCommands(m_dispatcher, *this, m_documents->mdiArea());
+    m_places = new PlaceKeeper(*m_documents, m_dispatcher, *this);
     m_menuBarKeys = new MenuBarKeys(*menuBar());
     m_menus = new CommandMenus(*menuBar(), m_dispatcher);
     connect(m_documents.get(), &DocumentArea::menuWanted, m_menus, &CommandMenus::popUp);
@@ -63,8 +66,10 @@ frmMain::frmMain(QWidget *parent)
         if (frmDocument *form = m_documents->activeForm())
             form->toggleOverwriting();
     });
-    m_surface = std::make_unique<MainSurface>(*m_menus, *m_toolbar, *m_statusBar, *m_documents);
+    m_surface = std::make_unique<MainSurface>(*m_menus, *m_toolbar, *m_statusBar, *m_documents, m_dispatcher);
     m_activeState = std::make_unique<ActiveState>(*m_documents, m_dispatcher, *m_menus, *m_toolbar, *m_surface);
+
+    connect(m_places, &PlaceKeeper::changed, m_activeState.get(), &ActiveState::noteCommands);
 
     const PaneHost host = {m_dispatcher, *m_documents, [] { return appPorts().settings; }};
     m_panes = std::make_unique<PaneDocks>(*this, host, paneTable(), [this] {
@@ -83,6 +88,16 @@ frmMain::frmMain(QWidget *parent)
 frmMain::~frmMain()
 {
     m_panes->disconnect(this);
+}
+
+CommandState frmMain::commandState() const
+{
+    CommandState state = currentCommandState();
+    if (m_places) {
+        state.CanGoBack = m_places->trail().canGoBack();
+        state.CanGoForward = m_places->trail().canGoForward();
+    }
+    return state;
 }
 
 DocumentWindows &frmMain::windows() const

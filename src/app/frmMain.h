@@ -17,6 +17,7 @@ class DocumentArea;
 class MainSurface;
 class MenuBarKeys;
 class PaneDocks;
+class PlaceKeeper;
 class QTimer;
 class StatusBar;
 class Toolbar;
@@ -44,6 +45,8 @@ public:
     MainSurface &surface() const { return *m_surface; }
 
     ActiveState &activeState() const { return *m_activeState; }
+
+    PlaceKeeper &places() const { return *m_places; }
 
     // Asks about each document with unsaved changes, and saves those that are to be saved. False when one is to stay
     // open, which the user wants or a failed save.
@@ -80,11 +83,14 @@ private:
     void MDIForm_OLEDragDrop(QDropEvent &event);
     void Timer1_Timer();
 
+    CommandState commandState() const;
+
     Dispatcher m_dispatcher;
     // The documents go first, and tell it until then.
     std::unique_ptr<MainSurface> m_surface;
     std::unique_ptr<ActiveState> m_activeState;
     std::unique_ptr<DocumentArea> m_documents;
+    PlaceKeeper *m_places = nullptr;
     MenuBarKeys *m_menuBarKeys = nullptr;
     CommandMenus *m_menus = nullptr;
     Toolbar *m_toolbar = nullptr;

@@ -111,6 +111,8 @@ Qt::KeyboardModifiers keyboardModifiers(CommandKey::Modifiers modifiers)
         return Qt::ControlModifier;
     case CommandKey::CtrlShift:
         return Qt::ControlModifier | Qt::ShiftModifier;
+    case CommandKey::CtrlAlt:
+        return Qt::ControlModifier | Qt::AltModifier;
     default:
         return Qt::NoModifier;
     }

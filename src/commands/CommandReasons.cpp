@@ -53,6 +53,8 @@ constexpr Need anySavable{is<&CommandState::AnyWritable>, "no open document can 
 constexpr Need undo{is<&CommandState::CanUndo>, "there is no step to take back"};
 constexpr Need redo{is<&CommandState::CanRedo>, "there is no step to do again"};
 constexpr Need steps{undoableOrRedoable, "there is no step to go to"};
+constexpr Need behind{placesBehind, "no other entry was visited before"};
+constexpr Need ahead{placesAhead, "there is no entry to go forward to"};
 constexpr Need function{never, "it has no function"};
 
 struct RuleNeeds {
@@ -92,6 +94,8 @@ const std::vector<RuleNeeds> &needsOfRules()
         {undoable, {open, undo}},
         {redoable, {open, redo}},
         {undoableOrRedoable, {open, steps}},
+        {placesBehind, {behind}},
+        {placesAhead, {ahead}},
     };
     return all;
 }

@@ -72,6 +72,7 @@ struct CommandKey {
         Alt,
         Ctrl,
         CtrlShift,
+        CtrlAlt,
     };
     enum class Road {
         // From the panes of a document window, before any menu or pane takes it.
@@ -145,6 +146,10 @@ struct CheckMark {
 struct FarReaching {
 };
 
+// That a command leads to other entries: where it leads is a place to come back to.
+struct Jumps {
+};
+
 struct CommandRow {
     std::string_view name;
     // "&" marks the access key. The text behind the run of blanks names the key that the document window handles.
@@ -164,6 +169,7 @@ struct CommandRow {
     // Whether it has a check mark that whoever binds it sets.
     bool marked = false;
     bool farReaching = false;
+    bool jumps = false;
     // The caption where it changes with the state.
     QString (*captionNow)(const CommandState &) = nullptr;
 
@@ -199,6 +205,13 @@ struct CommandRow {
     {
         CommandRow row = *this;
         row.marked = true;
+        return row;
+    }
+
+    constexpr CommandRow with(Jumps) const
+    {
+        CommandRow row = *this;
+        row.jumps = true;
         return row;
     }
 

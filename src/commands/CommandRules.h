@@ -195,6 +195,16 @@ inline bool undoableOrRedoable(State s)
     return s.CanUndo || s.CanRedo;
 }
 
+inline bool placesBehind(State s)
+{
+    return s.CanGoBack;
+}
+
+inline bool placesAhead(State s)
+{
+    return s.CanGoForward;
+}
+
 template <int level>
 bool expandedTo(State s)
 {

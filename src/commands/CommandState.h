@@ -46,6 +46,10 @@ struct CommandState {
     QString undoName = {};
     QString redoName = {};
 
+    // There is a place to go back to, or forth, in any document. Told by who keeps the places.
+    bool CanGoBack = false;
+    bool CanGoForward = false;
+
     bool Open() const { return documentCount > 0; }
 
     bool Movable() const { return Selected && Writable && !IsRoot; }

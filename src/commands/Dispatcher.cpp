@@ -10,6 +10,8 @@
 #include "document/Ports.h"
 #include "util/Procedure.h"
 
+#include <QScopedValueRollback>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -111,6 +113,7 @@ void Dispatcher::run(std::string_view command, int argument)
     if (!isEnabled(command))
         return;
     const Extent extent;
+    const QScopedValueRollback running(m_running, &commandTable[row]);
     // The names in the table end where C strings do.
     procedure(commandTable[row].name.data(), [&] {
         endLabelEdit();

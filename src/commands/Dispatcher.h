@@ -11,6 +11,8 @@
 #include <map>
 #include <string_view>
 
+struct CommandRow;
+
 // The one road to a command, whether a menu, a button, a key or a context menu was used.
 class Dispatcher
 {
@@ -47,9 +49,13 @@ public:
     void run(std::string_view command);
     void run(std::string_view command, int argument);
 
+    // The command that runs, the innermost one; null while none does.
+    const CommandRow *running() const { return m_running; }
+
 private:
     std::function<CommandState()> m_state;
     std::function<void()> m_whenDone;
+    const CommandRow *m_running = nullptr;
     // By the names in the table.
     std::map<std::string_view, Run> m_bound;
 };

@@ -13,6 +13,7 @@
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QScopedValueRollback>
 #include <QScrollBar>
 
 #include <algorithm>
@@ -389,6 +390,7 @@ void TreeView::keyPressEvent(QKeyEvent *event)
         Q_EMIT entryExpanded(entry);
         return;
     }
+    const QScopedValueRollback taking(m_isTakingKey, true);
     QTreeView::keyPressEvent(event);
 }
 

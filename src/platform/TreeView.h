@@ -62,6 +62,9 @@ public:
 
     Dialogs *dialogs() const { return m_dialogs; }
 
+    // Whether a key of the pane is at work.
+    bool isTakingKey() const { return m_isTakingKey; }
+
     // While the pane is hidden the editor waits until it is shown.
     void StartLabelEdit() override;
     void EndLabelEdit() override;
@@ -152,4 +155,5 @@ private:
     bool m_editWhenShown = false;
     // Above 0 while the view follows the tree, so that the view's own signals are not taken for the user's doing.
     int m_mirroring = 0;
+    bool m_isTakingKey = false;
 };

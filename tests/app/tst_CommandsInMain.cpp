@@ -50,7 +50,7 @@ void tst_CommandsInMain::init()
 void tst_CommandsInMain::compareRows() const
 {
     m_main->refresh();
-    const CommandState state = currentCommandState();
+    const CommandState state = m_main->main.dispatcher().state();
     for (const CommandRow &row : commandTable) {
         if (row.kind != RowKind::Menu && row.kind != RowKind::Command)
             continue;
@@ -130,7 +130,7 @@ void tst_CommandsInMain::everyRowAgreesWithTheTable()
     compareRows();
 
     // What a few items come to, without the rules.
-    const CommandState state = currentCommandState();
+    const CommandState state = m_main->main.dispatcher().state();
     QCOMPARE(state.TextFocus, inText);
     QCOMPARE(state.OutlineFocus, !inText);
     QCOMPARE(state.Copied, tagged);

@@ -72,6 +72,8 @@ QString nameOf(const KeyBinding &binding)
         // Where Shift gives other characters than on most keyboards, the comma and the full stop stand in for these
         // two.
         return u"Ctrl+Shift+"_s + QString(key).replace(u',', u'<').replace(u'.', u'>');
+    case CommandKey::CtrlAlt:
+        return u"Ctrl+Alt+"_s + key;
     }
     return QString();
 }

@@ -118,7 +118,7 @@ void tst_ToolbarInMain::everyRowAgreesWithTheTable()
     m_main->choose(inText ? "mnuViewGoToText" : "mnuViewGoToOutline");
     m_main->refresh();
 
-    const CommandState state = currentCommandState();
+    const CommandState state = m_main->main.dispatcher().state();
     QCOMPARE(state.TextFocus, inText);
     QCOMPARE(state.Writable, !readOnly);
     QStringList expected;

@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/MainFixture.h"
+#include "app/PlaceKeeper.h"
 #include "document/UndoRedo.h"
 #include "document/modNodes.h"
 #include "outline/modOutline.h"
@@ -177,6 +178,14 @@ void withAStep(MainFixture &main)
     redoStep(*DocumentActive());
 }
 
+void withPlaces(MainFixture &main)
+{
+    for (const char *label : {"A1", "C1"}) {
+        on(label)(main);
+        main.main.places().settle();
+    }
+}
+
 RowCase changing(std::function<void(MainFixture &)> before, std::function<void(MainFixture &)> behind = {})
 {
     return {Effect::Changes, std::move(before), std::move(behind)};
@@ -339,6 +348,13 @@ const std::map<std::string_view, RowCase> &cases()
         {"mnuToolsRedo", {Travels, withAStepUndone}},
         // Its argument is the position.
         {"toolsGoTo", {Travels, withAStep}},
+        {"mnuToolsBack", {PointsOut, withPlaces}},
+        {"mnuToolsForward",
+         {PointsOut,
+          [](MainFixture &main) {
+              withPlaces(main);
+              main.main.places().goBack();
+          }}},
         {"mnuToolsHistory", {Shows, inOutline}},
         {"mnuToolsVersions", {Shows, inOutline}},
         {"mnuToolsRecover", {Shows, inOutline}},
@@ -464,7 +480,7 @@ void tst_UndoEveryRow::everyRowIsUndoneOrChangesNothing()
     Document &document = *DocumentActive();
     if (rowCase.effect == Effect::NeverRuns) {
         QVERIFY(command.routine.name.empty());
-        QVERIFY(!m_main->main.dispatcher().isEnabled(command.name, currentCommandState()));
+        QVERIFY(!m_main->main.dispatcher().isEnabled(command.name, m_main->main.dispatcher().state()));
         return;
     }
     if (rowCase.before)

@@ -657,7 +657,7 @@ void Player::choose(const char *name)
         action = m_main.action(QString::fromLatin1(name));
     if (!action)
         m_failure = u"no command "_s + QString::fromLatin1(name);
-    else if (m_main.main.dispatcher().isEnabled(name, currentCommandState()))
+    else if (m_main.main.dispatcher().isEnabled(name, m_main.main.dispatcher().state()))
         action->trigger();
 }
 

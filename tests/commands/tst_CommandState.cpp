@@ -143,6 +143,7 @@ private Q_SLOTS:
     void theReasonIsTheFirstThatAPersonWouldName_data();
     void theReasonIsTheFirstThatAPersonWouldName();
     void undoAndRedoNeedAStep();
+    void goingBackAndForwardNeedsAPlaceInAnyDocument();
     void keysWithoutAnItemActAsTheirItemsDo();
     void withNoDocumentTheOutlineMenuIsGreyedAndTheOthersWork();
     void aReadOnlyDocumentOffersNothingThatWrites();
@@ -186,7 +187,8 @@ void tst_CommandState::everyItemIsEnabledExactlyWhenItsConditionsHold()
 void tst_CommandState::noOtherCommandDependsOnAnything()
 {
     std::set<std::string_view> listed{"mnuOutlineMoveUp", "keyOutlineMoveFirst", "keyOutlineMoveLast", "keyTextSmaller",
-                                      "keyTextLarger",    "mnuToolsUndo",        "mnuToolsRedo",       "toolsGoTo"};
+                                      "keyTextLarger",    "mnuToolsUndo",        "mnuToolsRedo",       "toolsGoTo",
+                                      "mnuToolsBack",     "mnuToolsForward"};
     for (const ConditionRow &row : conditionRows)
         listed.insert(row.item);
     CommandState full = ordinaryEntry();
@@ -269,6 +271,14 @@ void tst_CommandState::undoAndRedoNeedAStep()
             QCOMPARE(redoRow.captionNow(state), redo ? u"&Redo c"_s : u"&Redo"_s);
         }
     }
+}
+
+void tst_CommandState::goingBackAndForwardNeedsAPlaceInAnyDocument()
+{
+    QVERIFY(enabled("mnuToolsBack", {.CanGoBack = true}) && !enabled("mnuToolsForward", {.CanGoBack = true}));
+    QVERIFY(enabled("mnuToolsForward", {.CanGoForward = true}) && !enabled("mnuToolsBack", {.CanGoForward = true}));
+    QCOMPARE(whyNot("mnuToolsBack", {}), u"no other entry was visited before"_s);
+    QCOMPARE(whyNot("mnuToolsForward", {}), u"there is no entry to go forward to"_s);
 }
 
 void tst_CommandState::keysWithoutAnItemActAsTheirItemsDo()

@@ -26,7 +26,7 @@ namespace
 
 QString keysText(const CommandRow &row)
 {
-    constexpr const char *modifiers[] = {"any ", "keypad ", "", "Alt+", "Ctrl+", "Ctrl+Shift+"};
+    constexpr const char *modifiers[] = {"any ", "keypad ", "", "Alt+", "Ctrl+", "Ctrl+Shift+", "Ctrl+Alt+"};
     constexpr const char *roads[] = {"", " in menu", " in menu and editors", " in window"};
     QStringList keys;
     for (const CommandKey &key : row.keys) {

@@ -110,6 +110,10 @@ class Surface:
         for name, fact in (("mnuToolsUndo", "CanUndo"), ("mnuToolsRedo", "CanRedo")):
             if " " in self.items[name].name:
                 found.add(fact)
+        # And whether there is a place to go to.
+        for name, fact in (("mnuToolsBack", "CanGoBack"), ("mnuToolsForward", "CanGoForward")):
+            if has(self.items[name], pyatspi.STATE_ENABLED):
+                found.add(fact)
         document = self.program.document()
         if document is None:
             return found

@@ -52,6 +52,8 @@ constexpr Fact facts[] = {
     {"CanMoveDown", &CommandState::CanMoveDown},
     {"CanUndo", &CommandState::CanUndo},
     {"CanRedo", &CommandState::CanRedo},
+    {"CanGoBack", &CommandState::CanGoBack},
+    {"CanGoForward", &CommandState::CanGoForward},
 };
 
 struct OptionFact {
@@ -121,6 +123,8 @@ QString modifiersOf(const CommandKey &key)
         return u"ctrl"_s;
     case CommandKey::CtrlShift:
         return u"ctrl+shift"_s;
+    case CommandKey::CtrlAlt:
+        return u"ctrl+alt"_s;
     default:
         return QString();
     }

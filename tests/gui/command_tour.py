@@ -11,6 +11,7 @@ with the tables, and at the end every item must have been chosen and every key p
 
 import os
 import sys
+import time
 
 import pyatspi
 from assistive import (Program, children, fail, has, is_checked, is_enabled, is_showing, press, role_of, run, type_text,
@@ -445,6 +446,19 @@ class Tour:
         self.choose("mnuToolsRecover", answer="Escape")
         self.key("F6", rows)
 
+    def going(self):
+        rows = self.rows()
+        # Long enough for both entries to count as visited.
+        time.sleep(1.5)
+        press("Down")
+        time.sleep(1.5)
+        below = self.rows()
+        self.choose("mnuToolsBack", rows)
+        self.choose("mnuToolsForward", below)
+        self.key("ctrl+alt+Left", rows)
+        self.key("ctrl+alt+Right", below)
+        self.choose("mnuToolsBack", rows)
+
     def splitting(self):
         self.choose("mnuViewMaximiseLeft")
         wait(lambda: self.width("tree") > 3 * self.width("text"), "a wide outline")
@@ -618,6 +632,7 @@ class Tour:
         self.searching()
         self.viewing()
         self.undoing()
+        self.going()
         self.splitting()
         self.windows()
         self.files()

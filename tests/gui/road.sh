@@ -30,6 +30,9 @@ begin_road() {
     unset QT_QPA_PLATFORM
     # The user's own session may have the program already, and would get the files.
     [[ -n ${QUILLERY_ROAD_SESSION-} ]] || export DBUS_SESSION_BUS_ADDRESS=disabled:
+    # The window manager's own keys for its other desktops are the program's for going back and forth.
+    mkdir -p "$XDG_CONFIG_HOME/openbox"
+    sed '/<keybind key="C-A-\(Left\|Right\)">/,/<\/keybind>/d' /etc/xdg/openbox/rc.xml >"$XDG_CONFIG_HOME/openbox/rc.xml"
     start_display
 }
 
