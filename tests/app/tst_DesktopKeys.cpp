@@ -2,6 +2,7 @@
 // SPDX-License-Identifier: MIT
 
 #include "app/MainFixture.h"
+#include "app/PlaceKeeper.h"
 #include "commands/CommandKeys.h"
 #include "commands/ToolbarTable.h"
 #include "document/modDoc.h"
@@ -50,6 +51,7 @@ private Q_SLOTS:
 
 private:
     Document &openDocument() const;
+    void visitPlaces() const;
 
     // As the window system sends it, shortcuts included.
     void press(int key, Qt::KeyboardModifiers modifiers) const
@@ -80,6 +82,18 @@ Document &tst_DesktopKeys::openDocument() const
 {
     modDoc::DocLoad(m_main->app.makeFile(u"a.txt"_s, "label"));
     return *DocumentActive();
+}
+
+// Leaves places before and behind.
+void tst_DesktopKeys::visitPlaces() const
+{
+    Document &document = *DocumentActive();
+    for (int i = 0; i < 3; ++i) {
+        modNodes::NodeSelect(document, modNodes::NodeInsert(document, Relationship::tvwChild, document.tree.root()));
+        m_main->main.places().settle();
+    }
+    m_main->main.places().goBack();
+    m_main->refresh();
 }
 
 // Has an item only tell that it was chosen.
@@ -148,6 +162,7 @@ void tst_DesktopKeys::eachRunsItsItemFromEitherPane()
     QFETCH(const std::size_t, place);
     const KeyBinding &each = desktopKeys[place];
     openDocument();
+    visitPlaces();
     watch(each.command.data());
     form()->textBox->setFocus();
     press(combinationOf(each));
