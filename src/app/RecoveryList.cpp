@@ -32,13 +32,20 @@ Dialogs &dialogs()
     return *ports().dialogs;
 }
 
+QString inChanges(int steps)
+{
+    return steps == 1 ? u"1 change"_s : u"%1 changes"_s.arg(steps);
+}
+
 QString changesOf(const LeftBehind &left)
 {
     if (!left.damage().isEmpty())
         return u"cannot be read"_s;
     const int steps = left.state().steps;
+    if (const qint64 lost = left.recordsCutOff(); lost > 0)
+        return u"%1, %2 lost"_s.arg(inChanges(steps)).arg(lost);
     if (steps > 0)
-        return steps == 1 ? u"1 change"_s : u"%1 changes"_s.arg(steps);
+        return inChanges(steps);
     // What was done may all be undone, or be older than the steps that are kept.
     switch (left.fileNow()) {
     case LeftBehind::FileNow::Gone:
@@ -65,6 +72,8 @@ QString timeOf(const LeftBehind &left)
 QString fileOf(const LeftBehind &left)
 {
     const QString folder = QDir::toNativeSeparators(QFileInfo(left.fileBehind()).absolutePath());
+    if (!left.damage().isEmpty())
+        return left.fileBehind().isEmpty() ? QString() : folder;
     switch (left.fileNow()) {
     case LeftBehind::FileNow::AsItWas:
         return folder;
@@ -77,7 +86,7 @@ QString fileOf(const LeftBehind &left)
     }
     if (!left.fileBehind().isEmpty())
         return u"%1 (recovered from the file there, and never saved)"_s.arg(folder);
-    return left.damage().isEmpty() ? u"never saved"_s : QString();
+    return u"never saved"_s;
 }
 
 QString namesOf(const std::vector<LeftBehind *> &left)
@@ -122,12 +131,10 @@ RecoveryList::RecoveryList(std::vector<std::unique_ptr<LeftBehind>> left, Vault 
     setObjectName(u"RecoveryList"_s);
     setWindowTitle(u"Recover documents"_s);
     auto *layout = new QVBoxLayout(this);
-    auto *text =
-        new QLabel(u"Quillery, or the computer, ended before these documents were saved. Recover opens a document "
-                   "with its changes and writes nothing to its file before you save it."_s);
-    text->setObjectName(u"lblRecovery"_s);
-    text->setWordWrap(true);
-    layout->addWidget(text);
+    m_text = new QLabel;
+    m_text->setObjectName(u"lblRecovery"_s);
+    m_text->setWordWrap(true);
+    layout->addWidget(m_text);
 
     m_list = new QTreeWidget;
     m_list->setObjectName(u"lstRecovery"_s);
@@ -172,6 +179,13 @@ RecoveryList::~RecoveryList() = default;
 
 void RecoveryList::fillList()
 {
+    const bool isAnyUnreadable =
+        std::ranges::any_of(m_left, [](const auto &left) { return !left->damage().isEmpty(); });
+    m_text->setText(u"Quillery, or the computer, ended before these documents were saved. Recover opens a document "
+                    "with its changes and writes nothing to its file before you save it."_s +
+                    (isAnyUnreadable
+                         ? u" What was kept of a document and cannot be read stays here until it is discarded."_s
+                         : QString()));
     m_list->clear();
     for (const auto &left : m_left) {
         auto *item = new QTreeWidgetItem(m_list, {left->name(), changesOf(*left), timeOf(*left), fileOf(*left)});

@@ -10,6 +10,7 @@
 #include <memory>
 #include <vector>
 
+class QLabel;
 class QPushButton;
 class QTreeWidget;
 class Vault;
@@ -42,6 +43,7 @@ private:
 
     std::vector<std::unique_ptr<LeftBehind>> m_left;
     Vault &m_vault;
+    QLabel *m_text = nullptr;
     QTreeWidget *m_list = nullptr;
     QPushButton *m_recover = nullptr;
     QPushButton *m_look = nullptr;

@@ -68,6 +68,21 @@ void JournalWriter::begin(int journal, const RecoveryBatch &batch)
     remove(std::move(file));
 }
 
+// So that what a damaged database has lost can be told.
+void JournalWriter::mark(const File &file, const RecoveryBatch &batch)
+{
+    RecoveryMark mark = file.lock->mark();
+    if (batch.base) {
+        const DocumentFacts &facts = batch.base->facts;
+        mark.base = file.database->baseId();
+        mark.caption = facts.caption;
+        mark.file = facts.file.isEmpty() ? facts.origin : facts.file;
+    }
+    mark.records = batch.state.lastRecord;
+    mark.isChanged = batch.state.isChanged;
+    file.lock->setMark(mark);
+}
+
 void JournalWriter::write(int journal, const RecoveryBatch &batch)
 {
     QString why;
@@ -86,7 +101,9 @@ void JournalWriter::write(int journal, const RecoveryBatch &batch)
                                    u"%1 was removed"_s.arg(file->second.lock->databasePath()));
             file->second.database->write(batch);
         }
-        Database &database = m_files.at(journal).database->database();
+        const File &taken = m_files.at(journal);
+        mark(taken, batch);
+        Database &database = taken.database->database();
         Q_EMIT written(journal, database.value(u"PRAGMA page_count"_s).toLongLong() *
                                     database.value(u"PRAGMA page_size"_s).toLongLong());
         return;

@@ -44,6 +44,7 @@ private:
 
     File create() const;
     static void remove(File file);
+    static void mark(const File &file, const RecoveryBatch &batch);
     void begin(int journal, const RecoveryBatch &batch);
 
     const QString m_folder;

@@ -33,7 +33,11 @@ std::unique_ptr<LeftBehind> lookAt(const QString &path)
     try {
         database = std::make_unique<RecoveryDatabase>(path, Database::Opening::Existing);
         // One that was cut short while it was made holds nothing yet.
-        if (database->isEmpty()) {
+        if (const bool isMarked = !lock->mark().base.isEmpty(); database->isEmpty() && isMarked) {
+            database.reset();
+            throw RunTimeError(ErrorNumber::InvalidFileFormat,
+                               u"%1: nothing is left of what it held when it was written last"_s.arg(path));
+        } else if (database->isEmpty()) {
             remark(u"%1 held nothing whole"_s.arg(path));
             database.reset();
             lock->removeDatabase();
@@ -44,7 +48,7 @@ std::unique_ptr<LeftBehind> lookAt(const QString &path)
         remark(damage);
     }
     auto left = std::make_unique<LeftBehind>(std::move(lock), std::move(database), damage);
-    if (left->damage().isEmpty() && !left->state().isChanged) {
+    if (left->damage().isEmpty() && !left->state().isChanged && left->recordsCutOff() == 0) {
         left->discard();
         return nullptr;
     }
@@ -70,14 +74,29 @@ LeftBehind::LeftBehind(std::unique_ptr<RecoveryLock> lock, std::unique_ptr<Recov
     , m_database(std::move(database))
     , m_damage(std::move(damage))
 {
-    if (!m_database)
-        return;
-    try {
-        m_facts = m_database->facts();
-        m_state = m_database->state();
-    } catch (const RunTimeError &error) {
-        m_damage = error.description();
-        remark(m_damage);
+    if (m_database) {
+        try {
+            m_facts = m_database->facts();
+            m_state = m_database->state();
+        } catch (const RunTimeError &error) {
+            m_damage = error.description();
+            remark(m_damage);
+        }
+    }
+    compareWithMark();
+}
+
+// A log that was cut is sound as far as it goes, and SQLite misses nothing.
+void LeftBehind::compareWithMark()
+{
+    const RecoveryMark &mark = m_lock->mark();
+    if (!m_damage.isEmpty()) {
+        m_facts.file = mark.file;
+        m_facts.caption = mark.caption;
+    } else if (!mark.base.isEmpty() && m_database->baseId() == mark.base) {
+        m_recordsCutOff = std::max<qint64>(0, mark.records - m_state.lastRecord);
+        // What had been undone was done again.
+        m_state.isChanged = m_state.isChanged || mark.isChanged;
     }
 }
 
@@ -119,7 +138,8 @@ LeftBehind::Content LeftBehind::read()
     content.snapshot = std::move(base.snapshot);
     content.damagedEntries = base.damagedEntries;
     content.records = m_database->records();
-    content.lostRecords = std::max<qint64>(0, m_state.lastRecord - static_cast<qint64>(content.records.size()));
+    const qint64 known = m_state.lastRecord + m_recordsCutOff;
+    content.lostRecords = std::max<qint64>(0, known - static_cast<qint64>(content.records.size()));
     return content;
 }
 

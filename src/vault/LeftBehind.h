@@ -19,8 +19,8 @@ struct Outline;
 class LeftBehind
 {
 public:
-    // All of a folder, the oldest first. Those without unsaved changes are removed, as nothing is lost with them; what
-    // cannot even be looked at stays where it is.
+    // All of a folder, the oldest first. Those without unsaved changes are removed, as nothing is lost with them,
+    // unless such changes are known to be missing; what cannot even be looked at stays where it is.
     static std::vector<std::unique_ptr<LeftBehind>> find(const QString &folder);
 
     LeftBehind(std::unique_ptr<RecoveryLock> lock, std::unique_ptr<RecoveryDatabase> database, QString damage);
@@ -37,6 +37,9 @@ public:
 
     // The file that it has, or that it was recovered of without getting its name; empty when it never had one.
     const QString &fileBehind() const { return m_facts.file.isEmpty() ? m_facts.origin : m_facts.file; }
+
+    // How many of its last records are known to have been there, and are not.
+    qint64 recordsCutOff() const { return m_recordsCutOff; }
 
     enum class FileNow {
         // It never had one.
@@ -67,10 +70,13 @@ public:
     void discard();
 
 private:
+    void compareWithMark();
+
     // The database goes before the lock does.
     std::unique_ptr<RecoveryLock> m_lock;
     std::unique_ptr<RecoveryDatabase> m_database;
     DocumentFacts m_facts;
     DocumentState m_state;
+    qint64 m_recordsCutOff = 0;
     QString m_damage;
 };

@@ -6,6 +6,7 @@
 #include "util/RunTimeError.h"
 
 #include <QTimeZone>
+#include <QUuid>
 
 #include <zlib.h>
 
@@ -74,6 +75,7 @@ void RecoveryDatabase::write(const RecoveryBatch &batch)
         const auto &[facts, snapshot] = *batch.base;
         for (const QString &statement : {u"DELETE FROM facts"_s, u"DELETE FROM base"_s, u"DELETE FROM log"_s})
             m_database.run(statement);
+        setValue(u"base"_s, QUuid::createUuid().toByteArray(QUuid::Id128));
         setValue(u"file"_s, facts.file);
         setValue(u"origin"_s, facts.origin);
         setValue(u"caption"_s, facts.caption);
@@ -110,6 +112,11 @@ void RecoveryDatabase::write(const RecoveryBatch &batch)
 bool RecoveryDatabase::isEmpty()
 {
     return m_database.value(u"SELECT count(*) FROM facts"_s).toInt() == 0;
+}
+
+QByteArray RecoveryDatabase::baseId()
+{
+    return valueOf(u"base"_s).toByteArray();
 }
 
 DocumentFacts RecoveryDatabase::facts()

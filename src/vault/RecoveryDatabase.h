@@ -85,6 +85,8 @@ public:
 
     // Whether no base was ever written.
     bool isEmpty();
+    // Tells the base from any other; empty in a database of an earlier program.
+    QByteArray baseId();
     DocumentFacts facts();
     DocumentState state();
 

@@ -56,12 +56,48 @@ QByteArray holderText(qint64 process)
            startOf(process) + '\n';
 }
 
-// Whether the process that a lock names still runs, should the lock itself not say so.
-bool holderRuns(int descriptor)
+// A line for who holds it and, once there is something, one for the mark.
+QByteArrayList linesOf(int descriptor)
 {
-    QByteArray text(256, '\0');
+    constexpr qsizetype most = 64 * 1024;
+    QByteArray text(most, '\0');
     const ssize_t size = pread(descriptor, text.data(), static_cast<size_t>(text.size()), 0);
     text.truncate(std::max<ssize_t>(size, 0));
+    return text.split('\n');
+}
+
+QByteArray textOf(const RecoveryMark &mark)
+{
+    if (mark.base.isEmpty())
+        return QByteArray();
+    return QByteArrayList{mark.base, QByteArray::number(mark.records), mark.isChanged ? "1" : "0",
+                          mark.caption.toUtf8().toPercentEncoding(), mark.file.toUtf8().toPercentEncoding()}
+               .join(' ') +
+           '\n';
+}
+
+RecoveryMark markOf(const QByteArray &line)
+{
+    const QByteArrayList fields = line.split(' ');
+    constexpr qsizetype count = 5;
+    if (fields.size() != count)
+        return {};
+    return {fields[0], fields[1].toLongLong(), fields[2] == "1",
+            QString::fromUtf8(QByteArray::fromPercentEncoding(fields[3])),
+            QString::fromUtf8(QByteArray::fromPercentEncoding(fields[4]))};
+}
+
+// False with errno set.
+bool replaceText(int descriptor, const QByteArray &text)
+{
+    return pwrite(descriptor, text.constData(), static_cast<size_t>(text.size()), 0) == text.size() &&
+           ftruncate(descriptor, text.size()) == 0;
+}
+
+// Whether the process that a lock names still runs, should the lock itself not say so.
+bool holderRuns(const QByteArray &holder)
+{
+    const QByteArray text = holder + '\n';
     const qint64 process = text.split(' ').value(2).toLongLong();
     return process > 0 && process != getpid() && !startOf(process).isEmpty() && text == holderText(process);
 }
@@ -89,19 +125,20 @@ std::unique_ptr<RecoveryLock> RecoveryLock::take(const QString &databasePath)
         // Whoever had it may have removed it meanwhile, and then the lock is of a file that is no more.
         if (!isAtPath(descriptor, path))
             continue;
-        if (holderRuns(descriptor))
+        const QByteArrayList lines = linesOf(descriptor);
+        if (holderRuns(lines.value(0)))
             return nullptr;
-        const QByteArray text = holderText(getpid());
-        if (ftruncate(descriptor, 0) != 0 ||
-            pwrite(descriptor, text.constData(), static_cast<size_t>(text.size()), 0) < 0)
+        const RecoveryMark mark = markOf(lines.value(1));
+        if (!replaceText(descriptor, holderText(getpid()) + textOf(mark)))
             throw fileError(errno, lockPath(databasePath));
         closed.dismiss();
-        return std::unique_ptr<RecoveryLock>(new RecoveryLock(databasePath, descriptor));
+        return std::unique_ptr<RecoveryLock>(new RecoveryLock(databasePath, descriptor, mark));
     }
 }
 
-RecoveryLock::RecoveryLock(QString databasePath, int descriptor)
+RecoveryLock::RecoveryLock(QString databasePath, int descriptor, RecoveryMark mark)
     : m_databasePath(std::move(databasePath))
+    , m_mark(std::move(mark))
     , m_descriptor(descriptor)
 {
 }
@@ -110,9 +147,17 @@ RecoveryLock::~RecoveryLock()
 {
     // The name would keep others out who cannot see that it is not locked.
     if (m_descriptor >= 0) {
-        [[maybe_unused]] const int cut = ftruncate(m_descriptor, 0);
+        const QByteArray mark = textOf(m_mark);
+        [[maybe_unused]] const bool done = replaceText(m_descriptor, mark.isEmpty() ? mark : '\n' + mark);
         close(m_descriptor);
     }
+}
+
+// Where it cannot be set, nothing is missed but the mark.
+void RecoveryLock::setMark(const RecoveryMark &mark)
+{
+    m_mark = mark;
+    replaceText(m_descriptor, holderText(getpid()) + textOf(mark));
 }
 
 void RecoveryLock::removeDatabase()

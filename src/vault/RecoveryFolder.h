@@ -3,14 +3,27 @@
 
 #pragma once
 
+#include <QByteArray>
 #include <QString>
 #include <QStringList>
 
 #include <memory>
 
+// What a recovery database held when it was written last. The system does not hurry to put it on disk, so it may be
+// behind the database, but never ahead of it: where it seems to be, the database has lost something.
+struct RecoveryMark {
+    // Tells one base of a journal from the next; empty before the first.
+    QByteArray base;
+    qint64 records = 0;
+    bool isChanged = false;
+    // What the document was called, and its file.
+    QString caption;
+    QString file;
+};
+
 // Says that a recovery database is in use: a file beside it, locked for as long as this lives, which the system lets go
 // of when the program ends, however it ends. It holds the process number and its time of start, for file systems whose
-// locks lock nothing. Whoever holds it may read, write and remove the database.
+// locks lock nothing, and a mark of what the database holds. Whoever holds it may read, write and remove the database.
 class RecoveryLock
 {
 public:
@@ -22,13 +35,19 @@ public:
 
     const QString &databasePath() const { return m_databasePath; }
 
+    // As it was found, or was set since. It stays when the lock is let go of.
+    const RecoveryMark &mark() const { return m_mark; }
+
+    void setMark(const RecoveryMark &mark);
+
     // Removes the database, which must be closed, and the lock with it.
     void removeDatabase();
 
 private:
-    RecoveryLock(QString databasePath, int descriptor);
+    RecoveryLock(QString databasePath, int descriptor, RecoveryMark mark);
 
     QString m_databasePath;
+    RecoveryMark m_mark;
     int m_descriptor;
 };
 

@@ -61,13 +61,15 @@ inline QString firstDifference(const QStringList &found, const QStringList &expe
     return QString();
 }
 
+enum class Locks { Copied, LeftOut };
+
 // A copy of a folder of recovery databases as a program that is killed now would leave it.
-inline void copyAsLeft(const QString &from, const QString &to)
+inline void copyAsLeft(const QString &from, const QString &to, Locks locks = Locks::LeftOut)
 {
     QDir().mkpath(to);
     const QDir dir(from);
     for (const QString &name : dir.entryList(QDir::Files | QDir::Hidden)) {
-        if (!name.endsWith(QStringLiteral(".lock")))
+        if (locks == Locks::Copied || !name.endsWith(QStringLiteral(".lock")))
             QFile::copy(dir.filePath(name), to + u'/' + name);
     }
 }

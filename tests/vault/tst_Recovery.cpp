@@ -36,12 +36,15 @@ private Q_SLOTS:
     void itsTimeIsThatOfItsLastChangeHoweverOftenItIsRecovered();
     void oneThatNeverHadAFileHasNoneStill();
     void whatIsLookedAtIsLockedAndStays();
+    void whatACutLogHasLostIsTold_data();
+    void whatACutLogHasLostIsTold();
+    void whatWasDoneAgainAndIsCutOffIsTold();
     void whatIsTornIsRecoveredAsFarAsItIsWhole_data();
     void whatIsTornIsRecoveredAsFarAsItIsWhole();
 
 private:
     // Changes a document and ends as a kill does. What is left is found where it returns.
-    QString crashAfterChanges(const QString &sFile);
+    QString crashAfterChanges(const QString &sFile, Locks locks = Locks::LeftOut);
     std::unique_ptr<LeftBehind> leftIn(const QString &folder);
     QByteArray content(const QString &path) const;
 
@@ -78,7 +81,7 @@ QByteArray tst_Recovery::content(const QString &path) const
     return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
 }
 
-QString tst_Recovery::crashAfterChanges(const QString &sFile)
+QString tst_Recovery::crashAfterChanges(const QString &sFile, Locks locks)
 {
     if (sFile.isEmpty())
         modDoc::DocNew();
@@ -95,7 +98,7 @@ QString tst_Recovery::crashAfterChanges(const QString &sFile)
     const bool isWritten = m_vault->flush();
     m_expected = documentState(document);
     const QString crashed = m_folder->filePath(u"crashed %1"_s.arg(++m_crashes));
-    copyAsLeft(m_vault->folder(), crashed);
+    copyAsLeft(m_vault->folder(), crashed, locks);
     document.giveUpChanges();
     document.view()->window.close();
     return isWritten ? crashed : QString();
@@ -337,6 +340,64 @@ void tst_Recovery::whatIsLookedAtIsLockedAndStays()
         QVERIFY(QDir(m_vault->folder()).isEmpty());
     }
     QVERIFY(leftIn(crashed));
+}
+
+void tst_Recovery::whatACutLogHasLostIsTold_data()
+{
+    QTest::addColumn<int>("percent");
+    QTest::newRow("all of it") << 0;
+    QTest::newRow("most of it") << 40;
+    QTest::newRow("some of it") << 90;
+}
+
+void tst_Recovery::whatACutLogHasLostIsTold()
+{
+    QFETCH(const int, percent);
+    const QString crashed = crashAfterChanges(m_file, Locks::Copied);
+    QFile log(crashed + u'/' + QDir(crashed).entryList({u"*-wal"_s}).value(0));
+    QVERIFY(log.resize(log.size() * percent / 100));
+    for (int look = 0; look < 2; ++look) {
+        const auto left = leftIn(crashed);
+        QVERIFY2(left, "what is known to be lost is not passed over");
+        QCOMPARE(left->name(), u"notes.qly"_s);
+        QCOMPARE(left->damage().isEmpty(), percent > 0);
+    }
+    const auto left = leftIn(crashed);
+    if (percent == 0)
+        return;
+    const Document *document = recoverDocument(*left, *m_vault);
+    QVERIFY(document);
+    // Each record is a renaming or a stretch of typing.
+    const int lost = 40 - document->history.stepCount();
+    QVERIFY(lost > 1 && lost < 40);
+    QCOMPARE(left->recordsCutOff(), lost);
+    const DocumentNotice *notice = document->notice(NoticeKind::NotRecoveredWhole);
+    QVERIFY(notice);
+    QVERIFY2(notice->text.contains(u"the last %1 changes"_s.arg(lost)), qPrintable(notice->text));
+    QVERIFY(QDir(crashed).isEmpty());
+}
+
+// Where the log ends now, there was nothing to be saved.
+void tst_Recovery::whatWasDoneAgainAndIsCutOffIsTold()
+{
+    modDoc::DocLoad(m_file);
+    Document &document = *ports().windows->activeDocument();
+    document.history.setLabel(document.tree.root(), u"once"_s);
+    QVERIFY(m_vault->flush());
+    QVERIFY(document.history.undo());
+    QVERIFY(m_vault->flush());
+    QVERIFY(!document.hasUnsavedChanges());
+    const QDir folder(m_vault->folder());
+    const qint64 size = QFileInfo(folder.filePath(folder.entryList({u"*-wal"_s}).value(0))).size();
+    document.history.setLabel(document.tree.root(), u"twice"_s);
+    QVERIFY(m_vault->flush());
+    const QString crashed = m_folder->filePath(u"crashed"_s);
+    copyAsLeft(m_vault->folder(), crashed, Locks::Copied);
+    QFile log(crashed + u'/' + QDir(crashed).entryList({u"*-wal"_s}).value(0));
+    QVERIFY(log.resize(size));
+    const auto left = leftIn(crashed);
+    QVERIFY(left);
+    QCOMPARE(left->recordsCutOff(), 1);
 }
 
 void tst_Recovery::whatIsTornIsRecoveredAsFarAsItIsWhole_data()
