@@ -4,6 +4,8 @@
 // Searching all texts of a document: a search that finds nothing beside a pass that only inflates the texts, and
 // replacing every match.
 
+#include "GeneratedText.h"
+
 #include "document/UndoRedo.h"
 #include "document/modNodes.h"
 #include "find/TextIndex.h"
@@ -21,46 +23,19 @@
 #include <benchmark/benchmark.h>
 
 #include <ctime>
-#include <random>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
 
-// Words of a language that nobody speaks, the frequent ones short.
-QByteArray word(std::minstd_rand &random)
-{
-    static const char *const syllables[] = {"ta", "re", "ni", "so", "mel", "dor", "an", "qui", "vo", "tre", "lin", "e"};
-    constexpr unsigned long vocabulary = 3000;
-    const auto place = random() % vocabulary * (random() % vocabulary) / vocabulary;
-    QByteArray made;
-    for (auto rest = place + 1; rest > 0; rest /= std::size(syllables))
-        made += syllables[rest % std::size(syllables)];
-    return made;
-}
-
-// Some 2,000 characters of text, in which every word "match" is counted.
-QByteArray storedText(int number, int matches)
-{
-    std::minstd_rand random(static_cast<unsigned>(number) + 1);
-    QByteArray rtf("{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs20 Entry " + QByteArray::number(number));
-    for (int i = 0; i < matches; ++i)
-        rtf += " match";
-    while (rtf.size() < 2000) {
-        const auto kind = random() % 60;
-        rtf += kind == 0 ? "\\par\n" : kind == 1 ? " {\\b " + word(random) + '}' : ' ' + word(random);
-    }
-    return NodeTextCompressIfRequired(rtf + "}");
-}
-
 void fill(SearchFixture &program, int entries, int matches)
 {
     EntryTree &tree = rawOutline(program.document).tree;
     Entry *root = tree.insert(Relationship::tvwChild, nullptr);
     for (int i = 1; i < entries; ++i)
-        tree.setStoredText(tree.insert(Relationship::tvwChild, root), storedText(i, matches));
-    tree.setStoredText(root, storedText(0, matches));
+        tree.setStoredText(tree.insert(Relationship::tvwChild, root), generatedText(i, matches));
+    tree.setStoredText(root, generatedText(0, matches));
     modNodes::NodeSelectFull(program.document, root);
     g_sSearchScope = u"1"_s;
 }
@@ -109,7 +84,8 @@ void findWithIndex(benchmark::State &state)
     SearchFixture program;
     fill(program, static_cast<int>(state.range(0)), 0);
     const int entries = program.document.tree.entryCount();
-    program.document.history.setStoredText(program.document.tree.collection().at(entries / 2), storedText(entries, 1));
+    program.document.history.setStoredText(program.document.tree.collection().at(entries / 2),
+                                           generatedText(entries, 1));
     makeIndex(*new TextIndex(program.document));
     g_sSearchFind = state.range(1) != 0 ? u"match"_s : u"nowhere"_s;
     for (auto _ : state) {

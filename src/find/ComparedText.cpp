@@ -3,6 +3,7 @@
 
 #include "find/ComparedText.h"
 
+#include <algorithm>
 #include <numeric>
 #include <utility>
 
@@ -84,22 +85,35 @@ ComparedText::ComparedText(QStringView text, Comparison comparison)
     : m_comparison(comparison)
     , m_size(text.size())
 {
-    m_units.reserve(text.size());
-    for (qsizetype at = 0; at < text.size();) {
-        const char16_t unit = text[at].unicode();
-        const bool isAlone = at + 1 == text.size() || text[at + 1].unicode() < asciiEnd;
-        if (unit < asciiEnd && isAlone && !m_isMapped) {
-            const bool isCapital = unit >= 'A' && unit <= 'Z' && !comparison.matchCase;
-            m_units += QChar(isCapital ? char16_t(unit + 0x20) : unit == '\t' ? u' ' : unit);
-            ++at;
-            continue;
-        }
+    m_units.resize(text.size());
+    const qsizetype ascii = takeAscii(text);
+    m_units.truncate(ascii);
+    for (qsizetype at = ascii; at < text.size();) {
         const qsizetype begin = at;
         at += lengthOf(characterAt(text, at));
         while (at < text.size() && continues(characterAt(text, at)))
             at += lengthOf(characterAt(text, at));
         append(text, begin, at);
     }
+}
+
+// What most texts are made of, at little more than the cost of copying it: up to the last character before another one,
+// which may have marks.
+qsizetype ComparedText::takeAscii(QStringView text)
+{
+    const char16_t capitals = m_comparison.matchCase ? 0 : 'Z' - 'A' + 1;
+    const auto *from = text.utf16();
+    auto *to = reinterpret_cast<char16_t *>(m_units.data());
+    qsizetype size = 0;
+    for (char16_t all = 0; size < text.size(); ++size) {
+        const char16_t unit = from[size];
+        all = static_cast<char16_t>(all | unit);
+        if (all >= asciiEnd)
+            return std::max<qsizetype>(size - 1, 0);
+        const bool isCapital = static_cast<char16_t>(unit - 'A') < capitals;
+        to[size] = unit == '\t' ? u' ' : static_cast<char16_t>(unit | (isCapital ? 0x20 : 0));
+    }
+    return size;
 }
 
 // One character with all that belongs to it.

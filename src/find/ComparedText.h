@@ -37,6 +37,7 @@ public:
 
 private:
     qsizetype origin(qsizetype unit) const;
+    qsizetype takeAscii(QStringView text);
     void append(QStringView text, qsizetype from, qsizetype to);
 
     const Comparison m_comparison;

@@ -4,6 +4,7 @@
 #include "find/FindQuery.h"
 
 #include "find/ComparedText.h"
+#include "find/ExpressionWords.h"
 
 #include <QRegularExpression>
 #include <QStringMatcher>
@@ -213,9 +214,10 @@ int FindQuery::wordCount() const
     return m_parts->expression ? 1 : static_cast<int>(m_parts->words.size());
 }
 
-QString FindQuery::word(int index) const
+QStringList FindQuery::certainPartsOf(int word) const
 {
-    return m_parts->expression ? QString() : m_parts->words[static_cast<std::size_t>(index)].text;
+    return m_parts->expression ? certainWords(m_parts->text)
+                               : QStringList{m_parts->words[static_cast<std::size_t>(word)].text};
 }
 
 quint64 FindQuery::allWords() const

@@ -76,8 +76,9 @@ public:
 
     // How many words there are; a regular expression is one.
     int wordCount() const;
-    // A word as whoever looks in signatures may ask for it (SoughtTrigrams); empty when it is not known.
-    QString word(int index) const;
+    // What stands, in whichever case and accents, in every text that holds a word: the word itself, or what can be told
+    // of a regular expression.
+    QStringList certainPartsOf(int word) const;
 
     // What was found in a text.
     struct Found {

@@ -55,11 +55,11 @@ FindRun::FindRun(Document &document, FindQuery query, QObject *parent, int rest)
     connect(&m_following, &QTimer::timeout, this, &FindRun::follow);
     connect(&document, &QObject::destroyed, this, &FindRun::stop);
     if (!m_query.isEmpty()) {
-        for (int i = 0; i < m_query.wordCount(); ++i)
-            m_sought.emplace_back(m_query.word(i));
+        for (int i = 0; i < m_query.wordCount(); ++i) {
+            const QStringList parts = m_query.certainPartsOf(i);
+            m_sought.emplace_back(parts.begin(), parts.end());
+        }
         m_entries = entriesInScope();
-        m_scope = m_entries;
-        std::ranges::sort(m_scope);
         listen();
     }
     m_going.start(0);
@@ -89,7 +89,7 @@ void FindRun::listen()
     // What is taken back is not announced one by one.
     connect(&m_document->history, &History::rolledBack, this, [this] {
         soilScope();
-        m_soiled.insert(m_scope.begin(), m_scope.end());
+        soilAll();
     });
     connect(&m_document->history, &History::changed, this,
             [this](ChangeKind kind, const std::vector<EntryId> &entries) {
@@ -102,7 +102,10 @@ void FindRun::listen()
                 case ChangeKind::Label:
                 case ChangeKind::Tag:
                 case ChangeKind::Text:
-                    std::ranges::for_each(entries.empty() ? m_scope : entries, [this](EntryId entry) { soil(entry); });
+                    if (entries.empty())
+                        soilAll();
+                    else
+                        std::ranges::for_each(entries, [this](EntryId entry) { soil(entry); });
                     break;
                 default:
                     break;
@@ -131,12 +134,14 @@ bool FindRun::isLookedAt(const Entry &entry) const
 // By the signatures that there are.
 quint64 FindRun::possibleWords(const Entry &entry) const
 {
-    const TextIndex *index = TextIndex::of(*m_document);
-    if (!index || m_document->tree.isPending(&entry))
+    if (!m_index || m_document->tree.isPending(&entry))
         return m_query.allWords();
     quint64 words = 0;
     for (std::size_t i = 0; i < m_sought.size(); ++i) {
-        if (index->mayHold(entry, EntryTree::textLastStored(&entry), m_sought[i]))
+        const bool mayHold = std::ranges::all_of(m_sought[i], [&](const SoughtTrigrams &part) {
+            return m_index->mayHold(entry, EntryTree::textLastStored(&entry), part);
+        });
+        if (mayHold)
             words |= quint64(1) << i;
     }
     return words;
@@ -150,10 +155,12 @@ bool FindRun::isUpToDate() const
 // Gives the workers entries in the order of the outline, as many as they can take.
 void FindRun::goOn()
 {
+    m_index = TextIndex::of(*m_document);
     QElapsedTimer timer;
     timer.start();
     while (m_next < m_entries.size() && m_working < mostJobs() && timer.elapsed() < sliceMilliseconds) {
         Job job;
+        job.entries.reserve(std::min(mostJobEntries, m_entries.size() - m_next));
         const qsizetype mostBytes = m_given < quint64(mostJobs()) ? firstJobBytes : mostJobBytes;
         const int most = m_toldHits < mostOfAll ? mostOfEntry : mostOnceFull;
         for (qsizetype bytes = 0; m_next < m_entries.size() && bytes < mostBytes && job.entries.size() < mostJobEntries;
@@ -177,7 +184,8 @@ void FindRun::goOn()
         if (m_working < mostJobs())
             m_going.start(0);
     } else if (m_told == m_given && !std::exchange(m_isFinished, true)) {
-        m_entries.clear();
+        m_scope = std::exchange(m_entries, {});
+        std::ranges::sort(m_scope);
         Q_EMIT finished();
         follow();
     }
@@ -322,6 +330,12 @@ void FindRun::soilScope()
         m_following.start(m_rest);
 }
 
+void FindRun::soilAll()
+{
+    const std::vector<EntryId> &all = m_isFinished ? m_scope : m_entries;
+    std::ranges::for_each(all, [this](EntryId entry) { soil(entry); });
+}
+
 // Entries that went are told to be gone, and those that came are looked at.
 void FindRun::compareScope()
 {
@@ -347,6 +361,7 @@ void FindRun::follow()
 {
     if (!m_document || !m_isFinished || m_followed > 0)
         return;
+    m_index = TextIndex::of(*m_document);
     if (std::exchange(m_isScopeSoiled, false))
         compareScope();
     const std::unordered_set<EntryId> soiled = std::exchange(m_soiled, {});

@@ -20,6 +20,7 @@
 
 class Document;
 class Entry;
+class TextIndex;
 
 // Looks for something in all entries of a document, and goes on to follow what changes in it: what it has told is, a
 // moment after each change, what another run would tell. Workers do the looking, on values; the window's thread is
@@ -110,6 +111,7 @@ private:
     void forget(EntryId entry);
     void soil(EntryId entry);
     void soilScope();
+    void soilAll();
     void follow();
     void compareScope();
 
@@ -117,7 +119,10 @@ private:
     const FindQuery m_query;
     const int m_rest;
     const std::shared_ptr<Answers> m_answers;
-    std::vector<SoughtTrigrams> m_sought;
+    // Of each word.
+    std::vector<std::vector<SoughtTrigrams>> m_sought;
+    // As of the last turn; null without one.
+    const TextIndex *m_index = nullptr;
     // What is to be looked at, in the order of the outline, and how far that is.
     std::vector<EntryId> m_entries;
     std::size_t m_next = 0;
@@ -138,7 +143,7 @@ private:
     qint64 m_toldHits = 0;
     qint64 m_looked = 0;
 
-    // Entries of the document or the branch, sorted, as of the last look.
+    // Entries of the document or the branch, sorted, as of the last look; none before all were looked at.
     std::vector<EntryId> m_scope;
     std::unordered_set<EntryId> m_soiled;
     bool m_isScopeSoiled = false;

@@ -1,8 +1,10 @@
 // SPDX-FileCopyrightText: 2026 The Quillery developers
 // SPDX-License-Identifier: MIT
 
+#include "find/ExpressionWords.h"
 #include "find/FindModel.h"
 #include "find/FindQuery.h"
+#include "find/Folding.h"
 #include "find/RandomText.h"
 #include "find/TextSignature.h"
 
@@ -26,6 +28,9 @@ private Q_SLOTS:
     void noExpressionCanRaiseItsOwnLimit();
     void findsWhatAReaderOfCharactersFinds();
     void whatIsFoundIsNeverRuledOutBySignatures();
+    void knowsWhatAnExpressionCannotDoWithout_data();
+    void knowsWhatAnExpressionCannotDoWithout();
+    void whatAnExpressionFindsHoldsWhatItCannotDoWithout();
 };
 
 namespace
@@ -193,12 +198,72 @@ void tst_FindQuery::whatIsFoundIsNeverRuledOutBySignatures()
         const FindQuery query(u'"' + word + u'"', options);
         for (int i = 0; i < query.wordCount(); ++i) {
             const bool isFound = (query.lookIn(text).words >> i & 1) != 0;
-            const bool mayBe = TextSignature(text).mayHold(SoughtTrigrams(query.word(i)));
+            const bool mayBe = TextSignature(text).mayHold(SoughtTrigrams(query.certainPartsOf(i).at(0)));
             QVERIFY2(mayBe || !isFound, qPrintable(QDebug::toString(word) + QDebug::toString(text)));
             ruledOut += mayBe ? 0 : 1;
         }
     }
     QVERIFY2(ruledOut > 300, qPrintable(QString::number(ruledOut)));
+}
+
+void tst_FindQuery::knowsWhatAnExpressionCannotDoWithout_data()
+{
+    QTest::addColumn<QString>("expression");
+    QTest::addColumn<QStringList>("expected");
+
+    QTest::newRow("characters") << u"word here"_s << QStringList{u"word here"_s};
+    QTest::newRow("classes and groups between")
+        << u"\\bone[tw]o(three)?four."_s << QStringList{u"one"_s, u"o"_s, u"four"_s};
+    QTest::newRow("quantifiers") << u"ab+cd*e?f{0,2}gh{2}ij+?k"_s
+                                 << QStringList{u"ab"_s, u"bc"_s, u"g"_s, u"ij"_s, u"jk"_s};
+    QTest::newRow("escaped") << u"a\\.b\\\\c"_s << QStringList{u"a.b\\c"_s};
+    QTest::newRow("ways") << u"one|two"_s << QStringList();
+    QTest::newRow("ways in a group") << u"a(?:one|t(w)o[)])b"_s << QStringList{u"a"_s, u"b"_s};
+    QTest::newRow("switches") << u"(?x)one two"_s << QStringList();
+    QTest::newRow("quoted") << u"\\Qa+\\E"_s << QStringList();
+    QTest::newRow("a character by its number") << u"\\x{61}bc"_s << QStringList();
+    QTest::newRow("a pair of surrogates") << u"\U0001f600?a"_s << QStringList{u"a"_s};
+    QTest::newRow("a class of brackets") << u"[]a]b[^]]c"_s << QStringList{u"b"_s, u"c"_s};
+}
+
+void tst_FindQuery::knowsWhatAnExpressionCannotDoWithout()
+{
+    QFETCH(QString, expression);
+    QFETCH(QStringList, expected);
+    QVERIFY(QRegularExpression(expression).isValid());
+    QCOMPARE(certainWords(expression), expected);
+}
+
+void tst_FindQuery::whatAnExpressionFindsHoldsWhatItCannotDoWithout()
+{
+    static const QString parts[] = {u"a"_s,       u"b"_s,      u"cd"_s,   u"+"_s,    u"*"_s,     u"?"_s,     u"{0,1}"_s,
+                                    u"{2}"_s,     u"("_s,      u")"_s,    u"(?:"_s,  u"(?=b)"_s, u"(?!a)"_s, u"|"_s,
+                                    u"[ab]"_s,    u"[^a]"_s,   u"."_s,    u"^"_s,    u"$"_s,     u"\\b"_s,   u"\\w"_s,
+                                    u"\\."_s,     u"\u00e9"_s, u"\\Qa"_s, u"(?i)"_s, u"(?x)"_s,  u" "_s,     u"#"_s,
+                                    u"\\x{61}"_s, u"{"_s,      u"]"_s,    u"[]b]"_s, u"(?#c)"_s, u"\\1"_s};
+    RandomText random(9);
+    int found = 0;
+    int known = 0;
+    for (int round = 0; round < 60'000; ++round) {
+        QString expression;
+        for (int i = 1 + random.below(7); i > 0; --i)
+            expression += parts[random.below(int(std::size(parts)))];
+        const FindQuery query(expression, optionsOf(u"r"_s));
+        if (query.isEmpty())
+            continue;
+        QString text;
+        for (int i = random.below(12); i > 0; --i)
+            text += u"aAbBcCdD\u00c9\u00e9.# {]1"[random.below(16)];
+        if (query.matchesIn(text).empty())
+            continue;
+        ++found;
+        for (const QString &part : query.certainPartsOf(0)) {
+            ++known;
+            QVERIFY2(folded(text).contains(folded(part)),
+                     qPrintable(u"%1 in %2 without %3"_s.arg(expression, text, part)));
+        }
+    }
+    QVERIFY2(found > 3000 && known > 800, qPrintable(u"%1 %2"_s.arg(found).arg(known)));
 }
 
 QTEST_GUILESS_MAIN(tst_FindQuery)
