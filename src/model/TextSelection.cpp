@@ -4,6 +4,7 @@
 #include "model/TextSelection.h"
 
 #include "model/EntryText.h"
+#include "rtf/CharChange.h"
 #include "rtf/EditBlock.h"
 #include "rtf/Families.h"
 #include "rtf/PlainText.h"
@@ -181,7 +182,12 @@ void TextSelection::mapSelText(const std::function<QString(const QString &)> &ma
 
 void TextSelection::changeText(const rtf::CharChange &change)
 {
-    ::changeText(*caret().document(), change);
+    QTextCursor all(caret().document());
+    all.select(QTextCursor::Document);
+    const bool isFirstEmpty = all.document()->firstBlock().length() == 1;
+    if (change.isSeenIn(all) ||
+        (isFirstEmpty && change.isSeenIn(all.document()->firstBlock().charFormat(), *all.document())))
+        ::changeText(*all.document(), change);
 }
 
 void TextSelection::replaceText(const std::vector<TextReplacement> &replacements)
@@ -205,12 +211,15 @@ void TextSelection::endEditGroup()
 void TextSelection::clearText()
 {
     QTextCursor cursor(caret().document());
-    cursor.beginEditBlock();
-    cursor.select(QTextCursor::Document);
-    cursor.removeSelectedText();
-    cursor.setBlockFormat(QTextBlockFormat());
-    cursor.setBlockCharFormat(QTextCharFormat());
-    cursor.endEditBlock();
+    const bool isClear = cursor.document()->isEmpty() && cursor.blockFormat() == QTextBlockFormat() &&
+                         cursor.blockCharFormat() == QTextCharFormat();
+    if (!isClear) {
+        const EditBlock edit(cursor);
+        cursor.select(QTextCursor::Document);
+        cursor.removeSelectedText();
+        cursor.setBlockFormat(QTextBlockFormat());
+        cursor.setBlockCharFormat(QTextCharFormat());
+    }
     cursor.setCharFormat(QTextCharFormat());
     setCaret(cursor);
 }

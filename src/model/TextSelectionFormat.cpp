@@ -151,12 +151,29 @@ int leftOf(const QTextBlock &block)
     return rtf::twipsFromPixels(block.blockFormat().leftMargin() + indentSteps(block)) - hangOf(block);
 }
 
-// Calls change(block) for every paragraph that the selection touches, as one step of undo.
-template <class Change>
-void changeParagraphs(QTextCursor cursor, Change change)
+// Gives every paragraph that the selection touches the format that formatOf(block) answers, as one step of undo. What
+// makes no difference is no step, and leaves what can be redone.
+template <class FormatOf>
+void changeParagraphs(QTextCursor cursor, FormatOf formatOf)
 {
     const EditBlock edit(cursor);
-    visitParagraphs(cursor, change);
+    visitParagraphs(cursor, [&formatOf](const QTextBlock &block) {
+        const QTextBlockFormat format = formatOf(block);
+        if (format != block.blockFormat())
+            QTextCursor(block).setBlockFormat(format);
+    });
+}
+
+// On which side a paragraph stands, justified or not.
+TextSelection::Alignment sideOf(const QTextBlockFormat &format)
+{
+    const Qt::Alignment alignment = format.alignment();
+    // Without AlignAbsolute the sides are mirrored in a paragraph that runs from right to left.
+    const bool mirrored = format.layoutDirection() == Qt::RightToLeft && !(alignment & Qt::AlignAbsolute);
+    if (alignment & Qt::AlignHCenter)
+        return TextSelection::Centre;
+    const bool isRight = bool(alignment & Qt::AlignRight) != (mirrored && !(alignment & Qt::AlignJustify));
+    return isRight ? TextSelection::Right : TextSelection::Left;
 }
 
 } // namespace
@@ -165,7 +182,9 @@ void TextSelection::changeSelection(const rtf::CharChange &change)
 {
     QTextCursor cursor = caret();
     if (cursor.hasSelection()) {
-        change.applyTo(cursor);
+        // What shows no difference is no step, and leaves what can be redone.
+        if (change.isSeenIn(cursor))
+            change.applyTo(cursor);
         return;
     }
     cursor.setCharFormat(change.appliedTo(cursor.charFormat()));
@@ -296,7 +315,11 @@ std::optional<bool> TextSelection::SelBullet() const
 void TextSelection::setSelBullet(bool on)
 {
     QTextList *list = nullptr;
-    changeParagraphs(caret(), [&list, on](const QTextBlock &block) {
+    QTextCursor cursor = caret();
+    const EditBlock edit(cursor);
+    visitParagraphs(cursor, [&list, on](const QTextBlock &block) {
+        if (!on && !block.textList())
+            return;
         const int left = leftOf(block);
         QTextBlockFormat format = block.blockFormat();
         format.setIndent(0);
@@ -330,25 +353,18 @@ std::optional<int> TextSelection::SelIndent() const
 
 void TextSelection::setSelIndent(int twips)
 {
-    changeParagraphs(caret(), [twips](const QTextBlock &block) {
+    changeParagraphs(caret(), [wanted = std::max(twips, 0)](const QTextBlock &block) {
         const int left = leftOf(block);
         QTextBlockFormat format = block.blockFormat();
-        format.setLeftMargin(format.leftMargin() + rtf::pixelsFromTwips(std::max(twips, 0) - left));
-        QTextCursor(block).setBlockFormat(format);
+        if (wanted != left)
+            format.setLeftMargin(format.leftMargin() + rtf::pixelsFromTwips(wanted - left));
+        return format;
     });
 }
 
 std::optional<TextSelection::Alignment> TextSelection::SelAlignment() const
 {
-    return commonToParagraphs(caret(), [](const QTextBlock &block) {
-        const QTextBlockFormat format = block.blockFormat();
-        const Qt::Alignment alignment = format.alignment();
-        // Without AlignAbsolute the sides are mirrored in a paragraph that runs from right to left.
-        const bool mirrored = format.layoutDirection() == Qt::RightToLeft && !(alignment & Qt::AlignAbsolute);
-        if (alignment & Qt::AlignHCenter)
-            return Centre;
-        return bool(alignment & Qt::AlignRight) != (mirrored && !(alignment & Qt::AlignJustify)) ? Right : Left;
-    });
+    return commonToParagraphs(caret(), [](const QTextBlock &block) { return sideOf(block.blockFormat()); });
 }
 
 void TextSelection::setSelAlignment(Alignment alignment)
@@ -356,10 +372,12 @@ void TextSelection::setSelAlignment(Alignment alignment)
     const Qt::AlignmentFlag side = alignment == Right    ? Qt::AlignRight
                                    : alignment == Centre ? Qt::AlignHCenter
                                                          : Qt::AlignLeft;
-    changeParagraphs(caret(), [side](const QTextBlock &block) {
-        QTextBlockFormat change;
-        const bool rightToLeft = block.blockFormat().layoutDirection() == Qt::RightToLeft;
-        change.setAlignment(rightToLeft ? side | Qt::AlignAbsolute : Qt::Alignment(side));
-        QTextCursor(block).mergeBlockFormat(change);
+    changeParagraphs(caret(), [alignment, side](const QTextBlock &block) {
+        QTextBlockFormat format = block.blockFormat();
+        const bool isJustified = format.alignment().testFlag(Qt::AlignJustify);
+        const bool rightToLeft = format.layoutDirection() == Qt::RightToLeft;
+        if (sideOf(format) != alignment || isJustified)
+            format.setAlignment(rightToLeft ? side | Qt::AlignAbsolute : Qt::Alignment(side));
+        return format;
     });
 }

@@ -80,6 +80,55 @@ bool CharChange::meets(const QTextCharFormat &format) const
     return std::any_of(m_obsolete.begin(), m_obsolete.end(), [&format](int id) { return format.hasProperty(id); });
 }
 
+bool CharChange::isSeenIn(const QTextCharFormat &format, const QTextDocument &document) const
+{
+    const QTextCharFormat after = appliedTo(format);
+    const QFont base = document.defaultFont();
+    // A format's font does not always know of its underline.
+    const auto isUnderlined = [&base](const QTextCharFormat &each) {
+        return each.hasProperty(QTextFormat::TextUnderlineStyle) ? each.underlineStyle() != QTextCharFormat::NoUnderline
+                                                                 : base.underline();
+    };
+    if (format.font().resolve(base) != after.font().resolve(base) || format.foreground() != after.foreground() ||
+        isUnderlined(format) != isUnderlined(after)) {
+        return true;
+    }
+    return std::any_of(m_obsolete.begin(), m_obsolete.end(), [&](int id) {
+        return id != QTextFormat::ForegroundBrush && format.property(id) != after.property(id);
+    });
+}
+
+bool CharChange::isSeenIn(const QTextCursor &selection) const
+{
+    const QTextDocument &document = *selection.document();
+    int known = -1;
+    for (const auto [from, to] : selectedStretches(selection)) {
+        for (QTextBlock block = document.findBlock(from); block.isValid() && block.position() <= to;
+             block = block.next()) {
+            // The mark before a paragraph looks as the paragraph begins.
+            if (block.position() > from && isSeenIn(block.charFormat(), document)) {
+                return true;
+            }
+            for (auto it = block.begin(); !it.atEnd(); ++it) {
+                const QTextFragment fragment = it.fragment();
+                const bool isTouched = fragment.position() < to && fragment.position() + fragment.length() > from;
+                if (!isTouched || fragment.charFormatIndex() == known) {
+                    continue;
+                }
+                known = fragment.charFormatIndex();
+                if (isSeenIn(fragment.charFormat(), document)) {
+                    return true;
+                }
+            }
+        }
+        if (selection.hasComplexSelection() && document.findBlock(from).length() == 1 &&
+            isSeenIn(selection.currentTable()->cellAt(from).format(), document)) {
+            return true;
+        }
+    }
+    return false;
+}
+
 void CharChange::applyTo(const QTextCursor &selection) const
 {
     QTextCursor part(selection);

@@ -8,6 +8,7 @@
 
 class QColor;
 class QTextCursor;
+class QTextDocument;
 
 namespace rtf
 {
@@ -28,6 +29,9 @@ public:
 
     // A format as the change makes it.
     QTextCharFormat appliedTo(QTextCharFormat format) const;
+    // Whether it makes a difference that is seen, in characters that are selected or in those of a format.
+    bool isSeenIn(const QTextCursor &selection) const;
+    bool isSeenIn(const QTextCharFormat &format, const QTextDocument &document) const;
     // To all characters that are selected, as one step of undo; of selected cells also to what is typed next into an
     // empty one.
     void applyTo(const QTextCursor &selection) const;
