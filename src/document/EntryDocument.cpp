@@ -13,6 +13,7 @@
 #include <QTextBlock>
 #include <QTextFrame>
 
+#include <algorithm>
 #include <utility>
 
 namespace
@@ -65,10 +66,14 @@ void EntryDocument::begin(const Inflated &text)
     m_pictures = text.text.contains("\\pict") ? text.text.size() : 0;
     QObject::connect(&m_document, &QTextDocument::contentsChange, &m_document,
                      [this](int, int, int added) { m_added += added; });
-    QObject::connect(&m_document, &QTextDocument::undoCommandAdded, &m_document, [this] { m_hasNewStep = true; });
+    QObject::connect(&m_document, &QTextDocument::undoCommandAdded, &m_document, [this] {
+        m_hasNewStep = true;
+        m_marks.erase(m_marks.upper_bound(m_lastDepth), m_marks.end());
+    });
     QObject::connect(&m_document, &QTextDocument::contentsChanged, &m_document, [this] {
         m_isChanged = true;
         keepFirstLook();
+        m_lastDepth = depth();
     });
 }
 
@@ -149,12 +154,38 @@ void EntryDocument::makeRoom()
     makeRoomBehind(m_firstLooks, 1);
 }
 
+// The text control merges what is typed with what was typed before only in a text that counts as changed.
+void EntryDocument::endMerging() noexcept
+{
+    m_document.setModified(false);
+}
+
+void EntryDocument::markStep(Selection before, std::optional<Selection> behind) noexcept
+{
+    try {
+        m_marks[depth()] = {before, behind};
+    } catch (...) {
+        // The caret is put where the step was.
+        return;
+    }
+}
+
+QTextCursor EntryDocument::selected(const Selection &selection)
+{
+    QTextCursor cursor(&m_document);
+    const int end = m_document.characterCount() - 1;
+    cursor.setPosition(std::min(selection.anchor, end));
+    cursor.setPosition(std::min(selection.position, end), QTextCursor::KeepAnchor);
+    return cursor;
+}
+
 QTextCursor EntryDocument::undo()
 {
     const QScopedValueRollback stepping(m_isStepping, true);
+    const auto mark = m_marks.find(depth());
     QTextCursor there(&m_document);
     m_document.undo(&there);
-    return there;
+    return mark == m_marks.end() ? there : selected(mark->second.before);
 }
 
 QTextCursor EntryDocument::redo()
@@ -162,7 +193,8 @@ QTextCursor EntryDocument::redo()
     const QScopedValueRollback stepping(m_isStepping, true);
     QTextCursor there(&m_document);
     m_document.redo(&there);
-    return there;
+    const auto mark = m_marks.find(depth());
+    return mark == m_marks.end() || !mark->second.behind ? there : selected(*mark->second.behind);
 }
 
 void EntryDocument::takeFont()

@@ -10,6 +10,8 @@
 #include <QFont>
 #include <QTextCursor>
 
+#include <map>
+#include <optional>
 #include <vector>
 
 // An entry's text as a text document that can be shown, typed into and undone, with what the pane remembers of it while
@@ -57,7 +59,27 @@ public:
     // To be called when the text has changed: a step that was undone may have brought another base font.
     void takeFont();
 
-    // Go back or forth by one step of the text, which there must be, and say where that was.
+    // What is being done to it, as the name of the step begins; empty while it is typed into (see TextDeed).
+    QLatin1StringView deed() const { return m_deed; }
+
+    void setDeed(QLatin1StringView what) { m_deed = what; }
+
+    // What is typed from here on begins a new step.
+    void endMerging() noexcept;
+
+    // Grows with each step, and is again what it was when that is undone.
+    int depth() const { return m_document.availableUndoSteps(); }
+
+    struct Selection {
+        int anchor = 0;
+        int position = 0;
+    };
+
+    // Remembers what was selected before the last step, and behind it unless that is where it ends. Given up where
+    // there is no memory.
+    void markStep(Selection before, std::optional<Selection> behind) noexcept;
+
+    // Go back or forth by one step of the text, which there must be, and say where that was, and what was selected.
     QTextCursor undo();
     QTextCursor redo();
 
@@ -83,6 +105,7 @@ private:
     bool isAsRead() const;
     std::size_t fontIndex() const;
     void keepFirstLook();
+    QTextCursor selected(const Selection &selection);
 
     const EntryId m_entry;
     TextState m_state = TextState::Whole;
@@ -96,6 +119,16 @@ private:
     bool m_isKeepingLook = false;
     bool m_isJoiningStep = false;
     bool m_hasNewStep = false;
+    QLatin1StringView m_deed;
+
+    struct Mark {
+        Selection before;
+        std::optional<Selection> behind;
+    };
+
+    // By the depth behind the step. What lies beyond that of the text when it gets a step is there no more.
+    std::map<int, Mark> m_marks;
+    int m_lastDepth = 0;
     QString m_leftOut;
     bool m_isChanged = false;
     qsizetype m_pictures = 0;

@@ -111,7 +111,7 @@ void LiveTexts::noteStep(EntryDocument *text) noexcept
     try {
         makeReady(*text);
         text->makeRoom();
-        Q_EMIT stepAdded(text->entry());
+        Q_EMIT stepAdded(text->entry(), text->deed());
         m_isStepBroken = false;
     } catch (...) {
         m_stepError = std::current_exception();
@@ -188,7 +188,7 @@ void LiveTexts::step(EntryId entry, bool (QTextDocument::*isPossible)() const, Q
     const std::shared_ptr<EntryDocument> text = kept->second.text;
     m_steppedAt = (*text.*go)();
     text->place.caret = m_steppedAt.position();
-    text->document().setModified(false);
+    text->endMerging();
 }
 
 void LiveTexts::undoText(EntryId entry)
@@ -225,11 +225,10 @@ void LiveTexts::putBack(EntryId, std::shared_ptr<LiveText> text)
         keep(back);
 }
 
-// The text control merges what is typed with what was typed before only in a text that counts as changed.
 void LiveTexts::endMerging() noexcept
 {
     if (m_shown)
-        m_shown->document().setModified(false);
+        m_shown->endMerging();
 }
 
 // Lets the history keep the texts that the steps of this one lead to. It comes back as it is.

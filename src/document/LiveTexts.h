@@ -72,8 +72,9 @@ Q_SIGNALS:
     void changed(EntryId entry);
     // Another text is shown.
     void shownChanged();
-    // A text has a new step that can be undone. Where a listener throws, the text takes it back.
-    void stepAdded(EntryId entry);
+    // A text has a new step that can be undone, and what was done if it was not typed (see TextDeed). Where a listener
+    // throws, the text takes it back.
+    void stepAdded(EntryId entry, QLatin1StringView what);
     // A text has forgotten what it could redo, because a step of it failed.
     void undoneForgotten();
 

@@ -181,12 +181,15 @@ Entry *History::apply(Change change)
     return m_outline.tree.entry(id);
 }
 
-void History::appendTextStep(EntryId entry)
+void History::appendTextStep(EntryId entry, QLatin1StringView what)
 {
     if (m_moving)
         return;
     Change change = change::TextStep{entry, false};
-    begin(m_depth == 0 ? stepName(change, m_outline.tree) : QString(), StepKind::OfText);
+    QString name;
+    if (const Entry *changed = m_outline.tree.entry(entry); m_depth == 0)
+        name = changed && !what.isEmpty() ? stepName(what, *changed) : stepName(change, m_outline.tree);
+    begin(name, StepKind::OfText);
     std::vector<Change> &changes = m_open.changes;
     const size_t before = changes.size();
     try {

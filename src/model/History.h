@@ -119,9 +119,10 @@ public:
     void setForeignRecords(Entry *entry, const ForeignRecordList &records);
     void setFileForeignRecords(const ForeignRecordList &header, const QByteArray &trailer);
 
-    // Takes note that the entry's live text has a new step of its own. When it fails, whoever has the text must take
-    // that back; the step that is open, if one is, is taken back as a whole when it ends.
-    void appendTextStep(EntryId entry);
+    // Takes note that the entry's live text has a new step of its own, and of what was done, as in "bold in", where it
+    // was not typed. When it fails, whoever has the text must take that back; the step that is open, if one is, is
+    // taken back as a whole when it ends.
+    void appendTextStep(EntryId entry, QLatin1StringView what = {});
 
     // Takes note that a live text has lost what it could redo: nothing can be redone any more.
     void forgetUndone();

@@ -5,6 +5,8 @@
 
 #include "model/History.h"
 
+#include "model/Outline.h"
+
 #include <algorithm>
 #include <iterator>
 
@@ -111,6 +113,8 @@ void History::fold(EntryId entry, TextRun &run)
     const size_t first = run.first.step;
     const size_t last = run.last.step;
     Recorded &step = m_steps[first];
+    const auto isNamedOtherwise = [&step](const Recorded &later) { return later.info.name != step.info.name; };
+    const bool isOfSeveralKinds = std::any_of(stepAt(first), stepAt(last + 1), isNamedOtherwise);
     const bool isSavedHere = m_saved == static_cast<int>(last) + 1;
     const bool isAsSaved = isSavedHere && m_steps[last].changes.size() == m_savedTail;
     step.changes[run.first.change] = change::StoredText{entry, run.text, nullptr};
@@ -133,6 +137,9 @@ void History::fold(EntryId entry, TextRun &run)
     // Several that became one are none of those that a witness was told of.
     if (gone > 0)
         step.info.serial = ++m_lastSerial;
+    // Nor did it what the first of them is called.
+    if (isOfSeveralKinds)
+        step.info.name = stepName(step.changes[run.first.change], m_outline.tree);
     if (static_cast<size_t>(m_position) > last)
         m_position -= gone;
     if (m_saved && static_cast<size_t>(*m_saved) > last)

@@ -3,6 +3,7 @@
 
 #include "platform/RichTextBox.h"
 
+#include "document/TextDeed.h"
 #include "model/LayoutStrain.h"
 #include "platform/AltCharacter.h"
 #include "platform/ScrollBarAhead.h"
@@ -49,6 +50,15 @@ bool isUndoKey(const QKeyEvent &event)
 bool isRedoKey(const QKeyEvent &event)
 {
     return event.matches(QKeySequence::Redo) || (event.key() == Qt::Key_Y && event.modifiers() == Qt::ControlModifier);
+}
+
+// What a key does to selected text that is no typing.
+QLatin1StringView deedOf(const QKeyEvent &event)
+{
+    if (event.matches(QKeySequence::Cut))
+        return "cutting from"_L1;
+    const bool isDeletion = event.key() == Qt::Key_Delete || event.key() == Qt::Key_Backspace;
+    return isDeletion ? "deletion in"_L1 : QLatin1StringView();
 }
 
 // The text that a key types; empty for one that types none.
@@ -277,6 +287,10 @@ void RichTextBox::changeEvent(QEvent *event)
 
 void RichTextBox::keyPressEvent(QKeyEvent *event)
 {
+    // What a key does to what is selected, which undoing it selects again.
+    std::optional<TextDeed> deed;
+    if (textCursor().hasSelection())
+        deed.emplace(*this, deedOf(*event));
     // Alt with a letter is a command that somebody else knows, or nothing; the editor would type the letter.
     if (isAltCharacter(*event) || isForeignKey(*event))
         event->ignore();
@@ -287,6 +301,15 @@ void RichTextBox::keyPressEvent(QKeyEvent *event)
         insertPlain(typed);
     else
         QTextEdit::keyPressEvent(event);
+}
+
+// What is dragged away from here is taken out at the end of the drag.
+void RichTextBox::mouseMoveEvent(QMouseEvent *event)
+{
+    std::optional<TextDeed> deed;
+    if (event->buttons().testFlag(Qt::LeftButton) && textCursor().hasSelection())
+        deed.emplace(*this, "dragging of text from"_L1);
+    QTextEdit::mouseMoveEvent(event);
 }
 
 // A text that is no entry's knows its own steps.

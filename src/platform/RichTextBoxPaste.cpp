@@ -7,6 +7,7 @@
 
 #include "document/LeftOutText.h"
 #include "document/Ports.h"
+#include "document/TextDeed.h"
 #include "model/BoundedHtml.h"
 #include "model/HtmlTokens.h"
 #include "model/LayoutStrain.h"
@@ -32,6 +33,7 @@
 #include <QTextTable>
 
 #include <algorithm>
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -124,6 +126,9 @@ void RichTextBox::insertFromMimeData(const QMimeData *source)
         return;
     const QByteArray richText = RichTextMime::textOf(*source);
     const bool hasPicture = PastedPicture::isIn(*source);
+    std::optional<TextDeed> deed;
+    if (!m_isDropping)
+        deed.emplace(*this, "pasting in"_L1);
     if (!richText.isEmpty())
         pasteRTF(richText);
     else if (source->hasHtml() && !(hasPicture && isPictureAlone(source->html())))
@@ -138,6 +143,8 @@ void RichTextBox::insertFromMimeData(const QMimeData *source)
 void RichTextBox::dropEvent(QDropEvent *event)
 {
     const QScopedValueRollback dropping(m_isDropping, true);
+    const bool isMove = event->source() == viewport() && event->dropAction() == Qt::MoveAction;
+    const TextDeed deed(*this, isMove ? "moving of text in"_L1 : "dropping in"_L1);
     QTextEdit::dropEvent(event);
 }
 
@@ -292,6 +299,7 @@ bool RichTextBox::pastePicture(const QByteArray &file)
         tellUser(badPicture);
         return false;
     }
+    const TextDeed deed(*this, "insertion of a picture in"_L1);
     QTextCursor cursor = textCursor();
     {
         const EditBlock edit(cursor);

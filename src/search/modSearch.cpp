@@ -8,6 +8,7 @@
 #include "document/OutlinePane.h"
 #include "document/Ports.h"
 #include "document/StepProcedure.h"
+#include "document/TextDeed.h"
 #include "document/TextPane.h"
 #include "document/modNodes.h"
 #include "find/TextIndex.h"
@@ -339,6 +340,7 @@ void SearchReplaceText()
             return;
         const int start = pane.SelStart();
         const QString replacement = replacementOf(pane.SelText());
+        const TextDeed deed(pane, "replacement in the text of"_L1);
         pane.setSelText(replacement);
         pane.setSelStart(start);
         pane.setSelLength(static_cast<int>(replacement.size()));

@@ -5,6 +5,7 @@
 
 #include "document/ActiveDocument.h"
 #include "document/DocumentView.h"
+#include "document/TextDeed.h"
 #include "document/TextPane.h"
 #include "document/modNodes.h"
 #include "rtf/Rtf.h"
@@ -29,33 +30,37 @@ void onActiveText(const char *name, Body &&body)
     onActiveDocument(name, [&](Document &document) { body(document.view()->txtRTF); });
 }
 
-// The same for a command that changes the text, which one that is not shown whole does not let happen.
+// The same for a command that changes the text, which one that is not shown whole does not let happen. The step that
+// comes of it is named by what is done.
 template <typename Body>
-void changeActiveText(const char *name, Body &&body)
+void changeActiveText(const char *name, QLatin1StringView what, Body &&body)
 {
     onActiveText(name, [&](TextPane &pane) {
-        if (!DocumentActive()->bTextWithheld())
-            body(pane);
+        if (DocumentActive()->bTextWithheld())
+            return;
+        const TextDeed deed(pane, what);
+        body(pane);
     });
 }
 
-void insert(const char *name, const QString &text)
+void insert(const char *name, QLatin1StringView what, const QString &text)
 {
-    changeActiveText(name, [&](TextSelection &selection) { selection.setSelText(text); });
+    changeActiveText(name, what, [&](TextSelection &selection) { selection.setSelText(text); });
 }
 
 // Only what is known to be all on goes off by being used once; a mixed selection goes off as well.
-void toggle(const char *name, std::optional<bool> (TextSelection::*property)() const, void (TextSelection::*set)(bool))
+void toggle(const char *name, QLatin1StringView what, std::optional<bool> (TextSelection::*property)() const,
+            void (TextSelection::*set)(bool))
 {
-    changeActiveText(name, [&](TextSelection &selection) {
+    changeActiveText(name, what, [&](TextSelection &selection) {
         const std::optional<bool> on = (selection.*property)();
         (selection.*set)(on && !*on);
     });
 }
 
-void align(const char *name, TextSelection::Alignment alignment)
+void align(const char *name, QLatin1StringView what, TextSelection::Alignment alignment)
 {
-    changeActiveText(name, [&](TextSelection &selection) { selection.setSelAlignment(alignment); });
+    changeActiveText(name, what, [&](TextSelection &selection) { selection.setSelAlignment(alignment); });
 }
 
 void lower(TextSelection &selection)
@@ -96,9 +101,9 @@ void properName(TextSelection &selection)
 
 // Runs a change of case where there is something to change.
 template <typename Change>
-void changeCase(const char *name, Change &&change)
+void changeCase(const char *name, QLatin1StringView what, Change &&change)
 {
-    changeActiveText(name, [&](TextSelection &selection) {
+    changeActiveText(name, what, [&](TextSelection &selection) {
         if (!selection.SelText().isEmpty())
             change(selection);
     });
@@ -116,7 +121,7 @@ namespace modEdit
 
 void EditCut()
 {
-    changeActiveText("modEdit EditCut", [](TextSelection &selection) {
+    changeActiveText("modEdit EditCut", "cutting from"_L1, [](TextSelection &selection) {
         ports().clipboard->setText(selection.SelText());
         selection.setSelText({});
     });
@@ -136,7 +141,7 @@ void EditCopy()
 
 void EditPaste()
 {
-    changeActiveText("modEdit EditPaste", [](TextPane &pane) {
+    changeActiveText("modEdit EditPaste", "pasting in"_L1, [](TextPane &pane) {
         const Clipboard &clipboard = *ports().clipboard;
         if (const QByteArray rtf = clipboard.richText(); !rtf.isEmpty())
             pane.pasteRTF(rtf);
@@ -149,7 +154,7 @@ void EditPaste()
 
 void EditPasteSpecial()
 {
-    changeActiveText("modEdit EditPasteSpecial", [](TextPane &pane) {
+    changeActiveText("modEdit EditPasteSpecial", "pasting without formatting in"_L1, [](TextPane &pane) {
         const Clipboard &clipboard = *ports().clipboard;
         QString text = clipboard.text();
         // Our own Copy puts rich text there alone.
@@ -162,7 +167,7 @@ void EditPasteSpecial()
 
 void EditDelete()
 {
-    insert("modEdit EditDelete", {});
+    insert("modEdit EditDelete", "deletion in"_L1, {});
 }
 
 void EditSelectAll()
@@ -184,51 +189,54 @@ void EditClearEntryText()
         if (answer != Answer::Yes)
             return;
         const HourglassPointer hourglass;
-        if (document->bTextWithheld())
+        if (document->bTextWithheld()) {
             modNodes::NodeTextDiscard(*document);
-        else
-            document->view()->txtRTF.clearText();
+            return;
+        }
+        TextPane &pane = document->view()->txtRTF;
+        const TextDeed deed(pane, "clearing of the text of"_L1);
+        pane.clearText();
     });
 }
 
 void EditInsertTab()
 {
-    insert("modEdit EditInsertTab", u"\t"_s);
+    insert("modEdit EditInsertTab", "insertion of a tab in"_L1, u"\t"_s);
 }
 
 void EditInsertLongDate()
 {
-    insert("modEdit EditInsertLongDate", dateText(QLocale::LongFormat));
+    insert("modEdit EditInsertLongDate", "insertion of the long date in"_L1, dateText(QLocale::LongFormat));
 }
 
 void EditInsertShortDate()
 {
-    insert("modEdit EditInsertShortDate", dateText(QLocale::ShortFormat));
+    insert("modEdit EditInsertShortDate", "insertion of the short date in"_L1, dateText(QLocale::ShortFormat));
 }
 
 void EditInsertTime()
 {
-    insert("modEdit EditInsertTime", ports().clock->now().toString(u"HH:mm"_s));
+    insert("modEdit EditInsertTime", "insertion of the time in"_L1, ports().clock->now().toString(u"HH:mm"_s));
 }
 
 void EditCaseLower()
 {
-    changeCase("modEdit EditCaseLower", lower);
+    changeCase("modEdit EditCaseLower", "small letters in"_L1, lower);
 }
 
 void EditCaseUpper()
 {
-    changeCase("modEdit EditCaseUpper", upper);
+    changeCase("modEdit EditCaseUpper", "capitals in"_L1, upper);
 }
 
 void EditCaseProper()
 {
-    changeCase("modEdit EditCaseProper", properName);
+    changeCase("modEdit EditCaseProper", "proper names in"_L1, properName);
 }
 
 void EditCaseToggle()
 {
-    changeCase("modEdit EditCaseToggle", [](TextSelection &selection) {
+    changeCase("modEdit EditCaseToggle", "change of case in"_L1, [](TextSelection &selection) {
         const QString text = selection.SelText();
         const int start = selection.SelStart();
         if (text == text.toLower())
@@ -246,32 +254,34 @@ void EditCaseToggle()
 
 void EditFormatBold()
 {
-    toggle("modEdit EditFormatBold", &TextSelection::SelBold, &TextSelection::setSelBold);
+    toggle("modEdit EditFormatBold", "bold in"_L1, &TextSelection::SelBold, &TextSelection::setSelBold);
 }
 
 void EditFormatItalic()
 {
-    toggle("modEdit EditFormatItalic", &TextSelection::SelItalic, &TextSelection::setSelItalic);
+    toggle("modEdit EditFormatItalic", "italic in"_L1, &TextSelection::SelItalic, &TextSelection::setSelItalic);
 }
 
 void EditFormatUnderline()
 {
-    toggle("modEdit EditFormatUnderline", &TextSelection::SelUnderline, &TextSelection::setSelUnderline);
+    toggle("modEdit EditFormatUnderline", "underline in"_L1, &TextSelection::SelUnderline,
+           &TextSelection::setSelUnderline);
 }
 
 void EditFormatStrikeThrough()
 {
-    toggle("modEdit EditFormatStrikeThrough", &TextSelection::SelStrikeThru, &TextSelection::setSelStrikeThru);
+    toggle("modEdit EditFormatStrikeThrough", "strikethrough in"_L1, &TextSelection::SelStrikeThru,
+           &TextSelection::setSelStrikeThru);
 }
 
 void EditFormatBullet()
 {
-    toggle("modEdit EditFormatBullet", &TextSelection::SelBullet, &TextSelection::setSelBullet);
+    toggle("modEdit EditFormatBullet", "bullets in"_L1, &TextSelection::SelBullet, &TextSelection::setSelBullet);
 }
 
 void EditFormatIndent()
 {
-    changeActiveText("modEdit EditFormatIndent", [](TextSelection &selection) {
+    changeActiveText("modEdit EditFormatIndent", "indent in"_L1, [](TextSelection &selection) {
         if (const std::optional<int> indent = selection.SelIndent())
             selection.setSelIndent(*indent + indentStep);
     });
@@ -279,7 +289,7 @@ void EditFormatIndent()
 
 void EditFormatUnindent()
 {
-    changeActiveText("modEdit EditFormatUnindent", [](TextSelection &selection) {
+    changeActiveText("modEdit EditFormatUnindent", "unindent in"_L1, [](TextSelection &selection) {
         selection.setSelIndent(std::max(selection.SelIndent().value_or(0) - indentStep, 0));
     });
 }
@@ -290,10 +300,12 @@ void EditCurrentFont()
         Document *document = DocumentActive();
         if (!document)
             return;
-        if (document->view()->txtRTF.SelLength() > 0)
-            modFont::ChangeRTFSelFont(document->view()->txtRTF);
+        TextPane &pane = document->view()->txtRTF;
+        const TextDeed deed(pane, "font in"_L1);
+        if (pane.SelLength() > 0)
+            modFont::ChangeRTFSelFont(pane);
         else
-            modFont::ChangeRTFFont(document->view()->txtRTF);
+            modFont::ChangeRTFFont(pane);
     });
 }
 
@@ -315,17 +327,17 @@ void EditDocumentFont()
 
 void EditFormatLeft()
 {
-    align("modEdit EditFormatLeft", TextSelection::Left);
+    align("modEdit EditFormatLeft", "left alignment in"_L1, TextSelection::Left);
 }
 
 void EditFormatCentre()
 {
-    align("modEdit EditFormatCentre", TextSelection::Centre);
+    align("modEdit EditFormatCentre", "centring in"_L1, TextSelection::Centre);
 }
 
 void EditFormatRight()
 {
-    align("modEdit EditFormatRight", TextSelection::Right);
+    align("modEdit EditFormatRight", "right alignment in"_L1, TextSelection::Right);
 }
 
 } // namespace modEdit

@@ -9,6 +9,7 @@
 #include "document/Globals.h"
 #include "document/OutlinePane.h"
 #include "document/Ports.h"
+#include "document/TextDeed.h"
 #include "document/TextPane.h"
 #include "document/modNodes.h"
 #include "rtf/CharChange.h"
@@ -199,11 +200,13 @@ void ChangeSelectedFontSize(qint16 iDirection)
         Document *document = DocumentActive();
         if (!document || !document->view()->txtRTF.SelFontSize())
             return;
-        TextSelection &selection = document->view()->txtRTF;
-        const double size = *selection.SelFontSize();
+        TextPane &pane = document->view()->txtRTF;
+        const double size = *pane.SelFontSize();
         const double wanted = std::clamp(size + (iDirection > 0 ? 1 : -1), rtf::smallestSize, rtf::largestSize);
-        if (wanted != size)
-            selection.setSelFontSize(wanted);
+        if (wanted == size)
+            return;
+        const TextDeed deed(pane, iDirection > 0 ? "larger text in"_L1 : "smaller text in"_L1);
+        pane.setSelFontSize(wanted);
     });
 }
 

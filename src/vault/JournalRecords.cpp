@@ -107,6 +107,9 @@ void Journal::noteTypedStep(EntryId entry, const History::StepInfo &info, EntryI
         m_typing->step.name = info.name;
         m_typing->step.selectedBefore = selectedBefore;
         m_typing->since = m_keeper.now();
+    } else if (const Entry *changed = m_document->tree.entry(entry); changed && m_typing->step.name != info.name) {
+        // What is taken down together is of several kinds.
+        m_typing->step.name = stepName("change of text of"_L1, *changed);
     }
     m_typing->last = info.serial;
     m_typing->step.time = info.time;

@@ -400,10 +400,14 @@ private Q_SLOTS:
     void everyRowHasItsCase();
     void everyRowIsUndoneOrChangesNothing_data();
     void everyRowIsUndoneOrChangesNothing();
+    void everyRowThatChangesATextHasANameOfItsOwn();
 
 private:
     void run(const CommandRow &row) const;
+    void noteName(const CommandRow &row, const QString &name);
 
+    // What rows of the Edit menu called their steps.
+    std::map<QString, QStringList> m_names;
     std::unique_ptr<MainFixture> m_main;
 };
 
@@ -524,6 +528,11 @@ void tst_UndoEveryRow::everyRowIsUndoneOrChangesNothing()
         QVERIFY(contentIn(after) != contentIn(before));
         QVERIFY(document.m_bDataChanged());
         QVERIFY(document.history.position() > position || !isStep);
+        if (isStep) {
+            const QString name = document.history.undoName();
+            QVERIFY2(!name.startsWith(u"typing in"_s), qPrintable(name));
+            noteName(command, name);
+        }
         QCOMPARE(document.history.stepCount(), document.history.position());
         const int end = document.history.position();
         for (int round = 0; round < 2; ++round) {
@@ -542,6 +551,26 @@ void tst_UndoEveryRow::everyRowIsUndoneOrChangesNothing()
     }
     m_main->app.core.dialogs.answers.clear();
     document.history.markSaved();
+}
+
+void tst_UndoEveryRow::noteName(const CommandRow &row, const QString &name)
+{
+    std::string_view menu = row.name;
+    for (std::size_t at = commandRow(menu); at != noRow && !commandTable[at].parent.empty(); at = commandRow(menu))
+        menu = commandTable[at].parent;
+    if (menu == "mnuEdit")
+        m_names[name].append(toText(row.name));
+}
+
+// Behind all rows, which it looks at.
+void tst_UndoEveryRow::everyRowThatChangesATextHasANameOfItsOwn()
+{
+    if (m_names.empty())
+        QSKIP("The rows were not run.");
+    for (const auto &[name, rows] : m_names)
+        QVERIFY2(rows.size() == 1, qPrintable(name + u": "_s + rows.join(u", "_s)));
+    constexpr int rowsAtLeast = 25;
+    QVERIFY(m_names.size() >= rowsAtLeast);
 }
 
 QTEST_MAIN(tst_UndoEveryRow)
