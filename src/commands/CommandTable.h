@@ -217,7 +217,7 @@ inline constexpr std::array table{
     command("mnuEditDelete", "&Delete          Del", "mnuEdit", runs<EditDelete>, inChangeableText,
             push("Delete Text", Text, 4, "DeleteText", inChangeableText)),
     command("mnuEditSelectAll", "Select &all      Ctrl+A", "mnuEdit", runs<EditSelectAll>, inText),
-    command("mnuEditClearEntryText", "Cl&ear entry text", "mnuEdit", runs<EditClearEntryText>, inWritableText),
+    command("mnuEditClearEntryText", "Cl&ear entry text", "mnuEdit", runs<EditClearEntryText>, inWritableText, FarReaching()),
     separator("mnuEditBar1", "mnuEdit"),
     menu("mnuEditInsert", "&Insert", "mnuEdit", inChangeableText),
     command("mnuEditInsertTab", "Insert &tab             Ctrl+Tab", "mnuEditInsert", runs<EditInsertTab>, always, windowKey(Ctrl, Qt::Key_Tab)),

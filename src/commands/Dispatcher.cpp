@@ -10,6 +10,7 @@
 #include "document/Ports.h"
 #include "util/Procedure.h"
 
+#include <QLocale>
 #include <QScopedValueRollback>
 
 using namespace Qt::StringLiterals;
@@ -33,6 +34,7 @@ public:
         : m_document(DocumentActive())
         , m_position(m_document ? m_document->history.position() : 0)
         , m_entries(m_document ? m_document->tree.entryCount() : 0)
+        , m_text(shownText())
     {
     }
 
@@ -48,13 +50,41 @@ public:
         said[0] = said[0].toUpper();
         if (gone > 1)
             said += u" (%1 entries)"_s.arg(gone);
+        // A text that was taken away as a whole.
+        if (const ShownText text = shownText(); text.entry == m_text.entry && text.size == 0 && m_text.size > 0)
+            said += u" (%1)"_s.arg(m_text.inWords());
         m_document->sayOfStep(said + u" – Ctrl+Z takes it back"_s);
     }
 
 private:
+    struct ShownText {
+        EntryId entry = EntryId::None;
+        // In characters; of what is not shown whole, in bytes.
+        qint64 size = 0;
+        bool isWhole = true;
+
+        QString inWords() const
+        {
+            if (!isWhole)
+                return QLocale::system().formattedDataSize(size);
+            return size == 1 ? u"one character"_s : u"%L1 characters"_s.arg(size);
+        }
+    };
+
+    ShownText shownText() const
+    {
+        const auto &text = m_document ? m_document->texts.shown() : nullptr;
+        if (!text)
+            return {};
+        if (const Entry *entry = m_document->texts.shownEntry(); entry && text->state() != TextState::Whole)
+            return {text->entry(), m_document->tree.storedText(entry).size(), false};
+        return {text->entry(), text->document().characterCount() - 1, true};
+    }
+
     Document *m_document;
     int m_position;
     int m_entries;
+    ShownText m_text;
 };
 
 } // namespace

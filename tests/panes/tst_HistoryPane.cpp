@@ -42,6 +42,7 @@ private Q_SLOTS:
     void keysUndoAndRedoFromEitherPane();
     void undoSaysWhatItDid();
     void whatReachesFarSaysSo();
+    void clearingATextSaysHowMuchItWas();
     void whatWasSaidOfAStepEndsWithTheNext();
     void theItemsNameWhatIsDoneByMouseToo();
     void undoGoesAcrossEntries();
@@ -234,6 +235,26 @@ void tst_HistoryPane::whatReachesFarSaysSo()
     rawOutline(document).tree.setLabel(document.tree.root()->child(0), u"Z"_s);
     m_main->choose("mnuOutlineSortAll");
     QCOMPARE(status(), u"Sorting below \"Root\" – Ctrl+Z takes it back"_s);
+}
+
+void tst_HistoryPane::clearingATextSaysHowMuchItWas()
+{
+    const Document &document = plant();
+    form().textBox->setFocus();
+    QTest::keyClicks(form().textBox, QString(1234, u'x'));
+    m_main->choose("mnuEditClearEntryText");
+    QCOMPARE(status(), u"Clearing of the text of \"B\" (%L1 characters) – Ctrl+Z takes it back"_s.arg(1234));
+    press(Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(form().textBox->Text().size(), 1234);
+    QCOMPARE(status(), u"Undid clearing of the text of \"B\""_s);
+    m_main->choose("mnuEditSelectAll");
+    QTest::keyClicks(form().textBox, u"x"_s);
+    m_main->choose("mnuEditClearEntryText");
+    QCOMPARE(status(), u"Clearing of the text of \"B\" (one character) – Ctrl+Z takes it back"_s);
+    // What was empty is no step, and nothing is said of it.
+    const int steps = document.history.stepCount();
+    m_main->choose("mnuEditClearEntryText");
+    QCOMPARE(document.history.stepCount(), steps);
 }
 
 // What Ctrl+Z takes back is another step by then.
