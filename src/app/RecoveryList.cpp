@@ -25,7 +25,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-enum Column { NameColumn, ChangesColumn, TimeColumn, FileColumn, columnCount };
+enum Column { NameColumn, ChangesColumn, TimeColumn, FileColumn };
 
 Dialogs &dialogs()
 {
@@ -91,10 +91,12 @@ QString fileOf(const LeftBehind &left)
 
 QString namesOf(const std::vector<LeftBehind *> &left)
 {
+    constexpr size_t mostNamed = 5;
     QStringList names;
-    for (const LeftBehind *each : left)
-        names.append(u'"' + each->name() + u'"');
-    return names.join(u", "_s);
+    for (size_t place = 0; place < std::min(left.size(), mostNamed); ++place)
+        names.append(u'"' + left[place]->name() + u'"');
+    const QString others = left.size() > mostNamed ? u" and %1 more"_s.arg(left.size() - mostNamed) : QString();
+    return names.join(u", "_s) + others;
 }
 
 } // namespace
@@ -141,6 +143,8 @@ RecoveryList::RecoveryList(std::vector<std::unique_ptr<LeftBehind>> left, Vault 
     m_list->setAccessibleName(u"Documents left behind"_s);
     m_list->setRootIsDecorated(false);
     m_list->setUniformRowHeights(true);
+    // Both ends of a long name tell something.
+    m_list->setTextElideMode(Qt::ElideMiddle);
     m_list->setAllColumnsShowFocus(true);
     m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
     m_list->setHeaderLabels({u"Document"_s, u"Unsaved"_s, u"Kept until"_s, u"Where"_s});
@@ -190,12 +194,18 @@ void RecoveryList::fillList()
     for (const auto &left : m_left) {
         auto *item = new QTreeWidgetItem(m_list, {left->name(), changesOf(*left), timeOf(*left), fileOf(*left)});
         item->setToolTip(NameColumn, left->fileBehind().isEmpty() ? left->name() : left->fileBehind());
+        item->setToolTip(ChangesColumn, left->damage());
+        item->setToolTip(FileColumn, item->text(FileColumn));
         item->setData(NameColumn, Qt::AccessibleTextRole,
                       QStringList{left->name(), changesOf(*left), timeOf(*left), fileOf(*left)}.join(u", "_s));
         item->setSelected(true);
     }
-    for (int column = 0; column < columnCount; ++column)
+    for (int column = 0; column < FileColumn; ++column)
         m_list->resizeColumnToContents(column);
+    // The last one has what the others leave.
+    constexpr int mostCharacters = 36;
+    const int mostOfName = fontMetrics().averageCharWidth() * mostCharacters;
+    m_list->setColumnWidth(NameColumn, std::min(m_list->columnWidth(NameColumn), mostOfName));
     if (QTreeWidgetItem *first = m_list->topLevelItem(0))
         m_list->setCurrentItem(first, NameColumn, QItemSelectionModel::NoUpdate);
     updateButtons();
@@ -225,17 +235,17 @@ void RecoveryList::recover()
 {
     procedure("RecoveryList recover", [this] {
         std::vector<LeftBehind *> recovered;
-        QStringList failed;
+        std::vector<LeftBehind *> failed;
         for (LeftBehind *left : chosen()) {
             if (left->damage().isEmpty() && recoverDocument(*left, m_vault))
                 recovered.push_back(left);
             else
-                failed.append(u'"' + left->name() + u'"');
+                failed.push_back(left);
         }
         remove(recovered);
-        if (!failed.isEmpty())
+        if (!failed.empty())
             dialogs().warn(u"Nothing of %1 could be read. What was kept of it stays where it is; the session log "
-                           "says more."_s.arg(failed.join(u", "_s)));
+                           "says more."_s.arg(namesOf(failed)));
     });
 }
 
@@ -254,10 +264,9 @@ void RecoveryList::discard()
     procedure("RecoveryList discard", [this] {
         const std::vector<LeftBehind *> selected = chosen();
         if (selected.empty() ||
-            dialogs().askPlainly(
-                u"Do you want to discard the unsaved changes of %1? They cannot be recovered any more."_s.arg(
-                    namesOf(selected)),
-                Answer::No) != Answer::Yes)
+            !userAgrees(u"Do you want to discard the unsaved changes of %1? They cannot be recovered any more."_s.arg(
+                            namesOf(selected)),
+                        Answer::No))
             return;
         for (LeftBehind *left : selected)
             left->discard();

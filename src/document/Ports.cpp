@@ -11,6 +11,11 @@ namespace
 
 int s_hourglasses = 0;
 
+Dialogs &userDialogs()
+{
+    return *ports().dialogs;
+}
+
 } // namespace
 
 Ports &ports()
@@ -26,7 +31,12 @@ Document *DocumentActive()
 
 bool userAgrees(const QString &question)
 {
-    return ports().dialogs->ask(question) == Answer::Yes;
+    return userDialogs().ask(question) == Answer::Yes;
+}
+
+bool userAgrees(const QString &question, Answer preset)
+{
+    return userDialogs().askPlainly(question, preset) == Answer::Yes;
 }
 
 void sayOfActive(const QString &text)

@@ -179,6 +179,8 @@ Document *DocumentActive();
 
 // Whether the user answers a question with Yes.
 bool userAgrees(const QString &question);
+// The same of a question without an icon, where Return may answer something else.
+bool userAgrees(const QString &question, Answer preset);
 
 // Has the status bar say something of the active document in passing, or without one of what was asked for.
 void sayOfActive(const QString &text);

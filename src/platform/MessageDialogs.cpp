@@ -3,12 +3,14 @@
 
 #include "platform/MessageDialogs.h"
 
+#include "platform/BreakableText.h"
 #include "platform/FontDialog.h"
 
 #include <QApplication>
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QGridLayout>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
 
@@ -68,6 +70,8 @@ int showBox(QMessageBox::Icon icon, const QString &text, QMessageBox::StandardBu
     QMessageBox box(icon, title(), text, buttons, QApplication::activeWindow());
     // A file name is never markup.
     box.setTextFormat(Qt::PlainText);
+    if (auto *label = box.findChild<QLabel *>(u"qt_msgbox_label"_s))
+        setBreakableText(*label, text);
     box.setDefaultButton(preset);
     widenForTitle(box);
     return box.exec();

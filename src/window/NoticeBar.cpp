@@ -3,6 +3,8 @@
 
 #include "window/NoticeBar.h"
 
+#include "platform/BreakableText.h"
+
 #include <QAbstractButton>
 #include <QAccessibleWidget>
 #include <QHBoxLayout>
@@ -12,7 +14,6 @@
 #include <QPushButton>
 #include <QScrollArea>
 #include <QStyle>
-#include <QTextBoundaryFinder>
 #include <QTimer>
 
 #include <algorithm>
@@ -55,26 +56,6 @@ QAccessibleInterface *noticeInterface(const QString &className, QObject *object)
     return new QAccessibleWidget(static_cast<QWidget *>(object), QAccessible::AlertMessage);
 }
 
-// Lets a line end within a word that may be longer than a line, such as a path.
-QString breakable(const QString &text)
-{
-    constexpr int longWord = 20;
-    QStringList words = text.split(u' ');
-    for (QString &word : words) {
-        if (word.size() <= longWord)
-            continue;
-        QString parts;
-        QTextBoundaryFinder finder(QTextBoundaryFinder::Grapheme, word);
-        for (qsizetype start = 0, end = 0; (end = finder.toNextBoundary()) >= 0; start = end) {
-            if (start > 0)
-                parts += QChar(0x200b);
-            parts += QStringView(word).sliced(start, end - start);
-        }
-        word = parts;
-    }
-    return words.join(u' ');
-}
-
 // A colour between two, `share` of it the second.
 QColor mixed(const QColor &first, const QColor &second, double share)
 {
@@ -109,8 +90,7 @@ void NoticeRow::setText(const QString &text)
     if (text == m_text)
         return;
     m_text = text;
-    m_label->setText(breakable(text));
-    m_label->setAccessibleName(text);
+    setBreakableText(*m_label, text);
     setAccessibleName(text);
     for (QPushButton *button : findChildren<QPushButton *>())
         button->setAccessibleDescription(text);

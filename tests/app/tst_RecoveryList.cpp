@@ -23,6 +23,8 @@ private Q_SLOTS:
     void nothingIsShownWhereNothingWasLeft();
     void eachDocumentIsNamedWithWhatIsKeptOfIt();
     void whatIsUnsavedWithoutChangesIsSaidToBeWhatItIs();
+    void aLongNameLeavesTheOthersInSight();
+    void manyAreNotAllNamedWhenTheyAreDiscarded();
     void allAreRecoveredByReturn();
     void whatIsLookedAtStaysInTheList();
     void discardingAsksFirst();
@@ -31,7 +33,9 @@ private Q_SLOTS:
 
 private:
     // Two documents with unsaved changes, one of which never had a file, as a program that was ended leaves them.
-    void leaveTwo();
+    void leaveTwo() { leave({m_folder->filePath(u"notes.qly"_s), QString()}); }
+
+    void leave(const QStringList &files);
     QPointer<RecoveryList> offer();
 
     static QPushButton *button(const RecoveryList &list, const QString &name)
@@ -60,11 +64,11 @@ void tst_RecoveryList::cleanup()
     m_ports.reset();
 }
 
-void tst_RecoveryList::leaveTwo()
+void tst_RecoveryList::leave(const QStringList &files)
 {
     Vault gone({m_vault->folder(), {}, false});
     std::vector<std::unique_ptr<Document>> documents;
-    for (const QString &file : {m_folder->filePath(u"notes.qly"_s), QString()}) {
+    for (const QString &file : files) {
         auto outline = std::make_unique<Outline>();
         Entry *root = outline->tree.insert(Relationship::tvwFirst, nullptr);
         documents.push_back(std::make_unique<Document>(std::move(outline)));
@@ -143,6 +147,40 @@ void tst_RecoveryList::whatIsUnsavedWithoutChangesIsSaidToBeWhatItIs()
              (QStringList{
                  u"beside.qly: 1 change, %1 (recovered from the file there, and never saved)"_s.arg(m_folder->path()),
                  u"gone.qly: its file is gone, %1 (the file is no longer there)"_s.arg(m_folder->path())}));
+    list->close();
+}
+
+void tst_RecoveryList::aLongNameLeavesTheOthersInSight()
+{
+    const QString name = QString(240, u'w') + u".the end.qly"_s;
+    leave({m_folder->filePath(name)});
+    const QPointer<RecoveryList> list = offer();
+    const QTreeWidgetItem *item = rows(*list)->topLevelItem(0);
+    const int last = 3;
+    for (int column = 0; column <= last; ++column) {
+        const QRect cell = rows(*list)->visualRect(rows(*list)->model()->index(0, column));
+        QVERIFY2(rows(*list)->viewport()->rect().contains(cell), qPrintable(QString::number(column)));
+    }
+    QVERIFY(rows(*list)->columnWidth(last) > list->fontMetrics().averageCharWidth() * 20);
+    QCOMPARE(rows(*list)->textElideMode(), Qt::ElideMiddle);
+    QCOMPARE(item->toolTip(0), m_folder->filePath(name));
+    QCOMPARE(item->toolTip(last), item->text(last));
+    QVERIFY(item->data(0, Qt::AccessibleTextRole).toString().contains(name));
+    list->close();
+}
+
+void tst_RecoveryList::manyAreNotAllNamedWhenTheyAreDiscarded()
+{
+    QStringList files;
+    for (int file = 1; file <= 8; ++file)
+        files.append(m_folder->filePath(u"notes %1.qly"_s.arg(file)));
+    leave(files);
+    const QPointer<RecoveryList> list = offer();
+    m_ports->dialogs.answers = {Answer::No};
+    QTest::mouseClick(button(*list, u"cmdDiscard"_s), Qt::LeftButton);
+    const QString question = m_ports->dialogs.plainQuestions.value(0);
+    QCOMPARE(question.count(u".qly\""_s), 5);
+    QVERIFY2(question.contains(u" and 3 more? They"_s), qPrintable(question));
     list->close();
 }
 
