@@ -30,6 +30,10 @@ bool isNot(State state)
     return !(state.*fact);
 }
 
+// Short words, which are other things elsewhere.
+namespace need
+{
+
 constexpr Need open{documentOpen, "no document is open"};
 constexpr Need entry{is<&CommandState::Selected>, "no entry is selected"};
 constexpr Need changeable{is<&CommandState::Writable>, "the document is read-only"};
@@ -57,6 +61,8 @@ constexpr Need behind{placesBehind, "no other entry was visited before"};
 constexpr Need ahead{placesAhead, "there is no entry to go forward to"};
 constexpr Need function{never, "it has no function"};
 
+} // namespace need
+
 struct RuleNeeds {
     Rule rule;
     std::vector<Need> needs;
@@ -65,6 +71,7 @@ struct RuleNeeds {
 // In the order in which they are asked for.
 const std::vector<RuleNeeds> &needsOfRules()
 {
+    using namespace need;
     static const std::vector<RuleNeeds> all{
         {never, {function}},
         {documentOpen, {open}},
@@ -107,9 +114,9 @@ QString reasonOf(Rule rule, const CommandState &state)
     for (const RuleNeeds &each : needsOfRules()) {
         if (each.rule != rule)
             continue;
-        for (const Need &need : each.needs) {
-            if (!need.holds(state))
-                return QString::fromLatin1(need.otherwise);
+        for (const Need &asked : each.needs) {
+            if (!asked.holds(state))
+                return QString::fromLatin1(asked.otherwise);
         }
     }
     return QStringLiteral("it has nothing to act on");
