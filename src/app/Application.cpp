@@ -6,6 +6,7 @@
 #include "app/RecoveryList.h"
 #include "app/frmAbout.h"
 #include "app/modMain.h"
+#include "platform/WorkProgress.h"
 #include "search/frmSearch.h"
 #include "search/modSearch.h"
 #include "util/Numbers.h"
@@ -68,7 +69,8 @@ Application::Application(const QStringList &arguments)
     appPorts().keeper = &m_keeper;
     appPorts().vault = &m_vault;
     appPorts().versions = &m_versions;
-    searchPorts() = {&m_settings, [this] { frmSearch(&m_mainWindow).exec(); }, modMain::SaveSettings};
+    searchPorts() = {&m_settings, [this] { frmSearch(&m_mainWindow).exec(); }, modMain::SaveSettings,
+                     [](const QString &what) { return workProgress(what, QApplication::activeWindow()); }};
     setErrorReporter(modMain::ReportError);
     setRemarkWriter(modMain::WriteLog);
     procedure("Application takeVersionSettings", [this] { takeVersionSettings(m_versions, m_settings); });

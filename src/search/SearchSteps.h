@@ -49,6 +49,9 @@ bool mayHoldMatch(const QByteArray &text);
 // for now: replacing all begins with what the user has selected, whatever it is, but not with that.
 void dropLeftMatch(const Document &document);
 
+// Finds the next match of the chosen scope, and says nothing when there is none.
+bool performSearch();
+
 // Tells the user that there is nothing more to be found.
 void tellCompleted();
 

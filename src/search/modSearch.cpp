@@ -114,6 +114,22 @@ void tellCompleted()
     ports().dialogs->informPlainly(u"Search completed"_s);
 }
 
+bool performSearch()
+{
+    const HourglassPointer hourglass;
+    switch (searchScope()) {
+    case SearchScope::CurrentText:
+        return modSearch::SearchText();
+    case SearchScope::AllTexts:
+        return modSearch::SearchAllTexts();
+    case SearchScope::AllNames:
+        return modSearch::SearchLabels();
+    case SearchScope::None:
+        break;
+    }
+    return false;
+}
+
 int findOptions()
 {
     return (g_bSearchMatchCase ? TextFind::MatchCase : 0) | (g_bSearchWholeWord ? TextFind::WholeWord : 0) |
@@ -203,23 +219,7 @@ void SearchRepeat()
 bool SearchPerform()
 {
     return stepProcedure(DocumentActive(), "modSearch SearchPerform", [] {
-        bool found = false;
-        {
-            const HourglassPointer hourglass;
-            switch (searchScope()) {
-            case SearchScope::CurrentText:
-                found = SearchText();
-                break;
-            case SearchScope::AllTexts:
-                found = SearchAllTexts();
-                break;
-            case SearchScope::AllNames:
-                found = SearchLabels();
-                break;
-            case SearchScope::None:
-                break;
-            }
-        }
+        const bool found = performSearch();
         if (!found && DocumentActive())
             tellCompleted();
         return found;

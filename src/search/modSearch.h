@@ -11,12 +11,18 @@ class Document;
 class Entry;
 class SettingsStore;
 
+// Is told how much of a work is done, of how much in all (0 where nobody knows), and answers false when the user wants
+// it to be stopped.
+using SearchProgress = std::function<bool(int done, int all)>;
+
 // What the search asks of the program around it.
 struct SearchPorts {
     SettingsStore *settings = nullptr;
     // Shows the dialog and returns when it is closed.
     std::function<void()> showDialog;
     std::function<void()> saveSettings;
+    // Shows how far a work is, as long as what is returned lives; without it nobody sees it or stops it.
+    std::function<SearchProgress(const QString &what)> showProgress = {};
 };
 
 SearchPorts &searchPorts();

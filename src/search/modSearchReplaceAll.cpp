@@ -96,6 +96,34 @@ bool isPlain(const QString &text)
                         [&](QChar c) { return std::ranges::find(breaks, c.unicode()) != std::end(breaks); });
 }
 
+// What was replaced so far. The user may stop it, and then it stays so.
+class Undertaking
+{
+public:
+    Undertaking()
+        : m_goOn(searchPorts().showProgress ? searchPorts().showProgress(u"Replacing - please wait..."_s)
+                                            : SearchProgress())
+    {
+    }
+
+    void add(qsizetype matches) { m_replaced += static_cast<int>(matches); }
+
+    bool goesOn(int done, int all)
+    {
+        m_isCancelled = m_isCancelled || (m_goOn && !m_goOn(done, all));
+        return !m_isCancelled;
+    }
+
+    bool isCancelled() const { return m_isCancelled; }
+
+    int replaced() const { return m_replaced; }
+
+private:
+    const SearchProgress m_goOn;
+    int m_replaced = 0;
+    bool m_isCancelled = false;
+};
+
 bool holdsMatch(const QString &text)
 {
     return findText(text, g_sSearchFind, 0, -1, findOptions()) >= 0;
@@ -143,7 +171,7 @@ void replaceAllInPane(Document &document, PassedOver &passedOver)
 // One way through the text of an entry that the pane does not show. Whether anything was replaced, and whether nothing
 // is left.
 struct StoredWay {
-    bool isChanged = false;
+    qsizetype replaced = 0;
     bool isClean = true;
 };
 
@@ -151,7 +179,8 @@ StoredWay stateAfter(const Way &way)
 {
     if (way.replacements().empty())
         return {};
-    return {true, way.result().size() > longestText || !holdsMatch(way.result())};
+    return {static_cast<qsizetype>(way.replacements().size()),
+            way.result().size() > longestText || !holdsMatch(way.result())};
 }
 
 StoredWay goThroughStored(Document &document, const TextSieve &sieve, Entry *entry, PassedOver &passedOver)
@@ -186,7 +215,7 @@ StoredWay goThroughStored(Document &document, const TextSieve &sieve, Entry *ent
 }
 
 // Round all entries from the selected one on, until none but the one with the last match is left.
-void replaceAllInTexts(Document &document, PassedOver &passedOver)
+void replaceAllInTexts(Document &document, PassedOver &passedOver, Undertaking &undertaking)
 {
     const HiddenText hidden(document.view()->txtRTF);
     History::Step step(document.history, u"replacement in texts"_s);
@@ -205,18 +234,22 @@ void replaceAllInTexts(Document &document, PassedOver &passedOver)
         pane.replaceText(rest.replacements());
         text = pane.FindableText();
         replaced.insert(first);
+        undertaking.add(static_cast<qsizetype>(rest.replacements().size()));
     }
     if (document.bTextWithheld())
         passedOver.add(*entries.at(first));
     isClean[at(first)] = document.bTextWithheld() || !holdsMatch(text);
     int last = first;
     const TextSieve sieve(document);
-    for (int i = first % count + 1, others = 0; others < count - 1; i = i % count + 1) {
+    for (int i = first % count + 1, others = 0, done = 1; others < count - 1; i = i % count + 1) {
+        if (!undertaking.goesOn(std::min(done++, count), count))
+            break;
         const StoredWay way =
             isClean[at(i)] ? StoredWay() : goThroughStored(document, sieve, entries.at(i), passedOver);
         isClean[at(i)] = way.isClean || ++ways[at(i)] == mostWays;
-        others = way.isChanged ? 0 : others + 1;
-        if (way.isChanged) {
+        others = way.replaced > 0 ? 0 : others + 1;
+        undertaking.add(way.replaced);
+        if (way.replaced > 0) {
             last = i;
             replaced.insert(i);
         }
@@ -302,7 +335,7 @@ bool isMatchSelected(const TextPane &pane)
 
 // Goes by single steps where those are few, or texts have to be looked at anew after each. Matches that cannot be
 // replaced are passed over.
-void replaceAllByStep(Document &document, PassedOver &passedOver)
+void replaceAllByStep(Document &document, PassedOver &passedOver, Undertaking &undertaking)
 {
     TextPane &pane = document.view()->txtRTF;
     const Entry *selected = document.tree.selected();
@@ -316,12 +349,15 @@ void replaceAllByStep(Document &document, PassedOver &passedOver)
     for (bool isMatch = true;;) {
         if (isMatch && isText && document.bTextWithheld() && document.tree.selected())
             passedOver.add(*document.tree.selected());
+        undertaking.add(isMatch && isText && pane.SelLength() > 0 && !document.bTextWithheld() ? 1 : 0);
         if (isMatch)
             modSearch::SearchPerformReplace();
         hasReplaced |= isMatch;
+        if (!undertaking.goesOn(undertaking.replaced(), 0))
+            break;
         const Place behind = placeIn(document, isText ? endOfSelection(pane) : 0);
-        if (!modSearch::SearchPerform())
-            return passedOver.tell(document);
+        if (!performSearch())
+            break;
         const Place match = placeIn(document, isText ? endOfSelection(pane) : 0);
         isMatch = !isText || isMatchSelected(pane);
         const bool isRoundAgain = match <= behind && !(isText && g_bSearchBackwards);
@@ -334,8 +370,15 @@ void replaceAllByStep(Document &document, PassedOver &passedOver)
         }
         last = match;
     }
-    passedOver.tell(document);
-    tellCompleted();
+}
+
+// What the status bar says when the user has stopped it.
+void tellCancelled(Document &document, int replaced)
+{
+    const QString what = replaced == 0   ? u"Cancelled before anything was replaced"_s
+                         : replaced == 1 ? u"Cancelled: 1 match was replaced"_s
+                                         : u"Cancelled: %1 matches were replaced"_s.arg(replaced);
+    document.sayOfStep(what);
 }
 
 } // namespace
@@ -356,21 +399,27 @@ void SearchReplaceAll()
         // Selected cells stay as they are, and the search goes on behind them.
         const bool isFew = isText && (g_bSearchBackwards || g_sSearchReplace.isEmpty() || !isPlain(g_sSearchFind) ||
                                       !isPlain(g_sSearchReplace) || document->view()->txtRTF.SelHoldsCells());
+        std::optional<Undertaking> undertaking(std::in_place);
         if (isFew || !document->tree.selected() || scope == SearchScope::None) {
-            replaceAllByStep(*document, passedOver);
-            return;
-        }
-        {
+            replaceAllByStep(*document, passedOver, *undertaking);
+        } else {
             const HourglassPointer hourglass;
             if (scope == SearchScope::CurrentText)
                 replaceAllInPane(*document, passedOver);
             else if (scope == SearchScope::AllTexts)
-                replaceAllInTexts(*document, passedOver);
+                replaceAllInTexts(*document, passedOver, *undertaking);
             else
                 replaceAllInLabels(*document);
         }
         passedOver.tell(*document);
-        tellCompleted();
+        const bool isCancelled = undertaking->isCancelled();
+        const int replaced = undertaking->replaced();
+        // Its window goes before another one comes.
+        undertaking.reset();
+        if (isCancelled)
+            tellCancelled(*document, replaced);
+        else
+            tellCompleted();
     });
 }
 

@@ -66,6 +66,9 @@ private Q_SLOTS:
     void replaceAllTellsWhichTextsItLeft_data();
     void replaceAllTellsWhichTextsItLeft();
     void replaceAllInAllTexts();
+    void replaceAllThatIsCancelledIsOneStepToUndo_data();
+    void replaceAllThatIsCancelledIsOneStepToUndo();
+    void replaceAllTellsHowFarItIs();
     void replaceAllInLabels();
     void replaceAllInALongLabel();
     void replacingInALongLabelMovesNoMoreForEachMatch();
@@ -748,6 +751,81 @@ void tst_modSearch::replaceAllInAllTexts()
     QCOMPARE(f.textOf(root), u"a dog"_s);
     QCOMPARE(f.textOf(child), u"no"_s);
     QCOMPARE(f.textOf(other), u"dog dog"_s);
+}
+
+void tst_modSearch::replaceAllThatIsCancelledIsOneStepToUndo_data()
+{
+    QTest::addColumn<QString>("replacement");
+    QTest::addColumn<int>("rounds");
+    QTest::addColumn<QString>("said");
+
+    QTest::newRow("from text to text") << u"new"_s << 3 << u"Cancelled: 4 matches were replaced"_s;
+    QTest::newRow("at once") << u"new"_s << 0 << u"Cancelled: 2 matches were replaced"_s;
+    QTest::newRow("by single steps") << u""_s << 4 << u"Cancelled: 4 matches were replaced"_s;
+    QTest::newRow("by single steps, at the first") << u""_s << 2 << u"Cancelled: 2 matches were replaced"_s;
+}
+
+void tst_modSearch::replaceAllThatIsCancelledIsOneStepToUndo()
+{
+    QFETCH(QString, replacement);
+    QFETCH(int, rounds);
+    QFETCH(QString, said);
+    Entry *root = m_fixture->add(nullptr, u"Root"_s, u"old and old"_s);
+    Entry *one = m_fixture->add(root, u"One"_s, u"old text"_s);
+    Entry *two = m_fixture->add(root, u"Two"_s, u"nothing"_s);
+    Entry *three = m_fixture->add(root, u"Three"_s, u"an old text"_s);
+    Entry *four = m_fixture->add(root, u"Four"_s, u"an old, old text"_s);
+    const std::vector<Entry *> entries{root, one, two, three, four};
+    modNodes::NodeSelectFull(m_fixture->document, root);
+    g_sSearchFind = u"old"_s;
+    g_sSearchReplace = replacement;
+    g_sSearchScope = u"1"_s;
+    int asked = 0;
+    int open = 0;
+    searchPorts().showProgress = [&](const QString &) -> SearchProgress {
+        ++open;
+        return [&, closing = std::shared_ptr<int>(&open, [](int *windows) { --*windows; })](int, int) {
+            return asked++ < rounds;
+        };
+    };
+    modSearch::SearchReplaceAll();
+    searchPorts().showProgress = nullptr;
+    QCOMPARE(open, 0);
+    QCOMPARE(m_fixture->document.said(), said);
+    QVERIFY(m_fixture->fake.dialogs.notices.isEmpty());
+    QCOMPARE(m_fixture->document.history.stepCount(), 1);
+    int left = 0;
+    for (const Entry *each : entries)
+        left += int(m_fixture->textOf(each).count(u"old"_s));
+    QCOMPARE(left, 6 - QStringView(said).sliced(11, 1).toInt());
+    QVERIFY(m_fixture->document.history.undo());
+    left = 0;
+    for (const Entry *each : entries)
+        left += int(m_fixture->textOf(each).count(u"old"_s));
+    QCOMPARE(left, 6);
+}
+
+void tst_modSearch::replaceAllTellsHowFarItIs()
+{
+    Entry *root = m_fixture->add(nullptr, u"Root"_s, u"old"_s);
+    for (int i = 0; i < 4; ++i)
+        m_fixture->add(root, u"Entry"_s, u"old"_s);
+    modNodes::NodeSelectFull(m_fixture->document, root);
+    g_sSearchFind = u"old"_s;
+    g_sSearchReplace = u"new"_s;
+    g_sSearchScope = u"1"_s;
+    QList<std::pair<int, int>> told;
+    searchPorts().showProgress = [&](const QString &what) -> SearchProgress {
+        [what] { QCOMPARE(what, u"Replacing - please wait..."_s); }();
+        return [&](int done, int all) {
+            told.append({done, all});
+            return true;
+        };
+    };
+    modSearch::SearchReplaceAll();
+    searchPorts().showProgress = nullptr;
+    QCOMPARE(told.mid(0, 5), (QList<std::pair<int, int>>{{1, 5}, {2, 5}, {3, 5}, {4, 5}, {5, 5}}));
+    QCOMPARE(m_fixture->fake.dialogs.notices, QStringList{u"Search completed"_s});
 }
 
 void tst_modSearch::replaceAllInLabels()
