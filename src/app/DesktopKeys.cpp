@@ -9,11 +9,24 @@
 
 #include <QAction>
 #include <QApplication>
+#include <QComboBox>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QWidget>
 
 using Road = CommandKey::Road;
+
+namespace
+{
+
+// A box has the keyboard in place of its line.
+bool isLineEditor(const QWidget &widget)
+{
+    const auto *box = qobject_cast<const QComboBox *>(&widget);
+    return (box && box->isEditable()) || qobject_cast<const QLineEdit *>(&widget);
+}
+
+} // namespace
 
 DesktopKeyFilter::DesktopKeyFilter(QWidget &mainWindow, Dispatcher &dispatcher)
     : QObject(&mainWindow)
@@ -55,7 +68,7 @@ bool DesktopKeyFilter::eventFilter(QObject *watched, QEvent *event)
     auto &press = *static_cast<QKeyEvent *>(event);
     const KeyBinding *found = bindingOf(press, Road::Desktop);
     const KeyBinding *editing = found ? nullptr : bindingOf(press, Road::Editing);
-    if (editing && qobject_cast<const QLineEdit *>(watched)) {
+    if (editing && isLineEditor(*widget)) {
         // Nor is it to become a shortcut where the editor has no use for it.
         event->accept();
         return event->type() == QEvent::ShortcutOverride;

@@ -9,6 +9,7 @@ namespace
 {
 
 constexpr std::array rows{
+    PaneRow{"mnuToolsFindEverywhere", makeFindPane, "keyFindEverywhere"},
     PaneRow{"mnuToolsHistory", makeHistoryPane},
 };
 

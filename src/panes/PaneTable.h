@@ -10,4 +10,5 @@
 // The program's panes, each in the file of its name.
 std::span<const PaneRow> paneTable();
 
+std::unique_ptr<Pane> makeFindPane(const PaneHost &host);
 std::unique_ptr<Pane> makeHistoryPane(const PaneHost &host);

@@ -10,7 +10,7 @@
 
 #include "model/ShownLabel.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QLabel>
 #include <QMouseEvent>
 #include <QScrollBar>
@@ -119,6 +119,7 @@ void PreviewOverlay::show(const Preview &preview)
     if (!entry)
         return;
     m_preview = preview;
+    keepKeyboard(QApplication::focusWidget());
     m_form.treeView->mark(entry);
     showHead(*entry);
     setGeometry(m_form.textBox->geometry());
@@ -133,16 +134,27 @@ void PreviewOverlay::end()
     if (!isShown())
         return;
     m_preview = {};
+    keepKeyboard(nullptr);
     m_shown = EntryId::None;
     hide();
     m_text->showText(std::make_shared<EntryDocument>(Inflated(), m_form.document().baseFont()));
     m_form.treeView->endMark(TreeView::AfterMark::GoBack);
 }
 
+// A click would give it to the window's pane otherwise, and that would end the look.
+void PreviewOverlay::keepKeyboard(QWidget *widget)
+{
+    for (QWidget *each :
+         {static_cast<QWidget *>(this), static_cast<QWidget *>(m_head), static_cast<QWidget *>(m_text)}) {
+        each->setFocusProxy(widget);
+        each->setFocusPolicy(widget ? Qt::ClickFocus : Qt::NoFocus);
+    }
+}
+
 // Whoever clicked into the outline means what he saw there.
 void PreviewOverlay::leave()
 {
-    if (isShown() && QGuiApplication::mouseButtons() != Qt::NoButton)
+    if (isShown() && QApplication::mouseButtons() != Qt::NoButton)
         m_form.treeView->endMark(TreeView::AfterMark::Stay);
     end();
 }

@@ -37,6 +37,7 @@ protected:
 
 private:
     void leave();
+    void keepKeyboard(QWidget *widget);
     void takeColours();
     void showHead(const Entry &entry);
     void showText(const Entry &entry);

@@ -442,6 +442,8 @@ class Tour:
         self.choose("mnuToolsUndo", rows)
         for _ in range(2):
             self.choose("mnuToolsHistory")
+        for _ in range(2):
+            self.choose("mnuToolsFindEverywhere")
         self.choose("mnuToolsVersions", answer="Escape")
         self.choose("mnuToolsRecover", answer="Escape")
         self.key("F6", rows)
