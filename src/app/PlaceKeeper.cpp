@@ -63,6 +63,7 @@ void PlaceKeeper::setRest(int milliseconds)
 
 void PlaceKeeper::settle()
 {
+    note(false);
     m_rest.stop();
     m_trail.settle();
 }
@@ -84,13 +85,16 @@ void PlaceKeeper::noteOf(const frmDocument *form)
 
 void PlaceKeeper::note(bool isMeant)
 {
+    // What a file leaves selected is shown once it was read.
+    if (bBusy && m_rests)
+        m_rest.start();
     Document *document = m_area.activeDocument();
     const Entry *entry = document && !bBusy ? document->tree.selected() : nullptr;
     if (!entry)
         return;
     m_trail.show({document, entry->id()});
     if (isMeant)
-        settle();
+        m_trail.settle();
     else if (m_rests)
         m_rest.start();
 }

@@ -8,6 +8,7 @@
 #include "app/CommandMenus.h"
 #include "app/DesktopKeys.h"
 #include "app/DocumentArea.h"
+#include "app/GoToAnything.h"
 #include "app/MainSurface.h"
 #include "app/MenuBarKeys.h"
 #include "app/PlaceKeeper.h"
@@ -52,6 +53,7 @@ frmMain::frmMain(QWidget *parent)
     menuBar()->setAccessibleName(u"Menu bar"_s);
     bindAppCommands(m_dispatcher, *this, m_documents->mdiArea());
     m_places = new PlaceKeeper(*m_documents, m_dispatcher, *this);
+    m_goToAnything = std::make_unique<GoToAnything>(*m_documents, m_dispatcher, *m_places, *this);
     m_menuBarKeys = new MenuBarKeys(*menuBar());
     m_menus = new CommandMenus(*menuBar(), m_dispatcher);
     connect(m_documents.get(), &DocumentArea::menuWanted, m_menus, &CommandMenus::popUp);

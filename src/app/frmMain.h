@@ -14,6 +14,7 @@
 class ActiveState;
 class CommandMenus;
 class DocumentArea;
+class GoToAnything;
 class MainSurface;
 class MenuBarKeys;
 class PaneDocks;
@@ -91,6 +92,7 @@ private:
     std::unique_ptr<ActiveState> m_activeState;
     std::unique_ptr<DocumentArea> m_documents;
     PlaceKeeper *m_places = nullptr;
+    std::unique_ptr<GoToAnything> m_goToAnything;
     MenuBarKeys *m_menuBarKeys = nullptr;
     CommandMenus *m_menus = nullptr;
     Toolbar *m_toolbar = nullptr;

@@ -293,6 +293,7 @@ inline constexpr std::array table{
     command("mnuToolsRedo", "&Redo", "mnuTools", runs<ToolsRedo>, redoable, editingKey(CtrlShift, Qt::Key_Z), editingKey(Ctrl, Qt::Key_Y), redoCaption),
     keyAlone("toolsGoTo", "mnuTools", runs<ToolsGoTo>, undoableOrRedoable, Jumps()),
     separator("mnuToolsBar1", "mnuTools"),
+    command("mnuToolsGoToAnything", "Go to &anything...", "mnuTools", boundAbove("GoToAnything::show"), always, Jumps(), desktopKey(Ctrl, Qt::Key_K)),
     command("mnuToolsBack", "&Back", "mnuTools", boundAbove("PlaceKeeper::goBack"), placesBehind, desktopKey(CtrlAlt, Qt::Key_Left)),
     command("mnuToolsForward", "For&ward", "mnuTools", boundAbove("PlaceKeeper::goForward"), placesAhead, desktopKey(CtrlAlt, Qt::Key_Right)),
     separator("mnuToolsBarPlaces", "mnuTools"),

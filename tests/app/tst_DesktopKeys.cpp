@@ -147,7 +147,8 @@ void tst_DesktopKeys::withNoDocumentNewAndOpenWorkAndTheOthersDoNothing()
     for (const KeyBinding &each : desktopKeys)
         press(combinationOf(each));
     QCOMPARE(m_chosen, QStringList({u"mnuFileNew"_s, u"mnuFileOpen"_s, u"mnuFileExit"_s, u"mnuSearchFind"_s}) +
-                           (m_main->enabled("mnuSearchRepeat") ? QStringList(u"mnuSearchRepeat"_s) : QStringList()));
+                           (m_main->enabled("mnuSearchRepeat") ? QStringList(u"mnuSearchRepeat"_s) : QStringList()) +
+                           QStringList(u"mnuToolsGoToAnything"_s));
 }
 
 void tst_DesktopKeys::eachRunsItsItemFromEitherPane_data()

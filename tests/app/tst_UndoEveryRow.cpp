@@ -348,6 +348,12 @@ const std::map<std::string_view, RowCase> &cases()
         {"mnuToolsRedo", {Travels, withAStepUndone}},
         // Its argument is the position.
         {"toolsGoTo", {Travels, withAStep}},
+        {"mnuToolsGoToAnything",
+         {Shows,
+          [](MainFixture &main) {
+              inOutline(main);
+              closeModalWindow();
+          }}},
         {"mnuToolsBack", {PointsOut, withPlaces}},
         {"mnuToolsForward",
          {PointsOut,

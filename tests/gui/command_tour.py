@@ -32,7 +32,8 @@ def typed(key):
 ASKING = {"mnuFileOpen", "mnuFileSaveAs", "mnuFileImportText", "mnuFileExportText", "mnuFilePrintSetup",
           "mnuFilePrintPreview", "mnuFilePrint", "mnuFilePrintEntry", "mnuFilePrintPreviewEntry", "mnuOutlineDelete",
           "mnuOutlineDeleteTaggedEntries", "mnuOutlineFont", "mnuEditClearEntryText", "mnuEditCurrentFont",
-          "mnuEditDocumentFont", "mnuSearchFind", "mnuSearchReplace", "mnuToolsVersions", "mnuToolsRecover", "mnuHelpSearch",
+          "mnuEditDocumentFont", "mnuSearchFind", "mnuSearchReplace", "mnuToolsGoToAnything", "mnuToolsVersions", "mnuToolsRecover",
+          "mnuHelpSearch",
           "mnuHelpAbout"}
 
 # Those of them that are enabled without a document, but have nothing to ask then.
@@ -455,6 +456,8 @@ class Tour:
         press("Down")
         time.sleep(1.5)
         below = self.rows()
+        self.choose("mnuToolsGoToAnything", below, answer="Escape")
+        self.key("ctrl+k", below, answer="Escape")
         self.choose("mnuToolsBack", rows)
         self.choose("mnuToolsForward", below)
         self.key("ctrl+alt+Left", rows)
