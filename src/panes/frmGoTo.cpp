@@ -172,8 +172,8 @@ public:
                    item.direction);
         const QRect rest = room.adjusted(width + gap, 0, 0, 0);
         if (rest.width() > gap)
-            draw(rest, pale, row.whyNot.isEmpty() ? row.way : u"not now: "_s + row.whyNot, Qt::ElideMiddle,
-                 Qt::AlignLeft);
+            draw(rest, pale, row.whyNot.isEmpty() ? row.way : u"not now: "_s + row.whyNot,
+                 row.whyNot.isEmpty() ? Qt::ElideMiddle : Qt::ElideRight, Qt::AlignLeft);
         painter->restore();
     }
 
@@ -290,7 +290,8 @@ void frmGoTo::tell()
 {
     const QModelIndex index = m_list->currentIndex();
     if (!index.isValid()) {
-        m_note->setText(u"Nothing has these letters in this order."_s);
+        m_note->setText(m_line->text().isEmpty() ? u"Type some letters of where to go."_s
+                                                 : u"Nothing has these letters in this order."_s);
         return;
     }
     const GoToRow &row = m_rows->row(index.row());
