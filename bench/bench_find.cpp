@@ -8,6 +8,7 @@
 
 #include "document/Document.h"
 #include "find/EntryLook.h"
+#include "find/FindReplace.h"
 #include "find/FindRun.h"
 #include "find/TextIndex.h"
 #include "model/Entry.h"
@@ -21,8 +22,7 @@
 
 #include <cstring>
 #include <ctime>
-#include <map>
-#include <string>
+#include <vector>
 
 using namespace Qt::StringLiterals;
 
@@ -163,13 +163,54 @@ void find(benchmark::State &state, const char *text, bool isExpression)
     state.counters["to_inflating"] = spent.processor / inflated;
 }
 
+// Replacing two hits in each of so many texts, and undoing it.
+void replace(benchmark::State &state)
+{
+    const int entries = static_cast<int>(state.range(0));
+    double undoing = 0;
+    double replacing = 0;
+    for (auto _ : state) {
+        state.PauseTiming();
+        Document document;
+        EntryTree &tree = rawOutline(document).tree;
+        Entry *root = tree.insert(Relationship::tvwChild, nullptr);
+        for (int i = 1; i <= entries; ++i)
+            tree.setStoredText(tree.insert(Relationship::tvwChild, root), generatedText(i, 2));
+        const FindQuery query(u"match"_s, {});
+        FindRun run(document, query);
+        std::vector<FindReplace::Choice> choices;
+        QEventLoop loop;
+        QObject::connect(&run, &FindRun::found, &loop, [&](const std::vector<EntryHits> &found) {
+            for (const EntryHits &each : found)
+                choices.push_back(FindReplace::wholeOf(each));
+        });
+        QObject::connect(&run, &FindRun::finished, &loop, &QEventLoop::quit);
+        loop.exec();
+        state.ResumeTiming();
+        const double start = threadSeconds(CLOCK_THREAD_CPUTIME_ID);
+        const FindReplace::Result result = FindReplace(query, u"word"_s).apply(document, choices);
+        const double done = threadSeconds(CLOCK_THREAD_CPUTIME_ID);
+        if (result.replaced != entries * 2)
+            state.SkipWithError("not replaced");
+        state.PauseTiming();
+        if (!document.history.undo())
+            state.SkipWithError("not undone");
+        undoing += threadSeconds(CLOCK_THREAD_CPUTIME_ID) - done;
+        replacing += done - start;
+        state.ResumeTiming();
+    }
+    state.counters["undo_to_doing"] = undoing / replacing;
+}
+
 } // namespace
 
+BENCHMARK(replace)->Arg(5000)->Iterations(2)->Unit(benchmark::kMillisecond);
 BENCHMARK_CAPTURE(find, once, "match", false)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(find, nowhere, "nowhere", false)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(find, twoLetters, "ta", false)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(find, frequentWord, "dorni", false)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(find, expression, "m[aeo]t+ch\\b", true)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(find, expressionOfClasses, "\\d{4}-\\d\\d", true)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(find, frequentExpression, "\\b(qui|vo)\\w+an\\b", true)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 int main(int argc, char *argv[])

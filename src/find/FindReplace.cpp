@@ -109,6 +109,18 @@ QString replaced(const QString &text, const std::vector<TextReplacement> &replac
     return result;
 }
 
+// The outline draws each new label on its own, which takes it longer the more rows it has.
+void putDown(Document &document, const std::vector<std::pair<EntryId, QString>> &labels)
+{
+    constexpr std::size_t mostAnnounced = 100;
+    std::optional<HistoryBulk> bulk;
+    if (labels.size() > mostAnnounced)
+        bulk.emplace(document.history);
+    for (const auto &[entry, label] : labels)
+        if (Entry *there = document.tree.entry(entry))
+            document.history.setLabel(there, label);
+}
+
 int countOf(const FindReplace::Choice &choice)
 {
     return choice.isWhole ? choice.count : static_cast<int>(choice.hits.size());
@@ -142,7 +154,8 @@ std::vector<TextReplacement> FindReplace::replacementsOf(const std::vector<FindM
     return replacements;
 }
 
-void FindReplace::replaceIn(Document &document, Entry *entry, const Choice &choice, Result &result) const
+void FindReplace::replaceIn(Document &document, Entry *entry, const Choice &choice, Result &result,
+                            Labels &labels) const
 {
     OpenText open(document, entry);
     SearchedEntry searched;
@@ -165,7 +178,7 @@ void FindReplace::replaceIn(Document &document, Entry *entry, const Choice &choi
         const bool isTooLong = label.size() > std::max<qsizetype>(limits::longestLabel, searched.label.size());
         (isTooLong ? result.tooLong : done) += labelCount;
         if (!isTooLong)
-            document.history.setLabel(entry, label);
+            labels.emplace_back(choice.entry, label);
     }
     if (!inText.empty()) {
         const std::vector<TextReplacement> replacements = replacementsOf(inText);
@@ -196,6 +209,7 @@ FindReplace::Result FindReplace::apply(Document &document, const std::vector<Cho
         return result;
     }
     History::Step step(document.history, u"replacement"_s);
+    Labels labels;
     EntryId only = EntryId::None;
     int seen = 0;
     for (const Choice &choice : choices) {
@@ -211,10 +225,11 @@ FindReplace::Result FindReplace::apply(Document &document, const std::vector<Cho
             continue;
         }
         const int before = result.entries;
-        replaceIn(document, entry, choice, result);
+        replaceIn(document, entry, choice, result, labels);
         if (result.entries > before)
             only = choice.entry;
     }
+    putDown(document, labels);
     const Entry *entry = document.tree.entry(only);
     if (result.entries == 1 && entry)
         step.setName(stepName("replacement in"_L1, *entry));

@@ -8,6 +8,8 @@
 #include "model/EntryText.h"
 
 #include <functional>
+#include <utility>
+#include <vector>
 
 class Document;
 class Entry;
@@ -94,7 +96,8 @@ public:
 
 private:
     std::vector<TextReplacement> replacementsOf(const std::vector<FindMatch> &matches) const;
-    void replaceIn(Document &document, Entry *entry, const Choice &choice, Result &result) const;
+    using Labels = std::vector<std::pair<EntryId, QString>>;
+    void replaceIn(Document &document, Entry *entry, const Choice &choice, Result &result, Labels &labels) const;
 
     const FindQuery m_query;
     const Replacement m_replacement;

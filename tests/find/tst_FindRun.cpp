@@ -40,6 +40,7 @@ private Q_SLOTS:
     void damagedTextsAreCountedAndTheirLabelsFound();
     void givenUpExpressionsAreCounted();
     void whatIsTypedIsFoundAMomentLater();
+    void lettersThatJoinAStepAreFollowedToo();
     void typingLooksAtThatTextOnly();
     void whatIsTypedAndNotStoredYetIsFoundAtOnce();
     void changedLabelsTagsAndStructureAreFollowed();
@@ -269,6 +270,26 @@ void tst_FindRun::whatIsTypedIsFoundAMomentLater()
     QVERIFY(entries.wait());
     QCOMPARE(entries.gone(), 1);
     QCOMPARE(run.hitCount(), 0);
+}
+
+void tst_FindRun::lettersThatJoinAStepAreFollowedToo()
+{
+    const Entry *entry = add(u"label"_s, "before");
+    FindRun run(*m_document, FindQuery(u"match"_s, {}), nullptr, 0);
+    const FoundEntries entries(run);
+    const auto text = m_document->texts.open(*entry, QFont());
+    m_document->texts.setShown(text);
+    QTextCursor cursor(&text->document());
+    cursor.insertText(u"m"_s);
+    const int steps = m_document->history.stepCount();
+    for (const QString &letter : {u"a"_s, u"t"_s, u"c"_s, u"h"_s}) {
+        QVERIFY(entries.wait());
+        QCOMPARE(run.hitCount(), 0);
+        cursor.insertText(letter);
+    }
+    QCOMPARE(m_document->history.stepCount(), steps);
+    QVERIFY(entries.wait());
+    QCOMPARE(run.hitCount(), 1);
 }
 
 void tst_FindRun::typingLooksAtThatTextOnly()
