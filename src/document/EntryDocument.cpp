@@ -11,10 +11,11 @@
 
 #include <QScopedValueRollback>
 #include <QTextBlock>
-#include <QTextFrame>
+#include <QTextTable>
 
 #include <algorithm>
 #include <utility>
+#include <vector>
 
 namespace
 {
@@ -30,6 +31,22 @@ constexpr qsizetype paragraphWeight = 1500;
 constexpr qsizetype stepWeight = 100;
 
 } // namespace
+
+int frameCount(const QTextDocument &document)
+{
+    int count = 0;
+    std::vector<QTextFrame *> waiting{document.rootFrame()};
+    while (!waiting.empty()) {
+        QTextFrame *frame = waiting.back();
+        waiting.pop_back();
+        const QList<QTextFrame *> inner = frame->childFrames();
+        waiting.insert(waiting.end(), inner.begin(), inner.end());
+        count += static_cast<int>(inner.size());
+        if (const auto *table = qobject_cast<QTextTable *>(frame))
+            count += table->rows() * table->columns();
+    }
+    return count;
+}
 
 // Filled before it is shown: no layout runs meanwhile, and its undo history begins behind the text.
 EntryDocument::EntryDocument(const QFont &base, EntryId entry)
@@ -64,17 +81,45 @@ void EntryDocument::begin(const Inflated &text)
     m_firstLooks = {m_document.firstBlock().charFormat()};
     m_leftOut = m_state == TextState::Whole ? leftOutParts(text.text) : QString();
     m_pictures = text.text.contains("\\pict") ? text.text.size() : 0;
+    m_characters = m_document.characterCount();
+    m_sinceRead = m_sinceTaken = {true, {}, m_characters, frameCount(m_document)};
+    QObject::connect(&m_document, &QTextDocument::documentLayoutChanged, &m_document, [this] { m_hasLayout = true; });
     QObject::connect(&m_document, &QTextDocument::contentsChange, &m_document,
-                     [this](int, int, int added) { m_added += added; });
+                     [this](int at, int removed, int added) { noteStretch(at, removed, added); });
     QObject::connect(&m_document, &QTextDocument::undoCommandAdded, &m_document, [this] {
         m_hasNewStep = true;
         m_marks.erase(m_marks.upper_bound(m_lastDepth), m_marks.end());
     });
     QObject::connect(&m_document, &QTextDocument::contentsChanged, &m_document, [this] {
         m_isChanged = true;
+        noteChange();
         keepFirstLook();
         m_lastDepth = depth();
     });
+}
+
+void EntryDocument::noteStretch(int at, int removed, int added)
+{
+    const int before = std::exchange(m_characters, m_document.characterCount());
+    // A new layout is told of all that there is as if it had come just now.
+    if (before == m_characters && removed == 0 && added == m_characters)
+        return;
+    m_added += added;
+    m_isStretchTold = true;
+    for (Changes *changes : {&m_sinceRead, &m_sinceTaken}) {
+        changes->stretch.note(at, removed, added);
+        // In some cases the engine tells of more than there was.
+        changes->isKnown =
+            changes->isKnown && before - removed + added == m_characters && changes->stretch.removed >= 0;
+    }
+}
+
+// With a layout each change says where it is; what says nothing has changed nothing.
+void EntryDocument::noteChange()
+{
+    m_characters = m_document.characterCount();
+    if (!std::exchange(m_isStretchTold, false) && !m_hasLayout)
+        m_sinceRead.isKnown = m_sinceTaken.isKnown = false;
 }
 
 EntryDocument::~EntryDocument() = default;
@@ -82,6 +127,11 @@ EntryDocument::~EntryDocument() = default;
 bool EntryDocument::isAsRead() const
 {
     return !m_stored.isNull() && !m_document.isUndoAvailable();
+}
+
+EntryDocument::Changes EntryDocument::takeChanges()
+{
+    return std::exchange(m_sinceTaken, {true, {}, m_document.characterCount(), frameCount(m_document)});
 }
 
 QByteArray EntryDocument::toStored() const

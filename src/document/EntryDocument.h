@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "document/ChangedStretch.h"
 #include "model/LiveTextPort.h"
 #include "model/SealedDocument.h"
 #include "model/StoredText.h"
@@ -13,6 +14,9 @@
 #include <map>
 #include <optional>
 #include <vector>
+
+// How many frames and cells a text document has.
+int frameCount(const QTextDocument &document);
 
 // An entry's text as a text document that can be shown, typed into and undone, with what the pane remembers of it while
 // it shows another.
@@ -51,6 +55,25 @@ public:
     };
 
     Uncompressed toUncompressed() const;
+
+    // Whether the text is what it was read from, byte for byte, and what that was; null for one that is no entry's.
+    bool isAsRead() const;
+
+    const QByteArray &storedWhenRead() const { return m_stored; }
+
+    // What of the text is another one now. The text engine says where only of what has a layout.
+    struct Changes {
+        bool isKnown = true;
+        ChangedStretch stretch;
+        // How many characters the text had before, as the text document counts them, and how many frames and cells.
+        int charactersBefore = 0;
+        int framesBefore = 0;
+    };
+
+    // Since it was read, and since the last call of the other one, which begins to count anew.
+    const Changes &changesSinceRead() const { return m_sinceRead; }
+
+    Changes takeChanges();
 
     // The base font. A change of it is a step of the text and can be undone, which brings the earlier one back.
     const QFont &font() const;
@@ -102,7 +125,8 @@ public:
 private:
     EntryDocument(const QFont &base, EntryId entry);
     void begin(const Inflated &text);
-    bool isAsRead() const;
+    void noteStretch(int at, int removed, int added);
+    void noteChange();
     std::size_t fontIndex() const;
     void keepFirstLook();
     QTextCursor selected(const Selection &selection);
@@ -131,6 +155,11 @@ private:
     int m_lastDepth = 0;
     QString m_leftOut;
     bool m_isChanged = false;
+    Changes m_sinceRead;
+    Changes m_sinceTaken;
+    bool m_hasLayout = false;
+    bool m_isStretchTold = false;
+    int m_characters = 0;
     qsizetype m_pictures = 0;
     // Characters that were put in since, some of which are kept to be put in again.
     qsizetype m_added = 0;

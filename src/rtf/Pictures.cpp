@@ -148,7 +148,7 @@ QTextImageFormat addPicture(QTextDocument &document, const Picture &picture, con
     }
     const QUrl url(name);
     document.addResource(QTextDocument::ImageResource, url, isShown ? QVariant(bytes) : QVariant(placeholder()));
-    document.addResource(originalBytes, originalUrl(name), picture.data);
+    addPictureBytes(document, name, picture.data);
 
     QTextImageFormat format;
     format.merge(around);
@@ -165,6 +165,16 @@ QTextImageFormat addPicture(QTextDocument &document, const Picture &picture, con
     return format;
 }
 
+QByteArray pictureBytes(const QTextDocument &document, const QString &name)
+{
+    return document.resource(originalBytes, originalUrl(name)).toByteArray();
+}
+
+void addPictureBytes(QTextDocument &document, const QString &name, const QByteArray &bytes)
+{
+    document.addResource(originalBytes, originalUrl(name), bytes);
+}
+
 std::optional<Picture> pictureOf(const QTextDocument &document, const QTextImageFormat &format)
 {
     if (!format.name().startsWith(pictureNames)) {
@@ -178,7 +188,7 @@ std::optional<Picture> pictureOf(const QTextDocument &document, const QTextImage
     }
     picture[PictureNumber::GoalWidth] = std::clamp(twipsFromPixels(format.width()), 15, longestLength);
     picture[PictureNumber::GoalHeight] = std::clamp(twipsFromPixels(format.height()), 15, longestLength);
-    picture.data = document.resource(originalBytes, originalUrl(format.name())).toByteArray();
+    picture.data = pictureBytes(document, format.name());
     return picture;
 }
 

@@ -26,6 +26,11 @@ inline constexpr QLatin1StringView pictureNames("quillery:picture/");
 QTextImageFormat addPicture(QTextDocument &document, const Picture &picture, const QTextCharFormat &around,
                             qint64 &pixelsLeft);
 
+// The bytes of a picture as they came, by its format's name: what the document has of them, and put into another
+// document, in which the picture then is, though it shows nothing.
+QByteArray pictureBytes(const QTextDocument &document, const QString &name);
+void addPictureBytes(QTextDocument &document, const QString &name, const QByteArray &bytes);
+
 // The picture that a format of the document shows, sizes as they are shown now; none for one that is not held in the
 // document.
 std::optional<Picture> pictureOf(const QTextDocument &document, const QTextImageFormat &format);

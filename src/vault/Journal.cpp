@@ -108,6 +108,7 @@ void Journal::reset()
     m_touched.clear();
     m_move.reset();
     m_typing.reset();
+    m_followed.reset();
     m_lines.clear();
     m_done = 0;
     m_head = 0;

@@ -13,6 +13,7 @@
 #include <vector>
 
 class Document;
+class EntryDocument;
 
 // What a journal needs of the vault that holds it.
 class JournalKeeper
@@ -79,6 +80,8 @@ public:
     // The writer's answers.
     void noteWritten(qint64 size);
     void noteFailed(const QString &why);
+    // The text that was followed is lost, and what was handed over with it.
+    void noteLost();
 
 Q_SIGNALS:
     // The document goes.
@@ -158,7 +161,9 @@ private:
     void takeDownTyping();
     void endTyping();
     void makeTexts();
-    logged::Text textOf(EntryId entry) const;
+    logged::Text textOf(EntryId entry);
+    std::shared_ptr<const logged::TextPath> pathTo(const std::shared_ptr<EntryDocument> &live);
+    void replaceWaiting(LogRecord &waiting, LoggedStep step);
     void add(LogRecord::Kind kind, LoggedStep step, qint64 target = 0);
     void addLine(Line line, LoggedStep step);
     void findTarget(Move &move) const;
@@ -190,6 +195,9 @@ private:
     std::vector<EntryId> m_touched;
     std::optional<Move> m_move;
     std::optional<Typing> m_typing;
+    // The text that the writer follows, and the one that he could not.
+    std::weak_ptr<EntryDocument> m_followed;
+    std::weak_ptr<EntryDocument> m_lost;
     // Those done come first.
     std::vector<Line> m_lines;
     size_t m_done = 0;

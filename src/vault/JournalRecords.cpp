@@ -118,18 +118,6 @@ void Journal::noteTypedStep(EntryId entry, const History::StepInfo &info, EntryI
     m_keeper.wake();
 }
 
-logged::Text Journal::textOf(EntryId id) const
-{
-    const Entry *entry = m_document->tree.entry(id);
-    if (!entry)
-        return {id, QByteArray(), logged::Text::State::ToBeMade};
-    const std::shared_ptr<EntryDocument> live = m_document->texts.find(*entry);
-    if (!live || live->state() != TextState::Whole)
-        return {id, m_document->tree.storedText(entry), logged::Text::State::Stored};
-    EntryDocument::Uncompressed text = live->toUncompressed();
-    return {id, std::move(text.text), text.isStored ? logged::Text::State::Stored : logged::Text::State::Uncompressed};
-}
-
 // Puts in the texts that only the end of a step tells: the last of each entry.
 void Journal::makeTexts()
 {
@@ -182,7 +170,7 @@ void Journal::takeDownTyping()
     }
     const auto waiting = std::ranges::find(m_records, typing.record, &LogRecord::number);
     if (waiting != m_records.end())
-        waiting->step = std::move(step);
+        replaceWaiting(*waiting, std::move(step));
     else
         m_records.push_back({typing.record, LogRecord::Kind::Step, 0, std::move(step)});
 }

@@ -83,12 +83,13 @@ void JournalWriter::mark(const File &file, const RecoveryBatch &batch)
     file.lock->setMark(mark);
 }
 
-void JournalWriter::write(int journal, const RecoveryBatch &batch)
+void JournalWriter::write(int journal, const RecoveryBatch &given)
 {
     QString why;
     try {
         if (m_obstacle)
             m_obstacle();
+        const RecoveryBatch batch = m_texts[journal].prepared(given);
         const auto file = m_files.find(journal);
         if (batch.base) {
             begin(journal, batch);
@@ -111,12 +112,16 @@ void JournalWriter::write(int journal, const RecoveryBatch &batch)
         why = error.description();
     } catch (const std::bad_alloc &) {
         why = errorDescription(ErrorNumber::OutOfMemory);
+    } catch (const TextKeeper::Lost &) {
+        Q_EMIT textLost(journal);
+        return;
     }
     Q_EMIT failed(journal, why);
 }
 
 void JournalWriter::discard(int journal)
 {
+    m_texts.erase(journal);
     const auto file = m_files.find(journal);
     if (file == m_files.end())
         return;
@@ -127,5 +132,6 @@ void JournalWriter::discard(int journal)
 
 void JournalWriter::leave(int journal)
 {
+    m_texts.erase(journal);
     m_files.erase(journal);
 }

@@ -5,6 +5,7 @@
 
 #include "vault/RecoveryDatabase.h"
 #include "vault/RecoveryFolder.h"
+#include "vault/TextKeeper.h"
 
 #include <QObject>
 
@@ -22,7 +23,7 @@ public:
     explicit JournalWriter(QString folder);
     ~JournalWriter() override;
 
-    void write(int journal, const RecoveryBatch &batch);
+    void write(int journal, const RecoveryBatch &given);
     // The journal is of no use any more.
     void discard(int journal);
     // The journal is left for the next start.
@@ -35,6 +36,8 @@ Q_SIGNALS:
     // What the journal takes on disk, in bytes.
     void written(int journal, qint64 size);
     void failed(int journal, const QString &why);
+    // See Journal.
+    void textLost(int journal);
 
 private:
     struct File {
@@ -49,5 +52,6 @@ private:
 
     const QString m_folder;
     std::map<int, File> m_files;
+    std::map<int, TextKeeper> m_texts;
     std::function<void()> m_obstacle;
 };

@@ -159,6 +159,28 @@ void describe(ByteReader &way, clsFont &font)
     font.setUnderline(looks[3]);
 }
 
+void describePieces(ByteWriter &way, const PiecedText &text)
+{
+    way.list(text.pieces(), [&way](const PiecedText::Piece &piece) {
+        way(piece.start);
+        way(piece.length);
+        way(piece.own);
+    });
+}
+
+void describePieces(ByteReader &way, PiecedText &text)
+{
+    std::vector<PiecedText::Piece> pieces;
+    way.list(pieces, [&way](PiecedText::Piece &piece) {
+        way(piece.start);
+        way(piece.length);
+        way(piece.own);
+        if (piece.start < 0 ? piece.length != piece.own.size() : piece.length < 0)
+            throw RunTimeError(ErrorNumber::InvalidFileFormat);
+    });
+    text = PiecedText(std::move(pieces));
+}
+
 // The parts of each kind of change.
 template <typename Way>
 struct ChangeParts {
@@ -201,6 +223,11 @@ struct ChangeParts {
         } else if constexpr (std::is_same_v<Kind, logged::Text>) {
             way(change.entry);
             way(change.text);
+        } else if constexpr (std::is_same_v<Kind, logged::TextPieces>) {
+            way(change.entry);
+            way(change.other);
+            way(change.sum);
+            describePieces(way, change.text);
         } else if constexpr (std::is_same_v<Kind, change::Fonts>) {
             describe(way, change.outlineFont);
             describe(way, change.textFont);
@@ -244,7 +271,7 @@ QByteArray toBytes(const LoggedStep &step)
     way.list(step.changes, [&way](const LoggedChange &change) {
         way(static_cast<quint8>(change.index()));
         if (const auto *text = std::get_if<logged::Text>(&change)) {
-            const logged::Text kept{text->entry, storedForm(*text), logged::Text::State::Stored};
+            const logged::Text kept{text->entry, storedForm(*text), logged::Text::State::Stored, {}};
             ChangeParts<ByteWriter>{way}(kept);
         } else {
             std::visit(ChangeParts<ByteWriter>{way}, change);

@@ -6,6 +6,8 @@
 #include "model/Outline.h"
 #include "util/RunTimeError.h"
 
+#include <zlib.h>
+
 using namespace Qt::StringLiterals;
 
 namespace
@@ -87,8 +89,8 @@ public:
 
     LoggedChange operator()(const change::StoredText &inverse) const
     {
-        return logged::Text{inverse.entry, EntryTree::textLastStored(&entry(inverse.entry)),
-                            logged::Text::State::Stored};
+        return logged::Text{
+            inverse.entry, EntryTree::textLastStored(&entry(inverse.entry)), logged::Text::State::Stored, {}};
     }
 
     LoggedChange operator()(const change::Fonts &) const
@@ -98,7 +100,7 @@ public:
 
     LoggedChange operator()(const change::TextStep &inverse) const
     {
-        return logged::Text{inverse.entry, QByteArray(), logged::Text::State::ToBeMade};
+        return logged::Text{inverse.entry, QByteArray(), logged::Text::State::ToBeMade, {}};
     }
 
     LoggedChange operator()(const change::Foreign &inverse) const
@@ -128,6 +130,12 @@ Snapshot snapshotOf(const Outline &outline)
 {
     return {EntryTree::recordsOf(outline.tree.root()), outline.outlineFont, outline.textFont, outline.foreignHeader,
             outline.foreignTrailer};
+}
+
+quint32 checkSum(QByteArrayView bytes, quint32 start)
+{
+    return static_cast<quint32>(
+        crc32(start, reinterpret_cast<const Bytef *>(bytes.data()), static_cast<uInt>(bytes.size())));
 }
 
 qsizetype weightOf(const LoggedStep &step)

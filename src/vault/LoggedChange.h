@@ -5,9 +5,13 @@
 
 #include "model/Change.h"
 #include "model/EntryRecord.h"
+#include "vault/LiveStretch.h"
+#include "vault/PiecedText.h"
 
 #include <QDateTime>
 
+#include <memory>
+#include <optional>
 #include <variant>
 #include <vector>
 
@@ -28,6 +32,18 @@ struct Insert {
     std::vector<Top> tops;
 };
 
+// How who writes it down comes by a text that he follows.
+struct TextPath {
+    // Where he begins: a stored text and its base font. Without it he goes on from where the path before led.
+    struct Start {
+        QByteArray storedText;
+        QString baseFont;
+    };
+
+    std::optional<Start> start;
+    std::vector<LiveStretch> stretches;
+};
+
 struct Text {
     EntryId entry = EntryId::None;
     QByteArray text;
@@ -37,10 +53,23 @@ struct Text {
         // Not known before the step is over: a live text goes on.
         ToBeMade,
         // To be compressed before it is what is stored.
-        Uncompressed
+        Uncompressed,
+        // Where the path leads, and to be compressed then.
+        Followed
     };
 
     State state = State::Stored;
+    std::shared_ptr<const TextPath> path = {};
+};
+
+// A text as it differs from another one of the entry that is kept already, uncompressed.
+struct TextPieces {
+    EntryId entry = EntryId::None;
+    // Which one: a kept text's number, or 0 for what the base has.
+    qint64 other = 0;
+    PiecedText text;
+    // A check sum of the whole.
+    quint32 sum = 0;
 };
 
 } // namespace logged
@@ -48,7 +77,7 @@ struct Text {
 // The place of each is its number on disk.
 using LoggedChange = std::variant<logged::Insert, change::Remove, change::Move, change::Label, change::Tag,
                                   change::Expand, change::Sorted, change::Reorder, change::Renew, logged::Text,
-                                  change::Fonts, change::Foreign, change::FileForeign>;
+                                  change::Fonts, change::Foreign, change::FileForeign, logged::TextPieces>;
 
 struct LoggedStep {
     QString name;
@@ -80,6 +109,9 @@ EntryRecord recordOfBytes(const QByteArray &bytes);
 // Of all but the entries.
 QByteArray headToBytes(const Snapshot &snapshot);
 Snapshot headOfBytes(const QByteArray &bytes);
+
+// Of bytes that are kept.
+quint32 checkSum(QByteArrayView bytes, quint32 start = 0);
 
 // The memory that a step holds beside what the outline holds too, in bytes, about.
 qsizetype weightOf(const LoggedStep &step);

@@ -3,12 +3,11 @@
 
 #include "vault/RecoveryDatabase.h"
 
+#include "model/StoredText.h"
 #include "util/RunTimeError.h"
 
 #include <QTimeZone>
 #include <QUuid>
-
-#include <zlib.h>
 
 #include <algorithm>
 
@@ -18,17 +17,16 @@ namespace
 {
 
 // SQLite notices damage to its own pages' structure, and none within a value.
-quint32 sumOf(QByteArrayView bytes, quint32 start = 0)
+quint32 sumOf(QByteArrayView bytes)
 {
-    return static_cast<quint32>(
-        crc32(start, reinterpret_cast<const Bytef *>(bytes.data()), static_cast<uInt>(bytes.size())));
+    return checkSum(bytes);
 }
 
 quint32 sumOf(const LogRecord &record, const QByteArray &bytes)
 {
     const QByteArray head = QByteArray::number(record.number) + ' ' + QByteArray::number(int(record.kind)) + ' ' +
                             QByteArray::number(record.target);
-    return sumOf(bytes, sumOf(head));
+    return checkSum(bytes, checkSum(head));
 }
 
 bool carriesStep(LogRecord::Kind kind)
@@ -45,11 +43,14 @@ QString damagedLabel()
 
 const DatabaseSchema &RecoveryDatabase::schema()
 {
-    static const DatabaseSchema recovery{0x51'6c'52'65,
-                                         {{u"CREATE TABLE facts (key TEXT PRIMARY KEY, value) WITHOUT ROWID"_s,
-                                           u"CREATE TABLE base (place INTEGER PRIMARY KEY, record BLOB, sum INTEGER)"_s,
-                                           u"CREATE TABLE log (number INTEGER PRIMARY KEY, kind INTEGER, "
-                                           "target INTEGER, record BLOB, sum INTEGER)"_s}}};
+    static const DatabaseSchema recovery{
+        0x51'6c'52'65,
+        {{u"CREATE TABLE facts (key TEXT PRIMARY KEY, value) WITHOUT ROWID"_s,
+          u"CREATE TABLE base (place INTEGER PRIMARY KEY, record BLOB, sum INTEGER)"_s,
+          u"CREATE TABLE log (number INTEGER PRIMARY KEY, kind INTEGER, "
+          "target INTEGER, record BLOB, sum INTEGER)"_s},
+         // Texts that those of records are made up of.
+         {u"CREATE TABLE texts (number INTEGER PRIMARY KEY, text BLOB, sum INTEGER)"_s}}};
     return recovery;
 }
 
@@ -73,7 +74,8 @@ void RecoveryDatabase::write(const RecoveryBatch &batch)
     Database::Transaction transaction(m_database);
     if (batch.base) {
         const auto &[facts, snapshot] = *batch.base;
-        for (const QString &statement : {u"DELETE FROM facts"_s, u"DELETE FROM base"_s, u"DELETE FROM log"_s})
+        for (const QString &statement :
+             {u"DELETE FROM facts"_s, u"DELETE FROM base"_s, u"DELETE FROM log"_s, u"DELETE FROM texts"_s})
             m_database.run(statement);
         setValue(u"base"_s, QUuid::createUuid().toByteArray(QUuid::Id128));
         setValue(u"file"_s, facts.file);
@@ -96,6 +98,9 @@ void RecoveryDatabase::write(const RecoveryBatch &batch)
             m_database.run(u"INSERT INTO base (place, record, sum) VALUES (?, ?, ?)"_s, {++place, bytes, sumOf(bytes)});
         }
     }
+    for (const KeptText &text : batch.texts)
+        m_database.run(u"INSERT INTO texts (number, text, sum) VALUES (?, ?, ?)"_s,
+                       {text.number, text.storedText, sumOf(text.storedText)});
     for (const LogRecord &record : batch.records) {
         const QByteArray bytes = carriesStep(record.kind) ? toBytes(record.step) : QByteArray();
         m_database.run(u"INSERT OR REPLACE INTO log (number, kind, target, record, sum) VALUES (?, ?, ?, ?, ?)"_s,
@@ -171,6 +176,47 @@ RecoveryDatabase::ReadBase RecoveryDatabase::base()
     return read;
 }
 
+// The text that another one is made up of.
+QByteArray RecoveryDatabase::textToMakeOf(const logged::TextPieces &pieces)
+{
+    const std::pair wanted{pieces.entry, pieces.other};
+    if (m_known == wanted)
+        return m_knownText;
+    QByteArray storedText;
+    if (pieces.other == 0) {
+        if (!m_baseTexts) {
+            m_baseTexts.emplace();
+            for (const EntryRecord &entry : base().snapshot.entries)
+                m_baseTexts->emplace(entry.id, entry.storedText);
+        }
+        storedText = (*m_baseTexts)[pieces.entry];
+    } else {
+        m_database.select(u"SELECT text, sum FROM texts WHERE number = ?"_s, {pieces.other}, [&](const QSqlQuery &row) {
+            if (const QByteArray text = row.value(0).toByteArray(); sumOf(text) == row.value(1).toUInt())
+                storedText = text;
+            return false;
+        });
+    }
+    const std::optional<QByteArray> text = soundText(storedText);
+    if (!text)
+        throw RunTimeError(ErrorNumber::InvalidFileFormat);
+    m_known = wanted;
+    return m_knownText = *text;
+}
+
+void RecoveryDatabase::makeTextsWhole(LoggedStep &step)
+{
+    for (LoggedChange &change : step.changes) {
+        const auto *pieces = std::get_if<logged::TextPieces>(&change);
+        if (!pieces)
+            continue;
+        const std::optional<QByteArray> text = pieces->text.of(textToMakeOf(*pieces));
+        if (!text || checkSum(*text) != pieces->sum)
+            throw RunTimeError(ErrorNumber::InvalidFileFormat);
+        change = logged::Text{pieces->entry, compressedText(*text), logged::Text::State::Stored, {}};
+    }
+}
+
 std::vector<LogRecord> RecoveryDatabase::records()
 {
     std::vector<LogRecord> records;
@@ -185,8 +231,10 @@ std::vector<LogRecord> RecoveryDatabase::records()
                               const bool isNext = record.number == static_cast<qint64>(records.size()) + 1;
                               if (!isNext || sumOf(record, bytes) != row.value(4).toUInt())
                                   return false;
-                              if (carriesStep(record.kind))
+                              if (carriesStep(record.kind)) {
                                   record.step = stepOfBytes(bytes);
+                                  makeTextsWhole(record.step);
+                              }
                               records.push_back(std::move(record));
                               return true;
                           });

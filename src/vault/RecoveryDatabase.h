@@ -7,8 +7,10 @@
 #include "vault/Database.h"
 #include "vault/LoggedChange.h"
 
+#include <map>
 #include <memory>
 #include <optional>
+#include <utility>
 
 // What a document was when its journal began, beside what its outline held.
 struct DocumentFacts {
@@ -66,10 +68,17 @@ struct RecoveryBase {
     Snapshot snapshot;
 };
 
-// What is to be written down at once: a base, which everything before gives way to, and records. One of a number that
-// is there already takes its place.
+// A text as it is stored, of which later ones are made up.
+struct KeptText {
+    qint64 number = 0;
+    QByteArray storedText;
+};
+
+// What is to be written down at once: a base, which everything before gives way to, kept texts and records. A record of
+// a number that is there already takes its place.
 struct RecoveryBatch {
     std::shared_ptr<const RecoveryBase> base;
+    std::vector<KeptText> texts;
     std::vector<LogRecord> records;
     DocumentState state;
 };
@@ -97,7 +106,8 @@ public:
     };
 
     ReadBase base();
-    // The records in their order, up to the first that is damaged or missing. How many there were, as far as is known.
+    // The records in their order, up to the first that is damaged or missing, or whose texts are made up of one that
+    // is. All texts are whole.
     std::vector<LogRecord> records();
 
     // For tests.
@@ -108,6 +118,13 @@ public:
 private:
     void setValue(const QString &key, const QVariant &value);
     QVariant valueOf(const QString &key);
+    QByteArray textToMakeOf(const logged::TextPieces &pieces);
+    void makeTextsWhole(LoggedStep &step);
 
     Database m_database;
+    // The text that was made use of last, inflated.
+    std::pair<EntryId, qint64> m_known = {EntryId::None, -1};
+    QByteArray m_knownText;
+    // The base's texts.
+    std::optional<std::map<EntryId, QByteArray>> m_baseTexts;
 };

@@ -31,6 +31,10 @@ Vault::Vault(Settings settings)
         if (const auto found = m_journals.find(journal); found != m_journals.end())
             found->second.journal->noteFailed(why);
     });
+    connect(m_writer.get(), &JournalWriter::textLost, this, [this](int journal) {
+        if (const auto found = m_journals.find(journal); found != m_journals.end())
+            found->second.journal->noteLost();
+    });
     m_timer.setInterval(static_cast<int>(Journal::lookInterval));
     connect(&m_timer, &QTimer::timeout, this, &Vault::look);
 }

@@ -4,6 +4,7 @@
 #include "support/RawOutline.h"
 #include "vault/RecoveryFixture.h"
 
+#include "model/EntryText.h"
 #include "util/RunTimeError.h"
 
 #include <QRandomGenerator>
@@ -27,6 +28,13 @@ private Q_SLOTS:
     void typedTextIsThereWithinTwoSeconds();
     void typingIsTakenDownOnceASecondAndNotAtEachKey();
     void aStretchOfTypingTakesOneRecord();
+    void ofALongTextWhatWasChangedIsTakenDown();
+    void aTextOfAnotherProgramsIsKeptOnceAsThisOneWritesIt();
+    void whatIsChangedHereAndThereIsKeptAnewWhenItIsMuch();
+    void longTextsAreTypedIntoByTurns();
+    void aTextThatWasLostIsTakenDownAnew();
+    void aDatabaseOfBeforeLongTextsWereFollowedIsRead();
+    void aProgramOfBeforeThatLeavesTheDatabaseAlone();
     void aDocumentThatNeverHadAFileIsKept();
     void whatWasImportedIsKeptBeforeItIsChanged();
     void whatAFileHeldIsKeptWhenItIsNowhereElse();
@@ -55,6 +63,9 @@ private:
     std::vector<std::unique_ptr<LeftBehind>> leftNow();
     QStringList recoveredNow();
     void openDocument(const QString &file);
+    Entry *addLong(const QByteArray &text);
+    // Of the database that would be left now.
+    qint64 numberNow(const QString &query);
 
     std::unique_ptr<QTemporaryDir> m_folder;
     qint64 m_time = 0;
@@ -159,6 +170,152 @@ void tst_Journal::aStretchOfTypingTakesOneRecord()
     QCOMPARE(left.size(), size_t(1));
     QCOMPARE(left.front()->read().records.size(), size_t(1));
     QCOMPARE(left.front()->state().steps, 1);
+}
+
+namespace
+{
+
+// As this program writes it.
+QByteArray longText(int paragraphs)
+{
+    QByteArray rtf("{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs20 ");
+    for (int line = 0; line < paragraphs; ++line)
+        rtf += "the quick brown fox no. " + QByteArray::number(line) + " {\\b jumps} over {\\i the lazy} dog\\par\n";
+    return EntryText(rtf + "}", QFont()).toRtf();
+}
+
+// Where the middle of a text is, once it is shown.
+QTextCursor middleOf(Document &document, const Entry &entry)
+{
+    const std::shared_ptr<EntryDocument> live = document.texts.open(entry, QFont());
+    document.texts.setShown(live);
+    live->document().documentLayout();
+    QTextCursor cursor(&live->document());
+    cursor.setPosition(live->document().characterCount() / 2);
+    return cursor;
+}
+
+} // namespace
+
+Entry *tst_Journal::addLong(const QByteArray &text)
+{
+    Entry *entry = m_document->history.insert(Relationship::tvwChild, m_root);
+    m_document->history.setStoredText(entry, compressedText(text));
+    m_document->history.markSaved();
+    return entry;
+}
+
+qint64 tst_Journal::numberNow(const QString &query)
+{
+    const QString copy = m_folder->filePath(u"looked at %1"_s.arg(++m_crashes));
+    copyAsLeft(m_vault->folder(), copy);
+    RecoveryDatabase database(recoveryPaths(copy).value(0), Database::Opening::Existing);
+    return database.database().value(query).toLongLong();
+}
+
+void tst_Journal::ofALongTextWhatWasChangedIsTakenDown()
+{
+    QTextCursor cursor = middleOf(*m_document, *addLong(longText(5000)));
+    for (int key = 0; key < 60; ++key) {
+        cursor.insertText(u"x"_s);
+        pass(Journal::lookInterval);
+    }
+    pass(2000);
+    QCOMPARE(recoveredNow(), documentState(*m_document));
+    QCOMPARE(numberNow(u"SELECT count(*) FROM log"_s), 1);
+    QVERIFY(numberNow(u"SELECT length(record) FROM log"_s) < 1000);
+    QCOMPARE(numberNow(u"SELECT count(*) FROM texts"_s), 0);
+}
+
+void tst_Journal::aTextOfAnotherProgramsIsKeptOnceAsThisOneWritesIt()
+{
+    QByteArray text("{\\rtf1\\ansi{\\fonttbl{\\f7 Courier;}}\\f7 ");
+    for (int line = 0; line < 300; ++line)
+        text += "{\\f7\\b0 another way to say} it no. " + QByteArray::number(line) + "\\par ";
+    QTextCursor cursor = middleOf(*m_document, *addLong(text + "}"));
+    for (int key = 0; key < 60; ++key) {
+        cursor.insertText(u"x"_s);
+        pass(Journal::lookInterval);
+    }
+    pass(2000);
+    QCOMPARE(recoveredNow(), documentState(*m_document));
+    QVERIFY(numberNow(u"SELECT length(record) FROM log"_s) < 1000);
+    QCOMPARE(numberNow(u"SELECT count(*) FROM texts"_s), 1);
+}
+
+void tst_Journal::whatIsChangedHereAndThereIsKeptAnewWhenItIsMuch()
+{
+    QTextCursor cursor = middleOf(*m_document, *addLong(longText(200)));
+    for (int place = 0; place < 200; ++place) {
+        cursor.setPosition((place * 997) % cursor.document()->characterCount());
+        cursor.insertText(u"word %1 and more of it"_s.arg(place));
+        pass(Journal::typingDelay + Journal::lookInterval);
+        // Each stretch has a record of its own.
+        if (place % 20 == 19)
+            m_document->history.setLabel(m_root, QString::number(place));
+    }
+    pass(2000);
+    QCOMPARE(recoveredNow(), documentState(*m_document));
+    const qint64 texts = numberNow(u"SELECT count(*) FROM texts"_s);
+    QVERIFY2(texts > 0 && texts < 10, qPrintable(QString::number(texts)));
+}
+
+void tst_Journal::longTextsAreTypedIntoByTurns()
+{
+    Entry *one = addLong(longText(100));
+    Entry *other = addLong(longText(120));
+    for (int turn = 0; turn < 6; ++turn) {
+        QTextCursor cursor = middleOf(*m_document, turn % 2 ? *one : *other);
+        cursor.insertText(u"turn %1"_s.arg(turn));
+        if (turn == 3)
+            m_document->history.undo();
+        pass(turn % 3 == 0 ? 0 : 2000);
+    }
+    pass(2000);
+    QCOMPARE(recoveredNow(), documentState(*m_document));
+    QCOMPARE(numberNow(u"SELECT count(*) FROM texts"_s), 0);
+}
+
+void tst_Journal::aTextThatWasLostIsTakenDownAnew()
+{
+    QTextCursor cursor = middleOf(*m_document, *addLong(longText(100)));
+    cursor.insertText(u"before"_s);
+    pass(2000);
+    Q_EMIT m_vault->writer().textLost(1);
+    pass(Journal::lookInterval);
+    QCOMPARE(recoveredNow(), documentState(*m_document));
+    cursor.insertText(u"behind"_s);
+    pass(2000);
+    QCOMPARE(recoveredNow(), documentState(*m_document));
+}
+
+void tst_Journal::aDatabaseOfBeforeLongTextsWereFollowedIsRead()
+{
+    typeInto(*m_document, *m_root, u"words"_s);
+    pass(2000);
+    QCOMPARE(numberNow(u"SELECT count(*) FROM texts"_s), 0);
+    const QString older = m_folder->filePath(u"older"_s);
+    copyAsLeft(m_vault->folder(), older);
+    {
+        RecoveryDatabase database(recoveryPaths(older).value(0), Database::Opening::Existing);
+        database.database().run(u"DROP TABLE texts"_s);
+        database.database().run(u"PRAGMA user_version = 1"_s);
+    }
+    const auto left = LeftBehind::find(older);
+    QCOMPARE(left.size(), size_t(1));
+    QCOMPARE(documentState(*recoveredFrom(*left.front()).document), documentState(*m_document));
+}
+
+void tst_Journal::aProgramOfBeforeThatLeavesTheDatabaseAlone()
+{
+    typeInto(*m_document, *m_root, u"words"_s);
+    pass(2000);
+    const QString copy = m_folder->filePath(u"copy"_s);
+    copyAsLeft(m_vault->folder(), copy);
+    DatabaseSchema before = RecoveryDatabase::schema();
+    before.upgrades.resize(1);
+    const QString path = recoveryPaths(copy).value(0);
+    QVERIFY_THROWS_EXCEPTION(RunTimeError, Database(path, before, Database::Opening::Existing));
 }
 
 void tst_Journal::aDocumentThatNeverHadAFileIsKept()

@@ -3,10 +3,12 @@
 
 #include "vault/RecoveryFixture.h"
 
+#include "rtf/Rtf.h"
 #include "util/RunTimeError.h"
 
 #include <QRandomGenerator>
 #include <QTest>
+#include <QTextList>
 
 #include <deque>
 
@@ -34,12 +36,15 @@ public:
             Entry *entry = outline->tree.insert(Relationship::tvwChild, root);
             outline->tree.setLabel(entry, u"child %1"_s.arg(child));
             outline->tree.setStoredText(entry, "plain text of " + QByteArray::number(child));
+            // Long ones are taken down by what of them was changed.
+            if (child == 0)
+                outline->tree.setStoredText(entry, longText());
         }
         outline->tree.setForeignRecords(root, {{0, "{\\foreign 1}"}});
         document = std::make_unique<Document>(std::move(outline));
         document->m_sFile = u"/nowhere/notes %1.qly"_s.arg(seed);
         // So that live texts go, and their steps are folded, within a short test.
-        document->texts.setMaximumWeight(20000);
+        document->texts.setMaximumWeight(seed % 2 == 0 ? 20000 : 200000);
         vault.attach(*document);
         note();
     }
@@ -119,6 +124,51 @@ private:
         return again == found ? QString() : u"undone and redone it is another: "_s + firstDifference(again, found);
     }
 
+    static QByteArray longText()
+    {
+        QByteArray rtf("{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs20 ");
+        for (int line = 0; line < 30; ++line)
+            rtf += "plain no. " + QByteArray::number(line) + " {\\b jumps} over {\\i the lazy} dog and runs\\par\n";
+        return rtf + "}";
+    }
+
+    // Changes a text anywhere in it, as the text pane does, which lays it out.
+    void edit(const Entry &entry)
+    {
+        const std::shared_ptr<EntryDocument> live = document->texts.open(entry, QFont());
+        document->texts.setShown(live);
+        live->document().documentLayout();
+        QTextCursor cursor(&live->document());
+        cursor.setPosition(m_random.bounded(live->document().characterCount()));
+        if (m_random.bounded(2) == 0)
+            cursor.setPosition(m_random.bounded(live->document().characterCount()), QTextCursor::KeepAnchor);
+        switch (m_random.bounded(8)) {
+        case 0: {
+            QTextCharFormat format;
+            format.setFontWeight(m_random.bounded(2) ? QFont::Bold : QFont::Normal);
+            cursor.mergeCharFormat(format);
+            break;
+        }
+        case 1:
+            cursor.createList(m_random.bounded(2) ? QTextListFormat::ListDisc : QTextListFormat::ListDecimal);
+            break;
+        case 2:
+            rtf::insert(longText(), cursor);
+            break;
+        case 3:
+            rtf::insert(
+                "{\\rtf1 a\\par\\trowd\\cellx2000\\cellx4000\\pard\\intbl one\\cell two\\cell\\row\\pard b\\par}",
+                cursor);
+            break;
+        case 4:
+            live->changeFont(QFont(u"Font %1"_s.arg(++m_counter)));
+            break;
+        default:
+            cursor.setPosition(cursor.position());
+            cursor.insertText(u"some words"_s);
+        }
+    }
+
     Entry *any()
     {
         const EntryTree &tree = document->tree;
@@ -132,6 +182,10 @@ private:
         if (!entry || m_random.bounded(4) == 0)
             entry = any();
         m_typedIn = entry->id();
+        if (m_random.bounded(2) == 0) {
+            edit(*entry);
+            return;
+        }
         constexpr const char *keys[] = {"a", "word ", "\n", "\b", "two words", "x\b", "\u00fc"};
         typeInto(*document, *entry, QString::fromUtf8(keys[m_random.bounded(int(std::size(keys)))]));
     }
