@@ -6,6 +6,7 @@
 #include "util/Blanks.h"
 #include "util/SettingsStore.h"
 
+#include <QAbstractButton>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QSignalBlocker>
@@ -23,6 +24,13 @@ constexpr int longestKept = 1000;
 
 } // namespace
 
+void giveClearButton(QLineEdit &line)
+{
+    line.setClearButtonEnabled(true);
+    for (QAbstractButton *each : line.findChildren<QAbstractButton *>())
+        each->setAccessibleName(QStringLiteral("Clear"));
+}
+
 FindBox::FindBox(QWidget *parent)
     : QComboBox(parent)
 {
@@ -37,7 +45,7 @@ FindBox::FindBox(QWidget *parent)
     setMinimumContentsLength(10);
     lineEdit()->setAccessibleName(name);
     lineEdit()->setPlaceholderText(u"Words, or \"a phrase\""_s);
-    lineEdit()->setClearButtonEnabled(true);
+    giveClearButton(*lineEdit());
     setToolTip(u"<p>Several words: all of them in one entry. In \"quotation marks\": just so.</p>"
                "<p>Up and Down look at the hits, Enter goes there, Esc comes back. Alt+Down: earlier searches.</p>"_s);
     m_history.MaxEntries = mostKept;

@@ -7,7 +7,11 @@
 
 #include <QComboBox>
 
+class QLineEdit;
 class SettingsStore;
+
+// A button at a line's end that empties it, with a name to be heard.
+void giveClearButton(QLineEdit &line);
 
 // Where is typed what is looked for, with the latest searches in its list. Up and Down walk through the hits.
 class FindBox final : public QComboBox

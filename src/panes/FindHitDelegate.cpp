@@ -63,6 +63,18 @@ void cutLooks(QList<QTextLayout::FormatRange> &looks, qsizetype units, qsizetype
     looks = kept;
 }
 
+// The next beginning of a word, where that is near and not behind a place.
+qsizetype wordFrom(const QString &text, qsizetype from, qsizetype behind)
+{
+    constexpr qsizetype longestCut = 15;
+    const qsizetype blank = text.indexOf(u' ', std::max<qsizetype>(from - 1, 0));
+    if (blank >= 0 && blank < behind && blank - from < longestCut)
+        return blank + 1;
+    while (from < behind && text[from].isLowSurrogate())
+        ++from;
+    return from;
+}
+
 QTextLine layOut(QTextLayout &layout, const QList<QTextLayout::FormatRange> &looks, bool isRightToLeft)
 {
     QTextOption direction;
@@ -153,8 +165,9 @@ FindHitDelegate::Line FindHitDelegate::lineOf(const QStyleOptionViewItem &option
     if (row.kind != RowKind::More)
         addLook(line.looks, 0, labelEnd, bold);
     line.end = std::min<qsizetype>(labelEnd, 1);
-    const QString path =
-        row.kind == RowKind::Entry && row.document ? pathOf(*row.document, row.found->entry) : QString();
+    const QString path = row.kind == RowKind::Entry && row.document
+                             ? pathOf(*row.document, row.found->entry, PathFrom::BelowRoot)
+                             : QString();
     if (!path.isEmpty()) {
         line.text += u"   "_s + onOneLine(path);
         QTextCharFormat paler;
@@ -288,8 +301,7 @@ void FindHitDelegate::draw(QPainter &painter, Line line, const QRect &place, con
                 least = middle + 1;
         }
         from = most;
-        while (from < line.start && line.text[from].isLowSurrogate())
-            ++from;
+        from = wordFrom(line.text, from, line.start);
     }
     if (from > 0) {
         line.text = line.text.sliced(from);

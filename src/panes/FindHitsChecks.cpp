@@ -120,8 +120,10 @@ void FindHitsModel::setAllChecked(bool checked)
 
 Qt::ItemFlags FindHitsModel::flags(const QModelIndex &index) const
 {
-    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable;
-    if (m_isCheckable && index.isValid() && row(index.row()).kind != RowKind::More)
+    if (!index.isValid())
+        return Qt::NoItemFlags;
+    Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
+    if (m_isCheckable && row(index.row()).kind != RowKind::More)
         flags |= Qt::ItemIsUserCheckable;
     return flags;
 }

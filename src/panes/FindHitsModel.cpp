@@ -391,14 +391,15 @@ QVariant FindHitsModel::data(const QModelIndex &index, int role) const
     }
 }
 
-QString pathOf(const Document &document, EntryId entry)
+QString pathOf(const Document &document, EntryId entry, PathFrom from)
 {
     constexpr qsizetype mostNamed = 12;
     QStringList labels;
     const Entry *found = document.tree.entry(entry);
     for (const Entry *each = found ? found->parent() : nullptr; each && labels.size() < mostNamed;
          each = each->parent())
-        labels.prepend(briefLabel(each->label()));
+        if (from == PathFrom::Root || !each->isRoot())
+            labels.prepend(briefLabel(each->label()));
     return labels.join(u" ▸ "_s);
 }
 

@@ -166,7 +166,8 @@ private:
     QTimer m_dropping;
 };
 
-// The labels of an entry and of those above it, from the root on.
-QString pathOf(const Document &document, EntryId entry);
+// The labels of the entries above one, from the root on, or from those below it.
+enum class PathFrom { Root, BelowRoot };
+QString pathOf(const Document &document, EntryId entry, PathFrom from = PathFrom::Root);
 // "12 hits in 3 entries", "… so far" while it goes on.
 QString inWords(const FindHitsModel::Counts &counts);

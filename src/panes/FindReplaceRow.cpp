@@ -3,6 +3,8 @@
 
 #include "panes/FindReplaceRow.h"
 
+#include "panes/FindBox.h"
+
 #include <QCheckBox>
 #include <QHBoxLayout>
 #include <QKeyEvent>
@@ -23,7 +25,7 @@ FindReplaceRow::FindReplaceRow(QWidget *parent)
     m_text->setObjectName(u"txtReplacement"_s);
     m_text->setAccessibleName(u"Replace with"_s);
     m_text->setPlaceholderText(u"Replace with"_s);
-    m_text->setClearButtonEnabled(true);
+    giveClearButton(*m_text);
     m_text->setToolTip(u"<p>What takes the place of each hit that is checked. For regular expressions, \\1 is what the "
                        "first group in brackets took.</p>"_s);
     m_text->installEventFilter(this);

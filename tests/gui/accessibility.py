@@ -196,6 +196,22 @@ class Accessibility:
             Program.child(self.program.menu(menu), "popup menu", menu)
 
 
+    def what_is_found_is_told(self):
+        press("ctrl+shift+f")
+        box = wait(lambda: [each for each in walk(self.program.main)
+                            if each.name == "Find everywhere" and role_of(each) == "combo box"], "the box to find")[0]
+        wait(lambda: has(box, pyatspi.STATE_FOCUSED) or any(has(each, pyatspi.STATE_FOCUSED) for each in children(box)),
+             "the keyboard in the box to find")
+        type_text("text")
+        wait(lambda: any(each.name.endswith("hits in 4 entries") for each in walk(self.program.main)), "the count of hits")
+        hits = next(each for each in walk(self.program.main) if each.name == "Hits" and role_of(each) == "list")
+        wait_equal(lambda: [each.name for each in children(hits)][:3],
+                   ["Notes, 1 hit", "Root text", "First, 1 hit, in Notes"], "the list of hits")
+        expect_names(self.program.main)
+        press("Escape")
+        wait(lambda: has(self.program.outline(), pyatspi.STATE_FOCUSED), "the keyboard back in the outline")
+        self.program.choose("Tools", "Find everywhere  Ctrl+Shift+F")
+
     def a_failed_save_is_told(self, folder):
         def notices():
             return [each for each in walk(self.program.main) if role_of(each) == "alert" and is_showing(each)]
@@ -229,6 +245,7 @@ def main():
     test.a_label_is_edited_by_name()
     test.the_status_bar_tells_keys_and_entry()
     test.dialogs_and_their_controls_have_names()
+    test.what_is_found_is_told()
     test.a_failed_save_is_told(sys.argv[2])
 
 
