@@ -115,6 +115,59 @@ bool endsLine(QChar c)
     return c == u'\r' || c == u'\n' || c == QChar::LineSeparator || c == QChar::ParagraphSeparator;
 }
 
+// Goes from line to line. Where CR stands only before LF and nothing else ends a line, as in all that the text pane
+// shows, lines are found faster.
+class LineWalk
+{
+public:
+    explicit LineWalk(QStringView text)
+        : m_text(text)
+        , m_isPlain(isPlain(text))
+    {
+    }
+
+    // False at the end.
+    bool next()
+    {
+        m_begin = m_behind;
+        if (m_begin >= m_text.size())
+            return false;
+        if (m_isPlain) {
+            const qsizetype feed = m_text.indexOf(u'\n', m_begin);
+            m_end = feed < 0 ? m_text.size() : feed;
+            m_behind = m_end + 1;
+            if (feed > m_begin && m_text[feed - 1] == u'\r')
+                --m_end;
+        } else {
+            m_end = std::find_if(m_text.begin() + m_begin, m_text.end(), endsLine) - m_text.begin();
+            m_behind = m_end + 1;
+        }
+        return true;
+    }
+
+    qsizetype begin() const { return m_begin; }
+
+    QStringView line() const { return m_text.sliced(m_begin, m_end - m_begin); }
+
+private:
+    static bool isPlain(QStringView text)
+    {
+        if (text.contains(QChar::LineSeparator) || text.contains(QChar::ParagraphSeparator))
+            return false;
+        for (qsizetype at = text.indexOf(u'\r'); at >= 0; at = text.indexOf(u'\r', at + 1)) {
+            if (at + 1 == text.size() || text[at + 1] != u'\n')
+                return false;
+        }
+        return true;
+    }
+
+    const QStringView m_text;
+    const bool m_isPlain;
+    qsizetype m_begin = 0;
+    qsizetype m_end = 0;
+    qsizetype m_behind = 0;
+};
+
 bool isAsked(const std::atomic_bool *isEnded)
 {
     return !isEnded || !*isEnded;
@@ -261,22 +314,24 @@ FindQuery::Found FindQuery::lookIn(QStringView text, quint64 words, const std::a
 FindQuery::Found FindQuery::findExpression(QStringView text, const std::atomic_bool *isEnded) const
 {
     Found found;
-    qsizetype begin = 0;
-    while (begin < text.size() && isAsked(isEnded)) {
-        const auto *const last = std::find_if(text.begin() + begin, text.end(), endsLine);
-        const qsizetype end = last - text.begin();
-        const QStringView line = text.sliced(begin, end - begin);
+    for (LineWalk walk(text); isAsked(isEnded) && walk.next();) {
+        const QStringView line = walk.line();
+        // In most lines nothing is found.
+        const QRegularExpressionMatch first =
+            line.isEmpty() ? QRegularExpressionMatch() : m_parts->expression->match(line);
+        found.isGivenUp |= !line.isEmpty() && !first.isValid();
+        if (!first.hasMatch())
+            continue;
         QRegularExpressionMatchIterator matches = m_parts->expression->globalMatch(line);
         while (matches.hasNext() && isAsked(isEnded)) {
             const QRegularExpressionMatch match = matches.next();
             if (match.capturedLength() == 0)
                 continue;
-            const qsizetype start = begin + match.capturedStart();
+            const qsizetype start = walk.begin() + match.capturedStart();
             if (!m_parts->options.wholeWord || isWholeWord(text, start, match.capturedLength()))
                 found.matches.push_back({start, match.capturedLength(), match.capturedTexts()});
         }
         found.isGivenUp |= !matches.isValid();
-        begin = end + 1;
     }
     found.words = found.matches.empty() ? 0 : 1;
     return found;

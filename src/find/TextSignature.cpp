@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <span>
 
 namespace
 {
@@ -18,24 +19,27 @@ constexpr quint32 allNumbers = 0x10000;
 constexpr quint32 bitsOfByte = 8;
 constexpr quint32 bitsOfWord = 64;
 
-// The upper half of a product mixes all of its factors' bits (multiplicative hashing; Knuth, volume 3, 6.4).
-quint16 numberOf(const char16_t *units)
+// The upper half of a product mixes all of its factors' bits (multiplicative hashing; Knuth, volume 3, 6.4). The first
+// unit is the lowest.
+quint16 numberOf(quint64 units)
 {
     constexpr quint64 factor = 0x9E3779B97F4A7C15U;
-    const quint64 value = quint64(units[0]) | quint64(units[1]) << 16 | quint64(units[2]) << 32;
-    return static_cast<quint16>((value * factor) >> 48);
+    return static_cast<quint16>((units * factor) >> 48);
 }
 
 // Calls `take` with the number of each trigram of a folded text; none reaches over a gap.
 template <typename Take>
 void eachTrigram(const QString &text, Take take)
 {
-    const auto *units = reinterpret_cast<const char16_t *>(text.utf16());
+    constexpr int unitBits = 16;
     qsizetype run = 0;
-    for (qsizetype i = 0; i < text.size(); ++i) {
-        run = units[i] == 0 ? 0 : run + 1;
+    quint64 units = 0;
+    for (const QChar c : text) {
+        const char16_t unit = c.unicode();
+        run = unit == 0 ? 0 : run + 1;
+        units = units >> unitBits | quint64(unit) << (trigram - 1) * unitBits;
         if (run >= trigram)
-            take(numberOf(units + i - (trigram - 1)));
+            take(numberOf(units));
     }
 }
 
@@ -57,18 +61,21 @@ SoughtTrigrams::SoughtTrigrams(QStringView expression)
 TextSignature::TextSignature(QStringView text)
 {
     // A bit for each number, small enough for a core's nearest cache.
-    thread_local std::array<quint64, allNumbers / bitsOfWord> seen = {};
-    thread_local std::vector<quint16> numbers;
-    numbers.clear();
+    thread_local std::array<quint64, allNumbers / bitsOfWord> seenHere = {};
+    thread_local std::vector<quint16> room;
     const QString characters = folded(text);
-    numbers.reserve(std::size_t(std::min<qsizetype>(characters.size(), allNumbers)));
-    eachTrigram(characters, [](quint16 number) {
+    room.resize(std::max(room.size(), std::size_t(characters.size())));
+    quint64 *const seen = seenHere.data();
+    quint16 *last = room.data();
+    // Most are there already; which, nobody can foresee, so each is put down and only new ones are kept.
+    eachTrigram(characters, [seen, &last](quint16 number) {
         quint64 &word = seen[number / bitsOfWord];
         const quint64 bit = quint64(1) << number % bitsOfWord;
-        if ((word & bit) == 0)
-            numbers.push_back(number);
+        *last = number;
+        last += (word & bit) == 0 ? 1 : 0;
         word |= bit;
     });
+    const std::span<const quint16> numbers(room.data(), last);
     for (const quint16 number : numbers)
         seen[number / bitsOfWord] = 0;
     if (numbers.empty())

@@ -28,6 +28,7 @@ private Q_SLOTS:
     void noExpressionCanRaiseItsOwnLimit();
     void findsWhatAReaderOfCharactersFinds();
     void whatIsFoundIsNeverRuledOutBySignatures();
+    void anExpressionGoesByLinesWhateverEndsThem();
     void knowsWhatAnExpressionCannotDoWithout_data();
     void knowsWhatAnExpressionCannotDoWithout();
     void whatAnExpressionFindsHoldsWhatItCannotDoWithout();
@@ -204,6 +205,30 @@ void tst_FindQuery::whatIsFoundIsNeverRuledOutBySignatures()
         }
     }
     QVERIFY2(ruledOut > 300, qPrintable(QString::number(ruledOut)));
+}
+
+void tst_FindQuery::anExpressionGoesByLinesWhateverEndsThem()
+{
+    static const QString parts[] = {u"a"_s,  u"b"_s,      u" "_s,      u"\r\n"_s, u"\n"_s,
+                                    u"\r"_s, u"\u2028"_s, u"\u2029"_s, u"ab"_s};
+    RandomText random(10);
+    int found = 0;
+    for (int round = 0; round < 4000; ++round) {
+        // Mostly as the text pane has them.
+        const int kinds = random.below(3) == 0 ? int(std::size(parts)) : 5;
+        QString text;
+        for (int i = random.below(20); i > 0; --i)
+            text += parts[random.below(kinds)];
+        const QString expression =
+            QStringList{u"a"_s, u"^a"_s, u"b$"_s, u"a\\s*b"_s, u"^.*$"_s, u"\\Aa|b\\z"_s, u"[^a]+"_s}.at(
+                random.below(7));
+        FindOptions options = optionsOf(random.below(4) == 0 ? u"rw"_s : u"r"_s);
+        const std::vector<FindMatch> expected = findModel::matchesOfExpression(text, expression, options);
+        found += int(expected.size());
+        QVERIFY2(FindQuery(expression, options).matchesIn(text) == expected,
+                 qPrintable(expression + QDebug::toString(text)));
+    }
+    QVERIFY(found > 2000);
 }
 
 void tst_FindQuery::knowsWhatAnExpressionCannotDoWithout_data()
