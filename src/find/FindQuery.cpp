@@ -21,6 +21,9 @@ namespace
 // lower one holds, so that nobody can write a higher one.
 constexpr auto matchLimit = "(*LIMIT_MATCH=1000000)(*LIMIT_DEPTH=100000)"_L1;
 
+// An expression that takes too long takes so in most lines: after so many of them it is not tried any more.
+constexpr int mostGivenUp = 200;
+
 bool isWordUnit(char32_t c)
 {
     return QChar::isLetterOrNumber(c);
@@ -168,6 +171,28 @@ private:
     qsizetype m_behind = 0;
 };
 
+bool hasSurrogates(QStringView text)
+{
+    constexpr char16_t kind = 0xF800;
+    bool has = false;
+    // Without a way out in between, so that many are looked at at once.
+    for (const QChar c : text)
+        has |= (c.unicode() & kind) == 0xD800;
+    return has;
+}
+
+QString withoutHalves(QStringView text)
+{
+    QString whole = text.toString();
+    for (qsizetype i = 0; i < whole.size(); ++i) {
+        if (whole[i].isHighSurrogate() && i + 1 < whole.size() && whole[i + 1].isLowSurrogate())
+            ++i;
+        else if (whole[i].isSurrogate())
+            whole[i] = QChar::ReplacementCharacter;
+    }
+    return whole;
+}
+
 bool isAsked(const std::atomic_bool *isEnded)
 {
     return !isEnded || !*isEnded;
@@ -187,6 +212,8 @@ struct FindQuery::Parts {
     QString error;
     std::vector<Word> words;
     std::optional<QRegularExpression> expression;
+    // In so many lines.
+    mutable std::atomic_int givenUp = 0;
 
     Comparison comparison() const { return {options.matchCase, options.accents}; }
 };
@@ -314,24 +341,35 @@ FindQuery::Found FindQuery::lookIn(QStringView text, quint64 words, const std::a
 FindQuery::Found FindQuery::findExpression(QStringView text, const std::atomic_bool *isEnded) const
 {
     Found found;
+    const QRegularExpression &expression = *m_parts->expression;
+    // The engine would look for halves of characters by itself, in each line and unit by unit.
+    constexpr auto known = QRegularExpression::DontCheckSubjectStringMatchOption;
+    const QString whole = hasSurrogates(text) && !text.isValidUtf16() ? withoutHalves(text) : QString();
+    if (!whole.isNull())
+        text = whole;
     for (LineWalk walk(text); isAsked(isEnded) && walk.next();) {
         const QStringView line = walk.line();
-        // In most lines nothing is found.
-        const QRegularExpressionMatch first =
-            line.isEmpty() ? QRegularExpressionMatch() : m_parts->expression->match(line);
-        found.isGivenUp |= !line.isEmpty() && !first.isValid();
-        if (!first.hasMatch())
-            continue;
-        QRegularExpressionMatchIterator matches = m_parts->expression->globalMatch(line);
-        while (matches.hasNext() && isAsked(isEnded)) {
-            const QRegularExpressionMatch match = matches.next();
-            if (match.capturedLength() == 0)
-                continue;
-            const qsizetype start = walk.begin() + match.capturedStart();
-            if (!m_parts->options.wholeWord || isWholeWord(text, start, match.capturedLength()))
-                found.matches.push_back({start, match.capturedLength(), match.capturedTexts()});
+        if (m_parts->givenUp > mostGivenUp) {
+            found.isGivenUp = true;
+            break;
         }
-        found.isGivenUp |= !matches.isValid();
+        // In most lines nothing is found.
+        const QRegularExpressionMatch first = expression.match(line, 0, QRegularExpression::NormalMatch, known);
+        bool isGivenUp = !first.isValid();
+        if (first.hasMatch()) {
+            QRegularExpressionMatchIterator matches =
+                expression.globalMatch(line, 0, QRegularExpression::NormalMatch, known);
+            while (matches.hasNext() && isAsked(isEnded)) {
+                const QRegularExpressionMatch match = matches.next();
+                const qsizetype start = walk.begin() + match.capturedStart();
+                const qsizetype length = match.capturedLength();
+                if (length > 0 && (!m_parts->options.wholeWord || isWholeWord(text, start, length)))
+                    found.matches.push_back({start, length, match.capturedTexts()});
+            }
+            isGivenUp = !matches.isValid();
+        }
+        found.isGivenUp |= isGivenUp;
+        m_parts->givenUp += isGivenUp ? 1 : 0;
     }
     found.words = found.matches.empty() ? 0 : 1;
     return found;

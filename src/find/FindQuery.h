@@ -50,7 +50,8 @@ struct FindMatch {
 //
 // A regular expression is one of QRegularExpression's, with Unicode's properties, and is looked for in each line of a
 // text alone: in each paragraph, and on either side of a line break in one. ^ and $ are a line's beginning and end, and
-// no match reaches over it. A match of nothing is none.
+// no match reaches over it. A match of nothing is none. What takes too long in a line is given up there, and in all
+// others once it took too long in 200 of them.
 class FindQuery
 {
 public:

@@ -25,6 +25,8 @@ private Q_SLOTS:
     void ofOverlappingWordsTheFirstAndLongestCounts();
     void tellsWhichWordsATextHolds();
     void aLineThatTakesAnExpressionTooLongIsGivenUp();
+    void anExpressionThatTakesTooLongEverywhereIsTriedNoMore();
+    void halvesOfCharactersDoNotStopAnExpression();
     void noExpressionCanRaiseItsOwnLimit();
     void findsWhatAReaderOfCharactersFinds();
     void whatIsFoundIsNeverRuledOutBySignatures();
@@ -147,6 +149,25 @@ void tst_FindQuery::aLineThatTakesAnExpressionTooLongIsGivenUp()
     QVERIFY(found.isGivenUp);
     QCOMPARE(found.matches, (std::vector<FindMatch>{{43, 1, {u"b"_s}}}));
     QVERIFY(!query.lookIn(u"aaa b").isGivenUp);
+}
+
+void tst_FindQuery::anExpressionThatTakesTooLongEverywhereIsTriedNoMore()
+{
+    const FindQuery query(u"(*LIMIT_MATCH=100)(a+)+$|b"_s, optionsOf(u"r"_s));
+    const QString line = QString(40, u'a') + u"!\r\n"_s;
+    QVERIFY(query.lookIn(line.repeated(100) + u'b').matches.size() == 1);
+    QVERIFY(query.lookIn(u"b").matches.size() == 1);
+    const FindQuery::Found found = query.lookIn(line.repeated(200) + u'b');
+    QVERIFY(found.matches.empty() && found.isGivenUp);
+    QVERIFY(query.lookIn(u"b").matches.empty() && query.lookIn(u"b").isGivenUp);
+}
+
+void tst_FindQuery::halvesOfCharactersDoNotStopAnExpression()
+{
+    const FindQuery query(u"a+"_s, optionsOf(u"r"_s));
+    const FindQuery::Found found = query.lookIn(u"\xd800 aa \xdc00\xd83d\xde00 a");
+    QVERIFY(!found.isGivenUp);
+    QCOMPARE(found.matches, (std::vector<FindMatch>{{2, 2, {u"aa"_s}}, {9, 1, {u"a"_s}}}));
 }
 
 void tst_FindQuery::noExpressionCanRaiseItsOwnLimit()
