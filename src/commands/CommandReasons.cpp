@@ -92,6 +92,7 @@ const std::vector<RuleNeeds> &needsOfRules()
         {movableLast, {open, entry, changeable, notRoot, notLast}},
         {expandable, {open, entry, children, closed}},
         {collapsible, {open, entry, children, opened}},
+        {joinable, {open, entry, changeable, notLast, wholeText}},
         {sortable, {open, entry, changeable, children}},
         {entryCopied, {open, entry, changeable, copied}},
         {taggedExist, {open, entry, tagged}},

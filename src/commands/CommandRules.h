@@ -118,6 +118,12 @@ inline bool collapsible(State s)
     return s.HasChildren && s.Expanded && s.Selected;
 }
 
+// Its text is to be seen whole, and there is one behind it.
+inline bool joinable(State s)
+{
+    return s.Writable && s.Selected && !s.LastSibling && !s.TextWithheld;
+}
+
 inline bool sortable(State s)
 {
     return s.Writable && s.HasChildren && s.Selected;

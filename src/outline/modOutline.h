@@ -3,6 +3,10 @@
 
 #pragma once
 
+#include <vector>
+
+class Document;
+class Entry;
 class EntryRef;
 
 // The commands of the Outline menu. Each works on the active document and does nothing without one. A command that
@@ -56,5 +60,16 @@ void OutlineSortCurrent();
 void OutlineSortAll();
 // Opens the in-place editor on the selected entry's label.
 void OutlineRename();
+
+// Puts the next sibling's label and text behind the selected entry's text, and its children behind the children. The
+// label is left out where the text begins with it, or it is the selected entry's own.
+void OutlineJoin();
+// Makes an entry of the text from the caret on: the next sibling, or of the root the first child. Its label is the
+// text's first line.
+void OutlineSplit();
+
+// Joins entries, none of which lies inside another, into the first of them, in their order, as OutlineJoin does. False
+// when that is impossible, and then nothing has changed; the status bar says why.
+bool joinEntries(Document &document, const std::vector<Entry *> &entries);
 
 } // namespace modOutline

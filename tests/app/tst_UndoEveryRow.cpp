@@ -348,6 +348,8 @@ const std::map<std::string_view, RowCase> &cases()
         {"mnuToolsRedo", {Travels, withAStepUndone}},
         // Its argument is the position.
         {"toolsGoTo", {Travels, withAStep}},
+        {"mnuToolsJoin", changing(on("A"))},
+        {"mnuToolsSplit", editing()},
         {"mnuToolsGoToAnything",
          {Shows,
           [](MainFixture &main) {

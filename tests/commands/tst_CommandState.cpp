@@ -127,6 +127,8 @@ constexpr ConditionRow conditionRows[] = {
     {"mnuEditPaste", "WT", "B"},
     {"mnuEditPasteSpecial", "WT", "B"},
     {"mnuSearchReplace", "W"},
+    {"mnuToolsJoin", "WS", "9B"},
+    {"mnuToolsSplit", "WT", "B"},
 };
 
 } // namespace
