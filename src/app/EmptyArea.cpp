@@ -5,6 +5,7 @@
 
 #include "commands/CommandKeys.h"
 #include "commands/CommandTable.h"
+#include "util/FullPath.h"
 
 #include <QDir>
 #include <QFileInfo>
@@ -124,12 +125,9 @@ QLabel *heading(const QString &text, double scale, QWidget *parent)
     return label;
 }
 
-// A folder as people write it, with "~" for their own.
 QString shownFolder(const QString &sFile)
 {
-    const QString folder = QFileInfo(sFile).absolutePath();
-    const QString home = QDir::homePath();
-    return folder == home || folder.startsWith(home + u'/') ? u'~' + folder.sliced(home.size()) : folder;
+    return ShownPathName(QFileInfo(sFile).absolutePath());
 }
 
 } // namespace

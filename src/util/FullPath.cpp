@@ -13,6 +13,12 @@ QString FullPathName(const QString &sFile)
     return QDir::cleanPath(QFileInfo(sFile).absoluteFilePath());
 }
 
+QString ShownPathName(const QString &sFile)
+{
+    const QString home = QDir::homePath();
+    return sFile == home || sFile.startsWith(home + u'/') ? u'~' + sFile.sliced(home.size()) : sFile;
+}
+
 QString RealPathName(const QString &sFile)
 {
     const QFileInfo file(sFile);

@@ -50,7 +50,8 @@ Journal::~Journal()
 
 void Journal::noteException()
 {
-    noteFailed(currentError().description);
+    const ErrorReport error = currentError();
+    noteFailed(error.description, errorDescription(static_cast<ErrorNumber>(error.number)));
 }
 
 void Journal::begin(EntryId typedIn)

@@ -79,7 +79,7 @@ public:
 
     // The writer's answers.
     void noteWritten(qint64 size);
-    void noteFailed(const QString &why);
+    void noteFailed(const QString &why, const QString &said);
     // The text that was followed is lost, and what was handed over with it.
     void noteLost();
 

@@ -263,7 +263,7 @@ void Journal::noteWritten(qint64 size)
     m_keeper.wake();
 }
 
-void Journal::noteFailed(const QString &why)
+void Journal::noteFailed(const QString &why, const QString &said)
 {
     m_inFlight = false;
     if (!m_document || !m_begun)
@@ -276,5 +276,5 @@ void Journal::noteFailed(const QString &why)
     m_isTold = true;
     m_document->tell({NoticeKind::NoRecovery,
                       u"What you change in this document is not kept against a crash at the moment: %1. It is "
-                      "tried again by itself; save the document to be sure."_s.arg(why)});
+                      "tried again by itself; save the document to be sure."_s.arg(said)});
 }

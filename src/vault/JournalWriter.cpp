@@ -3,7 +3,7 @@
 
 #include "vault/JournalWriter.h"
 
-#include "util/RunTimeError.h"
+#include "util/FullPath.h"
 #include "vault/PrivateFiles.h"
 
 #include <QFileInfo>
@@ -18,6 +18,23 @@ JournalWriter::JournalWriter(QString folder)
 }
 
 JournalWriter::~JournalWriter() = default;
+
+QString JournalWriter::inWords(ErrorNumber number) const
+{
+    const QString folder = ShownPathName(m_folder);
+    switch (number) {
+    case ErrorNumber::DiskFull:
+        return u"there is no room left for it in the folder %1"_s.arg(folder);
+    case ErrorNumber::PermissionDenied:
+    case ErrorNumber::PathFileAccess:
+    case ErrorNumber::PathNotFound:
+        return u"the folder %1 cannot be written"_s.arg(folder);
+    case ErrorNumber::FileNotFound:
+        return u"what was kept in the folder %1 was removed"_s.arg(folder);
+    default:
+        return errorDescription(number);
+    }
+}
 
 JournalWriter::File JournalWriter::create() const
 {
@@ -86,6 +103,7 @@ void JournalWriter::mark(const File &file, const RecoveryBatch &batch)
 void JournalWriter::write(int journal, const RecoveryBatch &given)
 {
     QString why;
+    QString said;
     try {
         if (m_obstacle)
             m_obstacle();
@@ -110,13 +128,14 @@ void JournalWriter::write(int journal, const RecoveryBatch &given)
         return;
     } catch (const RunTimeError &error) {
         why = error.description();
+        said = inWords(error.number());
     } catch (const std::bad_alloc &) {
-        why = errorDescription(ErrorNumber::OutOfMemory);
+        why = said = errorDescription(ErrorNumber::OutOfMemory);
     } catch (const TextKeeper::Lost &) {
         Q_EMIT textLost(journal);
         return;
     }
-    Q_EMIT failed(journal, why);
+    Q_EMIT failed(journal, why, said);
 }
 
 void JournalWriter::discard(int journal)

@@ -3,6 +3,7 @@
 
 #pragma once
 
+#include "util/RunTimeError.h"
 #include "vault/RecoveryDatabase.h"
 #include "vault/RecoveryFolder.h"
 #include "vault/TextKeeper.h"
@@ -35,7 +36,8 @@ public:
 Q_SIGNALS:
     // What the journal takes on disk, in bytes.
     void written(int journal, qint64 size);
-    void failed(int journal, const QString &why);
+    // What goes into the log, and what is said to the user.
+    void failed(int journal, const QString &why, const QString &said);
     // See Journal.
     void textLost(int journal);
 
@@ -45,6 +47,7 @@ private:
         std::unique_ptr<RecoveryDatabase> database;
     };
 
+    QString inWords(ErrorNumber number) const;
     File create() const;
     static void remove(File file);
     static void mark(const File &file, const RecoveryBatch &batch);

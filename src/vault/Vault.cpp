@@ -27,9 +27,9 @@ Vault::Vault(Settings settings)
         if (const auto found = m_journals.find(journal); found != m_journals.end())
             found->second.journal->noteWritten(size);
     });
-    connect(m_writer.get(), &JournalWriter::failed, this, [this](int journal, const QString &why) {
+    connect(m_writer.get(), &JournalWriter::failed, this, [this](int journal, const QString &why, const QString &said) {
         if (const auto found = m_journals.find(journal); found != m_journals.end())
-            found->second.journal->noteFailed(why);
+            found->second.journal->noteFailed(why, said);
     });
     connect(m_writer.get(), &JournalWriter::textLost, this, [this](int journal) {
         if (const auto found = m_journals.find(journal); found != m_journals.end())

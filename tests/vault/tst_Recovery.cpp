@@ -154,8 +154,15 @@ void tst_Recovery::withoutRoomForItWhatWasLeftStays()
     m_vault->writer().setObstacle([] { throw RunTimeError(ErrorNumber::DiskFull); });
     {
         const auto left = leftIn(crashed);
+        const QByteArray home = qgetenv("HOME");
+        qputenv("HOME", QFile::encodeName(m_folder->path()));
         const Document *document = recoverDocument(*left, *m_vault);
-        QVERIFY(document && document->hasNotice(NoticeKind::NoRecovery));
+        qputenv("HOME", home);
+        const DocumentNotice *notice = document ? document->notice(NoticeKind::NoRecovery) : nullptr;
+        QVERIFY(notice);
+        // In words of the user's.
+        QVERIFY2(notice->text.contains(u": there is no room left for it in the folder ~/recovery. It is"_s),
+                 qPrintable(notice->text));
     }
     QVERIFY(leftIn(crashed));
 }
