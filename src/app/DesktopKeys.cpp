@@ -6,6 +6,8 @@
 #include "commands/CommandKeys.h"
 #include "commands/CommandWords.h"
 #include "commands/Dispatcher.h"
+#include "document/Document.h"
+#include "document/Ports.h"
 
 #include <QAction>
 #include <QApplication>
@@ -14,6 +16,7 @@
 #include <QLineEdit>
 #include <QWidget>
 
+using namespace Qt::StringLiterals;
 using Road = CommandKey::Road;
 
 namespace
@@ -24,6 +27,14 @@ bool isLineEditor(const QWidget &widget)
 {
     const auto *box = qobject_cast<const QComboBox *>(&widget);
     return (box && box->isEditable()) || qobject_cast<const QLineEdit *>(&widget);
+}
+
+// Whoever saves by habit is not to believe that something was saved.
+void sayWhyNotRun(std::string_view command)
+{
+    Document *document = DocumentActive();
+    if (command == "mnuFileSave" && document && !document->mayBeSaved())
+        document->say(u"This document is read-only, so it was not saved. Save as makes a file of it"_s);
 }
 
 } // namespace
@@ -84,6 +95,8 @@ bool DesktopKeyFilter::eventFilter(QObject *watched, QEvent *event)
     if (enabled && !editing && !isByPlace(*found, press))
         return QObject::eventFilter(watched, event);
     event->accept();
+    if (!enabled && event->type() == QEvent::KeyPress && !press.isAutoRepeat())
+        sayWhyNotRun(found->command);
     // While something is dragged, the keys belong to that.
     if (enabled && event->type() == QEvent::KeyPress && (editing || !press.isAutoRepeat()) &&
         QApplication::mouseButtons() == Qt::NoButton)

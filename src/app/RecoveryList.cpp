@@ -3,6 +3,9 @@
 
 #include "app/RecoveryList.h"
 
+#include "document/Document.h"
+#include "document/DocumentView.h"
+#include "document/DocumentWindow.h"
 #include "document/Ports.h"
 #include "util/Procedure.h"
 #include "vault/Recovery.h"
@@ -237,10 +240,12 @@ void RecoveryList::recover()
         std::vector<LeftBehind *> recovered;
         std::vector<LeftBehind *> failed;
         for (LeftBehind *left : chosen()) {
-            if (left->damage().isEmpty() && recoverDocument(*left, m_vault))
-                recovered.push_back(left);
-            else
+            if (!left->damage().isEmpty() || !recoverDocument(*left, m_vault)) {
                 failed.push_back(left);
+                continue;
+            }
+            closeLook(*left);
+            recovered.push_back(left);
         }
         remove(recovered);
         if (!failed.empty())
@@ -253,8 +258,10 @@ void RecoveryList::look()
 {
     procedure("RecoveryList look", [this] {
         for (LeftBehind *left : chosen()) {
-            if (left->damage().isEmpty())
-                lookAtLeftBehind(*left);
+            if (const Document *shown = lookOf(*left); shown && shown->view())
+                shown->view()->window.bringToFront();
+            else if (left->damage().isEmpty())
+                m_looks[left] = lookAtLeftBehind(*left);
         }
     });
 }
@@ -268,10 +275,33 @@ void RecoveryList::discard()
                             namesOf(selected)),
                         Answer::No))
             return;
-        for (LeftBehind *left : selected)
+        for (LeftBehind *left : selected) {
+            renameLook(*left);
             left->discard();
+        }
         remove(selected);
     });
+}
+
+// Null also for one that was saved as a file of its own.
+Document *RecoveryList::lookOf(const LeftBehind &left) const
+{
+    const auto look = m_looks.find(&left);
+    return look != m_looks.end() && look->second && look->second->m_bForReading && look->second->m_sFile.isEmpty()
+               ? look->second
+               : nullptr;
+}
+
+void RecoveryList::closeLook(const LeftBehind &left)
+{
+    if (const Document *look = lookOf(left); look && look->view())
+        look->view()->window.close();
+}
+
+void RecoveryList::renameLook(const LeftBehind &left)
+{
+    if (Document *look = lookOf(left))
+        look->setCaption(left.name() + u" (discarded, read-only)"_s);
 }
 
 void RecoveryList::remove(const std::vector<LeftBehind *> &gone)

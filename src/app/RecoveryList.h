@@ -6,10 +6,13 @@
 #include "vault/LeftBehind.h"
 
 #include <QDialog>
+#include <QPointer>
 
+#include <map>
 #include <memory>
 #include <vector>
 
+class Document;
 class QLabel;
 class QPushButton;
 class QTreeWidget;
@@ -41,7 +44,14 @@ private:
     void discard();
     void remove(const std::vector<LeftBehind *> &gone);
 
+    // Leaves nobody with a look at what has become something else.
+    void closeLook(const LeftBehind &left);
+    void renameLook(const LeftBehind &left);
+    Document *lookOf(const LeftBehind &left) const;
+
     std::vector<std::unique_ptr<LeftBehind>> m_left;
+    // The documents that show what was left behind, to be read only.
+    std::map<const LeftBehind *, QPointer<Document>> m_looks;
     Vault &m_vault;
     QLabel *m_text = nullptr;
     QTreeWidget *m_list = nullptr;

@@ -99,6 +99,8 @@ public:
 
     void aboutToReplace(const Document &, bool) override {}
 
+    bool willKeep(const Document &) override { return false; }
+
     void recovered(const Document &, const QString &, const QDateTime &) override {}
 };
 

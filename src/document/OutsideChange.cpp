@@ -4,6 +4,7 @@
 #include "document/OutsideChange.h"
 
 #include "document/Document.h"
+#include "document/FileWitness.h"
 #include "document/Ports.h"
 #include "document/modDoc.h"
 
@@ -91,8 +92,13 @@ bool mayReplaceFile(Document &document)
         record.own = look.now;
     if (look.fate != FileFate::Changed || isSameVersion(record.conceded, look.now))
         return true;
-    if (!userAgrees(u"The file %1 has changed on the disk since this window read or saved it, and what was changed "
-                    "there would be lost. Do you want to save over it?"_s.arg(document.m_sFile)))
+    const QString question =
+        followerOfFiles().willKeep(document)
+            ? u"The file %1 has changed on the disk since this window read or saved it. Do you want to save over it? "
+              "What was changed there is kept as a version of it, and can be brought back."_s
+            : u"The file %1 has changed on the disk since this window read or saved it, and what was changed there "
+              "would be lost. Do you want to save over it?"_s;
+    if (!userAgrees(question.arg(document.m_sFile)))
         return false;
     record.conceded = look.now;
     return true;

@@ -29,6 +29,11 @@ Document *DocumentActive()
     return ports().windows->activeDocument();
 }
 
+FileWitness &followerOfFiles()
+{
+    return *ports().files;
+}
+
 bool userAgrees(const QString &question)
 {
     return userDialogs().ask(question) == Answer::Yes;

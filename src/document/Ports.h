@@ -177,6 +177,9 @@ Ports &ports();
 // The active document, or null when no document window is active.
 Document *DocumentActive();
 
+// Who follows what becomes of the files of documents.
+FileWitness &followerOfFiles();
+
 // Whether the user answers a question with Yes.
 bool userAgrees(const QString &question);
 // The same of a question without an icon, where Return may answer something else.

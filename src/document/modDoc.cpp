@@ -32,11 +32,6 @@ namespace
 
 constexpr auto saveName = "modDoc DocSave";
 
-FileWitness &followerOfFiles()
-{
-    return *ports().files;
-}
-
 // A new document window with its untitled caption.
 Document &openUntitled(std::unique_ptr<Outline> outline)
 {

@@ -144,7 +144,7 @@ bool load(const QString &sFile, const QString &sCaption)
     document->autoFitSplit();
     if (sCaption.isEmpty())
         ports().recentFiles->UpdateMRUFile(sFile, false);
-    ports().files->fileRead(*document);
+    followerOfFiles().fileRead(*document);
     return true;
 }
 

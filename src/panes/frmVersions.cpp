@@ -8,6 +8,7 @@
 #include "document/modDoc.h"
 #include "formats/PlainText.h"
 #include "model/Contrast.h"
+#include "panes/ScrolledTogether.h"
 #include "util/Procedure.h"
 #include "util/RunTimeError.h"
 #include "vault/TextComparison.h"
@@ -117,6 +118,7 @@ frmVersions::frmVersions(VersionKeeper &keeper, Document &document, QWidget *par
     , m_txtNow(makeText(u"txtNow"_s, u"Text now"_s))
     , m_lblThen(new QLabel)
     , m_lblNow(new QLabel)
+    , m_together(new ScrolledTogether(*m_txtThen, *m_txtNow))
     , m_cmdOpen(makeButton(u"cmdOpen"_s, u"&Open"_s, &frmVersions::openVersion))
     , m_cmdAll(makeButton(u"cmdAll"_s, u"Bring back &all"_s, &frmVersions::bringBackAll))
     , m_cmdBranch(makeButton(u"cmdBranch"_s, u"Bring back &branch"_s, &frmVersions::bringBackBranch))
@@ -274,8 +276,9 @@ void frmVersions::compare()
         const HourglassPointer hourglass;
         m_compared = std::make_unique<ComparedVersion>(m_document, *m_version);
         m_differences.setCompared(m_compared.get());
-        say(m_compared->differences().empty()
-                ? u"The document is what this version is."_s
+        say(m_compared->isSame() ? u"The document is what this version is."_s
+            : m_compared->differences().empty()
+                ? u"Every entry is what it was; only fonts, or what the file says beside the entries, are different."_s
                 : u"Entries that are different now: %1."_s.arg(inWords(countsOf(m_compared->differences()))));
         m_lstDifferences->setCurrentIndex(m_differences.index(0, 0));
     }
@@ -302,8 +305,10 @@ void frmVersions::markWords()
     const TextComparison compared = compareTexts(m_txtThen->toPlainText(), m_txtNow->toPlainText());
     mark(*m_txtThen, compared.before, false);
     mark(*m_txtNow, compared.after, true);
+    m_together->setCompared({});
     showFirst(*m_txtThen, compared.before);
     showFirst(*m_txtNow, compared.after);
+    m_together->setCompared(compared);
     const EntryDifference *shown = difference();
     const bool isSame = compared.before.stretches.empty() && compared.after.stretches.empty();
     const bool looksDifferent = shown && shown->hasOtherText && isSame;
@@ -327,7 +332,7 @@ void frmVersions::enableButtons()
     const EntryDifference *shown = difference();
     const bool mayChange = !m_document.bReadOnly();
     m_cmdOpen->setEnabled(m_version.has_value());
-    m_cmdAll->setEnabled(mayChange && m_version.has_value());
+    m_cmdAll->setEnabled(mayChange && m_compared && !m_compared->isSame());
     m_cmdBranch->setEnabled(mayChange && shown && m_compared->canBringBackBranch(*shown));
     m_cmdText->setEnabled(mayChange && shown && m_compared->canBringBackText(*shown));
 }

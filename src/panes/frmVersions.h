@@ -17,6 +17,7 @@ class QLabel;
 class QPlainTextEdit;
 class QPushButton;
 class QTreeView;
+class ScrolledTogether;
 
 // The versions of a document: which there are, what of each is another now, and the ways to bring it back.
 class frmVersions final : public QDialog
@@ -67,6 +68,7 @@ private:
     QPlainTextEdit *const m_txtNow;
     QLabel *const m_lblThen;
     QLabel *const m_lblNow;
+    const std::unique_ptr<ScrolledTogether> m_together;
     QPushButton *const m_cmdOpen;
     QPushButton *const m_cmdAll;
     QPushButton *const m_cmdBranch;

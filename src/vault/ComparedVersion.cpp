@@ -22,6 +22,15 @@ std::vector<Held *> inOutlineOrder(Entry *root)
     return entries;
 }
 
+// Without what the panes make of it.
+KeptOutline asShownClosed(KeptOutline outline)
+{
+    outline.selected = -1;
+    for (EntryRecord &entry : outline.entries)
+        entry.expanded = false;
+    return outline;
+}
+
 void showBroughtBack(Document &document, Entry *entry)
 {
     // What is open now was not opened to a level.
@@ -39,6 +48,8 @@ ComparedVersion::ComparedVersion(Document &document, const KeptOutline &version)
     , m_then(inOutlineOrder<const Entry>(m_outline->tree.root()))
     , m_now(inOutlineOrder<Entry>(document.tree.root()))
 {
+    m_isSame =
+        m_comparison.differences.empty() && asShownClosed(version) == asShownClosed(keptOutline(document.outline()));
     for (size_t place = 0; place < m_then.size(); ++place) {
         if (const int match = m_comparison.afterOf[place]; match >= 0)
             m_counterparts.emplace(m_then[place], m_now[static_cast<size_t>(match)]);

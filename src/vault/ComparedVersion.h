@@ -23,6 +23,10 @@ public:
     // From the version to now.
     const std::vector<EntryDifference> &differences() const { return m_comparison.differences; }
 
+    // Whether nothing at all is different, the fonts and what the file says beside the entries included. What is open
+    // and what is selected counts for nothing.
+    bool isSame() const { return m_isSame; }
+
     // The entry of a difference in the version, and in the document; null where it is not.
     const Entry *then(const EntryDifference &difference) const;
     Entry *now(const EntryDifference &difference) const;
@@ -50,6 +54,7 @@ private:
     Document &m_document;
     const std::unique_ptr<Outline> m_outline;
     OutlineComparison m_comparison;
+    bool m_isSame = false;
     // In outline order.
     std::vector<const Entry *> m_then;
     std::vector<Entry *> m_now;

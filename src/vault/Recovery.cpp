@@ -143,7 +143,7 @@ Document *recoverDocument(LeftBehind &left, Vault &vault)
             other->view()->window.close();
         if (hasName)
             ports().recentFiles->UpdateMRUFile(sFile, false);
-        ports().files->recovered(*document, left.fileBehind(), left.state().time);
+        followerOfFiles().recovered(*document, left.fileBehind(), left.state().time);
         if (Journal *journal = vault.journalOf(*document))
             journal->setChangedAt(left.state().time);
         // A second crash finds the one or the other.
@@ -171,11 +171,13 @@ Document *lookAtLeftBehind(LeftBehind &left)
             document->history.startAnew();
             document->history.markSaved();
             document->m_fileAccess = FileAccess::ReadOnly;
+            document->m_bForReading = true;
             if (DocumentView *view = document->view())
                 view->trvOutline.setLabelEdit(LabelEditMode::tvwManual);
         }
         show(*document);
         document->updateTextLock();
+        document->lookAtFileAgain();
         tellOfLoss(*document, loss);
         return document;
     });

@@ -203,6 +203,13 @@ void VersionKeeper::aboutToReplace(const Document &document, bool inPlace)
     });
 }
 
+bool VersionKeeper::willKeep(const Document &document)
+{
+    if (!m_keeping || document.hasNotice(NoticeKind::NoVersion) || QFileInfo(document.m_sFile).size() > m_mostBytes)
+        return false;
+    return procedure(keeperName, [&] { return !readFile(document.m_sFile).read.failure; });
+}
+
 void VersionKeeper::recovered(const Document &document, const QString &file, const QDateTime &since)
 {
     if (!m_keeping)
@@ -269,7 +276,7 @@ VersionKeeper::Outcome VersionKeeper::keep(const QString &folder, const KeptOutl
                 throw;
             const QString aside = setAside(path);
             outcome = {u"The earlier versions of %1 are damaged; what there is of them is in the file %2. From now on "
-                       "versions are kept again."_s.arg(save.file, aside),
+                       "versions are kept again."_s.arg(save.file, ShownPathName(aside)),
                        error.description()};
             version = keepIn(path, outline, save);
         }

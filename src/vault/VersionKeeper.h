@@ -42,6 +42,8 @@ public:
     // What the file holds becomes a version of it with the next one, unless it is one already; at once where it is to
     // be written over.
     void aboutToReplace(const Document &document, bool inPlace) override;
+    // As a version, where the file can be read as a document and there was no trouble keeping the last one.
+    bool willKeep(const Document &document) override;
     // What was recovered becomes a version, too: of its file, or else of the one that the document is first saved as.
     void recovered(const Document &document, const QString &file, const QDateTime &since) override;
 

@@ -3,9 +3,11 @@
 
 #include "app/RecoveryList.h"
 
+#include "document/modDoc.h"
 #include "support/FakePorts.h"
 #include "vault/RecoveryFixture.h"
 
+#include <QFileInfo>
 #include <QPointer>
 #include <QPushButton>
 #include <QTest>
@@ -27,6 +29,9 @@ private Q_SLOTS:
     void manyAreNotAllNamedWhenTheyAreDiscarded();
     void allAreRecoveredByReturn();
     void whatIsLookedAtStaysInTheList();
+    void whatIsLookedAtTwiceHasOneWindow();
+    void noLookStaysBehindWhatWasRecovered();
+    void aLookAtWhatWasDiscardedSaysSo();
     void discardingAsksFirst();
     void laterLeavesAllForTheNextStart();
     void whatCannotBeReadCanOnlyBeDiscarded();
@@ -202,11 +207,12 @@ void tst_RecoveryList::whatIsLookedAtStaysInTheList()
     const QPointer<RecoveryList> list = offer();
     list->activateWindow();
     QVERIFY(QTest::qWaitForWindowActive(list));
-    // One by the mouse, and by its letter.
+    // One by the mouse, and the other by its letter.
     const QTreeWidgetItem *first = rows(*list)->topLevelItem(0);
     QTest::mouseClick(rows(*list)->viewport(), Qt::LeftButton, {}, rows(*list)->visualItemRect(first).center());
     QTest::mouseClick(button(*list, u"cmdLook"_s), Qt::LeftButton);
     QCOMPARE(m_ports->windows.open.size(), size_t(1));
+    QTest::keyClick(rows(*list), Qt::Key_Down);
     QTest::keyClick(list, Qt::Key_O, Qt::AltModifier);
     QTRY_COMPARE(m_ports->windows.open.size(), size_t(2));
     for (const auto &open : m_ports->windows.open) {
@@ -216,6 +222,51 @@ void tst_RecoveryList::whatIsLookedAtStaysInTheList()
     }
     QCOMPARE(rows(*list)->topLevelItemCount(), 2);
     list->close();
+}
+
+void tst_RecoveryList::whatIsLookedAtTwiceHasOneWindow()
+{
+    leaveTwo();
+    const QPointer<RecoveryList> list = offer();
+    QTest::mouseClick(button(*list, u"cmdLook"_s), Qt::LeftButton);
+    QTest::mouseClick(button(*list, u"cmdLook"_s), Qt::LeftButton);
+    QCOMPARE(m_ports->windows.open.size(), size_t(2));
+    // One that was closed is opened again.
+    m_ports->windows.open.front()->window.close();
+    QTest::mouseClick(button(*list, u"cmdLook"_s), Qt::LeftButton);
+    QCOMPARE(m_ports->windows.open.size(), size_t(2));
+    list->close();
+}
+
+void tst_RecoveryList::noLookStaysBehindWhatWasRecovered()
+{
+    leaveTwo();
+    const QPointer<RecoveryList> list = offer();
+    QTest::mouseClick(button(*list, u"cmdLook"_s), Qt::LeftButton);
+    QCOMPARE(m_ports->windows.open.size(), size_t(2));
+    QVERIFY(m_ports->windows.open.front()->document.bReadOnly());
+    // Saved as a file it is a document of its own.
+    Document &kept = m_ports->windows.open.front()->document;
+    QCOMPARE(modDoc::save(kept, m_folder->filePath(u"kept.qly"_s)), SaveOutcome::Saved);
+    QTest::mouseClick(button(*list, u"cmdRecover"_s), Qt::LeftButton);
+    QStringList captions;
+    for (const auto &open : m_ports->windows.open)
+        captions.append(QFileInfo(open->document.caption()).fileName());
+    QCOMPARE(captions.size(), 3);
+    QCOMPARE(captions.front(), u"kept.qly"_s);
+    QCOMPARE(captions.filter(u"left behind"_s), QStringList());
+}
+
+void tst_RecoveryList::aLookAtWhatWasDiscardedSaysSo()
+{
+    leaveTwo();
+    const QPointer<RecoveryList> list = offer();
+    QTest::mouseClick(button(*list, u"cmdLook"_s), Qt::LeftButton);
+    m_ports->dialogs.answers = {Answer::Yes};
+    QTest::mouseClick(button(*list, u"cmdDiscard"_s), Qt::LeftButton);
+    QCOMPARE(m_ports->windows.open.size(), size_t(2));
+    for (const auto &open : m_ports->windows.open)
+        QVERIFY2(open->document.caption().endsWith(u"(discarded, read-only)"_s), qPrintable(open->document.caption()));
 }
 
 void tst_RecoveryList::discardingAsksFirst()

@@ -22,8 +22,10 @@
 #include <QLabel>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTest>
+#include <QTextBlock>
 #include <QTreeView>
 
 using namespace Qt::StringLiterals;
@@ -48,6 +50,8 @@ private Q_SLOTS:
     void versionsThatWereNotSavedSayWhatTheyAre();
     void allComesBackAsOneStep();
     void whatTheProgramDoesNotKnowComesBackToo();
+    void whereNothingIsDifferentNothingCanBeBroughtBack();
+    void bothTextsAreScrolledTogether();
     void aBranchThatIsGoneComesBackWhereItWas();
     void aBranchThatWasChangedAndMovedComesBack();
     void aTextComesBackAlone();
@@ -395,6 +399,69 @@ void tst_frmVersions::whatTheProgramDoesNotKnowComesBackToo()
     QVERIFY(entryOf(document, u"A1"_s)->foreignRecords().empty());
 }
 
+void tst_frmVersions::whereNothingIsDifferentNothingCanBeBroughtBack()
+{
+    Document &document = plant(u"plan.qly"_s);
+    // To open and select entries makes no other document.
+    modNodes::NodeSelectFull(document, entryOf(document, u"A2"_s));
+    visit(0, [](const frmVersions &dialog) {
+        for (const char *name : {"cmdAll", "cmdBranch", "cmdText"})
+            QVERIFY2(!button(dialog, name).isEnabled(), name);
+        QVERIFY(button(dialog, "cmdOpen").isEnabled());
+    });
+    // A font is of no entry.
+    clsFont font;
+    document.m_fntTextFont.CopyTo(font);
+    font.setSize(document.m_fntTextFont.Size() + 50000);
+    document.history.setFonts(document.m_fntOutlineFont, font);
+    visit(0, [](const frmVersions &dialog) {
+        QVERIFY(dialog.findChild<QLabel *>(u"lblState"_s)->text().contains(u"only fonts"_s));
+        click(button(dialog, "cmdAll"));
+        QVERIFY(!button(dialog, "cmdAll").isEnabled());
+    });
+}
+
+void tst_frmVersions::bothTextsAreScrolledTogether()
+{
+    Document &document = plant(u"plan.qly"_s);
+    QStringList lines;
+    for (int line = 0; line < 300; ++line)
+        lines.append(u"line number %1"_s.arg(line));
+    const auto store = [&](const QStringList &all) {
+        document.history.setStoredText(entryOf(document, u"B"_s), all.join(u"\r\n"_s).toLatin1());
+    };
+    store(lines);
+    save(document);
+    // A long stretch that is new moves all behind it.
+    QStringList others = lines;
+    for (int line = 0; line < 100; ++line)
+        others.insert(50, u"something new"_s);
+    store(others);
+    visit(0, [](const frmVersions &dialog) {
+        choose(dialog, u"B: text changed"_s);
+        auto &then = *dialog.findChild<QPlainTextEdit *>(u"txtThen"_s);
+        auto &now = *dialog.findChild<QPlainTextEdit *>(u"txtNow"_s);
+        const auto topOf = [](const QPlainTextEdit &text) {
+            return text.cursorForPosition(QPoint(0, 0)).block().text();
+        };
+        then.verticalScrollBar()->setValue(200);
+        QCOMPARE(topOf(then), u"line number 200"_s);
+        QCOMPARE(topOf(now), u"line number 200"_s);
+        // By the keyboard, from the other side.
+        now.setFocus();
+        now.verticalScrollBar()->setValue(20);
+        QCOMPARE(topOf(then), u"line number 20"_s);
+        QTest::keyClick(&now, Qt::Key_End, Qt::ControlModifier);
+        QVERIFY(then.verticalScrollBar()->value() >= then.verticalScrollBar()->maximum() - 1);
+        QTest::keyClick(&now, Qt::Key_Home, Qt::ControlModifier);
+        QCOMPARE(then.verticalScrollBar()->value(), 0);
+        // What is new stands beside what comes behind it.
+        now.verticalScrollBar()->setValue(100);
+        QCOMPARE(topOf(now), u"something new"_s);
+        QCOMPARE(topOf(then), u"line number 50"_s);
+    });
+}
+
 void tst_frmVersions::aBranchThatIsGoneComesBackWhereItWas()
 {
     Document &document = plant(u"plan.qly"_s);
@@ -471,6 +538,10 @@ void tst_frmVersions::aVersionIsOpenedToBeReadOnly()
     form.textBox->setFocus();
     QTest::keyClicks(form.textBox, u"x"_s);
     QCOMPARE(form.textBox->toPlainText(), u"the first words"_s);
+    // Whoever saves it by habit is told.
+    QTest::keyClick(form.textBox, Qt::Key_S, Qt::ControlModifier);
+    QVERIFY2(opened.said().value_or(QString()).contains(u"read-only, so it was not saved"_s),
+             qPrintable(opened.said().value_or(QString())));
     // Saved under a name it is a document like any other.
     QCOMPARE(modDoc::save(opened, m_folder->filePath(u"old.qly"_s)), SaveOutcome::Saved);
     QVERIFY(!opened.bReadOnly() && opened.mayBeSaved());

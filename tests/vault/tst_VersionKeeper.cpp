@@ -196,6 +196,7 @@ private Q_SLOTS:
 
     void whatAFileHeldBeforeItsFirstSaveIsAVersion();
     void whatAnotherProgramWroteIsAVersionBeforeItIsSavedOver();
+    void whatWillNotBeKeptIsSaidToBeLost();
     void aPlainTextIsKeptBeforeItIsSavedOver();
     void whatIsNoDocumentIsNoVersion();
     void whatIsWrittenOverInPlaceIsAVersionBefore();
@@ -653,6 +654,8 @@ void tst_VersionKeeper::whatAnotherProgramWroteIsAVersionBeforeItIsSavedOver()
     document.history.setLabel(document.tree.root(), u"ours again"_s);
     desk.program.fake.dialogs.answers = {Answer::Yes};
     desk.save(document, document.m_sFile);
+    const QString question = desk.program.fake.dialogs.questions.value(0);
+    QVERIFY2(question.contains(u"is kept as a version"_s), qPrintable(question));
     const VersionKeeper::Listed listed = desk.list(document.m_sFile);
     QCOMPARE(originsOf(listed), (QList{saved, found, saved}));
     QCOMPARE(desk.read(document.m_sFile, listed.versions[1].number).entries[0].label, u"theirs"_s);
@@ -663,6 +666,31 @@ void tst_VersionKeeper::whatAnotherProgramWroteIsAVersionBeforeItIsSavedOver()
     write(path, nativeBytes(QStringList{u"whoever's"_s}));
     desk.save(other, path);
     QCOMPARE(originsOf(desk.list(path)), (QList{found, saved}));
+}
+
+void tst_VersionKeeper::whatWillNotBeKeptIsSaidToBeLost()
+{
+    Desk desk;
+    Document &document = desk.plant(u"plan.qly"_s, {u"ours"_s});
+    QStringList &questions = desk.program.fake.dialogs.questions;
+    const auto ask = [&](const QByteArray &theirs) {
+        write(document.m_sFile, theirs);
+        questions.clear();
+        desk.program.fake.dialogs.answers = {Answer::No};
+        document.history.setLabel(document.tree.root(), document.tree.root()->label() + u'!');
+        desk.save(document, document.m_sFile);
+        return questions.value(0);
+    };
+    QVERIFY(ask(nativeBytes(QStringList{u"theirs"_s})).contains(u"is kept as a version"_s));
+    QVERIFY(ask(QByteArray("\x89PNG\r\n\x1a\n\0\0\0\1", 12)).contains(u"would be lost"_s));
+    desk.keeper->setMostBytes(10);
+    QVERIFY(ask(nativeBytes(QStringList{u"theirs too"_s})).contains(u"would be lost"_s));
+    desk.keeper->setMostBytes(VersionKeeper::mostBytes);
+    document.tell({NoticeKind::NoVersion, u"The last one was not kept."_s});
+    QVERIFY(ask(nativeBytes(QStringList{u"theirs again"_s})).contains(u"would be lost"_s));
+    document.dismiss(NoticeKind::NoVersion);
+    desk.keeper->setKeeping(false);
+    QVERIFY(ask(nativeBytes(QStringList{u"theirs at last"_s})).contains(u"would be lost"_s));
 }
 
 void tst_VersionKeeper::aPlainTextIsKeptBeforeItIsSavedOver()
