@@ -126,21 +126,20 @@ private:
 
 } // namespace
 
-FollowedText::FollowedText(const QByteArray &storedText, const QString &baseFont)
+FollowedText::FollowedText(const QByteArray &storedText, const BaseFont &baseFont)
+    : m_baseFont(baseFont)
 {
     m_document.setUndoRedoEnabled(false);
-    takeBaseFont(baseFont);
+    m_document.setDefaultFont(baseFont.toFont());
     readEntryText(soundText(storedText).value_or(QByteArray()), m_document);
 }
 
-void FollowedText::takeBaseFont(const QString &font)
+void FollowedText::takeBaseFont(const BaseFont &font)
 {
     if (m_baseFont == font)
         return;
     m_baseFont = font;
-    QFont base;
-    base.fromString(font);
-    m_document.setDefaultFont(base);
+    m_document.setDefaultFont(font.toFont());
 }
 
 bool FollowedText::agreesWith(const LiveStretch &stretch) const

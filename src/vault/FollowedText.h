@@ -17,7 +17,7 @@ class FollowedText
 {
 public:
     // What a stored text is read as; nothing follows one that cannot be inflated whole.
-    FollowedText(const QByteArray &storedText, const QString &baseFont);
+    FollowedText(const QByteArray &storedText, const BaseFont &baseFont);
 
     // False where the stretch does not fit what is there, which is then of no use any more.
     bool take(const LiveStretch &stretch);
@@ -31,8 +31,8 @@ private:
     bool insert(const LiveStretch &stretch, QTextCursor &cursor);
     bool formatParagraphs(const LiveStretch &stretch, int firstParagraph);
     bool takeIntoLists(const LiveStretch &stretch, int firstParagraph);
-    void takeBaseFont(const QString &font);
+    void takeBaseFont(const BaseFont &font);
 
     SealedDocument m_document;
-    QString m_baseFont;
+    BaseFont m_baseFont;
 };

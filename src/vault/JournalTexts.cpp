@@ -59,7 +59,7 @@ std::shared_ptr<const logged::TextPath> Journal::pathTo(const std::shared_ptr<En
     m_followed.reset();
     // What it was read from leads to it, unless most of it was changed since, or something that cannot be told.
     const EntryDocument::Changes &changes = live->changesSinceRead();
-    logged::TextPath::Start start{live->storedWhenRead(), document.defaultFont().toString()};
+    logged::TextPath::Start start{live->storedWhenRead(), BaseFont(document.defaultFont())};
     std::optional<LiveStretch> stretch;
     if (!start.storedText.isNull() && changes.stretch.added <= document.characterCount() / 2)
         stretch = liveStretch(document, changes);

@@ -170,7 +170,7 @@ LiveStretch stretchOf(const QTextDocument &document, int from, int removed, int 
             break;
     }
     stretch.firstMark = formats.mark(document.firstBlock().charFormat());
-    stretch.baseFont = document.defaultFont().toString();
+    stretch.baseFont = BaseFont(document.defaultFont());
     stretch.tabStop = document.defaultTextOption().tabStopDistance();
     stretch.indent = document.indentWidth();
     stretch.characters = document.characterCount();
@@ -179,6 +179,31 @@ LiveStretch stretchOf(const QTextDocument &document, int from, int removed, int 
 }
 
 } // namespace
+
+BaseFont::BaseFont(const QFont &font)
+    : family(font.family())
+    , points(font.pointSizeF())
+    , pixels(font.pixelSize())
+    , weight(font.weight())
+    , italic(font.italic())
+    , underline(font.underline())
+    , strikeOut(font.strikeOut())
+{
+}
+
+QFont BaseFont::toFont() const
+{
+    QFont font(family);
+    if (points > 0)
+        font.setPointSizeF(points);
+    else if (pixels > 0)
+        font.setPixelSize(pixels);
+    font.setWeight(static_cast<QFont::Weight>(weight));
+    font.setItalic(italic);
+    font.setUnderline(underline);
+    font.setStrikeOut(strikeOut);
+    return font;
+}
 
 bool hasFrameBounds(QStringView text)
 {

@@ -13,7 +13,27 @@
 #include <optional>
 #include <vector>
 
+class QFont;
 class QTextDocument;
+
+// What is written of a font. Two threads must not have the same one, which keeps what it works out for itself.
+struct BaseFont {
+    BaseFont() = default;
+    explicit BaseFont(const QFont &font);
+
+    QFont toFont() const;
+
+    bool operator==(const BaseFont &) const = default;
+
+    QString family;
+    // One of them is -1.
+    qreal points = -1;
+    int pixels = -1;
+    int weight = 400;
+    bool italic = false;
+    bool underline = false;
+    bool strikeOut = false;
+};
 
 // What takes the place of a stretch of a text document, as values that another thread may hold: formats go by their
 // properties, as a format that two threads have keeps what it works out for itself.
@@ -78,7 +98,7 @@ struct LiveStretch {
     std::vector<Picture> pictures;
     // Of the whole text document. Nothing tells that the first paragraph's mark looks different.
     int firstMark = 0;
-    QString baseFont;
+    BaseFont baseFont;
     qreal tabStop = 0;
     qreal indent = 0;
     int characters = 0;

@@ -37,7 +37,7 @@ struct TextPath {
     // Where he begins: a stored text and its base font. Without it he goes on from where the path before led.
     struct Start {
         QByteArray storedText;
-        QString baseFont;
+        BaseFont baseFont;
     };
 
     std::optional<Start> start;

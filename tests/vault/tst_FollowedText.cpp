@@ -277,7 +277,7 @@ void tst_FollowedText::whatItIsWrittenOutAsIsTheTextItFollows()
     const bool isShown = seed % 8 != 0;
     if (isShown)
         text.document().documentLayout();
-    auto followed = std::make_unique<FollowedText>(stored, base.toString());
+    auto followed = std::make_unique<FollowedText>(stored, BaseFont(base));
     int taken = 0;
     int whole = 0;
     for (int round = 0; round < 60; ++round) {
@@ -298,7 +298,7 @@ void tst_FollowedText::whatItIsWrittenOutAsIsTheTextItFollows()
             continue;
         }
         if ((stretch = wholeStretch(text.document()))) {
-            followed = std::make_unique<FollowedText>(QByteArray(), base.toString());
+            followed = std::make_unique<FollowedText>(QByteArray(), BaseFont(base));
             QVERIFY(followed->take(*stretch));
             QVERIFY2(followed->toRtf() == expected, qPrintable(difference(followed->toRtf(), expected)));
             continue;

@@ -56,31 +56,49 @@ int samplesOr(int few)
 void tst_JournalPowerCut::whatWasTakenDownIsRecovered_data()
 {
     QTest::addColumn<bool>("grows");
-    QTest::newRow("some changes") << false;
+    QTest::addColumn<bool>("isTyped");
+    QTest::newRow("some changes") << false << false;
+    QTest::newRow("typing into a long text") << false << true;
     // So that the log of the database is written into it.
-    QTest::newRow("so much that the log is carried over") << true;
+    QTest::newRow("so much that the log is carried over") << true << false;
 }
 
 void tst_JournalPowerCut::whatWasTakenDownIsRecovered()
 {
     QFETCH(const bool, grows);
+    QFETCH(const bool, isTyped);
     const QTemporaryDir folder(u"/dev/shm/XXXXXX"_s);
     qint64 time = 5'000'000;
     Vault vault({folder.filePath(u"state/recovery"_s), [&time] { return time; }, false});
     auto outline = std::make_unique<Outline>();
     Entry *root = outline->tree.insert(Relationship::tvwFirst, nullptr);
+    QByteArray longText("{\\rtf1 ");
+    for (int line = 0; line < 100; ++line)
+        longText += "line no. " + QByteArray::number(line) + "\\par ";
+    Entry *typedIn = outline->tree.insert(Relationship::tvwChild, root);
+    outline->tree.setStoredText(typedIn, longText + "}");
     Document document(std::move(outline));
     document.m_sFile = u"/nowhere/notes.qly"_s;
     vault.attach(document);
     QRandomGenerator random(11);
+    const std::shared_ptr<EntryDocument> live = document.texts.open(*typedIn, QFont());
+    QTextCursor cursor(&live->document());
     PowerCut::record({QFile::encodeName(folder.path())});
     // What each mark promises.
     std::vector<QStringList> states;
     const int batches = grows ? 40 : 6;
     for (int batch = 0; batch < batches; ++batch) {
-        Entry *entry = document.history.insert(Relationship::tvwChild, root);
-        document.history.setLabel(entry, u"entry %1"_s.arg(batch));
-        if (grows) {
+        Entry *entry = nullptr;
+        if (!isTyped) {
+            entry = document.history.insert(Relationship::tvwChild, root);
+            document.history.setLabel(entry, u"entry %1"_s.arg(batch));
+        }
+        if (isTyped) {
+            // Here and there, so that a text is kept anew now and then.
+            cursor.setPosition(random.bounded(live->document().characterCount()));
+            cursor.insertText(QString(300, QChar(u'a' + batch)));
+            time += Journal::typingDelay;
+        } else if (grows) {
             // Nothing that can be made smaller.
             QByteArray text(150'000, Qt::Uninitialized);
             std::ranges::generate(text, [&random] { return static_cast<char>('!' + random.bounded(90)); });
