@@ -36,7 +36,7 @@ QString JournalWriter::inWords(ErrorNumber number) const
     }
 }
 
-JournalWriter::File JournalWriter::create() const
+JournalWriter::File JournalWriter::create()
 {
     makePrivateFolder(m_folder);
     const QString path = newRecoveryPath(m_folder);
@@ -47,7 +47,7 @@ JournalWriter::File JournalWriter::create() const
     try {
         file.database = std::make_unique<RecoveryDatabase>(path, Database::Opening::Create);
     } catch (...) {
-        file.lock->removeDatabase();
+        remove(std::move(file));
         throw;
     }
     return file;
@@ -56,8 +56,16 @@ JournalWriter::File JournalWriter::create() const
 void JournalWriter::remove(File file)
 {
     file.database.reset();
-    if (file.lock)
-        file.lock->removeDatabase();
+    if (!file.lock)
+        return;
+    if (!file.lock->removeDatabase())
+        m_stayed.push_back(std::move(file.lock));
+}
+
+// What a disk that takes nothing could not be rid of would be offered beside what is true.
+void JournalWriter::removeWhatStayed()
+{
+    std::erase_if(m_stayed, [](const std::unique_ptr<RecoveryLock> &lock) { return lock->removeDatabase(); });
 }
 
 // A base takes the place of the one before in one step. Where that database takes nothing any more, a new one is made,
@@ -120,6 +128,7 @@ void JournalWriter::write(int journal, const RecoveryBatch &given)
                                    u"%1 was removed"_s.arg(file->second.lock->databasePath()));
             file->second.database->write(batch);
         }
+        removeWhatStayed();
         const File &taken = m_files.at(journal);
         mark(taken, batch);
         Database &database = taken.database->database();

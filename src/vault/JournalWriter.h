@@ -13,6 +13,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <vector>
 
 // Writes journals down, each into a database of its own, on whatever thread it lives. It is given values only. A
 // journal that fails keeps what it has on disk, and goes on with the next batch that brings a base.
@@ -48,13 +49,16 @@ private:
     };
 
     QString inWords(ErrorNumber number) const;
-    File create() const;
-    static void remove(File file);
+    File create();
+    void remove(File file);
+    void removeWhatStayed();
     static void mark(const File &file, const RecoveryBatch &batch);
     void begin(int journal, const RecoveryBatch &batch);
 
     const QString m_folder;
     std::map<int, File> m_files;
     std::map<int, TextKeeper> m_texts;
+    // Of databases that could not be removed.
+    std::vector<std::unique_ptr<RecoveryLock>> m_stayed;
     std::function<void()> m_obstacle;
 };

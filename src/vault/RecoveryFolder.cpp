@@ -160,11 +160,16 @@ void RecoveryLock::setMark(const RecoveryMark &mark)
     replaceText(m_descriptor, holderText(getpid()) + textOf(mark));
 }
 
-void RecoveryLock::removeDatabase()
+bool RecoveryLock::removeDatabase()
 {
-    for (const QString &file : Database::filesOf(m_databasePath))
-        QFile::remove(file);
-    QFile::remove(lockPath(m_databasePath));
+    bool isGone = true;
+    QStringList files = Database::filesOf(m_databasePath);
+    files.append(lockPath(m_databasePath));
+    for (const QString &file : std::as_const(files)) {
+        if (unlink(QFile::encodeName(file).constData()) != 0 && errno != ENOENT)
+            isGone = false;
+    }
+    return isGone;
 }
 
 QString recoveryFolder()

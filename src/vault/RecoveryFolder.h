@@ -41,7 +41,7 @@ public:
     void setMark(const RecoveryMark &mark);
 
     // Removes the database, which must be closed, and the lock with it.
-    void removeDatabase();
+    bool removeDatabase();
 
 private:
     RecoveryLock(QString databasePath, int descriptor, RecoveryMark mark);

@@ -238,6 +238,33 @@ ssize_t read(int descriptor, void *bytes, size_t count)
     return got;
 }
 
+// What databases are read and written with.
+#ifdef QUILLERY_DATABASE_CALLS
+ssize_t pwrite64(int descriptor, const void *bytes, size_t count, off64_t offset)
+{
+    static auto *const real = original(&pwrite64, "pwrite64");
+    return interferes("write") ? -1 : real(descriptor, bytes, count, offset);
+}
+
+ssize_t pread64(int descriptor, void *bytes, size_t count, off64_t offset)
+{
+    static auto *const real = original(&pread64, "pread64");
+    return interferes("read") ? -1 : real(descriptor, bytes, count, offset);
+}
+
+int fdatasync(int descriptor)
+{
+    static auto *const real = original(&fdatasync, "fdatasync");
+    return interferes("fsync") ? -1 : real(descriptor);
+}
+
+int ftruncate64(int descriptor, off64_t size) noexcept
+{
+    static auto *const real = original(&ftruncate64, "ftruncate64");
+    return interferes("ftruncate") ? -1 : real(descriptor, size);
+}
+#endif
+
 int fsync(int descriptor)
 {
     static auto *const real = original(&fsync, "fsync");
