@@ -3,6 +3,8 @@
 
 #include "platform/WorkProgress.h"
 
+#include "document/Globals.h"
+
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QHBoxLayout>
@@ -69,7 +71,9 @@ bool WorkProgress::goOn(int done, int all)
         m_arrow = std::make_unique<Arrow>();
         show();
     }
-    // What ends the program is heard when the work is done: nobody is to take a document away from under it.
+    // What ends the program is heard when the work is done: nobody is to take a document away from under it, and what
+    // comes meanwhile is not to select or to save anything.
+    const BusyScope busy;
     QCoreApplication::processEvents(QEventLoop::ExcludeSocketNotifiers);
     m_sinceTurn.start();
     return !m_cancelled;
