@@ -16,11 +16,14 @@
 
 #include <QAccessible>
 #include <QApplication>
+#include <QElapsedTimer>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
 #include <QToolButton>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
@@ -29,6 +32,8 @@ namespace
 
 // After a key nothing is begun for so long, in milliseconds: the next one may come.
 constexpr int restAfterKey = 120;
+// What takes longer to be shown waits for the next key.
+constexpr int longestLook = 40;
 
 } // namespace
 
@@ -50,6 +55,8 @@ FindEverywhere::FindEverywhere(const PaneHost &host)
     m_rest.setSingleShot(true);
     m_rest.setInterval(restAfterKey);
     connect(&m_rest, &QTimer::timeout, this, &FindEverywhere::search);
+    m_looking.setSingleShot(true);
+    connect(&m_looking, &QTimer::timeout, this, &FindEverywhere::showCurrent);
     layOut();
     connectBox();
     connectList();
@@ -172,7 +179,9 @@ void FindEverywhere::enter()
 
 bool FindEverywhere::escape()
 {
-    return m_guide.takeBack();
+    const bool wasLooking = m_looking.isActive();
+    m_looking.stop();
+    return m_guide.takeBack() || wasLooking;
 }
 
 void FindEverywhere::showEvent(QShowEvent *event)
@@ -189,7 +198,7 @@ void FindEverywhere::hideEvent(QHideEvent *event)
     QWidget::hideEvent(event);
     if (event->spontaneous())
         return;
-    m_guide.takeBack();
+    escape();
     m_rest.stop();
     m_box->remember();
     m_searched.clear();
@@ -207,7 +216,7 @@ void FindEverywhere::edit()
 void FindEverywhere::search()
 {
     m_rest.stop();
-    m_guide.takeBack();
+    escape();
     m_searched = searched();
     const FindQuery query(m_box->currentText(), m_options->options());
     showError(query.error());
@@ -284,7 +293,21 @@ void FindEverywhere::look(int row)
         return;
     }
     m_box->remember();
-    m_guide.show(m_hits->row(row), [this] { goToCurrent(); });
+    m_list->setCurrentIndex(m_hits->index(row));
+    if (m_looking.interval() > longestLook)
+        m_looking.start();
+    else
+        showCurrent();
+}
+
+void FindEverywhere::showCurrent()
+{
+    if (!m_list->currentIndex().isValid())
+        return;
+    QElapsedTimer time;
+    time.start();
+    m_guide.show(m_hits->row(m_list->currentIndex().row()), [this] { goToCurrent(); });
+    m_looking.setInterval(static_cast<int>(std::min<qint64>(time.elapsed(), restAfterKey)));
 }
 
 void FindEverywhere::choose(int row)
@@ -299,6 +322,7 @@ void FindEverywhere::goTo(int row)
 {
     if (row < 0 || row >= m_hits->rowCount())
         return;
+    m_looking.stop();
     m_box->remember();
     m_list->setCurrentIndex(m_hits->index(row));
     const FindHitsModel::Row found = m_hits->row(row);
@@ -313,7 +337,8 @@ void FindEverywhere::leftFor(const QWidget *focus)
 {
     if (!focus || m_guide.isMoving() || focus->window() != window() || isAncestorOf(focus))
         return;
-    if (qobject_cast<const QWidget *>(parentWidget()) == focus)
+    if (parentWidget() == focus)
         return;
+    m_looking.stop();
     m_guide.leave();
 }

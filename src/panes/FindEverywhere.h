@@ -10,8 +10,6 @@
 #include <QTimer>
 #include <QWidget>
 
-#include <optional>
-
 class Document;
 class FindBox;
 class FindHitDelegate;
@@ -55,6 +53,7 @@ private:
     void goToCurrent();
     void takeFirst();
     void look(int row);
+    void showCurrent();
     void choose(int row);
     void goTo(int row);
     void leftFor(const QWidget *focus);
@@ -75,6 +74,8 @@ private:
     // What was selected by going to a hit, and is nothing to look for.
     QString m_goneTo;
     QTimer m_rest;
+    // Shows the current hit, where showing takes so long that the next key is to be waited for.
+    QTimer m_looking;
 
     FindHitsModel *const m_hits;
     FindHitDelegate *const m_delegate;

@@ -13,71 +13,15 @@
 #include "panes/FindHitDelegate.h"
 #include "panes/FindList.h"
 #include "panes/FindReplaceRow.h"
+#include "platform/WorkProgress.h"
 #include "util/Procedure.h"
 
-#include <QApplication>
-#include <QElapsedTimer>
-#include <QProgressDialog>
-#include <QPushButton>
 #include <QToolButton>
-
-#include <memory>
 
 using namespace Qt::StringLiterals;
 
 namespace
 {
-
-// What takes longer shows how far it is, and can be cancelled. In milliseconds.
-constexpr int longestUnseen = 500;
-
-// How far a replacement is. Nothing but its own button can be used while it is shown.
-class ReplaceProgress
-{
-public:
-    explicit ReplaceProgress(QWidget *parent)
-        : m_parent(parent)
-    {
-        m_time.start();
-    }
-
-    // False when it was cancelled.
-    bool goOn(int done, int all)
-    {
-        if (!m_dialog && m_time.elapsed() < longestUnseen)
-            return true;
-        if (!m_dialog)
-            show();
-        m_dialog->setMaximum(all);
-        if (m_shown.isValid() && m_shown.elapsed() < interval)
-            return !m_dialog->wasCanceled();
-        m_shown.start();
-        // Whatever comes meanwhile, nobody is to select or to save anything.
-        const BusyScope busy;
-        m_dialog->setValue(std::min(done, all - 1));
-        QCoreApplication::processEvents();
-        return !m_dialog->wasCanceled();
-    }
-
-private:
-    static constexpr int interval = 50;
-
-    void show()
-    {
-        m_dialog = std::make_unique<QProgressDialog>(u"Replacing…"_s, u"Cancel"_s, 0, 1, m_parent);
-        m_dialog->setObjectName(u"frmReplacing"_s);
-        m_dialog->setWindowTitle(u"Find everywhere"_s);
-        m_dialog->setWindowModality(Qt::ApplicationModal);
-        m_dialog->setAutoReset(false);
-        m_dialog->setMinimumDuration(0);
-        m_dialog->show();
-    }
-
-    QWidget *m_parent;
-    QElapsedTimer m_time;
-    QElapsedTimer m_shown;
-    std::unique_ptr<QProgressDialog> m_dialog;
-};
 
 QString counted(int count, const QString &one, const QString &many)
 {
@@ -182,20 +126,23 @@ void FindEverywhere::replace()
             search();
         if (m_hits->isStale() || bBusy)
             return;
-        m_guide.takeBack();
+        escape();
         m_box->remember();
         m_hits->refresh();
         const FindReplace replace(m_hits->query(), m_replaceRow->replacement());
         FindReplace::Result sum;
-        ReplaceProgress progress(window());
+        const auto progress = workProgress(u"Replacing…"_s, window());
         int done = 0;
         const auto all = static_cast<int>(m_hits->checkedCount());
         for (Document *document : m_hits->documents()) {
             const std::vector<FindReplace::Choice> choices = m_hits->choicesOf(*document);
             if (choices.empty())
                 continue;
-            const FindReplace::Result result = replace.apply(
-                *document, choices, [&](int doneHere, int) { return progress.goOn(done + doneHere, all); });
+            const FindReplace::Result result = replace.apply(*document, choices, [&](int doneHere, int) {
+                // Whatever comes meanwhile, nobody is to select or to save anything.
+                const BusyScope busy;
+                return progress(done + doneHere, all);
+            });
             for (const FindReplace::Choice &choice : choices)
                 done += choice.count;
             add(sum, result);

@@ -61,6 +61,7 @@ private Q_SLOTS:
     void theMarkIsReadableInAnyColours_data();
     void theMarkIsReadableInAnyColours();
     void aLongLineShowsItsMatch();
+    void countsSayWhetherThereMayBeMore();
     void theReplacementStandsBehindWhatIsStruckOut();
 
 private:
@@ -232,6 +233,15 @@ void tst_FindHitsModel::aLongLineShowsItsMatch()
             isMarked = isMarked || row.pixel(x, row.height() / 2) == mark || row.pixel(x, 4) == mark;
         QVERIFY2(isMarked, qPrintable(QString::number(width)));
     }
+}
+
+void tst_FindHitsModel::countsSayWhetherThereMayBeMore()
+{
+    QCOMPARE(inWords({0, 0, 0, 0, false}), u"Looking…"_s);
+    QCOMPARE(inWords({1, 1, 0, 0, false}), u"1 hit in 1 entry so far…"_s);
+    QCOMPARE(inWords({5, 2, 0, 0, true}), u"5 hits in 2 entries"_s);
+    QCOMPARE(inWords({0, 0, 1, 0, true}), u"Nothing found; 1 text could not be read"_s);
+    QCOMPARE(inWords({5, 2, 0, 3, true}), u"5 hits in 2 entries; 3 texts were too much work for the expression"_s);
 }
 
 void tst_FindHitsModel::theReplacementStandsBehindWhatIsStruckOut()

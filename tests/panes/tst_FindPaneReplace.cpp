@@ -34,6 +34,7 @@ private Q_SLOTS:
     void aBadReplacementIsSaid();
     void nothingIsReplacedBeforeAllIsFound();
     void anEmptyReplacementTakesAway();
+    void whatTakesLongCanBeCancelled();
 
 private:
     Document &plant();
@@ -285,6 +286,45 @@ void tst_FindPaneReplace::anEmptyReplacementTakesAway()
     replaceBy(QString());
     apply().click();
     QCOMPARE(textOf(document, u"Cat"_s), u"sat\r\nwith"_s);
+}
+
+void tst_FindPaneReplace::whatTakesLongCanBeCancelled()
+{
+    FindPaneFixture::Planted planted{{u"Root +<"_s, u"nothing"_s}};
+    for (int number = 0; number < 60; ++number)
+        planted.append({u" Entry %1"_s.arg(number), u"a cat"_s});
+    Document &document = m_pane->plant(planted);
+    m_pane->find(u"cat"_s);
+    replaceBy(u"bird"_s);
+    // A machine that is in no hurry.
+    connect(&document.tree, &EntryTree::storedTextChanged, this, [] { QTest::qSleep(20); });
+    bool wasSeen = false;
+    QTimer looking;
+    connect(&looking, &QTimer::timeout, this, [&] {
+        auto *cancel = QApplication::activeModalWidget()
+                           ? QApplication::activeModalWidget()->findChild<QPushButton *>(u"cmdCancel"_s)
+                           : nullptr;
+        if (!cancel)
+            return;
+        wasSeen = true;
+        cancel->click();
+    });
+    looking.start(10);
+    apply().click();
+    document.tree.disconnect(this);
+    QVERIFY(wasSeen);
+    const auto countBirds = [&document] {
+        int count = 0;
+        for (const Entry *each = document.tree.root(); each; each = nextInOutline(each, document.tree.root()))
+            count += plainTextOf(document.tree, each).contains(u"bird"_s) ? 1 : 0;
+        return count;
+    };
+    const int birds = countBirds();
+    QVERIFY2(birds > 0 && birds < 60, qPrintable(QString::number(birds)));
+    QVERIFY2(m_pane->counts().contains(u"cancelled before the rest"_s), qPrintable(m_pane->counts()));
+    QCOMPARE(document.history.steps().size(), std::size_t(1));
+    m_pane->press(Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(countBirds(), 0);
 }
 
 QTEST_MAIN(tst_FindPaneReplace)
