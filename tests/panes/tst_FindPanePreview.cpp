@@ -92,7 +92,7 @@ Document &tst_FindPanePreview::plant()
         QString text = u"Line\n"_s.repeated(80);
         if (number % 10 == 0)
             text += u"here is the needle\nand a needle more"_s;
-        planted.append({(number % 4 == 1 ? u" Entry %1"_s : u"  Entry %1"_s).arg(number), text});
+        planted.append({(number % 2 == 1 ? u" Entry %1"_s : u"  Entry %1"_s).arg(number), text});
     }
     planted[9].first += u" <"_s;
     planted[9].second += u" and more"_s;
