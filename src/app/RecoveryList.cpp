@@ -7,17 +7,19 @@
 #include "document/DocumentView.h"
 #include "document/DocumentWindow.h"
 #include "document/Ports.h"
+#include "util/FullPath.h"
 #include "util/Procedure.h"
 #include "vault/Recovery.h"
 #include "vault/Vault.h"
 
 #include <QDialogButtonBox>
-#include <QDir>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QLabel>
 #include <QLocale>
 #include <QPushButton>
+#include <QRegularExpression>
+#include <QScreen>
 #include <QTreeWidget>
 #include <QVBoxLayout>
 
@@ -28,7 +30,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-enum Column { NameColumn, ChangesColumn, TimeColumn, FileColumn };
+enum Column { NameColumn, ChangesColumn, TimeColumn, FileColumn, FolderColumn };
 
 Dialogs &dialogs()
 {
@@ -72,24 +74,33 @@ QString timeOf(const LeftBehind &left)
     return locale.toString(time.date(), QLocale::ShortFormat) + u' ' + time.time().toString(u"HH:mm:ss"_s);
 }
 
+// What has become of its file.
 QString fileOf(const LeftBehind &left)
 {
-    const QString folder = QDir::toNativeSeparators(QFileInfo(left.fileBehind()).absolutePath());
     if (!left.damage().isEmpty())
-        return left.fileBehind().isEmpty() ? QString() : folder;
+        return QString();
     switch (left.fileNow()) {
     case LeftBehind::FileNow::AsItWas:
-        return folder;
+        return u"as it was"_s;
     case LeftBehind::FileNow::Changed:
-        return u"%1 (the file has changed since)"_s.arg(folder);
+        return u"changed since"_s;
     case LeftBehind::FileNow::Gone:
-        return u"%1 (the file is no longer there)"_s.arg(folder);
+        return u"no longer there"_s;
     case LeftBehind::FileNow::None:
         break;
     }
-    if (!left.fileBehind().isEmpty())
-        return u"%1 (recovered from the file there, and never saved)"_s.arg(folder);
-    return u"never saved"_s;
+    // Recovered beside its file, it has none of its own.
+    return left.fileBehind().isEmpty() ? u"never saved"_s : u"recovered before, not saved"_s;
+}
+
+QString folderOf(const LeftBehind &left)
+{
+    return left.fileBehind().isEmpty() ? QString() : ShownPathName(QFileInfo(left.fileBehind()).absolutePath());
+}
+
+QStringList columnsOf(const LeftBehind &left)
+{
+    return {left.name(), changesOf(left), timeOf(left), fileOf(left), folderOf(left)};
 }
 
 QString namesOf(const std::vector<LeftBehind *> &left)
@@ -150,7 +161,10 @@ RecoveryList::RecoveryList(std::vector<std::unique_ptr<LeftBehind>> left, Vault 
     m_list->setTextElideMode(Qt::ElideMiddle);
     m_list->setAllColumnsShowFocus(true);
     m_list->setSelectionMode(QAbstractItemView::ExtendedSelection);
-    m_list->setHeaderLabels({u"Document"_s, u"Unsaved"_s, u"Kept until"_s, u"Where"_s});
+    // The last column has what the others leave.
+    m_list->header()->setStretchLastSection(false);
+    m_list->setHeaderLabels({u"Document"_s, u"Unsaved"_s, u"Kept until"_s, u"Its file"_s, u"Where"_s});
+    m_list->header()->setSectionResizeMode(FolderColumn, QHeaderView::Stretch);
     layout->addWidget(m_list);
 
     auto *buttons = new QDialogButtonBox;
@@ -179,7 +193,12 @@ RecoveryList::RecoveryList(std::vector<std::unique_ptr<LeftBehind>> left, Vault 
     connect(m_list, &QTreeWidget::itemDoubleClicked, this, &RecoveryList::recover);
     fillList();
     m_list->setFocus();
-    resize(sizeHint().expandedTo({fontMetrics().averageCharWidth() * 100, 0}));
+    // The desktop puts a frame around it.
+    constexpr double mostOfScreen = 0.9;
+    constexpr int columnsOfText = 120;
+    resize(sizeHint()
+               .expandedTo({fontMetrics().averageCharWidth() * columnsOfText, 0})
+               .boundedTo(screen()->availableSize() * mostOfScreen));
 }
 
 RecoveryList::~RecoveryList() = default;
@@ -195,18 +214,17 @@ void RecoveryList::fillList()
                          : QString()));
     m_list->clear();
     for (const auto &left : m_left) {
-        auto *item = new QTreeWidgetItem(m_list, {left->name(), changesOf(*left), timeOf(*left), fileOf(*left)});
+        QStringList columns = columnsOf(*left);
+        auto *item = new QTreeWidgetItem(m_list, columns);
         item->setToolTip(NameColumn, left->fileBehind().isEmpty() ? left->name() : left->fileBehind());
         item->setToolTip(ChangesColumn, left->damage());
-        item->setToolTip(FileColumn, item->text(FileColumn));
-        item->setData(NameColumn, Qt::AccessibleTextRole,
-                      QStringList{left->name(), changesOf(*left), timeOf(*left), fileOf(*left)}.join(u", "_s));
+        item->setToolTip(FolderColumn, columns.back());
+        item->setData(NameColumn, Qt::AccessibleTextRole, columns.filter(QRegularExpression(u"."_s)).join(u", "_s));
         item->setSelected(true);
     }
-    for (int column = 0; column < FileColumn; ++column)
+    for (int column = 0; column < FolderColumn; ++column)
         m_list->resizeColumnToContents(column);
-    // The last one has what the others leave.
-    constexpr int mostCharacters = 36;
+    constexpr int mostCharacters = 30;
     const int mostOfName = fontMetrics().averageCharWidth() * mostCharacters;
     m_list->setColumnWidth(NameColumn, std::min(m_list->columnWidth(NameColumn), mostOfName));
     if (QTreeWidgetItem *first = m_list->topLevelItem(0))
