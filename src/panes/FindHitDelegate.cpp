@@ -21,7 +21,7 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-using RowKind = FindHitsModel::RowKind;
+using HitRow = FindHitsModel::RowKind;
 
 // Paler than what matters more, and still easily read.
 QColor palerOf(const QColor &behind, const QColor &text)
@@ -162,10 +162,10 @@ FindHitDelegate::Line FindHitDelegate::lineOf(const QStyleOptionViewItem &option
     const auto labelEnd = line.text.size();
     QTextCharFormat bold;
     bold.setFontWeight(QFont::Bold);
-    if (row.kind != RowKind::More)
+    if (row.kind != HitRow::More)
         addLook(line.looks, 0, labelEnd, bold);
     line.end = std::min<qsizetype>(labelEnd, 1);
-    const QString path = row.kind == RowKind::Entry && row.document
+    const QString path = row.kind == HitRow::Entry && row.document
                              ? pathOf(*row.document, row.found->entry, PathFrom::BelowRoot)
                              : QString();
     if (!path.isEmpty()) {
@@ -182,10 +182,10 @@ FindHitDelegate::Line FindHitDelegate::lineOf(const QStyleOptionViewItem &option
 // Hits stand further in than their entry, and that further in than its document.
 int FindHitDelegate::indentOf(const QStyleOptionViewItem &option, const QModelIndex &index, const FindHitsModel &model)
 {
-    const RowKind kind = model.row(index.row()).kind;
+    const HitRow kind = model.row(index.row()).kind;
     const int step = option.fontMetrics.averageCharWidth() * 2;
     const int margin = option.fontMetrics.averageCharWidth() / 2;
-    return margin + (kind == RowKind::Hit || kind == RowKind::More ? step : 0);
+    return margin + (kind == HitRow::Hit || kind == HitRow::More ? step : 0);
 }
 
 QRect FindHitDelegate::checkPlace(const QStyleOptionViewItem &option, int indent)
@@ -223,10 +223,10 @@ void FindHitDelegate::paint(QPainter *painter, const QStyleOptionViewItem &given
     QStyleOptionViewItem option = given;
     initStyleOption(&option, index);
     const QStyle *style = option.widget ? option.widget->style() : QApplication::style();
-    const RowKind kind = m_model.row(index.row()).kind;
+    const HitRow kind = m_model.row(index.row()).kind;
     option.text.clear();
     const bool isSelected = option.state.testFlag(QStyle::State_Selected);
-    if (kind == RowKind::Document && !isSelected)
+    if (kind == HitRow::Document && !isSelected)
         option.backgroundBrush = option.palette.brush(QPalette::AlternateBase);
     style->drawPrimitive(QStyle::PE_PanelItemViewItem, &option, painter, option.widget);
     const int indent = indentOf(option, index, m_model);
@@ -243,7 +243,7 @@ void FindHitDelegate::paint(QPainter *painter, const QStyleOptionViewItem &given
         style->drawPrimitive(QStyle::PE_IndicatorItemViewItemCheck, &box, painter, option.widget);
         place.setLeft(box.rect.right() + step);
     }
-    if (kind == RowKind::Document || kind == RowKind::Entry)
+    if (kind == HitRow::Document || kind == HitRow::Entry)
         place.setRight(drawCount(*painter, option, place, index));
     const auto group = option.state.testFlag(QStyle::State_Active) ? QPalette::Active : QPalette::Inactive;
     const QColor colour = option.palette.color(group, isSelected ? QPalette::HighlightedText : QPalette::Text);
