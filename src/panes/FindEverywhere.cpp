@@ -224,8 +224,11 @@ void FindEverywhere::search()
     takeReplacing();
 }
 
-void FindEverywhere::showError(const QString &error)
+void FindEverywhere::showError(const QString &reason)
 {
+    QString error = reason;
+    if (!error.isEmpty())
+        error[0] = error[0].toUpper();
     m_error->setText(error);
     m_error->setAccessibleName(error);
     m_error->setVisible(!error.isEmpty());

@@ -59,7 +59,7 @@ private:
     void leftFor(const QWidget *focus);
     void showCounts();
     void say(const QString &text);
-    void showError(const QString &error);
+    void showError(const QString &reason);
     QString selectedText() const;
     std::vector<Document *> searched() const;
     void takeReplacing();

@@ -105,7 +105,7 @@ void FindEverywhere::showReplacing()
     bool isAnyWritable = false;
     for (const Document *document : m_hits->documents()) {
         if (document->bReadOnlyAsSeen())
-            readOnly.append(document->caption());
+            readOnly.append(shortNameOf(*document));
         else
             isAnyWritable = true;
     }

@@ -9,6 +9,7 @@
 #include "panes/FindHitsModel.h"
 
 #include <QApplication>
+#include <QFileInfo>
 #include <QLocale>
 #include <QMouseEvent>
 #include <QPainter>
@@ -32,6 +33,17 @@ QColor palerOf(const QColor &behind, const QColor &text)
             return paler;
     }
     return text;
+}
+
+// Where an entry stands, or a document's file.
+QString placeOf(const FindHitsModel::Row &row)
+{
+    if (!row.document)
+        return {};
+    if (row.kind == HitRow::Entry)
+        return pathOf(*row.document, row.found->entry, PathFrom::BelowRoot);
+    const QString &file = row.document->m_sFile;
+    return row.kind == HitRow::Document && !file.isEmpty() ? QFileInfo(file).path() : QString();
 }
 
 void addLook(QList<QTextLayout::FormatRange> &looks, qsizetype start, qsizetype length, const QTextCharFormat &look)
@@ -165,9 +177,7 @@ FindHitDelegate::Line FindHitDelegate::lineOf(const QStyleOptionViewItem &option
     if (row.kind != HitRow::More)
         addLook(line.looks, 0, labelEnd, bold);
     line.end = std::min<qsizetype>(labelEnd, 1);
-    const QString path = row.kind == HitRow::Entry && row.document
-                             ? pathOf(*row.document, row.found->entry, PathFrom::BelowRoot)
-                             : QString();
+    const QString path = placeOf(row);
     if (!path.isEmpty()) {
         line.text += u"   "_s + onOneLine(path);
         QTextCharFormat paler;

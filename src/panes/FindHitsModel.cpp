@@ -8,6 +8,8 @@
 #include "formats/OutlineWalk.h"
 #include "model/ShownLabel.h"
 
+#include <QFileInfo>
+
 #include <algorithm>
 #include <unordered_map>
 
@@ -337,7 +339,7 @@ QString FindHitsModel::text(const Row &row) const
 {
     switch (row.kind) {
     case RowKind::Document:
-        return row.document ? row.document->caption() : QString();
+        return row.document ? shortNameOf(*row.document) : QString();
     case RowKind::Entry: {
         const Entry *entry = row.document ? row.document->tree.entry(row.found->entry) : nullptr;
         return entry ? briefLabel(entry->label(), limits::shownLabel) : QString();
@@ -389,6 +391,11 @@ QVariant FindHitsModel::data(const QModelIndex &index, int role) const
     default:
         return {};
     }
+}
+
+QString shortNameOf(const Document &document)
+{
+    return document.m_sFile.isEmpty() ? document.caption() : QFileInfo(document.m_sFile).fileName();
 }
 
 QString pathOf(const Document &document, EntryId entry, PathFrom from)

@@ -169,5 +169,7 @@ private:
 // The labels of the entries above one, from the root on, or from those below it.
 enum class PathFrom { Root, BelowRoot };
 QString pathOf(const Document &document, EntryId entry, PathFrom from = PathFrom::Root);
+// A document's file without its folders, or what it is called without one.
+QString shortNameOf(const Document &document);
 // "12 hits in 3 entries", "… so far" while it goes on.
 QString inWords(const FindHitsModel::Counts &counts);

@@ -297,6 +297,9 @@ void tst_FindPane::allDocumentsAreFoundBelowTheirNames()
     QCOMPARE(m_pane->rows().at(7), second.caption());
     QCOMPARE(m_pane->rows().mid(8), QStringList({u"Kitchen"_s, u" [apple] pie"_s}));
     QCOMPARE(m_pane->counts(), u"5 hits in 3 entries"_s);
+    // A file by its name, wherever it lies.
+    QCOMPARE(modDoc::DocSave(m_pane->main().app.folder.filePath(u"kitchen.qly"_s)), SaveOutcome::Saved);
+    QCOMPARE(m_pane->rows().at(7), u"kitchen.qly"_s);
 }
 
 void tst_FindPane::hitsFollowWhatIsTyped()
