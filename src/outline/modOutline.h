@@ -62,7 +62,7 @@ void OutlineSortAll();
 void OutlineRename();
 
 // Puts the next sibling's label and text behind the selected entry's text, and its children behind the children. The
-// label is left out where the text begins with it, or it is the selected entry's own.
+// label is left out where it is the text's first line, or the selected entry's own.
 void OutlineJoin();
 // Makes an entry of the text from the caret on: the next sibling, or of the root the first child. Its label is the
 // text's first line.

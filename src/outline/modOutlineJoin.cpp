@@ -23,12 +23,12 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-// A label that stands in the text below it, as that of an entry which was split off does, is not put there again.
+// A label that is the first line of its text, as that of an entry which was split off is, is not put there again.
 QString headingOf(const Entry &entry, const Entry &first, const QString &text)
 {
     const QString label = entry.label().simplified();
-    const bool isInText = firstLine(text, text.size()).startsWith(label);
-    return label.isEmpty() || isInText || label == first.label().simplified() ? QString() : entry.label();
+    const bool isFirstLine = label == firstLine(text) || label == firstLine(text, text.size());
+    return label.isEmpty() || isFirstLine || label == first.label().simplified() ? QString() : entry.label();
 }
 
 void takeInEntry(History &history, Entry *first, Entry *entry)

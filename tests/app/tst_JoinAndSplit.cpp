@@ -40,6 +40,7 @@ private Q_SLOTS:
     void theTextOfTheTopEntryBecomesItsFirstChild();
     void splittingIsOneStepThatIsUndoneToTheByte();
     void splittingAndJoiningGiveTheTextBack();
+    void aLongFirstLineIsNotRepeatedEither();
     void aTableIsNotSplit();
     void nothingBehindTheCaretMakesNoEntry();
     void splittingBelongsToTheText();
@@ -130,7 +131,8 @@ void tst_JoinAndSplit::nothingOfALabelIsLost_data()
     QTest::newRow("that of the selected entry") << u"A"_s << QString();
     QTest::newRow("none") << QString() << QString();
     QTest::newRow("the first line of its text") << u"text of B"_s << QString();
-    QTest::newRow("the beginning of that line") << u"text of"_s << QString();
+    QTest::newRow("the beginning of that line") << u"text of"_s << u"text of\r\n"_s;
+    QTest::newRow("a part of its first word") << u"t"_s << u"t\r\n"_s;
     QTest::newRow("a word from the middle") << u"of B"_s << u"of B\r\n"_s;
     QTest::newRow("more than the first line") << u"text of B and more"_s << u"text of B and more\r\n"_s;
     QTest::newRow("braces and strokes") << u"{a\\b}"_s << u"{a\\b}\r\n"_s;
@@ -304,6 +306,22 @@ void tst_JoinAndSplit::splittingAndJoiningGiveTheTextBack()
     const QByteArray first = NodeTextDecompressIfRequired(DocumentActive()->tree.storedText(entry(u"A"_s)));
     QVERIFY(first.contains("\\b "));
     QCOMPARE(DocumentActive()->tree.entryCount(), 8);
+}
+
+void tst_JoinAndSplit::aLongFirstLineIsNotRepeatedEither()
+{
+    QString line;
+    for (int word = 0; word < 40; ++word)
+        line += u"word%1 "_s.arg(word);
+    putCaret(10);
+    QTest::keyClicks(form().textBox, line);
+    const QString text = form().textBox->Text();
+    putCaret(10);
+    split();
+    QVERIFY(DocumentActive()->tree.selected()->label().size() <= 80);
+    select(u"A"_s);
+    join();
+    QCOMPARE(form().textBox->Text(), text);
 }
 
 void tst_JoinAndSplit::aTableIsNotSplit()
