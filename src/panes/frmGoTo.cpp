@@ -216,7 +216,8 @@ private:
 };
 
 frmGoTo::frmGoTo(const GoToWorld &world, KnownEntryNames &known, QWidget *mainWindow)
-    : QDialog(mainWindow, Qt::Popup | Qt::FramelessWindowHint)
+    // No popup: whoever hears the screen is not told of those.
+    : QDialog(mainWindow, Qt::Dialog | Qt::FramelessWindowHint)
     , m_finder(world, known)
     , m_line(new QLineEdit)
     , m_list(new QListView)

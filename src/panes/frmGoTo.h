@@ -15,7 +15,7 @@ class QListView;
 class QModelIndex;
 
 // The line in which one types where to go, and below it what there is. It lies over the main window, near its top, and
-// closes with Esc or a click beside it.
+// closes with Esc.
 class frmGoTo final : public QDialog
 {
     Q_OBJECT

@@ -104,6 +104,7 @@ private Q_SLOTS:
     void aTextIsSplitWhereTheCaretIs();
     void joiningWhatWasSplitGivesTheText();
     void bothSidesKeepTheirFormats();
+    void emptyParagraphsAtTheEdgesKeepTheirLook();
     void everySampleIsSplitAndJoinedAsItLooks();
     void whatIsJoinedKeepsItsLook();
     void anEmptyTextLeavesNoTrace();
@@ -186,6 +187,26 @@ void tst_SplitText::bothSidesKeepTheirFormats()
             if (!part.isEmpty())
                 QCOMPARE(NodeTextDecompressIfRequired(part), canonical(NodeTextDecompressIfRequired(part)));
         }
+    }
+}
+
+void tst_SplitText::emptyParagraphsAtTheEdgesKeepTheirLook()
+{
+    const QByteArray text = rich("one\\par\\pard\\qr\\par\\pard\\qc\\par\\pard\\li600 two");
+    const std::unique_ptr<SealedDocument> document = read(text);
+    const auto alignmentsOf = [](const QTextDocument &of) {
+        QList<Qt::Alignment> found;
+        for (QTextBlock block = of.firstBlock(); block.isValid(); block = block.next())
+            found += block.blockFormat().alignment() & (Qt::AlignHCenter | Qt::AlignRight);
+        return found;
+    };
+    const QList<Qt::Alignment> all = alignmentsOf(*document);
+    QCOMPARE(all, (QList<Qt::Alignment>{{}, Qt::AlignRight, Qt::AlignHCenter, {}}));
+    for (int paragraph = 1; paragraph < 4; ++paragraph) {
+        const std::optional<SplitText> split = splitAt(text, document->findBlockByNumber(paragraph).position());
+        QVERIFY(split);
+        QCOMPARE(alignmentsOf(*read(split->before)), all.first(paragraph));
+        QCOMPARE(alignmentsOf(*read(split->behind)), all.sliced(paragraph));
     }
 }
 

@@ -211,11 +211,8 @@ class Program:
                 and is_showing(each)]
 
     def dialog(self):
-        """The dialog that the program shows, waited for until it has the keyboard. What lies over the main window like a
-        menu is no active window, but something in it has the focus."""
-        def has_keyboard(each):
-            return has(each, pyatspi.STATE_ACTIVE) or any(has(inner, pyatspi.STATE_FOCUSED) for inner in walk(each))
-        return wait(lambda: next((each for each in self.dialogs() if has_keyboard(each)), None),
+        """The dialog that the program shows, waited for until it has the keyboard."""
+        return wait(lambda: next((each for each in self.dialogs() if has(each, pyatspi.STATE_ACTIVE)), None),
                     "a dialog with the keyboard")
 
     def wait_for_no_dialog(self):

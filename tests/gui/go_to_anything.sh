@@ -68,18 +68,6 @@ text "too "
 key ctrl+s
 expect_dump "$work/one.qly" '0.2.1 visible Deep: Typed too Deep text'
 
-# A click beside the line closes it.
-key ctrl+k
-text "first"
-xdotool mousemove 640 700 click 1
-sleep 0.3
-key Tab
-key Tab
-key ctrl+End
-text "!"
-key ctrl+s
-expect_dump "$work/one.qly" '0.2.1 visible Deep: Typed too Deep text!'
-
 # Nothing typed offers where one was: the last place is the first row.
 go_to first
 go_to notes
