@@ -463,10 +463,13 @@ class Tour:
         self.key("F6", rows)
 
     def going(self):
+        self.choose("mnuViewGoToOutline")
+        self.focus_is("tree")
         rows = self.rows()
         # Long enough for both entries to count as visited.
         time.sleep(1.5)
-        press("Down")
+        press("Home")
+        wait(lambda: self.rows() != rows, "the selection at the top")
         time.sleep(1.5)
         below = self.rows()
         self.choose("mnuToolsGoToAnything", below, answer="Escape")
