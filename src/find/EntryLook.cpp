@@ -80,7 +80,6 @@ SearchedEntry searchedEntry(const Document &document, const Entry &entry, const 
 {
     SearchedEntry searched;
     searched.entry = entry.id();
-    searched.label = entry.label();
     searched.possible = query.options().texts ? possible : 0;
     if (searched.possible == 0)
         return searched;

@@ -18,7 +18,8 @@ class Entry;
 // characters themselves.
 struct SearchedEntry {
     EntryId entry = EntryId::None;
-    QString label;
+    // Somebody else's, who must keep it.
+    QStringView label;
     QByteArray storedText;
     std::optional<QString> liveText;
     // Which words may be in the text.
@@ -27,8 +28,8 @@ struct SearchedEntry {
     int most = 0;
 };
 
-// The entry as it is now, with nothing made that is not made yet. Of its text nothing where none of the words is said
-// to be possible there.
+// The entry as it is now, but for its label, with nothing made that is not made yet. Of its text nothing where none of
+// the words is said to be possible there.
 SearchedEntry searchedEntry(const Document &document, const Entry &entry, const FindQuery &query, quint64 possible);
 
 // The characters of a stored text as the text pane counts and finds them; nothing when it cannot be inflated whole.

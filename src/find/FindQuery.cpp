@@ -203,8 +203,10 @@ bool isAsked(const std::atomic_bool *isEnded)
 struct FindQuery::Parts {
     struct Word {
         QString text;
-        // As it is compared.
+        // As it is compared, and how long that is: a matcher is asked by several threads, which had better not count
+        // who has its pattern.
         QStringMatcher matcher;
+        qsizetype length = 0;
     };
 
     QString text;
@@ -242,7 +244,7 @@ void FindQuery::readWords(Parts &parts) const
     for (const QString &word : words) {
         const QString compared = ComparedText(word, parts.comparison()).units();
         if (!compared.isEmpty())
-            parts.words.push_back({word, QStringMatcher(compared)});
+            parts.words.push_back({word, QStringMatcher(compared), compared.size()});
     }
     if (parts.words.size() > mostWords) {
         parts.words.clear();
@@ -318,7 +320,7 @@ FindQuery::Found FindQuery::lookIn(QStringView text, quint64 words, const std::a
         if ((words >> i & 1) == 0)
             continue;
         const QStringMatcher &matcher = m_parts->words[i].matcher;
-        const qsizetype length = matcher.pattern().size();
+        const qsizetype length = m_parts->words[i].length;
         const std::size_t before = found.matches.size();
         for (qsizetype at = 0;; ++at) {
             at = matcher.indexIn(compared.units(), at);
@@ -336,6 +338,15 @@ FindQuery::Found FindQuery::lookIn(QStringView text, quint64 words, const std::a
     if (m_parts->words.size() > 1)
         keepApart(found.matches);
     return found;
+}
+
+bool FindQuery::mayStandIn(QStringView texts) const
+{
+    if (m_parts->expression)
+        return true;
+    const ComparedText compared(texts, m_parts->comparison());
+    return std::ranges::any_of(m_parts->words,
+                               [&](const Parts::Word &word) { return word.matcher.indexIn(compared.units()) >= 0; });
 }
 
 FindQuery::Found FindQuery::findExpression(QStringView text, const std::atomic_bool *isEnded) const

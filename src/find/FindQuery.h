@@ -97,6 +97,9 @@ public:
     // Where any of the words stand, in the text's own units.
     std::vector<FindMatch> matchesIn(QStringView text) const { return lookIn(text).matches; }
 
+    // False only when no word stands in any of several texts, which are given with a line break between two.
+    bool mayStandIn(QStringView texts) const;
+
     // The bits of all words.
     quint64 allWords() const;
 

@@ -159,7 +159,8 @@ void FindReplace::replaceIn(Document &document, Entry *entry, const Choice &choi
 {
     OpenText open(document, entry);
     SearchedEntry searched;
-    searched.label = entry->label();
+    const QString ownLabel = entry->label();
+    searched.label = ownLabel;
     if (m_query.options().texts)
         searched.liveText = open.text();
     searched.possible = searched.liveText ? m_query.allWords() : 0;
@@ -174,7 +175,7 @@ void FindReplace::replaceIn(Document &document, Entry *entry, const Choice &choi
     result.changed += std::max(countOf(choice) - labelCount - textCount, 0);
     int done = 0;
     if (!inLabel.empty()) {
-        const QString label = replaced(searched.label, replacementsOf(inLabel));
+        const QString label = replaced(ownLabel, replacementsOf(inLabel));
         const bool isTooLong = label.size() > std::max<qsizetype>(limits::longestLabel, searched.label.size());
         (isTooLong ? result.tooLong : done) += labelCount;
         if (!isTooLong)

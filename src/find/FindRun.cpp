@@ -161,6 +161,7 @@ void FindRun::goOn()
     while (m_next < m_entries.size() && m_working < mostJobs() && timer.elapsed() < sliceMilliseconds) {
         Job job;
         job.entries.reserve(std::min(mostJobEntries, m_entries.size() - m_next));
+        job.labelEnds.reserve(job.entries.capacity());
         const qsizetype mostBytes = m_given < quint64(mostJobs()) ? firstJobBytes : mostJobBytes;
         const int most = m_toldHits < mostOfAll ? mostOfEntry : mostOnceFull;
         for (qsizetype bytes = 0; m_next < m_entries.size() && bytes < mostBytes && job.entries.size() < mostJobEntries;
@@ -172,9 +173,7 @@ void FindRun::goOn()
             }
             if (!isLookedAt(*entry))
                 continue;
-            job.entries.push_back(searchedEntry(*m_document, *entry, m_query, possibleWords(*entry)));
-            job.entries.back().most = most;
-            bytes += entryBytes + job.entries.back().storedText.size();
+            bytes += add(job, *entry, most);
         }
         job.number = m_given++;
         start(std::move(job));
@@ -191,24 +190,50 @@ void FindRun::goOn()
     }
 }
 
+// Answers about how many bytes there are to be looked at.
+qsizetype FindRun::add(Job &job, const Entry &entry, int most) const
+{
+    job.entries.push_back(searchedEntry(*m_document, entry, m_query, possibleWords(entry)));
+    SearchedEntry &searched = job.entries.back();
+    searched.most = most;
+    job.labels += entry.label();
+    job.labelEnds.push_back(job.labels.size());
+    job.labels += u'\n';
+    return entryBytes + searched.storedText.size();
+}
+
+std::vector<EntryHits> FindRun::lookAt(Job &job, const FindQuery &query, const std::atomic_bool &isEnded)
+{
+    std::vector<EntryHits> found;
+    // Mostly no label holds anything of what is looked for.
+    const bool isInLabels = query.options().labels && query.mayStandIn(job.labels);
+    qsizetype begin = 0;
+    for (std::size_t i = 0; i < job.entries.size() && !isEnded; ++i) {
+        SearchedEntry &searched = job.entries[i];
+        const qsizetype end = job.labelEnds[i];
+        searched.label = QStringView(job.labels).sliced(begin, end - begin);
+        begin = end + 1;
+        if (job.number && !isInLabels && searched.possible == 0)
+            continue;
+        EntryHits hits = hitsIn(searched, query, &isEnded);
+        // Of what is followed, that there is nothing is told, too.
+        if (!job.number || hits.count > 0 || hits.isGivenUp || hits.isUnreadable)
+            found.push_back(std::move(hits));
+    }
+    return found;
+}
+
 void FindRun::start(Job job)
 {
     ++m_working;
     m_looked += qint64(job.entries.size());
-    auto work = [answers = m_answers, query = m_query, job = std::move(job)] {
-        std::vector<EntryHits> found;
-        for (const SearchedEntry &searched : job.entries) {
-            if (answers->isEnded)
-                return;
-            EntryHits hits = hitsIn(searched, query, &answers->isEnded);
-            // Of what is followed, that there is nothing is told, too.
-            if (!job.number || hits.count > 0 || hits.isGivenUp || hits.isUnreadable)
-                found.push_back(std::move(hits));
-        }
+    auto work = [answers = m_answers, query = m_query, job = std::move(job)]() mutable {
+        std::vector<EntryHits> found = lookAt(job, query, answers->isEnded);
         const std::lock_guard lock(answers->mutex);
         if (FindRun *run = answers->run)
             QMetaObject::invokeMethod(
-                run, [run, number = job.number, found = std::move(found)] { run->take(number, found); },
+                run,
+                [run, number = job.number, found = std::move(found)]() mutable { run->take(number, std::move(found)); },
                 Qt::QueuedConnection);
     };
     findWorkers().start(std::move(work), priority);
@@ -381,9 +406,7 @@ void FindRun::follow()
             forget(id);
             continue;
         }
-        job.entries.push_back(searchedEntry(*m_document, *entry, m_query, possibleWords(*entry)));
-        job.entries.back().most = m_wanted.contains(id) ? mostEver : mostOfEntry;
-        bytes += entryBytes + job.entries.back().storedText.size();
+        bytes += add(job, *entry, m_wanted.contains(id) ? mostEver : mostOfEntry);
         if (bytes >= mostJobBytes || job.entries.size() >= mostJobEntries)
             give();
     }

@@ -88,6 +88,10 @@ private:
     // What is given to a worker at once.
     struct Job {
         std::vector<SearchedEntry> entries;
+        // All labels, each with a line break behind it, and where they end: copied in a row, so that no thread counts
+        // who has them.
+        QString labels;
+        std::vector<qsizetype> labelEnds;
         // In the order of the outline; of what is followed, none.
         std::optional<quint64> number;
     };
@@ -103,6 +107,8 @@ private:
     bool isLookedAt(const Entry &entry) const;
     quint64 possibleWords(const Entry &entry) const;
     void goOn();
+    qsizetype add(Job &job, const Entry &entry, int most) const;
+    static std::vector<EntryHits> lookAt(Job &job, const FindQuery &query, const std::atomic_bool &isEnded);
     void start(Job job);
     void take(std::optional<quint64> number, std::vector<EntryHits> answers);
     void tellInOrder();
