@@ -8,7 +8,8 @@
 #   recover_after_crash.sh PROGRAM NATIVE_DUMP SAMPLE [KILLS]
 #
 # With a number of kills it is worked with at random and killed at random moments that many times instead: the file must be
-# whole and what had stood for two seconds must be there each time.
+# whole and what had stood for two seconds must be there each time. Every third time it is killed when all has stood that
+# long, and what is recovered must be, word for word, what the same keys make of the document when it is saved.
 
 # shellcheck source=scripts/lib/common.sh
 source "$(dirname -- "${BASH_SOURCE[0]}")/../../scripts/lib/common.sh"
@@ -98,9 +99,58 @@ work_on() {
     done
 }
 
+# work_as SEED: the same work for the same number, on a new copy of the document.
+work_as() {
+    cp "$work/small.before" "$work/small.qly"
+    start_program "$work/small.qly"
+    RANDOM=$1
+    work_on $((RANDOM % 8))
+    key Tab
+    text "kept$1 "
+    key shift+Tab
+}
+
+# save_and_dump FILE: what the document holds now.
+save_and_dump() {
+    sleep 1
+    key ctrl+s
+    sleep 1
+    "$native_dump" "$work/small.qly" >"$1" || fail "the file is not whole"
+    kill_program
+    rm -rf "$recovery" "$XDG_CONFIG_HOME/Quillery" "$work"/.quillery-*
+}
+
+# compare_states SEED: false where what is recovered is not what was there.
+compare_states() {
+    work_as "$1"
+    sleep "$promise"
+    kill_program
+    "$work/bin/quillery" &
+    process=$!
+    is_offered || {
+        kill_program
+        return 1
+    }
+    key alt+r
+    save_and_dump "$work/recovered.txt"
+    work_as "$1"
+    save_and_dump "$work/saved.txt"
+    grep -q "kept$1 " "$work/saved.txt" && diff "$work/saved.txt" "$work/recovered.txt"
+}
+
 if [[ $kills -gt 0 ]]; then
+    # So long that only what is changed of it is kept.
+    long=$(for ((line = 0; line < 60; line++)); do printf 'paragraph %d of the first text\\\\par ' "$line"; done)
+    sed -i "s/First text/$long/" "$work/small.before"
     lost=0 offered=0
     for ((kill = 1; kill <= kills; kill++)); do
+        if [[ $((kill % 3)) -eq 0 ]]; then
+            compare_states "$kill" || {
+                lost=$((lost + 1))
+                printf 'kill %d: another state\n' "$kill"
+            }
+            continue
+        fi
         cp "$work/small.before" "$work/small.qly"
         start_program "$work/small.qly"
         work_on $((RANDOM % 5))
