@@ -92,6 +92,7 @@ frmDocument::frmDocument(Dispatcher &dispatcher, std::unique_ptr<Outline> read, 
 
 frmDocument::~frmDocument()
 {
+    preview->end();
     // The panes outlive the document otherwise, and would ask it while they are taken apart.
     m_document->tree.disconnect(this);
     m_document->history.disconnect(this);

@@ -62,6 +62,7 @@ private Q_SLOTS:
     void aMinimisedWindowComesUpWhenItIsGoneTo();
     void whatWasGoneToIsNotLookedForNext();
     void anEntryDeletedMeanwhileIsNotGoneTo();
+    void aDocumentClosedMeanwhileIsNotGoneTo();
     void theRestOfManyHitsIsListedOnRequest();
 
 private:
@@ -350,6 +351,31 @@ void tst_FindPanePreview::anEntryDeletedMeanwhileIsNotGoneTo()
     m_pane->press(Qt::Key_Return);
     QCOMPARE(document.tree.selected()->label(), u"Entry 9"_s);
     QTRY_COMPARE(m_pane->counts(), u"18 hits in 9 entries"_s);
+}
+
+void tst_FindPanePreview::aDocumentClosedMeanwhileIsNotGoneTo()
+{
+    plant();
+    Document &second = m_pane->plant({{u"Kitchen <"_s, u"a needle"_s}});
+    m_pane->find(u"needle"_s);
+    m_pane->choose(u"cmbWhere"_s, 2);
+    m_pane->waitForEnd();
+    m_pane->open();
+    m_pane->press(Qt::Key_Up);
+    QVERIFY(isShown(second));
+    m_pane->press(Qt::Key_W, Qt::ControlModifier);
+    QTRY_COMPARE(m_pane->main().main.windows().documents().size(), std::size_t(1));
+    m_pane->open();
+    m_pane->press(Qt::Key_Escape);
+    m_pane->open();
+    m_pane->waitForEnd();
+    m_pane->press(Qt::Key_Up);
+    QVERIFY(isShown());
+    DocumentActive()->giveUpChanges();
+    m_pane->press(Qt::Key_W, Qt::ControlModifier);
+    QTRY_VERIFY(m_pane->main().main.windows().documents().empty());
+    QTRY_COMPARE(m_pane->rows(), QStringList());
+    m_pane->press(Qt::Key_Return);
 }
 
 void tst_FindPanePreview::theRestOfManyHitsIsListedOnRequest()
