@@ -153,6 +153,12 @@ void tst_GoToAnything::entriesComeFirstAndThenTheRest()
     const QStringList rows = found(u"move up"_s);
     QCOMPARE(rows.value(0), u"Mov\u00e9 up < Household"_s);
     QCOMPARE(rows.value(1), u"Move up < Outline \u203a Move"_s);
+    // Those of the active document even with somewhat longer labels, which otherwise count for less.
+    DocumentActive()->history.setLabel(entryLabelled(DocumentActive()->tree, u"Mov\u00e9 up"_s), u"Move up there"_s);
+    QCOMPARE(found(u"move up"_s).value(0), u"Move up there < Household"_s);
+    open(u"work.qly"_s, {u"Work"_s, u" Repairs of the roof"_s});
+    QCOMPARE(found(u"repairs"_s).value(0), u"Repairs of the roof < Work"_s);
+    QCOMPARE(found(u"repairs"_s).value(1), u"Repairs < home.qly \u203a Household \u203a Budget \u203a 2024"_s);
 }
 
 void tst_GoToAnything::aSignSaysWhatIsLookedFor_data()
