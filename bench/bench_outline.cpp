@@ -4,6 +4,8 @@
 // The commands of the outline in a real document window, until its rows are laid out and drawn again: on 10,000
 // siblings, on a chain 2,000 levels deep and on a full outline of 32,767 entries.
 
+#include "document/UndoRedo.h"
+#include "outline/SelectedEntries.h"
 #include "outline/modOutline.h"
 #include "support/RawOutline.h"
 #include "window/WindowFixture.h"
@@ -217,7 +219,46 @@ void deleteTagged(Program &program)
     OutlineDeleteTaggedEntries();
 }
 
+// All siblings of the selected entry, or each tenth behind the first.
+void selectSiblings(Program &program, int from, int step)
+{
+    Entry *current = program.tree().selected();
+    std::vector<Entry *> siblings;
+    for (int row = from; row < current->parent()->childCount(); row += step)
+        siblings.push_back(current->parent()->child(row));
+    selectEntries(program.document(), current, siblings);
+}
+
+void selectAllSiblings(Program &program)
+{
+    selectSiblings(program, 0, 1);
+}
+
+void selectTenths(Program &program)
+{
+    selectSiblings(program, 1, 10);
+}
+
+void moveTenthsUp(Program &program)
+{
+    selectTenths(program);
+    OutlineMoveUp();
+}
+
+void takeBack(Program &program)
+{
+    undoStep(program.document());
+}
+
 constexpr Lasting lasting[] = {
+    {"select all siblings", selectAllSiblings, nothing},
+    {"delete all siblings", deleteSelected, selectAllSiblings},
+    {"delete their parent", deleteSelected, selectParent},
+    {"tag all siblings", run<OutlineTaggedEntry>, selectAllSiblings},
+    {"copy all siblings", run<OutlineCopy>, selectAllSiblings},
+    {"move a tenth of them up", run<OutlineMoveUp>, selectTenths},
+    {"undo that", takeBack, moveTenthsUp},
+    {"indent a tenth of them", run<OutlineIndent>, selectTenths},
     {"sort current", run<OutlineSortCurrent>, selectParent},
     {"sort all", run<OutlineSortAll>, nothing},
     {"paste tagged", run<OutlinePasteTaggedEntries>, tagSiblings},

@@ -34,17 +34,33 @@ bool isNot(State state)
 namespace need
 {
 
+// What is asked of the selected entry alone, while it is the only one.
+template <bool (*holds)(State)>
+bool ofOne(State state)
+{
+    return state.Several || holds(state);
+}
+
+// What is asked of several, each of which must have it.
+template <bool SeveralSelected::*fact>
+constexpr Need each{[](State state) { return !state.Several || state.Several.*fact; },
+                    "one of the selected entries has nowhere to go"};
+
 constexpr Need open{documentOpen, "no document is open"};
 constexpr Need entry{is<&CommandState::Selected>, "no entry is selected"};
 constexpr Need changeable{is<&CommandState::Writable>, "the document is read-only"};
 constexpr Need notRoot{isNot<&CommandState::IsRoot>, "the document's topmost entry is selected"};
-constexpr Need notFirst{isNot<&CommandState::FirstSibling>, "the entry is the first of its branch"};
-constexpr Need notLast{isNot<&CommandState::LastSibling>, "the entry is the last of its branch"};
-constexpr Need previous{is<&CommandState::HasPrevious>, "the entry is the first of its branch"};
-constexpr Need notOutermost{isNot<&CommandState::ParentIsRoot>, "the entry is as far out as it can be"};
-constexpr Need roomAbove{[](State state) { return !(state.ParentIsRoot && state.FirstSibling); },
+constexpr Need noRoot{taggable, "the document's topmost entry is selected"};
+constexpr Need notFirst{ofOne<isNot<&CommandState::FirstSibling>>, "the entry is the first of its branch"};
+constexpr Need notLast{ofOne<isNot<&CommandState::LastSibling>>, "the entry is the last of its branch"};
+constexpr Need previous{ofOne<is<&CommandState::HasPrevious>>, "the entry is the first of its branch"};
+constexpr Need notOutermost{ofOne<isNot<&CommandState::ParentIsRoot>>, "the entry is as far out as it can be"};
+constexpr Need roomAbove{[](State state) { return state.Several || !(state.ParentIsRoot && state.FirstSibling); },
                          "the entry is the first of all"};
-constexpr Need roomBelow{is<&CommandState::CanMoveDown>, "no branch follows that the entry could move to"};
+constexpr Need roomBelow{ofOne<is<&CommandState::CanMoveDown>>, "no branch follows that the entry could move to"};
+constexpr Need ofOneWholeText{ofOne<isNot<&CommandState::TextWithheld>>, "the text is not shown whole"};
+constexpr Need neighbours{[](State state) { return !state.Several || state.Several.joinable; },
+                          "the selected entries do not stand one behind the other"};
 constexpr Need children{is<&CommandState::HasChildren>, "the entry has no others inside"};
 constexpr Need closed{isNot<&CommandState::Expanded>, "the entry is open already"};
 constexpr Need opened{is<&CommandState::Expanded>, "the entry is closed already"};
@@ -82,17 +98,18 @@ const std::vector<RuleNeeds> &needsOfRules()
         {writableAndSelected, {open, entry, changeable}},
         {belowRoot, {open, entry, notRoot}},
         {writableBelowRoot, {open, entry, changeable, notRoot}},
-        {deletable, {open, entry, changeable, notRoot}},
-        {movable, {open, entry, changeable, notRoot}},
-        {indentable, {open, entry, changeable, notRoot, previous}},
-        {unindentable, {open, entry, changeable, notRoot, notOutermost}},
-        {movableUp, {open, entry, changeable, notRoot, roomAbove}},
-        {movableDown, {open, entry, roomBelow}},
-        {movableFirst, {open, entry, changeable, notRoot, notFirst}},
-        {movableLast, {open, entry, changeable, notRoot, notLast}},
+        {taggable, {open, entry, noRoot}},
+        {deletable, {open, entry, changeable, noRoot}},
+        {movable, {open, entry, changeable, noRoot}},
+        {indentable, {open, entry, changeable, noRoot, previous, each<&SeveralSelected::indentable>}},
+        {unindentable, {open, entry, changeable, noRoot, notOutermost, each<&SeveralSelected::unindentable>}},
+        {movableUp, {open, entry, changeable, noRoot, roomAbove, each<&SeveralSelected::movableUp>}},
+        {movableDown, {open, entry, roomBelow, each<&SeveralSelected::movableDown>}},
+        {movableFirst, {open, entry, changeable, noRoot, notFirst, each<&SeveralSelected::movableFirst>}},
+        {movableLast, {open, entry, changeable, noRoot, notLast, each<&SeveralSelected::movableLast>}},
         {expandable, {open, entry, children, closed}},
         {collapsible, {open, entry, children, opened}},
-        {joinable, {open, entry, changeable, notLast, wholeText}},
+        {joinable, {open, entry, changeable, notLast, ofOneWholeText, neighbours}},
         {sortable, {open, entry, changeable, children}},
         {entryCopied, {open, entry, changeable, copied}},
         {taggedExist, {open, entry, tagged}},

@@ -70,42 +70,48 @@ inline bool writableBelowRoot(State s)
 // The root stays: a document without entries could only replace its file by nothing.
 inline bool deletable(State s)
 {
-    return s.Writable && s.Selected && !s.IsRoot;
+    return s.Writable && s.Selected && !(s.Several ? s.Several.withRoot : s.IsRoot);
 }
 
 inline bool movable(State s)
 {
-    return s.Movable();
+    return s.Several ? s.Writable && !s.Several.withRoot : s.Movable();
 }
 
+// What moves several must be possible for each of them.
 inline bool indentable(State s)
 {
-    return s.Movable() && s.HasPrevious;
+    return s.Several ? s.Writable && s.Several.indentable : s.Movable() && s.HasPrevious;
 }
 
 inline bool unindentable(State s)
 {
-    return s.Movable() && !s.ParentIsRoot;
+    return s.Several ? s.Writable && s.Several.unindentable : s.Movable() && !s.ParentIsRoot;
 }
 
 inline bool movableUp(State s)
 {
-    return s.CanMoveUp();
+    return s.Several ? s.Writable && s.Several.movableUp : s.CanMoveUp();
 }
 
 inline bool movableDown(State s)
 {
-    return s.CanMoveDown;
+    return s.Several ? s.Writable && s.Several.movableDown : s.CanMoveDown;
 }
 
 inline bool movableFirst(State s)
 {
-    return s.Movable() && !s.FirstSibling;
+    return s.Several ? s.Writable && s.Several.movableFirst : s.Movable() && !s.FirstSibling;
 }
 
 inline bool movableLast(State s)
 {
-    return s.Movable() && !s.LastSibling;
+    return s.Several ? s.Writable && s.Several.movableLast : s.Movable() && !s.LastSibling;
+}
+
+inline bool taggable(State s)
+{
+    return !(s.Several ? s.Several.withRoot : s.IsRoot);
 }
 
 inline bool expandable(State s)
@@ -121,7 +127,7 @@ inline bool collapsible(State s)
 // Its text is to be seen whole, and there is one behind it.
 inline bool joinable(State s)
 {
-    return s.Writable && s.Selected && !s.LastSibling && !s.TextWithheld;
+    return s.Several ? s.Writable && s.Several.joinable : s.Writable && s.Selected && !s.LastSibling && !s.TextWithheld;
 }
 
 inline bool sortable(State s)
@@ -168,7 +174,7 @@ bool inOutlineAnd(State s)
 
 inline bool selectedBelowRoot(State s)
 {
-    return s.Selected && !s.IsRoot;
+    return s.Selected && taggable(s);
 }
 
 inline bool withChildren(State s)

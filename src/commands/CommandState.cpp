@@ -69,7 +69,7 @@ CommandState currentCommandState()
     const std::vector<Document *> all = ports().windows->documents();
     state.AnyWritable = std::ranges::any_of(all, &Document::mayBeSavedAsSeen);
     state.TaggedExist = modNodes::NodesTaggedExist();
-    state.Copied = modOutline::copiedEntry().entry() != nullptr;
+    state.Copied = modOutline::areEntriesCopied();
     state.TextWithheld = active->bTextWithheld();
     if (const DocumentView *view = active->view()) {
         state.OutlineFocus = view->m_bOutlineHasFocus();
@@ -77,5 +77,6 @@ CommandState currentCommandState()
     }
     state.ExpansionLevel = active->m_iExpansionLevel();
     describeEntry(*entry, state);
+    state.Several = severalSelected(*active);
     return state;
 }

@@ -3,6 +3,8 @@
 
 #pragma once
 
+#include "outline/SelectedEntries.h"
+
 #include <QString>
 
 // What menus and toolbar depend on: facts about the open documents and the selected entry. Without an active document,
@@ -39,6 +41,8 @@ struct CommandState {
     bool CanMoveDown = false;
     // The level that the outline was last expanded to: -1 all levels, 0 none in particular.
     int ExpansionLevel = 0;
+    // What is said above is said of the current entry.
+    SeveralSelected Several = {};
 
     // The active document may be written, and has a step to be undone or redone; with their names.
     bool CanUndo = false;

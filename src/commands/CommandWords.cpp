@@ -16,6 +16,11 @@ std::optional<bool> aligned(const TextSelection &text, TextSelection::Alignment 
     return alignment ? std::optional(*alignment == which) : std::nullopt;
 }
 
+bool untags(const CommandState &state)
+{
+    return state.Several ? state.Several.tagged : state.Tagged;
+}
+
 // An "&" in a label is meant, and marks no access key.
 QString asCaption(QString name)
 {
@@ -30,12 +35,12 @@ namespace commandRows
 // The blanks differ so that the keys line up.
 QString tagCaption(const CommandState &state)
 {
-    return state.Tagged ? u"Unta&g entry    Alt+T"_s : u"Ta&g entry      Alt+T"_s;
+    return untags(state) ? u"Unta&g entry    Alt+T"_s : u"Ta&g entry      Alt+T"_s;
 }
 
 QString tagToolTip(const CommandState &state)
 {
-    return state.Tagged ? u"Untag entry"_s : u"Tag entry"_s;
+    return untags(state) ? u"Untag entry"_s : u"Tag entry"_s;
 }
 
 QString undoCaption(const CommandState &state)

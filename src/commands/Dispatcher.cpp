@@ -8,6 +8,7 @@
 #include "document/DocumentView.h"
 #include "document/OutlinePane.h"
 #include "document/Ports.h"
+#include "model/OutlineOrder.h"
 #include "util/Procedure.h"
 
 #include <QLocale>
@@ -36,7 +37,11 @@ public:
         , m_entries(m_document ? m_document->tree.entryCount() : 0)
         , m_text(shownText())
     {
+        if (m_document && m_document->tree.areSeveralSelected())
+            m_branches = static_cast<int>(branchesOf(m_document->tree.selectedEntries()).size());
     }
+
+    bool isOfSeveral() const { return m_branches > 1; }
 
     void tell() const
     {
@@ -48,7 +53,9 @@ public:
             return;
         QString said = m_document->history.undoName();
         said[0] = said[0].toUpper();
-        if (gone > 1)
+        if (isOfSeveral() && gone > m_branches)
+            said += u" (%1 with their branches)"_s.arg(gone);
+        else if (!isOfSeveral() && gone > 1)
             said += u" (%1 entries)"_s.arg(gone);
         // A text that was taken away as a whole.
         if (const ShownText text = shownText(); text.entry == m_text.entry && text.size == 0 && m_text.size > 0)
@@ -85,6 +92,8 @@ private:
     int m_position;
     int m_entries;
     ShownText m_text;
+    // How many branches are selected; 0 while one entry is.
+    int m_branches = 0;
 };
 
 } // namespace
@@ -152,7 +161,7 @@ void Dispatcher::run(std::string_view command, int argument)
         else
             commandTable[row].routine.run(argument);
     });
-    if (commandTable[row].farReaching)
+    if (commandTable[row].farReaching || extent.isOfSeveral())
         extent.tell();
     if (m_whenDone)
         m_whenDone();

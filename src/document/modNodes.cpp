@@ -38,26 +38,11 @@ std::vector<const Entry *> childrenOf(const Entry &entry)
     return children;
 }
 
-// The entry that a copy becomes a child of; null in an empty outline.
-const Entry *parentOfPaste(const modNodes::PastePlace &place)
-{
-    return !place.relative || place.relationship == Relationship::tvwChild ? place.relative : place.relative->parent();
-}
-
-Document *documentOf(const EntryTree &tree)
-{
-    for (Document *document : ports().windows->documents()) {
-        if (&document->tree == &tree)
-            return document;
-    }
-    return nullptr;
-}
-
 // Removes what a copy now stands for. A document that loses its selection by that shows another entry.
 void removePasted(EntryRef &source)
 {
     Entry *entry = source.entry();
-    Document *document = documentOf(*source.tree());
+    Document *document = modNodes::documentOf(*source.tree());
     if (!document)
         return;
     const History::Step step(document->history, stepName("deletion of"_L1, *entry));
@@ -279,6 +264,20 @@ PastePlace placeForPaste(const Document &document, const Entry *source)
     if (!first || first == source)
         return {selected, Relationship::tvwChild};
     return {first, Relationship::tvwPrevious};
+}
+
+const Entry *parentOfPaste(const PastePlace &place)
+{
+    return !place.relative || place.relationship == Relationship::tvwChild ? place.relative : place.relative->parent();
+}
+
+Document *documentOf(const EntryTree &tree)
+{
+    for (Document *document : ports().windows->documents()) {
+        if (&document->tree == &tree)
+            return document;
+    }
+    return nullptr;
 }
 
 void NodePaste(Document &document, EntryRef &source, bool removeSource)

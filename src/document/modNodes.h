@@ -71,6 +71,11 @@ struct PastePlace {
 void noteExpandedCopy(Document &document, const Entry &copy);
 
 PastePlace placeForPaste(const Document &document, const Entry *source);
+// The entry that a copy becomes a child of there; null in an empty outline.
+const Entry *parentOfPaste(const PastePlace &place);
+
+// The open document of an outline; null for none.
+Document *documentOf(const EntryTree &tree);
 
 // Where the selection goes when an entry is removed: to the previous sibling, else the next one, else the parent.
 Entry *survivorOf(const Entry &entry);

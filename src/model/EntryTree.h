@@ -14,6 +14,7 @@
 #include <QPointer>
 
 #include <functional>
+#include <unordered_set>
 #include <vector>
 
 // Where an entry is inserted, seen from a relative entry.
@@ -25,7 +26,7 @@ struct Expansion {
     std::vector<EntryId> closed;
 };
 
-// The outline of one document: a single-rooted, ordered tree of entries with the selected entry and the order of
+// The outline of one document: a single-rooted, ordered tree of entries with the selected entries and the order of
 // insertion. It is the item model that the outline pane shows (one column; the label is the edit role, and the display
 // role what is shown of it).
 // At most 32767 entries: one more is run-time error 6. No operation recurses on the depth of the tree. An operation
@@ -154,9 +155,25 @@ public:
     // What a file says of an entry that this program does not know. Copies have it too.
     void setForeignRecords(Entry *entry, ForeignRecordList records);
 
+    // The current entry, whose text is shown: the selected one, unless several are.
     Entry *selected() const { return m_selected; }
 
+    // Makes an entry the current one. Another than was current is the only one selected then.
     void select(Entry *entry);
+    // Selects exactly these, or the current one alone where they are fewer than two. The current one need not be one of
+    // several.
+    void select(Entry *current, const std::vector<Entry *> &several);
+
+    bool areSeveralSelected() const { return !m_several.empty(); }
+
+    bool isSelected(const Entry *entry) const;
+    int selectedCount() const;
+    // In the order of the outline.
+    std::vector<Entry *> selectedEntries() const;
+    // The ids of several, in any order; none while one is selected.
+    std::vector<EntryId> severalIds() const;
+    // The entries of ids that are in this tree.
+    std::vector<Entry *> entriesOf(const std::vector<EntryId> &ids) const;
 
     // The model index of an entry, and the entry of an index (null for an invalid one).
     QModelIndex indexOf(const Entry *entry) const;
@@ -184,6 +201,8 @@ public:
 
 Q_SIGNALS:
     void selectedChanged(Entry *entry);
+    // Others are selected, be it beside the same current one. Not told of entries that go.
+    void severalChanged();
     void expandedChanged(Entry *entry, bool expanded);
     // The expansion of many entries changed at once: whoever mirrors it reads it again as a whole.
     void expansionReset();
@@ -200,6 +219,7 @@ private:
     static bool liesBelow(const Entry *entry, const std::vector<Entry *> &tops);
     void letGoOf(const std::vector<Entry *> &tops);
     void forgetPendingText();
+    void deselectHidden();
     // In debug builds, goes down where the tree is not whole: around an entry, and as a whole where it is small.
     void assertWhole(const Entry *entry) const;
 
@@ -209,6 +229,8 @@ private:
     EntryCollection m_collection;
     EntriesById m_byId;
     Entry *m_selected = nullptr;
+    // Two or more, or none where only the current one is selected.
+    std::unordered_set<EntryId> m_several;
     mutable Entry *m_pendingEntry = nullptr;
     mutable std::function<QByteArray()> m_pendingSource;
     std::function<void(Entry *, const QString &)> m_labelWriter;

@@ -45,6 +45,8 @@ QString EntryTree::brokenInvariant() const
         return u"%1 tagged entries, %2 counted"_s.arg(tagged).arg(m_taggedCount);
     if (!selectedFound)
         return u"the selected entry is not in the tree"_s;
+    if (m_several.size() == 1 || entriesOf(severalIds()).size() != m_several.size())
+        return u"%1 entries count as several selected ones"_s.arg(m_several.size());
     return QString();
 }
 

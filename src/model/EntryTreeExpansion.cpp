@@ -12,6 +12,8 @@ void EntryTree::setExpanded(Entry *entry, bool expanded)
     entry->m_expanded = expanded;
     if (announcing())
         Q_EMIT expandedChanged(entry, expanded);
+    if (!expanded)
+        deselectHidden();
 }
 
 void EntryTree::setExpansion(const Expansion &expansion)
@@ -22,6 +24,8 @@ void EntryTree::setExpansion(const Expansion &expansion)
         entry(id)->m_expanded = false;
     if (announcing())
         Q_EMIT expansionReset();
+    if (!expansion.closed.empty())
+        deselectHidden();
 }
 
 Expansion EntryTree::expansionOfAll(const Entry *entry, bool expanded) const
@@ -41,6 +45,8 @@ void EntryTree::setExpandedAll(Entry *entry, bool expanded)
         each->m_expanded = expanded;
     if (announcing())
         Q_EMIT expansionReset();
+    if (!expanded)
+        deselectHidden();
 }
 
 void EntryTree::expandAncestors(Entry *entry)

@@ -126,13 +126,3 @@ void EntryTree::setTagged(Entry *entry, bool tagged)
     const QModelIndex index = indexOf(entry);
     Q_EMIT dataChanged(index, index, {ImageRole, SelectedImageRole, Qt::AccessibleDescriptionRole});
 }
-
-void EntryTree::select(Entry *entry)
-{
-    if (m_selected == entry)
-        return;
-    m_selected = entry;
-    assertWhole(entry);
-    if (announcing())
-        Q_EMIT selectedChanged(entry);
-}

@@ -190,9 +190,12 @@ qsizetype EntryTree::leave(Entry *top)
     for (Entry *entry = top; entry; entry = nextInOutline(entry, top)) {
         m_collection.remove(entry);
         m_byId.remove(entry->m_id);
+        m_several.erase(entry->m_id);
         m_taggedCount -= entry->m_tagged ? 1 : 0;
         weight += weightOf(*entry);
     }
+    if (m_several.size() < 2)
+        m_several.clear();
     return weight;
 }
 

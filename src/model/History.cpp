@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <new>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -69,6 +70,7 @@ public:
     Moving(History &history, const Recorded &step, bool forth)
         : m_history(history)
         , m_selected(history.selectedId())
+        , m_several(history.m_outline.tree.severalIds())
     {
         const std::vector<Change> &changes = step.changes;
         m_history.m_moving = true;
@@ -88,13 +90,14 @@ public:
     Moving(const Moving &) = delete;
     Moving &operator=(const Moving &) = delete;
 
-    EntryId selected() const { return m_selected; }
+    void selectAgain() const { m_history.selectAgain(m_selected, m_several); }
 
     void setDone() { m_done = true; }
 
 private:
     History &m_history;
     EntryId m_selected;
+    std::vector<EntryId> m_several;
     bool m_done = false;
     std::optional<HistoryBulk> m_bulk;
 };
@@ -238,7 +241,7 @@ bool History::undo()
         return false;
     Recorded &step = m_steps[static_cast<size_t>(m_position) - 1];
     goBack(step);
-    landOn(m_position - 1, step.selectedBefore);
+    landOn(m_position - 1, step.selectedBefore, step.severalBefore);
     return true;
 }
 
@@ -248,7 +251,7 @@ bool History::redo()
         return false;
     Recorded &step = m_steps[static_cast<size_t>(m_position)];
     goForth(step);
-    landOn(m_position + 1, step.selectedAfter);
+    landOn(m_position + 1, step.selectedAfter, step.severalAfter);
     return true;
 }
 
@@ -279,7 +282,7 @@ void History::goBack(Recorded &step)
     } catch (...) {
         for (; left < changes.size(); ++left)
             carryOut(changes[left], m_outline, m_liveTexts);
-        select(m_outline.tree.entry(moving.selected()));
+        moving.selectAgain();
         throw;
     }
 }
@@ -302,16 +305,16 @@ void History::goForth(Recorded &step)
     } catch (...) {
         while (done > 0)
             carryOut(changes[--done], m_outline, m_liveTexts);
-        select(m_outline.tree.entry(moving.selected()));
+        moving.selectAgain();
         throw;
     }
     joinHead(step);
 }
 
-void History::landOn(int position, EntryId selected)
+void History::landOn(int position, EntryId selected, const std::vector<EntryId> &several)
 {
     m_position = position;
-    select(m_outline.tree.entry(selected));
+    selectAgain(selected, several);
     // The step that was undone or redone.
     if (canRedo())
         weigh(m_steps[static_cast<size_t>(position)]);
@@ -413,6 +416,23 @@ void History::startAnew()
 void History::select(Entry *entry)
 {
     m_outline.tree.select(entry);
+}
+
+void History::select(Entry *current, const std::vector<Entry *> &several)
+{
+    m_outline.tree.select(current, several);
+    m_openSelects = true;
+}
+
+void History::selectAgain(EntryId selected, const std::vector<EntryId> &several)
+{
+    Entry *current = m_outline.tree.entry(selected);
+    try {
+        m_outline.tree.select(current, m_outline.tree.entriesOf(several));
+    } catch (const std::bad_alloc &) {
+        // What was done is done, whether or not there is memory to say of what.
+        m_outline.tree.select(current, {});
+    }
 }
 
 EntryId History::selectedId() const

@@ -177,6 +177,9 @@ public:
 
     // Selects an entry, which is no change but is remembered by the steps.
     void select(Entry *entry);
+    // Selects several, of which the current one need not be one. A step that does not do so itself leaves only the
+    // current one selected when it is done.
+    void select(Entry *current, const std::vector<Entry *> &several);
 
 Q_SIGNALS:
     void aboutToChange(ChangeKind kind);
@@ -194,6 +197,9 @@ private:
         StepInfo info;
         EntryId selectedBefore = EntryId::None;
         EntryId selectedAfter = EntryId::None;
+        // Of several that were selected.
+        std::vector<EntryId> severalBefore;
+        std::vector<EntryId> severalAfter;
         // How to undo it while it is done, and how to redo it while it is undone; in the order in which it was done.
         std::vector<Change> changes;
         qsizetype weight = 0;
@@ -215,7 +221,8 @@ private:
     void joinHead(Recorded &step) noexcept;
     void goBack(Recorded &step);
     void goForth(Recorded &step);
-    void landOn(int position, EntryId selected);
+    void landOn(int position, EntryId selected, const std::vector<EntryId> &several);
+    void selectAgain(EntryId selected, const std::vector<EntryId> &several);
     void weigh(Recorded &step);
     void dropRedoable() noexcept;
     bool dropBeyondWeight() noexcept;
@@ -235,6 +242,8 @@ private:
     // How many of the open step's changes are those from before it.
     size_t m_openHead = 0;
     bool m_openIsBroken = false;
+    // It has said itself which several are selected.
+    bool m_openSelects = false;
     int m_depth = 0;
     quint64 m_lastSerial = 0;
     bool m_moving = false;

@@ -130,6 +130,7 @@ void History::fold(EntryId entry, TextRun &run)
         dropTextSteps(later.changes, 0, later.changes.size());
         std::ranges::move(later.changes, std::back_inserter(step.changes));
         step.selectedAfter = later.selectedAfter;
+        step.severalAfter = std::move(later.severalAfter);
         m_weight -= later.weight;
     }
     m_steps.erase(stepAt(first + 1), stepAt(last + 1));

@@ -60,6 +60,8 @@ void History::begin(const QString &name, StepKind kind)
         m_open = Recorded();
         m_open.info.name = name;
         m_open.selectedBefore = selectedId();
+        m_open.severalBefore = m_outline.tree.severalIds();
+        m_openSelects = false;
         if (m_position == 0)
             m_open.changes.swap(m_head);
         m_openHead = m_open.changes.size();
@@ -112,7 +114,7 @@ void History::rollBack(size_t begin, EntryId selected) noexcept
             if (m_witness)
                 m_witness->takenBack();
         }
-        select(m_outline.tree.entry(selected));
+        selectAgain(selected, begin <= m_openHead ? m_open.severalBefore : std::vector<EntryId>());
         Q_EMIT rolledBack();
     } catch (...) {
         // There is nothing better to be done than to leave it as it is, with what could not be taken back recorded.
@@ -142,7 +144,10 @@ void History::commit()
     }
     m_open.info.entry = entryOf(*std::find_if_not(begin, m_open.changes.end(), expands));
     m_open.info.time = m_clock ? m_clock() : QDateTime();
+    if (!m_openSelects)
+        m_outline.tree.select(m_outline.tree.selected(), {});
     m_open.selectedAfter = selectedId();
+    m_open.severalAfter = m_outline.tree.severalIds();
     const bool typing = std::ranges::all_of(
         m_open.changes, [](const Change &change) { return std::holds_alternative<change::TextStep>(change); });
     m_open.info.serial = ++m_lastSerial;
@@ -167,6 +172,7 @@ void History::weigh(Recorded &step)
     qsizetype weight = static_cast<qsizetype>(sizeof(Recorded));
     for (const Change &change : step.changes)
         weight += weightOf(change);
+    weight += static_cast<qsizetype>((step.severalBefore.size() + step.severalAfter.size()) * sizeof(EntryId));
     m_weight += weight - step.weight;
     step.weight = weight;
 }

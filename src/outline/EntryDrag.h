@@ -44,8 +44,16 @@ DropPlacements dropPlacements(const Entry &dragged, const Entry &target);
 // Whether the drag icon allows a drop on an entry, which may be the dragged one itself.
 bool dropAllowed(const Entry &dragged, const Entry &target, bool indent);
 
+// What goes with the drag: the branches of all selected entries where the dragged one is among several, and otherwise
+// its own.
+std::vector<Entry *> draggedBranches();
+
+// The same as above for the drag that goes on, which must have an entry: what holds for all that goes with it.
+DropPlacements dropPlacements(const Entry &target);
+bool dropAllowed(const Entry &target);
+
 // What a drop without a question does: next if possible, else previous, else child.
 Relationship plainRelationship(const DropPlacements &placements);
 
-// Puts the dragged entry, or a copy of it, beside or into the target as the drag state says, and selects it.
+// Puts what is dragged, or copies of it, beside or into the target as the drag state says, and selects it.
 void dropEntry(Document &document, Entry &target);

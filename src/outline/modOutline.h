@@ -20,6 +20,7 @@ void OutlineInsertBelow();
 void OutlineInsertChild();
 
 // Move the selected entry with its subtree, tags and expansion included; it stays selected. The root never moves.
+// Several are moved if each of them can be, and keep their order.
 // Indent: to the last child of the previous sibling. Unindent: directly behind the parent, unless that is the root.
 void OutlineIndent();
 void OutlineUnindent();
@@ -30,17 +31,20 @@ void OutlineMoveDown();
 void OutlineMoveFirst();
 void OutlineMoveLast();
 
-// The entry that a paste copies: a reference that all documents share and that empties itself when the entry goes.
+// The entry that a paste copies: a reference that all documents share and that empties itself when the entry goes. Of
+// several it is the first.
 EntryRef &copiedEntry();
-// Makes the selected entry the copied one.
+// Whether there is an entry that a paste would copy.
+bool areEntriesCopied();
+// Makes the selected entries the copied ones.
 void OutlineCopy();
-// Paste a copy of the copied entry after the selected one; PasteAndDelete removes the copied entry then.
+// Paste copies of the copied entries after the current one; PasteAndDelete removes the copied entries then.
 void OutlinePaste();
 void OutlinePasteAndDelete();
-// Asks, then deletes the selected entry with its subtree.
+// Asks, then deletes the selected entries with their subtrees.
 void OutlineDelete();
 
-// Toggles the selected entry's tag; the root is never tagged.
+// Toggles the selected entry's tag; the root is never tagged. Of several all are tagged, unless all of them are.
 void OutlineTaggedEntry();
 // Paste copies of the tagged entries after the selected one, in their order of insertion; what lies inside another
 // tagged entry comes along with it only.
@@ -62,7 +66,8 @@ void OutlineSortAll();
 void OutlineRename();
 
 // Puts the next sibling's label and text behind the selected entry's text, and its children behind the children. The
-// label is left out where it is the text's first line, or the selected entry's own.
+// label is left out where it is the text's first line, or the selected entry's own. Several that stand one behind the
+// other become one in the same way.
 void OutlineJoin();
 // Makes an entry of the text from the caret on: the next sibling, or of the root the first child. Its label is the
 // text's first line.

@@ -4,13 +4,17 @@
 // Copying, pasting and deleting entries, and the tagged entries.
 
 #include "outline/OutlineCommand.h"
+#include "outline/SelectedEntries.h"
 #include "outline/modOutline.h"
 
+#include "document/StepProcedure.h"
 #include "document/modNodes.h"
+#include "model/OutlineOrder.h"
 #include "model/ShownLabel.h"
 
 #include <QScopeGuard>
 
+#include <algorithm>
 #include <unordered_set>
 
 using namespace Qt::StringLiterals;
@@ -76,6 +80,119 @@ void select(Document &document, Entry *entry)
     modNodes::NodeTextGet(document, entry);
 }
 
+void deleteBranches(Document &document, const std::vector<Entry *> &branches)
+{
+    if (!userAgrees(
+            u"Do you really want to delete the %1 selected entries, including any children?"_s.arg(branches.size())))
+        return;
+    const History::Step step(document.history, stepName("deletion of"_L1, branches));
+    Entry *survivor = survivorOf(branches, document.tree.selected());
+    deleteAll(document, branches);
+    select(document, survivor);
+}
+
+// What a paste copies.
+struct Copied {
+    EntryRef first;
+    // None without the first, be it that this one is gone.
+    std::vector<EntryRef> others;
+};
+
+Copied &copied()
+{
+    static Copied entries;
+    return entries;
+}
+
+// The copied entries that are still there, with their outline.
+struct CopiedBranches {
+    const EntryTree *tree = nullptr;
+    std::vector<Entry *> entries;
+};
+
+CopiedBranches copiedBranches()
+{
+    CopiedBranches branches;
+    const auto add = [&branches](const EntryRef &each) {
+        Entry *entry = each.entry();
+        if (!entry)
+            return;
+        branches.tree = each.tree();
+        branches.entries.push_back(entry);
+    };
+    add(copied().first);
+    if (copied().first.id() != EntryId::None)
+        std::ranges::for_each(copied().others, add);
+    // They may have been moved since.
+    branches.entries = branchesOf(branches.entries);
+    return branches;
+}
+
+void copy(const EntryTree &tree)
+{
+    const std::vector<Entry *> branches = branchesOf(tree.selectedEntries());
+    copied().first.set(&tree, branches.empty() ? nullptr : branches.front());
+    copied().others.clear();
+    for (size_t i = 1; i < branches.size(); ++i)
+        copied().others.emplace_back(&tree, branches[i]);
+}
+
+// Removes what copies now stand for. A document that loses its current entry by that shows another one.
+void removePasted(const CopiedBranches &sources)
+{
+    Document *document = modNodes::documentOf(*sources.tree);
+    if (!document)
+        return;
+    const History::Step step(document->history, stepName("deletion of"_L1, sources.entries));
+    Entry *selected = document->tree.selected();
+    Entry *survivor = selected ? survivorOf(sources.entries, selected) : nullptr;
+    document->history.removeAll(sources.entries);
+    if (survivor != selected)
+        modNodes::NodeSelect(*document, survivor);
+}
+
+// Each in turn, as one is pasted.
+void pasteSeveral(Document &document, const CopiedBranches &sources, bool removeSources)
+{
+    const modNodes::ActionScope action;
+    const modNodes::PastePlace place = modNodes::placeForPaste(document, sources.entries.front());
+    const Entry *parent = modNodes::parentOfPaste(place);
+    // Moved below one of them, they would be removed together with their only copies.
+    if (removeSources && liesWithin(parent, sources.entries))
+        return;
+    const History::Step step(document.history, stepName("pasting of"_L1, sources.entries));
+    const std::vector<Entry *> copies =
+        insertCopies(document, *sources.tree, sources.entries, place.relationship, place.relative);
+    if (removeSources) {
+        removePasted(sources);
+        copied() = Copied();
+    }
+    selectEntries(document, copies.back(), copies);
+}
+
+void paste(Document &document, bool removeSources)
+{
+    const CopiedBranches sources = copiedBranches();
+    if (sources.entries.size() > 1) {
+        stepProcedure(&document, "modNodes NodePaste", [&] { pasteSeveral(document, sources, removeSources); });
+        return;
+    }
+    if (!sources.entries.empty())
+        copied() = {EntryRef(sources.tree, sources.entries.front()), {}};
+    modNodes::NodePaste(document, copied().first, removeSources);
+}
+
+// Where some are tagged and some are not, all are tagged.
+void tagEntries(Document &document, const std::vector<Entry *> &entries)
+{
+    const bool untag = std::ranges::all_of(entries, &Entry::tagged);
+    const History::Step step(document.history, stepName(untag ? "untagging of"_L1 : "tagging of"_L1, entries));
+    const QuietChange quiet(document, entries.size());
+    for (Entry *entry : entries)
+        document.history.setTagged(entry, !untag);
+    document.history.select(document.tree.selected(), entries);
+}
+
 } // namespace
 
 namespace modOutline
@@ -83,33 +200,44 @@ namespace modOutline
 
 EntryRef &copiedEntry()
 {
-    static EntryRef copied;
-    return copied;
+    return copied().first;
+}
+
+bool areEntriesCopied()
+{
+    const auto isThere = [](const EntryRef &each) { return each.entry() != nullptr; };
+    return isThere(copied().first) ||
+           (copied().first.id() != EntryId::None && std::ranges::any_of(copied().others, isThere));
 }
 
 void OutlineCopy()
 {
-    onActiveDocument("modOutline OutlineCopy",
-                     [](Document &document) { copiedEntry().set(&document.tree, document.tree.selected()); });
+    onActiveDocument("modOutline OutlineCopy", [](Document &document) { copy(document.tree); });
 }
 
 void OutlinePaste()
 {
-    changeActiveDocument("modOutline OutlinePaste",
-                         [](Document &document) { modNodes::NodePaste(document, copiedEntry(), false); });
+    changeActiveDocument("modOutline OutlinePaste", [](Document &document) { paste(document, false); });
 }
 
 void OutlinePasteAndDelete()
 {
-    changeActiveDocument("modOutline OutlinePasteAndDelete",
-                         [](Document &document) { modNodes::NodePaste(document, copiedEntry(), true); });
+    changeActiveDocument("modOutline OutlinePasteAndDelete", [](Document &document) { paste(document, true); });
 }
 
 void OutlineDelete()
 {
     changeActiveDocument("modOutline OutlineDelete", [](Document &document) {
-        Entry *entry = document.tree.selected();
-        if (!entry)
+        const std::vector<Entry *> branches = branchesOf(document.tree.selectedEntries());
+        if (branches.empty())
+            return;
+        if (branches.size() > 1) {
+            deleteBranches(document, branches);
+            return;
+        }
+        Entry *entry = branches.front();
+        // Only by itself.
+        if (entry->isRoot() && document.tree.areSeveralSelected())
             return;
         constexpr qsizetype mostOfLabel = 80;
         const QString question =
@@ -130,6 +258,11 @@ void OutlineTaggedEntry()
 {
     changeActiveDocument("modOutline OutlineTaggedEntry", [](Document &document) {
         Entry *entry = document.tree.selected();
+        if (document.tree.areSeveralSelected()) {
+            if (!document.tree.isSelected(document.tree.root()))
+                tagEntries(document, document.tree.selectedEntries());
+            return;
+        }
         if (!entry || entry->isRoot())
             return;
         modNodes::NodeTagToggle(document, entry);

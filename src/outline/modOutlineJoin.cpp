@@ -3,6 +3,7 @@
 
 // Making one entry of several, and two of one.
 
+#include "outline/SelectedEntries.h"
 #include "outline/modOutline.h"
 
 #include "document/ActiveDocument.h"
@@ -12,6 +13,7 @@
 #include "document/TextPane.h"
 #include "document/modNodes.h"
 #include "formats/PlainText.h"
+#include "model/OutlineOrder.h"
 #include "model/ShownLabel.h"
 
 #include <QTextFrame>
@@ -135,6 +137,12 @@ void OutlineJoin()
 {
     onActiveDocument("modOutline OutlineJoin", [](Document &document) {
         Entry *entry = document.tree.selected();
+        if (document.tree.areSeveralSelected()) {
+            const std::vector<Entry *> branches = branchesOf(document.tree.selectedEntries());
+            if (areNeighbours(branches) && !document.bReadOnly())
+                joinEntries(document, branches);
+            return;
+        }
         if (entry && entry->next() && !document.bReadOnly())
             joinEntries(document, {entry, entry->next()});
     });

@@ -3,6 +3,7 @@
 
 // Inserting, indenting and moving entries.
 
+#include "outline/BranchMoves.h"
 #include "outline/OutlineCommand.h"
 #include "outline/modOutline.h"
 
@@ -30,11 +31,16 @@ struct Target {
     Entry *relative = nullptr;
 };
 
-// Moves the selected entry to where a rule says. The root has no siblings, so no rule finds a place for it.
+// Moves the selected entry to where a rule says, or several as one of them. The root has no siblings, so no rule finds
+// a place for it.
 template <typename Rule>
-void moveEntry(const char *name, Rule &&rule)
+void moveEntry(const char *name, BranchMove move, Rule &&rule)
 {
     changeActiveDocument(name, [&](Document &document) {
+        if (document.tree.areSeveralSelected()) {
+            moveSelectedBranches(document, move);
+            return;
+        }
         Entry *entry = document.tree.selected();
         const Target target = entry ? rule(*entry) : Target();
         if (!target.relative)
@@ -68,14 +74,14 @@ void OutlineInsertChild()
 
 void OutlineIndent()
 {
-    moveEntry("modOutline OutlineIndent", [](const Entry &entry) {
+    moveEntry("modOutline OutlineIndent", BranchMove::Indent, [](const Entry &entry) {
         return Target{Relationship::tvwChild, entry.previous()};
     });
 }
 
 void OutlineUnindent()
 {
-    moveEntry("modOutline OutlineUnindent", [](const Entry &entry) {
+    moveEntry("modOutline OutlineUnindent", BranchMove::Unindent, [](const Entry &entry) {
         Entry *parent = entry.parent();
         return Target{Relationship::tvwNext, parent && !parent->isRoot() ? parent : nullptr};
     });
@@ -83,7 +89,7 @@ void OutlineUnindent()
 
 void OutlineMoveUp()
 {
-    moveEntry("modOutline OutlineMoveUp", [](const Entry &entry) {
+    moveEntry("modOutline OutlineMoveUp", BranchMove::Up, [](const Entry &entry) {
         if (Entry *previous = entry.previous())
             return Target{Relationship::tvwPrevious, previous};
         return Target{Relationship::tvwChild, entry.parent() ? entry.parent()->previous() : nullptr};
@@ -93,6 +99,10 @@ void OutlineMoveUp()
 void OutlineMoveDown()
 {
     changeActiveDocument("modOutline OutlineMoveDown", [](Document &document) {
+        if (document.tree.areSeveralSelected()) {
+            moveSelectedBranches(document, BranchMove::Down);
+            return;
+        }
         Entry *entry = document.tree.selected();
         Entry *beyond = entry && entry->parent() ? entry->parent()->next() : nullptr;
         if (!entry || (!entry->next() && !beyond))
@@ -116,7 +126,7 @@ void OutlineMoveDown()
 
 void OutlineMoveFirst()
 {
-    moveEntry("modOutline OutlineMoveFirst", [](const Entry &entry) {
+    moveEntry("modOutline OutlineMoveFirst", BranchMove::First, [](const Entry &entry) {
         Entry *first = entry.firstSibling();
         return Target{Relationship::tvwPrevious, first != &entry ? first : nullptr};
     });
@@ -124,7 +134,7 @@ void OutlineMoveFirst()
 
 void OutlineMoveLast()
 {
-    moveEntry("modOutline OutlineMoveLast", [](const Entry &entry) {
+    moveEntry("modOutline OutlineMoveLast", BranchMove::Last, [](const Entry &entry) {
         Entry *last = entry.lastSibling();
         return Target{Relationship::tvwNext, last != &entry ? last : nullptr};
     });

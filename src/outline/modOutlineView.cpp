@@ -4,6 +4,7 @@
 // Expanding, collapsing, sorting and renaming.
 
 #include "outline/OutlineCommand.h"
+#include "outline/SelectedEntries.h"
 #include "outline/modOutline.h"
 
 #include "document/DocumentView.h"
@@ -46,6 +47,7 @@ void OutlineExpand()
 {
     changeActiveDocument("modOutline OutlineExpand", [](Document &document) {
         Entry *entry = requireSelected(document);
+        selectCurrentAlone(document);
         if (entry->childCount() > 0)
             document.history.setExpanded(entry, true);
     });
@@ -53,8 +55,11 @@ void OutlineExpand()
 
 void OutlineCollapse()
 {
-    changeActiveDocument("modOutline OutlineCollapse",
-                         [](Document &document) { document.history.setExpanded(requireSelected(document), false); });
+    changeActiveDocument("modOutline OutlineCollapse", [](Document &document) {
+        Entry *entry = requireSelected(document);
+        selectCurrentAlone(document);
+        document.history.setExpanded(entry, false);
+    });
 }
 
 void OutlineExpandAll()
@@ -121,9 +126,11 @@ void OutlineSortAll()
 void OutlineRename()
 {
     changeActiveDocument("modOutline OutlineRename", [](Document &document) {
-        if (document.tree.selected())
-            if (DocumentView *view = document.view())
-                view->trvOutline.StartLabelEdit();
+        if (!document.tree.selected())
+            return;
+        selectCurrentAlone(document);
+        if (DocumentView *view = document.view())
+            view->trvOutline.StartLabelEdit();
     });
 }
 

@@ -144,6 +144,7 @@ private Q_SLOTS:
     void whatCannotBeRunSaysWhy();
     void theReasonIsTheFirstThatAPersonWouldName_data();
     void theReasonIsTheFirstThatAPersonWouldName();
+    void ofSeveralTheReasonIsThatOfOneAmongThem();
     void undoAndRedoNeedAStep();
     void goingBackAndForwardNeedsAPlaceInAnyDocument();
     void keysWithoutAnItemActAsTheirItemsDo();
@@ -492,6 +493,43 @@ void tst_CommandState::aFileThatTurnsReadOnlyLeavesItsDocumentSavable()
     const CommandState state = currentCommandState();
     QVERIFY(state.Savable && state.ActiveSavable && state.AnyWritable);
     QVERIFY(!state.Writable && !state.ActiveWritable);
+}
+
+// As the rule itself says, in every combination of what holds for each of them.
+void tst_CommandState::ofSeveralTheReasonIsThatOfOneAmongThem()
+{
+    CommandState state = ordinaryEntry();
+    state.Several.count = 2;
+    constexpr std::pair<const char *, bool SeveralSelected::*> moves[] = {
+        {"mnuOutlineIndent", &SeveralSelected::indentable},      {"mnuOutlineUnindent", &SeveralSelected::unindentable},
+        {"mnuOutlineMoveUp", &SeveralSelected::movableUp},       {"mnuOutlineMoveDown", &SeveralSelected::movableDown},
+        {"mnuOutlineMoveFirst", &SeveralSelected::movableFirst}, {"mnuOutlineMoveLast", &SeveralSelected::movableLast},
+    };
+    for (const auto &[item, fact] : moves) {
+        // Whatever the current one is.
+        for (const bool isFirst : {false, true}) {
+            state.FirstSibling = state.ParentIsRoot = isFirst;
+            state.HasPrevious = state.CanMoveDown = !isFirst;
+            state.Several.*fact = false;
+            QVERIFY(!enabled(item, state));
+            QCOMPARE(whyNot(item, state), u"one of the selected entries has nowhere to go"_s);
+            state.Several.*fact = true;
+            QVERIFY(enabled(item, state));
+            QCOMPARE(whyNot(item, state), QString());
+        }
+        state.Writable = false;
+        QVERIFY(!enabled(item, state));
+        state.Writable = true;
+        state.Several.*fact = false;
+    }
+    state.IsRoot = true;
+    for (const char *item : {"mnuOutlineDelete", "mnuOutlineTaggedEntry", "mnuOutlineMove"}) {
+        QVERIFY(enabled(item, state));
+        state.Several.withRoot = true;
+        QVERIFY(!enabled(item, state));
+        QCOMPARE(whyNot(item, state), u"the document's topmost entry is selected"_s);
+        state.Several.withRoot = false;
+    }
 }
 
 QTEST_GUILESS_MAIN(tst_CommandState)
