@@ -15,6 +15,8 @@
 
 #include <utility>
 
+using namespace Qt::StringLiterals;
+
 ActiveState::ActiveState(DocumentArea &area, Dispatcher &dispatcher, CommandMenus &menus, Toolbar &toolbar,
                          MainSurface &surface)
     : m_area(area)
@@ -52,6 +54,7 @@ void ActiveState::follow(frmDocument *form)
     connect(&document.history, &History::stepsChanged, this, commands);
     connect(&document.history, &History::rolledBack, this, commands);
     connect(&document.tree, &EntryTree::selectedChanged, this, commands);
+    connect(&document.tree, &EntryTree::severalChanged, this, [this] { note(Commands | StatusText); });
     connect(&document.tree, &EntryTree::modelReset, this, [this] { note(Commands | StatusText); });
     // Only then is the document gone, and an entry copied from it with it.
     connect(&document.tree, &QObject::destroyed, this, commands);
@@ -112,6 +115,8 @@ void ActiveState::showStatusText()
     const std::optional<QString> said = active ? active->said() : m_area.said();
     if (said || !active->tree.selected())
         m_surface.UpdateStatusBarText(said.value_or(QString()));
+    else if (active->tree.areSeveralSelected())
+        m_surface.UpdateStatusBarText(u"%1 entries selected"_s.arg(active->tree.selectedCount()));
     else
         m_surface.UpdateStatusBar(active->tree.selected());
 }

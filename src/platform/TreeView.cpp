@@ -139,6 +139,10 @@ void TreeView::connectAfterView()
     connect(m_tree, &EntryTree::expandedChanged, m_link.get(),
             [this](Entry *entry, bool expanded) { followExpansion(entry, expanded); });
     connect(m_tree, &EntryTree::selectedChanged, m_link.get(), [this] { mirrorSelection(); });
+    connect(m_tree, &EntryTree::severalChanged, m_link.get(), [this] {
+        mirrorSelection();
+        tellOfSeveral();
+    });
     connect(m_tree, &EntryTree::labelChanged, m_link.get(), [this] { fitColumn(header()->sectionSize(0)); });
 }
 
@@ -169,7 +173,14 @@ void TreeView::mirrorSelection()
         viewport()->update();
         return;
     }
-    if (currentIndex() != index || !selectionModel()->isSelected(index))
+    if (m_tree->areSeveralSelected()) {
+        mirrorSeveral();
+        return;
+    }
+    const bool wereSeveral = std::exchange(m_mirrorsSeveral, false);
+    if (wereSeveral)
+        viewport()->update();
+    if (wereSeveral || currentIndex() != index || !selectionModel()->isSelected(index))
         selectionModel()->setCurrentIndex(index, QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows);
 }
 
@@ -324,6 +335,13 @@ void TreeView::selectionChanged(const QItemSelection &selected, const QItemSelec
 // Where one reads from right to left, Qt repaints a row without the room of its branch signs.
 void TreeView::repaintRows(const QItemSelection &rows)
 {
+    int count = 0;
+    for (const QItemSelectionRange &range : rows)
+        count += range.height();
+    if (count > rowsMeasured) {
+        viewport()->update();
+        return;
+    }
     for (const QModelIndex &index : rows.indexes()) {
         const QRect row = visualRect(index);
         viewport()->update(0, row.top(), viewport()->width(), row.height());
@@ -335,6 +353,10 @@ void TreeView::followSelection()
 {
     if (!m_tree || m_mirroring > 0)
         return;
+    if (m_tree->areSeveralSelected()) {
+        followSeveral(selectionModel()->selectedRows());
+        return;
+    }
     for (const QModelIndex &index : selectionModel()->selectedRows()) {
         if (index != currentIndex()) {
             setCurrentIndex(index);
@@ -347,8 +369,8 @@ void TreeView::followSelection()
 // The selected row is always the current one, whatever modifier is held.
 QItemSelectionModel::SelectionFlags TreeView::selectionCommand(const QModelIndex &index, const QEvent *) const
 {
-    return index.isValid() ? QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows
-                           : QItemSelectionModel::SelectionFlags(QItemSelectionModel::NoUpdate);
+    return index.isValid() && !m_keepsSelection ? QItemSelectionModel::ClearAndSelect | QItemSelectionModel::Rows
+                                                : QItemSelectionModel::SelectionFlags(QItemSelectionModel::NoUpdate);
 }
 
 void TreeView::focusInEvent(QFocusEvent *event)
@@ -391,6 +413,8 @@ void TreeView::keyPressEvent(QKeyEvent *event)
         return;
     }
     const QScopedValueRollback taking(m_isTakingKey, true);
+    if (entry && keyAmongSeveral(*event))
+        return;
     QTreeView::keyPressEvent(event);
 }
 
@@ -401,11 +425,13 @@ void TreeView::mousePressEvent(QMouseEvent *event)
     const QPoint place = event->position().toPoint();
     Entry *clicked = signs ? HitTestRow(place) : HitTest(place);
     const bool again = clicked && clicked == m_tree->selected();
+    m_press = Press();
+    const QScopedValueRollback keeping(m_keepsSelection, clicked && pressAmongSeveral(*event, clicked));
     if (signs)
         QTreeView::mousePressEvent(event);
     else
         QAbstractItemView::mousePressEvent(event); // NOLINT(bugprone-parent-virtual-call): past the signs
-    if (again)
+    if (again && !m_keepsSelection)
         Q_EMIT nodeClicked(clicked);
 }
 
@@ -418,11 +444,13 @@ void TreeView::mouseMoveEvent(QMouseEvent *event)
 
 void TreeView::mouseReleaseEvent(QMouseEvent *event)
 {
+    const QScopedValueRollback keeping(m_keepsSelection, m_press.isAmongSeveral);
     // As for the press.
     if (event->button() == Qt::LeftButton)
         QTreeView::mouseReleaseEvent(event);
     else
         QAbstractItemView::mouseReleaseEvent(event); // NOLINT(bugprone-parent-virtual-call)
+    releaseAmongSeveral();
 }
 
 void TreeView::updateGeometries()

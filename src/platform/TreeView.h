@@ -57,6 +57,10 @@ public:
     // Asked before a click opens the editor; StartLabelEdit() opens it whatever the answer is.
     void setMayEditByClick(std::function<bool()> mayEdit) { m_mayEditByClick = std::move(mayEdit); }
 
+    // To be called when the press that was last told of becomes a drag. Of several selected entries one that was
+    // pressed with Ctrl or Shift is dragged alone, as the only one selected.
+    void pressBecomesDrag();
+
     // What tells the user something; without it nothing is told.
     void setDialogs(Dialogs *dialogs) { m_dialogs = dialogs; }
 
@@ -125,7 +129,22 @@ private:
     void followExpansion(Entry *entry, bool expanded);
     void userChangedExpansion(const QModelIndex &index, bool expanded);
     void userMovedTo(Entry *entry);
+    void userSelected(Entry *current, const std::vector<Entry *> &several);
     void followSelection();
+    void followSeveral(const QModelIndexList &rows);
+    void mirrorSeveral();
+    void drawSelection(QPainter &painter, const QStyleOptionViewItem &option, const QModelIndex &index) const;
+    bool isPale(const QModelIndex &index) const;
+    void tellOfSeveral();
+    bool pressAmongSeveral(QMouseEvent &event, Entry *pressed);
+    void releaseAmongSeveral();
+    bool keyAmongSeveral(const QKeyEvent &event);
+    bool moveByKey(const QKeyEvent &event);
+    void toggle(Entry *entry);
+    void selectUpTo(Entry *entry, bool adding);
+    Entry *anchor() const;
+    Entry *nextShown(Entry *entry) const;
+    std::vector<Entry *> shownBetween(Entry *one, Entry *other) const;
     void openWaitingEditor();
     void repaintRows(const QItemSelection &rows);
     bool isInSight(const QModelIndex &index) const;
@@ -156,4 +175,20 @@ private:
     // Above 0 while the view follows the tree, so that the view's own signals are not taken for the user's doing.
     int m_mirroring = 0;
     bool m_isTakingKey = false;
+    bool m_mirrorsSeveral = false;
+    // While it is true, mouse and keys change no selection of Qt's own accord.
+    bool m_keepsSelection = false;
+    // Where a range of several begins.
+    EntryId m_anchor = EntryId::None;
+
+    // What a press among several selected entries leaves to its release, if no drag comes of it.
+    struct Press {
+        EntryId entry = EntryId::None;
+        bool isAmongSeveral = false;
+        bool withModifier = false;
+        bool deselects = false;
+        bool returnsToOne = false;
+    };
+
+    Press m_press;
 };

@@ -64,7 +64,8 @@ bool TreeView::edit(const QModelIndex &index, EditTrigger trigger, QEvent *event
         const int left = visualRect(index).left();
         if (x < left || x >= left + sizeHintForIndex(index).width())
             return false;
-        if (m_mayEditByClick && !m_mayEditByClick())
+        // Among several, a click leaves the one that it is on.
+        if (m_press.isAmongSeveral || (m_mayEditByClick && !m_mayEditByClick()))
             return false;
     }
     return QTreeView::edit(index, trigger, event);

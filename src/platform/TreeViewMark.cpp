@@ -41,7 +41,7 @@ void TreeView::paintEvent(QPaintEvent *event)
 
 void TreeView::drawRow(QPainter *painter, const QStyleOptionViewItem &options, const QModelIndex &index) const
 {
-    QTreeView::drawRow(painter, options, index);
+    drawSelection(*painter, options, index);
     if (!m_markedRow.isValid() || index != m_markedRow)
         return;
     const QRect row = visualRect(index);
@@ -54,7 +54,7 @@ void TreeView::drawRow(QPainter *painter, const QStyleOptionViewItem &options, c
     painter->save();
     painter->setRenderHint(QPainter::Antialiasing);
     // In the text's colour, which stands out of whatever the row has behind it, a selection included.
-    const bool isSelected = selectionModel()->isSelected(index);
+    const bool isSelected = selectionModel()->isSelected(index) && !isPale(index);
     painter->setPen(QPen(palette().color(isSelected ? QPalette::HighlightedText : QPalette::Highlight), thickness));
     painter->drawRoundedRect(frame.adjusted(inset, inset, -inset, -inset), corner, corner);
     painter->restore();

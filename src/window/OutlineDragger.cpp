@@ -121,6 +121,7 @@ void OutlineDragger::begin(const QMouseEvent &event)
 {
     dragState().button = event.buttons().testFlag(Qt::RightButton) ? DragButton::Right : DragButton::Left;
     m_active = true;
+    m_form.treeView->pressBecomesDrag();
     m_scrollTimer.start(scrollInterval, this);
     showIcon(true);
 }
@@ -132,8 +133,7 @@ void OutlineDragger::dragOver(const Entry *hovered)
         m_openTimer.start(openDelay, this);
     }
     // Away from every entry a drop does nothing, so what was shown last may stay.
-    const bool allowed =
-        hovered ? dropAllowed(*dragState().entry.entry(), *hovered, dragState().indent) : m_iconAllowed;
+    const bool allowed = hovered ? dropAllowed(*hovered) : m_iconAllowed;
     showIcon(allowed);
 }
 
@@ -177,7 +177,7 @@ void OutlineDragger::drop(Entry *target)
 void OutlineDragger::dropOn(Entry &target)
 {
     DragState &state = dragState();
-    const DropPlacements placements = dropPlacements(*state.entry.entry(), target);
+    const DropPlacements placements = dropPlacements(target);
     if (!placements.any())
         return;
     EntryRef targetReference(&m_form.document().tree, &target);
@@ -201,8 +201,10 @@ void OutlineDragger::dropOnItself()
         if (!state.dragging || !state.entry.entry())
             return;
     }
-    // The commands work on the selected entry.
-    modNodes::NodeSelect(m_form.document(), state.entry.entry());
+    // The commands work on the selected entries.
+    const EntryTree &tree = m_form.document().tree;
+    if (!tree.areSeveralSelected() || !tree.isSelected(state.entry.entry()))
+        modNodes::NodeSelect(m_form.document(), state.entry.entry());
     if (state.indent)
         modOutline::OutlineIndent();
     else
