@@ -113,7 +113,9 @@ void compareVersions(benchmark::State &state)
 }
 
 BENCHMARK(makeValues)->Unit(benchmark::kMillisecond);
-BENCHMARK(keepVersion)->Arg(0)->Arg(1)->Unit(benchmark::kMillisecond);
+BENCHMARK(keepVersion)->Arg(0)->Unit(benchmark::kMillisecond);
+// A database grows by whole pages, and the first few versions find room in those that are there.
+BENCHMARK(keepVersion)->Arg(1)->Iterations(20)->Unit(benchmark::kMillisecond);
 BENCHMARK(listVersions)->Arg(1000)->Unit(benchmark::kMillisecond);
 BENCHMARK(compareVersions)->Unit(benchmark::kMillisecond);
 
