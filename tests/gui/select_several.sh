@@ -37,6 +37,7 @@ keys() {
 begin_road "$@"
 cp "${program%/*}"/*.ico "$work/bin/"
 
+number=0
 file=$work/several.qly
 other=$work/other.qly
 {
