@@ -42,6 +42,19 @@ auto withPatience(Work &&work)
     }
 }
 
+// SQLite takes what a disk fails to read for damage, and nothing is to be set aside for that unless it stays so.
+template <typename Work>
+auto withSecondLook(Work &&work)
+{
+    try {
+        return withPatience(work);
+    } catch (const RunTimeError &error) {
+        if (error.number() != ErrorNumber::InvalidFileFormat)
+            throw;
+    }
+    return withPatience(work);
+}
+
 qint64 keepIn(const QString &path, const KeptOutline &outline, const VersionSave &save)
 {
     const bool exists = QFileInfo::exists(path);
@@ -270,7 +283,7 @@ VersionKeeper::Outcome VersionKeeper::keep(const QString &folder, const KeptOutl
         save.file = RealPathName(save.file);
         qint64 version = 0;
         try {
-            version = withPatience([&] { return keepIn(path, outline, save); });
+            version = withSecondLook([&] { return keepIn(path, outline, save); });
         } catch (const RunTimeError &error) {
             if (error.number() != ErrorNumber::InvalidFileFormat || isOfLaterProgram(path, VersionStore::schema()))
                 throw;
@@ -281,7 +294,7 @@ VersionKeeper::Outcome VersionKeeper::keep(const QString &folder, const KeptOutl
             version = keepIn(path, outline, save);
         }
         // Opened again, so that nothing comes from memory.
-        withPatience([&] {
+        withSecondLook([&] {
             VersionStore store(path, Database::Opening::Existing);
             if (!store.verify(version, outline))
                 throw RunTimeError(ErrorNumber::InvalidFileFormat,

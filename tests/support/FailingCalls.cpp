@@ -31,11 +31,14 @@ int s_place = 0;
 int s_error = 0;
 int s_count = 0;
 bool s_interfered = false;
+bool s_isMainCounted = true;
 std::vector<std::string> s_calls;
 
 // Whether the call about to be made is to fail. Sets errno then.
 bool interferes(const char *name)
 {
+    if (!s_isMainCounted && gettid() == getpid())
+        return false;
     switch (s_mode) {
     case Mode::Off:
     case Mode::SpoilWrite:
@@ -118,6 +121,11 @@ void failFrom(int place, int systemError)
 {
     failAt(place, systemError);
     s_mode = Mode::FailOn;
+}
+
+void countMainThread(bool counts)
+{
+    s_isMainCounted = counts;
 }
 
 void dieAt(int place)

@@ -28,6 +28,8 @@ void spoilRead(int place);
 void dieAt(int place);
 // All calls work again. Whether any of them did not.
 bool stop();
+// Whether calls of the main thread count, too; at first they do.
+void countMainThread(bool counts);
 
 // The errors that a call can plausibly end in.
 std::span<const int> errorsOf(const std::string &call);

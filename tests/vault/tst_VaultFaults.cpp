@@ -3,6 +3,8 @@
 
 #include "support/FailingCalls.h"
 #include "vault/RecoveryFixture.h"
+#include "vault/VersionFolder.h"
+#include "vault/VersionKeeper.h"
 #include "vault/VersionStore.h"
 
 #include "util/RunTimeError.h"
@@ -111,6 +113,7 @@ private Q_SLOTS:
     void aJournalGoesOnWhenTheDiskDoes_data();
     void aJournalGoesOnWhenTheDiskDoes();
     void versionsStayWhenKeepingOneFails();
+    void aDiskThatFailsOnceSetsNoVersionsAside();
 };
 
 void tst_VaultFaults::aJournalGoesOnWhenTheDiskDoes_data()
@@ -219,6 +222,37 @@ void tst_VaultFaults::versionsStayWhenKeepingOneFails()
         }
     }
     QVERIFY(failures > 10);
+}
+
+void tst_VaultFaults::aDiskThatFailsOnceSetsNoVersionsAside()
+{
+    bool interfered = true;
+    int calls = 0;
+    for (; interfered && calls < 1000; ++calls) {
+        const QTemporaryDir folder(u"/dev/shm/XXXXXX"_s);
+        const QString versions = folder.filePath(u"versions"_s);
+        auto outline = std::make_unique<Outline>();
+        Entry *root = outline->tree.insert(Relationship::tvwFirst, nullptr);
+        Document document(std::move(outline));
+        document.m_sFile = folder.filePath(u"notes.qly"_s);
+        for (int save = 0; save < 3; ++save) {
+            document.history.setLabel(root, QString::number(save));
+            VersionKeeper keeper(versions);
+            // The last one meets the failure.
+            if (save == 2) {
+                FailingCalls::countMainThread(false);
+                FailingCalls::failAt(calls, EIO);
+            }
+            keeper.fileWritten(document);
+        }
+        interfered = FailingCalls::stop();
+        FailingCalls::countMainThread(true);
+        const QStringList files = QDir(versions).entryList(QDir::Files);
+        QVERIFY2(files.filter(u"damaged"_s).isEmpty(), qPrintable(u"call %1: %2"_s.arg(calls).arg(files.join(u' '))));
+        VersionStore store(versionsPathOf(versions, document.m_sFile), Database::Opening::Existing);
+        QVERIFY2(store.list().size() >= 2, qPrintable(QString::number(calls)));
+    }
+    QVERIFY2(calls > 10 && calls < 1000, qPrintable(QString::number(calls)));
 }
 
 QTEST_GUILESS_MAIN(tst_VaultFaults)
