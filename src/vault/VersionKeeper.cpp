@@ -181,8 +181,8 @@ void VersionKeeper::enqueueKeeping(const KeptOutline &outline, const VersionSave
         VersionSave known = save;
         known.fileDigest = digest.value();
         Outcome outcome = keep(folder, outline, known, most);
-        // What went wrong first is what the user is to know.
-        if (!before.notice.isEmpty() || outcome.logged.isEmpty())
+        // What went wrong first is what the user is to know, but for a save that has no version.
+        if (outcome.notice.isEmpty() && (!before.notice.isEmpty() || outcome.logged.isEmpty()))
             outcome = before;
         return [this, file = save.file, outcome] { answer(file, outcome); };
     });
