@@ -359,7 +359,7 @@ void tst_FindPane::theManualIsSearchedToo()
     m_pane->find(u"\"Find everywhere\""_s);
     QVERIFY(m_pane->list().model()->rowCount() > 3);
     m_pane->press(Qt::Key_Down);
-    QVERIFY(DocumentActive()->view()->window.previewPane()->isShown());
+    QTRY_VERIFY(DocumentActive()->view()->window.previewPane()->isShown());
     m_pane->press(Qt::Key_Return);
     QCOMPARE(m_pane->form().textBox->SelText().toLower(), u"find everywhere"_s);
 }

@@ -115,8 +115,8 @@ void tst_FindPanePreview::downLooksAtHitsAndEscComesBack()
     QVERIFY(standOf(document) == before);
     for (int step = 0; step < 15; ++step) {
         m_pane->press(Qt::Key_Down);
-        QVERIFY(isShown() && m_pane->box().hasFocus());
-        QCOMPARE(shownText(), u"needle"_s);
+        QTRY_VERIFY(isShown() && m_pane->box().hasFocus());
+        QTRY_COMPARE(shownText(), u"needle"_s);
         QCOMPARE(document.tree.selected()->label(), u"Entry 9"_s);
     }
     QVERIFY(m_pane->list().viewport()->rect().contains(m_pane->list().visualRect(m_pane->list().currentIndex())));
@@ -186,7 +186,7 @@ void tst_FindPanePreview::aHitInALabelIsGoneToInTheOutline()
     m_pane->find(u"\"Entry 77\""_s);
     m_pane->press(Qt::Key_Down);
     const auto &head = *m_pane->form().preview->findChild<QLabel *>(u"lblPreview"_s);
-    QVERIFY2(head.text().contains(u">Entry 77</span>"_s), qPrintable(head.text()));
+    QTRY_VERIFY2(head.text().contains(u">Entry 77</span>"_s), qPrintable(head.text()));
     m_pane->press(Qt::Key_Return);
     QCOMPARE(document.tree.selected()->label(), u"Entry 77"_s);
     QVERIFY(m_pane->form().treeView->hasFocus());
@@ -202,7 +202,7 @@ void tst_FindPanePreview::aMatchInATableIsSelected()
     m_pane->find(u"needle"_s);
     QCOMPARE(m_pane->counts(), u"2 hits in 1 entry"_s);
     m_pane->press(Qt::Key_Down);
-    QCOMPARE(shownText(), u"needle"_s);
+    QTRY_COMPARE(shownText(), u"needle"_s);
     m_pane->press(Qt::Key_Return);
     QCOMPARE(m_pane->form().textBox->SelText(), u"needle"_s);
     QCOMPARE(m_pane->form().textBox->textCursor().block().text(), u"two needle"_s);
@@ -214,8 +214,8 @@ void tst_FindPanePreview::aClickLooksAndADoubleClickGoes()
     const Stand before = standOf(document);
     m_pane->find(u"needle"_s);
     m_pane->clickRow(4);
-    QVERIFY(isShown());
-    QCOMPARE(shownText(), u"needle"_s);
+    QTRY_VERIFY(isShown());
+    QTRY_COMPARE(shownText(), u"needle"_s);
     m_pane->press(Qt::Key_Escape);
     QVERIFY(!isShown() && standOf(document) == before);
     QTest::mouseDClick(m_pane->list().viewport(), Qt::LeftButton, {}, m_pane->centreOf(7));
@@ -228,6 +228,7 @@ void tst_FindPanePreview::aClickOnWhatIsShownGoesThere()
     const Document &document = plant();
     m_pane->find(u"needle"_s);
     m_pane->press(Qt::Key_Down);
+    QTRY_VERIFY(isShown());
     QTest::mouseClick(m_pane->form().preview->findChild<RichTextBox *>(u"txtPreview"_s)->viewport(), Qt::LeftButton);
     QVERIFY(!isShown());
     QCOMPARE(document.tree.selected()->label(), u"Entry 10"_s);
@@ -279,17 +280,17 @@ void tst_FindPanePreview::aHitOfAnotherDocumentIsLookedAtInItsWindow()
     m_pane->waitForEnd();
     m_pane->open();
     m_pane->press(Qt::Key_Down);
-    QVERIFY(isShown(first) && DocumentActive() == &first && m_pane->box().hasFocus());
+    QTRY_VERIFY(isShown(first) && DocumentActive() == &first && m_pane->box().hasFocus());
     QTest::qWait(300);
-    QVERIFY(isShown(first) && DocumentActive() == &first && m_pane->box().hasFocus());
+    QTRY_VERIFY(isShown(first) && DocumentActive() == &first && m_pane->box().hasFocus());
     QCOMPARE(m_pane->rows().size(), 34);
     m_pane->press(Qt::Key_PageDown);
     m_pane->press(Qt::Key_PageDown);
     m_pane->press(Qt::Key_Down);
-    QVERIFY(isShown(second) && !isShown(first) && DocumentActive() == &second);
+    QTRY_VERIFY(isShown(second) && !isShown(first) && DocumentActive() == &second);
     QVERIFY(standOf(first) == before);
     m_pane->press(Qt::Key_Up);
-    QVERIFY(isShown(first) && !isShown(second));
+    QTRY_VERIFY(isShown(first) && !isShown(second));
     m_pane->press(Qt::Key_Escape);
     QVERIFY(!isShown(first) && DocumentActive() == &second && m_pane->box().hasFocus());
     QVERIFY(standOf(first) == before && standOf(second) == beforeHere);
@@ -362,7 +363,7 @@ void tst_FindPanePreview::aDocumentClosedMeanwhileIsNotGoneTo()
     m_pane->waitForEnd();
     m_pane->open();
     m_pane->press(Qt::Key_Up);
-    QVERIFY(isShown(second));
+    QTRY_VERIFY(isShown(second));
     m_pane->press(Qt::Key_W, Qt::ControlModifier);
     QTRY_COMPARE(m_pane->main().main.windows().documents().size(), std::size_t(1));
     m_pane->open();
@@ -370,7 +371,7 @@ void tst_FindPanePreview::aDocumentClosedMeanwhileIsNotGoneTo()
     m_pane->open();
     m_pane->waitForEnd();
     m_pane->press(Qt::Key_Up);
-    QVERIFY(isShown());
+    QTRY_VERIFY(isShown());
     DocumentActive()->giveUpChanges();
     m_pane->press(Qt::Key_W, Qt::ControlModifier);
     QTRY_VERIFY(m_pane->main().main.windows().documents().empty());

@@ -92,7 +92,7 @@ void tst_FindPaneReplace::theRowOpensWithTheKeyboardInIt()
     QCOMPARE(all().text(), u"4 of 4"_s);
     // Up and Down look at the hits from here, too.
     m_pane->press(Qt::Key_Down);
-    QVERIFY(DocumentActive()->view()->window.previewPane()->isShown());
+    QTRY_VERIFY(DocumentActive()->view()->window.previewPane()->isShown());
     m_pane->press(Qt::Key_Escape);
     QVERIFY(m_pane->child<QLineEdit>(u"txtReplacement"_s).hasFocus());
 }
