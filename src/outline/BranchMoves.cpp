@@ -9,6 +9,7 @@
 #include "document/modNodes.h"
 #include "model/OutlineOrder.h"
 
+#include <algorithm>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -28,6 +29,8 @@ BranchMoves::Planned putBehind(std::unordered_map<const Entry *, Entry *> &moved
 BranchMoves::BranchMoves(const std::vector<Entry *> &branches)
     : m_branches(branches)
 {
+    m_previous.reserve(branches.size());
+    m_next.reserve(branches.size());
     for (const Entry *branch : branches) {
         m_previous[branch] = nullptr;
         m_next[branch] = nullptr;
@@ -50,6 +53,34 @@ Entry *BranchMoves::nextThatStays(const Entry *entry) const
     Entry *next = entry->next();
     const auto moving = m_next.find(next);
     return moving == m_next.end() ? next : moving->second;
+}
+
+bool BranchMoves::hasPlace(BranchMove move, const Entry *entry) const
+{
+    const Entry *parent = entry->parent();
+    if (!parent)
+        return false;
+    switch (move) {
+    case BranchMove::Indent:
+        return m_previous.at(entry) != nullptr;
+    case BranchMove::Unindent:
+        return !parent->isRoot();
+    case BranchMove::Up:
+        return m_previous.at(entry) || previousThatStays(parent);
+    case BranchMove::Down:
+        return m_next.at(entry) || nextThatStays(parent);
+    case BranchMove::First:
+        return entry->row() > 0;
+    case BranchMove::Last:
+        return entry->row() + 1 < parent->childCount();
+    }
+    return false;
+}
+
+bool BranchMoves::arePossible(BranchMove move) const
+{
+    return !m_branches.empty() &&
+           std::ranges::all_of(m_branches, [&](const Entry *branch) { return hasPlace(move, branch); });
 }
 
 // Without a relative the entry has nowhere to go.

@@ -30,7 +30,8 @@ public:
     // The moves that do it, one after the other; none where one of the branches has nowhere to go.
     std::vector<Planned> plan(BranchMove move) const;
 
-    bool arePossible(BranchMove move) const { return !plan(move).empty(); }
+    // Whether there are any. It is asked of many entries at each key, so that nothing is planned for it.
+    bool arePossible(BranchMove move) const;
 
     // The entries into which a move down leads from the end of another's children.
     std::vector<Entry *> enteredFromAbove() const;
@@ -40,6 +41,7 @@ private:
     Entry *nextThatStays(const Entry *entry) const;
 
     using Moved = std::unordered_map<const Entry *, Entry *>;
+    bool hasPlace(BranchMove move, const Entry *entry) const;
     Planned placed(BranchMove move, Entry *entry, Moved &behind, Moved &into) const;
 
     const std::vector<Entry *> m_branches;

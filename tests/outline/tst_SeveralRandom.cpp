@@ -516,6 +516,8 @@ private:
             return;
         const PlainOutline before = m_plain;
         const bool saysPossible = BranchMoves(branches()).arePossible(move);
+        if (BranchMoves(branches()).plan(move).empty() == saysPossible)
+            m_failure = u"what is planned is something else than what is possible"_s;
         const bool isPossible = m_plain.move(move);
         if (saysPossible != isPossible)
             m_failure = u"the rule says something else"_s;
