@@ -32,12 +32,21 @@ namespace
 constexpr int keysPerSecond = 10;
 constexpr int keyCount = 600;
 
-QByteArray textOf(qsizetype characters)
+// With tables and a list among its paragraphs, if that is asked for.
+QByteArray textOf(qsizetype characters, bool isRich)
 {
-    QByteArray rtf("{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 DejaVu Sans;}}\\f0\\fs20 ");
+    QByteArray rtf("{\\rtf1\\ansi\\deff0{\\fonttbl{\\f0 DejaVu Sans;}}"
+                   "{\\*\\listtable{\\list{\\listlevel\\levelnfc0\\levelstartat1{\\leveltext\\'02\\'00.;}"
+                   "{\\levelnumbers\\'01;}}\\listid1}}{\\*\\listoverridetable{\\listoverride\\listid1\\ls1}}"
+                   "\\f0\\fs20 ");
     for (int line = 0; rtf.size() < characters; ++line)
-        rtf += "the quick brown fox no. " + QByteArray::number(line) +
-               " {\\b jumps} over {\\i the lazy} dog and runs\\par\n";
+        if (isRich && line % 20 == 0)
+            rtf += "\\trowd\\cellx2000\\cellx4000\\pard\\intbl one\\cell {\\b two}\\cell\\row\\pard ";
+        else if (isRich && line % 5 == 0)
+            rtf += "\\pard\\ls1\\ilvl0 item " + QByteArray::number(line) + "\\par\\pard ";
+        else
+            rtf += "the quick brown fox no. " + QByteArray::number(line) +
+                   " {\\b jumps} over {\\i the lazy} dog and runs\\par\n";
     return rtf + "}";
 }
 
@@ -97,7 +106,7 @@ struct Cost {
 };
 
 // The time that the journal reads is that of the keys, so that a minute's typing need not take a minute.
-Cost typing(qsizetype characters, bool isKept)
+Cost typing(qsizetype characters, bool isRich, bool isKept)
 {
     MainFixture program;
     program.start();
@@ -107,7 +116,7 @@ Cost typing(qsizetype characters, bool isKept)
     program.choose("mnuFileNew");
     Document &document = *DocumentActive();
     Entry *root = document.tree.root();
-    rawOutline(document).tree.setStoredText(root, NodeTextCompressIfRequired(textOf(characters)));
+    rawOutline(document).tree.setStoredText(root, NodeTextCompressIfRequired(textOf(characters, isRich)));
     document.history.startAnew();
     if (isKept)
         vault.attach(document);
@@ -140,11 +149,12 @@ Cost typing(qsizetype characters, bool isKept)
 void typingBesideUnkept(benchmark::State &state)
 {
     const auto characters = static_cast<qsizetype>(state.range(0));
+    const bool isRich = state.range(1) != 0;
     Cost kept;
     Cost unkept;
     for (auto _ : state) {
-        unkept = typing(characters, false);
-        kept = typing(characters, true);
+        unkept = typing(characters, isRich, false);
+        kept = typing(characters, isRich, true);
         state.SetIterationTime((kept.milliseconds - unkept.milliseconds) / 1e3 / keyCount);
     }
     state.counters["kept_to_unkept"] = kept.instructions / unkept.instructions;
@@ -157,11 +167,13 @@ void typingBesideUnkept(benchmark::State &state)
 } // namespace
 
 BENCHMARK(typingBesideUnkept)
-    ->ArgName("characters")
-    ->Arg(200)
-    ->Arg(2'000)
-    ->Arg(100'000)
-    ->Arg(1'000'000)
+    ->ArgNames({"characters", "tables_and_lists"})
+    ->Args({200, 0})
+    ->Args({2'000, 0})
+    ->Args({100'000, 0})
+    ->Args({1'000'000, 0})
+    ->Args({100'000, 1})
+    ->Args({1'000'000, 1})
     ->UseManualTime()
     ->Iterations(1)
     ->Unit(benchmark::kMicrosecond);
