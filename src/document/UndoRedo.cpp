@@ -46,6 +46,8 @@ bool walkHistory(const char *name, Document &document, Walk &&walk)
         if (document.m_fntTextFont != textFont)
             document.takeBaseFont();
         showPosition(document);
+        if (there)
+            document.history.noteSight();
         return there;
     });
 }

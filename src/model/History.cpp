@@ -123,6 +123,7 @@ QString stepName(const Change &change, const EntryTree &tree)
 
 History::History(Outline &outline)
     : m_outline(outline)
+    , m_savedLook(look())
 {
     m_outline.tree.setLabelWriter([this](Entry *entry, const QString &label) {
         apply(change::Label{entry->id(), label});
@@ -159,7 +160,7 @@ Entry *History::apply(Change change)
     }
     if (m_depth == 0 && isExpansion(change)) {
         const EntryId id = entryOf(change);
-        appendToTail(std::move(change));
+        expandAlone(std::move(change));
         return m_outline.tree.entry(id);
     }
     if (m_witness)
@@ -170,7 +171,7 @@ Entry *History::apply(Change change)
     std::vector<Change> &changes = m_open.changes;
     makeRoomBehind(changes, 1);
     if (carryOut(change, m_outline, m_liveTexts)) {
-        if (changes.size() > m_openHead && takesBack(change, changes.back())) {
+        if (!changes.empty() && takesBack(change, changes.back())) {
             changes.pop_back();
             if (m_witness)
                 m_witness->takenBack();
@@ -222,25 +223,21 @@ void History::forgetUndone()
     Q_EMIT positionChanged();
 }
 
-// No text is let go meanwhile, whatever is shown because of it: that would make fewer steps of those that it joins.
-void History::appendToTail(Change change)
-{
-    const Step step(*this, stepName(change, m_outline.tree), StepKind::OfOneChange);
-    apply(std::move(change));
-}
-
-// What is done last: the changes of the last step done, or those before the first.
-std::vector<Change> &History::tail()
-{
-    return m_position > 0 ? m_steps[static_cast<size_t>(m_position) - 1].changes : m_head;
-}
-
 bool History::undo()
 {
     if (m_depth > 0 || m_moving || !canUndo())
         return false;
+    if (m_position == 0)
+        return takeBackFirstTrail();
+    leave();
     Recorded &step = m_steps[static_cast<size_t>(m_position) - 1];
+    std::vector<EntryId> own;
+    for (const Change &change : step.changes) {
+        const std::vector<EntryId> expanded = isExpansion(change) ? entriesOf(change) : std::vector<EntryId>();
+        own.insert(own.end(), expanded.begin(), expanded.end());
+    }
     goBack(step);
+    passOver(step, m_position > 1 ? m_steps[static_cast<size_t>(m_position) - 2].trail : m_firstTrail, own);
     landOn(m_position - 1, step.selectedBefore, step.severalBefore);
     return true;
 }
@@ -249,20 +246,11 @@ bool History::redo()
 {
     if (m_depth > 0 || m_moving || !canRedo())
         return false;
+    leave();
     Recorded &step = m_steps[static_cast<size_t>(m_position)];
     goForth(step);
     landOn(m_position + 1, step.selectedAfter, step.severalAfter);
     return true;
-}
-
-// What was opened and closed before the first step becomes part of it again. There must be room for it.
-void History::joinHead(Recorded &step) noexcept
-{
-    if (m_position > 0)
-        return;
-    step.changes.insert(step.changes.begin(), std::make_move_iterator(m_head.begin()),
-                        std::make_move_iterator(m_head.end()));
-    m_head.clear();
 }
 
 void History::goBack(Recorded &step)
@@ -290,7 +278,6 @@ void History::goBack(Recorded &step)
 void History::goForth(Recorded &step)
 {
     std::vector<Change> &changes = step.changes;
-    makeRoomBehind(changes, m_head.size());
     Moving moving(*this, step, true);
     size_t done = 0;
     try {
@@ -308,7 +295,6 @@ void History::goForth(Recorded &step)
         moving.selectAgain();
         throw;
     }
-    joinHead(step);
 }
 
 void History::landOn(int position, EntryId selected, const std::vector<EntryId> &several)
@@ -318,17 +304,17 @@ void History::landOn(int position, EntryId selected, const std::vector<EntryId> 
     // The step that was undone or redone.
     if (canRedo())
         weigh(m_steps[static_cast<size_t>(position)]);
-    if (canUndo())
+    if (m_position > 0)
         weigh(m_steps[static_cast<size_t>(position) - 1]);
     if (m_liveTexts)
         m_liveTexts->endMerging();
     if (m_saved == m_position)
-        m_touched = tail().size() != m_savedTail;
+        m_touched = !isAsSaved();
     if (dropBeyondWeight())
         Q_EMIT stepsChanged();
     Q_EMIT positionChanged();
     for (Change &expansion : std::exchange(m_deferred, {}))
-        appendToTail(std::move(expansion));
+        expandAlone(std::move(expansion));
 }
 
 bool History::goTo(int position)
@@ -342,12 +328,16 @@ bool History::goTo(int position)
         const int gone = m_position > before ? 0 : std::max(0, count - stepCount());
         position -= std::min(position, gone);
     }
+    if (position == 0 && m_position == 0 && canUndo())
+        return undo();
     return m_position == position;
 }
 
 QString History::undoName() const
 {
-    return canUndo() ? m_steps[static_cast<size_t>(m_position) - 1].info.name : QString();
+    if (m_position == 0)
+        return canUndo() ? u"opening and closing of branches"_s : QString();
+    return m_steps[static_cast<size_t>(m_position) - 1].info.name;
 }
 
 QString History::redoName() const
@@ -372,10 +362,11 @@ bool History::isChanged() const
 void History::markSaved()
 {
     m_saved = m_position;
-    // What was opened and closed before the first step is in the file now.
+    m_savedLook = look();
+    m_leftLook.reset();
+    // Nothing leads back behind what is in the file now but steps.
     if (m_position == 0)
-        m_head.clear();
-    m_savedTail = tail().size();
+        m_firstTrail.clear();
     m_touched = false;
     if (m_liveTexts)
         m_liveTexts->endMerging();
@@ -401,10 +392,11 @@ void History::startAnew()
 {
     const bool wasChanged = isChanged();
     m_steps.clear();
-    m_head.clear();
+    m_firstTrail.clear();
     m_position = 0;
     m_weight = 0;
-    m_savedTail = 0;
+    m_savedLook = look();
+    m_leftLook.reset();
     m_touched = false;
     m_saved = wasChanged ? std::nullopt : std::optional(0);
     if (m_witness)

@@ -9,6 +9,7 @@
 #include <QObject>
 
 #include <functional>
+#include <map>
 #include <optional>
 #include <vector>
 
@@ -20,8 +21,8 @@ struct Outline;
 // document is changed. It announces each change before and after.
 //
 // Changes come in steps, which carry a name that reads behind "Undo " ("move of "Budget""). An expansion alone is no
-// step: it becomes part of the last step done, so that undoing everything also closes what was opened, and it lets
-// everything be redone that could be before.
+// step: what is open stays open when the step before it is undone, and everything can be redone that could be before.
+// Only when all steps are undone is there one thing more to be undone: what was opened and closed alone.
 class History final : public QObject
 {
     Q_OBJECT
@@ -139,7 +140,7 @@ public:
     bool undo();
     bool redo();
 
-    bool canUndo() const { return m_position > 0; }
+    bool canUndo() const { return m_position > 0 || (canRedo() && !m_firstTrail.empty()); }
 
     bool canRedo() const { return m_position < stepCount(); }
 
@@ -155,7 +156,8 @@ public:
     // How many of the steps are done. It moves back when the oldest steps go.
     int position() const { return m_position; }
 
-    // Undoes or redoes until that many steps are done. False when it did not get there.
+    // Undoes or redoes until that many steps are done; of none, also what was opened and closed alone. False when it
+    // did not get there.
     bool goTo(int position);
 
     qsizetype weight() const { return m_weight; }
@@ -167,8 +169,12 @@ public:
     std::optional<int> savedPosition() const { return m_saved; }
 
     void markSaved();
-    // Counts as changed without a difference, until it is saved or a step leads to what was saved.
+    // Counts as changed without a difference, until it is saved or a step leads to what was saved: the same entries, of
+    // which the same are open and the same one is selected.
     void touch();
+    // To be called when what is selected was brought into sight behind a step that was undone or redone, which may have
+    // made it what was saved, or another.
+    void noteSight();
     // Counts as changed whatever is undone, as when the file is gone.
     void forgetSaved();
 
@@ -193,6 +199,15 @@ Q_SIGNALS:
     void rolledBack();
 
 private:
+    // What was opened and closed alone at a position: how it was before.
+    using Trail = std::map<EntryId, bool>;
+
+    // What a file holds of an outline that no step knows of: what is open, in order, and what is selected.
+    struct Look {
+        std::vector<EntryId> open;
+        EntryId selected = EntryId::None;
+    };
+
     struct Recorded {
         StepInfo info;
         EntryId selectedBefore = EntryId::None;
@@ -202,6 +217,8 @@ private:
         std::vector<EntryId> severalAfter;
         // How to undo it while it is done, and how to redo it while it is undone; in the order in which it was done.
         std::vector<Change> changes;
+        // Since it was done; empty while it is undone.
+        Trail trail;
         qsizetype weight = 0;
     };
 
@@ -216,9 +233,16 @@ private:
     void end() noexcept;
     void rollBack(size_t begin, EntryId selected) noexcept;
     void commit();
-    void appendToTail(Change change);
-    std::vector<Change> &tail();
-    void joinHead(Recorded &step) noexcept;
+    void expandAlone(Change change);
+    void addToTrail(const change::Expand &inverse);
+    void passOver(Recorded &step, Trail &below, const std::vector<EntryId> &own) noexcept;
+    bool takeBackFirstTrail();
+    Look look() const;
+    bool looksLike(const Look &seen) const noexcept;
+
+    bool isAsSaved() const noexcept { return looksLike(m_savedLook) || (m_leftLook && looksLike(*m_leftLook)); }
+
+    void leave() noexcept;
     void goBack(Recorded &step);
     void goForth(Recorded &step);
     void landOn(int position, EntryId selected, const std::vector<EntryId> &several);
@@ -234,13 +258,11 @@ private:
     std::function<QDateTime()> m_clock;
     std::vector<Recorded> m_steps;
     int m_position = 0;
-    // Expansions done before the first step, which become part of it.
-    std::vector<Change> m_head;
+    // What was opened and closed alone while no step is done.
+    Trail m_firstTrail;
     // Expansions that were asked for while something was undone.
     std::vector<Change> m_deferred;
     Recorded m_open;
-    // How many of the open step's changes are those from before it.
-    size_t m_openHead = 0;
     bool m_openIsBroken = false;
     // It has said itself which several are selected.
     bool m_openSelects = false;
@@ -249,9 +271,11 @@ private:
     bool m_moving = false;
     qsizetype m_weight = 0;
     qsizetype m_maximumWeight = maximumWeight;
-    // The position that was saved and how many changes its step had then; none when no step leads there any more.
+    // The position that was saved, none when no step leads there any more; what the file holds, and what was seen when
+    // the position was left last, if that counted as no change either.
     std::optional<int> m_saved = 0;
-    size_t m_savedTail = 0;
+    Look m_savedLook;
+    std::optional<Look> m_leftLook;
     bool m_touched = false;
 };
 

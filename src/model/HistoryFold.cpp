@@ -8,9 +8,8 @@
 #include "model/Outline.h"
 
 #include <algorithm>
-#include <iterator>
 
-// Steps of a text that follow each other without anything between them but expansions: the first change among them and
+// Steps of a text that follow each other without anything between them: the first change among them and
 // the last, and how many they are.
 struct History::TextRun {
     struct Spot {
@@ -43,9 +42,7 @@ bool replacesTextOf(const Change &change, EntryId entry)
 // Whether a step is nothing but steps of that text, so that several can be one.
 bool isTypingIn(const std::vector<Change> &changes, EntryId entry)
 {
-    return std::ranges::all_of(changes, [entry](const Change &change) {
-        return isTextStepOf(change, entry) || std::holds_alternative<change::Expand>(change);
-    });
+    return std::ranges::all_of(changes, [entry](const Change &change) { return isTextStepOf(change, entry); });
 }
 
 } // namespace
@@ -115,8 +112,6 @@ void History::fold(EntryId entry, TextRun &run)
     Recorded &step = m_steps[first];
     const auto isNamedOtherwise = [&step](const Recorded &later) { return later.info.name != step.info.name; };
     const bool isOfSeveralKinds = std::any_of(stepAt(first), stepAt(last + 1), isNamedOtherwise);
-    const bool isSavedHere = m_saved == static_cast<int>(last) + 1;
-    const bool isAsSaved = isSavedHere && m_steps[last].changes.size() == m_savedTail;
     step.changes[run.first.change] = change::StoredText{entry, run.text, nullptr};
     const auto dropTextSteps = [&](std::vector<Change> &changes, size_t from, size_t to) {
         const auto at = [&changes](size_t change) { return changes.begin() + static_cast<std::ptrdiff_t>(change); };
@@ -128,7 +123,8 @@ void History::fold(EntryId entry, TextRun &run)
     for (size_t other = first + 1; other <= last; ++other) {
         Recorded &later = m_steps[other];
         dropTextSteps(later.changes, 0, later.changes.size());
-        std::ranges::move(later.changes, std::back_inserter(step.changes));
+        // How it was before the first of them is older.
+        step.trail.merge(later.trail);
         step.selectedAfter = later.selectedAfter;
         step.severalAfter = std::move(later.severalAfter);
         m_weight -= later.weight;
@@ -146,6 +142,4 @@ void History::fold(EntryId entry, TextRun &run)
     if (m_saved && static_cast<size_t>(*m_saved) > last)
         *m_saved -= gone;
     weigh(m_steps[first]);
-    if (isSavedHere)
-        m_savedTail = isAsSaved ? m_steps[first].changes.size() : static_cast<size_t>(-1);
 }

@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <exception>
-#include <iterator>
 #include <utility>
 
 History::Step::Step(History &history, const QString &name, StepKind kind)
@@ -62,9 +61,6 @@ void History::begin(const QString &name, StepKind kind)
         m_open.selectedBefore = selectedId();
         m_open.severalBefore = m_outline.tree.severalIds();
         m_openSelects = false;
-        if (m_position == 0)
-            m_open.changes.swap(m_head);
-        m_openHead = m_open.changes.size();
     }
     ++m_depth;
 }
@@ -85,14 +81,10 @@ void History::end() noexcept
         // It is taken back like one that is broken.
         isDone = false;
     }
-    if (!isDone) {
-        rollBack(m_openHead, m_open.selectedBefore);
-        if (m_position == 0)
-            m_head.swap(m_open.changes);
-    }
+    if (!isDone)
+        rollBack(0, m_open.selectedBefore);
     m_openIsBroken = false;
     m_open = Recorded();
-    m_openHead = 0;
     m_depth = 0;
 }
 
@@ -114,7 +106,7 @@ void History::rollBack(size_t begin, EntryId selected) noexcept
             if (m_witness)
                 m_witness->takenBack();
         }
-        selectAgain(selected, begin <= m_openHead ? m_open.severalBefore : std::vector<EntryId>());
+        selectAgain(selected, begin == 0 ? m_open.severalBefore : std::vector<EntryId>());
         Q_EMIT rolledBack();
     } catch (...) {
         // There is nothing better to be done than to leave it as it is, with what could not be taken back recorded.
@@ -125,24 +117,16 @@ void History::rollBack(size_t begin, EntryId selected) noexcept
 void History::commit()
 {
     const auto expands = [](const Change &change) { return std::holds_alternative<change::Expand>(change); };
-    const auto begin = m_open.changes.begin() + static_cast<std::ptrdiff_t>(m_openHead);
-    if (std::all_of(begin, m_open.changes.end(), expands)) {
-        if (m_position == 0) {
-            m_head.swap(m_open.changes);
-            if (m_witness)
-                m_witness->joinedLastStep();
-            return;
-        }
-        Recorded &last = m_steps[static_cast<size_t>(m_position) - 1];
-        makeRoomBehind(last.changes, m_open.changes.size());
-        std::ranges::move(m_open.changes, std::back_inserter(last.changes));
-        m_open.changes.clear();
-        weigh(last);
+    const auto opener = std::ranges::find_if_not(m_open.changes, expands);
+    if (opener == m_open.changes.end()) {
+        for (const Change &change : m_open.changes)
+            addToTrail(std::get<change::Expand>(change));
         if (m_witness)
-            m_witness->joinedLastStep();
+            m_witness->expandedAlone();
         return;
     }
-    m_open.info.entry = entryOf(*std::find_if_not(begin, m_open.changes.end(), expands));
+    leave();
+    m_open.info.entry = entryOf(*opener);
     m_open.info.time = m_clock ? m_clock() : QDateTime();
     if (!m_openSelects)
         m_outline.tree.select(m_outline.tree.selected(), {});
@@ -199,6 +183,8 @@ bool History::dropBeyondWeight() noexcept
     int oldest = 0;
     while (m_weight > m_maximumWeight && m_position - oldest > 1)
         m_weight -= m_steps[static_cast<size_t>(oldest++)].weight;
+    if (oldest > 0)
+        m_firstTrail = std::move(m_steps[static_cast<size_t>(oldest) - 1].trail);
     m_steps.erase(m_steps.begin(), m_steps.begin() + oldest);
     m_position -= oldest;
     if (m_saved)

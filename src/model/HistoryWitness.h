@@ -24,10 +24,10 @@ public:
 
     // What was told of since the last call of one of these is a step, which holds that many changes;
     virtual void stepEnded(const History::StepInfo &info, EntryId selectedBefore, size_t changes) noexcept = 0;
-    // or became part of the last step done, or of what was done before the first.
-    virtual void joinedLastStep() noexcept = 0;
+    // or is none, because it only opened and closed something, which stays so when steps are undone and redone.
+    virtual void expandedAlone() noexcept = 0;
 
-    // A step, which holds that many changes, is about to be undone or redone, as a part of it is that was told of so;
+    // A step, which holds that many changes, is about to be undone or redone;
     virtual void aboutToMove(const History::StepInfo &info, bool forth, size_t changes) noexcept = 0;
     // and was, or it was impossible and nothing has changed.
     virtual void moved(bool done) noexcept = 0;

@@ -112,7 +112,6 @@ void Journal::reset()
     m_followed.reset();
     m_lines.clear();
     m_done = 0;
-    m_head = 0;
     m_lastRecord = 0;
     m_baseSize = 0;
     m_isHandedOverAsChanged = false;
@@ -187,15 +186,14 @@ void Journal::stepEnded(const History::StepInfo &info, EntryId selectedBefore, s
         endTyping();
         Line line;
         line.first = line.last = info.serial;
-        const qint64 head = m_done == 0 ? m_head : 0;
-        if (own == static_cast<qint64>(m_open.size()) && own + head == static_cast<qint64>(changes))
+        if (own == static_cast<qint64>(m_open.size()) && own == static_cast<qint64>(changes))
             line.changes = own;
         makeTexts();
         addLine(line, {info.name, info.time, selectedBefore, std::exchange(m_open, {})});
     });
 }
 
-void Journal::joinedLastStep() noexcept
+void Journal::expandedAlone() noexcept
 {
     guard([&] {
         // A text that was changed without a step went on with one from before.
@@ -203,11 +201,6 @@ void Journal::joinedLastStep() noexcept
             noteLooseTyping(entry);
         if (m_open.empty())
             return;
-        const auto count = static_cast<qint64>(m_open.size());
-        if (m_done == 0)
-            m_head += count;
-        else if (Line &last = m_lines[m_done - 1]; last.changes >= 0)
-            last.changes += count;
         add(LogRecord::Kind::Expansion, {QString(), QDateTime(), EntryId::None, std::exchange(m_open, {})});
     });
 }
@@ -261,9 +254,8 @@ void Journal::apply(const Move &move)
     if (move.target) {
         if (move.kind == LogRecord::Kind::Undo)
             --m_done;
-        else if (Line &line = m_lines[m_done++]; m_done == 1)
-            // What was opened and closed before becomes part of it.
-            line.changes += std::exchange(m_head, 0);
+        else
+            ++m_done;
         add(move.kind, {}, move.target);
         return;
     }

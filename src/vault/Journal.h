@@ -128,7 +128,7 @@ private:
     void carriedOut(const Change &inverse) noexcept override;
     void takenBack() noexcept override;
     void stepEnded(const History::StepInfo &info, EntryId selectedBefore, size_t changes) noexcept override;
-    void joinedLastStep() noexcept override;
+    void expandedAlone() noexcept override;
     void aboutToMove(const History::StepInfo &info, bool forth, size_t changes) noexcept override;
     void moved(bool done) noexcept override;
     void saved() noexcept override;
@@ -201,8 +201,6 @@ private:
     // Those done come first.
     std::vector<Line> m_lines;
     size_t m_done = 0;
-    // Expansions before the first line.
-    qint64 m_head = 0;
     qint64 m_lastRecord = 0;
     // What waits to be written.
     std::shared_ptr<const RecoveryBase> m_base;

@@ -29,12 +29,6 @@ void Journal::add(LogRecord::Kind kind, LoggedStep step, qint64 target)
 
 void Journal::addLine(Line line, LoggedStep step)
 {
-    // The step of the history takes in what was opened and closed before it.
-    if (m_done == 0) {
-        if (line.changes >= 0)
-            line.changes += m_head;
-        m_head = 0;
-    }
     line.record = m_lastRecord + 1;
     m_lines.resize(m_done);
     m_lines.push_back(line);

@@ -130,7 +130,7 @@ void Replay::playStep(const LoggedStep &step)
         playChange(change);
 }
 
-// What was opened and closed belongs to the step done last.
+// What a record opened and closed that made no step here is undone with it all the same.
 void Replay::noteExpansions(const LoggedStep &step)
 {
     if (m_done.empty() || m_madeStep[m_done.back()])
@@ -176,7 +176,6 @@ bool Replay::play(const LogRecord &record)
         case LogRecord::Kind::Expansion:
             for (const LoggedChange &change : record.step.changes)
                 playChange(change);
-            noteExpansions(record.step);
             return true;
         case LogRecord::Kind::Undo:
             return undo(record.target);

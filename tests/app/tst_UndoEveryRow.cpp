@@ -32,7 +32,7 @@ namespace
 enum class Effect {
     // It makes one step.
     Changes,
-    // It opens or closes branches, which becomes part of the step before.
+    // It opens or closes branches, which is undone behind all steps.
     OpensOrCloses,
     // It goes back and forth in what was done.
     Travels,
@@ -63,6 +63,14 @@ QByteArray contentIn(const QByteArray &bytes)
             rest += line + '\n';
     }
     return rest;
+}
+
+// What is seen of the outline.
+QByteArrayList openIn(const QByteArray &bytes)
+{
+    QByteArrayList lines = bytes.split('\n');
+    lines.removeIf([](const QByteArray &line) { return !line.startsWith("{\\qlf_nodevisible"); });
+    return lines;
 }
 
 RichTextBox &boxOf(Document &document)
@@ -503,7 +511,7 @@ void tst_UndoEveryRow::everyRowIsUndoneOrChangesNothing()
     if (rowCase.before)
         rowCase.before(*m_main);
     const QByteArray start = nativeBytes(document.outline());
-    // What is opened and closed becomes part of a step.
+    // What is opened and closed is undone behind a step.
     if (rowCase.effect == Effect::OpensOrCloses) {
         document.history.setLabel(entryLabelled(document.tree, u"A1"_s), u"Renamed"_s);
         m_main->main.surface().MenuEnableDynamic();
@@ -548,17 +556,21 @@ void tst_UndoEveryRow::everyRowIsUndoneOrChangesNothing()
         }
         QCOMPARE(document.history.stepCount(), document.history.position());
         const int end = document.history.position();
+        // What was opened and closed since stays so when a step is undone.
+        if (!isStep) {
+            QVERIFY(undoStep(document));
+            QCOMPARE(openIn(nativeBytes(document.outline())), openIn(after));
+        }
         for (int round = 0; round < 2; ++round) {
-            while (document.history.position() > (isStep ? position : 0))
+            while (isStep ? document.history.position() > position : document.history.canUndo())
                 QVERIFY(undoStep(document));
             QCOMPARE(nativeBytes(document.outline()), start);
             QCOMPARE(document.m_bDataChanged(), !isStep);
             while (document.history.position() < end)
                 QVERIFY(redoStep(document));
-            // What opens and closes may have selected what is still seen, which is no step.
-            QCOMPARE(isStep ? nativeBytes(document.outline()) : contentIn(nativeBytes(document.outline())),
-                     isStep ? after : contentIn(after));
-            QVERIFY(document.m_bDataChanged());
+            if (isStep)
+                QCOMPARE(nativeBytes(document.outline()), after);
+            QCOMPARE(document.m_bDataChanged(), isStep);
         }
         break;
     }

@@ -4,7 +4,6 @@
 #include "app/MainFixture.h"
 #include "document/UndoRedo.h"
 #include "document/modNodes.h"
-#include "model/HistoryWitness.h"
 #include "model/StoredText.h"
 #include "outline/EntryDrag.h"
 #include "outline/modOutline.h"
@@ -23,7 +22,6 @@
 #include <QTest>
 
 #include <functional>
-#include <set>
 
 using namespace Qt::StringLiterals;
 
@@ -52,26 +50,16 @@ struct State {
     QByteArray content;
     // With what is open.
     QByteArray saved;
-    std::set<EntryId> open;
+    EntryId selected = EntryId::None;
     // What a difference is told by: labels and texts.
     QStringList entries;
 };
 
-std::set<EntryId> openIn(const Document &document)
-{
-    std::set<EntryId> open;
-    const Entry *root = document.tree.root();
-    for (const Entry *entry = root; entry; entry = nextInOutline(entry, root)) {
-        if (entry->expanded())
-            open.insert(entry->id());
-    }
-    return open;
-}
-
 State stateOf(const Document &document)
 {
     State state;
-    state.open = openIn(document);
+    if (const Entry *selected = document.tree.selected())
+        state.selected = selected->id();
     const QByteArray bytes = nativeBytes(document.outline());
     state.saved = withoutRecords(bytes, {"selecteditemkey"});
     state.content = withoutRecords(bytes, {"selecteditemkey", "nodevisible"});
@@ -96,8 +84,6 @@ QString firstDifference(const State &now, const State &before)
 struct Log {
     struct Position {
         std::optional<State> state;
-        // What was opened or closed while this position was undone changes what is open there.
-        bool isOpenOtherwise = false;
     };
 
     Document *document = nullptr;
@@ -107,44 +93,7 @@ struct Log {
     // What the file holds, and the position that it was saved at while a step leads there.
     std::optional<State> saved;
     std::optional<int> savedAt;
-    // Whether something may have been opened and closed again there since.
-    bool isOpenedSince = false;
     QString file;
-};
-
-// Tells when something is opened or closed alone, which becomes part of the last step.
-class ExpansionWitness final : public HistoryWitness
-{
-public:
-    explicit ExpansionWitness(std::function<void()> tell)
-        : m_tell(std::move(tell))
-    {
-    }
-
-    void stepBegins() noexcept override {}
-
-    void aboutToApply(const Change &) noexcept override {}
-
-    void carriedOut(const Change &) noexcept override {}
-
-    void takenBack() noexcept override {}
-
-    void stepEnded(const History::StepInfo &, EntryId, size_t) noexcept override {}
-
-    void joinedLastStep() noexcept override { m_tell(); }
-
-    void aboutToMove(const History::StepInfo &, bool, size_t) noexcept override {}
-
-    void moved(bool) noexcept override {}
-
-    void saved() noexcept override {}
-
-    void startedAnew() noexcept override {}
-
-    void aboutToGo() noexcept override {}
-
-private:
-    std::function<void()> m_tell;
 };
 
 // How much the documents keep of what was done.
@@ -236,7 +185,6 @@ private:
     void undoOrRedo();
     void goToAnyStep();
 
-    void noteExpansion(Log &log);
     QString faultIn(Log &log, bool looksAtState);
     QString faultOnTravel(Log &log, const State &now);
     QString faultAtWork(Log &log, const std::optional<State> &now);
@@ -245,7 +193,6 @@ private:
     QString faultOfSaved(const Log &log, const State &now) const;
     QString faultOfPane(const Document &document) const;
 
-    std::vector<std::unique_ptr<ExpansionWitness>> m_witnesses;
     MainFixture m_main;
     QRandomGenerator m_random;
     Memory m_memory;
@@ -297,10 +244,6 @@ Player::Player(quint32 seed, Memory memory)
         m_logs.back().positions = {{m_logs.back().first}};
         m_logs.back().saved = m_logs.back().positions[0].state;
         m_logs.back().savedAt = 0;
-    }
-    for (Log &log : m_logs) {
-        m_witnesses.push_back(std::make_unique<ExpansionWitness>([this, &log] { noteExpansion(log); }));
-        log.document->history.setWitness(m_witnesses.back().get());
     }
 }
 
@@ -469,55 +412,31 @@ QString Player::faultIn(Log &log, bool looksAtState)
     return found;
 }
 
-// A deed may open something before it makes its step, or on the way to another one.
-void Player::noteExpansion(Log &log)
-{
-    const auto at = static_cast<size_t>(log.document->history.position());
-    for (size_t later = at + 1; later < log.positions.size(); ++later)
-        log.positions[later].isOpenOtherwise = true;
-    if (m_kind == Kind::Work && at > 0 && at < log.positions.size() && log.positions[at].state)
-        log.positions[at].state->open = openIn(*log.document);
-}
-
-// Where the history leads to is what was there, but that what is selected is shown.
+// Where the history leads to is what was there. What is open stays so, until everything is undone.
 QString Player::faultOnTravel(Log &log, const State &now)
 {
-    const auto at = static_cast<size_t>(log.document->history.position());
-    const int steps = log.document->history.stepCount();
+    const History &history = log.document->history;
+    const auto at = static_cast<size_t>(history.position());
+    const int steps = history.stepCount();
     if (const int known = static_cast<int>(log.positions.size()) - 1; steps != known)
         return u"going back and forth made %1 steps of %2"_s.arg(steps).arg(known);
     Log::Position &position = log.positions[at];
-    if (position.state) {
-        if (now.content != position.state->content)
-            return u"another content at %1 (%2, %3): "_s.arg(at).arg(log.document->history.undoName(),
-                                                                     log.document->history.redoName()) +
-                   firstDifference(now, *position.state);
-        std::set<EntryId> allowed = position.state->open;
-        if (const Entry *selected = log.document->tree.selected()) {
-            for (const Entry *above = selected->parent(); above; above = above->parent())
-                allowed.insert(above->id());
-        }
-        const bool hasAll = std::ranges::includes(now.open, position.state->open);
-        // What was opened before the first step is undone with that only.
-        const bool stayed = at == 0 && log.position == 0;
-        if (!stayed && !position.isOpenOtherwise && (!hasAll || !std::ranges::includes(allowed, now.open)))
-            return u"other branches are open at %1"_s.arg(at);
-        if (now.open != position.state->open) {
-            log.isOpenedSince = log.isOpenedSince || log.savedAt == static_cast<int>(at);
-            for (size_t later = at + 1; later < log.positions.size(); ++later)
-                log.positions[later].isOpenOtherwise = true;
-        }
-    }
-    if (at == 0 && log.position == 0)
-        return QString();
-    const bool isAsSaved = log.savedAt == static_cast<int>(at) && log.saved->saved == now.saved;
-    position = {now, false};
-    if (isAsSaved && !log.isOpenedSince && log.document->m_bDataChanged())
+    if (position.state && now.content != position.state->content)
+        return u"another content at %1 (%2, %3): "_s.arg(at).arg(history.undoName(), history.redoName()) +
+               firstDifference(now, *position.state);
+    if (at == 0 && log.position > 0 && !history.canUndo() && position.state && now.saved != position.state->saved)
+        return u"everything is undone, and other branches are open"_s;
+    const bool hasMoved = log.position != static_cast<int>(at);
+    const bool isAsSaved =
+        log.savedAt == static_cast<int>(at) && log.saved->saved == now.saved && log.saved->selected == now.selected;
+    if (at > 0)
+        position = {now};
+    if (hasMoved && isAsSaved && log.document->m_bDataChanged())
         return u"what was saved counts as changed"_s;
     return QString();
 }
 
-// A change is a step, or becomes part of the last one, and then nothing can be redone that goes on from it.
+// A change is a step, or opens and closes something, and only behind a step nothing can be redone.
 QString Player::faultAtWork(Log &log, const std::optional<State> &now)
 {
     const History &history = log.document->history;
@@ -537,21 +456,11 @@ QString Player::faultAtWork(Log &log, const std::optional<State> &now)
             log.savedAt.reset();
     }
     Log::Position &here = log.positions[static_cast<size_t>(position)];
-    log.isOpenedSince = log.isOpenedSince || (!hasStep && log.savedAt == position);
-    if (!hasStep && now && here.state) {
-        if (history.canRedo() && now->content != here.state->content)
-            return u"a change without a step: "_s + firstDifference(*now, *here.state);
-        if (now->open != here.state->open) {
-            for (size_t later = static_cast<size_t>(position) + 1; later < log.positions.size(); ++later)
-                log.positions[later].isOpenOtherwise = true;
-        }
-    } else if (!hasStep) {
-        for (size_t later = static_cast<size_t>(position) + 1; later < log.positions.size(); ++later)
-            log.positions[later].isOpenOtherwise = true;
-    }
-    // What is opened before the first step becomes part of it.
+    if (!hasStep && now && here.state && history.canRedo() && now->content != here.state->content)
+        return u"a change without a step: "_s + firstDifference(*now, *here.state);
+    // Where it began is known.
     if (hasStep || position > 0)
-        here = {now, false};
+        here = {now};
     return QString();
 }
 
@@ -596,7 +505,11 @@ QString Player::faultOfWalk(Log &log)
 QString Player::walk(Log &log, bool forth)
 {
     Document &document = *log.document;
-    while (forth ? document.history.canRedo() : document.history.canUndo()) {
+    // What was opened and closed alone is the last that is undone.
+    for (int most = document.history.stepCount() + 1; forth ? document.history.canRedo() : document.history.canUndo();
+         --most) {
+        if (most == 0)
+            return u"there is no end of undoing"_s;
         if (!(forth ? redoStep(document) : undoStep(document)))
             return forth ? u"a step is not redone"_s : u"a step is not undone"_s;
         if (const QString found = faultOfWalk(log); !found.isEmpty())
@@ -859,7 +772,6 @@ void Player::noteSaved(Log &saved)
 {
     saved.saved = stateOf(*saved.document);
     saved.savedAt = saved.document->history.position();
-    saved.isOpenedSince = false;
     if (saved.savedAt == 0)
         saved.positions[0] = {saved.saved};
 }

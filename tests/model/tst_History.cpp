@@ -126,8 +126,10 @@ private Q_SLOTS:
     void aNewChangeDropsWhatCouldBeRedone();
     void goToUndoesAndRedoesUpToAPosition();
 
-    void anExpansionJoinsTheLastStep();
-    void anExpansionBeforeTheFirstStepGoesWithIt();
+    void anExpansionStaysWhenTheStepBeforeItIsUndone();
+    void anExpansionBeforeTheFirstStepIsUndoneBehindIt();
+    void whatAStepItselfOpensAndClosesIsUndoneWithIt();
+    void whatIsBroughtBackIsOpenAsItWas();
     void anExpansionKeepsWhatCanBeRedone();
     void anExpansionAskedForWhileUndoingIsRecorded();
 
@@ -140,6 +142,7 @@ private Q_SLOTS:
     void aTouchedOutlineIsChangedUntilAStepLeadsToTheSavedOne();
     void aDroppedSavedPositionIsNeverReached();
     void anExpansionBehindASaveStaysAChange();
+    void whatCountedAsChangedBySelectionDoesAgain();
 
     void theOldestStepsGoWhereTheyWeighTooMuch();
     void theLastStepStaysWhateverItWeighs();
@@ -412,43 +415,92 @@ void tst_History::goToUndoesAndRedoesUpToAPosition()
     QCOMPARE(f.history.position(), 1);
 }
 
-void tst_History::anExpansionJoinsTheLastStep()
+void tst_History::anExpansionStaysWhenTheStepBeforeItIsUndone()
 {
     Fixture f;
     const QStringList before = f.state();
     f.history.setTagged(f.entry(u"A"_s), true);
+    f.history.setTagged(f.entry(u"B"_s), true);
     f.history.setExpanded(f.entry(u"A"_s), false);
-    f.history.expandToLevel(f.outline.tree.root(), 4);
-    const QStringList after = f.state();
-    QCOMPARE(f.history.stepCount(), 1);
-    QCOMPARE(f.history.undoName(), u"tagging of \"A\""_s);
+    QCOMPARE(f.history.stepCount(), 2);
+    QCOMPARE(f.history.undoName(), u"tagging of \"B\""_s);
     f.history.undo();
-    QCOMPARE(f.state(), before);
+    QVERIFY(!f.entry(u"A"_s)->expanded());
+    f.history.undo();
+    QVERIFY(!f.entry(u"A"_s)->tagged() && !f.entry(u"A"_s)->expanded());
     f.history.redo();
-    QCOMPARE(f.state(), after);
+    QVERIFY(f.entry(u"A"_s)->tagged() && !f.entry(u"A"_s)->expanded());
+    // Only with no step left it is taken back, and all is as it was.
+    f.history.undo();
+    QCOMPARE(f.history.position(), 0);
+    QCOMPARE(f.history.undoName(), u"opening and closing of branches"_s);
+    QVERIFY(f.history.undo());
+    QCOMPARE(f.state(), before);
+    QVERIFY(!f.history.canUndo() && !f.history.undo());
+    f.history.goTo(2);
+    QVERIFY(f.entry(u"B"_s)->tagged() && f.entry(u"A"_s)->expanded());
+    // Going to the beginning is all of it.
+    f.history.setExpanded(f.entry(u"A"_s), false);
+    QVERIFY(f.history.goTo(0));
+    QCOMPARE(f.state(), before);
 }
 
-void tst_History::anExpansionBeforeTheFirstStepGoesWithIt()
+void tst_History::anExpansionBeforeTheFirstStepIsUndoneBehindIt()
 {
     Fixture f;
+    f.history.markSaved();
     const QStringList before = f.state();
     f.history.setExpanded(f.entry(u"A"_s), false);
+    // There is no step yet.
+    QVERIFY(!f.history.canUndo());
     f.history.setTagged(f.entry(u"A"_s), true);
-    QStringList after = f.state();
+    f.history.undo();
+    QVERIFY(!f.entry(u"A"_s)->expanded());
+    f.history.setExpanded(f.entry(u"A2"_s), true);
     f.history.undo();
     QCOMPARE(f.state(), before);
     QVERIFY(!f.history.isChanged());
     f.history.redo();
-    QCOMPARE(f.state(), after);
-    // Also one that comes while the first step is undone.
-    f.history.undo();
-    f.history.setExpanded(f.entry(u"A2"_s), true);
-    f.history.redo();
-    after = f.state();
+    QVERIFY(f.entry(u"A"_s)->tagged());
+}
+
+void tst_History::whatAStepItselfOpensAndClosesIsUndoneWithIt()
+{
+    Fixture f;
+    const QStringList before = f.state();
+    {
+        const History::Step step(f.history, u"both"_s);
+        f.history.setTagged(f.entry(u"A"_s), true);
+        f.history.setExpanded(f.entry(u"A"_s), false);
+    }
     f.history.undo();
     QCOMPARE(f.state(), before);
+    QVERIFY(!f.history.canUndo());
     f.history.redo();
-    QCOMPARE(f.state(), after);
+    QVERIFY(!f.entry(u"A"_s)->expanded());
+    // Whatever became of it since.
+    f.history.setExpanded(f.entry(u"A"_s), true);
+    f.history.undo();
+    QCOMPARE(f.state(), before);
+    QVERIFY(!f.history.canUndo());
+}
+
+void tst_History::whatIsBroughtBackIsOpenAsItWas()
+{
+    Fixture f;
+    const QStringList before = f.state();
+    f.history.setExpanded(f.entry(u"A2"_s), true);
+    f.history.remove(f.entry(u"A"_s));
+    f.history.undo();
+    QVERIFY(f.entry(u"A"_s)->expanded() && f.entry(u"A2"_s)->expanded());
+    f.history.undo();
+    QCOMPARE(f.state(), before);
+    // And what goes takes with it what was opened in it.
+    f.history.insertCopy(f.outline.tree, f.entry(u"A"_s), Relationship::tvwNext, f.entry(u"B"_s));
+    f.history.setExpandedAll(f.outline.tree.root(), true);
+    f.history.setExpandedAll(f.outline.tree.root(), false);
+    f.history.goTo(0);
+    QCOMPARE(f.state(), before);
 }
 
 void tst_History::anExpansionKeepsWhatCanBeRedone()
@@ -467,23 +519,23 @@ void tst_History::anExpansionAskedForWhileUndoingIsRecorded()
 {
     Fixture f;
     f.history.setExpanded(f.entry(u"A"_s), false);
-    f.history.select(f.entry(u"A1"_s));
-    const QStringList before = f.state();
     f.history.markSaved();
-    f.history.setLabel(f.entry(u"A1"_s), u"Z"_s);
-    f.history.select(f.entry(u"B"_s));
     f.history.setLabel(f.entry(u"B"_s), u"Y"_s);
+    f.history.select(f.entry(u"A1"_s));
+    f.history.setLabel(f.entry(u"C"_s), u"Z"_s);
+    f.history.select(f.entry(u"C"_s));
     // Whoever shows the selection opens the way to it.
     QObject::connect(&f.outline.tree, &EntryTree::selectedChanged, &f.outline.tree, [&f](Entry *entry) {
         if (entry && entry->parent())
             f.history.expandAncestors(entry);
     });
-    f.history.goTo(0);
+    f.history.undo();
     QVERIFY(f.entry(u"A"_s)->expanded());
-    f.history.goTo(2);
-    f.outline.tree.disconnect(&f.outline.tree);
-    f.history.goTo(0);
-    QCOMPARE(f.state(), before);
+    f.history.undo();
+    QVERIFY(f.entry(u"A"_s)->expanded());
+    QVERIFY(f.history.undo());
+    QVERIFY(!f.entry(u"A"_s)->expanded());
+    QVERIFY(!f.history.canUndo());
 }
 
 void tst_History::aFailedStepIsTakenBack()
@@ -562,7 +614,7 @@ void tst_History::aFailedStepLeavesWhatCanBeRedone()
     QCOMPARE(f.state(), before);
     QVERIFY(f.history.redo());
     QVERIFY(f.entry(u"A"_s)->tagged());
-    f.history.undo();
+    f.history.goTo(0);
     QVERIFY(f.entry(u"A"_s)->expanded());
 }
 
@@ -625,6 +677,15 @@ void tst_History::anExpansionBehindASaveStaysAChange()
     f.history.undo();
     QVERIFY(!f.entry(u"A"_s)->expanded());
     QVERIFY(f.history.isChanged());
+    // As it is where it was done behind another step.
+    Fixture h;
+    h.history.setTagged(h.entry(u"B"_s), true);
+    h.history.setExpanded(h.entry(u"A"_s), false);
+    h.history.undo();
+    QVERIFY(h.history.isChanged());
+    h.history.undo();
+    QVERIFY(h.entry(u"A"_s)->expanded());
+    QVERIFY(!h.history.isChanged());
     // What was opened before the first save is what undoing everything leads back to.
     Fixture g;
     g.history.setExpanded(g.entry(u"A"_s), false);
@@ -632,7 +693,32 @@ void tst_History::anExpansionBehindASaveStaysAChange()
     g.history.setTagged(g.entry(u"A"_s), true);
     g.history.undo();
     QVERIFY(!g.entry(u"A"_s)->expanded());
-    QVERIFY(!g.history.isChanged());
+    QVERIFY(!g.history.isChanged() && !g.history.canUndo());
+}
+
+void tst_History::whatCountedAsChangedBySelectionDoesAgain()
+{
+    Fixture f;
+    f.history.select(f.entry(u"A"_s));
+    f.history.markSaved();
+    f.history.select(f.entry(u"B"_s));
+    f.history.touch();
+    f.history.setTagged(f.entry(u"B"_s), true);
+    f.history.undo();
+    QVERIFY(f.history.isChanged());
+    // Back at what was selected then, it is what was saved.
+    f.history.markSaved();
+    f.history.setTagged(f.entry(u"B"_s), true);
+    f.history.select(f.entry(u"A"_s));
+    f.history.touch();
+    f.history.undo();
+    QVERIFY(!f.history.isChanged());
+    // What was selected without being a change is none behind a step either.
+    f.history.select(f.entry(u"C"_s));
+    QVERIFY(!f.history.isChanged());
+    f.history.setTagged(f.entry(u"C"_s), true);
+    f.history.undo();
+    QVERIFY(!f.history.isChanged());
 }
 
 void tst_History::theOldestStepsGoWhereTheyWeighTooMuch()
@@ -850,9 +936,10 @@ void tst_History::aLiveTextThatIsLetGoLeavesItsRunsAsTexts()
     f.history.undo();
     QCOMPARE(f.outline.tree.storedText(f.entry(u"A1"_s)), QByteArray("after 5"));
     f.history.undo();
-    QVERIFY(f.history.undo());
+    QVERIFY(f.history.goTo(0));
     QCOMPARE(f.state(), start);
     QVERIFY(f.history.goTo(3));
+    f.history.setExpanded(f.entry(u"A"_s), false);
     QCOMPARE(f.state(), end);
 }
 

@@ -18,13 +18,12 @@ using namespace Qt::StringLiterals;
 namespace
 {
 
-// What an outline was at a position. An expansion is no step: what was opened and closed while later steps could be
-// redone is seen at their positions too, so it is expected there no more.
+// What an outline was at a position. An expansion alone is no step, and stays when steps are undone: once there was one
+// it is only known what is open when everything is undone.
 struct Remembered {
     QStringList content;
     QStringList expansion;
     QString selected;
-    bool expansionHolds = true;
 };
 
 class HistoryPlayer
@@ -32,12 +31,13 @@ class HistoryPlayer
 public:
     explicit HistoryPlayer(quint32 seed)
         : m_random(seed)
+        , m_mayExpandAlone(seed % 3 > 0)
         , m_tester(&m_outline.tree, QAbstractItemModelTester::FailureReportingMode::Fatal)
     {
         m_outline.tree.insert(Relationship::tvwFirst, nullptr);
         m_history.markSaved();
         m_remembered.push_back(now());
-        m_start = m_remembered.front();
+        m_saved = m_start = m_remembered.front();
     }
 
     // Performs something and returns what is wrong then, in words; empty when nothing is.
@@ -52,6 +52,7 @@ public:
             if (m_random.bounded(20) == 0) {
                 m_history.markSaved();
                 m_savedAt = m_history.position();
+                m_saved = now();
                 if (m_savedAt == 0)
                     m_start = m_remembered.front() = now();
             }
@@ -67,6 +68,8 @@ public:
     {
         for (const int position : {0, m_history.stepCount()}) {
             m_history.goTo(position);
+            if (position == 0)
+                noteAllUndone();
             if (const QString wrong = check(); !wrong.isEmpty())
                 return wrong;
         }
@@ -97,11 +100,12 @@ private:
                 .arg(expected.content.join(u'\n'), found.content.join(u'\n'));
         if (found.selected != expected.selected)
             return u"at position %1 another entry is selected"_s.arg(m_history.position());
-        if (expected.expansionHolds && found.expansion != expected.expansion)
+        if (!m_hasExpandedAlone && found.expansion != expected.expansion)
             return u"at position %1 expected open: %2, found: %3"_s.arg(m_history.position())
                 .arg(expected.expansion.join(u' '), found.expansion.join(u' '));
-        if (m_savedAt == m_history.position() && expected.expansionHolds && m_history.isChanged())
-            return u"at the saved position the outline counts as changed"_s;
+        const bool isAsSaved = found.expansion == m_saved.expansion && found.selected == m_saved.selected;
+        if (m_savedAt == m_history.position() && isAsSaved && m_history.isChanged())
+            return u"what was saved counts as changed"_s;
         return QString();
     }
 
@@ -214,7 +218,6 @@ private:
     QString step()
     {
         const int before = m_history.position();
-        const bool couldRedo = m_history.canRedo();
         Entry *selected = m_outline.tree.selected();
         {
             const History::Step step(m_history, u"step"_s);
@@ -230,7 +233,7 @@ private:
         if (m_history.position() == before) {
             // Nothing, or expansions alone; nobody remembers what was selected then.
             m_history.select(selected);
-            expanded(couldRedo);
+            expanded();
             return check();
         }
         m_remembered.resize(static_cast<size_t>(before) + 1);
@@ -242,24 +245,23 @@ private:
 
     QString expandAlone()
     {
+        if (!m_mayExpandAlone)
+            return QString();
         expand();
-        expanded(m_history.canRedo());
+        expanded();
         return check();
     }
 
-    void expanded(bool canRedo)
+    void expanded()
     {
-        const auto here = static_cast<size_t>(m_history.position());
-        m_remembered[here] = now();
-        // What was expanded before the first step goes with that.
-        if (here == 0)
-            m_remembered[0].expansionHolds = false;
-        for (size_t later = here + 1; canRedo && later < m_remembered.size(); ++later)
-            m_remembered[later].expansionHolds = false;
+        m_hasExpandedAlone = true;
         // Whether it led to what was saved is not worth modelling.
         if (m_savedAt == m_history.position())
             m_savedAt = -1;
     }
+
+    // What is selected may have been hidden by then.
+    void noteAllUndone() { m_remembered.front().selected = now().selected; }
 
     // A step that is left by an exception.
     QString fail()
@@ -283,18 +285,29 @@ private:
     QString wander()
     {
         const int there = static_cast<int>(m_random.bounded(quint32(m_history.stepCount()) + 1));
+        const bool couldUndo = m_history.canUndo();
         if (!m_history.goTo(there))
             return u"position %1 was not reached"_s.arg(there);
+        if (there == 0 && m_history.canUndo())
+            return u"there is more to be undone than everything"_s;
+        if (there == 0 && couldUndo) {
+            noteAllUndone();
+            if (now().expansion != m_start.expansion)
+                return u"everything is undone, but not what is open"_s;
+        }
         return check();
     }
 
     mutable QRandomGenerator m_random;
+    bool m_mayExpandAlone;
     Outline m_outline;
     QAbstractItemModelTester m_tester;
     History m_history{m_outline};
     std::vector<Remembered> m_remembered;
     Remembered m_start;
+    Remembered m_saved;
     int m_savedAt = 0;
+    bool m_hasExpandedAlone = false;
 };
 
 } // namespace

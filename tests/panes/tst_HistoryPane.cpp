@@ -8,6 +8,7 @@
 #include "platform/RichTextBox.h"
 #include "platform/TreeView.h"
 #include "search/modSearch.h"
+#include "support/NativeBytes.h"
 #include "support/OutlineText.h"
 #include "support/RawOutline.h"
 #include "window/frmDocument.h"
@@ -45,6 +46,9 @@ private Q_SLOTS:
     void clearingATextSaysHowMuchItWas();
     void whatWasSaidOfAStepEndsWithTheNext();
     void theItemsNameWhatIsDoneByMouseToo();
+    void whatIsOpenStaysOpenWhenALetterIsUndone();
+    void undoneAllTheFileHoldsWhatItHeld();
+    void whatWasChangedByASelectionAloneIsChangedAgain();
     void undoGoesAcrossEntries();
     void whatWasDraggedGoesBack();
     void replacingInAllLabelsIsOneStep();
@@ -69,8 +73,8 @@ private Q_SLOTS:
 private:
     frmDocument &form() const { return dynamic_cast<frmDocument &>(DocumentActive()->view()->window); }
 
-    // A document with a root and the entries A, B and C below it, of which B is selected.
-    Document &plant() const;
+    // A document with an outline: a root and the entries A, B and C below it, of which B is selected.
+    Document &plant(const QStringList &lines = {u"Root +"_s, u" A"_s, u" B <"_s, u" C"_s}) const;
 
     QListView &list() const { return *m_main->main.findChild<QListView *>(u"lstHistory"_s); }
 
@@ -99,11 +103,11 @@ void tst_HistoryPane::init()
     m_main->app.core.dialogs.answers.assign(20, Answer::Yes);
 }
 
-Document &tst_HistoryPane::plant() const
+Document &tst_HistoryPane::plant(const QStringList &lines) const
 {
     modDoc::DocNew();
     Document &document = *DocumentActive();
-    plantOutline(rawOutline(document).tree, {u"Root +"_s, u" A"_s, u" B <"_s, u" C"_s});
+    plantOutline(rawOutline(document).tree, lines);
     modNodes::NodeSelectFull(document, document.tree.selected());
     document.giveUpChanges();
     form().treeView->setFocus();
@@ -279,6 +283,73 @@ void tst_HistoryPane::theItemsNameWhatIsDoneByMouseToo()
     press(Qt::Key_Return);
     QTRY_VERIFY(m_main->action(u"mnuToolsUndo"_s)->isEnabled());
     QVERIFY(m_main->action(u"mnuToolsUndo"_s)->text().startsWith(u"&Undo "_s));
+}
+
+void tst_HistoryPane::whatIsOpenStaysOpenWhenALetterIsUndone()
+{
+    Document &document = plant({u"Root +"_s, u" A"_s, u"  A1"_s, u" B <"_s});
+    form().textBox->setFocus();
+    QTest::keyClicks(form().textBox, u"x"_s);
+    form().treeView->expand(document.tree.indexOf(document.tree.root()->child(0)));
+    QCOMPARE(outline(), u"Root +| A +|  A1| B <"_s);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(form().textBox->Text(), QString());
+    QCOMPARE(outline(), u"Root +| A +|  A1| B <"_s);
+    QVERIFY(document.m_bDataChanged());
+    // The last that there is to be undone.
+    QCOMPARE(m_main->action(u"mnuToolsUndo"_s)->text(), u"&Undo opening and closing of branches"_s);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(outline(), u"Root +| A|  A1| B <"_s);
+    QCOMPARE(status(), u"Undid opening and closing of branches"_s);
+    QVERIFY(!m_main->enabled("mnuToolsUndo"));
+    QVERIFY(!document.m_bDataChanged());
+    press(Qt::Key_Y, Qt::ControlModifier);
+    QCOMPARE(form().textBox->Text(), u"x"_s);
+}
+
+void tst_HistoryPane::undoneAllTheFileHoldsWhatItHeld()
+{
+    Document &document = plant({u"Root +"_s, u" A"_s, u"  A1"_s, u" B +<"_s, u"  B1"_s});
+    const QByteArray start = nativeBytes(document.outline());
+    TreeView &view = *form().treeView;
+    view.expand(document.tree.indexOf(document.tree.root()->child(0)));
+    press(Qt::Key_Up, Qt::AltModifier);
+    view.collapse(document.tree.indexOf(document.tree.selected()));
+    form().textBox->setFocus();
+    QTest::keyClicks(form().textBox, u"x"_s);
+    view.collapse(document.tree.indexOf(document.tree.root()));
+    while (m_main->enabled("mnuToolsUndo"))
+        press(Qt::Key_Z, Qt::ControlModifier);
+    QCOMPARE(nativeBytes(document.outline()), start);
+    QVERIFY(!document.m_bDataChanged());
+    // As it does when the first row of all steps is gone to.
+    press(Qt::Key_Y, Qt::ControlModifier);
+    view.expand(document.tree.indexOf(document.tree.root()->child(1)));
+    m_main->choose("mnuToolsHistory");
+    QTRY_COMPARE(rows().size(), 3);
+    QTest::mouseClick(list().viewport(), Qt::LeftButton, {}, list().visualRect(list().model()->index(0, 0)).center());
+    QCOMPARE(nativeBytes(document.outline()), start);
+}
+
+void tst_HistoryPane::whatWasChangedByASelectionAloneIsChangedAgain()
+{
+    const Document &document = plant();
+    const TreeView &view = *form().treeView;
+    const auto click = [&](int child) {
+        const QModelIndex index = document.tree.indexOf(document.tree.root()->child(child));
+        QTest::mouseClick(view.viewport(), Qt::LeftButton, {}, view.visualRect(index).center());
+    };
+    QVERIFY(!document.m_bDataChanged());
+    click(0);
+    QVERIFY(document.m_bDataChanged());
+    press(Qt::Key_T, Qt::AltModifier);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    QVERIFY(document.m_bDataChanged());
+    // What was done where the saved entry is selected leads back to what was saved.
+    click(1);
+    press(Qt::Key_T, Qt::AltModifier);
+    press(Qt::Key_Z, Qt::ControlModifier);
+    QVERIFY(!document.m_bDataChanged());
 }
 
 void tst_HistoryPane::undoGoesAcrossEntries()

@@ -80,7 +80,7 @@ public:
             const QStringList found = documentState(*recovered.document);
             if (!isPromised(found))
                 return u"recovered is what was at no moment: "_s + firstDifference(found, m_states.back().lines);
-            return thereAndBack(*recovered.document, found);
+            return thereAndBack(*recovered.document);
         }
         // Nothing is left where nothing is to be saved, or was two seconds ago.
         const bool maySo = std::ranges::any_of(
@@ -114,13 +114,17 @@ private:
             m_states, [&](const State &state) { return state.until >= m_time - promise && state.lines == found; });
     }
 
-    // What can be undone leads somewhere and back.
-    static QString thereAndBack(Document &recovered, const QStringList &found)
+    // What can be undone leads somewhere and back, to the same but what is open, which is no step.
+    static QString thereAndBack(Document &recovered)
     {
+        const auto state = [&recovered] {
+            return documentState(recovered).replaceInStrings(u" expanded"_s, QString());
+        };
+        const QStringList found = state();
         const int position = recovered.history.position();
         if (!recovered.history.goTo(0) || !recovered.history.goTo(position))
             return u"its steps cannot be undone and redone"_s;
-        const QStringList again = documentState(recovered);
+        const QStringList again = state();
         return again == found ? QString() : u"undone and redone it is another: "_s + firstDifference(again, found);
     }
 
