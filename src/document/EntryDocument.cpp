@@ -34,6 +34,9 @@ constexpr qsizetype stepWeight = 100;
 
 int frameCount(const QTextDocument &document)
 {
+    // Asking for the outermost frame makes it, which the engine does not survive where memory is refused.
+    if (document.isEmpty())
+        return 0;
     int count = 0;
     std::vector<QTextFrame *> waiting{document.rootFrame()};
     while (!waiting.empty()) {

@@ -60,7 +60,7 @@ inline const std::vector<OutlineRoutine> everyCommand = [] {
                         static_cast<qsizetype>(row.routine.name.size() - module.size()));
         if (row.argument != 0)
             name += ' ' + QByteArray::number(row.argument);
-        const bool marksChanged = name != "OutlineCopy";
+        const bool marksChanged = name != "OutlineCopy" && name != "OutlineJoin" && name != "OutlineSplit";
         all.push_back({name, [&row] { row.routine.run(row.argument); }, marksChanged});
     }
     all.push_back({"go down", goDown, false});
