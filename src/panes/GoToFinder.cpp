@@ -24,7 +24,7 @@ namespace
 constexpr std::size_t mostVisited = 12;
 
 // Between the names of a way.
-const QString wayMark = u" \u203a "_s;
+const QString wayMark = u" ▸ "_s;
 
 // What stands closer to what one does is meant more often: these are taken from the rank of the rest.
 constexpr int commandHandicap = 2 * LetterPattern::unit;

@@ -152,24 +152,24 @@ void tst_GoToAnything::entriesComeFirstAndThenTheRest()
 {
     const QStringList rows = found(u"move up"_s);
     QCOMPARE(rows.value(0), u"Mov\u00e9 up < Household"_s);
-    QCOMPARE(rows.value(1), u"Move up < Outline \u203a Move"_s);
+    QCOMPARE(rows.value(1), u"Move up < Outline ▸ Move"_s);
     // Those of the active document even with somewhat longer labels, which otherwise count for less.
     DocumentActive()->history.setLabel(entryLabelled(DocumentActive()->tree, u"Mov\u00e9 up"_s), u"Move up there"_s);
     QCOMPARE(found(u"move up"_s).value(0), u"Move up there < Household"_s);
     open(u"work.qly"_s, {u"Work"_s, u" Repairs of the roof"_s});
     QCOMPARE(found(u"repairs"_s).value(0), u"Repairs of the roof < Work"_s);
-    QCOMPARE(found(u"repairs"_s).value(1), u"Repairs < home.qly \u203a Household \u203a Budget \u203a 2024"_s);
+    QCOMPARE(found(u"repairs"_s).value(1), u"Repairs < home.qly ▸ Household ▸ Budget ▸ 2024"_s);
 }
 
 void tst_GoToAnything::aSignSaysWhatIsLookedFor_data()
 {
     QTest::addColumn<QString>("typed");
     QTest::addColumn<QString>("first");
-    QTest::newRow("commands") << u">move up"_s << u"Move up < Outline \u203a Move"_s;
+    QTest::newRow("commands") << u">move up"_s << u"Move up < Outline ▸ Move"_s;
     QTest::newRow("entries") << u"#move up"_s << u"Mov\u00e9 up < Household"_s;
     QTest::newRow("all that are there") << u"#"_s << u"Household"_s;
     QTest::newRow("a blank keeps the sign a letter") << u" #move"_s << QString();
-    QTest::newRow("a command by its menu") << u">expand/3"_s << u"Expand to level 3 < Outline \u203a Expand to level"_s;
+    QTest::newRow("a command by its menu") << u">expand/3"_s << u"Expand to level 3 < Outline ▸ Expand to level"_s;
 }
 
 void tst_GoToAnything::aSignSaysWhatIsLookedFor()
@@ -181,9 +181,9 @@ void tst_GoToAnything::aSignSaysWhatIsLookedFor()
 
 void tst_GoToAnything::aWayOfAncestorsTellsEntriesApart()
 {
-    QCOMPARE(found(u"bud/2024"_s).value(0), u"2024 < Household \u203a Budget"_s);
-    QCOMPARE(found(u"plans > 24"_s).value(0), u"2024 < Household \u203a Plans"_s);
-    QCOMPARE(found(u"#2024"_s), (QStringList{u"2024 < Household \u203a Budget"_s, u"2024 < Household \u203a Plans"_s}));
+    QCOMPARE(found(u"bud/2024"_s).value(0), u"2024 < Household ▸ Budget"_s);
+    QCOMPARE(found(u"plans > 24"_s).value(0), u"2024 < Household ▸ Plans"_s);
+    QCOMPARE(found(u"#2024"_s), (QStringList{u"2024 < Household ▸ Budget"_s, u"2024 < Household ▸ Plans"_s}));
 }
 
 void tst_GoToAnything::nothingTypedOffersWhereOneHasBeen()
@@ -194,7 +194,7 @@ void tst_GoToAnything::nothingTypedOffersWhereOneHasBeen()
     }
     m_main->recentFiles.UpdateMRUFile(u"/elsewhere/old.qly"_s, false);
     const QStringList rows = found(QString());
-    QCOMPARE(rows, (QStringList{u"Plans < Household"_s, u"Repairs < Household \u203a Budget \u203a 2024"_s,
+    QCOMPARE(rows, (QStringList{u"Plans < Household"_s, u"Repairs < Household ▸ Budget ▸ 2024"_s,
                                 u"Household"_s, u"old.qly < /elsewhere"_s}));
 }
 
@@ -436,8 +436,8 @@ void tst_GoToAnything::thePathAndKindAreHeard()
         QAccessibleInterface *list = QAccessible::queryAccessibleInterface(&listOf(line));
         QVERIFY(list && list->childCount() == 2);
         QCOMPARE(list->text(QAccessible::Name), u"Where to go"_s);
-        QCOMPARE(list->child(0)->text(QAccessible::Name), u"2024, entry, in Household \u203a Budget"_s);
-        QCOMPARE(list->child(1)->text(QAccessible::Name), u"2024, entry, in Household \u203a Plans"_s);
+        QCOMPARE(list->child(0)->text(QAccessible::Name), u"2024, entry, in Household ▸ Budget"_s);
+        QCOMPARE(list->child(1)->text(QAccessible::Name), u"2024, entry, in Household ▸ Plans"_s);
         QVERIFY(list->child(1)->state().selected);
     });
 }
