@@ -194,8 +194,8 @@ void tst_GoToAnything::nothingTypedOffersWhereOneHasBeen()
     }
     m_main->recentFiles.UpdateMRUFile(u"/elsewhere/old.qly"_s, false);
     const QStringList rows = found(QString());
-    QCOMPARE(rows, (QStringList{u"Plans < Household"_s, u"Repairs < Household ▸ Budget ▸ 2024"_s,
-                                u"Household"_s, u"old.qly < /elsewhere"_s}));
+    QCOMPARE(rows, (QStringList{u"Plans < Household"_s, u"Repairs < Household ▸ Budget ▸ 2024"_s, u"Household"_s,
+                                u"old.qly < /elsewhere"_s}));
 }
 
 void tst_GoToAnything::commandsSayTheirKeysAndWhyTheyCannotBeRun()
