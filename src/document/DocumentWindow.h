@@ -5,7 +5,7 @@
 
 #include <QString>
 
-class PreviewPane;
+class EntryPreview;
 
 // The window of one document, as the core sees it.
 class DocumentWindow
@@ -33,5 +33,5 @@ public:
     virtual void holdKeys() = 0;
 
     // Where entries can be looked at without going there; null where that cannot be.
-    virtual PreviewPane *previewPane() { return nullptr; }
+    virtual EntryPreview *previewPane() { return nullptr; }
 };

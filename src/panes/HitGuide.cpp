@@ -6,10 +6,10 @@
 #include "document/Document.h"
 #include "document/DocumentView.h"
 #include "document/DocumentWindow.h"
+#include "document/EntryPreview.h"
 #include "document/Globals.h"
 #include "document/OutlinePane.h"
 #include "document/Ports.h"
-#include "document/PreviewPane.h"
 #include "document/TextPane.h"
 #include "document/modNodes.h"
 #include "util/Procedure.h"
@@ -25,14 +25,14 @@ HitGuide::HitGuide(DocumentWindows &windows)
 {
 }
 
-PreviewPane *HitGuide::pane() const
+EntryPreview *HitGuide::pane() const
 {
     return m_document && m_document->view() ? m_document->view()->window.previewPane() : nullptr;
 }
 
 bool HitGuide::isShown() const
 {
-    const PreviewPane *shown = pane();
+    const EntryPreview *shown = pane();
     return shown && shown->isShown();
 }
 

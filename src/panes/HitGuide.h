@@ -10,7 +10,7 @@
 #include <functional>
 
 class DocumentWindows;
-class PreviewPane;
+class EntryPreview;
 
 // Leads through hits: shows one for a look in its document's window, which comes to the front for that, and takes that
 // back; or goes there. What has the keyboard keeps it while hits are only looked at.
@@ -34,7 +34,7 @@ public:
     bool isMoving() const { return m_isMoving; }
 
 private:
-    PreviewPane *pane() const;
+    EntryPreview *pane() const;
     void bringUp(Document &document);
 
     DocumentWindows &m_windows;

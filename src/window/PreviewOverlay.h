@@ -3,7 +3,7 @@
 
 #pragma once
 
-#include "document/PreviewPane.h"
+#include "document/EntryPreview.h"
 
 #include <QFrame>
 
@@ -15,7 +15,7 @@ class frmDocument;
 
 // Lies over the text pane of a document's window while entries are only looked at: where the entry stands, and its
 // text.
-class PreviewOverlay final : public QFrame, public PreviewPane
+class PreviewOverlay final : public QFrame, public EntryPreview
 {
     Q_OBJECT
 

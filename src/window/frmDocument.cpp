@@ -136,7 +136,7 @@ bool frmDocument::close()
     return QWidget::close();
 }
 
-PreviewPane *frmDocument::previewPane()
+EntryPreview *frmDocument::previewPane()
 {
     return preview;
 }

@@ -49,7 +49,7 @@ public:
     void noticesChanged() override;
     void fileTaken() override;
     void holdKeys() override;
-    PreviewPane *previewPane() override;
+    EntryPreview *previewPane() override;
 
     // To be called when the window becomes the active one.
     void Form_Activate();

@@ -3,7 +3,7 @@
 # Reads every C++ file below HOUSE and fails, naming file and line, when a room of src/ includes a room that it may not, when
 # a room of the core includes a widget's header, when an include is not written from src/, when a file of src/ has 500 lines
 # or more, when a room asks a port that is not to know of ports, when one makes an outline that it was given to read one that
-# it can change, when the rooms ask the program's ports in more places than they need to, when there is one more global
+# it can change, when two classes have one name (the linker takes either for the other), when the rooms ask the program's ports in more places than they need to, when there is one more global
 # variable, or when a file does not begin with its two SPDX lines. WIDGET_HEADERS is the folder of Qt's widget headers; it tells which short names are widgets.
 cmake_minimum_required(VERSION 3.25)
 
@@ -130,6 +130,13 @@ macro(check_file file)
         endif()
       endif()
       check_global("${file}" "${line}" "${content}")
+      if("${file}" MATCHES "[.]h$" AND content MATCHES "^class ([A-Za-z0-9_]+)( final)?( :.*)?$")
+        set(name ${CMAKE_MATCH_1})
+        if(name IN_LIST classes)
+          complain("${file}:${line}" "there is another class ${name}")
+        endif()
+        list(APPEND classes ${name})
+      endif()
       if(content MATCHES "_cast<(Outline|EntryTree|Document|History|QAbstractItemModel)[^A-Za-z0-9_]")
         complain("${file}:${line}" "an outline is changed by its history alone")
       endif()

@@ -5,7 +5,7 @@
 
 #include "app/MainFixture.h"
 #include "document/DocumentView.h"
-#include "document/PreviewPane.h"
+#include "document/EntryPreview.h"
 #include "document/modNodes.h"
 #include "panes/FindBox.h"
 #include "panes/FindHitsModel.h"

@@ -69,7 +69,7 @@ private Q_SLOTS:
 private:
     frmDocument &form() const { return m_window->form(); }
 
-    PreviewPane &preview() const { return *m_document->view()->window.previewPane(); }
+    EntryPreview &preview() const { return *m_document->view()->window.previewPane(); }
 
     const Entry *entry(int number) const { return entryLabelled(m_document->tree, u"Entry %1"_s.arg(number)); }
 

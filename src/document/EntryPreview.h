@@ -22,10 +22,10 @@ struct Preview {
 
 // Shows entries of a document in the place of the text pane, and where they stand in the outline. Nothing of the
 // document changes by it: no selection, no branch, no caret and no place that a pane was scrolled to.
-class PreviewPane
+class EntryPreview
 {
 public:
-    virtual ~PreviewPane() = default;
+    virtual ~EntryPreview() = default;
     // Shows an entry in place of the one before; nothing happens for one that is not there.
     virtual void show(const Preview &preview) = 0;
     // The document stands as it did before. It ends by itself as soon as the user goes on in the document, or what is
