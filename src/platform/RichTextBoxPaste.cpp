@@ -186,10 +186,15 @@ bool RichTextBox::hasRoomForPlain(const QString &text) const
     pasted.setUndoRedoEnabled(false);
     pasted.setDefaultFont(m_font);
     QTextCursor start(&pasted);
-    start.setBlockFormat(textCursor().blockFormat());
+    // Its lists are not those of the text, which the text engine would look for.
+    QTextBlockFormat paragraph = textCursor().blockFormat();
+    paragraph.setObjectIndex(-1);
+    QTextCharFormat letters = currentCharFormat();
+    letters.setObjectIndex(-1);
+    start.setBlockFormat(paragraph);
     QString words = text;
     words.replace("\r\n"_L1, "\r"_L1).replace(u'\n', QChar::LineSeparator);
-    start.insertText(words, currentCharFormat());
+    start.insertText(words, letters);
     return isBearableWith(pasted);
 }
 

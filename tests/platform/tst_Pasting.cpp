@@ -73,6 +73,7 @@ private Q_SLOTS:
     void textBeyondTheBoundsIsRefusedAndStaysOnTheClipboard_data();
     void textBeyondTheBoundsIsRefusedAndStaysOnTheClipboard();
     void textWithinTheBoundsIsPasted();
+    void aLongTextIsPastedIntoAListItem();
     void theTextThatIsThereCounts();
     void aLongTextIsLaidOutForTheWidthThatItsScrollBarLeaves_data();
     void aLongTextIsLaidOutForTheWidthThatItsScrollBarLeaves();
@@ -464,6 +465,17 @@ void tst_Pasting::textWithinTheBoundsIsPasted()
     QVERIFY(m_box->pasteText(QString(2000, u'w')));
     QCOMPARE(m_fake->dialogs.informations, QStringList());
     QCOMPARE(m_box->document()->blockCount(), 1001);
+}
+
+void tst_Pasting::aLongTextIsPastedIntoAListItem()
+{
+    m_box->setText(u"item"_s);
+    QTextCursor(m_box->document()).createList(QTextListFormat::ListDisc);
+    m_box->moveCursor(QTextCursor::End);
+    const QString words = u" word"_s.repeated(limits::harmlessText);
+    QVERIFY(m_box->pasteText(words));
+    QCOMPARE(m_box->Text(), u"item"_s + words);
+    QVERIFY(m_box->document()->firstBlock().textList());
 }
 
 void tst_Pasting::theTextThatIsThereCounts()
