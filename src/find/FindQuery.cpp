@@ -370,14 +370,17 @@ FindQuery::Found FindQuery::findExpression(QStringView text, const std::atomic_b
         if (first.hasMatch()) {
             QRegularExpressionMatchIterator matches =
                 expression.globalMatch(line, 0, QRegularExpression::NormalMatch, known);
-            while (matches.hasNext() && isAsked(isEnded)) {
+            bool isAtEnd = false;
+            while (!isAtEnd && matches.hasNext() && isAsked(isEnded)) {
                 const QRegularExpressionMatch match = matches.next();
+                // Behind it nothing is left to be found, and asked for more the engine would say that it gave up.
+                isAtEnd = match.capturedEnd() == line.size();
                 const qsizetype start = walk.begin() + match.capturedStart();
                 const qsizetype length = match.capturedLength();
                 if (length > 0 && (!m_parts->options.wholeWord || isWholeWord(text, start, length)))
                     found.matches.push_back({start, length, match.capturedTexts()});
             }
-            isGivenUp = !matches.isValid();
+            isGivenUp = !isAtEnd && !matches.isValid();
         }
         found.isGivenUp |= isGivenUp;
         m_parts->givenUp += isGivenUp ? 1 : 0;

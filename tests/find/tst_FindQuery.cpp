@@ -25,6 +25,8 @@ private Q_SLOTS:
     void ofOverlappingWordsTheFirstAndLongestCounts();
     void tellsWhichWordsATextHolds();
     void aLineThatTakesAnExpressionTooLongIsGivenUp();
+    void whatMayMatchNothingFindsAllTheRest_data();
+    void whatMayMatchNothingFindsAllTheRest();
     void anExpressionThatTakesTooLongEverywhereIsTriedNoMore();
     void halvesOfCharactersDoNotStopAnExpression();
     void noExpressionCanRaiseItsOwnLimit();
@@ -149,6 +151,33 @@ void tst_FindQuery::aLineThatTakesAnExpressionTooLongIsGivenUp()
     QVERIFY(found.isGivenUp);
     QCOMPARE(found.matches, (std::vector<FindMatch>{{43, 1, {u"b"_s}}}));
     QVERIFY(!query.lookIn(u"aaa b").isGivenUp);
+}
+
+void tst_FindQuery::whatMayMatchNothingFindsAllTheRest_data()
+{
+    QTest::addColumn<QString>("expression");
+    QTest::addColumn<QStringList>("found");
+    QTest::newRow("any number") << u"a*"_s << QStringList{u"a"_s, u"aa"_s, u"a"_s};
+    QTest::newRow("one or none") << u"(ba)?"_s << QStringList{u"ba"_s};
+    QTest::newRow("a choice of nothing") << u"c|"_s << QStringList{u"c"_s};
+    QTest::newRow("nothing first") << u"|aa"_s << QStringList{u"aa"_s};
+    QTest::newRow("the rest") << u".*"_s << QStringList{u"ab"_s, u"c aa"_s, u"ba"_s};
+    QTest::newRow("a beginning") << u"^"_s << QStringList();
+    QTest::newRow("an end") << u"$"_s << QStringList();
+    QTest::newRow("an edge") << uR"(\b)"_s << QStringList();
+}
+
+void tst_FindQuery::whatMayMatchNothingFindsAllTheRest()
+{
+    QFETCH(const QString, expression);
+    const FindQuery query(expression, optionsOf(u"r"_s));
+    const QString text = u"ab\r\n\r\nc aa\r\nba"_s;
+    const FindQuery::Found found = query.lookIn(text);
+    QVERIFY(!found.isGivenUp);
+    QStringList matches;
+    for (const FindMatch &match : found.matches)
+        matches.append(text.mid(match.start, match.length));
+    QTEST(matches, "found");
 }
 
 void tst_FindQuery::anExpressionThatTakesTooLongEverywhereIsTriedNoMore()
