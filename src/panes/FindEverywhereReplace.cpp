@@ -28,12 +28,13 @@ QString counted(int count, const QString &one, const QString &many)
     return count == 1 ? u"1 "_s + one : u"%L1 "_s.arg(count) + many;
 }
 
-QString inWords(const FindReplace::Result &result)
+// Where Undo takes it back is told behind that it does.
+QString inWords(const FindReplace::Result &result, const QString &where)
 {
     QStringList parts;
     if (result.replaced > 0)
         parts.append(u"Replaced "_s + counted(result.replaced, u"hit"_s, u"hits"_s) + u" in "_s +
-                     counted(result.entries, u"entry"_s, u"entries"_s) + u" – Ctrl+Z takes it back"_s);
+                     counted(result.entries, u"entry"_s, u"entries"_s) + u" – Ctrl+Z takes it back"_s + where);
     else
         parts.append(u"Nothing was replaced"_s);
     if (result.isCancelled)
@@ -134,6 +135,7 @@ void FindEverywhere::replace()
         const auto progress = workProgress(u"Replacing…"_s, window());
         int done = 0;
         const auto all = static_cast<int>(m_hits->checkedCount());
+        std::vector<const Document *> changed;
         for (Document *document : m_hits->documents()) {
             const std::vector<FindReplace::Choice> choices = m_hits->choicesOf(*document);
             if (choices.empty())
@@ -146,13 +148,19 @@ void FindEverywhere::replace()
             for (const FindReplace::Choice &choice : choices)
                 done += choice.count;
             add(sum, result);
-            document->sayOfStep(inWords(result));
+            if (result.replaced > 0)
+                changed.push_back(document);
+            document->sayOfStep(inWords(result, {}));
             if (result.isCancelled)
                 break;
         }
+        const bool isHere = changed.empty() || (changed.size() == 1 && changed.front() == m_active);
+        const QString words = inWords(sum, isHere               ? QString()
+                                           : changed.size() > 1 ? u" in each of %1 documents"_s.arg(changed.size())
+                                                                : u" in "_s + shortNameOf(*changed.front()));
         if (m_active)
-            m_active->sayOfStep(inWords(sum));
-        say(inWords(sum));
+            m_active->sayOfStep(words);
+        say(words);
         // From there the keys of undo are the document's.
         m_list->setFocus();
     });

@@ -204,7 +204,7 @@ void tst_FindPaneReplace::eachDocumentHasItsStep()
     m_pane->waitForEnd();
     replaceBy(u"bird"_s);
     apply().click();
-    QCOMPARE(m_pane->counts(), u"Replaced 8 hits in 4 entries – Ctrl+Z takes it back"_s);
+    QCOMPARE(m_pane->counts(), u"Replaced 8 hits in 4 entries – Ctrl+Z takes it back in each of 2 documents"_s);
     for (const Document *each : {&first, &second}) {
         QCOMPARE(each->history.steps().size(), std::size_t(1));
         QCOMPARE(textOf(*each, u"Third"_s), u"birds"_s);
