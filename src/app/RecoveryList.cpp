@@ -129,6 +129,9 @@ RecoveryList *RecoveryList::offer(Vault &vault, QWidget *parent)
         auto *list = new RecoveryList(std::move(left), vault, parent);
         list->setAttribute(Qt::WA_DeleteOnClose);
         list->show();
+        // The windows of several documents have asked for the keyboard before it.
+        list->raise();
+        list->activateWindow();
         return list;
     });
 }
