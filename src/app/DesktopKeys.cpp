@@ -4,6 +4,7 @@
 #include "app/DesktopKeys.h"
 
 #include "commands/CommandKeys.h"
+#include "commands/CommandTable.h"
 #include "commands/CommandWords.h"
 #include "commands/Dispatcher.h"
 #include "document/Document.h"
@@ -12,6 +13,7 @@
 #include <QAction>
 #include <QApplication>
 #include <QComboBox>
+#include <QDockWidget>
 #include <QKeyEvent>
 #include <QLineEdit>
 #include <QWidget>
@@ -27,6 +29,28 @@ bool isLineEditor(const QWidget &widget)
 {
     const auto *box = qobject_cast<const QComboBox *>(&widget);
     return (box && box->isEditable()) || qobject_cast<const QLineEdit *>(&widget);
+}
+
+// Such as the box of a pane, and its list.
+bool isBesideDocuments(const QWidget &widget)
+{
+    for (const QWidget *outer = &widget; outer; outer = outer->parentWidget()) {
+        if (qobject_cast<const QDockWidget *>(outer))
+            return true;
+    }
+    return false;
+}
+
+// Whether a key acts on the selected entry or its text, wherever it is pressed.
+bool actsInDocument(const QKeyEvent &press)
+{
+    const auto acts = [](const KeyBinding *binding) {
+        if (!binding)
+            return false;
+        const std::string_view routine = commandTable[commandRow(binding->command)].routine.name;
+        return routine.starts_with("modEdit::") || routine.starts_with("modOutline::");
+    };
+    return acts(bindingOf(press, Road::Desktop)) || acts(bindingOf(press, Road::Window));
 }
 
 // Whoever saves by habit is not to believe that something was saved.
@@ -74,9 +98,16 @@ bool DesktopKeyFilter::eventFilter(QObject *watched, QEvent *event)
     if (event->type() != QEvent::ShortcutOverride && event->type() != QEvent::KeyPress)
         return QObject::eventFilter(watched, event);
     const auto *widget = qobject_cast<const QWidget *>(watched);
-    if (!widget || widget->window() != &m_mainWindow)
+    if (!widget)
         return QObject::eventFilter(watched, event);
     auto &press = *static_cast<QKeyEvent *>(event);
+    // Nobody sees there what it would do.
+    if (isBesideDocuments(*widget) && actsInDocument(press)) {
+        press.accept();
+        return true;
+    }
+    if (widget->window() != &m_mainWindow)
+        return QObject::eventFilter(watched, event);
     const KeyBinding *found = bindingOf(press, Road::Desktop);
     const KeyBinding *editing = found ? nullptr : bindingOf(press, Road::Editing);
     if (editing && isLineEditor(*widget)) {

@@ -261,7 +261,9 @@ void FindEverywhere::walk(int hits)
     if (m_rest.isActive())
         search();
     m_hits->dropStale();
-    if (m_list->walk(hits))
+    // At the end of the list there is still the last one, if it was taken back.
+    const bool isTakenBack = m_list->currentIndex().isValid() && !m_guide.isShown() && !m_looking.isActive();
+    if (m_list->walk(hits) || isTakenBack)
         look(m_list->currentIndex().row());
     else if (m_hits->rowCount() == 0 && !m_hits->query().isEmpty())
         m_wanted = Wanted::Look;

@@ -48,6 +48,9 @@ private Q_SLOTS:
 
     void downLooksAtHitsAndEscComesBack();
     void upAndDownGoThroughHitsAlone();
+    void whatWasTakenBackIsShownAgain();
+    void keysOfTheDocumentDoNothingInThePane_data();
+    void keysOfTheDocumentDoNothingInThePane();
     void enterGoesThereAndSelectsTheMatch();
     void enterAtOnceGoesToTheFirstHit();
     void aHitInALabelIsGoneToInTheOutline();
@@ -145,6 +148,49 @@ void tst_FindPanePreview::upAndDownGoThroughHitsAlone()
     QCOMPARE(current(), 29);
     m_pane->press(Qt::Key_Down);
     QCOMPARE(current(), 29);
+}
+
+void tst_FindPanePreview::whatWasTakenBackIsShownAgain()
+{
+    plant();
+    m_pane->find(u"\"Entry 30\""_s);
+    for (const Qt::Key key : {Qt::Key_Down, Qt::Key_Down, Qt::Key_Up}) {
+        m_pane->press(key);
+        QTRY_VERIFY(isShown());
+        m_pane->press(Qt::Key_Escape);
+        QVERIFY(!isShown());
+    }
+}
+
+void tst_FindPanePreview::keysOfTheDocumentDoNothingInThePane_data()
+{
+    QTest::addColumn<Qt::Key>("key");
+    QTest::addColumn<Qt::KeyboardModifiers>("modifiers");
+    QTest::newRow("a tab") << Qt::Key_Tab << Qt::KeyboardModifiers(Qt::ControlModifier);
+    QTest::newRow("bold") << Qt::Key_B << Qt::KeyboardModifiers(Qt::ControlModifier);
+    QTest::newRow("joining") << Qt::Key_J << Qt::KeyboardModifiers(Qt::ControlModifier);
+    QTest::newRow("splitting") << Qt::Key_J << (Qt::ControlModifier | Qt::ShiftModifier);
+}
+
+void tst_FindPanePreview::keysOfTheDocumentDoNothingInThePane()
+{
+    QFETCH(const Qt::Key, key);
+    QFETCH(const Qt::KeyboardModifiers, modifiers);
+    const Document &document = plant();
+    m_pane->form().textBox->setFocus();
+    m_pane->form().textBox->selectAll();
+    const Stand before = standOf(document);
+    m_pane->find(u"needle"_s);
+    m_pane->press(key, modifiers);
+    m_pane->press(Qt::Key_Down);
+    QTRY_VERIFY(isShown());
+    m_pane->press(key, modifiers);
+    QVERIFY(isShown() && m_pane->box().hasFocus());
+    m_pane->list().setFocus();
+    m_pane->press(key, modifiers);
+    m_pane->press(Qt::Key_Escape);
+    QVERIFY(!isShown());
+    QVERIFY(standOf(document) == before);
 }
 
 void tst_FindPanePreview::enterGoesThereAndSelectsTheMatch()
